@@ -1,0 +1,54 @@
+# One function for each kind of target, so that a folder's CMakeLists.txt only names its files and floors.
+
+# vorel_library(NAME SOURCES a.cpp a.h ... [USES lower floors] [PRIVATE_USES libraries])
+function(vorel_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES;PRIVATE_USES" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC vorel_settings Qt6::Core ${ARG_USES} PRIVATE ${ARG_PRIVATE_USES})
+endfunction()
+
+# vorel_ui_library(...): the same for a library with windows; its Q_OBJECT classes go through moc.
+function(vorel_ui_library name)
+  vorel_library(${name} ${ARGN})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_link_libraries(${name} PUBLIC Qt6::Widgets)
+endfunction()
+
+# vorel_program(NAME SOURCES ... USES ...)
+function(vorel_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE vorel_settings Qt6::Core ${ARG_USES})
+endfunction()
+
+# vorel_test(NAME SOURCES ... USES ... [WINDOWS]): one GoogleTest program, one CTest test.
+# WINDOWS marks a test that opens real windows: it is labelled so, and run under a display.
+function(vorel_test name)
+  cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE vorel_settings Qt6::Core ${ARG_USES} vorel_test_support GTest::gtest
+                                        GTest::gmock)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+  if(ARG_WINDOWS)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    set_tests_properties(${name} PROPERTIES LABELS windows RUN_SERIAL ON)
+  endif()
+endfunction()
+
+# vorel_fuzz(NAME SOURCES fuzz_x.cpp USES ...): a libFuzzer target when VOREL_FUZZ is on. Otherwise the same
+# entry point is driven over generated and damaged inputs by the test support, as a plain CTest test.
+# Seeds lie in tests/fuzz/seeds/NAME.
+function(vorel_fuzz name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  set(seeds "${CMAKE_SOURCE_DIR}/tests/fuzz/seeds/${name}")
+  if(VOREL_FUZZ)
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  else()
+    add_executable(${name} ${ARG_SOURCES} "${CMAKE_SOURCE_DIR}/tests/support/FuzzMain.cpp")
+    add_test(NAME ${name} COMMAND ${name} 3000 "${seeds}")
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS fuzz)
+  endif()
+  target_link_libraries(${name} PRIVATE vorel_settings Qt6::Core ${ARG_USES})
+endfunction()

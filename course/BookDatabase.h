@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+/// Codes of the column Type.
+namespace NodeType {
+inline constexpr qint32 c_nEmpty = -1;
+inline constexpr qint32 c_nEditorPage = 0;
+inline constexpr qint32 c_nExternalFile = 1;
+inline constexpr qint32 c_nSite = 2;
+inline constexpr qint32 c_nExternalLink = 3;
+inline constexpr qint32 c_nVideo = 4;
+inline constexpr qint32 c_nCourseware = 5;
+inline constexpr qint32 c_nInSiteLink = 6;
+} // namespace NodeType
+
+/// The root of the course tree.
+inline constexpr qint32 c_nRootNodeId = 3;
+
+/// The most characters (UTF-16 units) that a node's title has.
+inline constexpr int c_nMaxTitleLength = 40;
+
+struct NodeHeader {
+    qint32 Id = -1;
+    QString Title;
+    qint32 Type = NodeType::c_nEmpty;
+};
+
+struct NodeContent {
+    qint32 Type = NodeType::c_nEmpty;
+    QString Path;
+    qint32 OpenType = 0;
+    QString FileName;
+    QString Comment;
+};
+
+/// The store of a course's tree: one SQLite file, one table "Book", one row a node. Titles of nodes above Id
+/// 3 are enciphered with a key of the course. Every failure of the database is a Torvane::COM::CCOMException.
+/// All calls are made on one thread. Each operation of several statements is one transaction.
+class CBookDatabase {
+public:
+    /// The title key comes from Province and SchoolName of the settings and the course's id.
+    CBookDatabase(const QString& strPath, qint32 nCourseId);
+    ~CBookDatabase();
+    CBookDatabase(const CBookDatabase&) = delete;
+    CBookDatabase& operator=(const CBookDatabase&) = delete;
+
+    /// Opens the file, which must exist and be a course's database; turns the write-ahead log on. True, or
+    /// throws.
+    bool Open();
+    /// Folds the log in, so that the course is one file, and closes the connection if it is open. Never
+    /// throws.
+    void Close();
+
+    /// Folds the log in and lets go of the file, so that a companion may read it; the operations below must
+    /// not be called until ResumeWriting. Throws when the log can't be folded in; the store is usable then.
+    void PauseForReaders();
+    void ResumeWriting();
+
+    /// Makes several operations one transaction, undone unless committed. May be nested: the outermost
+    /// decides.
+    class CTransaction {
+    public:
+        explicit CTransaction(CBookDatabase& database);
+        ~CTransaction();
+        CTransaction(const CTransaction&) = delete;
+        CTransaction& operator=(const CTransaction&) = delete;
+        void Commit();
+
+    private:
+        CBookDatabase& m_database;
+        bool m_bDone = false;
+    };
+
+    /// Adds a node as the last child; its new Id.
+    qint32 AddNode(qint32 nParentId, const QString& strTitle);
+    /// Throws when there is no such node.
+    NodeHeader GetNode(qint32 nId);
+    /// In sibling order.
+    bool GetChildren(qint32 nParentId, QList<NodeHeader>& list);
+    /// Id is -1 when there is no such child. Exact; does not find titles with a single quote.
+    NodeHeader FindChild(qint32 nParentId, const QString& strTitle);
+    bool HasChild(qint32 nParentId, const QString& strTitle);
+    qint32 GetChildrenCount(qint32 nParentId);
+    qint32 GetNodeCount();
+    /// Bytes; throws above 2,147,483,647.
+    double GetTotalSize();
+
+    QVariant GetField(qint32 nId, const QString& strColumn);
+    QString GetPath(qint32 nId);
+    QString GetFileName(qint32 nId);
+    QString GetComment(qint32 nId);
+    qint32 GetOpenType(qint32 nId);
+
+    bool SetContent(qint32 nId, const NodeContent& content);
+    /// False, with the row unchanged, when the enciphered title is wider than the column.
+    bool SetTitle(qint32 nId, const QString& strTitle);
+    bool SetSize(qint32 nId, double dBytes);
+    bool SetOpenType(qint32 nId, qint32 nOpenType);
+    bool TouchModified(qint32 nId);
+    bool SetSeedTitles(const QString& strSchool, const QString& strCourse, const QString& strTeacher);
+
+    /// Deletes one row and closes the gap; its children are the caller's to delete first.
+    bool DeleteNode(qint32 nId);
+    bool MoveUp(qint32 nId);
+    bool MoveDown(qint32 nId);
+    /// As the first child of the new parent.
+    bool MoveTo(qint32 nId, qint32 nNewParentId);
+
+private:
+    struct Connection;
+    QString m_strPath;
+    std::unique_ptr<Connection> m_pConnection;
+};

@@ -1,0 +1,121 @@
+#pragma once
+
+#include "course/BookDatabase.h"
+#include "course/CourseInfo.h"
+#include "course/CoursePaths.h"
+#include "course/InitialNodes.h"
+#include "platform/base/People.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class CCourse;
+
+/// Kinds of a status report.
+namespace StatusType {
+inline constexpr int c_nHeartbeat = 8;
+inline constexpr int c_nOpened = 264;
+inline constexpr int c_nClosed = 520;
+} // namespace StatusType
+
+/// What a course needs of the course server.
+class ICourseSession {
+public:
+    virtual ~ICourseSession() = default;
+    /// True when the server confirmed. bPrompt: the person may be asked and told; otherwise every failure is
+    /// silent. May change the course's identity through CCourse::TakeServerInfo. Does not throw.
+    virtual bool ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) = 0;
+};
+
+/// Asks the person for a template.
+class ITemplateChooser {
+public:
+    virtual ~ITemplateChooser() = default;
+    virtual std::optional<QString> ChooseTemplate(const QString& strCurrent) = 0;
+};
+
+/// Makes the nodes of a new course.
+class INodeMakerFactory {
+public:
+    virtual ~INodeMakerFactory() = default;
+    virtual std::unique_ptr<IInitialNodeMaker> MakeFor(CCourse& course) = 0;
+};
+
+/// What a course works with; outlives every course. All but the people are optional for a course that is
+/// neither created nor opened through the server.
+struct CourseServices {
+    Torvane::Dialog::MFC::IPeople& People;
+    ICourseSession& Session;
+    ITemplateChooser& Templates;
+    INodeMakerFactory& Nodes;
+};
+
+/// What the new-course wizard gives to creation.
+struct CreateRecord {
+    CCourseInfo Info;
+    QString FileTitle;
+    QString Folder;
+    QList<InitialNode> InitialNodes;
+    QString TemplateName;
+};
+
+/// The open course: its identity, its folders and its store. Creating, opening and closing are long; each
+/// shows where it stands in a status window. Failures are exceptions of the CRunException family with a
+/// finished message.
+class CCourse {
+public:
+    CCourse(const QString& strProjectPath, const CourseServices& services);
+    ~CCourse();
+    CCourse(const CCourse&) = delete;
+    CCourse& operator=(const CCourse&) = delete;
+
+    /// From a record to a closed, complete course on disk. Nothing is undone on failure.
+    void Create(const CreateRecord& record);
+    /// False when the person or the server refused, which has been told already.
+    bool Open();
+    /// Always succeeds: the person may always leave.
+    bool Close();
+
+    QString GetProjectPath() const { return m_paths.GetProjectPath(); }
+    const CCoursePaths& GetPaths() const { return m_paths; }
+    const CCourseInfo& GetInfo() const { return m_info; }
+    QString GetTemplateName() const { return m_strTemplateName; }
+    /// Null when closed. During Create it is there while nodes are made.
+    CBookDatabase* GetDatabase() const { return m_pDatabase.get(); }
+    bool IsOpen() const { return m_bOpen; }
+
+    /// Writes the name to the project file unless it is the present one. False when a step failed; the name
+    /// in memory stays changed.
+    bool SetTemplateName(const QString& strName);
+
+    /// The server knows the course under another name or teacher: stores it here, in the project file and in
+    /// the seed titles.
+    void TakeServerInfo(const CCourseInfo& info);
+
+    /// A content edit begins.
+    void CountChange() { ++m_nChanges; }
+    qint32 GetChanges() const { return m_nChanges; }
+
+private:
+    void CreateData(const CreateRecord& record);
+    void CopySkin(const QString& strTemplate);
+    void CheckTemplate();
+    CourseFigures FiguresToReport();
+
+    CCoursePaths m_paths;
+    CourseServices m_services;
+    CCourseInfo m_info;
+    QString m_strTemplateName;
+    bool m_bOpen = false;
+    qint32 m_nChanges = 0;
+    std::unique_ptr<CBookDatabase> m_pDatabase;
+};
+
+/// "DataInfo.dti": the figures that wait for the server. Anything but one line of three pieces reads as the
+/// empty form.
+CourseFigures ReadDataInfo(const QString& strPath);
+/// Throws Torvane::CRunException when the file can't be written.
+void WriteDataInfo(const QString& strPath, const CourseFigures& figures);

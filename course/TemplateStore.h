@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Where everything of a template lies. A calculator of paths: what doesn't exist shows when it is used. A
+/// template or page name that would leave its folder (it holds a separator or is "." or "..") gives an empty
+/// path.
+class CTemplateStore {
+public:
+    explicit CTemplateStore(const QString& strTemplatesFolder);
+
+    /// The names of all sub-folders, in the order of the listing.
+    void ListTemplates(QStringList& list) const;
+    /// The titles of all page templates.
+    void ListPages(const QString& strTemplate, QStringList& list) const;
+
+    QString GetTemplateFolder(const QString& strTemplate) const;
+    QString GetIconPath(const QString& strTemplate) const;
+    /// With a trailing backslash.
+    QString GetPagesFolder(const QString& strTemplate) const;
+    QString GetPagePath(const QString& strTemplate, const QString& strPage) const;
+    /// The general page, "通用页面".
+    QString GetDefaultPagePath(const QString& strTemplate) const;
+    QString GetPagePreviewPath(const QString& strTemplate, const QString& strPage) const;
+    QString GetPreviewPath(const QString& strTemplate) const;
+    QString GetSkinFolder(const QString& strTemplate) const;
+    QString GetInitialNodesPath(const QString& strTemplate) const;
+
+    /// The tree's colour, red in the low byte, then green and blue; white when the file says none.
+    quint32 GetBackColor(const QString& strTemplate) const;
+
+    /// Whether both templates suggest the same tree, byte for byte but for one final CR LF.
+    bool HasSameNodes(const QString& strA, const QString& strB) const;
+
+private:
+    QString m_strFolder;
+};

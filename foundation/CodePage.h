@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+/// The code page of the program's files, ciphers and wire: GB18030, whose one- and two-byte codes are GBK, so
+/// that no character that a person types is ever lost. Text in memory is QString; this is the one place that
+/// converts.
+namespace CodePage {
+
+QByteArray Encode(QStringView strText);
+
+/// Bytes that are no text become U+FFFD; never throws.
+QString Decode(QByteArrayView bytes);
+
+/// How many bytes the text takes in the code page.
+qsizetype ByteLength(QStringView strText);
+
+/// The longest head of the text that takes at most nBytes bytes, ending on a character boundary.
+QString Cut(const QString& strText, qsizetype nBytes);
+
+} // namespace CodePage

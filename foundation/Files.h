@@ -1,0 +1,65 @@
+#pragma once
+
+#include "foundation/FolderWalk.h"
+#include "foundation/Paths.h"
+
+#include <QString>
+
+#include <memory>
+
+/// File operations with a message for a person. Those that throw raise CFileException; the Try… forms answer
+/// false instead. A path of more than 260 code page bytes is cut by queries, but refused with the operation's
+/// own message by whatever writes or deletes: a cut path would hit a file that nobody meant.
+namespace Torvane::File {
+
+/// A file opened for reading.
+class CReadFile {
+public:
+    CReadFile();
+    ~CReadFile();
+    CReadFile(const CReadFile&) = delete;
+    CReadFile& operator=(const CReadFile&) = delete;
+
+    /// Closes what is held, opens, reads the size. A file that another process has locked is tried again
+    /// every 100 ms, up to 50 times.
+    void Open(const QString& strPath, bool bWrite = false, bool bCreateIfMissing = false);
+    quint32 GetSize(quint32* pHigh = nullptr) const;
+    void Close();
+
+private:
+    struct Handle;
+    std::unique_ptr<Handle> m_pHandle;
+    quint32 m_nSizeLow = 0;
+    quint32 m_nSizeHigh = 0;
+    quint32 m_nPosition = 0;
+};
+
+quint32 GetFileSizeOf(const QString& strPath, quint32* pHigh = nullptr);
+void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite);
+void DeleteOneFile(const QString& strPath, bool bForce);
+void ClearAttributes(const QString& strPath);
+
+/// Creates the folder with all its parents. Answers the kind of what already stood there, and creates nothing
+/// then.
+EPathKind CreateFolderPath(const QString& strPath);
+
+/// Copies a tree; hidden entries (a leading dot) are not copied.
+void ForceCopyFolder(const QString& strSource, const QString& strTarget, bool bOverwrite,
+                     IWalkFilter* pFilter = nullptr);
+
+/// Deletes the tree and the folder itself. Hidden entries are seen in the top folder alone.
+void DeleteFolder(const QString& strPath, bool bForce, IWalkFilter* pFilter = nullptr);
+
+/// Deletes what is in the folder, and keeps the folder only if the argument ends with a backslash.
+void ClearFolder(const QString& strPath, bool bForce, IWalkFilter* pFilter = nullptr);
+
+/// Sum of the file sizes of the tree in bytes; hidden entries are not counted.
+double GetFolderSize(const QString& strPath);
+
+bool TryCopyFolder(const QString& strSource, const QString& strTarget);
+bool TryDeleteFolder(const QString& strPath);
+bool TryClearFolder(const QString& strPath);
+bool TryCreateFolderPath(const QString& strPath);
+bool TryGetFolderSize(const QString& strPath, double& dSize);
+
+} // namespace Torvane::File

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+
+/// A recursive walk through a folder, on which copying, deleting and measuring are built.
+namespace Torvane::File {
+
+/// What a listing tells of one entry.
+struct FindRecord {
+    QString strName;
+    quint64 nSize = 0;
+    bool bFolder = false;
+    /// Hidden, system or temporary; on a platform without such bits a name with a leading dot.
+    bool bSpecial = false;
+};
+
+class IFileVisitor {
+public:
+    virtual ~IFileVisitor() = default;
+    virtual void Visit(const QString& strPath, const FindRecord& record) = 0;
+};
+
+class IFolderVisitor {
+public:
+    virtual ~IFolderVisitor() = default;
+    /// strPath has its trailing backslash.
+    virtual void Visit(const QString& strPath) = 0;
+};
+
+class IWalkFilter {
+public:
+    virtual ~IWalkFilter() = default;
+    /// True stops the walk at once. Asked before each entry.
+    virtual bool Cancelled() = 0;
+    virtual bool AcceptFile(const QString& strPath) = 0;
+    virtual bool AcceptFolder(const QString& strPath) = 0;
+};
+
+/// Null visitors and a null filter are allowed. Folders below the first are always walked with bSkipSpecial
+/// on, whatever the caller passed. A symbolic link to a folder is an entry of its own and is never walked
+/// into.
+void WalkFolder(const QString& strFolder, IFileVisitor* pFiles, IFolderVisitor* pEnter,
+                IFolderVisitor* pLeave, bool bRecursive, IWalkFilter* pFilter, bool bSkipSpecial);
+
+} // namespace Torvane::File

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QString>
+
+/// Rules on backslash paths and what stands at them. Every path here is in backslash form. Queries look at
+/// the first 260 code page bytes of a path, ending on a character boundary.
+namespace Torvane::File {
+
+enum class EPathKind { Nothing = 0, File = 1, Folder = 2 };
+
+constexpr int c_nMaxPathBytes = 260;
+
+EPathKind GetPathKind(const QString& strPath);
+bool IsFile(const QString& strPath);
+bool IsFolder(const QString& strPath);
+
+/// True when the folder holds nothing but "." and ".."; also when it can't be listed.
+bool IsFolderEmpty(const QString& strPath);
+
+/// Index of the last occurrence at or before the start (negative: from the end); -1 for an empty text, a zero
+/// character or no occurrence.
+qsizetype FindLastChar(const QString& strText, QChar c, qsizetype nStart = -1);
+
+/// Removes one trailing occurrence in place; 1 if removed, else 0.
+int TrimTrailingChar(QString& strText, QChar c);
+
+QString AddBackslash(const QString& strPath);
+QString WithoutBackslash(const QString& strPath);
+
+/// The folder with or without a trailing backslash, as the flag says.
+QString FolderForm(const QString& strPath, bool bBackslash);
+
+/// What follows the last backslash, or the whole text.
+QString BareName(const QString& strPath);
+
+/// What stands before the last backslash, without it; empty when there is none.
+QString ParentFolder(const QString& strPath);
+
+/// From the last "." of the bare name to its end, dot included; empty when there is none.
+QString Extension(const QString& strPath);
+
+/// The bare name up to its last ".", or the whole bare name.
+QString FileTitle(const QString& strPath);
+
+/// True if path's beginning equals base ignoring ASCII case, and base ends with the separator or the
+/// separator follows it in path.
+bool IsPathUnder(const QString& strBase, const QString& strPath, QChar cSeparator);
+
+/// What of path lies below base (as IsPathUnder finds it), without a leading separator; empty in any other
+/// case. Cut to 260 bytes.
+QString RelativeTail(const QString& strBase, const QString& strPath, QChar cSeparator);
+
+/// A bare name that is free in the folder. strName may be a bare name or a path. An empty stem becomes the
+/// local time as year, month, day, hour, minute; a name that is taken gets "[random number]" behind its stem.
+QString MakeUniqueName(const QString& strName, const QString& strFolder);
+
+/// Where a found path lands when the source root is laid over the target root.
+QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTargetRoot,
+                           const QString& strFound);
+
+/// Conversion between paths and "file:" addresses. The two keep their own order of escapes on purpose and are
+/// no exact inverse of each other: a blank becomes "%2520".
+bool IsLocalAddress(const QString& strText);
+QString AddressToPath(const QString& strAddress);
+QString PathToAddress(const QString& strPath);
+
+} // namespace Torvane::File

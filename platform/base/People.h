@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+/// How the program speaks with the person in front of it.
+///
+/// These are interfaces without a window, so that every rule which ends in a question can be tested without
+/// one. The program answers them with real boxes (platform/ui); a test hands in scripted answers, and an
+/// unexpected box fails the test. Paths go in and come out in backslash form; what is shown is native.
+namespace Torvane::Dialog::MFC {
+
+enum class BoxIcon { None, Question, Information, Warning, Stop };
+enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
+enum class BoxAnswer { Ok, Cancel, Yes, No, Retry };
+
+/// A small window on top of the main window that shows one line at once, with no button. It goes with the
+/// object.
+class CShowStatusDlg {
+public:
+    virtual ~CShowStatusDlg() = default;
+
+    /// Shows the text and paints it before returning.
+    virtual void ShowStatus(const QString& strText) = 0;
+
+    /// Shows how much of a known amount is done; nTotal of 0 takes the bar away.
+    virtual void ShowProgress(qint64 nDone, qint64 nTotal) = 0;
+};
+
+class IPeople {
+public:
+    virtual ~IPeople() = default;
+
+    /// A message box. Closing it otherwise than by a button answers Cancel where there is such a button, No
+    /// for YesNo, and Ok for a lone Ok.
+    virtual BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
+                          BoxIcon icon) = 0;
+
+    virtual std::unique_ptr<CShowStatusDlg> OpenStatus() = 0;
+
+    /// Keeps every window painted for a moment without taking input; called again and again by whoever blocks
+    /// the interface thread. Cheap enough to be called every few milliseconds.
+    virtual void KeepPainting() = 0;
+
+    /// An existing file. strFilter is the file dialogs' own notation, "label|*.a;*.b|label|*.*||".
+    virtual std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
+                                                const QString& strFilter) = 0;
+
+    /// A folder, under a prompt.
+    virtual std::optional<QString> PickFolder(const QString& strPrompt, const QString& strFolder) = 0;
+
+    /// The four forms of boxes that the program knows.
+    BoxAnswer Question(const QString& strText) {
+        return Ask(strText, QStringLiteral("提示"), BoxButtons::OkCancel, BoxIcon::Question);
+    }
+    void Notice(const QString& strText) {
+        Ask(strText, QStringLiteral("提示"), BoxButtons::Ok, BoxIcon::Information);
+    }
+    void Warn(const QString& strText) {
+        Ask(strText, QStringLiteral("警告"), BoxButtons::Ok, BoxIcon::Warning);
+    }
+    void Error(const QString& strText) {
+        Ask(strText, QStringLiteral("错误"), BoxButtons::Ok, BoxIcon::Stop);
+    }
+};
+
+} // namespace Torvane::Dialog::MFC

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "course/Course.h"
+#include "course/CourseInfo.h"
+#include "platform/base/People.h"
+#include "server/CourseServer.h"
+
+#include <QString>
+
+#include <optional>
+
+/// What the session asks the person, as windows of server/ui do it.
+class ISessionDialogs {
+public:
+    virtual ~ISessionDialogs() = default;
+    /// The dialog "验证密码": the password, or nothing when cancelled.
+    virtual std::optional<QString> AskPassword(const CCourseInfo& info) = 0;
+
+    struct PasswordChange {
+        QString strOld;
+        QString strNew;
+    };
+    /// The dialog "修改密码" with its own checks done; nothing when cancelled.
+    virtual std::optional<PasswordChange> AskPasswordChange(const QString& strPrompt) = 0;
+};
+
+/// The life of a course with the course server: status reports, the password prompt, the change of password.
+class CServerSession : public ICourseSession {
+public:
+    CServerSession(Torvane::Dialog::MFC::IPeople& people, ISessionDialogs& dialogs);
+
+    bool ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) override;
+
+    /// True when the password was accepted.
+    bool PromptPassword(CCourse& course);
+    bool ChangePassword(CCourseInfo& info, const QString& strPrompt);
+
+    /// The validate step of the compile commands: status "正在验证课程...", a report of type 264 with empty
+    /// figures.
+    bool ValidateCourse(CCourse& course);
+
+    /// One request to the server at this address that needs no course. Throws Torvane::CRunException.
+    void TestLink(const QString& strServerUrl);
+
+private:
+    Torvane::Dialog::MFC::IPeople& m_people;
+    ISessionDialogs& m_dialogs;
+};
+
+/// The first page of the new-course wizard without its window: the list, the search and the password step.
+class CCourseChoice {
+public:
+    CCourseChoice(Torvane::Dialog::MFC::IPeople& people, CServerSession& session);
+
+    /// Fetches the list; false ends the wizard, and the person has been told.
+    bool Fetch();
+    const QList<CCourseInfo>& GetCourses() const { return m_courses; }
+
+    /// "课程编号:…\r\n课程名称:…\r\n教师名称:…"
+    static QString DetailsText(const CCourseInfo& info);
+    /// Index of the first course whose name begins with the text; -1 for none.
+    int FindByPrefix(const QString& strText) const;
+
+    enum class ENext { Stay, StayOnPassword, Go };
+    /// The checks of Next. nIndex of -1 means no selection.
+    ENext Next(int nIndex, const QString& strPassword);
+    /// The course chosen, after Next answered Go.
+    const CCourseInfo& GetChosen() const { return m_chosen; }
+
+private:
+    Torvane::Dialog::MFC::IPeople& m_people;
+    CServerSession& m_session;
+    QList<CCourseInfo> m_courses;
+    CCourseInfo m_chosen;
+};
+
+/// What the change of password says of its fields, in the order of the checks.
+enum class EPasswordField { None, Old, New, Confirm };
+struct PasswordFault {
+    EPasswordField Field = EPasswordField::None;
+    QString strMessage;
+    bool bEmptyConfirm = false;
+};
+PasswordFault CheckPasswordChange(const QString& strOld, const QString& strNew, const QString& strConfirm);
