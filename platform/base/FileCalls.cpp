@@ -1,0 +1,435 @@
+#include "platform/base/FileCalls.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace Platform {
+namespace {
+
+int ErrorOf(int nResult) {
+    return nResult == 0 ? 0 : errno;
+}
+
+class CDescriptor {
+public:
+    explicit CDescriptor(int n) : m_n(n) {}
+    ~CDescriptor() {
+        if (m_n >= 0)
+            ::close(m_n);
+    }
+    CDescriptor(const CDescriptor&) = delete;
+    CDescriptor& operator=(const CDescriptor&) = delete;
+    operator int() const { return m_n; } // NOLINT: stands for the number everywhere
+    int Close() {
+        const int n = m_n;
+        m_n = -1;
+        return ErrorOf(::close(n));
+    }
+    int Release() {
+        const int n = m_n;
+        m_n = -1;
+        return n;
+    }
+
+private:
+    int m_n;
+};
+
+CFileState StateOf(const struct stat& from) {
+    CFileState state;
+    state.nSize = S_ISREG(from.st_mode) ? static_cast<quint64>(from.st_size) : 0;
+    state.bFolder = S_ISDIR(from.st_mode);
+    state.bPlainFile = S_ISREG(from.st_mode);
+    state.bLink = S_ISLNK(from.st_mode);
+    state.nDevice = from.st_dev;
+    state.nInode = from.st_ino;
+    return state;
+}
+
+int WriteAll(int nFile, const char* pBytes, size_t nSize) {
+    while (nSize > 0) {
+        const ssize_t n = ::write(nFile, pBytes, nSize);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        pBytes += n;
+        nSize -= static_cast<size_t>(n);
+    }
+    return 0;
+}
+
+constexpr size_t c_nBlock = 128 * 1024;
+
+// Small files go through one read and one write; large ones are copied inside the kernel where it can.
+int CopyContent(int nFrom, int nTo, off_t nSize) {
+    if (nSize > static_cast<off_t>(c_nBlock)) {
+        for (;;) {
+            const ssize_t n = ::copy_file_range(nFrom, nullptr, nTo, nullptr, size_t{1} << 30, 0);
+            if (n == 0)
+                return 0;
+            if (n < 0) {
+                if (errno == EINTR)
+                    continue;
+                if (errno == ENOSPC || errno == EIO || errno == EDQUOT || errno == EFBIG)
+                    return errno;
+                break; // not between these two file systems: by hand from where it stands
+            }
+        }
+    }
+    static thread_local const std::unique_ptr<char[]> pBlock(new char[c_nBlock]);
+    for (;;) {
+        const ssize_t n = ::read(nFrom, pBlock.get(), c_nBlock);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        if (n == 0)
+            return 0;
+        if (const int nError = WriteAll(nTo, pBlock.get(), static_cast<size_t>(n)))
+            return nError;
+    }
+}
+
+// A name beside the final one that no other program or thread uses.
+QByteArray TemporaryName() {
+    static std::atomic<unsigned> nNext{0};
+    return ".vorel-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(++nNext) + ".tmp";
+}
+
+// Creates a file under a temporary name; a leftover of the same name from a crashed run is stepped over.
+int CreateTemporary(int nFolder, mode_t nMode, QByteArray& name, int& nFile) {
+    for (int nTry = 0; nTry < 1000; ++nTry) {
+        name = TemporaryName();
+        nFile = ::openat(nFolder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, nMode);
+        if (nFile >= 0)
+            return 0;
+        if (errno != EEXIST)
+            return errno;
+    }
+    return EEXIST;
+}
+
+QByteArray FolderOf(const QByteArray& path) {
+    const qsizetype n = path.lastIndexOf('/');
+    if (n < 0)
+        return QByteArray(".");
+    return n == 0 ? QByteArray("/") : path.left(n);
+}
+
+// Where a chain of links ends; the path itself when it is no link or leads nowhere.
+QByteArray BehindLinks(const QByteArray& path) {
+    CFileState state;
+    if (GetFileState(path, state, false) != 0 || !state.bLink)
+        return path;
+    const std::unique_ptr<char, void (*)(void*)> pReal(::realpath(path.constData(), nullptr), &std::free);
+    return pReal ? QByteArray(pReal.get()) : path;
+}
+
+bool IsLockedByAnother(int nFile) {
+    if (::flock(nFile, LOCK_SH | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK;
+    ::flock(nFile, LOCK_UN);
+    struct flock range {};
+    range.l_type = F_RDLCK;
+    range.l_whence = SEEK_SET;
+    return ::fcntl(nFile, F_GETLK, &range) == 0 && range.l_type == F_WRLCK;
+}
+
+} // namespace
+
+struct CFolder::Handle {
+    explicit Handle(DIR* p) : pFolder(p) {}
+    ~Handle() { ::closedir(pFolder); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    DIR* pFolder;
+};
+
+CFolder::CFolder() = default;
+CFolder::~CFolder() = default;
+CFolder::CFolder(CFolder&&) noexcept = default;
+CFolder& CFolder::operator=(CFolder&&) noexcept = default;
+
+int CFolder::Descriptor() const {
+    return m_pHandle ? ::dirfd(m_pHandle->pFolder) : -1;
+}
+
+int CFolder::Open(const QByteArray& path, bool bFollow) {
+    m_pHandle.reset();
+    const int nFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (bFollow ? 0 : O_NOFOLLOW);
+    CDescriptor folder(::open(path.constData(), nFlags));
+    if (folder < 0)
+        return errno;
+    DIR* pFolder = ::fdopendir(folder);
+    if (!pFolder)
+        return errno;
+    folder.Release();
+    m_pHandle = std::make_unique<Handle>(pFolder);
+    return 0;
+}
+
+int CFolder::OpenBelow(const CFolder& parent, const QByteArray& name) {
+    m_pHandle.reset();
+    const int nFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW;
+    CDescriptor folder(::openat(parent.Descriptor(), name.constData(), nFlags));
+    if (folder < 0)
+        return errno;
+    DIR* pFolder = ::fdopendir(folder);
+    if (!pFolder)
+        return errno;
+    folder.Release();
+    m_pHandle = std::make_unique<Handle>(pFolder);
+    return 0;
+}
+
+int CFolder::List(std::vector<CFolderEntry>& list) {
+    list.clear();
+    if (!m_pHandle)
+        return EBADF;
+    ::rewinddir(m_pHandle->pFolder);
+    for (;;) {
+        errno = 0;
+        const dirent* pEntry = ::readdir(m_pHandle->pFolder);
+        if (!pEntry)
+            return errno;
+        const char* szName = pEntry->d_name;
+        if (std::strcmp(szName, ".") == 0 || std::strcmp(szName, "..") == 0)
+            continue;
+        unsigned char nType = pEntry->d_type;
+        if (nType == DT_UNKNOWN) {
+            struct stat state {};
+            if (::fstatat(Descriptor(), szName, &state, AT_SYMLINK_NOFOLLOW) == 0)
+                nType = static_cast<unsigned char>(IFTODT(state.st_mode));
+        }
+        const EEntryType eType = nType == DT_REG   ? EEntryType::File
+                                 : nType == DT_DIR ? EEntryType::Folder
+                                 : nType == DT_LNK ? EEntryType::Link
+                                                   : EEntryType::Other;
+        list.push_back({QByteArray(szName), eType});
+    }
+}
+
+int CFolder::GetState(const QByteArray& name, CFileState& state, bool bFollow) const {
+    struct stat found {};
+    if (::fstatat(Descriptor(), name.constData(), &found, bFollow ? 0 : AT_SYMLINK_NOFOLLOW) != 0)
+        return errno;
+    state = StateOf(found);
+    return 0;
+}
+
+int CFolder::GetOwnState(CFileState& state) const {
+    struct stat found {};
+    if (::fstat(Descriptor(), &found) != 0)
+        return errno;
+    state = StateOf(found);
+    return 0;
+}
+
+int CFolder::MakeFolder(const QByteArray& name) const {
+    return ErrorOf(::mkdirat(Descriptor(), name.constData(), 0777));
+}
+
+int CFolder::RemoveFile(const QByteArray& name) const {
+    return ErrorOf(::unlinkat(Descriptor(), name.constData(), 0));
+}
+
+int CFolder::RemoveFolder(const QByteArray& name) const {
+    return ErrorOf(::unlinkat(Descriptor(), name.constData(), AT_REMOVEDIR));
+}
+
+int CFolder::MakeWritable() const {
+    struct stat found {};
+    if (::fstat(Descriptor(), &found) != 0)
+        return errno;
+    return ErrorOf(::fchmod(Descriptor(), (found.st_mode & 07777U) | S_IRWXU));
+}
+
+int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to, const QByteArray& target,
+                  bool bOverwrite) {
+    // Without waiting, so that a pipe put in the file's place can't hold the program up.
+    CDescriptor source(::openat(from.Descriptor(), name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (source < 0)
+        return errno;
+    struct stat state {};
+    if (::fstat(source, &state) != 0)
+        return errno;
+    if (!S_ISREG(state.st_mode))
+        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
+
+    const mode_t nMode = (state.st_mode & 0777U) | S_IWUSR;
+    QByteArray written = target;
+    int nFile = ::openat(to.Descriptor(), target.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, nMode);
+    if (nFile < 0) {
+        if (errno != EEXIST || !bOverwrite)
+            return errno;
+        CFileState old;
+        if (to.GetState(target, old) == 0) {
+            if (old.bFolder)
+                return EISDIR;
+            if (old.nDevice == state.st_dev && old.nInode == state.st_ino)
+                return 0;
+        }
+        if (const int nError = CreateTemporary(to.Descriptor(), nMode, written, nFile))
+            return nError;
+    }
+    CDescriptor copy(nFile);
+    int nError = CopyContent(source, copy, state.st_size);
+    if (nError == 0) {
+        const std::array<timespec, 2> times{state.st_atim, state.st_mtim};
+        ::futimens(copy, times.data());
+        nError = copy.Close();
+    }
+    if (nError == 0 && written != target)
+        nError =
+            ErrorOf(::renameat(to.Descriptor(), written.constData(), to.Descriptor(), target.constData()));
+    if (nError != 0)
+        ::unlinkat(to.Descriptor(), written.constData(), 0);
+    return nError;
+}
+
+int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes) {
+    const QByteArray target = BehindLinks(path);
+    const QByteArray name = target.mid(target.lastIndexOf('/') + 1);
+    CDescriptor folder(::open(FolderOf(target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder < 0)
+        return errno;
+    struct stat old {};
+    const bool bOld = ::fstatat(folder, name.constData(), &old, AT_SYMLINK_NOFOLLOW) == 0;
+    if (bOld && S_ISDIR(old.st_mode))
+        return EISDIR;
+    if (bOld && ::faccessat(folder, name.constData(), W_OK, 0) != 0)
+        return errno;
+
+    QByteArray temporary;
+    int nFile = -1;
+    if (const int nError = CreateTemporary(folder, 0666, temporary, nFile))
+        return nError;
+    CDescriptor file(nFile);
+    if (bOld)
+        ::fchmod(file, old.st_mode & 0777U);
+    int nError = WriteAll(file, bytes.constData(), static_cast<size_t>(bytes.size()));
+    if (nError == 0)
+        nError = ErrorOf(::fsync(file));
+    if (nError == 0)
+        nError = file.Close();
+    if (nError == 0)
+        nError = ErrorOf(::renameat(folder, temporary.constData(), folder, name.constData()));
+    if (nError != 0) {
+        ::unlinkat(folder, temporary.constData(), 0);
+        return nError;
+    }
+    // The file is in place; some file systems can't flush a folder, which is no failure of the write.
+    ::fsync(folder);
+    return 0;
+}
+
+int ReadFileBytes(const QByteArray& path, QByteArray& bytes, qint64 nMax) {
+    bytes.clear();
+    int nFile = -1;
+    const CDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    nFile = file;
+    if (nFile < 0)
+        return errno;
+    struct stat state {};
+    if (::fstat(nFile, &state) != 0)
+        return errno;
+    if (!S_ISREG(state.st_mode))
+        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
+    qint64 nRoom = std::min<qint64>(state.st_size, nMax);
+    bytes.resize(nRoom);
+    qint64 nRead = 0;
+    while (nRead < nRoom) {
+        const ssize_t n = ::read(nFile, bytes.data() + nRead, static_cast<size_t>(nRoom - nRead));
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            bytes.clear();
+            return errno;
+        }
+        if (n == 0)
+            break; // shorter than it was a moment ago
+        nRead += n;
+    }
+    bytes.resize(nRead);
+    return 0;
+}
+
+int OpenPlainFile(const QByteArray& path, bool bWrite, bool bCreate, int& nDescriptor) {
+    const int nFlags = (bWrite ? O_RDWR : O_RDONLY) | (bCreate ? O_CREAT : 0) | O_CLOEXEC | O_NONBLOCK;
+    CDescriptor file(::open(path.constData(), nFlags, 0666));
+    if (file < 0)
+        return errno;
+    struct stat state {};
+    if (::fstat(file, &state) != 0)
+        return errno;
+    if (!S_ISREG(state.st_mode))
+        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
+    if (IsLockedByAnother(file))
+        return EAGAIN;
+    nDescriptor = file.Release();
+    return 0;
+}
+
+int GetOpenFileSize(int nDescriptor, quint64& nSize) {
+    struct stat state {};
+    if (::fstat(nDescriptor, &state) != 0)
+        return errno;
+    nSize = static_cast<quint64>(state.st_size);
+    return 0;
+}
+
+void CloseFile(int nDescriptor) {
+    ::close(nDescriptor);
+}
+
+int GetFileState(const QByteArray& path, CFileState& state, bool bFollow) {
+    struct stat found {};
+    if ((bFollow ? ::stat(path.constData(), &found) : ::lstat(path.constData(), &found)) != 0)
+        return errno;
+    state = StateOf(found);
+    return 0;
+}
+
+int MakeFolder(const QByteArray& path) {
+    return ErrorOf(::mkdir(path.constData(), 0777));
+}
+
+int RemoveFile(const QByteArray& path) {
+    return ErrorOf(::unlink(path.constData()));
+}
+
+int RemoveFolder(const QByteArray& path) {
+    return ErrorOf(::rmdir(path.constData()));
+}
+
+int MakeWritable(const QByteArray& path) {
+    struct stat found {};
+    if (::stat(path.constData(), &found) != 0)
+        return errno;
+    if ((found.st_mode & S_IWUSR) != 0)
+        return 0;
+    return ErrorOf(::chmod(path.constData(), (found.st_mode & 07777U) | S_IWUSR));
+}
+
+QString SystemErrorText(int nCode) {
+    if (!::strerrordesc_np(nCode))
+        return {};
+    std::array<char, 1024> text{};
+    return QString::fromLocal8Bit(::strerror_r(nCode, text.data(), text.size()));
+}
+
+} // namespace Platform

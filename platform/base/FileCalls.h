@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+/// The system's file calls behind the file helpers: by open folder and name, so that a walk through a large
+/// tree costs one look-up a file. Names and paths are native bytes. Every call that may fail answers the
+/// system's error code, 0 for success.
+namespace Platform {
+
+enum class EEntryType { File, Folder, Link, Other };
+
+struct CFolderEntry {
+    QByteArray name;
+    /// What the entry itself is; links are not followed.
+    EEntryType eType = EEntryType::Other;
+};
+
+struct CFileState {
+    quint64 nSize = 0;
+    bool bFolder = false;
+    /// A plain file; false for devices, pipes and sockets, which must never be opened.
+    bool bPlainFile = false;
+    bool bLink = false;
+    quint64 nDevice = 0;
+    quint64 nInode = 0;
+};
+
+/// Follows links unless told not to.
+int GetFileState(const QByteArray& path, CFileState& state, bool bFollow = true);
+
+/// An open folder.
+class CFolder {
+public:
+    CFolder();
+    ~CFolder();
+    CFolder(CFolder&&) noexcept;
+    CFolder& operator=(CFolder&&) noexcept;
+
+    int Open(const QByteArray& path, bool bFollow = true);
+    /// A folder in this one; a link is not followed.
+    int OpenBelow(const CFolder& parent, const QByteArray& name);
+    bool IsOpen() const { return m_pHandle != nullptr; }
+
+    /// All entries but "." and "..", in the system's order.
+    int List(std::vector<CFolderEntry>& list);
+    int GetState(const QByteArray& name, CFileState& state, bool bFollow = true) const;
+    int GetOwnState(CFileState& state) const;
+
+    int MakeFolder(const QByteArray& name) const;
+    /// Removes a file, or a link itself.
+    int RemoveFile(const QByteArray& name) const;
+    int RemoveFolder(const QByteArray& name) const;
+    /// Lets the owner change the folder's entries.
+    int MakeWritable() const;
+
+private:
+    friend int CopyFileBytes(const CFolder&, const QByteArray&, const CFolder&, const QByteArray&, bool);
+    int Descriptor() const;
+    struct Closer;
+    struct Handle;
+    std::unique_ptr<Handle> m_pHandle;
+};
+
+/// Copies a plain file with its permissions (the owner may always write the copy) and its time of
+/// modification. An existing target is refused, or with bOverwrite replaced as a whole; a failed copy leaves
+/// nothing behind. A file copied onto itself stays as it is.
+int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to, const QByteArray& target,
+                  bool bOverwrite);
+
+/// Replaces or creates the file as a whole: written beside under a name of its own, flushed to the disk,
+/// renamed. Permissions of the old file are kept; where the path is a link, the file it leads to is replaced.
+int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes);
+
+/// At most nMax bytes of a plain file.
+int ReadFileBytes(const QByteArray& path, QByteArray& bytes, qint64 nMax);
+
+/// Opens a plain file and answers its descriptor; EAGAIN while another process holds a lock on it.
+int OpenPlainFile(const QByteArray& path, bool bWrite, bool bCreate, int& nDescriptor);
+int GetOpenFileSize(int nDescriptor, quint64& nSize);
+void CloseFile(int nDescriptor);
+
+int MakeFolder(const QByteArray& path);
+int RemoveFile(const QByteArray& path);
+int RemoveFolder(const QByteArray& path);
+/// Lets the owner write the file or folder.
+int MakeWritable(const QByteArray& path);
+
+/// The system's text for an error code in the person's language; empty when it has none.
+QString SystemErrorText(int nCode);
+
+} // namespace Platform

@@ -1,0 +1,146 @@
+#include "platform/base/Process.h"
+
+#include "platform/base/NativePath.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <optional>
+
+namespace Platform {
+namespace {
+
+constexpr int c_nWaitMs = 20;
+
+bool IsBlank(QChar c) {
+    return c == u' ' || c == u'\t';
+}
+
+// One argument from nAt on. Backslashes are plain except right before a double quote: there two give one,
+// and an odd last one makes the quote plain.
+QString TakeArgument(const QString& str, qsizetype& nAt) {
+    QString strArgument;
+    bool bQuoted = false;
+    while (nAt < str.size() && (bQuoted || !IsBlank(str[nAt]))) {
+        qsizetype nSlashes = 0;
+        while (nAt < str.size() && str[nAt] == u'\\') {
+            ++nSlashes;
+            ++nAt;
+        }
+        const bool bQuote = nAt < str.size() && str[nAt] == u'"';
+        strArgument += QString(bQuote ? nSlashes / 2 : nSlashes, u'\\');
+        if (bQuote) {
+            if (nSlashes % 2 != 0)
+                strArgument += u'"';
+            else
+                bQuoted = !bQuoted;
+            ++nAt;
+        } else if (nSlashes == 0) {
+            strArgument += str[nAt++];
+        }
+    }
+    return strArgument;
+}
+
+// The program's name knows no escapes: quotes join, everything else is plain.
+QString TakeProgram(const QString& str, qsizetype& nAt) {
+    QString strProgram;
+    bool bQuoted = false;
+    for (; nAt < str.size() && (bQuoted || !IsBlank(str[nAt])); ++nAt) {
+        if (str[nAt] == u'"')
+            bQuoted = !bQuoted;
+        else
+            strProgram += str[nAt];
+    }
+    return strProgram;
+}
+
+QStringList TakeArguments(const QString& str, qsizetype nAt) {
+    QStringList list;
+    for (;;) {
+        while (nAt < str.size() && IsBlank(str[nAt]))
+            ++nAt;
+        if (nAt >= str.size())
+            return list;
+        list.append(TakeArgument(str, nAt));
+    }
+}
+
+// The native path of a program's file, with or without its ending; nothing when there is no such file.
+std::optional<QString> FindProgram(const QString& strPath) {
+    QStringList candidates{strPath};
+    if (strPath.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive))
+        candidates.prepend(strPath.chopped(4));
+    for (const QString& strCandidate : candidates) {
+        const QFileInfo info(ToNative(strCandidate));
+        if (info.isFile() && info.isExecutable())
+            return info.absoluteFilePath();
+    }
+    return std::nullopt;
+}
+
+struct Start {
+    QString strProgram;
+    QStringList arguments;
+};
+
+// A program path that is not quoted may hold blanks: the shortest head that is a program is the one.
+std::optional<Start> FindStart(const QString& strCommandLine) {
+    if (strCommandLine.startsWith(u'"')) {
+        qsizetype nAt = 0;
+        const auto program = FindProgram(TakeProgram(strCommandLine, nAt));
+        return program ? std::optional(Start{*program, TakeArguments(strCommandLine, nAt)}) : std::nullopt;
+    }
+    for (qsizetype nAt = 0; nAt <= strCommandLine.size(); ++nAt) {
+        if (nAt < strCommandLine.size() && !IsBlank(strCommandLine[nAt]))
+            continue;
+        if (const auto program = FindProgram(strCommandLine.left(nAt)))
+            return Start{*program, TakeArguments(strCommandLine, nAt)};
+    }
+    return std::nullopt;
+}
+
+bool BeginsWithDrive(const QString& str) {
+    return str.size() >= 3 && str[1] == u':' && str[2] == u'\\' && str[0].toUpper() == u'Z';
+}
+
+} // namespace
+
+QStringList SplitCommandLine(const QString& strCommandLine) {
+    qsizetype nAt = 0;
+    while (nAt < strCommandLine.size() && IsBlank(strCommandLine[nAt]))
+        ++nAt;
+    if (nAt >= strCommandLine.size())
+        return {};
+    const QString strProgram = TakeProgram(strCommandLine, nAt);
+    return QStringList{strProgram} + TakeArguments(strCommandLine, nAt);
+}
+
+bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whileWaiting) {
+    auto start = FindStart(strCommandLine.trimmed());
+    if (!start)
+        return false;
+    for (QString& strArgument : start->arguments) {
+        if (BeginsWithDrive(strArgument))
+            strArgument = ToNative(strArgument);
+    }
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(start->strProgram, start->arguments);
+    if (!process.waitForStarted(-1))
+        return false;
+    while (process.state() != QProcess::NotRunning) {
+        process.waitForFinished(c_nWaitMs);
+        if (whileWaiting)
+            whileWaiting();
+    }
+    return true;
+}
+
+QString OwnProgramPath() {
+    return FromNative(QFile::symLinkTarget(QStringLiteral("/proc/self/exe")));
+}
+
+} // namespace Platform
