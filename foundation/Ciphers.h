@@ -44,6 +44,8 @@ public:
     CDesKey(const CDesKey&) = delete;
     CDesKey& operator=(const CDesKey&) = delete;
 
+    QByteArray Encrypt(QByteArrayView text) const;
+    QByteArray Decrypt(QByteArrayView bytes) const;
     QByteArray EncryptHex(QByteArrayView text) const;
     QByteArray DecryptHex(QByteArrayView text) const;
 

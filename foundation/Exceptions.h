@@ -36,6 +36,10 @@ public:
     CFileException(const QString& strText, int nSystemError);
 };
 
+/// The system's text for an error code, in the person's language; "Unknown Error!" when it has none. At most
+/// 1,023 code page bytes.
+QString FormatSystemError(int nCode);
+
 } // namespace File
 
 namespace Net {

@@ -153,11 +153,20 @@ bool IsLockedByAnother(int nFile) {
 
 struct CFolder::Handle {
     explicit Handle(DIR* p) : pFolder(p) {}
-    ~Handle() { ::closedir(pFolder); }
+    ~Handle() {
+        if (pFolder)
+            ::closedir(pFolder);
+    }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
-    DIR* pFolder;
+    DIR* pFolder; // null for whole paths
 };
+
+CFolder CFolder::OfPaths() {
+    CFolder folder;
+    folder.m_pHandle = std::make_unique<Handle>(nullptr);
+    return folder;
+}
 
 CFolder::CFolder() = default;
 CFolder::~CFolder() = default;
@@ -165,7 +174,9 @@ CFolder::CFolder(CFolder&&) noexcept = default;
 CFolder& CFolder::operator=(CFolder&&) noexcept = default;
 
 int CFolder::Descriptor() const {
-    return m_pHandle ? ::dirfd(m_pHandle->pFolder) : -1;
+    if (!m_pHandle)
+        return -1;
+    return m_pHandle->pFolder ? ::dirfd(m_pHandle->pFolder) : AT_FDCWD;
 }
 
 int CFolder::Open(const QByteArray& path, bool bFollow) {
@@ -198,7 +209,7 @@ int CFolder::OpenBelow(const CFolder& parent, const QByteArray& name) {
 
 int CFolder::List(std::vector<CFolderEntry>& list) {
     list.clear();
-    if (!m_pHandle)
+    if (!m_pHandle || !m_pHandle->pFolder)
         return EBADF;
     ::rewinddir(m_pHandle->pFolder);
     for (;;) {

@@ -40,6 +40,9 @@ public:
     CFolder(CFolder&&) noexcept;
     CFolder& operator=(CFolder&&) noexcept;
 
+    /// No folder of its own: names are whole paths then.
+    static CFolder OfPaths();
+
     int Open(const QByteArray& path, bool bFollow = true);
     /// A folder in this one; a link is not followed.
     int OpenBelow(const CFolder& parent, const QByteArray& name);

@@ -6,6 +6,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace Platform {
@@ -17,6 +18,15 @@ constexpr auto c_szNowhere = u"/dev/null/";
 
 bool IsAsciiLetter(QChar c) {
     return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
+
+char LowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+bool EqualsIgnoringCase(QByteArrayView a, QByteArrayView b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
 }
 
 bool HasDrive(const QString& strPath) {
@@ -43,8 +53,7 @@ QByteArray FindIgnoringCase(const QByteArray& folder, QByteArrayView wanted) {
         return best;
     while (const dirent* pEntry = ::readdir(pFolder.get())) {
         const QByteArrayView name(pEntry->d_name);
-        if (name.size() == wanted.size() && qstrnicmp(name.data(), wanted.data(), wanted.size()) == 0 &&
-            (best.isEmpty() || name < best))
+        if (EqualsIgnoringCase(name, wanted) && (best.isEmpty() || name < best))
             best = name.toByteArray();
     }
     return best;

@@ -1,0 +1,198 @@
+// Copying, deleting and measuring whole trees.
+#include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Files.h"
+#include "foundation/TreeWalk.h"
+#include "platform/base/FileCalls.h"
+#include "platform/base/NativePath.h"
+
+#include <cerrno>
+#include <vector>
+
+namespace Torvane::File {
+namespace {
+
+QString Shown(const QString& strPath) {
+    return Platform::ToNativeExact(strPath);
+}
+
+// Lays a tree over the target root, folder by folder beside the walk. The walk meets only names, never ".."
+// or addresses, so a path lands where ResolveAgainstBase would put it: below the target root under the same
+// relative path.
+class CCopier : public ITreeVisitor {
+public:
+    CCopier(const QString& strTarget, bool bOverwrite) : m_bOverwrite(bOverwrite) {
+        m_target.strPath = AddBackslash(strTarget);
+        m_target.nPathBytes = CodePage::ByteLength(m_target.strPath);
+    }
+
+    // A target inside the source would be copied into itself without end.
+    bool GoesInto(const TreeFolder& folder) override {
+        Platform::CFileState state;
+        return !folder.Folder.IsOpen() || folder.Folder.GetOwnState(state) != 0 ||
+               state.nDevice != m_rootState.nDevice || state.nInode != m_rootState.nInode;
+    }
+
+    void Enter(TreeFolder& folder) override {
+        if (!folder.pParent) {
+            EnterRoot();
+            return;
+        }
+        TreeFolder& parent = m_stack.back();
+        TreeFolder target;
+        target.strPath = EntryPath(parent, folder.name) + u'\\';
+        target.nPathBytes = EntryPathBytes(parent.nPathBytes, folder.name) + 1;
+        int nError = target.nPathBytes - 1 > c_nMaxPathBytes ? ENAMETOOLONG : parent.nOpenError;
+        if (nError == 0)
+            nError = parent.Folder.MakeFolder(folder.name);
+        if (nError != 0 && nError != EEXIST)
+            throw CFileException(
+                QStringLiteral("无法创建目录 %1 ！").arg(Shown(WithoutBackslash(target.strPath))), nError);
+        target.nOpenError = target.Folder.OpenBelow(parent.Folder, folder.name);
+        m_stack.push_back(std::move(target));
+    }
+
+    void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
+        Platform::CFileState state;
+        if (entry.eType != Platform::EEntryType::File && !GetPlainFile(folder, entry, state))
+            return;
+        const TreeFolder& target = m_stack.back();
+        int nError = target.nOpenError;
+        if (nError == 0 && EntryPathBytes(target.nPathBytes, entry.name) > c_nMaxPathBytes)
+            nError = ENAMETOOLONG;
+        if (nError == 0)
+            nError =
+                Platform::CopyFileBytes(folder.Folder, entry.name, target.Folder, entry.name, m_bOverwrite);
+        if (nError != 0)
+            throw CFileException(
+                QStringLiteral("无法拷贝文件 %1 到 %2！")
+                    .arg(Shown(EntryPath(folder, entry.name)), Shown(EntryPath(target, entry.name))),
+                nError);
+    }
+
+    void Leave(TreeFolder&) override { m_stack.pop_back(); }
+
+private:
+    void EnterRoot() {
+        CreateFolderPath(m_target.strPath);
+        m_target.nOpenError = m_target.Folder.Open(Platform::ToNative(m_target.strPath).toUtf8());
+        if (m_target.nOpenError == 0)
+            m_target.Folder.GetOwnState(m_rootState);
+        m_stack.push_back(std::move(m_target));
+    }
+
+    bool m_bOverwrite;
+    TreeFolder m_target;
+    Platform::CFileState m_rootState;
+    std::vector<TreeFolder> m_stack;
+};
+
+class CDeleter : public ITreeVisitor {
+public:
+    CDeleter(QString strProtected, bool bForce) : m_strProtected(std::move(strProtected)), m_bForce(bForce) {}
+
+    void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
+        int nError = EntryPathBytes(folder.nPathBytes, entry.name) > c_nMaxPathBytes ? ENAMETOOLONG : 0;
+        if (nError == 0)
+            nError = Forced(folder, [&] { return folder.Folder.RemoveFile(entry.name); });
+        if (nError != 0)
+            throw CFileException(QStringLiteral("无法删除文件%1！").arg(Shown(EntryPath(folder, entry.name))),
+                                 nError);
+    }
+
+    void Leave(TreeFolder& folder) override {
+        if (folder.strPath == m_strProtected)
+            return;
+        int nError = folder.nPathBytes - 1 > c_nMaxPathBytes ? ENAMETOOLONG : 0;
+        if (nError == 0 && folder.pParent)
+            nError =
+                Forced(*folder.pParent, [&] { return folder.pParent->Folder.RemoveFolder(folder.name); });
+        else if (nError == 0)
+            nError = Platform::RemoveFolder(Platform::ToNative(WithoutBackslash(folder.strPath)).toUtf8());
+        if (nError != 0)
+            throw CFileException(
+                QStringLiteral("无法删除目录%1！").arg(Shown(WithoutBackslash(folder.strPath))), nError);
+    }
+
+private:
+    // What a folder holds can be removed only while its owner may write the folder.
+    template <typename TCall>
+    int Forced(TreeFolder& folder, TCall call) const {
+        const int nError = call();
+        return nError == EACCES && m_bForce && folder.Folder.MakeWritable() == 0 ? call() : nError;
+    }
+
+    QString m_strProtected;
+    bool m_bForce;
+};
+
+class CMeasurer : public ITreeVisitor {
+public:
+    void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
+        Platform::CFileState state;
+        if (GetPlainFile(folder, entry, state))
+            m_dSize += static_cast<double>(state.nSize);
+    }
+    double Size() const { return m_dSize; }
+
+private:
+    double m_dSize = 0;
+};
+
+// Nobody means a whole drive, or the folder that "." and ".." happen to be, when a folder is to go.
+bool NamesNoFolder(const QString& strPath) {
+    const QString strName = BareName(WithoutBackslash(strPath));
+    return strName.isEmpty() || strName.endsWith(u':') || strName.endsWith(u'/') ||
+           strName == QLatin1String(".") || strName == QLatin1String("..");
+}
+
+void RemoveTree(const QString& strPath, const QString& strProtected, bool bForce, IWalkFilter* pFilter) {
+    const auto refuse = [&](int nError) {
+        throw CFileException(QStringLiteral("无法删除目录%1！").arg(Shown(WithoutBackslash(strPath))),
+                             nError);
+    };
+    if (NamesNoFolder(strPath))
+        refuse(EINVAL);
+    if (CodePage::ByteLength(WithoutBackslash(strPath)) > c_nMaxPathBytes)
+        refuse(ENAMETOOLONG);
+    const QByteArray native = Platform::ToNative(WithoutBackslash(strPath)).toUtf8();
+    Platform::CFileState state;
+    if (Platform::GetFileState(native, state, false) == 0 && state.bLink) {
+        // A link goes itself; what it leads to is somebody else's.
+        if (const int nError = strProtected.endsWith(u'\\') ? ENOTDIR : Platform::RemoveFile(native))
+            refuse(nError);
+        return;
+    }
+    CDeleter deleter(strProtected, bForce);
+    TreeOptions options;
+    options.bSkipSpecial = false;
+    options.bFollowRoot = false;
+    options.pFilter = pFilter;
+    WalkTree(strPath, deleter, options);
+}
+
+} // namespace
+
+void ForceCopyFolder(const QString& strSource, const QString& strTarget, bool bOverwrite,
+                     IWalkFilter* pFilter) {
+    CCopier copier(strTarget, bOverwrite);
+    TreeOptions options;
+    options.pFilter = pFilter;
+    WalkTree(strSource, copier, options);
+}
+
+void DeleteFolder(const QString& strPath, bool bForce, IWalkFilter* pFilter) {
+    RemoveTree(strPath, QString(), bForce, pFilter);
+}
+
+void ClearFolder(const QString& strPath, bool bForce, IWalkFilter* pFilter) {
+    RemoveTree(strPath, strPath, bForce, pFilter);
+}
+
+double GetFolderSize(const QString& strPath) {
+    CMeasurer measurer;
+    WalkTree(strPath, measurer, TreeOptions());
+    return measurer.Size();
+}
+
+} // namespace Torvane::File

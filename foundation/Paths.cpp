@@ -1,0 +1,225 @@
+#include "foundation/Paths.h"
+
+#include "foundation/CodePage.h"
+#include "foundation/Random.h"
+#include "foundation/Text.h"
+#include "platform/base/FileCalls.h"
+#include "platform/base/NativePath.h"
+
+#include <QDateTime>
+
+#include <array>
+#include <vector>
+
+namespace Torvane::File {
+namespace {
+
+QByteArray NativeOf(const QString& strPath) {
+    return Platform::ToNative(strPath).toUtf8();
+}
+
+bool IsFolderWithoutEntries(const QString& strPath) {
+    Platform::CFolder folder;
+    std::vector<Platform::CFolderEntry> entries;
+    return folder.Open(NativeOf(strPath)) != 0 || folder.List(entries) != 0 || entries.empty();
+}
+
+struct Escape {
+    const char16_t* szPlain;
+    const char16_t* szCoded;
+};
+
+// Applied from the top. "%" stands behind the blank and "#" on purpose: that is what pages hold.
+constexpr std::array<Escape, 9> c_escapes{{{u" ", u"%20"},
+                                           {u"#", u"%23"},
+                                           {u"%", u"%25"},
+                                           {u"^", u"%5E"},
+                                           {u"&", u"%26"},
+                                           {u"[", u"%5B"},
+                                           {u"]", u"%5D"},
+                                           {u"{", u"%7B"},
+                                           {u"}", u"%7D"}}};
+
+constexpr std::array c_addressHeads{u"http://", u"https://", u"ftp://", u"gopher://", u"mailto:",
+                                    u"news:",   u"telnet:",  u"wais:",  u"file://"};
+
+bool IsWholeAddress(const QString& strText) {
+    return std::any_of(c_addressHeads.begin(), c_addressHeads.end(), [&](const char16_t* szHead) {
+        const QStringView head(szHead);
+        return EqualsIgnoringCase(QStringView(strText).left(head.size()), head);
+    });
+}
+
+QString TailBelow(const QString& strBase, const QString& strPath, QChar cSeparator) {
+    if (!IsPathUnder(strBase, strPath, cSeparator))
+        return {};
+    return strPath.mid(strBase.endsWith(cSeparator) ? strBase.size() : strBase.size() + 1);
+}
+
+QString TimeStem() {
+    const QDateTime now = QDateTime::currentDateTime();
+    return QString::asprintf("%d", now.date().year()) + now.toString(QStringLiteral("MMddhhmm"));
+}
+
+} // namespace
+
+EPathKind GetPathKind(const QString& strPath) {
+    QString str = CodePage::Cut(strPath, c_nMaxPathBytes);
+    TrimTrailingChar(str, u'\\');
+    if (str.isEmpty() || str.endsWith(u'\\'))
+        return EPathKind::Nothing;
+    // The root of a drive is found by what it holds.
+    if (str.endsWith(u':'))
+        return IsFolderWithoutEntries(str) ? EPathKind::Nothing : EPathKind::Folder;
+    Platform::CFileState state;
+    if (Platform::GetFileState(NativeOf(str), state) != 0)
+        return EPathKind::Nothing;
+    return state.bFolder ? EPathKind::Folder : EPathKind::File;
+}
+
+bool IsFile(const QString& strPath) {
+    return GetPathKind(strPath) == EPathKind::File;
+}
+
+bool IsFolder(const QString& strPath) {
+    return GetPathKind(strPath) == EPathKind::Folder;
+}
+
+bool IsFolderEmpty(const QString& strPath) {
+    return IsFolderWithoutEntries(CodePage::Cut(strPath, c_nMaxPathBytes));
+}
+
+qsizetype FindLastChar(const QString& strText, QChar c, qsizetype nStart) {
+    if (strText.isEmpty() || c.isNull())
+        return -1;
+    return strText.lastIndexOf(c, nStart < 0 ? -1 : std::min(nStart, strText.size() - 1));
+}
+
+int TrimTrailingChar(QString& strText, QChar c) {
+    if (!strText.endsWith(c))
+        return 0;
+    strText.chop(1);
+    return 1;
+}
+
+QString AddBackslash(const QString& strPath) {
+    return strPath.endsWith(u'\\') ? strPath : strPath + u'\\';
+}
+
+QString WithoutBackslash(const QString& strPath) {
+    return strPath.endsWith(u'\\') ? strPath.chopped(1) : strPath;
+}
+
+QString FolderForm(const QString& strPath, bool bBackslash) {
+    return bBackslash ? AddBackslash(strPath) : WithoutBackslash(strPath);
+}
+
+QString BareName(const QString& strPath) {
+    return strPath.mid(strPath.lastIndexOf(u'\\') + 1);
+}
+
+QString ParentFolder(const QString& strPath) {
+    return strPath.left(std::max<qsizetype>(strPath.lastIndexOf(u'\\'), 0));
+}
+
+QString Extension(const QString& strPath) {
+    const QString strName = BareName(strPath);
+    const qsizetype n = strName.lastIndexOf(u'.');
+    return n < 0 ? QString() : strName.mid(n);
+}
+
+QString FileTitle(const QString& strPath) {
+    const QString strName = BareName(strPath);
+    const qsizetype n = strName.lastIndexOf(u'.');
+    return n < 0 ? strName : strName.left(n);
+}
+
+bool IsPathUnder(const QString& strBase, const QString& strPath, QChar cSeparator) {
+    if (!EqualsIgnoringCase(QStringView(strPath).left(strBase.size()), strBase))
+        return false;
+    return strBase.endsWith(cSeparator) ||
+           (strPath.size() > strBase.size() && strPath[strBase.size()] == cSeparator);
+}
+
+QString RelativeTail(const QString& strBase, const QString& strPath, QChar cSeparator) {
+    return CodePage::Cut(TailBelow(strBase, strPath, cSeparator), c_nMaxPathBytes);
+}
+
+QString MakeUniqueName(const QString& strName, const QString& strFolder) {
+    const QString strRoot = AddBackslash(strFolder);
+    const QString strExtension = Extension(strName);
+    QString strStem = FileTitle(strName);
+    if (strStem.isEmpty())
+        strStem = TimeStem();
+    QString strUnique = strStem + strExtension;
+    const auto bytesBeyond = [&](const QString& str) {
+        return CodePage::ByteLength(strRoot) + CodePage::ByteLength(str) - c_nMaxPathBytes;
+    };
+    // A folder that has taken every random suffix gets the next higher number.
+    constexpr int c_nRandomTries = 1000;
+    for (int nTry = 0;; ++nTry) {
+        // Of a name too long for a path it can't be told whether it is free, and trying on would never end.
+        // Whatever writes there refuses it with its own message.
+        if (bytesBeyond(strUnique) > 0 || GetPathKind(strRoot + strUnique) == EPathKind::Nothing)
+            return strUnique;
+        const int nSuffix = nTry < c_nRandomTries ? NextRandom() : nTry - c_nRandomTries;
+        const QString strTail = u'[' + QString::number(nSuffix) + u']' + strExtension;
+        const qsizetype nBeyond = bytesBeyond(strStem + strTail);
+        strUnique =
+            CodePage::Cut(strStem, CodePage::ByteLength(strStem) - std::max<qsizetype>(nBeyond, 0)) + strTail;
+    }
+}
+
+QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTargetRoot,
+                           const QString& strFound) {
+    QString strRest = TailBelow(strSourceRoot, strFound, u'\\');
+    if (IsWholeAddress(strRest))
+        return strRest;
+    strRest.replace(u'/', u'\\');
+    QString strBase = ParentFolder(strTargetRoot);
+    qsizetype nAt = 0;
+    while (nAt < strRest.size() && (strRest[nAt] == u'.' || strRest[nAt] == u'\\')) {
+        const QStringView rest = QStringView(strRest).mid(nAt);
+        if (rest.startsWith(QLatin1String("..\\"))) {
+            strBase = ParentFolder(strBase);
+            nAt += 3;
+        } else {
+            nAt += rest.startsWith(QLatin1String(".\\")) ? 2 : 1;
+        }
+    }
+    return strBase + u'\\' + strRest.mid(nAt);
+}
+
+bool IsLocalAddress(const QString& strText) {
+    return IsFile(strText) || LowerAscii(strText).contains(QLatin1String("file://"));
+}
+
+QString AddressToPath(const QString& strAddress) {
+    QString str = LowerAscii(strAddress);
+    if (str.startsWith(QLatin1String("file:///")))
+        str.remove(0, 8);
+    else if (str.startsWith(QLatin1String("file://")))
+        str.remove(0, str.indexOf(QLatin1String(":\\")) >= 1 ? 7 : 5);
+    else
+        return str;
+    str.replace(u'/', u'\\');
+    for (const Escape& escape : c_escapes) {
+        const QString strPlain = QString::fromUtf16(escape.szPlain);
+        const QString strCoded = QString::fromUtf16(escape.szCoded);
+        str.replace(strCoded, strPlain);
+        str.replace(LowerAscii(strCoded), strPlain);
+    }
+    return str;
+}
+
+QString PathToAddress(const QString& strPath) {
+    if (strPath.contains(QLatin1String("://")))
+        return strPath;
+    QString str = strPath;
+    for (const Escape& escape : c_escapes)
+        str.replace(QString::fromUtf16(escape.szPlain), QString::fromUtf16(escape.szCoded));
+    str.replace(u'\\', u'/');
+    return QStringLiteral("file:///") + str;
+}
+
+} // namespace Torvane::File

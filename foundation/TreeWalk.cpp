@@ -1,0 +1,115 @@
+#include "foundation/TreeWalk.h"
+
+#include "foundation/CodePage.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
+#include "platform/base/NativePath.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+namespace Torvane::File {
+namespace {
+
+using Platform::CFolderEntry;
+using Platform::EEntryType;
+
+bool IsAscii(const QByteArray& name) {
+    return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<uchar>(c) < 0x80; });
+}
+
+// A name that is no text, or holds what separates names in our paths, has no path: going on with something
+// like it could touch another file. Such an entry is passed over; a folder that holds it can't be deleted.
+bool HasPath(const QByteArray& name) {
+    return !name.contains('\\') && (IsAscii(name) || QString::fromUtf8(name).toUtf8() == name);
+}
+
+void SortByName(std::vector<CFolderEntry>& entries) {
+    std::sort(entries.begin(), entries.end(), [](const CFolderEntry& a, const CFolderEntry& b) {
+        const QString strA = LowerAscii(QString::fromUtf8(a.name));
+        const QString strB = LowerAscii(QString::fromUtf8(b.name));
+        return strA != strB ? strA < strB : a.name < b.name;
+    });
+}
+
+class CTreeWalk {
+public:
+    CTreeWalk(ITreeVisitor& visitor, const TreeOptions& options) : m_visitor(visitor), m_options(options) {}
+
+    // False when the filter stopped the walk; nobody is told of the folders that it was in then.
+    bool Run(TreeFolder& folder, bool bSkipSpecial) {
+        m_visitor.Enter(folder);
+        std::vector<CFolderEntry> entries;
+        if (folder.Folder.IsOpen())
+            folder.Folder.List(entries);
+        if (m_options.bSorted)
+            SortByName(entries);
+        for (const CFolderEntry& entry : entries) {
+            if (m_options.pFilter && m_options.pFilter->Cancelled())
+                return false;
+            if ((bSkipSpecial && entry.name.startsWith('.')) || !HasPath(entry.name))
+                continue;
+            if (entry.eType == EEntryType::Folder) {
+                if (!EnterBelow(folder, entry))
+                    return false;
+            } else if (!m_options.pFilter || m_options.pFilter->AcceptFile(EntryPath(folder, entry.name))) {
+                m_visitor.Entry(folder, entry);
+            }
+        }
+        m_visitor.Leave(folder);
+        return true;
+    }
+
+private:
+    bool EnterBelow(TreeFolder& parent, const CFolderEntry& entry) {
+        const QString strPath = EntryPath(parent, entry.name);
+        if (m_options.pFilter && !m_options.pFilter->AcceptFolder(strPath))
+            return true;
+        if (!m_options.bRecursive)
+            return true;
+        TreeFolder folder;
+        folder.strPath = strPath + u'\\';
+        folder.nPathBytes = EntryPathBytes(parent.nPathBytes, entry.name) + 1;
+        folder.name = entry.name;
+        folder.pParent = &parent;
+        // Deeper than a path can say there is nothing to list; this also bounds the folders held open.
+        folder.nOpenError = folder.nPathBytes - 1 > c_nMaxPathBytes
+                                ? ENAMETOOLONG
+                                : folder.Folder.OpenBelow(parent.Folder, entry.name);
+        return !m_visitor.GoesInto(folder) || Run(folder, true);
+    }
+
+    ITreeVisitor& m_visitor;
+    const TreeOptions& m_options;
+};
+
+} // namespace
+
+void WalkTree(const QString& strFolder, ITreeVisitor& visitor, const TreeOptions& options) {
+    TreeFolder root;
+    root.strPath = AddBackslash(strFolder);
+    root.nPathBytes = CodePage::ByteLength(root.strPath);
+    const QString strCut = CodePage::Cut(root.strPath, c_nMaxPathBytes);
+    // Without the separator at the end, behind which a link would be followed.
+    const QString strNative = Platform::ToNative(strCut.endsWith(u":\\") ? strCut : WithoutBackslash(strCut));
+    root.nOpenError =
+        root.Folder.Open(strNative.isEmpty() ? QByteArray("/") : strNative.toUtf8(), options.bFollowRoot);
+    CTreeWalk(visitor, options).Run(root, options.bSkipSpecial);
+}
+
+QString EntryPath(const TreeFolder& folder, const QByteArray& name) {
+    return folder.strPath + QString::fromUtf8(name);
+}
+
+qsizetype EntryPathBytes(qsizetype nFolderBytes, const QByteArray& name) {
+    return nFolderBytes + (IsAscii(name) ? name.size() : CodePage::ByteLength(QString::fromUtf8(name)));
+}
+
+bool GetPlainFile(const TreeFolder& folder, const CFolderEntry& entry, Platform::CFileState& state) {
+    if (entry.eType != EEntryType::File && entry.eType != EEntryType::Link)
+        return false;
+    return folder.Folder.GetState(entry.name, state) == 0 && state.bPlainFile;
+}
+
+} // namespace Torvane::File
