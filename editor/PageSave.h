@@ -1,0 +1,89 @@
+#pragma once
+
+#include "editor/ResourceText.h"
+#include "platform/base/People.h"
+
+#include <functional>
+#include <optional>
+
+/// The text of the page being edited and what its surface reports about it. Every call is false when the
+/// surface can't tell.
+class ILivePage {
+public:
+    virtual ~ILivePage() = default;
+    /// From the source box while that holds the live text, else from the design surface.
+    virtual bool GetCurrentHtml(QString& strHtml) = 0;
+    virtual bool SetCurrentHtml(const QString& strHtml) = 0;
+    /// Whether the source box holds the live text.
+    virtual bool IsInSource() const = 0;
+    /// Of the design surface, whichever of the two holds the live text.
+    virtual bool GetAllImageSrc(QStringList& list) = 0;
+    virtual bool GetAllEmbededSrc(QStringList& list) = 0;
+    virtual bool GetAllAnchorHref(QStringList& list) = 0;
+    virtual bool GetURL(QString& strUrl) = 0;
+};
+
+enum class ESaveResult {
+    /// The page could not be written; the person has been told.
+    NotWritten = -2,
+    /// The person wants to stay.
+    Cancelled = -1,
+    /// Declined, or the live text could not be had; in the latter case the person has been told.
+    NotSaved = 0,
+    /// Saved, or nothing to save.
+    Saved = 1,
+};
+
+/// The one way on which a page reaches the disk. Whether it has changed is found out by comparing texts;
+/// there is no flag.
+class CPageSaver {
+public:
+    /// Fetches a URL into a new file; false when that failed, with nothing left at the path.
+    using FetchFile = std::function<bool(const QString& strUrl, const QString& strPath)>;
+    /// Writes the page as a whole or not at all. False or an exception of the CRunException family when it
+    /// can't be written.
+    using WritePage = std::function<bool(const QString& strHtml)>;
+
+    /// Page and people outlive the saver.
+    CPageSaver(ILivePage& page, Torvane::Dialog::MFC::IPeople& people, FetchFile fetch);
+
+    /// Begins with a page that the surface has just loaded. strNodeResourceFolder has a trailing backslash.
+    void Open(const QString& strPagePath, const QString& strNodeResourceFolder, WritePage write);
+
+    const QString& GetPagePath() const { return m_strPagePath; }
+    const ResourceText::PageFolders& GetFolders() const { return m_folders; }
+
+    /// bWriteBack: the live text becomes what was written. bAsk: the person may decline, and with bCanCancel
+    /// stay.
+    ESaveResult SavePage(bool bWriteBack, bool bAsk, bool bCanCancel);
+
+    /// Saves on the way out. False when the page is to stay: the person said so, or it could not be written
+    /// and the person may still cancel.
+    bool MayLeave(bool bCanCancel);
+
+    /// Deletes the files in the resource folder that the live text doesn't refer to. False when the live text
+    /// could not be had.
+    bool ClearGarbage();
+
+private:
+    bool SurfaceHoldsPage();
+    bool GetLiveText(QString& strHtml);
+    bool GetReferences(ResourceText::References& references, QString& strFailure);
+    void RememberAsLoaded();
+    bool HasChanged(const QString& strText) const;
+    QStringList MakeCopies(const QList<ResourceText::ResourceCopy>& copies, QList<qsizetype>& failed);
+    bool CopyResource(const ResourceText::ResourceCopy& copy);
+    bool Write(const QString& strText);
+
+    ILivePage& m_page;
+    Torvane::Dialog::MFC::IPeople& m_people;
+    FetchFile m_fetch;
+    WritePage m_write;
+    QString m_strPagePath;
+    /// What the surface called the page when it had just loaded it; empty when it had not.
+    QString m_strLoadedUrl;
+    ResourceText::PageFolders m_folders;
+    /// What the untouched page would be saved as. The surface writes markup in its own way, so that a page
+    /// nobody has typed in may differ from its file; such a page asks nothing when it is left.
+    std::optional<QString> m_asLoaded;
+};

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QString>
+
+/// What the editor and the display views say, to the letter.
+namespace EditorTexts {
+
+// Titles of boxes other than the four usual forms.
+inline const QString c_strTip = QStringLiteral("提示");
+inline const QString c_strError = QStringLiteral("错误");
+inline const QString c_strSuccess = QStringLiteral("成功");
+inline const QString c_strFailure = QStringLiteral("失败");
+inline const QString c_strWarning = QStringLiteral("警告");
+
+// Loading and saving a page.
+inline const QString c_strDesignModeFailed = QStringLiteral("启动编辑模式失败!");
+inline const QString c_strNoContent = QStringLiteral("获得编辑器内容失败！");
+inline const QString c_strTooLong = QStringLiteral("字段太长！");
+inline const QString c_strNoImages = QStringLiteral("获取图片路径失败!");
+inline const QString c_strNoEmbeds = QStringLiteral("获取嵌入资源路径失败!");
+inline const QString c_strNoLinks = QStringLiteral("获取链接路径失败!");
+inline const QString c_strResourcesFailed = QStringLiteral("处理编辑器外部资源失败！");
+inline const QString c_strAskSave = QStringLiteral("该文件内容已改变，您需要保存已修改的内容吗？");
+inline const QString c_strSaving = QStringLiteral("正在保存...");
+inline const QString c_strSaveFailed = QStringLiteral("保存文件失败！");
+inline const QString c_strWriteBackFailed = QStringLiteral("更新编辑器源码失败！！");
+inline const QString c_strNotCopied =
+    QStringLiteral("以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n%1");
+
+// Commands of the page.
+inline const QString c_strAskTemplate = QStringLiteral("重新设置模板将丢失已有的内容，您继续吗？");
+inline const QString c_strTemplateFilter = QStringLiteral("模板文件(.%1)|*.%1||");
+inline const QString c_strBadTemplate = QStringLiteral("对不起，您选择的模板不合法，请您重新选择!");
+inline const QString c_strAskClear = QStringLiteral("您确定清空已有内容吗？");
+inline const QString c_strClearFailed = QStringLiteral("写入内容失败!");
+inline const QString c_strGarbageCleared = QStringLiteral("清除垃圾资源文件成功");
+inline const QString c_strGarbageFailed = QStringLiteral("清除垃圾资源文件失败");
+
+// File dialogs of the inserting commands. The tabs and blanks before a bar are part of the text.
+inline const QString c_strImageFilter =
+    QStringLiteral("所有图片文件(*.gif;*.png;*.jpg;*.jpeg;*.bmp;*.ico;*.emf;*.wmf)|"
+                   "*.gif;*.png;*.jpg;*.jpeg;*.bmp;*.ico;*.emf;*.wmf\t\t\t\t\t\t|GIF 文件(*.gif)|*.gif|"
+                   "JPEG 文件(*.jpg,*.jpeg)|*.jpg;*.jpeg|BMP 文件(*.bmp)|*.bmp\t\t\t\t\t\t|"
+                   "PNG 文件(*.png)|*.png|所有文件(*.*)|*.*||");
+inline const QString c_strFlashFilter = QStringLiteral("*.swf|*.swf||");
+inline const QString c_strMediaFilter = QStringLiteral(
+    "所有视频文件(*.avi;*.asf;*.wmv;*.mpg;*.mpeg)|*.avi;*.asf;*.wmv;*.mpg;*.mpeg        \t\t\t\t|"
+    "*.avi|*.avi|*.asf;*.wmv|*.asf;*.wmv|*.mpg;*.mpeg|*.mpg;*.mpeg|所有文件(*.*)|*.*||");
+inline const QString c_strOtherFileFilter =
+    QStringLiteral("全部文件 (*.*)|*.*|WORD文件 (*.doc)|*.doc|PowerPoint文件 (*.ppt)|*.ppt|"
+                   "Excel文件 (*.xls)|*.xls||");
+
+// Small dialogs of the inserting commands.
+inline const QString c_strInputTitle = QStringLiteral("输入信息");
+inline const QString c_strAskMarquee = QStringLiteral("请您输入滚动文字");
+inline const QString c_strAskFloatingHelp = QStringLiteral("请输入帮助的内容");
+inline const QString c_strAskHelp = QStringLiteral("请您输入帮助内容");
+inline const QString c_strNoSelection = QStringLiteral("对不起，请您先选中一段内容！");
+inline const QString c_strTableTitle = QStringLiteral("表格属性");
+inline const QString c_strTableGroup = QStringLiteral("请您输入表格参数");
+inline const QString c_strTableRows = QStringLiteral("行数(&R)");
+inline const QString c_strTableColumns = QStringLiteral("列数(&C)");
+inline const QString c_strTableWidth = QStringLiteral("表格宽度(&W)");
+inline const QString c_strTableBorder = QStringLiteral("表格边框(&B)");
+inline const QString c_strTableSpacing = QStringLiteral("单元格间隔(&S)");
+inline const QString c_strTablePadding = QStringLiteral("单元格间距(&P)");
+inline const QString c_strTableBorderColour = QStringLiteral("边框颜色(&D)");
+inline const QString c_strTableBackground = QStringLiteral("背景颜色(&G)");
+inline const QString c_strOk = QStringLiteral("确定");
+inline const QString c_strCancel = QStringLiteral("取消");
+
+// Tabs.
+inline const QString c_strDesignTab = QStringLiteral("设计");
+inline const QString c_strSourceTab = QStringLiteral("源文件");
+inline const QString c_strPreviewTab = QStringLiteral("预览");
+
+// Display views.
+inline const QString c_strChildColumn = QStringLiteral("子栏目");
+inline const QString c_strTypeColumn = QStringLiteral("类型");
+inline const QString c_strFolderNode = QStringLiteral("<目录栏目>");
+inline const QString c_strEmptyNode = QStringLiteral("<空栏目>");
+inline const QString c_strNoContentPrompt =
+    QStringLiteral("栏目暂无内容，点击“创建栏目文件”按钮创建栏目内容");
+inline const QString c_strCreateContent = QStringLiteral("创建栏目文件(&C)");
+inline const QString c_strRefresh = QStringLiteral("刷新显示(&R)");
+inline const QString c_strPromptNewWindow =
+    QStringLiteral("请您在浏览结束后,关闭打开的新窗口, (对于打开的全屏窗口，请使用Alt + F4关闭)");
+inline const QString c_strPromptExternal =
+    QStringLiteral("现在正在使用外部编辑器编辑内容, 请您在编辑结束后关闭窗口并点击“刷新显示”按钮查看内容。");
+inline const QString c_strPromptRecorder =
+    QStringLiteral("现在正在启动视频课件制作工具制作视频。 请您在制作结束后,关闭窗口。");
+
+} // namespace EditorTexts

@@ -1,0 +1,1 @@
+vorel_fuzz(vorel_fuzz_resource_text SOURCES ResourceTextFuzz.cpp USES vorel_editor)
