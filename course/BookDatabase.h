@@ -1,10 +1,14 @@
 #pragma once
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 #include <QVariant>
 
 #include <memory>
+
+class CDesKey;
 
 /// Codes of the column Type.
 namespace NodeType {
@@ -40,7 +44,8 @@ struct NodeContent {
 
 /// The store of a course's tree: one SQLite file, one table "Book", one row a node. Titles of nodes above Id
 /// 3 are enciphered with a key of the course. Every failure of the database is a Torvane::COM::CCOMException.
-/// All calls are made on one thread. Each operation of several statements is one transaction.
+/// All calls are made on one thread. Each operation of several statements is one transaction. While the store
+/// is open a write-ahead log may stand beside the file; operations throw while it is not.
 class CBookDatabase {
 public:
     /// The title key comes from Province and SchoolName of the settings and the course's id.
@@ -61,8 +66,9 @@ public:
     void PauseForReaders();
     void ResumeWriting();
 
-    /// Makes several operations one transaction, undone unless committed. May be nested: the outermost
-    /// decides.
+    /// Makes several operations one transaction, undone unless committed. May be nested: an inner one that is
+    /// undone takes back its own steps, and the outermost decides whether anything lands. Begun and ended
+    /// while the store is open. Throws CCOMException.
     class CTransaction {
     public:
         explicit CTransaction(CBookDatabase& database);
@@ -78,7 +84,7 @@ public:
 
     /// Adds a node as the last child; its new Id.
     qint32 AddNode(qint32 nParentId, const QString& strTitle);
-    /// Throws when there is no such node.
+    /// Throws when there is no such node. A title that the course's key does not open reads as garbage.
     NodeHeader GetNode(qint32 nId);
     /// In sibling order.
     bool GetChildren(qint32 nParentId, QList<NodeHeader>& list);
@@ -90,12 +96,15 @@ public:
     /// Bytes; throws above 2,147,483,647.
     double GetTotalSize();
 
+    /// A column of one node: a number, a text, or nothing for NULL. Throws when there is no such node or
+    /// column. The typed forms convert, and throw where that is impossible.
     QVariant GetField(qint32 nId, const QString& strColumn);
     QString GetPath(qint32 nId);
     QString GetFileName(qint32 nId);
     QString GetComment(qint32 nId);
     qint32 GetOpenType(qint32 nId);
 
+    /// The setters write nothing, and answer true, where there is no such node; each notes the local time.
     bool SetContent(qint32 nId, const NodeContent& content);
     /// False, with the row unchanged, when the enciphered title is wider than the column.
     bool SetTitle(qint32 nId, const QString& strTitle);
@@ -104,15 +113,29 @@ public:
     bool TouchModified(qint32 nId);
     bool SetSeedTitles(const QString& strSchool, const QString& strCourse, const QString& strTeacher);
 
-    /// Deletes one row and closes the gap; its children are the caller's to delete first.
+    /// Deletes one row and closes the gap; its children are the caller's to delete first. False for the three
+    /// rows that every course has.
     bool DeleteNode(qint32 nId);
+    /// True also at the end of the line, where nothing moves.
     bool MoveUp(qint32 nId);
     bool MoveDown(qint32 nId);
-    /// As the first child of the new parent.
+    /// As the first child of the new parent. False, with nothing moved, for a parent that is the node itself
+    /// or lies below it: the branch would hang on itself and be lost from the tree.
     bool MoveTo(qint32 nId, qint32 nNewParentId);
 
 private:
     struct Connection;
+    template <typename Step>
+    auto Guarded(Step step);
+    template <typename Step>
+    bool InOneTransaction(Step step);
+    QByteArray CipherTitle(const QString& strTitle) const;
+    QString PlainTitle(qint32 nId, QByteArrayView stored) const;
+    QString GetText(qint32 nId, const QString& strColumn);
+    qint32 GetInt(qint32 nId, const QString& strColumn);
+    bool IsBelow(qint32 nId, qint32 nAncestorId);
+
     QString m_strPath;
+    std::unique_ptr<CDesKey> m_pTitleKey;
     std::unique_ptr<Connection> m_pConnection;
 };

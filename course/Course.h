@@ -100,10 +100,19 @@ public:
     qint32 GetChanges() const { return m_nChanges; }
 
 private:
-    void CreateData(const CreateRecord& record);
-    void CopySkin(const QString& strTemplate);
-    void CheckTemplate();
+    using Status = Torvane::Dialog::MFC::CShowStatusDlg;
+    void CreateFolders(const CreateRecord& record);
+    void CreateData(const QString& strTemplate);
+    void RecordInfo(const CreateRecord& record);
+    void MakeInitialNodes(const CreateRecord& record);
+    void OpenDatabase(const QString& strFailure);
+    void ReadProject();
+    bool CheckTemplate();
+    bool SaveProject(const QString* pTemplateName);
+    CourseFigures CountFigures();
     CourseFigures FiguresToReport();
+    void ReportClosing(Status& status);
+    void WaitPainting(int nMilliseconds);
 
     CCoursePaths m_paths;
     CourseServices m_services;
@@ -114,8 +123,8 @@ private:
     std::unique_ptr<CBookDatabase> m_pDatabase;
 };
 
-/// "DataInfo.dti": the figures that wait for the server. Anything but one line of three pieces reads as the
-/// empty form.
+/// "DataInfo.dti": the figures that wait for the server. Anything but one short line of three pieces reads as
+/// the empty form, whatever the file's size.
 CourseFigures ReadDataInfo(const QString& strPath);
 /// Throws Torvane::CRunException when the file can't be written.
 void WriteDataInfo(const QString& strPath, const CourseFigures& figures);

@@ -34,5 +34,13 @@ public:
     bool HasSameNodes(const QString& strA, const QString& strB) const;
 
 private:
+    QString Below(const QString& strTemplate, const QString& strTail) const;
+
     QString m_strFolder;
 };
+
+/// The colour of a "背景色.txt": "#" and three pairs of hexadecimal digits. White for any other text.
+quint32 ReadBackColor(const QString& strPath);
+
+/// The names of the folders directly in a template's skin; none when it has no skin.
+QStringList SkinFolders(const QString& strSkinFolder);

@@ -1,0 +1,410 @@
+#include "course/BookDatabase.h"
+
+#include "course/ComError.h"
+#include "course/StoreConnection.h"
+#include "foundation/Ciphers.h"
+#include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
+#include "foundation/SysInfo.h"
+#include "platform/base/NativePath.h"
+
+#include <SQLiteCpp/Exception.h>
+
+#include <QDateTime>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char c_szTitleSalt[] = "Q7m!xT2z#k";
+
+/// What a node's one column is read with. The wording is fixed, so that a column's name never comes from
+/// outside.
+struct FieldStatement {
+    QLatin1StringView strColumn;
+    const char* pszWording;
+};
+constexpr std::array c_fieldStatements{
+    FieldStatement{"Id"_L1, "SELECT Id FROM Book WHERE Id = ?"},
+    FieldStatement{"ParentId"_L1, "SELECT ParentId FROM Book WHERE Id = ?"},
+    FieldStatement{"Index"_L1, "SELECT [Index] FROM Book WHERE Id = ?"},
+    FieldStatement{"[Index]"_L1, "SELECT [Index] FROM Book WHERE Id = ?"},
+    FieldStatement{"Title"_L1, "SELECT Title FROM Book WHERE Id = ?"},
+    FieldStatement{"Type"_L1, "SELECT Type FROM Book WHERE Id = ?"},
+    FieldStatement{"Path"_L1, "SELECT Path FROM Book WHERE Id = ?"},
+    FieldStatement{"OpenType"_L1, "SELECT OpenType FROM Book WHERE Id = ?"},
+    FieldStatement{"FileName"_L1, "SELECT FileName FROM Book WHERE Id = ?"},
+    FieldStatement{"Comment"_L1, "SELECT Comment FROM Book WHERE Id = ?"},
+    FieldStatement{"Size"_L1, "SELECT [Size] FROM Book WHERE Id = ?"},
+    FieldStatement{"[Size]"_L1, "SELECT [Size] FROM Book WHERE Id = ?"},
+    FieldStatement{"TimeLastModified"_L1, "SELECT TimeLastModified FROM Book WHERE Id = ?"},
+};
+
+const char* FieldWording(const QString& strColumn) {
+    for (const auto& field : c_fieldStatements) {
+        if (strColumn == field.strColumn)
+            return field.pszWording;
+    }
+    ComError::Throw(ComError::c_nNoSuchColumn);
+}
+
+void StepToRow(CStoreQuery& query) {
+    if (!query.Step())
+        ComError::Throw(ComError::c_nNoRow);
+}
+
+QString LocalTime() {
+    return QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s);
+}
+
+QByteArray TitleKeyText(qint32 nCourseId) {
+    const CSysInfo& settings = CSysInfo::Instance();
+    const QString strText = QLatin1StringView(c_szTitleSalt) + QString::number(settings.GetProvince()) +
+                            settings.GetSchoolName() + QString::number(nCourseId);
+    return Md5Hex(CodePage::Encode(strText));
+}
+
+} // namespace
+
+CBookDatabase::CBookDatabase(const QString& strPath, qint32 nCourseId)
+    : m_strPath(strPath), m_pTitleKey(std::make_unique<CDesKey>(TitleKeyText(nCourseId))) {}
+
+CBookDatabase::~CBookDatabase() {
+    Close();
+}
+
+/// Runs a step on the open connection and takes the engine's failures to the store's exception.
+template <typename Step>
+auto CBookDatabase::Guarded(Step step) {
+    if (!m_pConnection)
+        ComError::Throw(ComError::c_nNotOpen);
+    try {
+        return step(*m_pConnection);
+    } catch (const SQLite::Exception& failure) {
+        ComError::Throw(ComError::CodeOfSqlite(failure.getErrorCode()));
+    }
+}
+
+/// Guarded, and all or nothing.
+template <typename Step>
+bool CBookDatabase::InOneTransaction(Step step) {
+    CTransaction transaction(*this);
+    const bool bResult = Guarded(step);
+    transaction.Commit();
+    return bResult;
+}
+
+CBookDatabase::CTransaction::CTransaction(CBookDatabase& database) : m_database(database) {
+    m_database.Guarded([](Connection& connection) { connection.Begin(); });
+}
+
+CBookDatabase::CTransaction::~CTransaction() {
+    if (!m_bDone && m_database.m_pConnection)
+        m_database.m_pConnection->Undo();
+}
+
+void CBookDatabase::CTransaction::Commit() {
+    m_database.Guarded([](Connection& connection) { connection.Commit(); });
+    m_bDone = true;
+}
+
+bool CBookDatabase::Open() {
+    if (m_pConnection)
+        return true;
+    try {
+        m_pConnection = std::make_unique<Connection>(Platform::ToNative(m_strPath));
+    } catch (const SQLite::Exception& failure) {
+        ComError::Throw(ComError::CodeOfSqlite(failure.getErrorCode()));
+    }
+    return true;
+}
+
+void CBookDatabase::Close() {
+    if (!m_pConnection)
+        return;
+    try {
+        m_pConnection->FoldLog();
+    } catch (const SQLite::Exception&) {
+        // What the log holds is safe in it, and the next opening folds it in.
+    }
+    m_pConnection.reset();
+}
+
+void CBookDatabase::PauseForReaders() {
+    Guarded([](Connection& connection) { connection.FoldLog(); });
+    m_pConnection.reset();
+}
+
+void CBookDatabase::ResumeWriting() {
+    Open();
+}
+
+/// Quotes are doubled although the value is bound: every stored title is so, and has to be met that way.
+QByteArray CBookDatabase::CipherTitle(const QString& strTitle) const {
+    return m_pTitleKey->EncryptHex(CodePage::Encode(QString(strTitle).replace(u'\'', "''"_L1)));
+}
+
+QString CBookDatabase::PlainTitle(qint32 nId, QByteArrayView stored) const {
+    if (nId <= c_nRootNodeId)
+        return QString::fromUtf8(stored);
+    return CodePage::Decode(m_pTitleKey->DecryptHex(stored));
+}
+
+qint32 CBookDatabase::AddNode(qint32 nParentId, const QString& strTitle) {
+    qint32 nId = -1;
+    const QByteArray title = CipherTitle(strTitle);
+    InOneTransaction([&](Connection& connection) {
+        const qint32 nIndex = GetChildrenCount(nParentId) + 1;
+        connection.Query("SELECT * FROM Book WHERE 1 = 0").Step();
+        connection.Run("INSERT INTO Book (Title, ParentId, [Index]) VALUES (?, ?, ?)", title, nParentId,
+                       nIndex);
+        nId = connection.LastId();
+        return true;
+    });
+    return nId;
+}
+
+NodeHeader CBookDatabase::GetNode(qint32 nId) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query("SELECT Title, Type FROM Book WHERE Id = ?", nId);
+        StepToRow(query);
+        return NodeHeader{nId, PlainTitle(nId, query.Bytes(0)), query.Int(1)};
+    });
+}
+
+bool CBookDatabase::GetChildren(qint32 nParentId, QList<NodeHeader>& list) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query(
+            "SELECT Id, Title, Type FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
+        while (query.Step()) {
+            const qint32 nId = query.Int(0);
+            list.append(NodeHeader{nId, PlainTitle(nId, query.Bytes(1)), query.Int(2)});
+        }
+        return true;
+    });
+}
+
+NodeHeader CBookDatabase::FindChild(qint32 nParentId, const QString& strTitle) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query =
+            connection.Query("SELECT Id, Title, Type FROM Book WHERE ParentId = ? AND Title = ?", nParentId,
+                             m_pTitleKey->EncryptHex(CodePage::Encode(strTitle)));
+        NodeHeader child;
+        child.Title = strTitle;
+        if (query.Step()) {
+            child.Id = query.Int(0);
+            child.Type = query.Int(2);
+        }
+        return child;
+    });
+}
+
+bool CBookDatabase::HasChild(qint32 nParentId, const QString& strTitle) {
+    return Guarded([&](Connection& connection) {
+        return connection
+            .Query("SELECT Id FROM Book WHERE ParentId = ? AND Title = ?", nParentId,
+                   m_pTitleKey->EncryptHex(CodePage::Encode(strTitle)))
+            .Step();
+    });
+}
+
+qint32 CBookDatabase::GetChildrenCount(qint32 nParentId) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query =
+            connection.Query("SELECT COUNT(*) AS ChildrenCount FROM Book WHERE ParentId = ?", nParentId);
+        StepToRow(query);
+        return query.Int(0);
+    });
+}
+
+qint32 CBookDatabase::GetNodeCount() {
+    return Guarded([](Connection& connection) {
+        CStoreQuery query = connection.Query("SELECT COUNT(*) AS NodeCount FROM Book");
+        StepToRow(query);
+        return query.Int(0);
+    });
+}
+
+double CBookDatabase::GetTotalSize() {
+    return Guarded([](Connection& connection) {
+        CStoreQuery query = connection.Query("SELECT SUM([Size]) As SumSize FROM Book");
+        const bool bAny = query.Step() && query.Value(0).isValid();
+        // Through 32 bits, which the server's figures are made for.
+        return bAny ? static_cast<double>(query.Int(0)) : 0.0;
+    });
+}
+
+QVariant CBookDatabase::GetField(qint32 nId, const QString& strColumn) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query(FieldWording(strColumn), nId);
+        StepToRow(query);
+        return query.Value(0);
+    });
+}
+
+QString CBookDatabase::GetText(qint32 nId, const QString& strColumn) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query(FieldWording(strColumn), nId);
+        StepToRow(query);
+        return query.Text(0);
+    });
+}
+
+qint32 CBookDatabase::GetInt(qint32 nId, const QString& strColumn) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query(FieldWording(strColumn), nId);
+        StepToRow(query);
+        return query.Int(0);
+    });
+}
+
+QString CBookDatabase::GetPath(qint32 nId) {
+    return GetText(nId, u"Path"_s);
+}
+QString CBookDatabase::GetFileName(qint32 nId) {
+    return GetText(nId, u"FileName"_s);
+}
+QString CBookDatabase::GetComment(qint32 nId) {
+    return GetText(nId, u"Comment"_s);
+}
+qint32 CBookDatabase::GetOpenType(qint32 nId) {
+    return GetInt(nId, u"OpenType"_s);
+}
+
+bool CBookDatabase::SetContent(qint32 nId, const NodeContent& content) {
+    return InOneTransaction([&](Connection& connection) {
+        if (connection.Query("SELECT Type, Path, OpenType, FileName, Comment FROM Book WHERE Id =  ?", nId)
+                .Step()) {
+            connection.Run(
+                "UPDATE Book SET Type = ?, Path = ?, OpenType = ?, FileName = ?, Comment = ? WHERE Id = ?",
+                content.Type, content.Path, content.OpenType, content.FileName, content.Comment, nId);
+            TouchModified(nId);
+        }
+        return true;
+    });
+}
+
+bool CBookDatabase::SetTitle(qint32 nId, const QString& strTitle) {
+    const QByteArray title = CipherTitle(strTitle);
+    return InOneTransaction([&](Connection& connection) {
+        int nWidth = -1;
+        {
+            CStoreQuery query = connection.Query("SELECT Title FROM Book WHERE Id = ?", nId);
+            if (!query.Step())
+                return true;
+            nWidth = query.DeclaredWidth(0);
+        }
+        if (nWidth >= 0 && nWidth < title.size())
+            return false;
+        connection.Run("UPDATE Book SET Title = ? WHERE Id = ?", title, nId);
+        return TouchModified(nId);
+    });
+}
+
+bool CBookDatabase::SetSize(qint32 nId, double dBytes) {
+    return InOneTransaction([&](Connection& connection) {
+        if (connection.Query("SELECT [Size] FROM Book WHERE Id = ?", nId).Step()) {
+            connection.Run("UPDATE Book SET [Size] = ? WHERE Id = ?", dBytes, nId);
+            TouchModified(nId);
+        }
+        return true;
+    });
+}
+
+bool CBookDatabase::SetOpenType(qint32 nId, qint32 nOpenType) {
+    return InOneTransaction([&](Connection& connection) {
+        if (connection.Query("SELECT OpenType FROM Book WHERE Id =  ?", nId).Step()) {
+            connection.Run("UPDATE Book SET OpenType = ? WHERE Id = ?", nOpenType, nId);
+            TouchModified(nId);
+        }
+        return true;
+    });
+}
+
+bool CBookDatabase::TouchModified(qint32 nId) {
+    return InOneTransaction([&](Connection& connection) {
+        if (connection.Query("SELECT TimeLastModified FROM Book WHERE Id = ?", nId).Step())
+            connection.Run("UPDATE Book SET TimeLastModified = ? WHERE Id = ?", LocalTime(), nId);
+        return true;
+    });
+}
+
+bool CBookDatabase::SetSeedTitles(const QString& strSchool, const QString& strCourse,
+                                  const QString& strTeacher) {
+    return InOneTransaction([&](Connection& connection) {
+        connection.Run("UPDATE Book SET Title = ? WHERE Id = 1", strSchool);
+        connection.Run("UPDATE Book SET Title = ? WHERE Id = 2", strCourse);
+        connection.Run("UPDATE Book SET Title = ? WHERE Id = 3", strTeacher);
+        return true;
+    });
+}
+
+bool CBookDatabase::DeleteNode(qint32 nId) {
+    if (nId <= c_nRootNodeId)
+        return false;
+    return InOneTransaction([&](Connection& connection) {
+        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
+        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        connection.Run("UPDATE Book Set [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ?", nParentId,
+                       nIndex);
+        connection.Run("DELETE FROM Book WHERE Id = ?", nId);
+        return true;
+    });
+}
+
+bool CBookDatabase::MoveUp(qint32 nId) {
+    return InOneTransaction([&](Connection& connection) {
+        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
+        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        if (nIndex == 1)
+            return true;
+        connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
+                       nIndex - 1);
+        connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE Id = ?", nId);
+        return true;
+    });
+}
+
+bool CBookDatabase::MoveDown(qint32 nId) {
+    return InOneTransaction([&](Connection& connection) {
+        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
+        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        if (nIndex >= GetChildrenCount(nParentId))
+            return true;
+        connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
+                       nIndex + 1);
+        connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE Id = ?", nId);
+        return true;
+    });
+}
+
+/// Whether the node is the ancestor or lies below it. The number of rows ends the climb in a damaged tree.
+bool CBookDatabase::IsBelow(qint32 nId, qint32 nAncestorId) {
+    return Guarded([&](Connection& connection) {
+        for (qint32 nLeft = GetNodeCount(); nLeft >= 0; --nLeft) {
+            if (nId == nAncestorId)
+                return true;
+            CStoreQuery query = connection.Query(FieldWording(u"ParentId"_s), nId);
+            if (!query.Step())
+                return false;
+            nId = query.Int(0);
+        }
+        return false;
+    });
+}
+
+bool CBookDatabase::MoveTo(qint32 nId, qint32 nNewParentId) {
+    return InOneTransaction([&](Connection& connection) {
+        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
+        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        if (IsBelow(nNewParentId, nId))
+            return false;
+        connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ?", nParentId,
+                       nIndex);
+        connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE ParentId = ?", nNewParentId);
+        connection.Run("UPDATE Book SET [Index] = 1, ParentId = ? WHERE Id = ?", nNewParentId, nId);
+        return true;
+    });
+}

@@ -1,0 +1,29 @@
+#include "course/Companions.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The compiler splits the form's letter off its one argument by itself.
+QString FormMark(Companions::ECompileForm form) {
+    switch (form) {
+    case Companions::ECompileForm::Site:
+        return {};
+    case Companions::ECompileForm::Html:
+        return u"|H"_s;
+    case Companions::ECompileForm::Classroom:
+        return u"|S"_s;
+    }
+    return {};
+}
+
+} // namespace
+
+QString Companions::CompilerCommandLine(const QString& strProgramFolder, const QString& strProjectPath,
+                                        ECompileForm form) {
+    return strProgramFolder + u"\\VorelCompiler.exe \""_s + strProjectPath + FormMark(form) + u'"';
+}
+
+QString Companions::DocExportCommandLine(const QString& strProgramFolder, const QString& strProjectPath) {
+    return strProgramFolder + u"\\VorelDocExport.exe \""_s + strProjectPath + u'"';
+}
