@@ -1,0 +1,82 @@
+#include "course/BookDatabase.h"
+#include "tests/support/CourseFakes.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <random>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Changes the tree at random until the process is killed.
+[[noreturn]] void ChangeForever(const QString& strPath, unsigned nSeed) {
+    CBookDatabase database(strPath, 42);
+    database.Open();
+    std::mt19937 random(nSeed);
+    std::vector<qint32> nodes{3};
+    for (;;) {
+        const qint32 nOne = nodes[random() % nodes.size()];
+        const qint32 nOther = nodes[random() % nodes.size()];
+        if (nOne == 3 || nodes.size() < 8) {
+            CBookDatabase::CTransaction transaction(database);
+            nodes.push_back(database.AddNode(nOther, u"甲"_s));
+            nodes.push_back(database.AddNode(nOther, u"乙"_s));
+            transaction.Commit();
+        } else if (random() % 4 == 0 && database.GetChildrenCount(nOne) == 0) {
+            database.DeleteNode(nOne);
+            std::erase(nodes, nOne);
+        } else if (random() % 2 == 0) {
+            database.MoveTo(nOne, nOther);
+        } else {
+            random() % 2 == 0 ? database.MoveUp(nOne) : database.MoveDown(nOne);
+        }
+    }
+}
+
+/// Walks the tree: every sibling list counts 1, 2, 3, and every node hangs in it once.
+void ExpectWholeTree(CBookDatabase& database) {
+    std::set<qint32> met;
+    std::vector<qint32> open{3};
+    while (!open.empty()) {
+        const qint32 nParentId = open.back();
+        open.pop_back();
+        QList<NodeHeader> children;
+        database.GetChildren(nParentId, children);
+        for (qsizetype n = 0; n < children.size(); ++n) {
+            EXPECT_EQ(database.GetField(children[n].Id, u"Index"_s).toInt(), n + 1);
+            ASSERT_TRUE(met.insert(children[n].Id).second);
+            open.push_back(children[n].Id);
+        }
+    }
+    EXPECT_EQ(static_cast<qint32>(met.size()) + 3, database.GetNodeCount());
+}
+
+TEST(StoreKillTest, KilledProgramLeavesAWholeTree) {
+    const CCourseWorld world;
+    world.CopySeed(u"a.mdb"_s);
+    const QString strPath = world.Folder.Path(u"a.mdb"_s);
+    qint32 nMost = 0;
+    for (unsigned nRound = 0; nRound < 12; ++nRound) {
+        world.CopySeed(u"a.mdb"_s);
+        const pid_t nChild = fork();
+        ASSERT_GE(nChild, 0);
+        if (nChild == 0)
+            ChangeForever(strPath, nRound);
+        usleep(20'000 + 17'000 * nRound);
+        kill(nChild, SIGKILL);
+        int nStatus = 0;
+        waitpid(nChild, &nStatus, 0);
+        ASSERT_TRUE(WIFSIGNALED(nStatus) && WTERMSIG(nStatus) == SIGKILL);
+        CBookDatabase database(strPath, 42);
+        ASSERT_TRUE(database.Open());
+        ExpectWholeTree(database);
+        nMost = std::max(nMost, database.GetNodeCount());
+    }
+    EXPECT_GT(nMost, 10) << "else nothing was interrupted";
+}
+
+} // namespace

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "course/Course.h"
+#include "foundation/CodePage.h"
+#include "foundation/SysInfo.h"
+#include "tests/support/ScriptedPeople.h"
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+
+#include <functional>
+#include <vector>
+
+/// A course server that answers at once, always the same, and remembers what it was told.
+class CFakeSession : public ICourseSession {
+public:
+    struct Report {
+        int nType;
+        CourseFigures Figures;
+        bool bPrompt;
+    };
+    bool Answer = true;
+    std::vector<Report> Reports;
+    std::function<void(CCourse&)> OnReport;
+
+    bool ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) override {
+        Reports.push_back({nType, figures, bPrompt});
+        if (OnReport)
+            OnReport(course);
+        return Answer;
+    }
+};
+
+/// Chooses the same template whenever it is asked; nothing by default, which is a cancel.
+class CFakeTemplateChooser : public ITemplateChooser {
+public:
+    std::optional<QString> Choice;
+    int nAsked = 0;
+
+    std::optional<QString> ChooseTemplate(const QString&) override {
+        ++nAsked;
+        return Choice;
+    }
+};
+
+/// Makes the rows of initial nodes, and notes the pages instead of copying them.
+class CFakeNodeMakerFactory : public INodeMakerFactory {
+public:
+    QStringList Pages;
+    /// The page at which making fails; none while empty.
+    QString FailAt;
+
+    std::unique_ptr<IInitialNodeMaker> MakeFor(CCourse& course) override {
+        class CMaker : public IInitialNodeMaker {
+        public:
+            CMaker(CCourse& owner, CFakeNodeMakerFactory& factory) : m_course(owner), m_factory(factory) {}
+            qint32 AddChild(qint32 nParentId, const QString& strTitle) override {
+                return m_course.GetDatabase()->AddNode(nParentId, strTitle);
+            }
+            bool InitFromTemplatePage(qint32, const QString&, const QString& strPage) override {
+                m_factory.Pages.append(strPage);
+                return m_factory.FailAt.isEmpty() || strPage != m_factory.FailAt;
+            }
+
+        private:
+            CCourse& m_course;
+            CFakeNodeMakerFactory& m_factory;
+        };
+        return std::make_unique<CMaker>(course, *this);
+    }
+};
+
+/// A whole installation in a folder of its own, with one template, "模板一", and everything that a course
+/// works with faked. Its program needs VOREL_SEED_DATA (target vorel_seed_data).
+class CCourseWorld {
+public:
+    CTempFolder Folder;
+    CScriptedPeople People;
+    CFakeSession Session;
+    CFakeTemplateChooser Templates;
+    CFakeNodeMakerFactory Nodes;
+    CourseServices Services{People, Session, Templates, Nodes};
+
+    CCourseWorld() {
+        Write(QStringLiteral("程序\\AppInfo.ini"),
+              QStringLiteral("[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\n"));
+        CopySeed(QStringLiteral("程序\\SysData\\Data\\DataBase\\VorelCourse.mdb"));
+        Folder.MakeFolder(QStringLiteral("程序\\SysData\\Data\\Courseware\\NodeResource"));
+        Write(QStringLiteral("程序\\SysData\\SelfDefineTitle.ini"), QStringLiteral("[Id]\r\n课程介绍=4\r\n"));
+        Write(Template(QStringLiteral("Skin\\images\\top.gif")), QStringLiteral("old skin"));
+        Write(Template(QStringLiteral("eht\\htm\\通用页面.htm")), QStringLiteral("<p></p>"));
+        CSysInfo::Reset(Folder.Path(QStringLiteral("程序\\Vorel")));
+    }
+
+    /// A path of this world's template, below the folder.
+    static QString Template(const QString& strBelow, const QString& strName = QStringLiteral("模板一")) {
+        return QStringLiteral("程序\\SysData\\VorelTemplates\\%1\\%2").arg(strName, strBelow);
+    }
+    void Write(const QString& strBelow, const QString& strText) const {
+        Folder.Write(strBelow, CodePage::Encode(strText));
+    }
+    void CopySeed(const QString& strBelow) const {
+        QFile seed(QStringLiteral(VOREL_SEED_DATA "/DataBase/VorelCourse.mdb"));
+        if (!seed.open(QIODevice::ReadOnly))
+            qFatal("no seed database");
+        Folder.Write(strBelow, seed.readAll());
+    }
+
+    QString ProjectPath() const { return Folder.Path(QStringLiteral("课程\\数学.vcp")); }
+    /// A path of the course, below the folder.
+    static QString InCourse(const QString& strBelow) { return QStringLiteral("课程\\") + strBelow; }
+    CreateRecord Record() const {
+        return {{42, QStringLiteral("高等数学"), QStringLiteral("李老师")},
+                QStringLiteral("数学"),
+                Folder.Path(QStringLiteral("课程\\")),
+                {},
+                QStringLiteral("模板一")};
+    }
+    void MakeCourse() const { CCourse(ProjectPath(), Services).Create(Record()); }
+};
