@@ -105,8 +105,8 @@ def make_template(source, nodes):
         made.mkdir(parents=True)
     for body in sorted((ART / "pages").glob("*.html")):
         (pages / f"{body.stem}.htm").write_bytes(page(body.read_text("utf-8")))
-    for sheet in ("page", "site"):
-        parts = [source / "tokens.css", ART / "templates" / f"{sheet}-base.css", source / f"{sheet}.css"]
+    for sheet, last in (("page", []), ("site", [ART / "templates" / "site-print.css"])):
+        parts = [source / "tokens.css", ART / "templates" / f"{sheet}-base.css", source / f"{sheet}.css"] + last
         (skin / f"{sheet}.css").write_text("\n".join(part.read_text("ascii") for part in parts), "ascii")
     for picture in source.glob("*.svg"):
         if picture.name != "icon.svg":
