@@ -1,0 +1,363 @@
+#include "companions/compiler/HtmlText.h"
+
+#include "foundation/CodePage.h"
+#include "foundation/Text.h"
+
+#include <QMap>
+#include <QSet>
+#include <QStringDecoder>
+#include <QStringEncoder>
+
+#include <gumbo.h>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace HtmlText {
+namespace {
+
+/// The parser frees its tree by recursion, and its work grows with the square of the depth.
+constexpr int c_nMaxDepth = 2000;
+
+struct TreeDeleter {
+    void operator()(GumboOutput* pOutput) const { gumbo_destroy_output(&kGumboDefaultOptions, pOutput); }
+};
+using Tree = std::unique_ptr<GumboOutput, TreeDeleter>;
+
+Tree Parse(const QByteArray& html) {
+    return Tree(gumbo_parse_with_options(&kGumboDefaultOptions, html.constData(), size_t(html.size())));
+}
+
+bool IsAsciiLetter(char c) {
+    return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
+}
+
+bool IsVoid(const QByteArray& name) {
+    static const QSet<QByteArray> names = {"area",  "base",  "br",    "col",    "embed",   "hr",
+                                           "img",   "input", "link",  "meta",   "param",   "source",
+                                           "track", "wbr",   "frame", "keygen", "bgsound", "basefont"};
+    return names.contains(name);
+}
+
+/// How deep tags could nest at most, by their count alone. Elements that authors leave open and the parser
+/// closes by itself don't count.
+bool IsTooDeep(const QByteArray& html) {
+    static const QSet<QByteArray> closesItself = {"p",  "li", "dt",     "dd",    "tr",    "td",   "th",
+                                                  "rt", "rp", "option", "tbody", "thead", "tfoot"};
+    int nDepth = 0;
+    for (qsizetype i = html.indexOf('<'); i >= 0 && i + 1 < html.size(); i = html.indexOf('<', i + 1)) {
+        const bool bEnd = html[i + 1] == '/';
+        qsizetype nName = i + 1 + bEnd;
+        qsizetype nEnd = nName;
+        while (nEnd < html.size() &&
+               (IsAsciiLetter(html[nEnd]) || (nEnd > nName && isdigit(uchar(html[nEnd])))))
+            ++nEnd;
+        if (nEnd == nName)
+            continue;
+        const QByteArray name = html.mid(nName, nEnd - nName).toLower();
+        if (IsVoid(name) || closesItself.contains(name))
+            continue;
+        nDepth = bEnd ? qMax(nDepth - 1, 0) : nDepth + 1;
+        if (nDepth > c_nMaxDepth)
+            return true;
+    }
+    return false;
+}
+
+QByteArray TagName(const GumboElement& element) {
+    if (element.tag != GUMBO_TAG_UNKNOWN)
+        return gumbo_normalized_tagname(element.tag);
+    GumboStringPiece piece = element.original_tag;
+    gumbo_tag_from_original_text(&piece);
+    return QByteArray(piece.data, qsizetype(piece.length)).toLower();
+}
+
+bool IsElement(const GumboNode* pNode) {
+    return pNode->type == GUMBO_NODE_ELEMENT || pNode->type == GUMBO_NODE_TEMPLATE;
+}
+
+QByteArray AttributeValue(const GumboElement& element, const char* szName) {
+    const GumboAttribute* pAttribute = gumbo_get_attribute(&element.attributes, szName);
+    return pAttribute ? QByteArray(pAttribute->value) : QByteArray();
+}
+
+bool IsReference(const GumboElement& element, const GumboAttribute& attribute) {
+    static const QSet<QByteArray> names = {"href", "src", "background", "data", "poster", "xlink:href"};
+    if (names.contains(attribute.name))
+        return true;
+    if (element.tag != GUMBO_TAG_PARAM || qstrcmp(attribute.name, "value") != 0)
+        return false;
+    static const QSet<QByteArray> parameters = {"movie", "src", "url", "filename"};
+    return parameters.contains(AttributeValue(element, "name").toLower());
+}
+
+/// Calls visit for each element; a depth that IsTooDeep let pass is safe to go down by recursion.
+void ForEachElement(const GumboNode* pNode, const std::function<void(const GumboNode*)>& visit) {
+    if (!IsElement(pNode))
+        return;
+    visit(pNode);
+    const GumboVector& children = pNode->v.element.children;
+    for (unsigned i = 0; i < children.length; ++i)
+        ForEachElement(static_cast<const GumboNode*>(children.data[i]), visit);
+}
+
+/// Replacements in a text, by where they begin. One stretch is replaced once, even though the parser copies
+/// wrongly nested elements.
+class CEdits {
+public:
+    explicit CEdits(const QByteArray& text) : m_text(text) {}
+
+    void Replace(const char* pBegin, qsizetype nLength, const QByteArray& with) {
+        if (pBegin >= m_text.constData() && pBegin + nLength <= m_text.constData() + m_text.size())
+            m_edits.insert(pBegin - m_text.constData(), {nLength, with});
+    }
+    bool IsEmpty() const { return m_edits.isEmpty(); }
+
+    QByteArray Apply(qsizetype nBegin, qsizetype nEnd) const {
+        QByteArray result;
+        qsizetype nAt = nBegin;
+        for (auto it = m_edits.lowerBound(nBegin); it != m_edits.end() && it.key() < nEnd; ++it) {
+            if (it.key() < nAt)
+                continue;
+            result += m_text.mid(nAt, it.key() - nAt) + it->with;
+            nAt = it.key() + it->nLength;
+        }
+        return result + m_text.mid(nAt, qMax(nEnd - nAt, qsizetype(0)));
+    }
+
+private:
+    struct Edit {
+        qsizetype nLength;
+        QByteArray with;
+    };
+    const QByteArray& m_text;
+    QMap<qsizetype, Edit> m_edits;
+};
+
+QByteArray Quoted(const QString& strValue) {
+    return '"' + strValue.toHtmlEscaped().toUtf8() + '"';
+}
+
+void EditReferences(const GumboNode* pNode, const Rewriter& rewrite, CEdits& edits) {
+    const GumboElement& element = pNode->v.element;
+    for (unsigned i = 0; i < element.attributes.length; ++i) {
+        const auto* pAttribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
+        if (!IsReference(element, *pAttribute) || pAttribute->original_value.length == 0)
+            continue;
+        const std::optional<QString> strNew = rewrite(QString::fromUtf8(pAttribute->value));
+        if (strNew)
+            edits.Replace(pAttribute->original_value.data, qsizetype(pAttribute->original_value.length),
+                          Quoted(*strNew));
+    }
+}
+
+bool IsStyleLink(const GumboElement& element) {
+    return element.tag == GUMBO_TAG_LINK &&
+           AttributeValue(element, "rel").toLower().split(' ').contains("stylesheet");
+}
+
+/// Style sheets go to the head of the frame.
+bool GoesToHead(const GumboElement& element) {
+    return element.tag_namespace == GUMBO_NAMESPACE_HTML &&
+           (IsStyleLink(element) || element.tag == GUMBO_TAG_STYLE);
+}
+
+/// What the frame says itself has no place in a page within it.
+bool IsDropped(const GumboElement& element) {
+    return element.tag_namespace == GUMBO_NAMESPACE_HTML &&
+           (element.tag == GUMBO_TAG_TITLE || element.tag == GUMBO_TAG_META ||
+            element.tag == GUMBO_TAG_BASE || (element.tag == GUMBO_TAG_LINK && !IsStyleLink(element)));
+}
+
+/// Writes a tree out again, for pages whose own text can't stand within a frame.
+class CSerializer {
+public:
+    explicit CSerializer(const Rewriter& rewrite) : m_rewrite(rewrite) {}
+
+    Fragment Result() const { return {QString::fromUtf8(m_head), QString::fromUtf8(m_body)}; }
+
+    void WriteChildren(const GumboNode* pNode, bool bHeadOnly) {
+        const GumboVector& children = pNode->v.element.children;
+        for (unsigned i = 0; i < children.length; ++i)
+            Write(static_cast<const GumboNode*>(children.data[i]), bHeadOnly ? nullptr : &m_body, false);
+    }
+
+private:
+    void Write(const GumboNode* pNode, QByteArray* pOut, bool bRaw) {
+        if (IsElement(pNode)) {
+            if (GoesToHead(pNode->v.element))
+                WriteElement(pNode, m_head);
+            else if (pOut && !IsDropped(pNode->v.element))
+                WriteElement(pNode, *pOut);
+        } else if (pOut && pNode->type == GUMBO_NODE_COMMENT) {
+            *pOut += "<!--" + QByteArray(pNode->v.text.text) + "-->";
+        } else if (pOut) {
+            const QByteArray text(pNode->v.text.text);
+            *pOut += bRaw ? text : QString::fromUtf8(text).toHtmlEscaped().toUtf8();
+        }
+    }
+
+    void WriteElement(const GumboNode* pNode, QByteArray& out) {
+        const GumboElement& element = pNode->v.element;
+        const QByteArray name = TagName(element);
+        out += '<' + name;
+        for (unsigned i = 0; i < element.attributes.length; ++i) {
+            const auto* pAttribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
+            QString strValue = QString::fromUtf8(pAttribute->value);
+            if (IsReference(element, *pAttribute))
+                strValue = m_rewrite(strValue).value_or(strValue);
+            out += ' ' + QByteArray(pAttribute->name) + '=' + Quoted(strValue);
+        }
+        out += '>';
+        if (IsVoid(name))
+            return;
+        const bool bRaw = element.tag == GUMBO_TAG_SCRIPT || element.tag == GUMBO_TAG_STYLE ||
+                          element.tag == GUMBO_TAG_XMP || element.tag == GUMBO_TAG_IFRAME ||
+                          element.tag == GUMBO_TAG_NOEMBED || element.tag == GUMBO_TAG_NOFRAMES;
+        for (unsigned i = 0; i < element.children.length; ++i)
+            Write(static_cast<const GumboNode*>(element.children.data[i]), &out, bRaw);
+        out += "</" + name + '>';
+    }
+
+    const Rewriter& m_rewrite;
+    QByteArray m_head;
+    QByteArray m_body;
+};
+
+/// Whether the page says itself that it is a whole document. A false yes costs nothing but its spelling.
+bool IsWholeDocument(const QByteArray& html) {
+    const QByteArray lower = html.toLower();
+    return lower.contains("<html") || lower.contains("<body") || lower.contains("<!doctype") ||
+           lower.contains("<head") || lower.contains("<frameset") || lower.contains("</body") ||
+           lower.contains("</html");
+}
+
+Fragment SerializeDocument(const QByteArray& html, const Rewriter& rewrite) {
+    const Tree tree = Parse(html);
+    CSerializer serializer(rewrite);
+    const GumboVector& children = tree->root->v.element.children;
+    for (unsigned i = 0; i < children.length; ++i) {
+        const auto* pChild = static_cast<const GumboNode*>(children.data[i]);
+        if (IsElement(pChild))
+            serializer.WriteChildren(pChild, pChild->v.element.tag == GUMBO_TAG_HEAD);
+    }
+    return serializer.Result();
+}
+
+const QByteArray c_before = "<!DOCTYPE html><body><div>";
+const QByteArray c_after = "</div>x<hr>";
+
+/// Whether what the page opens it also closes: the element around it ends with its own end tag, and neither
+/// an element nor a run of formatting reaches beyond.
+const GumboNode* BalancedContent(const Tree& tree, const QByteArray& wrapped) {
+    const GumboVector& top = tree->root->v.element.children;
+    const GumboNode* pBody = top.length ? static_cast<const GumboNode*>(top.data[top.length - 1]) : nullptr;
+    if (!pBody || !IsElement(pBody) || pBody->v.element.children.length != 3)
+        return nullptr;
+    const auto* const* ppChildren = reinterpret_cast<const GumboNode* const*>(pBody->v.element.children.data);
+    const char* pEnd = wrapped.constData() + wrapped.size() - c_after.size();
+    const bool bWhole = IsElement(ppChildren[0]) && ppChildren[0]->v.element.original_end_tag.data == pEnd &&
+                        ppChildren[1]->type == GUMBO_NODE_TEXT && IsElement(ppChildren[2]) &&
+                        ppChildren[2]->v.element.tag == GUMBO_TAG_HR;
+    return bWhole ? ppChildren[0] : nullptr;
+}
+
+/// Takes an element out of the text, its content included.
+QByteArray CutOut(const GumboElement& element, const QByteArray& text, CEdits& edits) {
+    const char* pBegin = element.original_tag.data;
+    const char* pEnd = element.original_end_tag.length > 0
+                           ? element.original_end_tag.data + element.original_end_tag.length
+                           : pBegin + element.original_tag.length;
+    const qsizetype nBegin = pBegin - text.constData();
+    CEdits inside = edits;
+    edits.Replace(pBegin, pEnd - pBegin, QByteArray());
+    return inside.Apply(nBegin, nBegin + (pEnd - pBegin));
+}
+
+QByteArray DeclaredCharset(const QByteArray& bytes) {
+    const QByteArray head = bytes.left(4096).toLower();
+    const qsizetype nAt = head.indexOf("charset");
+    if (nAt < 0)
+        return QByteArray();
+    qsizetype n = nAt + 7;
+    while (n < head.size() && (head[n] == ' ' || head[n] == '=' || head[n] == '"' || head[n] == '\''))
+        ++n;
+    qsizetype nEnd = n;
+    while (nEnd < head.size() && (isalnum(uchar(head[nEnd])) || head[nEnd] == '-' || head[nEnd] == '_'))
+        ++nEnd;
+    return head.mid(n, nEnd - n);
+}
+
+bool IsCodePage(const QByteArray& charset) {
+    return charset.isEmpty() || charset.startsWith("gb") || charset == "x-gbk";
+}
+
+} // namespace
+
+Decoded Decode(const QByteArray& bytes) {
+    if (const auto marked = QStringConverter::encodingForData(bytes)) {
+        QStringDecoder decoder(*marked);
+        return {decoder(bytes), QStringConverter::nameForEncoding(*marked), true};
+    }
+    const QByteArray charset = DeclaredCharset(bytes);
+    // "utf-16" said in ASCII letters can't be true.
+    if (!IsCodePage(charset) && !charset.startsWith("utf-16")) {
+        QStringDecoder decoder(charset.constData());
+        if (decoder.isValid()) {
+            const QString strText = decoder(bytes);
+            if (!decoder.hasError())
+                return {strText, charset, false};
+        }
+    }
+    return {CodePage::Decode(bytes), "GB18030", false};
+}
+
+std::optional<QByteArray> Encode(const Decoded& page) {
+    if (page.Charset == "GB18030")
+        return CodePage::Encode(page.Text);
+    QStringEncoder encoder(page.Charset.constData(),
+                           page.HasMark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
+    if (!encoder.isValid())
+        return std::nullopt;
+    const QByteArray bytes = encoder(page.Text);
+    return encoder.hasError() ? std::nullopt : std::optional(bytes);
+}
+
+std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite) {
+    const QByteArray html = strPage.toUtf8();
+    if (IsTooDeep(html))
+        return std::nullopt;
+    const Tree tree = Parse(html);
+    CEdits edits(html);
+    ForEachElement(tree->root, [&](const GumboNode* pNode) { EditReferences(pNode, rewrite, edits); });
+    return edits.IsEmpty() ? std::nullopt : std::optional(QString::fromUtf8(edits.Apply(0, html.size())));
+}
+
+std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rewrite) {
+    const QByteArray html = strPage.toUtf8();
+    if (IsTooDeep(html))
+        return std::nullopt;
+    if (IsWholeDocument(html))
+        return SerializeDocument(html, rewrite);
+    const QByteArray wrapped = c_before + html + c_after;
+    const Tree tree = Parse(wrapped);
+    const GumboNode* pContent = BalancedContent(tree, wrapped);
+    if (!pContent)
+        return SerializeDocument(html, rewrite);
+
+    CEdits edits(wrapped);
+    ForEachElement(pContent, [&](const GumboNode* pNode) { EditReferences(pNode, rewrite, edits); });
+    QByteArray head;
+    ForEachElement(pContent, [&](const GumboNode* pNode) {
+        const GumboElement& element = pNode->v.element;
+        if (GoesToHead(element))
+            head += CutOut(element, wrapped, edits) + '\n';
+        else if (IsDropped(element))
+            CutOut(element, wrapped, edits);
+    });
+    const QByteArray body = edits.Apply(c_before.size(), wrapped.size() - c_after.size());
+    return Fragment{QString::fromUtf8(head), QString::fromUtf8(body)};
+}
+
+} // namespace HtmlText

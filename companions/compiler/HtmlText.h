@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+/// Work on the text of HTML pages that other programs and people wrote. The pages are parsed by the rules
+/// that browsers keep; what need not change stays as its author wrote it, character for character.
+namespace HtmlText {
+
+/// The text of a page and how it was coded. Without a word of the page's own it is in the course's code page.
+struct Decoded {
+    QString Text;
+    /// "UTF-8", "GB18030", …
+    QByteArray Charset;
+    bool HasMark = false;
+};
+Decoded Decode(const QByteArray& bytes);
+
+/// The bytes again; nothing when the text can't be written in that coding without loss.
+std::optional<QByteArray> Encode(const Decoded& page);
+
+/// Called for each reference of a page; answers what shall stand in its place, or nothing to leave it.
+using Rewriter = std::function<std::optional<QString>(const QString& strReference)>;
+
+/// The page with its references rewritten, and nothing when no reference changed or when the page is nested
+/// so deeply that it can't be parsed.
+std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite);
+
+/// A page taken apart for a frame that has head and body of its own.
+struct Fragment {
+    /// Style sheets and style blocks, for the head.
+    QString Head;
+    /// What the body holds, well nested in itself: no tag of it reaches into what stands around it.
+    QString Body;
+};
+
+/// Nothing when the page is nested too deeply.
+std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rewrite);
+
+} // namespace HtmlText

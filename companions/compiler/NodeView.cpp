@@ -1,0 +1,198 @@
+#include "companions/compiler/NodeView.h"
+
+#include "companions/compiler/Texts.h"
+#include "course/BookDatabase.h"
+#include "foundation/Text.h"
+
+#include <QFileInfo>
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString Escaped(const QString& strText) {
+    return strText.toHtmlEscaped();
+}
+
+QString Paragraph(const QString& strClass, const QString& strText) {
+    return u"<p class=\""_s + strClass + u"\">"_s + strText + u"</p>\n"_s;
+}
+
+QString BareName(const QString& strName) {
+    return strName.mid(strName.lastIndexOf(u'/') + 1);
+}
+
+/// A file that the browser shows by itself, of those in a video's folder.
+QString FirstWithExtension(const QStringList& files, const QStringList& extensions) {
+    for (const QString& strExtension : extensions) {
+        for (const QString& strFile : files) {
+            if (LowerAscii(strFile).endsWith(strExtension))
+                return strFile;
+        }
+    }
+    return QString();
+}
+
+} // namespace
+
+QString CNodeView::KindWord(const SiteNode& node) {
+    switch (node.Row.Type) {
+    case NodeType::c_nEditorPage:
+        return CompilerText::c_strKindPage;
+    case NodeType::c_nExternalFile:
+        return CompilerText::c_strKindFile;
+    case NodeType::c_nSite:
+        return CompilerText::c_strKindSite;
+    case NodeType::c_nExternalLink:
+    case NodeType::c_nInSiteLink:
+        return CompilerText::c_strKindLink;
+    case NodeType::c_nVideo:
+        return CompilerText::c_strKindVideo;
+    case NodeType::c_nCourseware:
+        return CompilerText::c_strKindCourseware;
+    default:
+        return node.Children.isEmpty() ? CompilerText::c_strKindEmpty : CompilerText::c_strKindFolder;
+    }
+}
+
+QString CNodeView::Heading(int nNode) const {
+    return u"<h1 class=\"node-title\">"_s + Escaped(m_plan.Model().Nodes()[nNode].Row.Title) + u"</h1>\n"_s;
+}
+
+QString CNodeView::ChildList(int nNode, const QString& strFolder) const {
+    const QList<SiteNode>& nodes = m_plan.Model().Nodes();
+    QString strList = u"<ul class=\"children\">\n"_s;
+    for (const int nChild : nodes[nNode].Children) {
+        const QString strWindow = m_plan.Of(nChild).OpenType != 0 ? CompilerText::c_strNewWindow : QString();
+        strList += u"<li>"_s + m_frame.NodeLink(nChild, strFolder) + u"<span class=\"title\">"_s +
+                   Escaped(nodes[nChild].Row.Title) + u"</span><span class=\"kind\">"_s +
+                   KindWord(nodes[nChild]) + strWindow + u"</span></a></li>\n"_s;
+    }
+    return strList + u"</ul>\n"_s;
+}
+
+QString CNodeView::FileAddress(int nNode, const QString& strSource) const {
+    const NodePlan& plan = m_plan.Of(nNode);
+    return RelativeAddress(FolderOf(plan.PagePath), m_plan.Tree().OutputName(strSource));
+}
+
+QString CNodeView::OpenAlone(int nNode, const QString& strAddress) const {
+    const QString strTitle = Escaped(m_plan.Model().Nodes()[nNode].Row.Title);
+    return Paragraph(u"alone-link"_s, u"<a href=\""_s + Escaped(strAddress) +
+                                          u"\" target=\"_blank\" rel=\"noopener\">"_s +
+                                          CompilerText::c_strOpenAlone.arg(strTitle) + u"</a>"_s);
+}
+
+QString CNodeView::Embed(int nNode, const QString& strAddress) const {
+    return u"<iframe class=\"embed\" title=\""_s + Escaped(m_plan.Model().Nodes()[nNode].Row.Title) +
+           u"\" src=\""_s + Escaped(strAddress) + u"\"></iframe>\n"_s;
+}
+
+QString CNodeView::FileCard(int nNode, const QString& strSource, const QString& strShownName) const {
+    const StoreRow& row = m_plan.Model().Nodes()[nNode].Row;
+    const qint64 nBytes = QFileInfo(m_plan.Tree().NativePath(strSource)).size();
+    const QString strSize =
+        QLocale(QLocale::Chinese).formattedDataSize(nBytes, 1, QLocale::DataSizeTraditionalFormat);
+    const auto line = [](const QString& strName, const QString& strValue) -> QString {
+        return u"<dt>"_s + strName + u"</dt><dd>"_s + Escaped(strValue) + u"</dd>\n"_s;
+    };
+    QString strCard = u"<div class=\"file-card\">\n<dl>\n"_s + line(CompilerText::c_strFile, strShownName) +
+                      line(CompilerText::c_strSize, strSize);
+    if (!row.Comment.isEmpty())
+        strCard += line(CompilerText::c_strComment, row.Comment);
+    return strCard + u"</dl>\n<p><a class=\"button\" href=\""_s + Escaped(FileAddress(nNode, strSource)) +
+           u"\" download=\""_s + Escaped(strShownName) + u"\">"_s + CompilerText::c_strDownload +
+           u"</a></p>\n</div>\n"_s;
+}
+
+QString CNodeView::FileMain(int nNode) const {
+    const StoreRow& row = m_plan.Model().Nodes()[nNode].Row;
+    const NodePlan& plan = m_plan.Of(nNode);
+    const QString strAddress = FileAddress(nNode, plan.Source);
+    const QString strShown = row.FileName.isEmpty() ? BareName(plan.Source) : row.FileName;
+    QString strView;
+    switch (plan.View) {
+    case ENodeView::Embedded:
+        strView = Embed(nNode, strAddress + plan.Fragment);
+        break;
+    case ENodeView::Picture:
+        strView = u"<img class=\"media\" src=\""_s + Escaped(strAddress) + u"\" alt=\""_s +
+                  Escaped(row.Title) + u"\">\n"_s;
+        break;
+    case ENodeView::Player:
+        strView = u"<video class=\"media\" controls src=\""_s + Escaped(strAddress) + u"\"></video>\n"_s;
+        break;
+    default:
+        return FileCard(nNode, plan.Source, strShown);
+    }
+    // A file of the teacher's own may be taken home; the pages of a site can't be taken one by one.
+    if (row.Type == NodeType::c_nExternalFile)
+        strView += FileCard(nNode, plan.Source, strShown);
+    return OpenAlone(nNode, strAddress + plan.Fragment) + strView;
+}
+
+QString CNodeView::VideoMain(int nNode) const {
+    const QStringList files = m_plan.Tree().FilesBelow(m_plan.Of(nNode).Source);
+    QString strMain;
+    const QString strPlayable = FirstWithExtension(files, {u".mp4"_s, u".webm"_s, u".ogv"_s});
+    if (!strPlayable.isEmpty())
+        strMain += u"<video class=\"media\" controls src=\""_s + Escaped(FileAddress(nNode, strPlayable)) +
+                   u"\"></video>\n"_s;
+    const QString strRecording = FirstWithExtension(files, {u".asf"_s, u".wmv"_s});
+    if (!strRecording.isEmpty())
+        strMain += FileCard(nNode, strRecording, BareName(strRecording));
+    const QString strSlides = FirstWithExtension(files, {u"/ppt.htm"_s, u".htm"_s, u".html"_s});
+    if (!strSlides.isEmpty()) {
+        const QString strAddress = FileAddress(nNode, strSlides);
+        strMain += OpenAlone(nNode, strAddress) + Embed(nNode, strAddress);
+    }
+    return strMain.isEmpty() ? Paragraph(u"empty"_s, CompilerText::c_strMissingContent) : strMain;
+}
+
+QString CNodeView::Main(int nNode) const {
+    const NodePlan& plan = m_plan.Of(nNode);
+    QString strMain = Heading(nNode);
+    switch (plan.View) {
+    case ENodeView::List:
+        return strMain + ChildList(nNode, FolderOf(plan.PagePath));
+    case ENodeView::Empty:
+        return strMain + Paragraph(u"empty"_s, CompilerText::c_strEmptyNode);
+    case ENodeView::Address:
+        strMain += Paragraph(u"alone-link"_s, u"<a href=\""_s + Escaped(plan.Source) +
+                                                  u"\" target=\"_blank\" rel=\"noopener\">"_s +
+                                                  Escaped(plan.Source) + u"</a>"_s);
+        if (plan.Source.startsWith("http"_L1, Qt::CaseInsensitive))
+            strMain += Paragraph(u"hint"_s, CompilerText::c_strFrameHint) + Embed(nNode, plan.Source);
+        return strMain;
+    case ENodeView::Video:
+        return strMain + VideoMain(nNode);
+    case ENodeView::Missing:
+        return strMain + Paragraph(u"empty"_s, CompilerText::c_strMissingContent);
+    default:
+        return strMain + FileMain(nNode);
+    }
+}
+
+QString CNodeView::PageMain(int nNode, const QString& strBody) const {
+    return Heading(nNode) + u"<div class=\"page\">\n"_s + strBody + u"\n</div>"_s;
+}
+
+QString CNodeView::RawPageMain(int nNode, const QString& strFile) const {
+    const QString strAddress = RelativeAddress(FolderOf(m_plan.Of(nNode).PagePath), strFile);
+    return Heading(nNode) + OpenAlone(nNode, strAddress) + Embed(nNode, strAddress);
+}
+
+QString CNodeView::StartMain() const {
+    const CSiteModel& model = m_plan.Model();
+    QString strHero = u"<section class=\"hero\">\n<h1>"_s + Escaped(model.Course()) + u"</h1>\n"_s;
+    if (!model.School().isEmpty())
+        strHero += Paragraph(u"school"_s, Escaped(model.School()));
+    const bool bRootHasContent =
+        m_plan.Of(0).View != ENodeView::List && m_plan.Of(0).View != ENodeView::Empty;
+    const QString strTeacher = CompilerText::c_strTeacher.arg(Escaped(model.Teacher()));
+    strHero += Paragraph(
+        u"teacher"_s, bRootHasContent ? m_frame.NodeLink(0, QString()) + strTeacher + u"</a>"_s : strTeacher);
+    return strHero + u"</section>\n"_s +
+           (model.Nodes()[0].Children.isEmpty() ? QString() : ChildList(0, QString()));
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "companions/compiler/HtmlText.h"
+#include "companions/compiler/References.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// A file of the course, whole. Throws Torvane::CRunException with a message.
+QByteArray ReadSourceFile(const QString& strNativePath);
+
+/// A page of the built-in editor, made ready to stand within the frame.
+struct ReadyPage {
+    HtmlText::Fragment Content;
+    /// References into the course that lead to nothing.
+    QStringList DeadReferences;
+};
+
+/// Nothing when the page is nested too deeply to be taken apart.
+std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
+                                  const CReferences::Place& place);
+
+/// A page that goes to the site as it is but for the letter case of its references: its bytes, with what
+/// need not change untouched.
+QByteArray CorrectedPage(const QByteArray& bytes, const CReferences& references,
+                         const CReferences::Place& place);

@@ -1,0 +1,180 @@
+#include "companions/compiler/SiteCompiler.h"
+
+#include "companions/compiler/FrameParts.h"
+#include "companions/compiler/NodeView.h"
+#include "companions/compiler/OutputFolder.h"
+#include "companions/compiler/PageFrame.h"
+#include "companions/compiler/PageReader.h"
+#include "companions/compiler/SiteModel.h"
+#include "companions/compiler/SitePlan.h"
+#include "companions/compiler/SourceTree.h"
+#include "companions/compiler/Texts.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Text.h"
+#include "platform/base/NativePath.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString c_strDefaultFolder = u"课程网站"_s;
+const QString c_strStartPage = u"index.html"_s;
+
+bool IsWebPage(const QString& strName) {
+    const QString strLower = LowerAscii(strName);
+    return strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1);
+}
+
+/// One run of the compiler, from the course to its site.
+class CCompileRun {
+public:
+    explicit CCompileRun(const CompileRequest& request)
+        : m_model(request.ProjectPath),
+          m_tree(Platform::ToNative(m_model.Paths().GetNodeResourceFolder(false))), m_plan(m_model, m_tree),
+          m_frame(m_plan), m_view(m_plan, m_frame) {}
+
+    CompileReport Run();
+
+private:
+    QString ChooseFolder();
+    QStringList FrameFiles() const;
+    void WritePages(COutputFolder& output);
+    void WriteNode(COutputFolder& output, int nNode);
+    FramedContent EditorPage(COutputFolder& output, int nNode);
+    void CopyFiles(COutputFolder& output, const QStringList& files);
+
+    CSiteModel m_model;
+    CSourceTree m_tree;
+    CSitePlan m_plan;
+    CPageFrame m_frame;
+    CNodeView m_view;
+    CompileReport m_report;
+};
+
+QString CCompileRun::ChooseFolder() {
+    const QString strCourse = Platform::ToNative(m_model.Paths().GetCourseFolder(false));
+    const QString strDefault = strCourse + u'/' + c_strDefaultFolder;
+    if (m_model.LastDir().isEmpty())
+        return strDefault;
+    const QString strLast = Platform::ToNative(Platform::FromNative(m_model.LastDir()));
+    // A course that was carried to another machine still names a folder of the old one.
+    if (!QFileInfo(strLast).isAbsolute() ||
+        (!QFileInfo::exists(strLast) && !QFileInfo(QFileInfo(strLast).path()).isDir())) {
+        m_report.Notes.append(CompilerText::c_strLastDirGone.arg(strLast));
+        return strDefault;
+    }
+    return strLast;
+}
+
+QStringList CCompileRun::FrameFiles() const {
+    QStringList parts = {FrameParts::c_strParts, FrameParts::c_strScript};
+    if (!m_frame.HasSkin())
+        parts.append(FrameParts::c_strPlainSkin);
+    return parts;
+}
+
+CompileReport CCompileRun::Run() {
+    COutputFolder output(ChooseFolder(), Platform::ToNative(m_model.Paths().GetCourseFolder(false)),
+                         Platform::ToNative(m_model.Paths().GetDataFolder(false)));
+    const QStringList files = m_plan.FilesToCopy();
+    QStringList names = FrameFiles();
+    names.append(c_strStartPage);
+    for (const QString& strFile : files)
+        names.append(m_tree.OutputName(strFile));
+    for (int i = 0; i < m_model.Nodes().size(); ++i) {
+        if (!m_plan.Of(i).PagePath.isEmpty())
+            names.append(m_plan.Of(i).PagePath);
+    }
+    output.Announce(names);
+    for (const QString& strPart : FrameFiles())
+        output.Write(strPart, FrameParts::Content(strPart));
+    CopyFiles(output, files);
+    WritePages(output);
+    output.Finish();
+
+    m_report.OutputFolder = output.Path();
+    m_report.Files = int(output.FileCount()) - m_report.Pages;
+    m_report.Notes += m_plan.Notes() + output.Notes();
+    return m_report;
+}
+
+void CCompileRun::CopyFiles(COutputFolder& output, const QStringList& files) {
+    for (const QString& strFile : files) {
+        const QString strSource = m_tree.NativePath(strFile);
+        const QString strName = m_tree.OutputName(strFile);
+        if (!IsWebPage(strFile)) {
+            output.Copy(strSource, strName);
+            continue;
+        }
+        const CReferences::Place place = {FolderOf(strFile), FolderOf(strName)};
+        output.Write(strName, CorrectedPage(ReadSourceFile(strSource), m_plan.References(), place));
+    }
+}
+
+void CCompileRun::WritePages(COutputFolder& output) {
+    output.Write(c_strStartPage, m_frame.StartPage({QString(), QString(), m_view.StartMain()}));
+    ++m_report.Pages;
+    for (int i = 0; i < m_model.Nodes().size(); ++i) {
+        if (!m_plan.Of(i).PagePath.isEmpty())
+            WriteNode(output, i);
+    }
+}
+
+void CCompileRun::WriteNode(COutputFolder& output, int nNode) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    FramedContent content;
+    if (plan.View == ENodeView::Page)
+        content = EditorPage(output, nNode);
+    else
+        content.Main = m_view.Main(nNode);
+    content.Title = m_model.Nodes()[nNode].Row.Title;
+    output.Write(plan.PagePath, m_frame.NodePage(nNode, content));
+    ++m_report.Pages;
+}
+
+FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const QString strTitle = m_model.Nodes()[nNode].Row.Title;
+    const QByteArray bytes = ReadSourceFile(m_tree.NativePath(plan.Source));
+    const CReferences::Place place = {FolderOf(plan.Source), FolderOf(plan.PagePath)};
+    const std::optional<ReadyPage> page = ReadPage(bytes, m_plan.References(), place);
+    if (!page) {
+        const QString strRaw = FolderOf(plan.PagePath) + u"/raw-"_s + QFileInfo(plan.PagePath).fileName();
+        m_report.Notes.append(CompilerText::c_strNoteTooDeep.arg(strTitle));
+        output.Write(strRaw, bytes);
+        return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
+    }
+    for (const QString& strDead : page->DeadReferences)
+        m_report.Notes.append(CompilerText::c_strNoteDeadLink.arg(strTitle, strDead));
+    return {QString(), page->Content.Head, m_view.PageMain(nNode, page->Content.Body)};
+}
+
+} // namespace
+
+CompileRequest ReadArgument(const QString& strArgument) {
+    CompileRequest request;
+    QString strPath = strArgument;
+    const qsizetype nBar = strArgument.lastIndexOf(u'|');
+    if (nBar >= 0) {
+        const QString strForm = strArgument.mid(nBar + 1);
+        if (strForm == "H"_L1)
+            request.Form = ESiteForm::Html;
+        else if (strForm == "S"_L1)
+            request.Form = ESiteForm::Classroom;
+        else
+            throw Torvane::CRunException(CompilerText::c_strUnknownForm.arg(strForm));
+        strPath = strArgument.left(nBar);
+    }
+    if (strPath.isEmpty())
+        throw Torvane::CRunException(CompilerText::c_strUsage);
+    const bool bDrive = strPath.size() > 1 && strPath[1] == u':';
+    request.ProjectPath = Platform::FromNative(bDrive ? strPath : QFileInfo(strPath).absoluteFilePath());
+    return request;
+}
+
+CompileReport CompileSite(const CompileRequest& request) {
+    return CCompileRun(request).Run();
+}

@@ -1,0 +1,83 @@
+#include "companions/compiler/SiteModel.h"
+
+#include "companions/compiler/Texts.h"
+#include "course/BookDatabase.h"
+#include "course/ProjectFile.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Paths.h"
+#include "platform/base/NativePath.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace {
+constexpr qint32 c_nSchoolId = 1;
+constexpr qint32 c_nCourseId = 2;
+} // namespace
+
+CSiteModel::CSiteModel(const QString& strProjectPath) : m_paths(strProjectPath) {
+    const QString strShown = Platform::ToNativeExact(strProjectPath);
+    if (!Torvane::File::IsFile(strProjectPath))
+        throw Torvane::CRunException(CompilerText::c_strNoProject.arg(strShown));
+    CProjectFile project;
+    if (!project.SetPath(strProjectPath) || !project.Load())
+        throw Torvane::CRunException(CompilerText::c_strBadProject.arg(strShown));
+    m_info = project.GetCourseInfo();
+    m_strLastDir = project.GetLastDir();
+    const QList<StoreRow> rows = ReadStore(m_paths.GetDatabasePath(), m_info.Id);
+    TakeSeedTitles(rows);
+    BuildTree(rows);
+}
+
+void CSiteModel::TakeSeedTitles(const QList<StoreRow>& rows) {
+    m_strCourse = m_info.Name;
+    m_strTeacher = m_info.TeacherName;
+    for (const StoreRow& row : rows) {
+        if (row.Title.isEmpty())
+            continue;
+        if (row.Id == c_nSchoolId)
+            m_strSchool = row.Title;
+        else if (row.Id == c_nCourseId)
+            m_strCourse = row.Title;
+        else if (row.Id == c_nRootNodeId)
+            m_strTeacher = row.Title;
+    }
+}
+
+void CSiteModel::BuildTree(const QList<StoreRow>& rows) {
+    QHash<qint32, QList<qsizetype>> children;
+    qsizetype nRoot = -1;
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        if (rows[i].Id == c_nRootNodeId)
+            nRoot = i;
+        else if (rows[i].Id > c_nRootNodeId)
+            children[rows[i].ParentId].append(i);
+    }
+    if (nRoot < 0)
+        throw Torvane::CRunException(CompilerText::c_strNoRoot);
+
+    // Depth first by hand: a chain of any length must not exhaust the stack.
+    struct Step {
+        qsizetype nRow;
+        int nParent;
+    };
+    QList<Step> pending = {{nRoot, -1}};
+    QSet<qint32> seen;
+    while (!pending.isEmpty()) {
+        const Step step = pending.takeLast();
+        const StoreRow& row = rows[step.nRow];
+        if (seen.contains(row.Id))
+            continue;
+        seen.insert(row.Id);
+        const int nNode = int(m_nodes.size());
+        const int nDepth = step.nParent < 0 ? 0 : m_nodes[step.nParent].Depth + 1;
+        m_nodes.append({row, step.nParent, nDepth, {}});
+        if (step.nParent >= 0)
+            m_nodes[step.nParent].Children.append(nNode);
+        const QList<qsizetype> below = children.value(row.Id);
+        for (auto it = below.crbegin(); it != below.crend(); ++it)
+            pending.append({*it, nNode});
+    }
+    for (const StoreRow& row : rows)
+        m_nUnreachable += row.Id > c_nRootNodeId && !seen.contains(row.Id);
+}

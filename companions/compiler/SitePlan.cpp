@@ -1,0 +1,210 @@
+#include "companions/compiler/SitePlan.h"
+
+#include "companions/compiler/FrameParts.h"
+#include "companions/compiler/Texts.h"
+#include "course/BookDatabase.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+ENodeView ViewOfFile(const QString& strName) {
+    static const QHash<QString, ENodeView> views = {
+        {u".htm"_s, ENodeView::Embedded},   {u".html"_s, ENodeView::Embedded},
+        {u".xhtml"_s, ENodeView::Embedded}, {u".txt"_s, ENodeView::Embedded},
+        {u".gif"_s, ENodeView::Picture},    {u".jpg"_s, ENodeView::Picture},
+        {u".jpeg"_s, ENodeView::Picture},   {u".png"_s, ENodeView::Picture},
+        {u".bmp"_s, ENodeView::Picture},    {u".svg"_s, ENodeView::Picture},
+        {u".webp"_s, ENodeView::Picture},   {u".mp4"_s, ENodeView::Player},
+        {u".webm"_s, ENodeView::Player},    {u".ogv"_s, ENodeView::Player},
+        {u".mp3"_s, ENodeView::Player},     {u".ogg"_s, ENodeView::Player},
+    };
+    return views.value(LowerAscii(Torvane::File::Extension(strName)), ENodeView::Download);
+}
+
+bool OpensByItself(ENodeView view) {
+    return view == ENodeView::Embedded || view == ENodeView::Picture || view == ENodeView::Player ||
+           view == ENodeView::Address;
+}
+
+/// An address as typed, completed where its author left "http://" out; empty for one that can't be used.
+QString UsableAddress(const QString& strTyped) {
+    const QString strAddress = strTyped.trimmed();
+    if (IsOutsideAddress(strAddress))
+        return strAddress;
+    static const QRegularExpression host(u"^[a-z0-9-]+(\\.[a-z0-9-]+)+(:[0-9]+)?([/?#].*)?$"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return host.match(strAddress).hasMatch() ? u"http://"_s + strAddress : QString();
+}
+
+} // namespace
+
+CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
+    : m_model(model), m_tree(tree), m_references(tree, model.Paths().GetNodeResourceFolder(false)) {
+    m_plans.resize(model.Nodes().size());
+    for (int i = 0; i < m_plans.size(); ++i)
+        PlanNode(i);
+    // A link's target may stand anywhere in the tree.
+    for (int i = 0; i < m_plans.size(); ++i) {
+        if (m_model.Nodes()[i].Row.Type == NodeType::c_nInSiteLink)
+            PlanInSiteLink(i);
+    }
+    for (int i = 0; i < m_plans.size(); ++i) {
+        const QString strFolder = NodeFolder(m_model.Nodes()[i].Row.Id);
+        if (!m_plans[i].PagePath.isEmpty())
+            m_references.MapFolder(strFolder, m_plans[i].PagePath);
+    }
+    if (m_model.UnreachableCount() > 0)
+        m_notes.append(CompilerText::c_strNoteUnreachable.arg(m_model.UnreachableCount()));
+}
+
+QString CSitePlan::NodeFolder(qint32 nId) const {
+    const QString strName = u'N' + QString::number(nId);
+    const QString strReal = m_tree.FindFolder(strName);
+    return strReal.isEmpty() ? strName : strReal;
+}
+
+void CSitePlan::PlanNode(int nNode) {
+    const SiteNode& node = m_model.Nodes()[nNode];
+    NodePlan& plan = m_plans[nNode];
+    const qint32 nOpen = node.Row.OpenType;
+    plan.OpenType = nOpen >= 1 && nOpen <= 3 ? nOpen : 0;
+    switch (node.Row.Type) {
+    case NodeType::c_nEditorPage:
+        return PlanPage(nNode, plan);
+    case NodeType::c_nExternalFile:
+    case NodeType::c_nSite:
+    case NodeType::c_nCourseware:
+        return PlanFile(nNode, plan);
+    case NodeType::c_nExternalLink:
+        return PlanAddress(nNode, plan);
+    case NodeType::c_nVideo:
+        return PlanVideo(nNode, plan);
+    case NodeType::c_nInSiteLink:
+        return;
+    default:
+        plan.OpenType = 0;
+        plan.View = node.Children.isEmpty() ? ENodeView::Empty : ENodeView::List;
+        TakeOwnPage(nNode, plan);
+    }
+}
+
+void CSitePlan::TakeOwnPage(int nNode, NodePlan& plan) {
+    const QString strFolder = NodeFolder(m_model.Nodes()[nNode].Row.Id);
+    QString strPage = strFolder + u"/index.html"_s;
+    for (int n = 1; !m_tree.FindFile(strPage).isEmpty(); ++n)
+        strPage = strFolder + u"/node"_s + QString::number(n) + u".html"_s;
+    plan.PagePath = strPage;
+    plan.Target = strPage;
+}
+
+void CSitePlan::MarkMissing(int nNode, NodePlan& plan) {
+    const StoreRow& row = m_model.Nodes()[nNode].Row;
+    plan.View = ENodeView::Missing;
+    m_notes.append(CompilerText::c_strNoteNoContent.arg(row.Title, row.Path));
+    TakeOwnPage(nNode, plan);
+}
+
+void CSitePlan::PlanPage(int nNode, NodePlan& plan) {
+    const StoreRow& row = m_model.Nodes()[nNode].Row;
+    plan.Source = m_references.FindStored(row.Path);
+    if (plan.Source.isEmpty())
+        return MarkMissing(nNode, plan);
+    plan.View = ENodeView::Page;
+    m_nodeOfSource.insert(plan.Source, nNode);
+    // The page keeps its place, where its own pictures and the links of other pages find it. A store that
+    // names another node's page gets a page in the node's own folder.
+    if (plan.Source.startsWith(NodeFolder(row.Id) + u'/')) {
+        plan.PagePath = m_tree.OutputName(plan.Source);
+        plan.Target = plan.PagePath;
+        m_framed.insert(plan.Source);
+    } else {
+        TakeOwnPage(nNode, plan);
+    }
+}
+
+void CSitePlan::TakeFile(int nNode, NodePlan& plan) {
+    plan.View = ViewOfFile(plan.Source);
+    if (plan.OpenType != 0 && OpensByItself(plan.View))
+        plan.Target = m_tree.OutputName(plan.Source);
+    else
+        TakeOwnPage(nNode, plan);
+}
+
+void CSitePlan::PlanFile(int nNode, NodePlan& plan) {
+    plan.Source = m_references.FindStored(m_model.Nodes()[nNode].Row.Path);
+    if (plan.Source.isEmpty())
+        return MarkMissing(nNode, plan);
+    if (!m_nodeOfSource.contains(plan.Source))
+        m_nodeOfSource.insert(plan.Source, nNode);
+    TakeFile(nNode, plan);
+}
+
+void CSitePlan::PlanAddress(int nNode, NodePlan& plan) {
+    const StoreRow& row = m_model.Nodes()[nNode].Row;
+    const QString strAddress = UsableAddress(row.Path);
+    if (strAddress.isEmpty()) {
+        plan.View = ENodeView::Missing;
+        m_notes.append(CompilerText::c_strNoteBadAddress.arg(row.Title, row.Path));
+        return TakeOwnPage(nNode, plan);
+    }
+    plan.View = ENodeView::Address;
+    plan.Source = strAddress;
+    if (plan.OpenType == 0)
+        return TakeOwnPage(nNode, plan);
+    plan.Target = strAddress;
+    plan.TargetIsAddress = true;
+}
+
+void CSitePlan::PlanVideo(int nNode, NodePlan& plan) {
+    const QString strPath = QString(m_model.Nodes()[nNode].Row.Path).replace(u'\\', u'/');
+    plan.Source = m_tree.FindFolder(strPath);
+    if (plan.Source.isEmpty())
+        return PlanFile(nNode, plan);
+    if (m_tree.FilesBelow(plan.Source).isEmpty())
+        return MarkMissing(nNode, plan);
+    plan.View = ENodeView::Video;
+    TakeOwnPage(nNode, plan);
+}
+
+void CSitePlan::PlanInSiteLink(int nNode) {
+    NodePlan& plan = m_plans[nNode];
+    const QString strPath = m_model.Nodes()[nNode].Row.Path;
+    if (strPath.contains("://"_L1) && !LowerAscii(strPath).startsWith("file:"_L1))
+        return PlanAddress(nNode, plan);
+    const qsizetype nHash = strPath.indexOf(u'#');
+    plan.Fragment = nHash < 0 ? QString() : strPath.mid(nHash);
+    plan.Source = m_references.FindStored(nHash < 0 ? strPath : strPath.left(nHash));
+    if (plan.Source.isEmpty())
+        return MarkMissing(nNode, plan);
+    const int nTarget = m_nodeOfSource.value(plan.Source, -1);
+    if (nTarget >= 0 && (m_plans[nTarget].View == ENodeView::Page || plan.Fragment.isEmpty())) {
+        plan.View = m_plans[nTarget].View;
+        plan.Target = m_plans[nTarget].Target;
+        return;
+    }
+    TakeFile(nNode, plan);
+}
+
+QStringList CSitePlan::FilesToCopy() const {
+    static const QRegularExpression nodeFolder(u"^[Nn][0-9]+$"_s);
+    QStringList folders;
+    for (const QString& strFolder : m_tree.TopFolders()) {
+        if (!nodeFolder.match(strFolder).hasMatch() && LowerAscii(strFolder) != FrameParts::c_strFolder)
+            folders.append(strFolder);
+    }
+    for (const SiteNode& node : m_model.Nodes())
+        folders.append(NodeFolder(node.Row.Id));
+    QStringList files;
+    for (const QString& strFolder : folders) {
+        for (const QString& strFile : m_tree.FilesBelow(strFolder)) {
+            if (!m_framed.contains(strFile))
+                files.append(strFile);
+        }
+    }
+    return files;
+}

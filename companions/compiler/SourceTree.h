@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+/// The course's node resource folder, listed once. Names below it are relative, with "/" between components
+/// and in the letter case of the disk. Symbolic links and hidden entries are left out: what is compiled is
+/// what the course itself holds.
+class CSourceTree {
+public:
+    explicit CSourceTree(const QString& strNativeFolder);
+
+    QString NativeFolder() const { return m_strFolder; }
+    QString NativePath(const QString& strName) const { return m_strFolder + QLatin1Char('/') + strName; }
+
+    /// The file's real name; looked up as it stands, and then ignoring the case of ASCII letters, since
+    /// links are lower-cased by rule. Empty when there is none. Blanks, "." and ".." are resolved; a name
+    /// that leaves the folder finds nothing.
+    QString FindFile(const QString& strName) const;
+    /// The same for a folder.
+    QString FindFolder(const QString& strName) const;
+
+    /// Every file below a folder, by the folder's real name.
+    QStringList FilesBelow(const QString& strFolder) const;
+    QStringList TopFolders() const;
+
+    /// The name under which a file goes to the site. It is the file's own, but for files whose names differ
+    /// from another's in letter case alone: a server or disk that doesn't tell case would lose one.
+    QString OutputName(const QString& strFile) const { return m_renamed.value(strFile, strFile); }
+
+    /// Joins a folder and a relative name, with "." and ".." resolved; a null text when that leaves the root.
+    static QString Join(const QString& strFolder, const QString& strName);
+
+private:
+    void Add(const QString& strName, bool bFolder);
+    QString FreeName(const QString& strName) const;
+
+    QString m_strFolder;
+    QHash<QString, QString> m_files;
+    QHash<QString, QString> m_folders;
+    QHash<QString, QStringList> m_below;
+    QStringList m_topFolders;
+    QHash<QString, QString> m_renamed;
+    QSet<QString> m_exact;
+};

@@ -1,0 +1,81 @@
+#include "companions/compiler/HtmlText.h"
+
+#include "foundation/CodePage.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<QString> Louder(const QString& strReference) {
+    return strReference.startsWith(u'!') ? std::nullopt : std::optional(strReference.toUpper());
+}
+
+} // namespace
+
+TEST(HtmlText, TakesPagesApartForTheFrame) {
+    const struct {
+        QString strPage;
+        QString strHead;
+        QString strBody;
+    } rows[] = {
+        // What is sound stays, character for character.
+        {u"<P ALIGN=center>a &nbsp; b<br/>\n<!-- c --></p><p>open"_s, QString(),
+         u"<P ALIGN=center>a &nbsp; b<br/>\n<!-- c --></p><p>open"_s},
+        {u"<img src=a.gif alt=\"x\"><a href='b&amp;c'>t</a><a href='!k'>k</a>"_s, QString(),
+         u"<img src=\"A.GIF\" alt=\"x\"><a href=\"B&amp;C\">t</a><a href='!k'>k</a>"_s},
+        {u"<object><param name=Movie value=m.swf><param name=quality value=high></object>"_s, QString(),
+         u"<object><param name=Movie value=\"M.SWF\"><param name=quality value=high></object>"_s},
+        {u"<link rel=stylesheet href=a.css><title>t</title><meta charset=gbk>text<style>p{}</style>"_s,
+         u"<link rel=stylesheet href=\"A.CSS\">\n<style>p{}</style>\n"_s, u"text"_s},
+        // What would break the frame is closed within itself.
+        {u"</div></div></main>x"_s, QString(), u"x"_s},
+        {u"<table><tr><td>x"_s, QString(), u"<table><tbody><tr><td>x</td></tr></tbody></table>"_s},
+        {u"<b>bold"_s, QString(), u"<b>bold</b>"_s},
+        {u"a<!-- never closed"_s, QString(), u"a<!-- never closed-->"_s},
+        {u"<textarea>never</div>"_s, QString(), u"<textarea>never&lt;/div&gt;</textarea>"_s},
+        // A whole document gives what its head says of the look, and its body.
+        {u"<!DOCTYPE html><html><head><title>t</title><style>a>b{}</style><script>x&&y</script></head>"
+         "<body bgcolor=red>1 &lt; 2<img src=a></body></html>"_s,
+         u"<style>a>b{}</style>"_s, u"1 &lt; 2<img src=\"A\">"_s},
+    };
+    for (const auto& row : rows) {
+        const auto fragment = HtmlText::TakeFragment(row.strPage, Louder);
+        ASSERT_TRUE(fragment) << row.strPage.toStdString();
+        EXPECT_EQ(fragment->Head.toStdString(), row.strHead.toStdString()) << row.strPage.toStdString();
+        EXPECT_EQ(fragment->Body.toStdString(), row.strBody.toStdString()) << row.strPage.toStdString();
+    }
+}
+
+TEST(HtmlText, RefusesWhatTheParserCanNotBear) {
+    EXPECT_FALSE(HtmlText::TakeFragment(u"<div>"_s.repeated(200000), Louder));
+    EXPECT_FALSE(HtmlText::RewriteReferences(u"<b>"_s.repeated(200000), Louder));
+    EXPECT_TRUE(HtmlText::TakeFragment(u"<p>a<br><li>"_s.repeated(20000), Louder)) << "long is not deep";
+}
+
+TEST(HtmlText, ReadsWhatAPageSaysOfItsCoding) {
+    const QString strText = u"课程é"_s;
+    const auto page = [&](const char* szHead) -> QString { return QLatin1StringView(szHead) + strText; };
+    const struct {
+        QByteArray bytes;
+        QString strText;
+    } rows[] = {
+        {CodePage::Encode(strText), strText},
+        {"\xEF\xBB\xBF" + strText.toUtf8(), strText},
+        {page("<meta charset=utf-8>").toUtf8(), page("<meta charset=utf-8>")},
+        // The editor writes the code page, whatever an old head says.
+        {CodePage::Encode(page("<meta charset=utf-8>")), page("<meta charset=utf-8>")},
+        {CodePage::Encode(page("<meta content='text/html; charset=gb2312'>")),
+         page("<meta content='text/html; charset=gb2312'>")},
+        {CodePage::Encode(page("<meta charset=no-such-thing>")), page("<meta charset=no-such-thing>")},
+        {QByteArray("\xFF\xFE") +
+             QByteArray(reinterpret_cast<const char*>(strText.utf16()), strText.size() * 2),
+         strText},
+    };
+    for (const auto& row : rows) {
+        const HtmlText::Decoded decoded = HtmlText::Decode(row.bytes);
+        EXPECT_EQ(decoded.Text.toStdString(), row.strText.toStdString());
+        EXPECT_EQ(HtmlText::Encode(decoded), row.bytes) << "and back, byte for byte";
+    }
+}

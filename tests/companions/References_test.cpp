@@ -1,0 +1,53 @@
+#include "companions/compiler/References.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(References, FindWhatAPageMeans) {
+    CTempFolder folder;
+    for (const QString& strName : {u"N7\\Content.htm"_s, u"N7\\res\\图 片#1.GIF"_s, u"N13\\Content.htm"_s,
+                                   u"N13\\a%20b.htm"_s, u"N13\\Site\\x.htm"_s})
+        folder.Write(strName, "x");
+    const CSourceTree tree(folder.Native());
+    CReferences references(tree, folder.Path());
+    references.MapFolder(u"N13"_s, u"N13/index.html"_s);
+    const QString strRoot = folder.Path().toLower();
+    using enum CReferences::EFound;
+    const struct {
+        QString strReference;
+        CReferences::EFound found;
+        QString strText;
+    } rows[] = {
+        {u"../N13/Content.htm"_s, Unchanged, QString()},
+        {u"../n13/content.htm#a"_s, Rewritten, u"../N13/Content.htm#a"_s},
+        {u"..\\n13\\Content.htm?q#a"_s, Rewritten, u"../N13/Content.htm?q#a"_s},
+        {u"../n13/"_s, Rewritten, u"../N13/index.html"_s},
+        {u"RES/%E5%9B%BE%20%E7%89%87%231.gif"_s, Rewritten, u"res/图%20片%231.GIF"_s},
+        {u"res/%CD%BC%20%C6%AC%231.GIF"_s, Rewritten, u"res/图%20片%231.GIF"_s}, // escaped code page bytes
+        {u"res/%E5%9B%BE%20%E7%89%87%231.GIF"_s, Unchanged, QString()},
+        {u"../N13/a%20b.htm"_s, Rewritten, u"../N13/a%2520b.htm"_s}, // the name itself holds "%20"
+        {u"file:///"_s + strRoot + u"\\n13\\content.htm#a"_s, Rewritten, u"../N13/Content.htm#a"_s},
+        {u"file://"_s + strRoot + u"\\n13\\content.htm"_s, Rewritten, u"../N13/Content.htm"_s},
+        {strRoot + u"\\n13\\site\\X.htm"_s, Rewritten, u"../N13/Site/x.htm"_s},
+        {u"../n13/gone.htm#a"_s, Missing, u"../n13/gone.htm"_s},
+        {u"file:///c:/other/pic.gif"_s, Missing, u"file:///c:/other/pic.gif"_s},
+        {u"../../../../etc/passwd"_s, Missing, u"../../../../etc/passwd"_s},
+        {u"#a"_s, Unchanged, QString()},
+        {QString(), Unchanged, QString()},
+        {u"http://example.com/N13/content.htm"_s, Unchanged, QString()},
+        {u"//example.com/x"_s, Unchanged, QString()},
+        {u"javascript:void(0)"_s, Unchanged, QString()},
+        {u"mailto:a@b.c"_s, Unchanged, QString()},
+    };
+    for (const auto& row : rows) {
+        const CReferences::Result result = references.Rewrite(row.strReference, {u"N7"_s, u"N7"_s});
+        EXPECT_EQ(result.Found, row.found) << row.strReference.toStdString();
+        EXPECT_EQ(result.Text.toStdString(), row.strText.toStdString()) << row.strReference.toStdString();
+    }
+    EXPECT_EQ(references.Rewrite(u"res/x/../../../n13/site/x.htm"_s, {u"N7"_s, u"N9/sub"_s}).Text,
+              u"../../N13/Site/x.htm"_s)
+        << "a page that moved takes its references along";
+}
