@@ -2,13 +2,20 @@
 
 #include "platform/base/People.h"
 
-class QWidget;
+#include <QPointer>
+#include <QWidget>
 
-/// The real boxes, pickers and status windows.
+/// The real boxes, pickers and status windows. Windows carry object names: a box is "messageBox" with the
+/// buttons "ok", "cancel", "yes", "no" and "retry"; the pickers are "fileDialog" and "folderDialog"; the
+/// status window is "statusWindow".
 class CQtPeople : public Torvane::Dialog::MFC::IPeople {
 public:
-    /// The window over which boxes stand; may be set later and may be null.
+    /// The window over which boxes stand; may be set later and may be null. A box that comes up while a modal
+    /// dialog is open stands over that dialog.
     void SetParent(QWidget* pParent) { m_pParent = pParent; }
+
+    /// True inside KeepPainting. Timers fire there too: a handler that starts work of its own puts it off.
+    static bool IsKeepingPainting();
 
     Torvane::Dialog::MFC::BoxAnswer Ask(const QString& strText, const QString& strTitle,
                                         Torvane::Dialog::MFC::BoxButtons buttons,
@@ -20,5 +27,7 @@ public:
     std::optional<QString> PickFolder(const QString& strPrompt, const QString& strFolder) override;
 
 private:
-    QWidget* m_pParent = nullptr;
+    QWidget* Parent() const;
+
+    QPointer<QWidget> m_pParent;
 };

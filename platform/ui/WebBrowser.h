@@ -1,61 +1,138 @@
 #pragma once
 
-#include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
 
-#include <functional>
 #include <memory>
 
 class IWebEngine;
+class QLabel;
+class QTimer;
 
 /// The browser surface: shows a page, makes it editable, and hands its text in and out as synchronous calls.
-/// The engine is a module of its own, loaded when the first page is shown. A call runs a nested loop without
-/// the person's input, has a time limit, and fails cleanly when the page or the program goes away meanwhile;
-/// while one runs, a second is refused. Local paths go in in backslash form; local resources are reported,
-/// and taken back, as "file:///Z:/…". Pages are decoded as GB18030 unless they say otherwise.
+///
+/// The engine is a module of its own, loaded when the first page is shown; making the surface costs nothing.
+/// A call runs a nested loop without the person's input, has a time limit, and fails cleanly when the page or
+/// the program goes away meanwhile; while one runs in any surface, every other is refused (IsCallRunning).
+/// After a call returns, the surface itself may be gone: a caller that goes on using it guards it.
+///
+/// Local paths go in in backslash form. Absolute local references stand in the page's text, and are reported,
+/// as "file:///Z:/…" (see SurfaceUrls.h). Pages are decoded as GB18030 unless they say otherwise.
+///
+/// Every function that answers a bool answers false when it could not do its work; its out-parameters are
+/// then left as they were.
 class CWebBrowser2Ex : public QWidget {
     Q_OBJECT
 public:
     explicit CWebBrowser2Ex(QWidget* pParent = nullptr);
     ~CWebBrowser2Ex() override;
 
-    /// What a page may load from the disk: these folders and nothing else, canonical paths compared by
-    /// component. While bEditing, pictures and media from anywhere on the machine too.
-    void SetAllowedFolders(const QStringList& folders, bool bEditing);
+    /// To be called in main before the application object is made: what the engine needs of it.
+    static void PrepareWebEngine();
+    /// True while any surface waits for its engine. Closing a window and switching nodes wait for false.
+    static bool IsCallRunning();
 
-    /// Loads a path or URL and returns when loading has ended. False when it failed or the time limit passed.
+    /// What a page may load from the disk: these folders and nothing else, canonical paths compared by
+    /// component. While bEditing, pictures and media from anywhere on the machine too, and no script of a
+    /// page runs. Holds from the next navigation on. The page that NavigateAndWait names may always load.
+    void SetAllowedFolders(const QStringList& folders, bool bEditing);
+    /// Lets pages use the network: for a node for which the teacher allowed it, and for external links.
+    /// Without it an http address is refused. Web pages stand in a profile of their own, which shares nothing
+    /// with the course and reads nothing from the disk. Holds from the next navigation on; off at first.
+    void SetNetworkAllowed(bool bAllowed);
+
+    /// Loads a path, a file or web URL or "about:blank" and returns when loading has ended. False when it
+    /// failed or the time limit passed; the surface then shows a page that says so, and GetURL gives
+    /// "about:blank".
     bool NavigateAndWait(const QString& strUrl);
+    /// False when no page is loaded. Off without a page is a success.
     bool SetBrowserDesignMode(bool bOn);
-    /// "about:blank" while nothing is loaded; for a local page "file://Z:\…\Content.htm".
+    /// "about:blank" while nothing is loaded; for a local page "file://Z:\…\Content.htm", as it stands on the
+    /// disk, with "#…" behind it when the page stands at a place of its own.
     bool GetURL(QString& strUrl);
     bool GetBrowserBodyInnerHTML(QString& strHtml);
     bool SetBrowserBodyInnerHTML(const QString& strHtml);
+    /// Runs a named editing command on the selection. A colour comes as a number with the low byte red.
+    /// "CreateLink" with bShowUi asks for the address.
     bool ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value);
+    /// Inserts the fragment at the caret in place of the selection. It stands in the page as it came in, but
+    /// for local paths, which become file URLs. It can be undone.
     bool InsertBrowserText(const QString& strHtml);
+    /// True when text or an element is selected.
     bool HasSelection();
+    /// The selected content as markup text to be put inside an element.
     bool GetSelectedText(QString& strText);
+
+    /// The parameters of a table, as its attributes say them.
+    struct STableInfo {
+        int nRows = 0;
+        int nColumns = 0;
+        QString strWidth;
+        QString strBackground;
+        QString strBorderColour;
+        QString strBorder;
+        QString strCellSpacing;
+        QString strCellPadding;
+    };
+    /// The table that is selected or in which the caret stands.
+    bool HasSelectTable();
+    bool GetSelectedTableInfo(STableInfo& info);
+    /// Sets the attributes, and adds or drops rows and cells at the end to reach the counts. False for counts
+    /// below 1 or above 1000.
+    bool EditSelectedTable(const STableInfo& info);
+
+    /// The references of the body's img, embed and a elements in document order: an absolute reference as it
+    /// stands in the text of GetBrowserBodyInnerHTML, a relative one resolved.
     bool GetAllImageSrc(QStringList& list);
     bool GetAllEmbededSrc(QStringList& list);
     bool GetAllAnchorHref(QStringList& list);
     /// A script URL ("javascript: …"), run in the page.
     bool ExecuteScript(const QString& strScript);
+    /// Where the slide frame of a presentation's frame page stands, in the form of GetURL. False when the
+    /// page has no such frame.
+    bool GetSlideFrameLocation(QString& strLocation);
 
     /// The words that the engine's commands report as in force at the caret: "bold", "italic" and so on.
     bool QueryCommandState(const QString& strCommand, bool& bOn);
+    /// The same for several commands in one call.
+    bool QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states);
 
 Q_SIGNALS:
     /// The caret moved or the text changed; coalesced, at most some ten times a second.
     void SelectionChanged();
+    /// A page, a place in it or one of its frames was loaded; the URL as GetURL gives it.
     void NavigateComplete(const QString& strUrl);
+    /// A page, or ExecuteScript, wants a new window, or a link leads to the web while there is no network.
+    /// The URL comes from the page and is not to be trusted; a local one lies inside the allowed folders.
+    void NewWindowRequested(const QString& strUrl);
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
     void focusInEvent(QFocusEvent* pEvent) override;
 
 private:
+    class CCallGuard;
+
     bool EnsureEngine();
+    /// Makes the engine if need be, with a document in it.
+    bool EnsureDocument();
+    void ShowMissingEngine();
+    void ConnectEngine();
+    void ApplyAccess(bool bWebPage);
+    bool NavigateNow(const QString& strUrl);
+    bool ShowFailure(const QString& strText);
+    bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
+    bool CreateLinkWithDialog();
+
     std::unique_ptr<IWebEngine> m_pEngine;
+    QLabel* m_pMissing = nullptr;
+    QStringList m_allowedFolders;
+    bool m_bEditing = false;
+    bool m_bNetwork = false;
+    /// Whether the engine holds a document that the program asked for: false before the first page and while
+    /// the page of a failure shows.
+    bool m_bPageLoaded = false;
 };

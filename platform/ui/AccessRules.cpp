@@ -1,0 +1,79 @@
+#include "platform/ui/AccessRules.h"
+
+#include "platform/base/NativePath.h"
+#include "platform/ui/SurfaceUrls.h"
+
+#include <QFileInfo>
+
+namespace {
+
+bool IsOneOf(const QString& strScheme, std::initializer_list<QLatin1String> list) {
+    return std::find(list.begin(), list.end(), strScheme) != list.end();
+}
+
+bool IsWebScheme(const QString& strScheme) {
+    return IsOneOf(strScheme, {QLatin1String("http"), QLatin1String("https"), QLatin1String("ws"),
+                               QLatin1String("wss")});
+}
+
+bool IsSamePath(const QUrl& a, const QUrl& b) {
+    return a.isLocalFile() && b.isLocalFile() && a.toLocalFile() == b.toLocalFile();
+}
+
+} // namespace
+
+bool CAccessRules::IsInAllowedFolder(const QString& strNativePath) const {
+    // Links are followed before comparing, so that a link inside the course doesn't lead out of it.
+    const QString strFile = QFileInfo(strNativePath).canonicalFilePath();
+    if (strFile.isEmpty())
+        return false;
+    for (const QString& strFolder : m_access.Folders) {
+        QString strBase = QFileInfo(Platform::ToNative(strFolder)).canonicalFilePath();
+        if (strBase.isEmpty())
+            continue;
+        if (!strBase.endsWith(u'/'))
+            strBase += u'/';
+        if (strFile.startsWith(strBase) || strFile + u'/' == strBase)
+            return true;
+    }
+    return false;
+}
+
+CAccessRules::SVerdict CAccessRules::JudgeFile(const QUrl& url, EResource resource) const {
+    if (m_access.bWebPage)
+        return {};
+    const QString strFound = SurfaceUrls::FindOnDisk(url);
+    if (strFound.isEmpty() || !QFileInfo(strFound).isFile())
+        return {};
+    const bool bProgramPage = resource == EResource::MainPage && IsSamePath(url, m_programPage);
+    const bool bPicture = m_access.bEditing && resource == EResource::PictureOrMedia;
+    if (!bProgramPage && !bPicture && !IsInAllowedFolder(strFound))
+        return {};
+    if (url.toLocalFile() == strFound)
+        return {SVerdict::EKind::Allow, {}};
+    QUrl target = QUrl::fromLocalFile(strFound);
+    if (url.hasQuery())
+        target.setQuery(url.query(QUrl::FullyEncoded));
+    if (url.hasFragment())
+        target.setFragment(url.fragment(QUrl::FullyEncoded));
+    return {SVerdict::EKind::Redirect, target};
+}
+
+CAccessRules::SVerdict CAccessRules::Judge(const QUrl& url, EResource resource) const {
+    const QString strScheme = url.scheme();
+    if (strScheme == QLatin1String("file"))
+        return JudgeFile(url, resource);
+    if (IsWebScheme(strScheme))
+        return {m_access.bNetwork ? SVerdict::EKind::Allow : SVerdict::EKind::Refuse, {}};
+    // These carry their content with them, or nothing.
+    if (IsOneOf(strScheme, {QLatin1String("data"), QLatin1String("blob"), QLatin1String("about")}))
+        return {SVerdict::EKind::Allow, {}};
+    return {};
+}
+
+bool CAccessRules::MayOpen(const QUrl& url) const {
+    if (IsOneOf(url.scheme(), {QLatin1String("http"), QLatin1String("https")}))
+        return true;
+    return url.scheme() == QLatin1String("file") && !m_access.bWebPage &&
+           IsInAllowedFolder(SurfaceUrls::FindOnDisk(url));
+}

@@ -1,0 +1,86 @@
+#include "platform/ui/Pictures.h"
+
+#include "platform/base/NativePath.h"
+
+#include <QBitmap>
+#include <QFileInfo>
+#include <QGuiApplication>
+
+namespace Pictures {
+
+namespace {
+
+QString FileOf(const QString& strSystemDataFolder, const QString& strBelow) {
+    return Platform::ToNative(strSystemDataFolder + QStringLiteral("\\Images\\") + strBelow);
+}
+
+/// The same file for a screen of twice the fineness, if there is one.
+QString FineFile(const QString& strFile) {
+    const qsizetype nDot = strFile.lastIndexOf(u'.');
+    const QString strFine = strFile.left(nDot) + QStringLiteral("@2x") + strFile.mid(nDot);
+    return QFileInfo::exists(strFine) ? strFine : QString();
+}
+
+QPixmap Load(const QString& strFile, bool bWhiteIsClear) {
+    QImage image(strFile);
+    if (image.isNull())
+        return {};
+    // Which of the two files it is stands in its name alone.
+    image.setDevicePixelRatio(strFile.contains(QLatin1String("@2x.")) ? 2.0 : 1.0);
+    if (!bWhiteIsClear)
+        return QPixmap::fromImage(image);
+    QImage clear = image.convertToFormat(QImage::Format_ARGB32);
+    const QImage mask = image.convertToFormat(QImage::Format_RGB32)
+                            .createMaskFromColor(qRgb(255, 255, 255), Qt::MaskOutColor);
+    clear.setAlphaChannel(mask.convertToFormat(QImage::Format_Grayscale8));
+    return QPixmap::fromImage(clear);
+}
+
+void Add(QIcon& icon, const QString& strFile, bool bWhiteIsClear, QIcon::Mode mode) {
+    for (const QString& strEach : {strFile, FineFile(strFile)}) {
+        const QPixmap pixmap = strEach.isEmpty() ? QPixmap() : Load(strEach, bWhiteIsClear);
+        if (!pixmap.isNull())
+            icon.addPixmap(pixmap, mode);
+    }
+}
+
+} // namespace
+
+QPixmap Resource(const QString& strSystemDataFolder, int nId) {
+    const QString strFile = FileOf(strSystemDataFolder, QStringLiteral("Resource\\") + QString::number(nId) +
+                                                            QStringLiteral(".png"));
+    const QString strFine = FineFile(strFile);
+    const auto* pApp = qGuiApp;
+    const bool bFine = pApp && pApp->devicePixelRatio() > 1.0 && !strFine.isEmpty();
+    return Load(bFine ? strFine : strFile, false);
+}
+
+QIcon ResourceIcon(const QString& strSystemDataFolder, int nId) {
+    QIcon icon;
+    Add(icon,
+        FileOf(strSystemDataFolder,
+               QStringLiteral("Resource\\") + QString::number(nId) + QStringLiteral(".png")),
+        false, QIcon::Normal);
+    return icon;
+}
+
+QIcon ToolbarIcon(const QString& strSystemDataFolder, int nId) {
+    const auto file = [&](QLatin1String strKind) {
+        return FileOf(strSystemDataFolder, QStringLiteral("Resource\\Toolbar\\") + QString::number(nId) +
+                                               strKind + QStringLiteral(".png"));
+    };
+    QIcon icon;
+    Add(icon, file(QLatin1String("")), false, QIcon::Normal);
+    Add(icon, file(QLatin1String("-hot")), false, QIcon::Active);
+    Add(icon, file(QLatin1String("-disabled")), false, QIcon::Disabled);
+    return icon;
+}
+
+QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName) {
+    QIcon icon;
+    Add(icon, FileOf(strSystemDataFolder, QStringLiteral("HtmlEditorToolBarImgs\\") + strName), true,
+        QIcon::Normal);
+    return icon;
+}
+
+} // namespace Pictures

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+/// The delivered pictures, from the system data folder (backslash form, no trailing backslash). A file that
+/// is missing gives an empty picture. A file "…@2x" beside a picture is used on fine screens.
+namespace Pictures {
+
+/// Images\Resource\<id>.png
+QPixmap Resource(const QString& strSystemDataFolder, int nId);
+QIcon ResourceIcon(const QString& strSystemDataFolder, int nId);
+
+/// Images\Resource\Toolbar\<id>.png, with "<id>-hot" under the mouse and "<id>-disabled" where there is one.
+QIcon ToolbarIcon(const QString& strSystemDataFolder, int nId);
+
+/// Images\HtmlEditorToolBarImgs\<name>, a bitmap in which white is transparent. The name comes with its
+/// ending.
+QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName);
+
+} // namespace Pictures

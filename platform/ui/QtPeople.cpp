@@ -1,0 +1,157 @@
+#include "platform/ui/QtPeople.h"
+
+#include "platform/base/NativePath.h"
+#include "platform/ui/FileFilter.h"
+#include "platform/ui/StatusWindow.h"
+#include "platform/ui/Texts.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+using Torvane::Dialog::MFC::BoxAnswer;
+using Torvane::Dialog::MFC::BoxButtons;
+using Torvane::Dialog::MFC::BoxIcon;
+using Torvane::Dialog::MFC::CShowStatusDlg;
+
+namespace {
+
+constexpr int c_nPaintMilliseconds = 5;
+constexpr qint64 c_nPaintInterval = 20;
+
+bool s_bKeepingPainting = false;
+
+struct SButton {
+    BoxAnswer Answer;
+    const char* szName;
+    QString strText;
+    QMessageBox::ButtonRole Role;
+};
+
+QList<SButton> ButtonsOf(BoxButtons buttons) {
+    const SButton ok{BoxAnswer::Ok, "ok", UiTexts::c_strOk, QMessageBox::AcceptRole};
+    const SButton cancel{BoxAnswer::Cancel, "cancel", UiTexts::c_strCancel, QMessageBox::RejectRole};
+    const SButton yes{BoxAnswer::Yes, "yes", UiTexts::c_strYes, QMessageBox::YesRole};
+    const SButton no{BoxAnswer::No, "no", UiTexts::c_strNo, QMessageBox::NoRole};
+    const SButton retry{BoxAnswer::Retry, "retry", UiTexts::c_strRetry, QMessageBox::AcceptRole};
+    switch (buttons) {
+    case BoxButtons::Ok:
+        return {ok};
+    case BoxButtons::OkCancel:
+        return {ok, cancel};
+    case BoxButtons::YesNo:
+        return {yes, no};
+    case BoxButtons::YesNoCancel:
+        return {yes, no, cancel};
+    case BoxButtons::RetryCancel:
+        return {retry, cancel};
+    }
+    return {ok};
+}
+
+QMessageBox::Icon IconOf(BoxIcon icon) {
+    switch (icon) {
+    case BoxIcon::Question:
+        return QMessageBox::Question;
+    case BoxIcon::Information:
+        return QMessageBox::Information;
+    case BoxIcon::Warning:
+        return QMessageBox::Warning;
+    case BoxIcon::Stop:
+        return QMessageBox::Critical;
+    case BoxIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// Runs a picker and gives what was picked. The window under it may go meanwhile and take the picker along.
+std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const QString& strAccept,
+                            const QString& strName) {
+    const QPointer<QFileDialog> pDialog(pNew);
+    if (!strFolder.isEmpty())
+        pDialog->setDirectory(Platform::ToNative(strFolder));
+    pDialog->setLabelText(QFileDialog::LookIn, UiTexts::c_strLookIn);
+    pDialog->setLabelText(QFileDialog::FileName, strName);
+    pDialog->setLabelText(QFileDialog::FileType, UiTexts::c_strFileType);
+    pDialog->setLabelText(QFileDialog::Accept, strAccept);
+    pDialog->setLabelText(QFileDialog::Reject, UiTexts::c_strCancel);
+    const bool bAccepted = pDialog->exec() == QDialog::Accepted;
+    if (!pDialog)
+        return std::nullopt;
+    const QStringList files = pDialog->selectedFiles();
+    delete pDialog;
+    if (!bAccepted || files.isEmpty())
+        return std::nullopt;
+    return Platform::FromNative(files.first());
+}
+
+} // namespace
+
+bool CQtPeople::IsKeepingPainting() {
+    return s_bKeepingPainting;
+}
+
+QWidget* CQtPeople::Parent() const {
+    QWidget* pModal = QApplication::activeModalWidget();
+    return pModal ? pModal : m_pParent.data();
+}
+
+BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon) {
+    const QPointer<QMessageBox> pBox(
+        new QMessageBox(IconOf(icon), strTitle, strText, QMessageBox::NoButton, Parent()));
+    pBox->setObjectName(QStringLiteral("messageBox"));
+    pBox->setTextFormat(Qt::PlainText);
+    QHash<QAbstractButton*, BoxAnswer> answers;
+    // Closing answers like the last button that is not a plain agreement.
+    BoxAnswer closed = BoxAnswer::Ok;
+    for (const SButton& button : ButtonsOf(buttons)) {
+        QPushButton* pButton = pBox->addButton(button.strText, button.Role);
+        pButton->setObjectName(QLatin1String(button.szName));
+        if (answers.isEmpty())
+            pBox->setDefaultButton(pButton);
+        answers.insert(pButton, button.Answer);
+        closed = button.Answer;
+        pBox->setEscapeButton(pButton);
+    }
+    pBox->exec();
+    if (!pBox)
+        return closed;
+    const BoxAnswer answer = answers.value(pBox->clickedButton(), closed);
+    delete pBox;
+    return answer;
+}
+
+std::unique_ptr<CShowStatusDlg> CQtPeople::OpenStatus() {
+    return std::make_unique<CStatusWindow>(Parent(), [this] { KeepPainting(); });
+}
+
+void CQtPeople::KeepPainting() {
+    static QElapsedTimer s_last;
+    if (s_bKeepingPainting || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
+        return;
+    s_bKeepingPainting = true;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, c_nPaintMilliseconds);
+    s_bKeepingPainting = false;
+    s_last.start();
+}
+
+std::optional<QString> CQtPeople::PickOpenFile(const QString& strTitle, const QString& strFolder,
+                                               const QString& strFilter) {
+    auto* pDialog = new QFileDialog(Parent(), strTitle);
+    pDialog->setObjectName(QStringLiteral("fileDialog"));
+    pDialog->setFileMode(QFileDialog::ExistingFile);
+    pDialog->setNameFilters(FileFilter::ToNameFilters(strFilter));
+    return Pick(pDialog, strFolder, UiTexts::c_strOpen, UiTexts::c_strFileName);
+}
+
+std::optional<QString> CQtPeople::PickFolder(const QString& strPrompt, const QString& strFolder) {
+    auto* pDialog = new QFileDialog(Parent(), strPrompt);
+    pDialog->setObjectName(QStringLiteral("folderDialog"));
+    pDialog->setFileMode(QFileDialog::Directory);
+    pDialog->setOption(QFileDialog::ShowDirsOnly);
+    return Pick(pDialog, strFolder, UiTexts::c_strChoose, UiTexts::c_strFolderName);
+}

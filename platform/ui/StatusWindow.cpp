@@ -1,0 +1,107 @@
+#include "platform/ui/StatusWindow.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFrame>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QProgressBar>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace {
+
+/// The colour of all status windows, as a colour number whose low byte is red.
+constexpr quint32 c_nStatusColour = 0xC8D0D4;
+constexpr int c_nBarSteps = 1000;
+constexpr int c_nMinimumWidth = 320;
+constexpr qint64 c_nShowMilliseconds = 300;
+
+QPalette StatusPalette(QPalette palette) {
+    const QColor colour(c_nStatusColour & 0xFF, (c_nStatusColour >> 8) & 0xFF,
+                        (c_nStatusColour >> 16) & 0xFF);
+    palette.setColor(QPalette::Window, colour);
+    palette.setColor(QPalette::WindowText, Qt::black);
+    return palette;
+}
+
+} // namespace
+
+CStatusWindow::CStatusWindow(QWidget* pParent, std::function<void()> keepPainting)
+    : m_pParent(pParent ? pParent->window() : nullptr), m_keepPainting(std::move(keepPainting)) {
+    auto* pFrame = new QFrame(m_pParent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    m_pWindow = pFrame;
+    pFrame->setObjectName(QStringLiteral("statusWindow"));
+    pFrame->setFrameStyle(QFrame::Panel | QFrame::Raised);
+    pFrame->setAttribute(Qt::WA_ShowWithoutActivating);
+    pFrame->setPalette(StatusPalette(pFrame->palette()));
+    pFrame->setAutoFillBackground(true);
+    pFrame->setMinimumWidth(c_nMinimumWidth);
+    auto* pLayout = new QVBoxLayout(pFrame);
+    pLayout->setContentsMargins(24, 18, 24, 18);
+    m_pText = new QLabel(pFrame);
+    m_pText->setObjectName(QStringLiteral("statusText"));
+    m_pText->setTextFormat(Qt::PlainText);
+    m_pText->setAlignment(Qt::AlignCenter);
+    pLayout->addWidget(m_pText);
+    m_pBar = new QProgressBar(pFrame);
+    m_pBar->setObjectName(QStringLiteral("statusBar"));
+    m_pBar->setRange(0, c_nBarSteps);
+    m_pBar->hide();
+    pLayout->addWidget(m_pBar);
+}
+
+CStatusWindow::~CStatusWindow() {
+    delete m_pWindow;
+}
+
+void CStatusWindow::Place() {
+    m_pWindow->adjustSize();
+    QRect around = QGuiApplication::primaryScreen()->availableGeometry();
+    if (m_pParent && m_pParent->isVisible())
+        around = m_pParent->frameGeometry();
+    QRect mine(QPoint(0, 0), m_pWindow->size());
+    mine.moveCenter(around.center());
+    m_pWindow->setGeometry(mine);
+}
+
+void CStatusWindow::PaintNow() {
+    // A window that was just shown can be painted only once the screen has told that it stands there.
+    QElapsedTimer waited;
+    waited.start();
+    const QWindow* pNative = m_pWindow->windowHandle();
+    while (pNative && !pNative->isExposed() && waited.elapsed() < c_nShowMilliseconds) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+        if (!m_pWindow)
+            return;
+    }
+    m_pWindow->repaint();
+    m_keepPainting();
+}
+
+void CStatusWindow::ShowStatus(const QString& strText) {
+    if (!m_pWindow)
+        return;
+    m_pText->setText(strText);
+    Place();
+    if (!m_pWindow->isVisible())
+        m_pWindow->show();
+    PaintNow();
+}
+
+void CStatusWindow::ShowProgress(qint64 nDone, qint64 nTotal) {
+    if (!m_pWindow)
+        return;
+    const bool bShow = nTotal > 0;
+    if (bShow != m_pBar->isVisibleTo(m_pWindow)) {
+        m_pBar->setVisible(bShow);
+        Place();
+    }
+    if (bShow) {
+        const double dPart = double(qBound(qint64(0), nDone, nTotal)) / double(nTotal);
+        m_pBar->setValue(int(dPart * c_nBarSteps));
+        m_pBar->repaint();
+    }
+    m_keepPainting();
+}

@@ -1,0 +1,163 @@
+#include "platform/ui/SurfaceUrls.h"
+
+#include "platform/base/NativePath.h"
+
+#include <QFileInfo>
+
+namespace SurfaceUrls {
+
+namespace {
+
+const QLatin1String c_strFilePrefix("file:");
+
+bool IsDrivePath(QStringView strText) {
+    return strText.size() >= 3 && strText[1] == u':' && strText[0].unicode() < 128 && strText[0].isLetter() &&
+           (strText[2] == u'\\' || strText[2] == u'/');
+}
+
+bool MustEscape(QChar c) {
+    constexpr QStringView c_strEscaped = u" #%^&[]{}\"<>?";
+    return c.unicode() < 0x20 || c.unicode() == 0x7F || c.unicode() == 0xA0 || c_strEscaped.contains(c);
+}
+
+/// Splits "path?query#fragment" behind the path.
+qsizetype EndOfPath(QStringView strText) {
+    for (qsizetype i = 0; i < strText.size(); ++i) {
+        if (strText[i] == u'?' || strText[i] == u'#')
+            return i;
+    }
+    return strText.size();
+}
+
+QString Decode(const QString& strText) {
+    return QUrl::fromPercentEncoding(strText.toUtf8());
+}
+
+/// The scheme of an absolute reference, lower-case and without the colon; empty for a relative one.
+QString SchemeOf(const QString& strText) {
+    const qsizetype nColon = strText.indexOf(u':');
+    if (nColon < 2)
+        return {};
+    for (const QChar c : QStringView(strText).left(nColon)) {
+        const bool bPlain =
+            c.unicode() < 128 && (c.isLetterOrNumber() || c == u'+' || c == u'-' || c == u'.');
+        if (!bPlain)
+            return {};
+    }
+    return strText.left(nColon).toLower();
+}
+
+/// The backslash path of what stands behind "file:" and before query and fragment; empty for another machine.
+QString AfterScheme(QString strRest) {
+    strRest.replace(u'\\', u'/');
+    qsizetype nSlashes = 0;
+    while (nSlashes < strRest.size() && strRest[nSlashes] == u'/')
+        ++nSlashes;
+    QString strBody = strRest.mid(nSlashes);
+    if (IsDrivePath(strBody))
+        return Decode(strBody).replace(u'/', u'\\');
+    if (nSlashes == 2) {
+        const QLatin1String strLocal("localhost/");
+        if (!strBody.startsWith(strLocal, Qt::CaseInsensitive))
+            return {};
+        strBody = strBody.mid(strLocal.size());
+    }
+    return Platform::FromNative(u'/' + Decode(strBody));
+}
+
+} // namespace
+
+QString PathToReference(const QString& strPath) {
+    QString strResult = QStringLiteral("file:///");
+    for (const QChar c : strPath) {
+        if (c == u'\\')
+            strResult += u'/';
+        else if (MustEscape(c))
+            strResult += QString::fromLatin1(QUrl::toPercentEncoding(QString(c)));
+        else
+            strResult += c;
+    }
+    return strResult;
+}
+
+std::optional<QString> CanonicalReference(const QString& strText) {
+    const QString strTrimmed = strText.trimmed();
+    if (IsDrivePath(strTrimmed))
+        return PathToReference(QString(strTrimmed).replace(u'/', u'\\'));
+    if (!strTrimmed.startsWith(c_strFilePrefix, Qt::CaseInsensitive))
+        return std::nullopt;
+    const QString strRest = strTrimmed.mid(c_strFilePrefix.size());
+    const qsizetype nEnd = EndOfPath(strRest);
+    const QString strPath = AfterScheme(strRest.left(nEnd));
+    if (strPath.isEmpty())
+        return std::nullopt;
+    return QString(PathToReference(strPath) + QStringView(strRest).mid(nEnd));
+}
+
+QString ReportedReference(const QString& strText, const QString& strResolved) {
+    if (const auto strCanonical = CanonicalReference(strText))
+        return *strCanonical;
+    if (!SchemeOf(strText.trimmed()).isEmpty())
+        return strText;
+    return CanonicalReference(strResolved).value_or(strResolved);
+}
+
+QString UrlToPath(const QUrl& url) {
+    if (url.scheme() != QLatin1String("file"))
+        return {};
+    const QString strEncoded = QString::fromLatin1(
+        url.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment).toEncoded(QUrl::FullyEncoded));
+    return AfterScheme(strEncoded.mid(c_strFilePrefix.size()));
+}
+
+QString DocumentUrl(const QUrl& url) {
+    const QString strPath = UrlToPath(url);
+    if (strPath.isEmpty())
+        return url.toString();
+    const QString strFragment =
+        url.hasFragment() ? QString(u'#' + url.fragment(QUrl::FullyDecoded)) : QString();
+    return QStringLiteral("file://") + strPath + strFragment;
+}
+
+QString FindOnDisk(const QUrl& url) {
+    const QString strPath = UrlToPath(url);
+    if (strPath.isEmpty())
+        return {};
+    for (const QString& strCandidate : {strPath, Decode(strPath)}) {
+        const QString strNative = Platform::ToNative(strCandidate);
+        if (QFileInfo::exists(strNative))
+            return strNative;
+    }
+    return {};
+}
+
+QUrl EngineUrl(const QString& strTarget) {
+    const QString strTrimmed = strTarget.trimmed();
+    if (strTrimmed == QLatin1String("about:blank"))
+        return QUrl(strTrimmed);
+    if (IsDrivePath(strTrimmed) || strTrimmed.startsWith(u'/'))
+        return QUrl::fromLocalFile(Platform::ToNative(strTarget));
+    if (strTrimmed.startsWith(c_strFilePrefix, Qt::CaseInsensitive)) {
+        const QString strRest = strTrimmed.mid(c_strFilePrefix.size());
+        const qsizetype nEnd = EndOfPath(strRest);
+        const QString strPath = AfterScheme(strRest.left(nEnd));
+        if (strPath.isEmpty())
+            return {};
+        QUrl url = QUrl::fromLocalFile(Platform::ToNative(strPath));
+        const QString strFound = FindOnDisk(url);
+        if (!strFound.isEmpty())
+            url = QUrl::fromLocalFile(strFound);
+        const QUrl tail(QStringLiteral("x:/") + strRest.mid(nEnd));
+        if (tail.hasQuery())
+            url.setQuery(tail.query(QUrl::FullyEncoded));
+        if (tail.hasFragment())
+            url.setFragment(tail.fragment(QUrl::FullyEncoded));
+        return url;
+    }
+    const QString strScheme = SchemeOf(strTrimmed);
+    if (strScheme == QLatin1String("http") || strScheme == QLatin1String("https"))
+        return QUrl(strTrimmed);
+    return {};
+}
+
+} // namespace SurfaceUrls

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+/// Every text for people of this floor.
+namespace UiTexts {
+
+inline const QString c_strOk = QStringLiteral("确定");
+inline const QString c_strCancel = QStringLiteral("取消");
+inline const QString c_strYes = QStringLiteral("是(&Y)");
+inline const QString c_strNo = QStringLiteral("否(&N)");
+inline const QString c_strRetry = QStringLiteral("重试(&R)");
+
+inline const QString c_strOpen = QStringLiteral("打开(&O)");
+inline const QString c_strChoose = QStringLiteral("选择(&S)");
+inline const QString c_strLookIn = QStringLiteral("查找范围：");
+inline const QString c_strFileName = QStringLiteral("文件名(&N)：");
+inline const QString c_strFolderName = QStringLiteral("文件夹(&N)：");
+inline const QString c_strFileType = QStringLiteral("文件类型：");
+inline const QString c_strAllFiles = QStringLiteral("所有文件(*.*)");
+
+inline const QString c_strUndo = QStringLiteral("撤销(&U)");
+inline const QString c_strRedo = QStringLiteral("重复(&R)");
+inline const QString c_strCut = QStringLiteral("剪切(&T)");
+inline const QString c_strCopy = QStringLiteral("拷贝(&C)");
+inline const QString c_strPaste = QStringLiteral("粘贴(&P)");
+inline const QString c_strSelectAll = QStringLiteral("全选(&A)");
+
+inline const QString c_strLinkTitle = QStringLiteral("超级链接");
+inline const QString c_strLinkPrompt = QStringLiteral("请您输入链接的地址");
+
+inline const QString c_strNoEngine =
+    QStringLiteral("浏览器组件无法加载，不能显示和编辑网页。\n请您重新安装本程序后再试。");
+inline const QString c_strPageMissing = QStringLiteral("对不起，找不到要显示的文件：");
+inline const QString c_strPageFailed = QStringLiteral("对不起，无法显示该页面：");
+inline const QString c_strPageTimeOut = QStringLiteral("对不起，打开该页面超时：");
+inline const QString c_strNoNetwork = QStringLiteral("该页面位于网络上，现在不允许访问网络：");
+
+} // namespace UiTexts

@@ -1,0 +1,429 @@
+#include "platform/ui/WebBrowser.h"
+
+#include "platform/base/NativePath.h"
+#include "platform/ui/LinkDialog.h"
+#include "platform/ui/SurfaceUrls.h"
+#include "platform/ui/Texts.h"
+#include "platform/ui/WebEngine.h"
+#include "platform/ui/WebEngineLoader.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QFocusEvent>
+#include <QJsonObject>
+#include <QLabel>
+#include <QPointer>
+
+namespace {
+
+constexpr int c_nScriptMilliseconds = 10000;
+constexpr int c_nLoadMilliseconds = 30000;
+constexpr int c_nMaxTableSize = 1000;
+const QLatin1String c_strBlank("about:blank");
+
+int s_nCalls = 0;
+
+bool IsTrue(const SEngineAnswer& answer) {
+    return answer.HasValue() && answer.Value.toBool();
+}
+
+/// What becomes of the local references in a page's text: those that aren't in canonical form.
+QJsonObject NewNames(const QJsonArray& references) {
+    QJsonObject names;
+    for (const QJsonValue& reference : references) {
+        const QString strText = reference.toString();
+        const auto strCanonical = SurfaceUrls::CanonicalReference(strText);
+        if (strCanonical && *strCanonical != strText)
+            names.insert(strText, *strCanonical);
+    }
+    return names;
+}
+
+bool IsWebUrl(const QUrl& url) {
+    return url.isValid() && !url.isLocalFile() && url.scheme() != u"about";
+}
+
+} // namespace
+
+/// Refuses a call while another one runs. Holds nothing of the surface, which may go during the call.
+class CWebBrowser2Ex::CCallGuard {
+public:
+    CCallGuard() : m_bMine(s_nCalls == 0) { ++s_nCalls; }
+    ~CCallGuard() { --s_nCalls; }
+    Q_DISABLE_COPY_MOVE(CCallGuard)
+    bool IsRefused() const { return !m_bMine; }
+
+private:
+    bool m_bMine;
+};
+
+CWebBrowser2Ex::CWebBrowser2Ex(QWidget* pParent) : QWidget(pParent) {
+    setObjectName(QStringLiteral("webBrowser"));
+    setFocusPolicy(Qt::StrongFocus);
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
+}
+
+CWebBrowser2Ex::~CWebBrowser2Ex() = default;
+
+void CWebBrowser2Ex::PrepareWebEngine() {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+}
+
+bool CWebBrowser2Ex::IsCallRunning() {
+    return s_nCalls > 0;
+}
+
+void CWebBrowser2Ex::SetAllowedFolders(const QStringList& folders, bool bEditing) {
+    m_allowedFolders = folders;
+    m_bEditing = bEditing;
+}
+
+void CWebBrowser2Ex::SetNetworkAllowed(bool bAllowed) {
+    m_bNetwork = bAllowed;
+}
+
+bool CWebBrowser2Ex::EnsureEngine() {
+    if (m_pEngine)
+        return true;
+    m_pEngine = MakeWebEngine(this);
+    if (!m_pEngine) {
+        ShowMissingEngine();
+        return false;
+    }
+    ConnectEngine();
+    QWidget* pView = m_pEngine->Widget();
+    pView->setGeometry(rect());
+    pView->show();
+    const bool bHadFocus = hasFocus();
+    setFocusProxy(pView);
+    if (bHadFocus)
+        pView->setFocus();
+    return true;
+}
+
+void CWebBrowser2Ex::ConnectEngine() {
+    m_pEngine->OnSelectionChanged = [this] { Q_EMIT SelectionChanged(); };
+    m_pEngine->OnNavigated = [this] {
+        QString strUrl;
+        if (GetURL(strUrl))
+            Q_EMIT NavigateComplete(strUrl);
+    };
+    m_pEngine->OnNewWindow = [this](const QUrl& url) {
+        Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()));
+    };
+    m_pEngine->OnPageLost = [this] { m_bPageLoaded = false; };
+}
+
+void CWebBrowser2Ex::ShowMissingEngine() {
+    if (m_pMissing)
+        return;
+    m_pMissing = new QLabel(UiTexts::c_strNoEngine, this);
+    m_pMissing->setObjectName(QStringLiteral("webMissing"));
+    m_pMissing->setAlignment(Qt::AlignCenter);
+    m_pMissing->setWordWrap(true);
+    m_pMissing->setGeometry(rect());
+    m_pMissing->show();
+}
+
+bool CWebBrowser2Ex::EnsureDocument() {
+    const bool bHadEngine = m_pEngine != nullptr;
+    if (!EnsureEngine())
+        return false;
+    return bHadEngine || NavigateNow(c_strBlank);
+}
+
+void CWebBrowser2Ex::ApplyAccess(bool bWebPage) {
+    m_pEngine->SetAccess({m_allowedFolders, m_bEditing, m_bNetwork, bWebPage});
+}
+
+bool CWebBrowser2Ex::ShowFailure(const QString& strText) {
+    const QString strHtml =
+        QStringLiteral("<!DOCTYPE html><meta charset=utf-8><body style=\"font:14px sans-serif;margin:24px;"
+                       "white-space:pre-wrap;overflow-wrap:anywhere\">") +
+        strText.toHtmlEscaped();
+    m_pEngine->ShowOwnPage(strHtml, c_nLoadMilliseconds);
+    return false;
+}
+
+bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
+    const QUrl url = SurfaceUrls::EngineUrl(strUrl);
+    const bool bWebPage = IsWebUrl(url);
+    m_bPageLoaded = false;
+    ApplyAccess(bWebPage);
+    if (!url.isValid())
+        return ShowFailure(UiTexts::c_strPageFailed + u'\n' + strUrl);
+    if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isFile())
+        return ShowFailure(UiTexts::c_strPageMissing + u'\n' + Platform::ToNativeExact(url.toLocalFile()));
+    if (bWebPage && !m_bNetwork)
+        return ShowFailure(UiTexts::c_strNoNetwork + u'\n' + url.toString());
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    // The engine takes a step to another place in the same page for no load at all.
+    const auto bare = [](const QUrl& full) { return full.adjusted(QUrl::RemoveFragment); };
+    if (url.hasFragment() && bare(url) == bare(m_pEngine->Url())) {
+        m_pEngine->Load(QUrl(c_strBlank), c_nLoadMilliseconds);
+        if (!pAlive)
+            return false;
+    }
+    const SEngineAnswer answer = m_pEngine->Load(url, c_nLoadMilliseconds);
+    if (!pAlive || answer.State == SEngineAnswer::EState::Gone)
+        return false;
+    if (!IsTrue(answer)) {
+        const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
+        return ShowFailure((bLate ? UiTexts::c_strPageTimeOut : UiTexts::c_strPageFailed) + u'\n' +
+                           url.toDisplayString(QUrl::PreferLocalFile));
+    }
+    m_bPageLoaded = true;
+    if (m_bEditing)
+        m_pEngine->Call(QStringLiteral("watch"), {}, c_nScriptMilliseconds);
+    return true;
+}
+
+bool CWebBrowser2Ex::NavigateAndWait(const QString& strUrl) {
+    const CCallGuard guard;
+    if (guard.IsRefused())
+        return false;
+    // The empty page before the first page is there without an engine.
+    if (!m_pEngine && strUrl == c_strBlank)
+        return true;
+    return EnsureEngine() && NavigateNow(strUrl);
+}
+
+bool CWebBrowser2Ex::SetBrowserDesignMode(bool bOn) {
+    const CCallGuard guard;
+    if (guard.IsRefused())
+        return false;
+    if (!m_bPageLoaded)
+        return !bOn;
+    return IsTrue(m_pEngine->Call(QStringLiteral("designMode"), {bOn}, c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::GetURL(QString& strUrl) {
+    strUrl = m_bPageLoaded ? SurfaceUrls::DocumentUrl(m_pEngine->Url()) : QString(c_strBlank);
+    return true;
+}
+
+bool CWebBrowser2Ex::GetBrowserBodyInnerHTML(QString& strHtml) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    for (int nTry = 0; nTry < 2; ++nTry) {
+        const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("bodyHtml"), {}, c_nScriptMilliseconds);
+        if (!pAlive || !answer.HasValue())
+            return false;
+        const QJsonObject names = NewNames(answer.Value[QLatin1String("local")].toArray());
+        if (names.isEmpty() || nTry == 1) {
+            strHtml = answer.Value[QLatin1String("html")].toString();
+            return true;
+        }
+        // References that came in by another way, as by pasting, get the one form first.
+        if (!IsTrue(m_pEngine->Call(QStringLiteral("rename"), {names}, c_nScriptMilliseconds)) || !pAlive)
+            return false;
+    }
+    return false;
+}
+
+bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
+    const CCallGuard guard;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    if (guard.IsRefused() || !EnsureDocument() || !m_bPageLoaded)
+        return false;
+    const SEngineAnswer answer =
+        m_pEngine->Call(QStringLiteral("setBodyHtml"), {strHtml}, c_nScriptMilliseconds);
+    if (!pAlive || !answer.HasValue())
+        return false;
+    const QJsonObject names = NewNames(answer.Value.toArray());
+    return names.isEmpty() ||
+           IsTrue(m_pEngine->Call(QStringLiteral("rename"), {names}, c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value) {
+    if (bShowUi && strCommand.compare(u"CreateLink", Qt::CaseInsensitive) == 0)
+        return CreateLinkWithDialog();
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    QString strValue = value.toString();
+    if (value.typeId() != QMetaType::QString && strCommand.endsWith(u"Color", Qt::CaseInsensitive)) {
+        const uint nColour = value.toUInt();
+        strValue = QColor(nColour & 0xFF, (nColour >> 8) & 0xFF, (nColour >> 16) & 0xFF).name();
+    }
+    return IsTrue(m_pEngine->Call(QStringLiteral("command"), {strCommand, strValue}, c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::CreateLinkWithDialog() {
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    SEngineAnswer answer;
+    {
+        const CCallGuard guard;
+        if (guard.IsRefused() || !m_bPageLoaded)
+            return false;
+        answer = m_pEngine->Call(QStringLiteral("linkAtCaret"), {}, c_nScriptMilliseconds);
+        if (!pAlive || !answer.HasValue())
+            return false;
+    }
+    const auto strAddress = AskLinkAddress(this, answer.Value[QLatin1String("href")].toString());
+    const CCallGuard guard;
+    if (!pAlive || !strAddress || guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const QString strReference = SurfaceUrls::CanonicalReference(*strAddress).value_or(*strAddress);
+    return IsTrue(m_pEngine->Call(QStringLiteral("createLink"), {strReference}, c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    const SEngineAnswer answer =
+        m_pEngine->Call(QStringLiteral("localReferences"), {strHtml}, c_nScriptMilliseconds);
+    if (!pAlive || !answer.HasValue())
+        return false;
+    return IsTrue(m_pEngine->Call(QStringLiteral("insert"), {strHtml, NewNames(answer.Value.toArray())},
+                                  c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::HasSelection() {
+    const CCallGuard guard;
+    return !guard.IsRefused() && m_bPageLoaded &&
+           IsTrue(m_pEngine->Call(QStringLiteral("hasSelection"), {}, c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::GetSelectedText(QString& strText) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("selectedText"), {}, c_nScriptMilliseconds);
+    if (!answer.HasValue())
+        return false;
+    strText = answer.Value.toString();
+    return true;
+}
+
+bool CWebBrowser2Ex::HasSelectTable() {
+    STableInfo info;
+    return GetSelectedTableInfo(info);
+}
+
+bool CWebBrowser2Ex::GetSelectedTableInfo(STableInfo& info) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("tableInfo"), {}, c_nScriptMilliseconds);
+    if (!answer.HasValue())
+        return false;
+    const auto text = [&](QLatin1String strKey) { return answer.Value[strKey].toString(); };
+    info = {answer.Value[QLatin1String("rows")].toInt(),
+            answer.Value[QLatin1String("columns")].toInt(),
+            text(QLatin1String("width")),
+            text(QLatin1String("background")),
+            text(QLatin1String("borderColour")),
+            text(QLatin1String("border")),
+            text(QLatin1String("cellSpacing")),
+            text(QLatin1String("cellPadding"))};
+    return true;
+}
+
+bool CWebBrowser2Ex::EditSelectedTable(const STableInfo& info) {
+    const auto isCount = [](int nCount) { return nCount >= 1 && nCount <= c_nMaxTableSize; };
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded || !isCount(info.nRows) || !isCount(info.nColumns))
+        return false;
+    const QJsonObject arguments{{QStringLiteral("rows"), info.nRows},
+                                {QStringLiteral("columns"), info.nColumns},
+                                {QStringLiteral("width"), info.strWidth},
+                                {QStringLiteral("background"), info.strBackground},
+                                {QStringLiteral("borderColour"), info.strBorderColour},
+                                {QStringLiteral("border"), info.strBorder},
+                                {QStringLiteral("cellSpacing"), info.strCellSpacing},
+                                {QStringLiteral("cellPadding"), info.strCellPadding}};
+    return IsTrue(m_pEngine->Call(QStringLiteral("editTable"), {arguments}, c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::ListReferences(const QString& strSelector, const QString& strAttribute,
+                                    QStringList& list) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const SEngineAnswer answer =
+        m_pEngine->Call(QStringLiteral("references"), {strSelector, strAttribute}, c_nScriptMilliseconds);
+    if (!answer.HasValue())
+        return false;
+    list.clear();
+    const QJsonArray references = answer.Value.toArray();
+    for (const QJsonValue& reference : references)
+        list.append(SurfaceUrls::ReportedReference(reference[QLatin1String("text")].toString(),
+                                                   reference[QLatin1String("url")].toString()));
+    return true;
+}
+
+bool CWebBrowser2Ex::GetAllImageSrc(QStringList& list) {
+    return ListReferences(QStringLiteral("img"), QStringLiteral("src"), list);
+}
+
+bool CWebBrowser2Ex::GetAllEmbededSrc(QStringList& list) {
+    return ListReferences(QStringLiteral("embed"), QStringLiteral("src"), list);
+}
+
+bool CWebBrowser2Ex::GetAllAnchorHref(QStringList& list) {
+    return ListReferences(QStringLiteral("a"), QStringLiteral("href"), list);
+}
+
+bool CWebBrowser2Ex::ExecuteScript(const QString& strScript) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const QLatin1String strPrefix("javascript:");
+    const QString strBody =
+        strScript.startsWith(strPrefix, Qt::CaseInsensitive) ? strScript.mid(strPrefix.size()) : strScript;
+    const auto state = m_pEngine->RunInPage(strBody, c_nScriptMilliseconds).State;
+    return state == SEngineAnswer::EState::Value || state == SEngineAnswer::EState::Undefined;
+}
+
+bool CWebBrowser2Ex::GetSlideFrameLocation(QString& strLocation) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("slideFrame"), {}, c_nScriptMilliseconds);
+    if (!answer.HasValue())
+        return false;
+    strLocation = SurfaceUrls::DocumentUrl(QUrl(answer.Value.toString()));
+    return true;
+}
+
+bool CWebBrowser2Ex::QueryCommandState(const QString& strCommand, bool& bOn) {
+    QMap<QString, bool> states;
+    if (!QueryCommandStates({strCommand}, states))
+        return false;
+    bOn = states.value(strCommand);
+    return true;
+}
+
+bool CWebBrowser2Ex::QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const SEngineAnswer answer = m_pEngine->Call(
+        QStringLiteral("commandStates"), {QJsonArray::fromStringList(commands)}, c_nScriptMilliseconds);
+    if (!answer.HasValue())
+        return false;
+    states.clear();
+    for (qsizetype i = 0; i < commands.size(); ++i)
+        states.insert(commands[i], answer.Value.toArray()[i].toBool());
+    return true;
+}
+
+void CWebBrowser2Ex::resizeEvent(QResizeEvent* pEvent) {
+    QWidget::resizeEvent(pEvent);
+    if (m_pEngine)
+        m_pEngine->Widget()->setGeometry(rect());
+    if (m_pMissing)
+        m_pMissing->setGeometry(rect());
+}
+
+void CWebBrowser2Ex::focusInEvent(QFocusEvent* pEvent) {
+    QWidget::focusInEvent(pEvent);
+    if (m_pEngine)
+        m_pEngine->Widget()->setFocus(pEvent->reason());
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+
+class QWidget;
+
+/// How a call into the engine ended.
+struct SEngineAnswer {
+    enum class EState {
+        Value,       ///< Value holds the answer
+        Undefined,   ///< the script ran and gave nothing
+        ScriptError, ///< strError says what the script threw
+        TimeOut,     ///< no answer within the limit; the page may still be at it
+        Gone,        ///< the page, its process or the program ended meanwhile
+        Busy         ///< refused: another call of this engine runs
+    };
+    EState State = EState::Gone;
+    QJsonValue Value;
+    QString strError;
+
+    bool HasValue() const { return State == EState::Value; }
+};
+
+/// What a page of an engine may reach. Folders are in backslash form.
+struct SEngineAccess {
+    QStringList Folders;
+    /// Pictures and media from anywhere on the machine; no script of the page runs.
+    bool bEditing = false;
+    bool bNetwork = false;
+    /// A page of the web: nothing from the disk, and a profile of its own.
+    bool bWebPage = false;
+};
+
+/// A browser engine, as the surface sees it. Made by the module; every function is called on the interface
+/// thread. The calls that wait keep their state apart from the object, which may be destroyed meanwhile: they
+/// then answer Gone.
+class IWebEngine {
+public:
+    virtual ~IWebEngine() = default;
+
+    /// The engine's widget; the engine owns it and it goes with the engine.
+    virtual QWidget* Widget() = 0;
+
+    /// Holds from the next Load on.
+    virtual void SetAccess(const SEngineAccess& access) = 0;
+
+    /// Loads and waits; false when the load failed.
+    virtual SEngineAnswer Load(const QUrl& url, int nMilliseconds) = 0;
+    /// Shows a text of the program's own, as a document at "about:blank".
+    virtual SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) = 0;
+
+    /// Calls a function of the editor's own script, in a world that the page's scripts don't see.
+    virtual SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments,
+                               int nMilliseconds) = 0;
+    /// Runs a script as the page's own.
+    virtual SEngineAnswer RunInPage(const QString& strScript, int nMilliseconds) = 0;
+
+    virtual QUrl Url() const = 0;
+
+    /// Called from the event loop, never from inside a call of the engine.
+    std::function<void()> OnSelectionChanged;
+    std::function<void()> OnNavigated;
+    std::function<void(const QUrl&)> OnNewWindow;
+    /// The page's process ended; the engine goes on with the next Load.
+    std::function<void()> OnPageLost;
+};
+
+/// The one function that the module exports, under the name of c_szWebEngineFactory.
+using WebEngineFactory = IWebEngine* (*)(QWidget* pParent);
+inline constexpr const char* c_szWebEngineFactory = "VorelMakeWebEngine";

@@ -1,0 +1,136 @@
+#include "platform/ui/engine/SurfacePage.h"
+
+#include <QRandomGenerator>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineQuotaRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInfo>
+
+namespace {
+
+/// How long after the program's own script a new window counts as the program's wish.
+constexpr qint64 c_nNewWindowMilliseconds = 5000;
+
+CAccessRules::EResource ResourceOf(QWebEngineUrlRequestInfo::ResourceType type) {
+    switch (type) {
+    case QWebEngineUrlRequestInfo::ResourceTypeMainFrame:
+        return CAccessRules::EResource::MainPage;
+    case QWebEngineUrlRequestInfo::ResourceTypeSubFrame:
+        return CAccessRules::EResource::Frame;
+    case QWebEngineUrlRequestInfo::ResourceTypeImage:
+    case QWebEngineUrlRequestInfo::ResourceTypeMedia:
+        return CAccessRules::EResource::PictureOrMedia;
+    default:
+        return CAccessRules::EResource::Other;
+    }
+}
+
+} // namespace
+
+void CRequestGuard::interceptRequest(QWebEngineUrlRequestInfo& info) {
+    const auto verdict = m_rules.Judge(info.requestUrl(), ResourceOf(info.resourceType()));
+    if (verdict.Kind == CAccessRules::SVerdict::EKind::Refuse)
+        info.block(true);
+    else if (verdict.Kind == CAccessRules::SVerdict::EKind::Redirect)
+        info.redirect(verdict.Target);
+}
+
+CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QObject* pParent)
+    : QWebEnginePage(pProfile, pParent), m_guard(guard),
+      m_strToken(QStringLiteral("vorel-caret-%1").arg(QRandomGenerator::system()->generate64(), 0, 36)) {
+    QWebEngineSettings& s = *settings();
+    s.setDefaultTextEncoding(QStringLiteral("GB18030"));
+    using S = QWebEngineSettings;
+    // The files of a course may speak with one another; the guard keeps them within their folders.
+    s.setAttribute(S::LocalContentCanAccessFileUrls, true);
+    s.setAttribute(S::LocalContentCanAccessRemoteUrls, false);
+    // New windows come as a wish to the program, which decides.
+    s.setAttribute(S::JavascriptCanOpenWindows, true);
+    s.setAttribute(S::JavascriptCanAccessClipboard, false);
+    s.setAttribute(S::JavascriptCanPaste, false);
+    s.setAttribute(S::PluginsEnabled, false);
+    s.setAttribute(S::FullScreenSupportEnabled, false);
+    s.setAttribute(S::ScreenCaptureEnabled, false);
+    s.setAttribute(S::HyperlinkAuditingEnabled, false);
+    s.setAttribute(S::DnsPrefetchEnabled, false);
+    s.setAttribute(S::NavigateOnDropEnabled, false);
+    s.setAttribute(S::WebRTCPublicInterfacesOnly, true);
+    s.setAttribute(S::AllowWindowActivationFromJavaScript, false);
+    s.setUnknownUrlSchemePolicy(S::DisallowUnknownUrlSchemes);
+    RefuseWishes();
+}
+
+void CSurfacePage::RefuseWishes() {
+    connect(this, &QWebEnginePage::featurePermissionRequested, this,
+            [this](const QUrl& origin, Feature what) {
+                setFeaturePermission(origin, what, PermissionDeniedByUser);
+            });
+    connect(this, &QWebEnginePage::fullScreenRequested, this,
+            [](QWebEngineFullScreenRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::quotaRequested, this,
+            [](QWebEngineQuotaRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::newWindowRequested, this,
+            [this](QWebEngineNewWindowRequest& request) { OnNewWindow(request); });
+}
+
+void CSurfacePage::SetEditing(bool bEditing) {
+    m_bEditing = bEditing;
+    using S = QWebEngineSettings;
+    settings()->setAttribute(S::JavascriptEnabled, !bEditing);
+    settings()->setAttribute(S::LocalContentCanAccessFileUrls, !bEditing);
+    // Without the page's scripts, only the editor's commands are left to touch the clipboard.
+    settings()->setAttribute(S::JavascriptCanAccessClipboard, bEditing);
+    settings()->setAttribute(S::JavascriptCanPaste, bEditing);
+}
+
+void CSurfacePage::ExpectNewWindow() {
+    m_expected.start();
+}
+
+void CSurfacePage::OnNewWindow(const QWebEngineNewWindowRequest& request) {
+    const bool bExpected = m_expected.isValid() && m_expected.elapsed() < c_nNewWindowMilliseconds;
+    m_expected.invalidate();
+    if ((bExpected || request.isUserInitiated()) && m_guard.Rules().MayOpen(request.requestedUrl()))
+        Q_EMIT WantsNewWindow(request.requestedUrl());
+}
+
+bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool bMainFrame) {
+    if (m_bProgramLoads && bMainFrame)
+        return true;
+    if (m_bEditing && bMainFrame)
+        return false;
+    const auto resource = bMainFrame ? CAccessRules::EResource::MainPage : CAccessRules::EResource::Frame;
+    const bool bAllowed = m_guard.Rules().Judge(url, resource).Kind != CAccessRules::SVerdict::EKind::Refuse;
+    if (bAllowed && !bMainFrame)
+        Q_EMIT FrameNavigated();
+    if (!bAllowed && type == NavigationTypeLinkClicked && m_guard.Rules().MayOpen(url))
+        Q_EMIT WantsNewWindow(url);
+    return bAllowed;
+}
+
+// A box of a page would stand in the way of a call that waits, and an endless row of them is a known way to
+// take a program hostage. So a page's boxes are answered at once.
+void CSurfacePage::javaScriptAlert(const QUrl&, const QString&) {}
+
+bool CSurfacePage::javaScriptConfirm(const QUrl&, const QString&) {
+    // The engine asks the same way whether a page may be left: the program's own loads always may.
+    return m_bProgramLoads;
+}
+
+bool CSurfacePage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) {
+    return false;
+}
+
+void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& strText, int,
+                                            const QString&) {
+    if (strText == m_strToken)
+        Q_EMIT CaretMoved();
+}
+
+QStringList CSurfacePage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {
+    return {};
+}

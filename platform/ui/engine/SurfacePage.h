@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/ui/AccessRules.h"
+
+#include <QElapsedTimer>
+#include <QWebEnginePage>
+#include <QWebEngineUrlRequestInterceptor>
+
+class QWebEngineNewWindowRequest;
+
+/// Lets a page's requests through, refuses or redirects them, as the rules say.
+class CRequestGuard : public QWebEngineUrlRequestInterceptor {
+    Q_OBJECT
+public:
+    using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+    void SetRules(const CAccessRules& rules) { m_rules = rules; }
+    const CAccessRules& Rules() const { return m_rules; }
+    void interceptRequest(QWebEngineUrlRequestInfo& info) override;
+
+private:
+    CAccessRules m_rules;
+};
+
+/// A page that is a stranger: it asks the person nothing, opens nothing, keeps nothing and goes nowhere but
+/// where the rules let it.
+class CSurfacePage : public QWebEnginePage {
+    Q_OBJECT
+public:
+    CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QObject* pParent);
+
+    void SetEditing(bool bEditing);
+    /// The program's own loads are told apart from those that the page starts.
+    void SetProgramLoads(bool bLoads) { m_bProgramLoads = bLoads; }
+    /// For a moment a new window is the program's wish and not the page's.
+    void ExpectNewWindow();
+    /// The console line by which the editor's own script tells of a moved caret.
+    const QString& Token() const { return m_strToken; }
+
+Q_SIGNALS:
+    void CaretMoved();
+    void FrameNavigated();
+    void WantsNewWindow(const QUrl& url);
+
+protected:
+    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool bMainFrame) override;
+    void javaScriptAlert(const QUrl& origin, const QString& strText) override;
+    bool javaScriptConfirm(const QUrl& origin, const QString& strText) override;
+    bool javaScriptPrompt(const QUrl& origin, const QString& strText, const QString& strDefault,
+                          QString* pResult) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& strText, int nLine,
+                                  const QString& strSource) override;
+    QStringList chooseFiles(FileSelectionMode mode, const QStringList& oldFiles,
+                            const QStringList& types) override;
+
+private:
+    void RefuseWishes();
+    void OnNewWindow(const QWebEngineNewWindowRequest& request);
+
+    CRequestGuard& m_guard;
+    QString m_strToken;
+    QElapsedTimer m_expected;
+    bool m_bEditing = false;
+    bool m_bProgramLoads = false;
+};

@@ -1,0 +1,247 @@
+#include "platform/ui/engine/WebEngineModule.h"
+
+#include "platform/ui/Texts.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMenu>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineScript>
+
+namespace {
+
+using EState = SEngineAnswer::EState;
+
+constexpr int c_nCoalesceMilliseconds = 100;
+
+const QString& EditorScript() {
+    static const QString strScript = [] {
+        QFile file(QStringLiteral(":/vorel/surface.js"));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }();
+    return strScript;
+}
+
+/// What the editor's script makes of a result: {"value": …}, {"undefined": true} or {"error": "…"}.
+SEngineAnswer ReadAnswer(const QVariant& reply) {
+    if (reply.typeId() != QMetaType::QString)
+        return {EState::ScriptError, {}, QStringLiteral("the script did not run")};
+    const QJsonObject answer = QJsonDocument::fromJson(reply.toString().toUtf8()).object();
+    if (answer.contains(QLatin1String("error")))
+        return {EState::ScriptError, {}, answer.value(QLatin1String("error")).toString()};
+    if (!answer.contains(QLatin1String("value")))
+        return {EState::Undefined, {}, {}};
+    return {EState::Value, answer.value(QLatin1String("value")), {}};
+}
+
+} // namespace
+
+CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) {
+    m_pView->setObjectName(QStringLiteral("webView"));
+    m_pView->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_pView, &QWidget::customContextMenuRequested, this, &CWebEngine::ShowContextMenu);
+    for (QTimer* pTimer : {&m_caretTimer, &m_navigatedTimer}) {
+        pTimer->setSingleShot(true);
+        pTimer->setInterval(c_nCoalesceMilliseconds);
+    }
+    m_navigatedTimer.setInterval(0);
+    connect(&m_caretTimer, &QTimer::timeout, this, [this] {
+        if (OnSelectionChanged)
+            OnSelectionChanged();
+    });
+    connect(&m_navigatedTimer, &QTimer::timeout, this, [this] {
+        if (OnNavigated)
+            OnNavigated();
+    });
+    RenewPage();
+}
+
+CWebEngine::~CWebEngine() {
+    if (const auto pCall = m_pCall.lock())
+        pCall->Finish({EState::Gone, {}, {}});
+    delete m_pView;
+}
+
+QWidget* CWebEngine::Widget() {
+    return m_pView;
+}
+
+CWebEngine::SPlace& CWebEngine::PlaceFor(bool bWebPage) {
+    SPlace& place = bWebPage ? m_web : m_course;
+    if (!place.pProfile) {
+        place.pGuard = std::make_unique<CRequestGuard>();
+        place.pProfile = std::make_unique<QWebEngineProfile>();
+        place.pProfile->setUrlRequestInterceptor(place.pGuard.get());
+        connect(place.pProfile.get(), &QWebEngineProfile::downloadRequested, this,
+                [](QWebEngineDownloadRequest* pDownload) { pDownload->cancel(); });
+    }
+    return place;
+}
+
+void CWebEngine::RenewPage() {
+    SPlace& place = PlaceFor(m_access.bWebPage);
+    auto pFresh = std::make_unique<CSurfacePage>(place.pProfile.get(), *place.pGuard, nullptr);
+    m_pView->setPage(pFresh.get());
+    m_pPage = std::move(pFresh);
+    m_bPageIsOfWeb = m_access.bWebPage;
+    m_bPageHangs = false;
+    ConnectPage();
+}
+
+void CWebEngine::ConnectPage() {
+    // The handlers may call into the engine, so they run from the event loop and not inside the engine.
+    connect(m_pPage.get(), &CSurfacePage::CaretMoved, &m_caretTimer, qOverload<>(&QTimer::start));
+    connect(m_pPage.get(), &CSurfacePage::FrameNavigated, this,
+            [this] { m_navigatedTimer.start(c_nCoalesceMilliseconds); });
+    connect(m_pPage.get(), &QWebEnginePage::urlChanged, this, [this] { m_navigatedTimer.start(0); });
+    connect(m_pPage.get(), &QWebEnginePage::loadFinished, this, [this] { m_navigatedTimer.start(0); });
+    connect(
+        m_pPage.get(), &CSurfacePage::WantsNewWindow, this,
+        [this](const QUrl& url) {
+            if (OnNewWindow)
+                OnNewWindow(url);
+        },
+        Qt::QueuedConnection);
+    connect(m_pPage.get(), &QWebEnginePage::renderProcessTerminated, this, [this] {
+        m_bPageHangs = true;
+        if (const auto pCall = m_pCall.lock())
+            pCall->Finish({EState::Gone, {}, {}});
+        QTimer::singleShot(0, this, [this] {
+            if (OnPageLost)
+                OnPageLost();
+        });
+    });
+}
+
+void CWebEngine::SetAccess(const SEngineAccess& access) {
+    m_access = access;
+}
+
+QUrl CWebEngine::Url() const {
+    return m_pPage->url();
+}
+
+std::shared_ptr<CBlockingCall> CWebEngine::BeginCall() {
+    if (m_pCall.lock())
+        return nullptr;
+    auto pCall = std::make_shared<CBlockingCall>();
+    m_pCall = pCall;
+    return pCall;
+}
+
+SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& start, int nMilliseconds) {
+    const auto pCall = BeginCall();
+    if (!pCall)
+        return {EState::Busy, {}, {}};
+    CSurfacePage& page = *m_pPage;
+    const auto bStarted = std::make_shared<bool>(false);
+    connect(&page, &QWebEnginePage::loadingChanged, pCall->Context(),
+            [pWeak = std::weak_ptr(pCall), bStarted](const QWebEngineLoadingInfo& info) {
+                // The end of an earlier load is none of ours.
+                if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
+                    *bStarted = true;
+                else if (const auto pSelf = pWeak.lock(); pSelf && *bStarted)
+                    pSelf->Finish(
+                        {EState::Value, info.status() == QWebEngineLoadingInfo::LoadSucceededStatus, {}});
+            });
+    page.SetProgramLoads(true);
+    start(page);
+    const QPointer<CWebEngine> pAlive(this);
+    SEngineAnswer answer = CBlockingCall::Wait(pCall, nMilliseconds);
+    if (pAlive) {
+        m_pCall.reset();
+        m_pPage->SetProgramLoads(false);
+        m_bPageHangs = m_bPageHangs || answer.State == EState::TimeOut;
+    }
+    return answer;
+}
+
+SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
+    if (m_pCall.lock())
+        return {EState::Busy, {}, {}};
+    if (m_bPageHangs || m_bPageIsOfWeb != m_access.bWebPage)
+        RenewPage();
+    CAccessRules rules(m_access);
+    rules.SetProgramPage(url);
+    PlaceFor(m_access.bWebPage).pGuard->SetRules(rules);
+    m_pPage->SetEditing(m_access.bEditing);
+    return LoadWith([url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
+}
+
+SEngineAnswer CWebEngine::ShowOwnPage(const QString& strHtml, int nMilliseconds) {
+    if (m_pCall.lock())
+        return {EState::Busy, {}, {}};
+    if (m_bPageHangs)
+        RenewPage();
+    return LoadWith(
+        [strHtml](CSurfacePage& page) { page.setHtml(strHtml, QUrl(QStringLiteral("about:blank"))); },
+        nMilliseconds);
+}
+
+SEngineAnswer CWebEngine::RunScript(const QString& strScript, quint32 nWorld, int nMilliseconds) {
+    const auto pCall = BeginCall();
+    if (!pCall)
+        return {EState::Busy, {}, {}};
+    m_pPage->runJavaScript(strScript, nWorld,
+                           [pCall](const QVariant& reply) { pCall->Finish(ReadAnswer(reply)); });
+    const QPointer<CWebEngine> pAlive(this);
+    SEngineAnswer answer = CBlockingCall::Wait(pCall, nMilliseconds);
+    if (pAlive) {
+        // A late reply still holds the call, which is over all the same.
+        m_pCall.reset();
+        m_bPageHangs = m_bPageHangs || answer.State == EState::TimeOut;
+    }
+    return answer;
+}
+
+SEngineAnswer CWebEngine::Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) {
+    const QJsonArray call{strFunction, arguments};
+    const QString strJson = QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact));
+    return RunScript(EditorScript() + QStringLiteral("(...") + strJson + u')',
+                     QWebEngineScript::ApplicationWorld, nMilliseconds);
+}
+
+SEngineAnswer CWebEngine::RunInPage(const QString& strScript, int nMilliseconds) {
+    m_pPage->ExpectNewWindow();
+    // Wrapped so that an error of the script is told apart from no result.
+    const QJsonArray text{strScript};
+    const QString strJson = QString::fromUtf8(QJsonDocument(text).toJson(QJsonDocument::Compact));
+    const QString strWrapped = QStringLiteral("(function(t){try{(0,eval)(t);return '{\"undefined\":true}';}"
+                                              "catch(e){return JSON.stringify({error:String(e)});}})(...") +
+                               strJson + u')';
+    return RunScript(strWrapped, QWebEngineScript::MainWorld, nMilliseconds);
+}
+
+void CWebEngine::ShowContextMenu(const QPoint& position) {
+    auto* pMenu = new QMenu(m_pView);
+    pMenu->setObjectName(QStringLiteral("webMenu"));
+    pMenu->setAttribute(Qt::WA_DeleteOnClose);
+    struct SEntry {
+        QWebEnginePage::WebAction Action;
+        QString strText;
+        bool bEditing;
+    };
+    const SEntry entries[] = {
+        {QWebEnginePage::Undo, UiTexts::c_strUndo, true},
+        {QWebEnginePage::Redo, UiTexts::c_strRedo, true},
+        {QWebEnginePage::Cut, UiTexts::c_strCut, true},
+        {QWebEnginePage::Copy, UiTexts::c_strCopy, false},
+        {QWebEnginePage::Paste, UiTexts::c_strPaste, true},
+        {QWebEnginePage::SelectAll, UiTexts::c_strSelectAll, false},
+    };
+    for (const SEntry& entry : entries) {
+        if (entry.bEditing && !m_access.bEditing)
+            continue;
+        QAction* pSource = m_pPage->action(entry.Action);
+        QAction* pAction = pMenu->addAction(entry.strText);
+        pAction->setEnabled(pSource->isEnabled());
+        connect(pAction, &QAction::triggered, pSource, &QAction::trigger);
+    }
+    pMenu->popup(m_pView->mapToGlobal(position));
+}
+
+extern "C" Q_DECL_EXPORT IWebEngine* VorelMakeWebEngine(QWidget* pParent) {
+    return new CWebEngine(pParent);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/ui/engine/BlockingCall.h"
+#include "platform/ui/engine/SurfacePage.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <QWebEngineProfile>
+#include <QWebEngineView>
+
+/// The engine of a surface: one view, and for each kind of page a profile and a page of its own.
+class CWebEngine : public QObject, public IWebEngine {
+    Q_OBJECT
+public:
+    explicit CWebEngine(QWidget* pParent);
+    ~CWebEngine() override;
+
+    QWidget* Widget() override;
+    void SetAccess(const SEngineAccess& access) override;
+    SEngineAnswer Load(const QUrl& url, int nMilliseconds) override;
+    SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) override;
+    SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) override;
+    SEngineAnswer RunInPage(const QString& strScript, int nMilliseconds) override;
+    QUrl Url() const override;
+
+private:
+    /// A profile that keeps nothing on the disk, with the guard of its requests.
+    struct SPlace {
+        std::unique_ptr<CRequestGuard> pGuard;
+        std::unique_ptr<QWebEngineProfile> pProfile;
+    };
+
+    SPlace& PlaceFor(bool bWebPage);
+    void RenewPage();
+    void ConnectPage();
+    void ShowContextMenu(const QPoint& position);
+    std::shared_ptr<CBlockingCall> BeginCall();
+    SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, int nMilliseconds);
+    SEngineAnswer RunScript(const QString& strScript, quint32 nWorld, int nMilliseconds);
+
+    SPlace m_course;
+    SPlace m_web;
+    std::unique_ptr<CSurfacePage> m_pPage;
+    QPointer<QWebEngineView> m_pView;
+    SEngineAccess m_access;
+    bool m_bPageIsOfWeb = false;
+    /// The page didn't answer in time: the next load gets a fresh one, and a fresh process with it.
+    bool m_bPageHangs = false;
+    QTimer m_caretTimer;
+    QTimer m_navigatedTimer;
+    std::weak_ptr<CBlockingCall> m_pCall;
+};

@@ -1,0 +1,349 @@
+// The editor's own functions inside a page. They run in a world of their own, which the page's scripts don't
+// see. Arguments and results are JSON. Sent with every call, since a page may be replaced at any time.
+(function () {
+  'use strict';
+  const MARK = 'data-vorel-mark';
+  // An anchor without a link: the engine unwraps every other element that has no style of its own.
+  const HOLDER = 'a[name="vorel-holder"]';
+  const URL_ATTRIBUTES = ['src', 'href', 'background', 'data', 'poster'];
+  const LOCAL = /^\s*(file:|[a-z]:[\\/])/i;
+
+  function body() {
+    if (!document.body)
+      throw new Error('no body');
+    return document.body;
+  }
+
+  // An element of a document without a window: nothing in it loads or runs.
+  function inert(html) {
+    const holder = document.implementation.createHTMLDocument('').createElement('div');
+    holder.innerHTML = html;
+    return holder;
+  }
+
+  function eachLocal(root, visit) {
+    for (const name of URL_ATTRIBUTES) {
+      for (const element of root.querySelectorAll('[' + name + ']')) {
+        const text = element.getAttribute(name);
+        if (LOCAL.test(text))
+          visit(element, name, text);
+      }
+    }
+  }
+
+  function localReferences(root) {
+    const found = new Set();
+    eachLocal(root, (element, name, text) => found.add(text));
+    return Array.from(found);
+  }
+
+  function rename(root, names) {
+    eachLocal(root, (element, name, text) => {
+      if (Object.prototype.hasOwnProperty.call(names, text) && names[text] !== text)
+        element.setAttribute(name, names[text]);
+    });
+  }
+
+  // Where the caret stands before the first click: before the first text or object of the page.
+  function firstPlace() {
+    const range = document.createRange();
+    const walker = document.createTreeWalker(body(), NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_TEXT);
+    while (walker.nextNode()) {
+      const node = walker.currentNode;
+      if (node.nodeType === Node.TEXT_NODE && node.data.trim() !== '') {
+        range.setStart(node, 0);
+        return range;
+      }
+      if (node.nodeType === Node.ELEMENT_NODE && node.matches('img, input, embed, object, table, hr, br')) {
+        range.setStartBefore(node);
+        return range;
+      }
+    }
+    range.setStart(body(), 0);
+    return range;
+  }
+
+  function selection() {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0 || !body().contains(chosen.anchorNode)) {
+      chosen.removeAllRanges();
+      chosen.addRange(firstPlace());
+    }
+    return chosen;
+  }
+
+  function restoreAttributes(originals) {
+    const found = body().querySelectorAll('[' + MARK + ']');
+    found.forEach((element) => {
+      const original = originals[Number(element.getAttribute(MARK))];
+      for (const attribute of Array.from(element.attributes))
+        element.removeAttribute(attribute.name);
+      for (const [name, value] of original.attributes)
+        element.setAttribute(name, value);
+    });
+  }
+
+  // Takes the marks off again. False when an element is missing or has lost an attribute.
+  function takeMarksOff(originals) {
+    let complete = true;
+    const found = new Map(Array.from(body().querySelectorAll('[' + MARK + ']'), (e) => [e.getAttribute(MARK), e]));
+    originals.forEach((original, index) => {
+      const element = found.get(String(index));
+      complete = complete && element !== undefined && element.localName === original.tag &&
+                 original.attributes.every(([name, value]) => element.getAttribute(name) === value) &&
+                 element.attributes.length === original.attributes.length + 1;
+    });
+    found.forEach((element) => element.removeAttribute(MARK));
+    return complete;
+  }
+
+  // The engine's own insertion can be undone, but it tidies the fragment: it drops attributes that it thinks
+  // without effect and elements that it thinks dangerous. So each element is marked and looked for. If
+  // something is missing, the fragment goes in as a whole inside a holder, which innerHtml takes off again.
+  function insert(html, names) {
+    const fragment = inert(html);
+    rename(fragment, names);
+    const whole = fragment.innerHTML;
+    const originals = Array.from(fragment.querySelectorAll('*'), (element, index) => {
+      const attributes = Array.from(element.attributes, (a) => [a.name, a.value]);
+      element.setAttribute(MARK, String(index));
+      return {tag: element.localName, attributes: attributes};
+    });
+    selection();
+    const done = document.execCommand('insertHTML', false, fragment.innerHTML);
+    if (takeMarksOff(originals))
+      return done;
+    if (done)
+      document.execCommand('undo');
+    return insertHeld(whole);
+  }
+
+  function insertHeld(whole) {
+    const before = new Set(document.querySelectorAll(HOLDER));
+    const done = document.execCommand('insertHTML', false, '<a name="vorel-holder">\u00a0</a>');
+    const holder = Array.from(document.querySelectorAll(HOLDER)).find((e) => !before.has(e));
+    if (!holder) {
+      document.execCommand('undo');
+      return false;
+    }
+    holder.innerHTML = whole;
+    const range = document.createRange();
+    range.setStartAfter(holder);
+    window.getSelection().removeAllRanges();
+    window.getSelection().addRange(range);
+    return done;
+  }
+
+  function withoutHolders(root) {
+    for (const holder of root.querySelectorAll(HOLDER))
+      holder.replaceWith(...holder.childNodes);
+    return root.innerHTML;
+  }
+
+  function innerHtml() {
+    if (!body().querySelector(HOLDER))
+      return body().innerHTML;
+    const copy = inert('');
+    copy.replaceChildren(...copy.ownerDocument.importNode(body(), true).childNodes);
+    return withoutHolders(copy);
+  }
+
+  const FRAGMENTS = {
+    insertinputtext: '<input type="text">',
+    inserttextarea: '<textarea></textarea>',
+    insertinputradio: '<input type="radio">',
+    insertinputcheckbox: '<input type="checkbox">',
+    insertbutton: '<button type="button">\u6309\u94ae</button>',
+    insertparagraph: '<p><br></p>',
+  };
+
+  function command(name, value) {
+    const lower = name.toLowerCase();
+    const chosen = selection();
+    if (Object.prototype.hasOwnProperty.call(FRAGMENTS, lower))
+      return insert(FRAGMENTS[lower], {});
+    if (lower === 'unselect') {
+      chosen.collapseToEnd();
+      return true;
+    }
+    if (lower === 'delete' && chosen.isCollapsed)
+      return document.execCommand('forwardDelete');
+    document.execCommand('styleWithCSS', false, false);
+    return document.execCommand(lower, false, value);
+  }
+
+  function hasSelection() {
+    const chosen = window.getSelection();
+    return chosen.rangeCount > 0 && !chosen.isCollapsed && body().contains(chosen.anchorNode);
+  }
+
+  function selectedText() {
+    if (!hasSelection())
+      return undefined;
+    const holder = inert('');
+    holder.appendChild(holder.ownerDocument.importNode(window.getSelection().getRangeAt(0).cloneContents(), true));
+    return withoutHolders(holder);
+  }
+
+  function enclosing(tag) {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0)
+      return null;
+    const range = chosen.getRangeAt(0);
+    const node = range.commonAncestorContainer;
+    const element = node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement;
+    const around = element && element.closest(tag);
+    if (around)
+      return around;
+    return Array.from(element ? element.querySelectorAll(tag) : []).find((e) => range.intersectsNode(e)) || null;
+  }
+
+  function linkAtCaret() {
+    const link = enclosing('a[href]');
+    return {href: link ? link.getAttribute('href') : null, selected: hasSelection()};
+  }
+
+  function createLink(address) {
+    const chosen = selection();
+    const link = enclosing('a[href]');
+    if (link && chosen.isCollapsed) {
+      link.setAttribute('href', address);
+      return true;
+    }
+    if (!chosen.isCollapsed)
+      return document.execCommand('createLink', false, address);
+    const holder = inert('');
+    const fresh = holder.ownerDocument.createElement('a');
+    fresh.setAttribute('href', address);
+    fresh.textContent = address;
+    return insert(fresh.outerHTML, {});
+  }
+
+  function columnsOf(row) {
+    return Array.from(row.cells).reduce((sum, cell) => sum + cell.colSpan, 0);
+  }
+
+  const TABLE_ATTRIBUTES = {
+    width: 'width', background: 'bgcolor', borderColour: 'bordercolor', border: 'border',
+    cellSpacing: 'cellspacing', cellPadding: 'cellpadding',
+  };
+
+  function tableInfo() {
+    const table = enclosing('table');
+    if (!table)
+      return undefined;
+    const info = {rows: table.rows.length, columns: Math.max(0, ...Array.from(table.rows, columnsOf))};
+    for (const [key, attribute] of Object.entries(TABLE_ATTRIBUTES))
+      info[key] = table.getAttribute(attribute) || '';
+    return info;
+  }
+
+  // How many columns of a row are taken by cells of the rows above it.
+  function coveredColumns(table, index) {
+    let covered = 0;
+    for (let i = 0; i < index; ++i) {
+      for (const cell of table.rows[i].cells)
+        covered += i + cell.rowSpan > index ? cell.colSpan : 0;
+    }
+    return covered;
+  }
+
+  function fitRow(table, index, columns) {
+    const row = table.rows[index];
+    const wanted = Math.max(0, columns - coveredColumns(table, index));
+    while (row.cells.length > 0 && columnsOf(row) > wanted) {
+      const last = row.cells[row.cells.length - 1];
+      if (last.colSpan > 1)
+        last.colSpan -= 1;
+      else
+        last.remove();
+    }
+    while (columnsOf(row) < wanted)
+      row.insertCell(-1).innerHTML = '&nbsp;';
+  }
+
+  function editTable(info) {
+    const table = enclosing('table');
+    if (!table)
+      return false;
+    for (const [key, attribute] of Object.entries(TABLE_ATTRIBUTES))
+      table.setAttribute(attribute, info[key]);
+    while (table.rows.length > info.rows)
+      table.deleteRow(-1);
+    while (table.rows.length < info.rows)
+      table.insertRow(-1);
+    for (let i = 0; i < table.rows.length; ++i)
+      fitRow(table, i, info.columns);
+    return true;
+  }
+
+  // Tells the program by a console line that only it knows how to read.
+  function watch(token) {
+    if (window.vorelWatching)
+      return true;
+    window.vorelWatching = true;
+    let waiting = false;
+    const tell = () => {
+      if (waiting)
+        return;
+      waiting = true;
+      setTimeout(() => {
+        waiting = false;
+        console.debug(token);
+      }, 100);
+    };
+    document.addEventListener('selectionchange', tell);
+    document.addEventListener('input', tell);
+    return true;
+  }
+
+  const FUNCTIONS = {
+    designMode: (on) => {
+      document.designMode = on ? 'on' : 'off';
+      return document.designMode === (on ? 'on' : 'off');
+    },
+    bodyHtml: () => ({html: innerHtml(), local: localReferences(body())}),
+    setBodyHtml: (html) => {
+      body().innerHTML = html;
+      return localReferences(body());
+    },
+    localReferences: (html) => localReferences(inert(html)),
+    rename: (names) => {
+      rename(body(), names);
+      return true;
+    },
+    references: (selector, attribute) =>
+        Array.from(body().querySelectorAll(selector + '[' + attribute + ']'),
+                   (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
+    insert: insert,
+    command: command,
+    commandStates: (names) => names.map((name) => document.queryCommandState(name)),
+    hasSelection: hasSelection,
+    selectedText: selectedText,
+    linkAtCaret: linkAtCaret,
+    createLink: createLink,
+    tableInfo: tableInfo,
+    editTable: editTable,
+    slideFrame: () => {
+      const frame = document.querySelector('frame[name="PPTSld"], iframe[name="PPTSld"]');
+      if (!frame)
+        return undefined;
+      try {
+        return String(frame.contentWindow.location.href);
+      } catch (refused) {
+        return frame.src;
+      }
+    },
+    characterSet: () => document.characterSet,
+    watch: watch,
+  };
+
+  return function (name, args) {
+    try {
+      const value = FUNCTIONS[name](...args);
+      return JSON.stringify(value === undefined ? {undefined: true} : {value: value});
+    } catch (error) {
+      return JSON.stringify({error: String(error)});
+    }
+  };
+})()
