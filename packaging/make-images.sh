@@ -14,11 +14,14 @@ png() {
     rsvg-convert -w $(($2 * 2)) -h $(($3 * 2)) "$1" -o "$4@2x.png"
 }
 
-# The same as 32-bit BMP whose header declares the alpha channel, which Qt and Windows both honour.
+# The same as 32-bit BMP whose header declares the alpha channel, which Qt and Windows both honour. What is clear
+# is white as well, for a reader that takes white for clear.
 bmp() {
     png "$1" "$2" "$3" "$work/bmp"
-    convert "$work/bmp.png" -define bmp:format=bmp4 -type TrueColorAlpha "BMP:$4.bmp"
-    convert "$work/bmp@2x.png" -define bmp:format=bmp4 -type TrueColorAlpha "BMP:$4@2x.bmp"
+    for scale in "" "@2x"; do
+        convert "$work/bmp$scale.png" -background white -alpha background -define bmp:format=bmp4 \
+            -type TrueColorAlpha "BMP:$4$scale.bmp"
+    done
 }
 
 rm -rf "$images"
