@@ -2,6 +2,7 @@
 
 #include "course/Course.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 
@@ -30,21 +31,31 @@ public:
     qint32 GetOpenType() const;
 
     QList<NodeHeader> GetChildren() const;
+    /// All nodes below this one, depth first, parents before their children.
+    QList<NodeHeader> GetDescendants() const;
     bool ChildExists(const QString& strTitle) const;
     /// Id -1 when there is none.
     NodeHeader FindChild(const QString& strTitle) const;
 
-    /// Adds the row and the folder as one step: neither stays without the other.
+    /// Adds the row and the folder as one step: neither stays without the other. The title is not checked.
     std::unique_ptr<CBookNode> AddChild(const QString& strTitle);
     /// Stores and takes the title; false when the store refused.
     bool SetTitle(const QString& strTitle);
-    /// The node with all below it, children first, each row with its folder.
+    /// The node with all below it, children first: all rows or none, then their folders. A folder that can't
+    /// be removed stays behind as litter.
     bool Delete();
+    /// Among the siblings; false when the store refused.
+    bool MoveUp();
+    bool MoveDown();
 
-    /// Clears the folder, makes "res", copies the page, writes the row. False when there is no page to copy.
+    /// Clears the folder, makes "res", copies the template's page (the general page where the template has no
+    /// such page), writes the row. False, with nothing changed, when there is no page to copy.
     bool InitFromTemplatePage(const QString& strTemplate, const QString& strPage);
-    /// Kind 0 of the content wizard: an editor page from the template's general page.
+    /// Kind 0 of the content wizard: an editor page from the general page of the course's template, without a
+    /// "Content.htm" where the template has none. What can fail for another reason than the disk fails before
+    /// the old content is gone.
     void CreateEditorPage(qint32 nOpenType);
+    /// Empties the folder and the row; the children and the stored size stay.
     bool ClearContent();
     /// Replaces "Content.htm" as a whole and refreshes the size. Throws when it can't be written: the page on
     /// disk is then what it was.
@@ -52,6 +63,11 @@ public:
     void UpdateSize();
 
 private:
+    CBookDatabase& Store() const;
+    /// Makes the node's folder where it has vanished.
+    void EnsureFolder() const;
+    void BuildEditorPage(const QByteArray* pPage, qint32 nOpenType);
+
     CCourse& m_course;
     qint32 m_nId;
     QString m_strTitle;

@@ -25,7 +25,11 @@ inline constexpr int c_nRecorder = 3;
 /// substring test, which the empty extension passes.
 bool IsBrowserFile(const QString& strExtension);
 
-/// The view that shows a node when it is not being edited.
+/// The view for a node of this type whose content path has this extension.
+EViewKind KindView(qint32 nType, const QString& strExtension);
+
+/// The view that shows a node when it is not being edited. Throws Torvane::CRunException when the store can't
+/// be read.
 EViewKind KindView(const CBookNode& node);
 
 /// The view for a selected node, by whether its item has children.

@@ -1,0 +1,90 @@
+#include "content/NewCourse.h"
+
+#include "content/Texts.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Files.h"
+#include "foundation/Paths.h"
+#include "foundation/SysInfo.h"
+
+namespace {
+
+using Torvane::File::EPathKind;
+
+QString CourseFolderBelow(const QString& strFolder, const QString& strName) {
+    return Torvane::File::AddBackslash(strFolder) + strName + u'\\' + ContentText::c_strCourseSubFolder;
+}
+
+/// A drive or a share comes first. A folder relative to wherever the program was started is nobody's wish.
+bool IsAbsolute(const QString& strFolder) {
+    return strFolder.startsWith(QLatin1String("\\\\")) ||
+           (strFolder.size() >= 3 && strFolder.at(1) == u':' && strFolder.at(2) == u'\\');
+}
+
+bool MakeFolder(const QString& strFolder) {
+    if (!IsAbsolute(strFolder))
+        return false;
+    try {
+        Torvane::File::CreateFolderPath(strFolder);
+    } catch (const Torvane::CRunException&) {
+        return false;
+    }
+    return Torvane::File::IsFolder(strFolder);
+}
+
+} // namespace
+
+void CCourseFolderStep::Enter(const QString& strCourse) {
+    if (strCourse == m_strSeen)
+        return;
+    m_strSeen = strCourse;
+    strName = strCourse;
+    strFolder = CourseFolderBelow(CSysInfo::Instance().GetProjectsFolder(false), strCourse);
+}
+
+void CCourseFolderStep::TakePicked(const QString& strPicked) {
+    strFolder = CourseFolderBelow(strPicked, strName);
+}
+
+QString CCourseFolderStep::Next() const {
+    if (strName.isEmpty())
+        return ContentText::c_strNoCourseName;
+    if (strFolder.isEmpty())
+        return ContentText::c_strNoCourseFolder;
+    const QString strBare = Torvane::File::WithoutBackslash(strFolder);
+    const EPathKind kind = Torvane::File::GetPathKind(strBare);
+    if (kind == EPathKind::Folder && !Torvane::File::IsFolderEmpty(strBare))
+        return ContentText::c_strFolderNotEmpty;
+    if (!MakeFolder(strBare))
+        return ContentText::c_strFolderNotMade;
+    return {};
+}
+
+QStringList PreviewRows(const CTemplateStore& store, const QString& strTemplate) {
+    QStringList rows{ContentText::c_strOverallPreview};
+    if (!strTemplate.isEmpty())
+        store.ListPages(strTemplate, rows);
+    return rows;
+}
+
+QString PreviewPath(const CTemplateStore& store, const QString& strTemplate, int nRow,
+                    const QString& strRow) {
+    if (strTemplate.isEmpty())
+        return {};
+    return nRow == 0 ? store.GetPreviewPath(strTemplate) : store.GetPagePreviewPath(strTemplate, strRow);
+}
+
+QString SummaryText(const CreateRecord& record, const QString& strShownFolder) {
+    using namespace ContentText;
+    const QStringList lines{c_strSummaryCourse + record.Info.Name,
+                            c_strSummaryTeacher + record.Info.TeacherName,
+                            c_strSummaryProject + record.FileTitle, c_strSummaryFolder + strShownFolder,
+                            c_strSummaryTemplate + record.TemplateName};
+    return lines.join(QLatin1String("\r\n"));
+}
+
+void CompleteRecord(CreateRecord& record) {
+    // A list that breaks off is handed over as far as it goes: creation says what is wrong with it.
+    record.InitialNodes.clear();
+    LoadInitialNodes(record.TemplateName, record.InitialNodes);
+    record.Folder = Torvane::File::AddBackslash(record.Folder);
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "content/BookNode.h"
+#include "foundation/Files.h"
+#include "foundation/Paths.h"
+#include "foundation/SysInfo.h"
+#include "foundation/TextFile.h"
+#include "platform/base/NativePath.h"
+#include "tests/support/ScriptedPeople.h"
+#include "tests/support/TempFolder.h"
+
+#include <SQLiteCpp/Database.h>
+#include <gtest/gtest.h>
+
+/// A course server that agrees with everything.
+class CAgreeingSession : public ICourseSession {
+public:
+    bool ReportStatus(CCourse&, int, const CourseFigures&, bool) override { return true; }
+};
+
+/// The template always exists, so nobody is asked.
+class CNoTemplateChooser : public ITemplateChooser {
+public:
+    std::optional<QString> ChooseTemplate(const QString&) override { return std::nullopt; }
+};
+
+/// A real course, made and opened in a temporary folder by an installation of its own: templates "红" (with
+/// pages) and "空" (without any), and a seed.
+class CCourseOnDisk {
+public:
+    CTempFolder Folder;
+    CScriptedPeople People;
+    std::unique_ptr<CCourse> pCourse;
+
+    CCourseOnDisk() {
+        using namespace Qt::StringLiterals;
+        CSysInfo::Reset(Folder.Path(u"程序\\Vorel.exe"_s));
+        const CSysInfo& settings = CSysInfo::Instance();
+        Put(settings.GetSysDataFolder(true) + u"SelfDefineTitle.ini"_s, "[x]\r\n");
+        Put(settings.GetTemplatesFolder(true) + u"红\\eht\\htm\\通用页面.htm"_s, "<p>general</p>\r\nend\r\n");
+        Put(settings.GetTemplatesFolder(true) + u"红\\eht\\htm\\简介.htm"_s, "<p>intro\xFF\n\n");
+        Put(settings.GetTemplatesFolder(true) + u"红\\背景色.txt"_s, "#102030");
+        Put(settings.GetTemplatesFolder(true) + u"空\\icon.bmp"_s, "");
+        MakeSeed(settings.GetSysDataFolder(true) + u"Data\\"_s);
+        const QString strProject = Folder.Path(u"课程\\课.vcp"_s);
+        CCourse fresh(strProject, Services());
+        fresh.Create({{7, u"物理"_s, u"王老师"_s}, u"课"_s, Folder.Path(u"课程"_s), {}, u"红"_s});
+        pCourse = std::make_unique<CCourse>(strProject, Services());
+        if (!pCourse->Open())
+            ADD_FAILURE() << "the course does not open";
+    }
+
+    CourseServices Services() { return {People, m_session, m_templates, m_nodes}; }
+    CBookDatabase& Store() { return *pCourse->GetDatabase(); }
+
+    /// What stands below a node's folder, "N<id>\…".
+    QString NodePath(qint32 nId, const QString& strBelow = QString()) const {
+        return QStringLiteral("课程\\Data\\Courseware\\NodeResource\\N%1\\").arg(nId) + strBelow;
+    }
+
+    static void Put(const QString& strPath, const QByteArray& bytes) {
+        Torvane::File::CreateFolderPath(Torvane::File::ParentFolder(strPath));
+        ReplaceFile(strPath, bytes);
+    }
+
+private:
+    static void MakeSeed(const QString& strData) {
+        Torvane::File::CreateFolderPath(strData + QStringLiteral("DataBase"));
+        Torvane::File::CreateFolderPath(strData + QStringLiteral("Courseware\\NodeResource"));
+        SQLite::Database seed(
+            Platform::ToNativeExact(strData + QStringLiteral("DataBase\\VorelCourse.mdb")).toStdString(),
+            SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        seed.exec(
+            "CREATE TABLE Book (Id INTEGER PRIMARY KEY AUTOINCREMENT, ParentId INTEGER NOT NULL DEFAULT 0,"
+            " [Index] INTEGER NOT NULL DEFAULT 0, Title VARCHAR(1024) NOT NULL DEFAULT '',"
+            " Type INTEGER NOT NULL DEFAULT -1, Path VARCHAR(1024) NOT NULL DEFAULT '',"
+            " OpenType INTEGER NOT NULL DEFAULT 0, FileName VARCHAR(255) NOT NULL DEFAULT '',"
+            " Comment VARCHAR(255) NOT NULL DEFAULT '', [Size] DOUBLE NOT NULL DEFAULT 0,"
+            " TimeLastModified DATETIME)");
+        seed.exec("INSERT INTO Book (Id, [Index]) VALUES (1, 1), (2, 2), (3, 3)");
+    }
+
+    CAgreeingSession m_session;
+    CNoTemplateChooser m_templates;
+    CNodeMakerFactory m_nodes;
+};

@@ -1,0 +1,90 @@
+#include "content/NewCourse.h"
+
+#include "foundation/Files.h"
+#include "foundation/SysInfo.h"
+#include "foundation/TextFile.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class NewCourseTest : public ::testing::Test {
+protected:
+    CTempFolder m_folder;
+    CCourseFolderStep m_step;
+
+    NewCourseTest() { CSysInfo::Reset(m_folder.Path(u"程序\\Vorel.exe"_s)); }
+    void Put(const QString& strFolder, const QString& strName, const QByteArray& bytes) {
+        Torvane::File::CreateFolderPath(strFolder);
+        ReplaceFile(strFolder + strName, bytes);
+    }
+};
+
+TEST_F(NewCourseTest, AnotherCoursePresetsTheFieldsAnew) {
+    const QString strProjects = CSysInfo::Instance().GetProjectsFolder(true);
+    m_step.Enter(u"物理"_s);
+    EXPECT_EQ(m_step.strName, u"物理"_s);
+    EXPECT_EQ(m_step.strFolder, strProjects + u"物理\\申报网站"_s);
+    m_step.strName = u"力学"_s;
+    m_step.TakePicked(u"Z:\\d"_s);
+    EXPECT_EQ(m_step.strFolder, u"Z:\\d\\力学\\申报网站"_s);
+    m_step.Enter(u"物理"_s);
+    EXPECT_EQ(m_step.strName, u"力学"_s);
+    m_step.Enter(u"化学"_s);
+    EXPECT_EQ(m_step.strFolder, strProjects + u"化学\\申报网站"_s);
+}
+
+TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
+    m_folder.Write(u"满\\x.txt"_s, "x");
+    m_folder.MakeFolder(u"空"_s);
+    struct Case {
+        QString strName;
+        QString strFolder;
+        QString strWarning;
+    };
+    for (const Case& c :
+         {Case{{}, {}, u"请您填写课程名"_s}, Case{u"课"_s, {}, u"请您填写课程路径"_s},
+          Case{u"课"_s, m_folder.Path(u"满"_s),
+               u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s},
+          Case{u"课"_s, m_folder.Path(u"满\\x.txt"_s), u"创建课程文件夹失败，请您重试!"_s},
+          Case{u"课"_s, m_folder.Path(u"满\\x.txt\\y"_s), u"创建课程文件夹失败，请您重试!"_s},
+          Case{u"课"_s, u"只有名字"_s, u"创建课程文件夹失败，请您重试!"_s},
+          Case{u"课"_s, m_folder.Path(u"空"_s), {}}, Case{u"课"_s, m_folder.Path(u"新\\深\\"_s), {}},
+          Case{u"课"_s, m_folder.Path(u"新\\深"_s), {}}}) {
+        m_step.strName = c.strName;
+        m_step.strFolder = c.strFolder;
+        EXPECT_EQ(m_step.Next(), c.strWarning) << c.strFolder.toStdString();
+    }
+    EXPECT_TRUE(m_folder.Exists(u"新\\深"_s));
+}
+
+TEST_F(NewCourseTest, PreviewsAndTheTemplatesNodes) {
+    const QString strTemplates = CSysInfo::Instance().GetTemplatesFolder(true);
+    const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
+    Put(strTemplates + u"红\\eht\\htm\\"_s, u"简介.htm"_s, "x");
+    Put(strTemplates + u"红\\"_s, u"InitialNodes.txt"_s, "a,-1,1,,1\r\nb,-1,-1,p,0\r\n");
+    Put(CSysInfo::Instance().GetSysDataFolder(true), u"VorelInitialNodes.txt"_s, "d,-1,-1,,1\r\n");
+    const QStringList rows = PreviewRows(store, u"红"_s);
+    EXPECT_EQ(rows, (QStringList{u"整体预览"_s, u"简介"_s}));
+    EXPECT_EQ(PreviewRows(store, QString()), QStringList{u"整体预览"_s});
+    EXPECT_EQ(PreviewPath(store, u"红"_s, 0, rows[0]), strTemplates + u"红\\Preview.jpg"_s);
+    EXPECT_EQ(PreviewPath(store, u"红"_s, 1, rows[1]), strTemplates + u"红\\PreviewImgs\\简介.jpg"_s);
+    EXPECT_EQ(PreviewPath(store, QString(), 0, rows[0]), QString());
+
+    CreateRecord record{{9, u"物理"_s, u"王"_s}, u"课"_s, u"Z:\\d"_s, {}, u"红"_s};
+    CompleteRecord(record);
+    EXPECT_EQ(record.Folder, u"Z:\\d\\"_s);
+    ASSERT_EQ(record.InitialNodes.size(), 2);
+    EXPECT_FALSE(record.InitialNodes.at(1).Selected);
+    record.TemplateName = u"没有表"_s;
+    CompleteRecord(record);
+    ASSERT_EQ(record.InitialNodes.size(), 1);
+    EXPECT_EQ(record.InitialNodes.at(0).Title, u"d"_s);
+    EXPECT_EQ(SummaryText(record, u"/d"_s), u"课 程 名：物理\r\n教 师 名：王\r\n工 程 名：课\r\n"
+                                            "路    径：/d\r\n模    板：没有表"_s);
+}
+
+} // namespace

@@ -1,0 +1,96 @@
+#include "content/TreeRules.h"
+
+#include "content/ViewKind.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TitleTaken In(const QStringList& titles) {
+    return [titles](const QString& strTitle) { return titles.contains(strTitle); };
+}
+
+TEST(TreeRulesTest, NewTitlesTakeTheFirstFreeNumber) {
+    EXPECT_EQ(NewTitle(In({})), u"新建栏目"_s);
+    EXPECT_EQ(NewTitle(In({u"新建栏目2"_s})), u"新建栏目"_s);
+    EXPECT_EQ(NewTitle(In({u"新建栏目"_s, u"新建栏目2"_s, u"新建栏目4"_s})), u"新建栏目3"_s);
+}
+
+TEST(TreeRulesTest, SeveralTitlesInOneInput) {
+    EXPECT_EQ(SplitTitles(u"第一章，, 第二章 ,a，\t"_s), (QStringList{u"第一章"_s, u"第二章"_s, u"a"_s}));
+    EXPECT_TRUE(SplitTitles(u" ， "_s).isEmpty());
+    const QString strLong(41, u'章');
+    EXPECT_EQ(CheckNewTitle(strLong.chopped(1), In({})), QString());
+    // The length comes first here.
+    EXPECT_EQ(CheckNewTitle(strLong, In({strLong})),
+              u"栏目名称最多为40个字符, \""_s + strLong + u"\"超出了限制，无法创建。"_s);
+    EXPECT_EQ(CheckNewTitle(u"%1"_s, In({u"%1"_s})), u"父栏目下已有名为\"%1\"的栏目存在。"_s);
+}
+
+TEST(TreeRulesTest, RenamingChecksTheClashBeforeTheLength) {
+    const QString strLong(41, u'章');
+    struct Case {
+        QString strNew;
+        bool bStore;
+        QString strWarning;
+    };
+    for (const Case& c :
+         {Case{{}, false, {}}, Case{u"旧"_s, false, {}}, Case{u"新"_s, true, {}}, Case{u" "_s, true, {}},
+          Case{strLong.chopped(1), true, {}}, Case{u"他"_s, false, u"对不起，父栏目下已有同名栏目存在！"_s},
+          Case{strLong + u'x', false, u"对不起，栏目名称最大为40个字符！"_s},
+          Case{strLong, false, u"对不起，父栏目下已有同名栏目存在！"_s}}) {
+        const RenameCheck check = CheckRename(c.strNew, u"旧"_s, In({u"他"_s, strLong}));
+        EXPECT_EQ(check.bStore, c.bStore) << c.strNew.toStdString();
+        EXPECT_EQ(check.strWarning, c.strWarning) << c.strNew.toStdString();
+    }
+}
+
+TEST(TreeRulesTest, CommandsAreOfferedByLineAndType) {
+    // For each command: the lines Head, Root, empty node, page, file, link; last while the editor shows a
+    // page.
+    struct Case {
+        int nCommand;
+        const char* pszOffered;
+    };
+    const TreeSelection selections[]{{ETreeLine::Course, -1}, {ETreeLine::Root, -1}, {ETreeLine::Node, -1},
+                                     {ETreeLine::Node, 0},    {ETreeLine::Node, 1},  {ETreeLine::Node, 3}};
+    for (const Case& c : {Case{32772, "001111 1"}, Case{32910, "001111 1"}, Case{32773, "011111 1"},
+                          Case{32909, "011111 1"}, Case{32869, "001111 0"}, Case{32870, "011111 0"},
+                          Case{32774, "001111 0"}, Case{32775, "001111 0"}, Case{32814, "001111 0"},
+                          Case{32913, "011111 1"}, Case{32815, "000110 0"}, Case{32914, "000110 1"},
+                          Case{32816, "001111 0"}, Case{32817, "001111 0"}, Case{32919, "000110 0"},
+                          Case{32918, "000111 1"}, Case{32934, "000111 1"}, Case{32881, "011111 1"},
+                          Case{32917, "011111 1"}, Case{32882, "000000 0"}}) {
+        std::string offered;
+        for (const TreeSelection& selection : selections)
+            offered += IsTreeCommandEnabled(c.nCommand, selection, false) ? '1' : '0';
+        offered += IsTreeCommandEnabled(c.nCommand, selections[3], true) ? " 1" : " 0";
+        EXPECT_EQ(offered, c.pszOffered) << c.nCommand;
+        EXPECT_FALSE(IsTreeCommandEnabled(c.nCommand, {}, false)) << c.nCommand;
+    }
+}
+
+TEST(TreeRulesTest, ADeletionListsEveryDescendant) {
+    EXPECT_EQ(DeletionListText({}), u"<该栏目没有有内容的子栏目>"_s);
+    EXPECT_EQ(DeletionListText({{4, u"a"_s, -1}, {5, u"b"_s, 0}}), u"a\r\nb\r\n"_s);
+}
+
+TEST(ViewKindTest, TheBrowserShowsAnyPartOfItsList) {
+    for (const QString& strShown : {u".htm"_s, u".HTML"_s, u".m"_s, u".pn"_s, u""_s, u".asf"_s, u".r"_s})
+        EXPECT_TRUE(IsBrowserFile(strShown)) << strShown.toStdString();
+    for (const QString& strOther : {u".doc"_s, u".pngx"_s, u".ppt"_s, u".mp4"_s})
+        EXPECT_FALSE(IsBrowserFile(strOther)) << strOther.toStdString();
+}
+
+TEST(ViewKindTest, TheViewHangsOnTheType) {
+    const EViewKind expected[]{EViewKind::Nothing,     EViewKind::ShowContent, EViewKind::ToolButtons,
+                               EViewKind::ShowContent, EViewKind::ShowContent, EViewKind::ToolButtons,
+                               EViewKind::ShowContent, EViewKind::ShowContent, EViewKind::Nothing};
+    for (int nType = -1; nType <= 7; ++nType)
+        EXPECT_EQ(KindView(nType, u".doc"_s), expected[nType + 1]) << nType;
+    EXPECT_EQ(KindView(NodeType::c_nExternalFile, QString()), EViewKind::ShowContent);
+}
+
+} // namespace
