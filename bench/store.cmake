@@ -1,0 +1,2 @@
+vorel_program(bench_store SOURCES bench_store.cpp USES vorel_course vorel_seed_data SQLite::SQLite3
+              OpenSSL::Crypto)

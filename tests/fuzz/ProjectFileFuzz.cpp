@@ -1,0 +1,24 @@
+// Project files come from other teachers' disks. Whatever one holds, changing its template must neither lose
+// the companions' values nor make two readings differ.
+#include "course/ProjectFile.h"
+#include "tests/fuzz/CourseFuzz.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
+    CProjectFile file;
+    file.SetPath(FuzzFile(QStringLiteral("a.vcp"), pData, nSize));
+    if (!file.Load())
+        return 0;
+    const CCourseInfo info = file.GetCourseInfo();
+    const QString strLastDir = file.GetLastDir();
+    file.SetTemplateName(QStringLiteral("模板"));
+    file.Save();
+    CProjectFile again;
+    again.SetPath(FuzzFolder().Path(QStringLiteral("a.vcp")));
+    FuzzCheck(again.Load(), "a saved file loads");
+    FuzzCheck(again.GetTemplateName() == QStringLiteral("模板"), "the template is stored");
+    FuzzCheck(again.GetCourseInfo().Id == info.Id, "the id stays");
+    // Bytes that are no text can't be written back as they were, so only what was text is compared.
+    if (!strLastDir.contains(QChar::ReplacementCharacter))
+        FuzzCheck(again.GetLastDir() == strLastDir, "the compiler's folder stays");
+    return 0;
+}

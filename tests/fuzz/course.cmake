@@ -1,0 +1,5 @@
+vorel_fuzz(vorel_fuzz_project_file SOURCES ProjectFileFuzz.cpp USES vorel_course)
+vorel_fuzz(vorel_fuzz_data_info SOURCES DataInfoFuzz.cpp USES vorel_course)
+vorel_fuzz(vorel_fuzz_initial_nodes SOURCES InitialNodesFuzz.cpp USES vorel_course)
+vorel_fuzz(vorel_fuzz_back_color SOURCES BackColorFuzz.cpp USES vorel_course)
+vorel_fuzz(vorel_fuzz_book_database SOURCES BookDatabaseFuzz.cpp USES vorel_course)
