@@ -17,8 +17,13 @@ public:
     /// "http://" goes in front unless the text begins with exactly that; "/" goes behind unless it is there.
     void SetBaseUrl(const QString& strUrl);
     void SetWaitStep(Torvane::Net::CHttpClient::WaitStep step);
+    /// Who the client says it is, instead of the person at this machine.
+    void SetIdentity(const QByteArray& identity);
 
     QList<CCourseInfo> GetCourseList(qint32 nProvince, const QString& strSchoolName);
+
+    /// The request of the course list for its failure alone, whose reason comes out as it stands.
+    void TestLink(qint32 nProvince, const QString& strSchoolName);
 
     /// True when the password is accepted. Name and teacher of info become the server's, also when it is not.
     bool CheckPassword(CCourseInfo& info, const QString& strPassword, qint32& nRights);
@@ -31,6 +36,7 @@ private:
 
     QByteArray m_baseUrl;
     Torvane::Net::CHttpClient m_client;
+    QByteArray m_identity;
     QByteArray m_keyOne;
     QByteArray m_keyTwo;
 };

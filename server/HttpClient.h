@@ -38,7 +38,8 @@ public:
     void ClearParameters();
 
     /// The body's length in bytes, for Head the content length. Throws CHttpClientException, and
-    /// Torvane::CRunException for a URL that is none. A status from 200 to 400 is a success.
+    /// Torvane::CRunException for a URL that is none. A status from 200 to 400 is a success; redirects are
+    /// not followed. A server that says nothing for a minute, or sends more than 64 MB, fails.
     qint64 Request(QByteArrayView url, EHttpMethod method, QByteArrayView agent, qint32 nRangeStart = 0,
                    qint32 nRangeLength = 0);
 
@@ -47,7 +48,6 @@ public:
     QByteArray GetBody() const;
 
 private:
-    struct Transfer;
     WaitStep m_waitStep;
     QByteArray m_headers;
     QByteArray m_body;

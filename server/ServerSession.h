@@ -33,7 +33,10 @@ public:
 
     /// True when the password was accepted.
     bool PromptPassword(CCourse& course);
+    /// True when the password was changed. Takes over what the server says of the course's names into info.
     bool ChangePassword(CCourseInfo& info, const QString& strPrompt);
+    /// The same for an open course, under the dialog's own prompt.
+    bool ChangePassword(CCourse& course);
 
     /// The validate step of the compile commands: status "正在验证课程...", a report of type 264 with empty
     /// figures.
@@ -42,7 +45,19 @@ public:
     /// One request to the server at this address that needs no course. Throws Torvane::CRunException.
     void TestLink(const QString& strServerUrl);
 
+    /// One request each under a status window, with the settings' address. Throw Torvane::CRunException, and
+    /// Verify CInvalidLogException.
+    bool Verify(CCourseInfo& info, const QString& strPassword, qint32& nRights);
+    QList<CCourseInfo> FetchCourses();
+
+    /// A failure's text with Retry and Cancel; true for Retry.
+    bool AskRetry(const QString& strText);
+
 private:
+    void Prepare(CCourseServer& server, const QString& strServerUrl) const;
+    void TakeIdentity(CCourse& course, const CCourseInfo& info);
+    bool SendChange(CCourseInfo& info, const ISessionDialogs::PasswordChange& change);
+
     Torvane::Dialog::MFC::IPeople& m_people;
     ISessionDialogs& m_dialogs;
 };
@@ -58,7 +73,8 @@ public:
 
     /// "课程编号:…\r\n课程名称:…\r\n教师名称:…"
     static QString DetailsText(const CCourseInfo& info);
-    /// Index of the first course whose name begins with the text; -1 for none.
+    /// Index of the first course whose name begins with the text, ignoring ASCII case; -1 for none and for an
+    /// empty text.
     int FindByPrefix(const QString& strText) const;
 
     enum class ENext { Stay, StayOnPassword, Go };
@@ -68,6 +84,8 @@ public:
     const CCourseInfo& GetChosen() const { return m_chosen; }
 
 private:
+    ENext Verify(CCourseInfo info, const QString& strPassword);
+
     Torvane::Dialog::MFC::IPeople& m_people;
     CServerSession& m_session;
     QList<CCourseInfo> m_courses;
@@ -82,3 +100,10 @@ struct PasswordFault {
     bool bEmptyConfirm = false;
 };
 PasswordFault CheckPasswordChange(const QString& strOld, const QString& strNew, const QString& strConfirm);
+
+/// The server address as a person typed it: trimmed and in lower case, with a message when it can't be one.
+struct AddressCheck {
+    QString strAddress;
+    QString strMessage;
+};
+AddressCheck CheckServerAddress(const QString& strText);
