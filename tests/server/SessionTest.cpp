@@ -1,0 +1,296 @@
+#include "course/ProjectFile.h"
+#include "foundation/Ciphers.h"
+#include "foundation/Exceptions.h"
+#include "server/Protocol.h"
+#include "server/ServerSession.h"
+#include "tests/support/CourseFakes.h"
+#include "tests/support/CourseServiceThread.h"
+#include "tests/support/ScriptedDialogs.h"
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+using Torvane::Dialog::MFC::BoxAnswer;
+using Torvane::Dialog::MFC::BoxButtons;
+using Torvane::Dialog::MFC::BoxIcon;
+
+namespace {
+
+const QString c_strInitial =
+    u"您的密码初始密码，我们推荐您更改密码，以保证您课程的安全！\n您要修改密码吗？"_s;
+const QString c_strLost = u"与服务器的连接意外中断，请您重新打开课程。"_s;
+
+/// A course on disk and the real course server that knows it, password "123456".
+class SessionTest : public testing::Test {
+protected:
+    CCourseWorld World;
+    CCourseServiceThread Server;
+    CScriptedDialogs Dialogs;
+    CServerSession Session{World.People, Dialogs};
+    CourseServices Services{World.People, Session, World.Templates, World.Nodes};
+    CCourse Course{World.ProjectPath(), Services};
+
+    SessionTest() {
+        ServedCourse course{42, 11, u"测试大学"_s, u"高等数学"_s, u"李老师"_s, Md5Hex("123456"), false, true};
+        Server.OpenStore().AddCourse(course);
+        World.MakeCourse();
+        UseServer(Server.Url());
+    }
+    void UseServer(const QString& strUrl) {
+        World.Write(u"程序\\AppInfo.ini"_s,
+                    u"[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\nServerURL="_s + strUrl + u"\r\n"_s);
+        CSysInfo::Reset(World.Folder.Path(u"程序\\Vorel"_s));
+    }
+    void OpenCourse() {
+        Dialogs.Passwords.push_back(u"123456"_s);
+        ASSERT_TRUE(Course.Open());
+        World.People.Boxes.clear();
+        World.People.Statuses.clear();
+    }
+    bool Heartbeat() { return Session.ReportStatus(Course, StatusType::c_nHeartbeat, {}, true); }
+    /// A client on another machine, which has proven the password.
+    std::unique_ptr<CCourseServer> Other() {
+        auto pOther = std::make_unique<CCourseServer>();
+        pOther->SetIdentity("somebody else");
+        pOther->SetBaseUrl(Server.Url());
+        CCourseInfo info = World.Record().Info;
+        qint32 nRights = 0;
+        EXPECT_TRUE(pOther->CheckPassword(info, u"123456"_s, nRights));
+        return pOther;
+    }
+    bool OtherReports(CCourseServer& other, int nType) {
+        return other.CheckCourseInfo(World.Record().Info, u"测试大学"_s, nType, {});
+    }
+    void ExpectLastBox(BoxButtons buttons, BoxIcon icon, const QString& strTitle) {
+        ASSERT_FALSE(World.People.Boxes.empty());
+        EXPECT_EQ(World.People.Boxes.back().Buttons, buttons);
+        EXPECT_EQ(World.People.Boxes.back().Icon, icon);
+        EXPECT_EQ(World.People.Boxes.back().strTitle, strTitle);
+    }
+};
+
+TEST_F(SessionTest, ThePasswordHoldsUntilTheCourseIsClosed) {
+    OpenCourse();
+    EXPECT_TRUE(Heartbeat());
+    EXPECT_TRUE(Session.ValidateCourse(Course));
+    EXPECT_EQ(World.People.Statuses, QStringList{u"正在验证课程..."_s});
+    Course.Close();
+    CCourse again(World.ProjectPath(), Services);
+    Dialogs.Passwords.push_back(std::nullopt);
+    EXPECT_FALSE(again.Open()) << "asked again, and cancelled";
+}
+
+TEST_F(SessionTest, AWrongPasswordBringsTheDialogBack) {
+    Dialogs.Passwords = {u"654321"_s, u""_s, std::nullopt};
+    World.People.Expect(u"密码错误，请您重新输入!"_s);
+    World.People.Expect(u"密码错误，请您重新输入!"_s);
+    EXPECT_FALSE(Course.Open());
+    ExpectLastBox(BoxButtons::Ok, BoxIcon::Stop, u"错误"_s);
+    ASSERT_EQ(Dialogs.Infos.size(), 3U);
+    EXPECT_EQ(Dialogs.Infos[2], World.Record().Info);
+}
+
+TEST_F(SessionTest, ACourseRenamedOnTheServerIsRenamedHere) {
+    OpenCourse();
+    Server.OpenStore().RemoveClientsBefore(std::numeric_limits<qint64>::max());
+    CProjectFile file;
+    file.SetPath(World.ProjectPath());
+    file.Load();
+    file.SetCourseInfo({42, u"旧名"_s, u"旧人"_s});
+    file.Save();
+    CCourse renamed(World.ProjectPath(), Services);
+    Dialogs.Passwords.push_back(u"123456"_s);
+    ASSERT_TRUE(renamed.Open());
+    EXPECT_EQ(Dialogs.Infos.back().Name, u"旧名"_s);
+    EXPECT_EQ(renamed.GetInfo(), World.Record().Info);
+    file.Load();
+    EXPECT_EQ(file.GetCourseInfo(), World.Record().Info);
+}
+
+TEST_F(SessionTest, ALostSessionEndsTheReport) {
+    OpenCourse();
+    {
+        CCourseStore store = Server.OpenStore();
+        store.PutClient(
+            42, {store.ListClients(42).first().strTag, true, QDateTime::currentMSecsSinceEpoch() - 301'000});
+    }
+    World.People.Expect(c_strLost);
+    EXPECT_FALSE(Heartbeat());
+    ExpectLastBox(BoxButtons::Ok, BoxIcon::Stop, u"错误"_s);
+    EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nClosed, {}, false)) << "and says nothing";
+}
+
+TEST_F(SessionTest, OneUserACourse) {
+    const auto pOther = Other();
+    ASSERT_TRUE(OtherReports(*pOther, StatusType::c_nOpened));
+    Dialogs.Passwords.push_back(u"123456"_s);
+    World.People.Expect(u"对不起，多人无法同时使用本课程！"_s, BoxAnswer::Cancel);
+    EXPECT_FALSE(Course.Open());
+    ExpectLastBox(BoxButtons::RetryCancel, BoxIcon::Stop, u"错误"_s);
+
+    // The other one leaves while the box stands.
+    class CLeaves : public CScriptedPeople {
+    public:
+        std::function<void()> OnBox;
+        BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
+                      BoxIcon icon) override {
+            OnBox();
+            return CScriptedPeople::Ask(strText, strTitle, buttons, icon);
+        }
+    } people;
+    people.OnBox = [&] { EXPECT_TRUE(OtherReports(*pOther, StatusType::c_nClosed)); };
+    people.Expect(u"对不起，多人无法同时使用本课程！"_s, BoxAnswer::Retry);
+    CServerSession session(people, Dialogs);
+    EXPECT_TRUE(session.ReportStatus(Course, StatusType::c_nOpened, {}, true));
+    EXPECT_THROW(OtherReports(*Other(), StatusType::c_nOpened), Torvane::CRunException)
+        << "the course is ours now";
+}
+
+TEST_F(SessionTest, AServerThatIsDownAsksOrStaysSilent) {
+    OpenCourse();
+    Server.Stop();
+    World.People.Expect(u"无法与服务器建立连接。"_s, BoxAnswer::Retry);
+    World.People.Expect(u"无法与服务器建立连接。"_s, BoxAnswer::Cancel);
+    EXPECT_FALSE(Heartbeat());
+    ExpectLastBox(BoxButtons::RetryCancel, BoxIcon::Stop, u"错误"_s);
+    EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nClosed, {}, false));
+    Server.Start();
+    EXPECT_TRUE(Heartbeat()) << "a restarted server knows its sessions";
+}
+
+TEST_F(SessionTest, ARefusedReportAtTheEndAsksNothing) {
+    OpenCourse();
+    Server.OpenStore().RemoveClientsBefore(std::numeric_limits<qint64>::max());
+    EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nClosed, {1, 1.0, 1}, false));
+    Dialogs.Passwords.push_back(std::nullopt);
+    EXPECT_FALSE(Heartbeat());
+}
+
+TEST_F(SessionTest, ThePasswordIsChanged) {
+    Dialogs.Changes = {ISessionDialogs::PasswordChange{u"wrong"_s, u"密码密"_s},
+                       ISessionDialogs::PasswordChange{u"123456"_s, u"密码密"_s}};
+    World.People.Expect(u"修改密码失败，请检查原密码输入是否正确！"_s);
+    World.People.Expect(u"密码已修改，请您牢记！"_s);
+    CCourseInfo info = World.Record().Info;
+    EXPECT_TRUE(Session.ChangePassword(info, u"说明"_s));
+    EXPECT_EQ(World.People.Boxes[0].Icon, BoxIcon::Stop);
+    EXPECT_EQ(World.People.Boxes[0].strTitle, u"提示"_s);
+    EXPECT_EQ(World.People.Boxes[1].Icon, BoxIcon::Information);
+    EXPECT_EQ(Dialogs.Prompts, (QStringList{u"说明"_s, u"说明"_s}));
+    EXPECT_EQ(World.People.Statuses, (QStringList{u"正在修改密码..."_s, u"正在修改密码..."_s}));
+    EXPECT_EQ(Server.OpenStore().FindCourse(42)->strPasswordDigest,
+              Md5Hex(QByteArray::fromHex("c3dcc2ebc3dc")));
+}
+
+class InitialPasswordTest : public SessionTest {
+protected:
+    InitialPasswordTest() {
+        ServedCourse course{43, 11, u"测试大学"_s, u"高等代数"_s, u"王老师"_s, Md5Hex("123456"), true, true};
+        Server.OpenStore().AddCourse(course);
+    }
+};
+
+TEST_F(InitialPasswordTest, OpeningOffersAChange) {
+    CProjectFile file;
+    file.SetPath(World.ProjectPath());
+    file.Load();
+    file.SetCourseInfo({43, u"高等代数"_s, u"王老师"_s});
+    file.Save();
+    Dialogs.Passwords.push_back(u"123456"_s);
+    Dialogs.Changes.push_back(std::nullopt);
+    World.People.Expect(c_strInitial, BoxAnswer::Ok);
+    EXPECT_TRUE(Course.Open()) << "the change's result doesn't matter";
+    ExpectLastBox(BoxButtons::OkCancel, BoxIcon::Question, u"提示"_s);
+    EXPECT_EQ(Dialogs.Prompts, QStringList{u"请您输入原密码和新密码。"_s});
+}
+
+TEST_F(InitialPasswordTest, TheWizardInsistsOnAChange) {
+    using ENext = CCourseChoice::ENext;
+    CCourseChoice choice(World.People, Session);
+    ASSERT_TRUE(choice.Fetch());
+    ASSERT_EQ(choice.GetCourses().size(), 2);
+    EXPECT_EQ(CCourseChoice::DetailsText(choice.GetCourses()[0]),
+              u"课程编号:042\r\n课程名称:高等数学\r\n教师名称:李老师"_s);
+    EXPECT_EQ(choice.FindByPrefix(u"高等"_s), 0);
+    EXPECT_EQ(choice.FindByPrefix(u"高等代"_s), 1);
+    EXPECT_EQ(choice.FindByPrefix(u"等"_s), -1);
+
+    World.People.Expect(u"请您先选择课程!"_s);
+    EXPECT_EQ(choice.Next(-1, u"x"_s), ENext::Stay);
+    ExpectLastBox(BoxButtons::Ok, BoxIcon::Warning, u"警告"_s);
+    World.People.Expect(u"请您输入密码!"_s);
+    EXPECT_EQ(choice.Next(0, u""_s), ENext::StayOnPassword);
+    World.People.Expect(u"密码错误，请您重新输入!"_s);
+    EXPECT_EQ(choice.Next(0, u"x"_s), ENext::StayOnPassword);
+    ExpectLastBox(BoxButtons::Ok, BoxIcon::Warning, u"提示"_s);
+    EXPECT_EQ(choice.Next(0, u"123456"_s), ENext::Go);
+    EXPECT_EQ(choice.GetChosen(), World.Record().Info);
+
+    Dialogs.Changes = {std::nullopt, ISessionDialogs::PasswordChange{u"123456"_s, u"abcdef"_s}};
+    EXPECT_EQ(choice.Next(1, u"123456"_s), ENext::Stay);
+    World.People.Expect(u"密码已修改，请您牢记！"_s);
+    EXPECT_EQ(choice.Next(1, u"123456"_s), ENext::Go);
+    EXPECT_EQ(choice.Next(1, u"abcdef"_s), ENext::Go) << "it is the teacher's own now";
+    EXPECT_EQ(choice.GetChosen().Id, 43);
+    EXPECT_EQ(Dialogs.Prompts.last(), u"您的密码为初始密码，为了保障您课程的安全，请您修改密码。"_s);
+}
+
+TEST_F(SessionTest, TheWizardEndsWithoutCourses) {
+    CCourseChoice choice(World.People, Session);
+    Server.Stop();
+    const QString strFailed = u"对不起，无法获取课程列表，请您与系统管理员联系！"_s;
+    World.People.Expect(strFailed, BoxAnswer::Retry);
+    World.People.Expect(strFailed, BoxAnswer::Cancel);
+    EXPECT_FALSE(choice.Fetch());
+    Server.Start();
+    World.Write(u"程序\\AppInfo.ini"_s,
+                u"[SysInfo]\r\nProvince=12\r\nSchoolName=测试大学\r\nServerURL="_s + Server.Url());
+    CSysInfo::Reset(World.Folder.Path(u"程序\\Vorel"_s));
+    World.People.Expect(u"对不起，服务器暂无课程！"_s);
+    EXPECT_FALSE(choice.Fetch());
+    ExpectLastBox(BoxButtons::Ok, BoxIcon::Warning, u"错误"_s);
+}
+
+TEST_F(SessionTest, TheLinkTestTellsTheReason) {
+    Session.TestLink(Server.Url());
+    EXPECT_EQ(World.People.Statuses.last(), u"正在测试链接..."_s);
+    const QString strUrl = Server.Url();
+    Server.Stop();
+    EXPECT_THROW(Session.TestLink(strUrl), Torvane::Net::CHttpClientException);
+}
+
+TEST(PasswordChange, IsCheckedInItsOrder) {
+    struct Case {
+        const char16_t* szOld;
+        const char16_t* szNew;
+        const char16_t* szConfirm;
+        EPasswordField Field;
+        const char16_t* szMessage;
+    };
+    for (const Case& c :
+         {Case{u"", u"", u"", EPasswordField::Old, u"请您填写原密码！"},
+          {u"a", u"", u"", EPasswordField::New, u"请您填写新密码！"},
+          {u"a", u"b", u"", EPasswordField::Confirm, u"请您填写确认新密码！"},
+          {u"a", u"b", u"B", EPasswordField::Confirm, u"两次输入密码不一致，请您重新输入！"},
+          {u"a", u"12345", u"12345", EPasswordField::New, u"为了保障您的课程的安全，密码不得低于6位!"},
+          {u"a", u"密码", u"密码", EPasswordField::New, u"为了保障您的课程的安全，密码不得低于6位!"},
+          {u"a", u"密码密", u"密码密", EPasswordField::None, u""},
+          {u"a", u"123456", u"123456", EPasswordField::None, u""}}) {
+        const PasswordFault fault = CheckPasswordChange(
+            QString::fromUtf16(c.szOld), QString::fromUtf16(c.szNew), QString::fromUtf16(c.szConfirm));
+        EXPECT_EQ(fault.Field, c.Field);
+        EXPECT_EQ(fault.strMessage, QString::fromUtf16(c.szMessage));
+        EXPECT_EQ(fault.bEmptyConfirm, fault.strMessage.contains(u"不一致"_s));
+    }
+}
+
+TEST(ServerAddress, IsTrimmedLoweredAndChecked) {
+    EXPECT_EQ(CheckServerAddress(u"  HTTP://Host/Äx "_s).strAddress, u"http://host/Äx"_s);
+    EXPECT_TRUE(CheckServerAddress(u"http://"_s).strMessage.isEmpty());
+    EXPECT_EQ(CheckServerAddress(u" \t"_s).strMessage, u"请您填写服务器地址！"_s);
+    for (const QString& strBad : {u"https://host"_s, u"host"_s, u"http:/"_s})
+        EXPECT_EQ(CheckServerAddress(strBad).strMessage,
+                  u"您输入的服务器地址格式不正确，如有疑问，请您向管理员咨询。"_s);
+}
+
+} // namespace

@@ -1,0 +1,76 @@
+#include "server/TemplateDownload.h"
+#include "foundation/CodePage.h"
+#include "foundation/SysInfo.h"
+#include "tests/support/CourseServiceThread.h"
+#include "tests/support/ScriptedPeople.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using Torvane::Dialog::MFC::BoxAnswer;
+using Torvane::Dialog::MFC::BoxIcon;
+
+namespace {
+
+TEST(TemplateDownload, SplitsNamesAsTheyStand) {
+    EXPECT_EQ(CTemplateDownload::SplitNames(u"a, b ,甲"_s), (QStringList{u"a"_s, u" b "_s, u"甲"_s}));
+    EXPECT_EQ(CTemplateDownload::SplitNames(u","_s), QStringList{u""_s});
+    EXPECT_EQ(CTemplateDownload::SplitNames(u",a,"_s), (QStringList{u""_s, u"a"_s}));
+    EXPECT_TRUE(CTemplateDownload::SplitNames(u""_s).isEmpty());
+}
+
+TEST(TemplateDownload, FormsTheCompanionsCommandLine) {
+    EXPECT_EQ(CTemplateDownload::CompanionCommandLine(u"Z:\\p"_s, u"http://h/"_s, u"Z:\\p\\t"_s, u"甲 %1"_s),
+              u"\"Z:\\p\\VorelFetch.exe\" \"http://h//Down/DownTemplate.asp?Type=ReportTemplates&Name=甲 %1,"
+              u"Z:\\p\\t\\甲 %1\""_s);
+}
+
+class DownloadTest : public testing::Test {
+protected:
+    CTempFolder Offered;
+    CTempFolder Program;
+    CCourseServiceThread Server{QString(), Offered.Native()};
+    CScriptedPeople People;
+    CTemplateDownload Download{People};
+
+    DownloadTest() {
+        Program.Write(u"AppInfo.ini"_s,
+                      CodePage::Encode(u"[SysInfo]\r\nServerURL="_s + Server.Url() + u"/\r\n"_s));
+        CSysInfo::Reset(Program.Path(u"Vorel"_s));
+    }
+};
+
+TEST_F(DownloadTest, FetchesListAndPreview) {
+    People.Expect(u"对不起，服务器暂无模板！"_s);
+    EXPECT_FALSE(Download.FetchList());
+    Offered.Write(u"ReportTemplates\\蓝 色\\Preview.jpg"_s, "picture");
+    Offered.MakeFolder(u"ReportTemplates\\空"_s);
+    Offered.MakeFolder(u"Other\\x"_s);
+    ASSERT_TRUE(Download.FetchList());
+    EXPECT_EQ(Download.GetNames().size(), 2);
+    EXPECT_TRUE(Download.GetNames().contains(u"蓝 色"_s));
+    EXPECT_EQ(Download.FetchPreview(u"蓝 色"_s), Program.Path(u"SysData\\Temporary\\TemplatePreview.jpg"_s));
+    EXPECT_EQ(Program.Read(u"SysData\\Temporary\\TemplatePreview.jpg"_s), "picture");
+    People.Expect(u"获取预览图失败！"_s);
+    EXPECT_FALSE(Download.FetchPreview(u"空"_s));
+    EXPECT_EQ(People.Boxes.back().Icon, BoxIcon::Stop);
+    EXPECT_EQ(Program.Read(u"SysData\\Temporary\\TemplatePreview.jpg"_s), "picture") << "the old one stays";
+}
+
+TEST_F(DownloadTest, RefusesNamesThatLeaveTheFolder) {
+    for (const QString& strName : {u""_s, u".."_s, u"a\\b"_s, u"../x"_s, u"a\"b"_s, u"a\nb"_s}) {
+        People.Expect(u"请您选择一个模板！"_s);
+        EXPECT_FALSE(Download.CheckChoice(strName)) << strName.toStdString();
+    }
+    EXPECT_TRUE(Download.CheckChoice(u"蓝 色"_s));
+}
+
+TEST_F(DownloadTest, AsksBeforeItUpdates) {
+    Program.Write(u"SysData\\VorelTemplates\\甲\\x"_s, "");
+    People.Expect(Program.Native(u"SysData/VorelTemplates/甲"_s) + u"已经存在，是否继续更新？"_s,
+                  BoxAnswer::No);
+    EXPECT_FALSE(Download.Fetch(u"甲"_s));
+    EXPECT_FALSE(Download.Fetch(u"乙"_s)) << "a companion that is not there ends the command in silence";
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "courseserver/CourseService.h"
+#include "tests/support/TempFolder.h"
+
+#include <memory>
+#include <optional>
+#include <thread>
+
+/// The real course server in a thread of the test, on a port of the loopback address, with a folder of its
+/// own.
+class CCourseServiceThread {
+public:
+    explicit CCourseServiceThread(const QString& strSampleSchool = QString(),
+                                  const QString& strTemplates = {}) {
+        m_options.strDataFolder = m_folder.Native(QStringLiteral("data"));
+        m_options.strSampleSchool = strSampleSchool;
+        m_options.strTemplatesFolder = strTemplates;
+        Start();
+    }
+    ~CCourseServiceThread() { Stop(); }
+    CCourseServiceThread(const CCourseServiceThread&) = delete;
+    CCourseServiceThread& operator=(const CCourseServiceThread&) = delete;
+
+    QString Url() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_options.nPort); }
+    quint16 Port() const { return m_options.nPort; }
+    const CTempFolder& Folder() const { return m_folder; }
+    CHttpServer& Server() { return m_pService->GetServer(); }
+
+    /// Another connection to the server's state.
+    CCourseStore OpenStore() const {
+        return CCourseStore(m_options.strDataFolder + QStringLiteral("/courses.db"));
+    }
+
+    void Start() {
+        m_pService = std::make_unique<CCourseService>(m_options);
+        m_options.nPort = m_pService->GetPort();
+        m_thread = std::thread([this] { m_pService->Run(); });
+    }
+    void Stop() {
+        if (!m_pService)
+            return;
+        m_pService->Stop();
+        m_thread.join();
+        m_pService.reset();
+    }
+
+private:
+    CTempFolder m_folder;
+    CourseServiceOptions m_options;
+    std::unique_ptr<CCourseService> m_pService;
+    std::thread m_thread;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "server/ServerSession.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <vector>
+
+/// A person who fills the session's dialogs by a script; a dialog that the script does not expect fails the
+/// test and is cancelled.
+class CScriptedDialogs : public ISessionDialogs {
+public:
+    std::deque<std::optional<QString>> Passwords;
+    std::deque<std::optional<PasswordChange>> Changes;
+    /// What the dialogs showed.
+    std::vector<CCourseInfo> Infos;
+    QStringList Prompts;
+
+    ~CScriptedDialogs() override {
+        if (!Passwords.empty() || !Changes.empty())
+            ADD_FAILURE() << "a dialog never came";
+    }
+    std::optional<QString> AskPassword(const CCourseInfo& info) override {
+        Infos.push_back(info);
+        return Next(Passwords);
+    }
+    std::optional<PasswordChange> AskPasswordChange(const QString& strPrompt) override {
+        Prompts.append(strPrompt);
+        return Next(Changes);
+    }
+
+private:
+    template <typename T>
+    static std::optional<T> Next(std::deque<std::optional<T>>& list) {
+        if (list.empty()) {
+            ADD_FAILURE() << "an unexpected dialog";
+            return std::nullopt;
+        }
+        auto next = list.front();
+        list.pop_front();
+        return next;
+    }
+};
