@@ -15,6 +15,7 @@ namespace {
 constexpr long c_nConnectSeconds = 30;
 constexpr long c_nSilentSeconds = 60;
 constexpr int c_nWaitMilliseconds = 20;
+constexpr qsizetype c_nMaxAllHeaders = 128 * 1024;
 // A body lives in memory as a whole.
 constexpr qsizetype c_nMaxBody = 64 * 1024 * 1024;
 
@@ -34,6 +35,9 @@ using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
 struct ReplyInProgress {
     TransferReply Reply;
     qsizetype nMaxHeaders = 0;
+    /// Of all blocks, the interim ones too.
+    qsizetype nAllHeaders = 0;
+    bool bBlockEnded = false;
     bool bHeadersTooLong = false;
     bool bBodyTooLong = false;
 };
@@ -41,19 +45,20 @@ struct ReplyInProgress {
 size_t TakeHeader(const char* pData, size_t nSize, size_t nCount, void* pUser) noexcept {
     auto& progress = *static_cast<ReplyInProgress*>(pUser);
     QByteArrayView line(pData, static_cast<qsizetype>(nSize * nCount));
-    // A reply of its own begins; an interim one before it doesn't count.
-    if (line.startsWith("HTTP/"))
+    // After an interim reply the one that counts begins.
+    if (progress.bBlockEnded && line.startsWith("HTTP/")) {
         progress.Reply.Headers.clear();
+        progress.bBlockEnded = false;
+    }
+    progress.nAllHeaders += line.size();
     while (line.endsWith('\n') || line.endsWith('\r'))
         line.chop(1);
-    if (line.isEmpty())
-        return nSize * nCount;
-    if (progress.Reply.Headers.size() + line.size() + 2 > progress.nMaxHeaders) {
-        progress.bHeadersTooLong = true;
-        return 0;
-    }
-    progress.Reply.Headers.append(line).append("\r\n");
-    return nSize * nCount;
+    progress.bBlockEnded = progress.bBlockEnded || line.isEmpty();
+    if (!line.isEmpty())
+        progress.Reply.Headers.append(line).append("\r\n");
+    progress.bHeadersTooLong =
+        progress.Reply.Headers.size() > progress.nMaxHeaders || progress.nAllHeaders > c_nMaxAllHeaders;
+    return progress.bHeadersTooLong ? 0 : nSize * nCount;
 }
 
 size_t TakeBody(const char* pData, size_t nSize, size_t nCount, void* pUser) noexcept {

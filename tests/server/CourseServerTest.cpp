@@ -81,8 +81,8 @@ TEST(CourseServer, AnEmptyBodyChangesNothingAndAShortOneFails) {
 }
 
 TEST(CourseServer, EveryFailureOfTheListIsOneMessage) {
-    for (const QByteArray& reply :
-         {Refused(16), Refused(8), QByteArray("HTTP/1.0 500 No\r\n\r\n"), c_good + "no fields\r\n"}) {
+    for (const QByteArray& reply : {Refused(16), Refused(8), QByteArray("HTTP/1.0 500 No\r\n\r\n"),
+                                    QByteArray(c_good + "no fields\r\n")}) {
         CStrangeServer strange(reply);
         CCourseServer server;
         server.SetBaseUrl(QString::fromLatin1(strange.Url()));

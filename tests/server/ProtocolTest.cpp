@@ -56,7 +56,7 @@ TEST(Protocol, ReadsTheReplysState) {
 
 TEST(Protocol, ReadsListsAndPasswordReplies) {
     const QByteArray line = "12x\a" + c_course + '\a' + c_teacher;
-    const QList<CCourseInfo> courses = Protocol::ParseCourseList(line + "\r\n7\aA\aB\aC\r\n");
+    const QList<CCourseInfo> courses = Protocol::ParseCourseList(QByteArray(line + "\r\n7\aA\aB\aC\r\n"));
     ASSERT_EQ(courses.size(), 2);
     EXPECT_EQ(courses[0], (CCourseInfo{12, QStringLiteral("大学物理"), QStringLiteral("张明")}));
     EXPECT_EQ(courses[1], (CCourseInfo{7, QStringLiteral("A"), QStringLiteral("B")}));

@@ -34,6 +34,7 @@ protected:
         ServedCourse course{42, 11, u"测试大学"_s, u"高等数学"_s, u"李老师"_s, Md5Hex("123456"), false, true};
         Server.OpenStore().AddCourse(course);
         World.MakeCourse();
+        World.People.Statuses.clear();
         UseServer(Server.Url());
     }
     void UseServer(const QString& strUrl) {

@@ -35,7 +35,7 @@ protected:
 
     DownloadTest() {
         Program.Write(u"AppInfo.ini"_s,
-                      CodePage::Encode(u"[SysInfo]\r\nServerURL="_s + Server.Url() + u"/\r\n"_s));
+                      CodePage::Encode(QString(u"[SysInfo]\r\nServerURL="_s + Server.Url() + u"/\r\n"_s)));
         CSysInfo::Reset(Program.Path(u"Vorel"_s));
     }
 };
