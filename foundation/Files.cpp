@@ -43,6 +43,17 @@ CFileException CannotMakeFolder(const QString& strPath, int nError) {
     return CFileException(QStringLiteral("无法创建目录 %1 ！").arg(Shown(strPath)), nError);
 }
 
+CFileException CannotSetAttributes(const QString& strPath, int nError) {
+    return CFileException(QStringLiteral("无法为路径 %1 设置属性！").arg(Shown(strPath)), nError);
+}
+
+// Nothing there is no failure. The bits for hidden, system and temporary have no like here.
+void MakeNormal(const QString& strPath, const QByteArray& native) {
+    const int nError = Platform::MakeWritable(native);
+    if (nError != 0 && nError != ENOENT && nError != ENOTDIR)
+        throw CannotSetAttributes(strPath, nError);
+}
+
 template <typename TOperation>
 bool Succeeds(TOperation operation) {
     try {
@@ -107,13 +118,13 @@ quint32 GetFileSizeOf(const QString& strPath, quint32* pHigh) {
 }
 
 void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite) {
-    if (bOverwrite)
-        ClearAttributes(strTarget);
     int nError = ENAMETOOLONG;
     if (!IsTooLong(strTarget) && !IsTooLong(strSource)) {
+        const QByteArray target = NativeForCreating(strTarget);
+        if (bOverwrite)
+            MakeNormal(strTarget, target);
         const Platform::CFolder paths = Platform::CFolder::OfPaths();
-        nError = Platform::CopyFileBytes(paths, NativeOf(strSource), paths, NativeForCreating(strTarget),
-                                         bOverwrite);
+        nError = Platform::CopyFileBytes(paths, NativeOf(strSource), paths, target, bOverwrite);
     }
     if (nError != 0)
         throw CFileException(
@@ -129,11 +140,9 @@ void DeleteOneFile(const QString& strPath, bool bForce) {
 }
 
 void ClearAttributes(const QString& strPath) {
-    if (GetPathKind(strPath) == EPathKind::Nothing)
-        return;
-    const int nError = IsTooLong(strPath) ? ENAMETOOLONG : Platform::MakeWritable(NativeOf(strPath));
-    if (nError != 0)
-        throw CFileException(QStringLiteral("无法为路径 %1 设置属性！").arg(Shown(strPath)), nError);
+    if (IsTooLong(strPath))
+        throw CannotSetAttributes(strPath, ENAMETOOLONG);
+    MakeNormal(strPath, NativeOf(strPath));
 }
 
 EPathKind CreateFolderPath(const QString& strPath) {

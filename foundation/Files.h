@@ -10,6 +10,10 @@
 /// File operations with a message for a person. Those that throw raise CFileException; the Try… forms answer
 /// false instead. A path of more than 260 code page bytes is cut by queries, but refused with the operation's
 /// own message by whatever writes or deletes: a cut path would hit a file that nobody meant.
+///
+/// Trees: a symbolic link is never walked into. A copy takes what a link to a plain file holds, and passes
+/// over links to folders, devices, pipes and sockets; deleting removes the link itself. An entry whose name
+/// is no text can't be named: it is never touched, and its folder can't be deleted.
 namespace Torvane::File {
 
 /// A file opened for reading.
@@ -43,11 +47,14 @@ void ClearAttributes(const QString& strPath);
 /// then.
 EPathKind CreateFolderPath(const QString& strPath);
 
-/// Copies a tree; hidden entries (a leading dot) are not copied.
+/// Copies a tree; hidden entries (a leading dot) are not copied, nor is the target when it lies inside the
+/// source. Names that exist in the target in another ASCII case are the same names. A source that can't be
+/// listed gives an empty target; a folder below it that can't be listed is a failure.
 void ForceCopyFolder(const QString& strSource, const QString& strTarget, bool bOverwrite,
                      IWalkFilter* pFilter = nullptr);
 
-/// Deletes the tree and the folder itself. Hidden entries are seen in the top folder alone.
+/// Deletes the tree and the folder itself. Hidden entries are seen in the top folder alone: one deeper down
+/// keeps its folder from being deleted. Refuses a drive root, an empty path, and "." or ".." at the end.
 void DeleteFolder(const QString& strPath, bool bForce, IWalkFilter* pFilter = nullptr);
 
 /// Deletes what is in the folder, and keeps the folder only if the argument ends with a backslash.

@@ -6,6 +6,8 @@
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 
+#include <QHash>
+
 #include <cerrno>
 #include <vector>
 
@@ -21,10 +23,8 @@ QString Shown(const QString& strPath) {
 // relative path.
 class CCopier : public ITreeVisitor {
 public:
-    CCopier(const QString& strTarget, bool bOverwrite) : m_bOverwrite(bOverwrite) {
-        m_target.strPath = AddBackslash(strTarget);
-        m_target.nPathBytes = CodePage::ByteLength(m_target.strPath);
-    }
+    CCopier(QString strTarget, bool bOverwrite)
+        : m_strTarget(AddBackslash(strTarget)), m_bOverwrite(bOverwrite) {}
 
     // A target inside the source would be copied into itself without end.
     bool GoesInto(const TreeFolder& folder) override {
@@ -34,68 +34,99 @@ public:
     }
 
     void Enter(TreeFolder& folder) override {
-        if (!folder.pParent) {
-            EnterRoot();
-            return;
-        }
-        TreeFolder& parent = m_stack.back();
-        TreeFolder target;
-        target.strPath = EntryPath(parent, folder.name) + u'\\';
-        target.nPathBytes = EntryPathBytes(parent.nPathBytes, folder.name) + 1;
-        int nError = target.nPathBytes - 1 > c_nMaxPathBytes ? ENAMETOOLONG : parent.nOpenError;
-        if (nError == 0)
-            nError = parent.Folder.MakeFolder(folder.name);
-        if (nError != 0 && nError != EEXIST)
-            throw CFileException(
-                QStringLiteral("无法创建目录 %1 ！").arg(Shown(WithoutBackslash(target.strPath))), nError);
-        target.nOpenError = target.Folder.OpenBelow(parent.Folder, folder.name);
-        m_stack.push_back(std::move(target));
+        if (!folder.pParent)
+            m_stack.push_back(EnterRoot());
+        else
+            m_stack.push_back(EnterBelow(m_stack.back(), folder.name));
+        // A part of the tree that can't be read must not be missing in silence.
+        if (folder.pParent && folder.nOpenError != 0 && folder.nOpenError != ENOENT)
+            throw CannotCopy(WithoutBackslash(folder.strPath), WithoutBackslash(m_stack.back().strPath),
+                             folder.nOpenError);
     }
 
     void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
         Platform::CFileState state;
         if (entry.eType != Platform::EEntryType::File && !GetPlainFile(folder, entry, state))
             return;
-        const TreeFolder& target = m_stack.back();
+        const Target& target = m_stack.back();
+        const QByteArray name = target.NameFor(entry.name);
         int nError = target.nOpenError;
-        if (nError == 0 && EntryPathBytes(target.nPathBytes, entry.name) > c_nMaxPathBytes)
+        if (nError == 0 && EntryPathBytes(target.nPathBytes, name) > c_nMaxPathBytes)
             nError = ENAMETOOLONG;
         if (nError == 0)
-            nError =
-                Platform::CopyFileBytes(folder.Folder, entry.name, target.Folder, entry.name, m_bOverwrite);
+            nError = Platform::CopyFileBytes(folder.Folder, entry.name, target.Folder, name, m_bOverwrite);
         if (nError != 0)
-            throw CFileException(
-                QStringLiteral("无法拷贝文件 %1 到 %2！")
-                    .arg(Shown(EntryPath(folder, entry.name)), Shown(EntryPath(target, entry.name))),
-                nError);
+            throw CannotCopy(EntryPath(folder, entry.name), EntryPath(target, name), nError);
     }
 
     void Leave(TreeFolder&) override { m_stack.pop_back(); }
 
 private:
-    void EnterRoot() {
-        CreateFolderPath(m_target.strPath);
-        m_target.nOpenError = m_target.Folder.Open(Platform::ToNative(m_target.strPath).toUtf8());
-        if (m_target.nOpenError == 0)
-            m_target.Folder.GetOwnState(m_rootState);
-        m_stack.push_back(std::move(m_target));
+    struct Target : TreeFolder {
+        // What the folder held before, by name in lower case: names that differ by case alone are the same.
+        QHash<QByteArray, QByteArray> before;
+
+        void Look() {
+            std::vector<Platform::CFolderEntry> entries;
+            Folder.List(entries);
+            for (const auto& entry : entries)
+                before.insert(entry.name.toLower(), entry.name);
+            for (const auto& entry : entries)
+                before.insert(entry.name, entry.name);
+        }
+        QByteArray NameFor(const QByteArray& wanted) const {
+            return before.isEmpty() ? wanted : before.value(wanted, before.value(wanted.toLower(), wanted));
+        }
+    };
+
+    static CFileException CannotCopy(const QString& strFrom, const QString& strTo, int nError) {
+        return CFileException(QStringLiteral("无法拷贝文件 %1 到 %2！").arg(Shown(strFrom), Shown(strTo)),
+                              nError);
     }
 
+    Target EnterRoot() {
+        Target target;
+        target.strPath = m_strTarget;
+        target.nPathBytes = CodePage::ByteLength(m_strTarget);
+        const bool bNew = CreateFolderPath(m_strTarget) == EPathKind::Nothing;
+        target.nOpenError = target.Folder.Open(Platform::ToNative(m_strTarget).toUtf8());
+        if (target.nOpenError == 0)
+            target.Folder.GetOwnState(m_rootState);
+        if (!bNew)
+            target.Look();
+        return target;
+    }
+
+    static Target EnterBelow(const Target& parent, const QByteArray& wanted) {
+        const QByteArray name = parent.NameFor(wanted);
+        Target target;
+        target.strPath = EntryPath(parent, name) + u'\\';
+        target.nPathBytes = EntryPathBytes(parent.nPathBytes, name) + 1;
+        int nError = target.nPathBytes - 1 > c_nMaxPathBytes ? ENAMETOOLONG : parent.nOpenError;
+        if (nError == 0)
+            nError = parent.Folder.MakeFolder(name);
+        if (nError != 0 && nError != EEXIST)
+            throw CFileException(
+                QStringLiteral("无法创建目录 %1 ！").arg(Shown(WithoutBackslash(target.strPath))), nError);
+        target.nOpenError = target.Folder.OpenBelow(parent.Folder, name);
+        if (nError == EEXIST)
+            target.Look();
+        return target;
+    }
+
+    QString m_strTarget;
     bool m_bOverwrite;
-    TreeFolder m_target;
     Platform::CFileState m_rootState;
-    std::vector<TreeFolder> m_stack;
+    std::vector<Target> m_stack;
 };
 
 class CDeleter : public ITreeVisitor {
 public:
     CDeleter(QString strProtected, bool bForce) : m_strProtected(std::move(strProtected)), m_bForce(bForce) {}
 
+    // Found by the walk and removed by folder and name: no path is cut here, however deep it is.
     void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
-        int nError = EntryPathBytes(folder.nPathBytes, entry.name) > c_nMaxPathBytes ? ENAMETOOLONG : 0;
-        if (nError == 0)
-            nError = Forced(folder, [&] { return folder.Folder.RemoveFile(entry.name); });
-        if (nError != 0)
+        if (const int nError = Forced(folder, [&] { return folder.Folder.RemoveFile(entry.name); }))
             throw CFileException(QStringLiteral("无法删除文件%1！").arg(Shown(EntryPath(folder, entry.name))),
                                  nError);
     }
@@ -103,15 +134,13 @@ public:
     void Leave(TreeFolder& folder) override {
         if (folder.strPath == m_strProtected)
             return;
-        int nError = folder.nPathBytes - 1 > c_nMaxPathBytes ? ENAMETOOLONG : 0;
-        if (nError == 0 && folder.pParent)
-            nError =
-                Forced(*folder.pParent, [&] { return folder.pParent->Folder.RemoveFolder(folder.name); });
-        else if (nError == 0)
-            nError = Platform::RemoveFolder(Platform::ToNative(WithoutBackslash(folder.strPath)).toUtf8());
+        const QString strPath = WithoutBackslash(folder.strPath);
+        TreeFolder* pParent = folder.pParent;
+        const int nError = pParent
+                               ? Forced(*pParent, [&] { return pParent->Folder.RemoveFolder(folder.name); })
+                               : Platform::RemoveFolder(Platform::ToNative(strPath).toUtf8());
         if (nError != 0)
-            throw CFileException(
-                QStringLiteral("无法删除目录%1！").arg(Shown(WithoutBackslash(folder.strPath))), nError);
+            throw CFileException(QStringLiteral("无法删除目录%1！").arg(Shown(strPath)), nError);
     }
 
 private:

@@ -37,8 +37,9 @@ public:
 };
 
 /// Null visitors and a null filter are allowed. Folders below the first are always walked with bSkipSpecial
-/// on, whatever the caller passed. A symbolic link to a folder is an entry of its own and is never walked
-/// into.
+/// on, whatever the caller passed. The order is by name, ignoring the case of ASCII letters. Files are plain
+/// files and symbolic links to them; links to folders are never walked into, and those, dangling links,
+/// devices and names that are no text are passed over.
 void WalkFolder(const QString& strFolder, IFileVisitor* pFiles, IFolderVisitor* pEnter,
                 IFolderVisitor* pLeave, bool bRecursive, IWalkFilter* pFilter, bool bSkipSpecial);
 

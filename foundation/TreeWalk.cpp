@@ -15,6 +15,10 @@ namespace {
 using Platform::CFolderEntry;
 using Platform::EEntryType;
 
+// Every folder on the way down stays open. A path of ours has at most 130 components; what lies deeper than
+// this was not made by any program that uses such paths.
+constexpr int c_nMaxDepth = 200;
+
 bool IsAscii(const QByteArray& name) {
     return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<uchar>(c) < 0x80; });
 }
@@ -73,10 +77,9 @@ private:
         folder.nPathBytes = EntryPathBytes(parent.nPathBytes, entry.name) + 1;
         folder.name = entry.name;
         folder.pParent = &parent;
-        // Deeper than a path can say there is nothing to list; this also bounds the folders held open.
-        folder.nOpenError = folder.nPathBytes - 1 > c_nMaxPathBytes
-                                ? ENAMETOOLONG
-                                : folder.Folder.OpenBelow(parent.Folder, entry.name);
+        folder.nDepth = parent.nDepth + 1;
+        folder.nOpenError =
+            folder.nDepth > c_nMaxDepth ? ENAMETOOLONG : folder.Folder.OpenBelow(parent.Folder, entry.name);
         return !m_visitor.GoesInto(folder) || Run(folder, true);
     }
 
@@ -90,11 +93,12 @@ void WalkTree(const QString& strFolder, ITreeVisitor& visitor, const TreeOptions
     TreeFolder root;
     root.strPath = AddBackslash(strFolder);
     root.nPathBytes = CodePage::ByteLength(root.strPath);
-    const QString strCut = CodePage::Cut(root.strPath, c_nMaxPathBytes);
     // Without the separator at the end, behind which a link would be followed.
+    const QString strCut = CodePage::Cut(root.strPath, c_nMaxPathBytes);
     const QString strNative = Platform::ToNative(strCut.endsWith(u":\\") ? strCut : WithoutBackslash(strCut));
+    // No path at all names no folder, least of all the root of everything.
     root.nOpenError =
-        root.Folder.Open(strNative.isEmpty() ? QByteArray("/") : strNative.toUtf8(), options.bFollowRoot);
+        strNative.isEmpty() ? ENOENT : root.Folder.Open(strNative.toUtf8(), options.bFollowRoot);
     CTreeWalk(visitor, options).Run(root, options.bSkipSpecial);
 }
 

@@ -17,6 +17,7 @@ struct TreeFolder {
     /// The name in the parent; empty for the root of the walk.
     QByteArray name;
     TreeFolder* pParent = nullptr;
+    int nDepth = 0;
     /// Not open when the folder can't be listed.
     Platform::CFolder Folder;
     int nOpenError = 0;

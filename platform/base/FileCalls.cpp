@@ -429,9 +429,9 @@ int RemoveFolder(const QByteArray& path) {
 
 int MakeWritable(const QByteArray& path) {
     struct stat found {};
-    if (::stat(path.constData(), &found) != 0)
+    if (::lstat(path.constData(), &found) != 0)
         return errno;
-    if ((found.st_mode & S_IWUSR) != 0)
+    if (S_ISLNK(found.st_mode) || (found.st_mode & S_IWUSR) != 0)
         return 0;
     return ErrorOf(::chmod(path.constData(), (found.st_mode & 07777U) | S_IWUSR));
 }

@@ -89,7 +89,7 @@ void CloseFile(int nDescriptor);
 int MakeFolder(const QByteArray& path);
 int RemoveFile(const QByteArray& path);
 int RemoveFolder(const QByteArray& path);
-/// Lets the owner write the file or folder.
+/// Lets the owner write the file or folder; a link is left alone.
 int MakeWritable(const QByteArray& path);
 
 /// The system's text for an error code in the person's language; empty when it has none.
