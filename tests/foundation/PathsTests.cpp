@@ -135,7 +135,7 @@ TEST(Paths, AUniqueNameKeepsStemAndExtension) {
 TEST(Paths, AUniqueNameThatHasNoRoomStillEnds) {
     CTempFolder folder;
     const qsizetype nRoom = c_nMaxPathBytes - CodePage::ByteLength(folder.Path(QString()));
-    const QString strFull = QString((nRoom - 4) / 2, u'课') + u".txt"_s;
+    const QString strFull = QString(20, u'课') + QString(nRoom - 44, u'x') + u".txt"_s;
     folder.Write(strFull, "x");
     const QString strUnique = MakeUniqueName(strFull, folder.Path());
     EXPECT_LE(CodePage::ByteLength(folder.Path(strUnique)), c_nMaxPathBytes);

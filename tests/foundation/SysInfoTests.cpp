@@ -1,3 +1,4 @@
+#include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "tests/support/Printing.h"
@@ -98,20 +99,14 @@ TEST_F(SysInfo, TheRecentListKeepsItsOrderAndDropsTheOldest) {
          u"e"_s,
          {u"e"_s, u"a"_s, u"c"_s, u"d"_s}},
     };
+    for (const QString& str : {u"a"_s, u"Bé"_s, u"bé"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s})
+        m_folder.Write(str, "x");
     for (const auto& c : cases) {
         QString strIni = u"[VorelRecentProject]\n"_s;
         for (qsizetype i = 0; i < c.before.size(); ++i)
-            strIni += u"Recent%1=%2\n"_s.arg(i).arg(m_folder.Path(c.before[i]));
-        strIni.replace(u"=" + m_folder.Path(QString()) + u"\n", u"=\n"_s);
-        m_folder.Write(u"empty"_s, {});
-        for (const QString& str : QStringList(c.before + c.after))
-            if (!str.isEmpty())
-                m_folder.Write(str, {});
-        CSysInfo& info = Start(QByteArray::fromStdString(std::string()));
-        QByteArray bytes = strIni.toUtf8();
-        bytes.replace("测试", "\xB2\xE2\xCA\xD4");
-        bytes.replace("é", "\xA8\xA6");
-        m_folder.Write(u"AppInfo.ini"_s, bytes);
+            strIni +=
+                u"Recent%1=%2\n"_s.arg(i).arg(c.before[i].isEmpty() ? QString() : m_folder.Path(c.before[i]));
+        CSysInfo& info = Start(CodePage::Encode(strIni));
         info.AddRecentCourse(m_folder.Path(c.strAdded));
         QStringList expected;
         for (const QString& str : c.after)
