@@ -20,6 +20,8 @@ namespace {
 /// The parser frees its tree by recursion, and its work grows with the square of the depth.
 constexpr int c_nMaxDepth = 2000;
 
+constexpr int c_nMaxWritings = 3;
+
 struct TreeDeleter {
     void operator()(GumboOutput* pOutput) const { gumbo_destroy_output(&kGumboDefaultOptions, pOutput); }
 };
@@ -66,6 +68,9 @@ bool IsTooDeep(const QByteArray& html) {
 }
 
 QByteArray TagName(const GumboElement& element) {
+    // Nothing ends plain text, so within a frame it can only be preformatted text.
+    if (element.tag == GUMBO_TAG_PLAINTEXT)
+        return "pre";
     if (element.tag != GUMBO_TAG_UNKNOWN)
         return gumbo_normalized_tagname(element.tag);
     GumboStringPiece piece = element.original_tag;
@@ -263,6 +268,22 @@ const GumboNode* BalancedContent(const Tree& tree, const QByteArray& wrapped) {
     return bWhole ? ppChildren[0] : nullptr;
 }
 
+/// A page that can't stand in the frame as it is, written out anew. Wrong nesting of some kinds survives one
+/// writing, since the parser mends it in another way each time.
+std::optional<Fragment> Normalised(const QByteArray& html, const Rewriter& rewrite) {
+    Fragment fragment = SerializeDocument(html, rewrite);
+    for (int nTry = 0; nTry < c_nMaxWritings; ++nTry) {
+        const QByteArray body = fragment.Body.toUtf8();
+        const QByteArray wrapped = c_before + body + c_after;
+        if (IsTooDeep(body))
+            return std::nullopt;
+        if (BalancedContent(Parse(wrapped), wrapped))
+            return fragment;
+        fragment.Body = SerializeDocument(body, [](const QString&) { return std::nullopt; }).Body;
+    }
+    return std::nullopt;
+}
+
 /// Takes an element out of the text, its content included.
 QByteArray CutOut(const GumboElement& element, const QByteArray& text, CEdits& edits) {
     const char* pBegin = element.original_tag.data;
@@ -338,13 +359,11 @@ std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rew
     const QByteArray html = strPage.toUtf8();
     if (IsTooDeep(html))
         return std::nullopt;
-    if (IsWholeDocument(html))
-        return SerializeDocument(html, rewrite);
     const QByteArray wrapped = c_before + html + c_after;
     const Tree tree = Parse(wrapped);
-    const GumboNode* pContent = BalancedContent(tree, wrapped);
+    const GumboNode* pContent = IsWholeDocument(html) ? nullptr : BalancedContent(tree, wrapped);
     if (!pContent)
-        return SerializeDocument(html, rewrite);
+        return Normalised(html, rewrite);
 
     CEdits edits(wrapped);
     ForEachElement(pContent, [&](const GumboNode* pNode) { EditReferences(pNode, rewrite, edits); });

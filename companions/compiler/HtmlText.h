@@ -37,7 +37,7 @@ struct Fragment {
     QString Body;
 };
 
-/// Nothing when the page is nested too deeply.
+/// Nothing when the page is nested too deeply, or so wrongly that it can't be kept within a frame.
 std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rewrite);
 
 } // namespace HtmlText

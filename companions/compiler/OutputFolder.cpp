@@ -119,8 +119,9 @@ void COutputFolder::Announce(const QStringList& names) {
     for (const QString& strName : names) {
         if (!m_former.contains(strName))
             MakeRoom(strName);
+        m_former.insert(strName);
     }
-    WriteList(m_former + QSet<QString>(names.begin(), names.end()));
+    WriteList(m_former);
 }
 
 void COutputFolder::MakeRoom(const QString& strName) {

@@ -49,6 +49,7 @@ private:
 
     QString m_strFolder;
     std::unique_ptr<QLockFile> m_pLock;
+    /// What the compiler wrote before or is about to write.
     QSet<QString> m_former;
     QSet<QString> m_written;
     QSet<QString> m_folders;

@@ -142,9 +142,14 @@ FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {
     const CReferences::Place place = {FolderOf(plan.Source), FolderOf(plan.PagePath)};
     const std::optional<ReadyPage> page = ReadPage(bytes, m_plan.References(), place);
     if (!page) {
-        const QString strRaw = FolderOf(plan.PagePath) + u"/raw-"_s + QFileInfo(plan.PagePath).fileName();
-        m_report.Notes.append(CompilerText::c_strNoteTooDeep.arg(strTitle));
-        output.Write(strRaw, bytes);
+        QString strRaw = QFileInfo(plan.PagePath).fileName();
+        do
+            strRaw.prepend(u"raw-"_s);
+        while (!m_tree.FindFile(FolderOf(plan.PagePath) + u'/' + strRaw).isEmpty());
+        strRaw.prepend(FolderOf(plan.PagePath) + u'/');
+        m_report.Notes.append(CompilerText::c_strNoteRawPage.arg(strTitle));
+        output.Announce({strRaw});
+        output.Write(strRaw, CorrectedPage(bytes, m_plan.References(), place));
         return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
     }
     for (const QString& strDead : page->DeadReferences)

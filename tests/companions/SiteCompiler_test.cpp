@@ -210,6 +210,19 @@ TEST(SiteCompiler, TellsNamesApartThatDifferInLetterCase) {
     EXPECT_EQ(course.Text(u"N%1\\res\\a~2.gif"_s.arg(nPage)), u"lower"_s);
 }
 
+// A page that can't stand within the frame is shown in a frame of its own; nothing of it is lost.
+TEST(SiteCompiler, EmbedsAPageThatCanNotBeTakenApart) {
+    CSampleCourse course;
+    const QString strHtml = u"<div>"_s.repeated(5000) + u"深"_s;
+    const qint32 nPage = course.AddPage(c_nRootNodeId, u"页"_s, strHtml);
+    EXPECT_EQ(Compile(course).Notes.size(), 1);
+    EXPECT_TRUE(course.Text(u"N%1\\Content.htm"_s.arg(nPage)).contains(u"src=\"raw-Content.htm\""_s));
+    EXPECT_EQ(course.Folder().Read(CSampleCourse::Site(u"N%1\\raw-Content.htm"_s.arg(nPage))),
+              CodePage::Encode(strHtml));
+    Compile(course);
+    EXPECT_FALSE(course.Folder().Exists(CSampleCourse::Site(u"N%1\\raw-Content.htm.bak"_s.arg(nPage))));
+}
+
 TEST(SiteCompiler, UsesTheSkinOfTheTemplate) {
     CSampleCourse course;
     course.WriteResource(u"Skin\\site.css"_s, "body{}");

@@ -1,0 +1,42 @@
+#include "companions/compiler/HtmlText.h"
+
+#include <gumbo.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+bool IsElement(const GumboNode* pNode, GumboTag tag) {
+    return pNode->type == GUMBO_NODE_ELEMENT && pNode->v.element.tag == tag;
+}
+
+/// Whether a page's content stays within the element that the frame has for it.
+bool StaysInside(const QString& strBody) {
+    const QByteArray page = "<!DOCTYPE html><html><head><title>x</title></head><body><main><div>" +
+                            strBody.toUtf8() + "</div></main><footer></footer></body></html>";
+    GumboOutput* pOutput =
+        gumbo_parse_with_options(&kGumboDefaultOptions, page.constData(), size_t(page.size()));
+    const GumboVector& top = pOutput->root->v.element.children;
+    const auto* pBody = static_cast<const GumboNode*>(top.data[top.length - 1]);
+    bool bInside = IsElement(pBody, GUMBO_TAG_BODY) && pBody->v.element.children.length == 2;
+    for (unsigned i = 0; bInside && i < 2; ++i)
+        bInside = IsElement(static_cast<const GumboNode*>(pBody->v.element.children.data[i]),
+                            i == 0 ? GUMBO_TAG_MAIN : GUMBO_TAG_FOOTER);
+    gumbo_destroy_output(&kGumboDefaultOptions, pOutput);
+    return bInside;
+}
+
+} // namespace
+
+// Any bytes at all are a page: it is read, its references are found, and it never breaks out of the frame.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
+    const QByteArray bytes(reinterpret_cast<const char*>(pData), qsizetype(nSize));
+    const HtmlText::Decoded page = HtmlText::Decode(bytes);
+    const auto rewrite = [](const QString& strReference) { return std::optional(strReference + u'x'); };
+    HtmlText::RewriteReferences(page.Text, rewrite);
+    const auto fragment = HtmlText::TakeFragment(page.Text, rewrite);
+    if (fragment && !StaysInside(fragment->Body))
+        std::abort();
+    return 0;
+}
