@@ -1,5 +1,7 @@
 #include "course/Companions.h"
 
+#include "platform/base/Process.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,4 +28,11 @@ QString Companions::CompilerCommandLine(const QString& strProgramFolder, const Q
 
 QString Companions::DocExportCommandLine(const QString& strProgramFolder, const QString& strProjectPath) {
     return strProgramFolder + u"\\VorelDocExport.exe \""_s + strProjectPath + u'"';
+}
+
+void Companions::Run(const QString& strCommandLine, CBookDatabase& database,
+                     Torvane::Dialog::MFC::IPeople& people) {
+    database.PauseForReaders();
+    Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });
+    database.ResumeWriting();
 }

@@ -36,10 +36,21 @@ inline const QString c_strOpenFailed = QStringLiteral("打开课程时发生错�
 inline const QString c_strClosing = QStringLiteral("正在关闭课程...");
 inline const QString c_strReportFailed = QStringLiteral("更新服务器信息失败。");
 
+// Setting another template.
+inline const QString c_strTreesDiffer =
+    QStringLiteral("源模板和目标模板栏目不同，如果您要选择该模板，请使用如下方法:\r\n"
+                   "1. 选择教师名节点，右键，导出。\r\n"
+                   "2.新建课程，选择新的模板\r\n"
+                   "3.选择教师名节点，导入。");
+inline const QString c_strReplaceSkinFailed = QStringLiteral("拷贝Skin相关文件夹失败！");
+inline const QString c_strTemplateSet = QStringLiteral("模板修改成功！");
+
 // File dialogs and dialog 350.
 inline const QString c_strProjectFileLabel = QStringLiteral("课程文件");
 inline const QString c_strSetTemplateTitle = QStringLiteral("设置模板");
 inline const QString c_strSetTemplateLabel = QStringLiteral("请您选择模板");
+inline const QString c_strOk = QStringLiteral("确定");
+inline const QString c_strCancel = QStringLiteral("取消");
 
 // What the system says of a failed call of the store.
 inline const QString c_strSystemFailed = QStringLiteral("未指定的错误");
