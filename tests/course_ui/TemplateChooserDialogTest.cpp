@@ -1,0 +1,76 @@
+#include "course/ui/TemplateChooserDialog.h"
+#include "tests/support/CourseFakes.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QImage>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class TemplateChooserTest : public testing::Test {
+protected:
+    void SetUp() override {
+        QImage picture(2000, 1000, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        ASSERT_TRUE(picture.save(World.Folder.Native(World.Template(u"Preview.jpg"_s))));
+        World.Write(World.Template(u"Preview.jpg"_s, u"模板二"_s), u"no picture"_s);
+    }
+    /// Runs the chooser and does the step on its dialog as soon as that is open.
+    std::optional<QString> Choose(const QString& strCurrent, const std::function<void(QDialog&)>& step) {
+        CTemplateChooser chooser;
+        QTimer::singleShot(0, [&] {
+            auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(pDialog, nullptr);
+            step(*pDialog);
+        });
+        return chooser.ChooseTemplate(strCurrent);
+    }
+    static QComboBox& List(QDialog& dialog) { return *dialog.findChild<QComboBox*>(u"templateList"_s); }
+    static QSize Picture(QDialog& dialog) {
+        return dialog.findChild<QLabel*>(u"templatePicture"_s)->pixmap(Qt::ReturnByValue).size();
+    }
+    static void Click(QDialog& dialog, const QString& strButton) {
+        dialog.findChild<QPushButton*>(strButton)->click();
+    }
+    CCourseWorld World;
+};
+
+TEST_F(TemplateChooserTest, ShowsAndGivesTheSelectedTemplate) {
+    const auto chosen = Choose(u"模板一"_s, [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), u"设置模板"_s);
+        EXPECT_EQ(List(dialog).currentText(), u"模板一"_s);
+        EXPECT_EQ(Picture(dialog), QSize(400, 200)) << "whole, in its proportions";
+        if (qEnvironmentVariableIsSet("VOREL_SHOTS"))
+            dialog.grab().save(qEnvironmentVariable("VOREL_SHOTS") + u"/template.png"_s);
+        List(dialog).setCurrentIndex(List(dialog).findText(u"模板二"_s));
+        EXPECT_TRUE(Picture(dialog).isEmpty()) << "a picture that doesn't load leaves its place empty";
+        Click(dialog, u"ok"_s);
+    });
+    EXPECT_EQ(chosen, u"模板二"_s);
+}
+
+TEST_F(TemplateChooserTest, UnknownNameSelectsTheFirstAndCancelGivesNone) {
+    const auto chosen = Choose(u"gone"_s, [](QDialog& dialog) {
+        EXPECT_EQ(List(dialog).currentIndex(), 0);
+        Click(dialog, u"cancel"_s);
+    });
+    EXPECT_EQ(chosen, std::nullopt);
+}
+
+TEST_F(TemplateChooserTest, NoTemplateLeavesNothingToAccept) {
+    CSysInfo::Reset(World.Folder.Path(u"elsewhere\\Vorel"_s));
+    const auto chosen = Choose(u"模板一"_s, [](QDialog& dialog) {
+        EXPECT_FALSE(dialog.findChild<QPushButton*>(u"ok"_s)->isEnabled());
+        dialog.reject();
+    });
+    EXPECT_EQ(chosen, std::nullopt);
+}
+
+} // namespace
