@@ -6,8 +6,8 @@
 #include <openssl/des.h>
 #include <openssl/md5.h>
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace {
 
@@ -47,11 +47,6 @@ quint32 NextState(quint32 nState, uchar nPlain) {
     return ((nPlain + nState) & 255U) * 51787U + 20411U;
 }
 
-QByteArray UpToZero(const QByteArray& bytes) {
-    const qsizetype n = bytes.indexOf('\0');
-    return n < 0 ? bytes : bytes.left(n);
-}
-
 } // namespace
 
 QByteArray Md5Hex(QByteArrayView text) {
@@ -68,8 +63,11 @@ QByteArray EncodeHex(QByteArrayView bytes) {
 
 QByteArray DecodeHex(QByteArrayView text) {
     QByteArray bytes(text.size() / 2, Qt::Uninitialized);
-    for (qsizetype i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<char>(HexValue(text[2 * i]) * 16 + HexValue(text[2 * i + 1]));
+    const char* pDigit = text.data();
+    for (char& c : bytes) {
+        c = static_cast<char>(HexValue(pDigit[0]) * 16 + HexValue(pDigit[1]));
+        pDigit += 2;
+    }
     return bytes;
 }
 
@@ -109,17 +107,13 @@ struct CDesKey::Schedule {
 
 namespace {
 
-// Blocks are worked on where they stand, in a copy that is padded to whole blocks.
+// Works on the blocks where they stand, padded to whole ones.
 template <typename TSchedule>
-QByteArray RunDes(QByteArrayView input, TSchedule& schedule, int nDirection) {
-    const qsizetype nPadded = (input.size() + c_nBlock - 1) / c_nBlock * c_nBlock;
-    QByteArray bytes(nPadded, Qt::Uninitialized);
-    if (nPadded == 0)
-        return bytes;
-    std::memcpy(bytes.data(), input.data(), static_cast<size_t>(input.size()));
-    std::memset(bytes.data() + input.size(), 0, static_cast<size_t>(nPadded - input.size()));
+QByteArray RunDes(QByteArray bytes, TSchedule& schedule, int nDirection) {
+    if (const qsizetype nOver = bytes.size() % c_nBlock)
+        bytes.append(c_nBlock - nOver, '\0');
     auto* pBytes = reinterpret_cast<uchar*>(bytes.data());
-    for (qsizetype i = 0; i < nPadded; i += c_nBlock) {
+    for (qsizetype i = 0; i < bytes.size(); i += c_nBlock) {
         auto* pBlock = reinterpret_cast<DES_cblock*>(pBytes + i);
         if (schedule.bTriple)
             DES_ecb2_encrypt(pBlock, pBlock, &schedule.first, &schedule.second, nDirection);
@@ -148,11 +142,11 @@ CDesKey::CDesKey(QByteArrayView key) : m_pSchedule(std::make_unique<Schedule>())
 CDesKey::~CDesKey() = default;
 
 QByteArray CDesKey::Encrypt(QByteArrayView text) const {
-    return RunDes(text, *m_pSchedule, DES_ENCRYPT);
+    return RunDes(text.toByteArray(), *m_pSchedule, DES_ENCRYPT);
 }
 
 QByteArray CDesKey::Decrypt(QByteArrayView bytes) const {
-    return RunDes(bytes, *m_pSchedule, DES_DECRYPT);
+    return RunDes(bytes.toByteArray(), *m_pSchedule, DES_DECRYPT);
 }
 
 QByteArray CDesKey::EncryptHex(QByteArrayView text) const {
@@ -160,7 +154,10 @@ QByteArray CDesKey::EncryptHex(QByteArrayView text) const {
 }
 
 QByteArray CDesKey::DecryptHex(QByteArrayView text) const {
-    return UpToZero(Decrypt(DecodeHex(text)));
+    QByteArray bytes = RunDes(DecodeHex(text), *m_pSchedule, DES_DECRYPT);
+    if (const qsizetype n = bytes.indexOf('\0'); n >= 0)
+        bytes.truncate(n);
+    return bytes;
 }
 
 QByteArray EncryptDes(QByteArrayView text, QByteArrayView key) {

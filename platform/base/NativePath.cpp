@@ -62,10 +62,10 @@ QByteArray FindIgnoringCase(const QByteArray& folder, QByteArrayView wanted) {
 } // namespace
 
 QString ToNativeExact(const QString& strPath) {
-    if (strPath.contains(QChar(u'\0')))
-        return Nowhere(strPath);
     QString strNative = strPath;
     strNative.replace(u'\\', u'/');
+    if (strNative.contains(QChar(u'\0')))
+        return Nowhere(strNative);
     if (HasDrive(strNative)) {
         const bool bRooted = strNative.size() == 2 || strNative[2] == u'/';
         if ((strNative[0] != u'Z' && strNative[0] != u'z') || !bRooted)

@@ -9,7 +9,10 @@
 #include "platform/base/NativePath.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    static const QTemporaryDir s_folder;
+    // Every write is flushed to the disk, which memory does in no time.
+    static const QTemporaryDir s_folder(QFileInfo(QStringLiteral("/dev/shm")).isWritable()
+                                            ? QStringLiteral("/dev/shm/vorel-fuzz-XXXXXX")
+                                            : QDir::tempPath() + QStringLiteral("/vorel-fuzz-XXXXXX"));
     static const QString s_strPath = Platform::FromNative(s_folder.filePath(QStringLiteral("t.ini")));
     const QByteArray before(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize));
     QFile file(s_folder.filePath(QStringLiteral("t.ini")));
