@@ -1,0 +1,66 @@
+// What the person does in the tree with mouse and keys.
+#include "content/Texts.h"
+#include "content/ui/BookTreeView.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+
+void CBookTreeView::keyPressEvent(QKeyEvent* pEvent) {
+    if (pEvent->key() == Qt::Key_F2 && pEvent->modifiers() == Qt::NoModifier) {
+        if (IsCommandEnabled(TreeCommand::c_nRename))
+            RunCommand(TreeCommand::c_nRename);
+        return;
+    }
+    QTreeWidget::keyPressEvent(pEvent);
+}
+
+void CBookTreeView::mousePressEvent(QMouseEvent* pEvent) {
+    // The right button selects when its menu comes: here too would ask the view for leave twice.
+    if (pEvent->button() == Qt::RightButton)
+        return;
+    QTreeWidget::mousePressEvent(pEvent);
+}
+
+void CBookTreeView::mouseMoveEvent(QMouseEvent* pEvent) {
+    // A pressed mouse that wanders over other lines selects none of them.
+    if (pEvent->buttons() == Qt::NoButton)
+        QTreeWidget::mouseMoveEvent(pEvent);
+}
+
+void CBookTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent) {
+    if (pEvent->button() == Qt::LeftButton)
+        Guarded([&] { ShowSelection(SelectedItem()); });
+    QTreeWidget::mouseDoubleClickEvent(pEvent);
+}
+
+void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
+    const bool bMouse = pEvent->reason() == QContextMenuEvent::Mouse;
+    QTreeWidgetItem* pItem = bMouse ? itemAt(pEvent->pos()) : SelectedItem();
+    if (IsHeadItem(LineOf(pItem)) || (pItem != SelectedItem() && !Select(pItem)))
+        return;
+    if (pItem->childCount() > 0 && pItem != m_pRootItem)
+        return;
+
+    auto* pMenu = new QMenu(this);
+    pMenu->setAttribute(Qt::WA_DeleteOnClose);
+    pMenu->setObjectName(QStringLiteral("treeMenu"));
+    const auto add = [&](int nCommand, const QString& strText) {
+        QAction* pAction = pMenu->addAction(strText);
+        pAction->setObjectName(QStringLiteral("command%1").arg(nCommand));
+        pAction->setEnabled(IsCommandEnabled(nCommand));
+        connect(pAction, &QAction::triggered, this, [this, nCommand] { RunCommand(nCommand); });
+    };
+    if (pItem != m_pRootItem)
+        add(TreeCommand::c_nEditContentInTree, ContentText::c_strEditContentCommand);
+    add(TreeCommand::c_nExport, ContentText::c_strExportCommand);
+    add(TreeCommand::c_nImport, ContentText::c_strImportCommand);
+    pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualItemRect(pItem).bottomLeft()));
+}
+
+void CBookTreeView::closeEditor(QWidget* pEditor, QAbstractItemDelegate::EndEditHint) {
+    // Neither Tab nor an arrow goes on to edit the next title.
+    QTreeWidget::closeEditor(pEditor, QAbstractItemDelegate::NoHint);
+    Guarded([&] { FinishRename(); });
+}
