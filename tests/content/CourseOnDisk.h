@@ -1,6 +1,7 @@
 #pragma once
 
 #include "content/BookNode.h"
+#include "foundation/Exceptions.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
@@ -25,7 +26,7 @@ public:
 };
 
 /// A real course, made and opened in a temporary folder by an installation of its own: templates "红" (with
-/// pages) and "空" (without any), and a seed.
+/// pages) and "空" (without any), and the delivered seed.
 class CCourseOnDisk {
 public:
     CTempFolder Folder;
@@ -33,6 +34,28 @@ public:
     std::unique_ptr<CCourse> pCourse;
 
     CCourseOnDisk() {
+        try {
+            Make();
+        } catch (const Torvane::CException& e) {
+            ADD_FAILURE() << "no course: " << e.GetMessage().toStdString();
+        }
+    }
+
+    CourseServices Services() { return {People, m_session, m_templates, m_nodes}; }
+    CBookDatabase& Store() { return *pCourse->GetDatabase(); }
+
+    /// What stands below a node's folder, "N<id>\…".
+    QString NodePath(qint32 nId, const QString& strBelow = QString()) const {
+        return QStringLiteral("课程\\Data\\Courseware\\NodeResource\\N%1\\").arg(nId) + strBelow;
+    }
+
+    static void Put(const QString& strPath, const QByteArray& bytes) {
+        Torvane::File::CreateFolderPath(Torvane::File::ParentFolder(strPath));
+        ReplaceFile(strPath, bytes);
+    }
+
+private:
+    void Make() {
         using namespace Qt::StringLiterals;
         CSysInfo::Reset(Folder.Path(u"程序\\Vorel.exe"_s));
         const CSysInfo& settings = CSysInfo::Instance();
@@ -50,34 +73,14 @@ public:
             ADD_FAILURE() << "the course does not open";
     }
 
-    CourseServices Services() { return {People, m_session, m_templates, m_nodes}; }
-    CBookDatabase& Store() { return *pCourse->GetDatabase(); }
-
-    /// What stands below a node's folder, "N<id>\…".
-    QString NodePath(qint32 nId, const QString& strBelow = QString()) const {
-        return QStringLiteral("课程\\Data\\Courseware\\NodeResource\\N%1\\").arg(nId) + strBelow;
-    }
-
-    static void Put(const QString& strPath, const QByteArray& bytes) {
-        Torvane::File::CreateFolderPath(Torvane::File::ParentFolder(strPath));
-        ReplaceFile(strPath, bytes);
-    }
-
-private:
     static void MakeSeed(const QString& strData) {
         Torvane::File::CreateFolderPath(strData + QStringLiteral("DataBase"));
         Torvane::File::CreateFolderPath(strData + QStringLiteral("Courseware\\NodeResource"));
         SQLite::Database seed(
             Platform::ToNativeExact(strData + QStringLiteral("DataBase\\VorelCourse.mdb")).toStdString(),
             SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        seed.exec(
-            "CREATE TABLE Book (Id INTEGER PRIMARY KEY AUTOINCREMENT, ParentId INTEGER NOT NULL DEFAULT 0,"
-            " [Index] INTEGER NOT NULL DEFAULT 0, Title VARCHAR(1024) NOT NULL DEFAULT '',"
-            " Type INTEGER NOT NULL DEFAULT -1, Path VARCHAR(1024) NOT NULL DEFAULT '',"
-            " OpenType INTEGER NOT NULL DEFAULT 0, FileName VARCHAR(255) NOT NULL DEFAULT '',"
-            " Comment VARCHAR(255) NOT NULL DEFAULT '', [Size] DOUBLE NOT NULL DEFAULT 0,"
-            " TimeLastModified DATETIME)");
-        seed.exec("INSERT INTO Book (Id, [Index]) VALUES (1, 1), (2, 2), (3, 3)");
+        const QString strScript = Platform::FromNative(QString::fromLocal8Bit(VOREL_SEED_SCRIPT));
+        seed.exec(ReadFileBytes(strScript).toStdString());
     }
 
     CAgreeingSession m_session;
