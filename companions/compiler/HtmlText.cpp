@@ -1,5 +1,6 @@
 #include "companions/compiler/HtmlText.h"
 
+#include "companions/compiler/CssText.h"
 #include "foundation/CodePage.h"
 #include "foundation/Text.h"
 
@@ -144,17 +145,31 @@ QByteArray Quoted(const QString& strValue) {
     return '"' + strValue.toHtmlEscaped().toUtf8() + '"';
 }
 
+/// What stands in place of an attribute's value; nothing to leave it.
+std::optional<QString> NewValue(const GumboElement& element, const GumboAttribute& attribute,
+                                const Rewriter& rewrite) {
+    if (IsReference(element, attribute))
+        return rewrite(QString::fromUtf8(attribute.value));
+    if (qstrcmp(attribute.name, "style") == 0)
+        return CssText::RewriteReferences(QString::fromUtf8(attribute.value), rewrite);
+    return std::nullopt;
+}
+
 void EditReferences(const GumboNode* pNode, const Rewriter& rewrite, CEdits& edits) {
     const GumboElement& element = pNode->v.element;
     for (unsigned i = 0; i < element.attributes.length; ++i) {
         const auto* pAttribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
-        if (!IsReference(element, *pAttribute) || pAttribute->original_value.length == 0)
+        if (pAttribute->original_value.length == 0)
             continue;
-        const std::optional<QString> strNew = rewrite(QString::fromUtf8(pAttribute->value));
-        if (strNew)
+        if (const auto strNew = NewValue(element, *pAttribute, rewrite))
             edits.Replace(pAttribute->original_value.data, qsizetype(pAttribute->original_value.length),
                           Quoted(*strNew));
     }
+    if (element.tag != GUMBO_TAG_STYLE || element.children.length != 1)
+        return;
+    const GumboText& sheet = static_cast<const GumboNode*>(element.children.data[0])->v.text;
+    if (const auto strNew = CssText::RewriteReferences(QString::fromUtf8(sheet.text), rewrite))
+        edits.Replace(sheet.original_text.data, qsizetype(sheet.original_text.length), strNew->toUtf8());
 }
 
 bool IsStyleLink(const GumboElement& element) {
@@ -209,9 +224,8 @@ private:
         out += '<' + name;
         for (unsigned i = 0; i < element.attributes.length; ++i) {
             const auto* pAttribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
-            QString strValue = QString::fromUtf8(pAttribute->value);
-            if (IsReference(element, *pAttribute))
-                strValue = m_rewrite(strValue).value_or(strValue);
+            const QString strValue =
+                NewValue(element, *pAttribute, m_rewrite).value_or(QString::fromUtf8(pAttribute->value));
             out += ' ' + QByteArray(pAttribute->name) + '=' + Quoted(strValue);
         }
         out += '>';
@@ -220,8 +234,14 @@ private:
         const bool bRaw = element.tag == GUMBO_TAG_SCRIPT || element.tag == GUMBO_TAG_STYLE ||
                           element.tag == GUMBO_TAG_XMP || element.tag == GUMBO_TAG_IFRAME ||
                           element.tag == GUMBO_TAG_NOEMBED || element.tag == GUMBO_TAG_NOFRAMES;
+        const qsizetype nContent = out.size();
         for (unsigned i = 0; i < element.children.length; ++i)
             Write(static_cast<const GumboNode*>(element.children.data[i]), &out, bRaw);
+        if (element.tag == GUMBO_TAG_STYLE) {
+            const auto strSheet = CssText::RewriteReferences(QString::fromUtf8(out.mid(nContent)), m_rewrite);
+            if (strSheet)
+                out.replace(nContent, out.size() - nContent, strSheet->toUtf8());
+        }
         out += "</" + name + '>';
     }
 

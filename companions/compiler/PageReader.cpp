@@ -1,5 +1,6 @@
 #include "companions/compiler/PageReader.h"
 
+#include "companions/compiler/CssText.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
 
@@ -31,19 +32,22 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
     return page;
 }
 
-QByteArray CorrectedPage(const QByteArray& bytes, const CReferences& references,
+QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                          const CReferences::Place& place) {
-    HtmlText::Decoded page = HtmlText::Decode(bytes);
     const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
         const CReferences::Result result = references.Rewrite(strReference, place);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
-    // A page whose bytes don't survive the way there and back is better left alone.
-    if (HtmlText::Encode(page) != bytes)
-        return bytes;
-    const std::optional<QString> strNew = HtmlText::RewriteReferences(page.Text, rewrite);
+    HtmlText::Decoded text = HtmlText::Decode(bytes);
+    // Bytes that don't survive the way there and back are kept as they are, one character each; names in
+    // ASCII are found all the same.
+    if (HtmlText::Encode(text) != bytes)
+        text = {QString::fromLatin1(bytes), "ISO-8859-1", false};
+    const std::optional<QString> strNew = kind == ESourceText::Page
+                                              ? HtmlText::RewriteReferences(text.Text, rewrite)
+                                              : CssText::RewriteReferences(text.Text, rewrite);
     if (!strNew)
         return bytes;
-    page.Text = *strNew;
-    return HtmlText::Encode(page).value_or(bytes);
+    text.Text = *strNew;
+    return HtmlText::Encode(text).value_or(bytes);
 }

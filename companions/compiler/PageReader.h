@@ -21,7 +21,8 @@ struct ReadyPage {
 std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
                                   const CReferences::Place& place);
 
-/// A page that goes to the site as it is but for the letter case of its references: its bytes, with what
-/// need not change untouched.
-QByteArray CorrectedPage(const QByteArray& bytes, const CReferences& references,
+/// A page or style sheet that goes to the site as it is but for the letter case of its references: its
+/// bytes, with what need not change untouched.
+enum class ESourceText { Page, StyleSheet };
+QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                          const CReferences::Place& place);

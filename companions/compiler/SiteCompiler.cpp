@@ -23,9 +23,14 @@ namespace {
 const QString c_strDefaultFolder = u"课程网站"_s;
 const QString c_strStartPage = u"index.html"_s;
 
-bool IsWebPage(const QString& strName) {
+/// Whether a file's references are corrected on its way.
+std::optional<ESourceText> TextKind(const QString& strName) {
     const QString strLower = LowerAscii(strName);
-    return strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1);
+    if (strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1))
+        return ESourceText::Page;
+    if (strLower.endsWith(".css"_L1))
+        return ESourceText::StyleSheet;
+    return std::nullopt;
 }
 
 /// One run of the compiler, from the course to its site.
@@ -105,12 +110,13 @@ void CCompileRun::CopyFiles(COutputFolder& output, const QStringList& files) {
     for (const QString& strFile : files) {
         const QString strSource = m_tree.NativePath(strFile);
         const QString strName = m_tree.OutputName(strFile);
-        if (!IsWebPage(strFile)) {
+        const std::optional<ESourceText> kind = TextKind(strFile);
+        if (!kind) {
             output.Copy(strSource, strName);
             continue;
         }
         const CReferences::Place place = {FolderOf(strFile), FolderOf(strName)};
-        output.Write(strName, CorrectedPage(ReadSourceFile(strSource), m_plan.References(), place));
+        output.Write(strName, CorrectedText(*kind, ReadSourceFile(strSource), m_plan.References(), place));
     }
 }
 
@@ -149,7 +155,7 @@ FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {
         strRaw.prepend(FolderOf(plan.PagePath) + u'/');
         m_report.Notes.append(CompilerText::c_strNoteRawPage.arg(strTitle));
         output.Announce({strRaw});
-        output.Write(strRaw, CorrectedPage(bytes, m_plan.References(), place));
+        output.Write(strRaw, CorrectedText(ESourceText::Page, bytes, m_plan.References(), place));
         return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
     }
     for (const QString& strDead : page->DeadReferences)

@@ -1,5 +1,6 @@
 #include "companions/compiler/HtmlText.h"
 
+#include "companions/compiler/CssText.h"
 #include "foundation/CodePage.h"
 
 #include <gtest/gtest.h>
@@ -29,6 +30,9 @@ TEST(HtmlText, TakesPagesApartForTheFrame) {
          u"<object><param name=Movie value=\"M.SWF\"><param name=quality value=high></object>"_s},
         {u"<link rel=stylesheet href=a.css><title>t</title><meta charset=gbk>text<style>p{}</style>"_s,
          u"<link rel=stylesheet href=\"A.CSS\">\n<style>p{}</style>\n"_s, u"text"_s},
+        {u"<p style='background:url(a.gif)'>x<style>p{background:URL( b.gif )}</style>"_s,
+         u"<style>p{background:URL( \"B.GIF\" )}</style>\n"_s,
+         u"<p style=\"background:url(&quot;A.GIF&quot;)\">x"_s},
         // What would break the frame is closed within itself.
         {u"</div></div></main>x"_s, QString(), u"x"_s},
         {u"<table><tr><td>x"_s, QString(), u"<table><tbody><tr><td>x</td></tr></tbody></table>"_s},
@@ -46,6 +50,26 @@ TEST(HtmlText, TakesPagesApartForTheFrame) {
         EXPECT_EQ(fragment->Head.toStdString(), row.strHead.toStdString()) << row.strPage.toStdString();
         EXPECT_EQ(fragment->Body.toStdString(), row.strBody.toStdString()) << row.strPage.toStdString();
     }
+}
+
+TEST(CssText, TouchesReferencesAlone) {
+    const struct {
+        QString strSheet;
+        QString strResult;
+    } rows[] = {
+        {u"@charset \"gbk\"; @import 'a.css' screen; @import url(b.css); p{content:'c.gif'}"_s,
+         u"@charset \"gbk\"; @import \"A.CSS\" screen; @import url(\"B.CSS\"); p{content:'c.gif'}"_s},
+        {u"/* url(a) */ a{b:url('c d.gif'),URL(e)} /* url(f) "_s,
+         u"/* url(a) */ a{b:url(\"C D.GIF\"),URL(\"E\")} /* url(f) "_s},
+        {u"a{b:\"url(c)\";d:curl(e);f:url(g\\h);i:url()}"_s, QString()},
+        {u"a{b:url(!k);c:'broken\n;d:url(e)}"_s, u"a{b:url(!k);c:'broken\n;d:url(\"E\")}"_s},
+        {u"a{b:url(c"_s, u"a{b:url(\"C\""_s},
+        {u"a{b:url('c"_s, QString()},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(CssText::RewriteReferences(row.strSheet, Louder).value_or(QString()).toStdString(),
+                  row.strResult.toStdString())
+            << row.strSheet.toStdString();
 }
 
 TEST(HtmlText, RefusesWhatTheParserCanNotBear) {

@@ -64,6 +64,7 @@ TEST(SiteCompiler, CompilesEveryKindOfNode) {
     course.WriteResource(
         u"N%1\\Site\\Index.htm"_s.arg(nSite),
         CodePage::Encode(u"<HTML><a href=NEXT.HTM>下一页</a><a href='next.htm'>同</a></HTML>"));
+    course.WriteResource(u"N%1\\Site\\style.css"_s.arg(nSite), "/* \xff\xff */ p{background:url(NEXT.htm)}");
     course.WriteResource(u"N%1\\Site\\next.htm"_s.arg(nSite), "<p id=x>next</p>");
     course.Add(c_nRootNodeId, u"外部"_s, NodeType::c_nExternalLink, u"http://www.example.edu.cn/?a=1&b=2"_s);
     const qint32 nToPage =
@@ -110,6 +111,9 @@ TEST(SiteCompiler, CompilesEveryKindOfNode) {
         << "an imported page keeps its bytes but for letter case";
     EXPECT_TRUE(
         course.Text(u"index.html"_s).contains(u"<a href=\"N%1/Content.htm#a\">站内</a>"_s.arg(nPage)));
+    EXPECT_EQ(course.Folder().Read(CSampleCourse::Site(u"N%1\\Site\\style.css"_s.arg(nSite))),
+              "/* \xff\xff */ p{background:url(\"next.htm\")}")
+        << "a sheet of no known coding keeps its bytes too";
     EXPECT_FALSE(course.Folder().Exists(CSampleCourse::Site(u"N%1"_s.arg(nToPage))));
     EXPECT_TRUE(course.Text(u"N%1\\index.html"_s.arg(nVideo)).contains(u"lecture.asf"_s));
     EXPECT_TRUE(course.Text(u"index.html"_s).contains(u"<h1>&lt;高等&gt;数学</h1>"_s));

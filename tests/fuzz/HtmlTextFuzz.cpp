@@ -33,7 +33,9 @@ bool StaysInside(const QString& strBody) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
     const QByteArray bytes(reinterpret_cast<const char*>(pData), qsizetype(nSize));
     const HtmlText::Decoded page = HtmlText::Decode(bytes);
-    const auto rewrite = [](const QString& strReference) { return std::optional(strReference + u'x'); };
+    const auto rewrite = [](const QString& strReference) -> std::optional<QString> {
+        return strReference + u'x';
+    };
     HtmlText::RewriteReferences(page.Text, rewrite);
     const auto fragment = HtmlText::TakeFragment(page.Text, rewrite);
     if (fragment && !StaysInside(fragment->Body))
