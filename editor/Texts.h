@@ -30,6 +30,7 @@ inline const QString c_strNotCopied =
 // Commands of the page.
 inline const QString c_strAskTemplate = QStringLiteral("重新设置模板将丢失已有的内容，您继续吗？");
 inline const QString c_strTemplateFilter = QStringLiteral("模板文件(.%1)|*.%1||");
+inline const QString c_strTemplateExtension = QStringLiteral("htm");
 inline const QString c_strBadTemplate = QStringLiteral("对不起，您选择的模板不合法，请您重新选择!");
 inline const QString c_strAskClear = QStringLiteral("您确定清空已有内容吗？");
 inline const QString c_strClearFailed = QStringLiteral("写入内容失败!");
@@ -56,6 +57,8 @@ inline const QString c_strAskMarquee = QStringLiteral("请您输入滚动文字"
 inline const QString c_strAskFloatingHelp = QStringLiteral("请输入帮助的内容");
 inline const QString c_strAskHelp = QStringLiteral("请您输入帮助内容");
 inline const QString c_strNoSelection = QStringLiteral("对不起，请您先选中一段内容！");
+inline const QString c_strNoTable = QStringLiteral("请您先选中一个表格！");
+inline const QString c_strTableFailed = QStringLiteral("表格修改失败, 请您检查参数是否合法！");
 inline const QString c_strTableTitle = QStringLiteral("表格属性");
 inline const QString c_strTableGroup = QStringLiteral("请您输入表格参数");
 inline const QString c_strTableRows = QStringLiteral("行数(&R)");
@@ -89,5 +92,6 @@ inline const QString c_strPromptExternal =
     QStringLiteral("现在正在使用外部编辑器编辑内容, 请您在编辑结束后关闭窗口并点击“刷新显示”按钮查看内容。");
 inline const QString c_strPromptRecorder =
     QStringLiteral("现在正在启动视频课件制作工具制作视频。 请您在制作结束后,关闭窗口。");
+inline const QString c_strOpenOutside = QStringLiteral("在系统浏览器中打开：%1");
 
 } // namespace EditorTexts

@@ -1,0 +1,59 @@
+#include "editor/Download.h"
+
+#include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
+#include "foundation/TextFile.h"
+#include "server/HttpClient.h"
+#include "server/HttpMessage.h"
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QUrl>
+
+using namespace Torvane::Net;
+
+namespace {
+
+constexpr int c_nMaxRedirections = 5;
+constexpr qint64 c_nTimeLimitMs = 60'000;
+
+QByteArray Location(const QByteArray& headers) {
+    const QList<QByteArray> lines = headers.split('\n');
+    for (const QByteArray& line : lines) {
+        const qsizetype nColon = line.indexOf(':');
+        if (nColon > 0 && line.left(nColon).trimmed().toLower() == "location")
+            return line.mid(nColon + 1).trimmed();
+    }
+    return {};
+}
+
+} // namespace
+
+bool DownloadUrlToFile(const QString& strUrl, const QString& strPath,
+                       const std::function<void()>& whileWaiting) {
+    QElapsedTimer timer;
+    timer.start();
+    try {
+        CHttpClient client;
+        client.SetWaitStep([&] {
+            whileWaiting();
+            return timer.elapsed() < c_nTimeLimitMs;
+        });
+        QByteArray url = CodePage::Encode(strUrl);
+        for (int nRequest = 0; nRequest <= c_nMaxRedirections; ++nRequest) {
+            client.Request(url, EHttpMethod::Get, "Vorel");
+            const int nStatus = ParseStatus(client.GetRawHeaders());
+            if (nStatus >= 200 && nStatus < 300) {
+                ReplaceFile(strPath, client.GetBody());
+                return true;
+            }
+            const QByteArray location = Location(client.GetRawHeaders());
+            if (nStatus < 300 || nStatus >= 400 || location.isEmpty())
+                return false;
+            url = QUrl::fromEncoded(url).resolved(QUrl::fromEncoded(location)).toEncoded();
+        }
+    } catch (const Torvane::CRunException&) {
+        return false;
+    }
+    return false;
+}
