@@ -1,14 +1,21 @@
 #pragma once
 
 #include "content/ui/BookShowView.h"
+#include "editor/EditorCommands.h"
+#include "editor/PageSave.h"
 #include "platform/base/People.h"
 
 #include <memory>
 
+class CEditorToolBars;
 class CWebBrowser2Ex;
+class QPlainTextEdit;
+class QTabBar;
 
-/// The built-in HTML editor: edits the page of a node in a browser surface in design mode.
-class CEditorView : public CBookShowView {
+/// The built-in HTML editor: edits the page of a node in a browser surface in design mode, with the source in
+/// a text box and a preview beside it. It has no document of its own: the live text stands in the design
+/// surface or in the text box, and what has changed is found out by comparing with the file.
+class CEditorView : public CBookShowView, private ILivePage {
     Q_OBJECT
 public:
     CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent = nullptr);
@@ -17,7 +24,65 @@ public:
     bool LeaveNode(bool bCanCancel) override;
     void ShowNode() override;
 
-    /// Whether an editing command is enabled, and running one by its id.
+    /// Whether an editing command is enabled, and running one by its id; false when it is disabled or none of
+    /// the editor's.
     bool IsCommandEnabled(int nCommand) const;
     bool RunCommand(int nCommand);
+
+protected:
+    void resizeEvent(QResizeEvent* pEvent) override;
+
+private:
+    // The live text, for the saver.
+    bool GetCurrentHtml(QString& strHtml) override;
+    bool SetCurrentHtml(const QString& strHtml) override;
+    bool IsInSource() const override { return m_bInSource; }
+    bool GetAllImageSrc(QStringList& list) override;
+    bool GetAllEmbededSrc(QStringList& list) override;
+    bool GetAllAnchorHref(QStringList& list) override;
+    bool GetURL(QString& strUrl) override;
+
+    // Tabs and layout.
+    void SwitchTo(EditorCommands::EMode mode);
+    bool SwapToSource();
+    bool SwapToDesign();
+    void ShowPreview();
+    void Blank(CWebBrowser2Ex& surface);
+    void SetMode(EditorCommands::EMode mode);
+    void LayOut();
+    void FocusLive();
+    QString SourceText() const;
+
+    // Commands.
+    void RunPlain(const EditorCommands::Command& command);
+    void RunColour(const EditorCommands::Command& command);
+    void RunLink(const EditorCommands::Command& command);
+    void RunBox(int nCommand, const QString& strValue);
+    void RunOwn(int nCommand);
+    void RunOnPage(int nCommand);
+    void Insert(const QString& strHtml);
+    void InsertPicked(const QString& strFilter, QString (*build)(const QString&));
+    void InsertOtherFile();
+    void InsertTable();
+    void EditTable();
+    void InsertText(const QString& strPrompt, QString (*build)(const QString&));
+    void InsertFloatingHelp();
+    void SetTemplate();
+    void ClearContent();
+    void ClearGarbage();
+    void Quit();
+
+    Torvane::Dialog::MFC::IPeople& m_people;
+    CEditorToolBars* m_pBars;
+    QTabBar* m_pTabs;
+    QPlainTextEdit* m_pSource;
+    CWebBrowser2Ex* m_pDesign;
+    CWebBrowser2Ex* m_pPreview;
+    CPageSaver m_saver;
+    EditorCommands::EMode m_mode = EditorCommands::EMode::Design;
+    /// The text box holds the live text. A move to the preview leaves it as it is.
+    bool m_bInSource = false;
+    /// The colours chosen last, red in the low byte.
+    quint32 m_crForeColor = 0;
+    quint32 m_crBackColor = 0;
 };

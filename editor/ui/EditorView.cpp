@@ -1,0 +1,241 @@
+#include "editor/ui/EditorView.h"
+
+#include "editor/Download.h"
+#include "editor/Texts.h"
+#include "editor/ui/EditorToolBars.h"
+#include "editor/ui/ShowFailure.h"
+#include "foundation/Paths.h"
+#include "foundation/SysInfo.h"
+#include "platform/ui/WebBrowser.h"
+
+#include <QFontDatabase>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTabBar>
+
+using namespace EditorCommands;
+
+namespace {
+
+const QString c_strBlank = QStringLiteral("about:blank");
+
+} // namespace
+
+CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
+    : CBookShowView(host, pParent), m_people(people), m_pBars(new CEditorToolBars(this)),
+      m_pTabs(new QTabBar(this)), m_pSource(new QPlainTextEdit(this)), m_pDesign(new CWebBrowser2Ex(this)),
+      m_pPreview(new CWebBrowser2Ex(this)),
+      m_saver(*this, people, [&people](const QString& strUrl, const QString& strPath) {
+          return DownloadUrlToFile(strUrl, strPath, [&people] { people.KeepPainting(); });
+      }) {
+    setObjectName(QStringLiteral("CEditorView"));
+    m_pDesign->setObjectName(QStringLiteral("design"));
+    m_pPreview->setObjectName(QStringLiteral("preview"));
+    m_pSource->setObjectName(QStringLiteral("source"));
+    m_pSource->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_pSource->setFrameShape(QFrame::NoFrame);
+    m_pTabs->setObjectName(QStringLiteral("editorTabs"));
+    m_pTabs->setShape(QTabBar::RoundedSouth);
+    m_pTabs->setExpanding(false);
+    m_pTabs->setDrawBase(false);
+    for (const QString& strText :
+         {EditorTexts::c_strDesignTab, EditorTexts::c_strSourceTab, EditorTexts::c_strPreviewTab})
+        m_pTabs->addTab(strText);
+    connect(m_pTabs, &QTabBar::currentChanged, this,
+            [this](int nTab) { SwitchTo(static_cast<EMode>(nTab)); });
+    connect(m_pBars, &CEditorToolBars::CommandTriggered, this, &CEditorView::RunCommand);
+    connect(m_pBars, &CEditorToolBars::ValueChosen, this, &CEditorView::RunBox);
+    SetMode(EMode::Design);
+}
+
+CEditorView::~CEditorView() = default;
+
+void CEditorView::ShowNode() {
+    if (m_pNode == nullptr)
+        return;
+    CBookNode* const pNode = m_pNode;
+    QString strPath;
+    ShowFailure(this, [&] {
+        strPath = pNode->GetContentPath();
+        // A node may have been made from a template without a page: editing begins with an empty one.
+        if (!Torvane::File::IsFile(strPath))
+            pNode->SaveContent(QString());
+    });
+    m_bInSource = false;
+    m_pSource->clear();
+    SetMode(EMode::Design);
+
+    const CCoursePaths& paths = pNode->GetCourse().GetPaths();
+    const QStringList folders = {paths.GetCourseFolder(false), CSysInfo::Instance().GetSysDataFolder(false)};
+    // The preview, too, shows pictures that lie elsewhere until the next save.
+    m_pDesign->SetAllowedFolders(folders, true);
+    m_pPreview->SetAllowedFolders(folders, true);
+
+    // Loading waits, and whatever closes the window meanwhile takes this view along.
+    const QPointer<CEditorView> pThis(this);
+    m_pDesign->SetBrowserDesignMode(false);
+    const bool bLoaded = m_pDesign->NavigateAndWait(strPath);
+    const bool bEditing = pThis && bLoaded && m_pDesign->SetBrowserDesignMode(true);
+    if (!pThis)
+        return;
+    m_saver.Open(strPath, paths.GetNodeResourceFolder(true),
+                 [pNode](const QString& strHtml) { return pNode->SaveContent(strHtml); });
+    if (!bEditing)
+        m_people.Error(EditorTexts::c_strDesignModeFailed);
+    // The preview loads the page when its tab is chosen: a second page kept alive behind the first would be
+    // heard and not seen.
+    FocusLive();
+}
+
+bool CEditorView::LeaveNode(bool bCanCancel) {
+    if (bCanCancel && CWebBrowser2Ex::IsCallRunning())
+        return false;
+    QString strUrl;
+    if (m_pDesign->GetURL(strUrl) && strUrl == c_strBlank)
+        return true;
+    const QPointer<CEditorView> pThis(this);
+    if (!m_saver.MayLeave(bCanCancel))
+        return false;
+    if (pThis)
+        m_pDesign->SetBrowserDesignMode(false);
+    if (pThis)
+        Blank(*m_pDesign);
+    if (pThis)
+        Blank(*m_pPreview);
+    return true;
+}
+
+/// Takes the page out of a surface, so that it neither sounds nor counts as open.
+void CEditorView::Blank(CWebBrowser2Ex& surface) {
+    QString strUrl;
+    if (!surface.GetURL(strUrl) || strUrl != c_strBlank)
+        surface.NavigateAndWait(c_strBlank);
+}
+
+bool CEditorView::GetCurrentHtml(QString& strHtml) {
+    if (!m_bInSource)
+        return m_pDesign->GetBrowserBodyInnerHTML(strHtml);
+    strHtml = SourceText();
+    return true;
+}
+
+bool CEditorView::SetCurrentHtml(const QString& strHtml) {
+    if (!m_bInSource)
+        return m_pDesign->SetBrowserBodyInnerHTML(strHtml);
+    m_pSource->setPlainText(strHtml);
+    return true;
+}
+
+bool CEditorView::GetAllImageSrc(QStringList& list) {
+    return m_pDesign->GetAllImageSrc(list);
+}
+
+bool CEditorView::GetAllEmbededSrc(QStringList& list) {
+    return m_pDesign->GetAllEmbededSrc(list);
+}
+
+bool CEditorView::GetAllAnchorHref(QStringList& list) {
+    return m_pDesign->GetAllAnchorHref(list);
+}
+
+bool CEditorView::GetURL(QString& strUrl) {
+    return m_pDesign->GetURL(strUrl);
+}
+
+/// As it was typed: the box's plain text would turn hard blanks into ordinary ones.
+QString CEditorView::SourceText() const {
+    QString strText = m_pSource->document()->toRawText();
+    return strText.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
+}
+
+void CEditorView::SwitchTo(EMode mode) {
+    if (mode == m_mode)
+        return;
+    const QPointer<CEditorView> pThis(this);
+    if (m_mode == EMode::Preview)
+        Blank(*m_pPreview);
+    bool bMoved = true;
+    if (pThis && mode == EMode::Design && m_bInSource)
+        bMoved = SwapToDesign();
+    else if (pThis && mode == EMode::Source && !m_bInSource)
+        bMoved = SwapToSource();
+    else if (pThis && mode == EMode::Preview)
+        ShowPreview();
+    if (!pThis)
+        return;
+    // A text that could not be moved stays where it is, and its tab with it: the other side holds an older
+    // one.
+    const EMode live = m_bInSource ? EMode::Source : EMode::Design;
+    SetMode(bMoved ? mode : live);
+    FocusLive();
+}
+
+bool CEditorView::SwapToSource() {
+    QString strHtml;
+    const QPointer<CEditorView> pThis(this);
+    if (!m_pDesign->GetBrowserBodyInnerHTML(strHtml)) {
+        if (pThis)
+            m_people.Error(EditorTexts::c_strNoContent);
+        return false;
+    }
+    m_pSource->setPlainText(strHtml);
+    m_bInSource = true;
+    return true;
+}
+
+bool CEditorView::SwapToDesign() {
+    const QPointer<CEditorView> pThis(this);
+    if (!m_pDesign->SetBrowserBodyInnerHTML(SourceText())) {
+        if (pThis)
+            m_people.Error(EditorTexts::c_strClearFailed);
+        return false;
+    }
+    m_bInSource = false;
+    return true;
+}
+
+/// The unsaved text at the page's own place, so that its relative references are found.
+void CEditorView::ShowPreview() {
+    const QPointer<CEditorView> pThis(this);
+    m_pPreview->NavigateAndWait(m_saver.GetPagePath());
+    QString strHtml;
+    if (pThis && GetCurrentHtml(strHtml) && pThis)
+        m_pPreview->SetBrowserBodyInnerHTML(strHtml);
+}
+
+void CEditorView::SetMode(EMode mode) {
+    m_mode = mode;
+    const QSignalBlocker blocker(m_pTabs);
+    m_pTabs->setCurrentIndex(static_cast<int>(mode));
+    m_pBars->setVisible(mode != EMode::Preview);
+    m_pBars->UpdateEnabled([this](int nCommand) { return IsCommandEnabled(nCommand); });
+    LayOut();
+}
+
+void CEditorView::LayOut() {
+    const int nTabs = m_pTabs->sizeHint().height();
+    const int nBars = m_mode == EMode::Preview ? 0 : m_pBars->sizeHint().height();
+    const int nBottom = qMax(height() - nTabs, nBars);
+    m_pBars->setGeometry(0, 0, width(), nBars);
+    m_pTabs->setGeometry(0, nBottom, width(), nTabs);
+    const QRect area(0, nBars, width(), nBottom - nBars);
+    // The surfaces are moved away rather than hidden, so that they go on working.
+    const auto place = [&](QWidget* pWidget, EMode mode) {
+        pWidget->setGeometry(m_mode == mode ? area : QRect());
+    };
+    place(m_pDesign, EMode::Design);
+    place(m_pSource, EMode::Source);
+    place(m_pPreview, EMode::Preview);
+}
+
+void CEditorView::FocusLive() {
+    if (m_mode == EMode::Design)
+        m_pDesign->setFocus();
+    else if (m_mode == EMode::Source)
+        m_pSource->setFocus();
+}
+
+void CEditorView::resizeEvent(QResizeEvent* pEvent) {
+    CBookShowView::resizeEvent(pEvent);
+    LayOut();
+}

@@ -1,0 +1,219 @@
+// The commands of the editor's toolbars.
+#include "course/TemplateStore.h"
+#include "editor/HtmlFragments.h"
+#include "editor/Texts.h"
+#include "editor/ui/EditorDialogs.h"
+#include "editor/ui/EditorView.h"
+#include "editor/ui/ShowFailure.h"
+#include "foundation/Files.h"
+#include "foundation/SysInfo.h"
+#include "foundation/TextFile.h"
+#include "platform/ui/WebBrowser.h"
+
+using namespace EditorCommands;
+using namespace Torvane::Dialog::MFC;
+
+bool CEditorView::IsCommandEnabled(int nCommand) const {
+    // The dialog behind the in-site link is reached from the content wizard alone.
+    return nCommand != Id::c_nInSiteLink && IsAllowed(nCommand, m_mode);
+}
+
+bool CEditorView::RunCommand(int nCommand) {
+    const Command* pCommand = Find(nCommand);
+    if (pCommand == nullptr || !IsCommandEnabled(nCommand) || m_pNode == nullptr)
+        return false;
+    switch (pCommand->Family) {
+    case EFamily::Plain:
+        RunPlain(*pCommand);
+        break;
+    case EFamily::Colour:
+        RunColour(*pCommand);
+        break;
+    case EFamily::Link:
+        RunLink(*pCommand);
+        break;
+    case EFamily::Box:
+        // Runs with the value chosen in its box.
+        return false;
+    case EFamily::Own:
+        RunOwn(nCommand);
+        break;
+    case EFamily::Page:
+        RunOnPage(nCommand);
+        break;
+    }
+    return true;
+}
+
+void CEditorView::RunPlain(const Command& command) {
+    m_pDesign->ExecuteIHTMLDocumentCmd(command.strName.toString(), false, QVariant());
+}
+
+void CEditorView::RunColour(const Command& command) {
+    quint32& crColour = command.nId == Id::c_nForeColor ? m_crForeColor : m_crBackColor;
+    if (const auto chosen = EditorDialogs::AskColour(crColour, this)) {
+        crColour = *chosen;
+        m_pDesign->ExecuteIHTMLDocumentCmd(command.strName.toString(), false, static_cast<int>(crColour));
+    }
+}
+
+void CEditorView::RunLink(const Command& command) {
+    m_pDesign->ExecuteIHTMLDocumentCmd(command.strName.toString(), true, QVariant());
+    m_pDesign->ExecuteIHTMLDocumentCmd(QStringLiteral("UnSelect"), false, QVariant());
+}
+
+void CEditorView::RunBox(int nCommand, const QString& strValue) {
+    m_pDesign->ExecuteIHTMLDocumentCmd(Find(nCommand)->strName.toString(), false, strValue);
+    m_pDesign->setFocus();
+}
+
+void CEditorView::RunOwn(int nCommand) {
+    switch (nCommand) {
+    case Id::c_nImage:
+        return InsertPicked(EditorTexts::c_strImageFilter, HtmlFragments::Image);
+    case Id::c_nFlash:
+        return InsertPicked(EditorTexts::c_strFlashFilter, HtmlFragments::Flash);
+    case Id::c_nMedia:
+        return InsertPicked(EditorTexts::c_strMediaFilter, HtmlFragments::Media);
+    case Id::c_nOtherFile:
+        return InsertOtherFile();
+    case Id::c_nTable:
+        return InsertTable();
+    case Id::c_nEditTable:
+        return EditTable();
+    case Id::c_nMarquee:
+        return InsertText(EditorTexts::c_strAskMarquee, HtmlFragments::Marquee);
+    case Id::c_nLineBreak:
+        return Insert(HtmlFragments::LineBreak());
+    case Id::c_nFloatingHelp:
+        return InsertFloatingHelp();
+    case Id::c_nHelpMark:
+        return InsertText(EditorTexts::c_strAskHelp, [](const QString& strText) {
+            return HtmlFragments::HelpMark(CSysInfo::Instance().GetSysDataFolder(false), strText);
+        });
+    default:
+        return;
+    }
+}
+
+void CEditorView::RunOnPage(int nCommand) {
+    switch (nCommand) {
+    case Id::c_nSave:
+        m_saver.SavePage(true, false, true);
+        return;
+    case Id::c_nQuit:
+        return Quit();
+    case Id::c_nSetTemplate:
+        return SetTemplate();
+    case Id::c_nClearContent:
+        return ClearContent();
+    case Id::c_nClearGarbage:
+        return ClearGarbage();
+    default:
+        return;
+    }
+}
+
+void CEditorView::Insert(const QString& strHtml) {
+    m_pDesign->InsertBrowserText(strHtml);
+}
+
+void CEditorView::InsertPicked(const QString& strFilter, QString (*build)(const QString&)) {
+    if (const auto path = m_people.PickOpenFile(QString(), QString(), strFilter))
+        Insert(build(*path));
+}
+
+void CEditorView::InsertOtherFile() {
+    const auto path = m_people.PickOpenFile(QString(), QString(), EditorTexts::c_strOtherFileFilter);
+    if (!path)
+        return;
+    ResourceText::ResourceCopy copy;
+    ResourceText::PlanResource(*path, m_saver.GetFolders(), nullptr, copy);
+    // A link is made to a file that is there, and to no other.
+    ShowFailure(this, [&] {
+        if (copy.bCopy) {
+            Torvane::File::CreateFolderPath(m_saver.GetFolders().strResFolder);
+            Torvane::File::CopyOneFile(copy.strOpenPath, copy.strDest, false);
+        }
+        Insert(HtmlFragments::OtherFile(copy.strUrl, Torvane::File::BareName(*path)));
+    });
+}
+
+void CEditorView::InsertTable() {
+    if (const auto parameters = EditorDialogs::AskTable({}, this))
+        Insert(HtmlFragments::Table(*parameters));
+}
+
+void CEditorView::EditTable() {
+    if (!m_pDesign->HasSelectTable()) {
+        m_people.Notice(EditorTexts::c_strNoTable);
+        return;
+    }
+    HtmlFragments::TableParameters shown;
+    CWebBrowser2Ex::STableInfo info;
+    if (m_pDesign->GetSelectedTableInfo(info))
+        shown = {info.nRows,          info.nColumns,       info.strWidth,        info.strBorder,
+                 info.strCellSpacing, info.strCellPadding, info.strBorderColour, info.strBackground};
+    const auto typed = EditorDialogs::AskTable(shown, this);
+    if (!typed)
+        return;
+    info = {typed->nRows,           typed->nColumns,  typed->strWidth,       typed->strBackground,
+            typed->strBorderColour, typed->strBorder, typed->strCellSpacing, typed->strCellPadding};
+    if (!m_pDesign->EditSelectedTable(info))
+        m_people.Error(EditorTexts::c_strTableFailed);
+}
+
+void CEditorView::InsertText(const QString& strPrompt, QString (*build)(const QString&)) {
+    const auto text = EditorDialogs::AskText(strPrompt, this);
+    if (text && !text->isEmpty())
+        Insert(build(*text));
+}
+
+void CEditorView::InsertFloatingHelp() {
+    if (!m_pDesign->HasSelection()) {
+        m_people.Notice(EditorTexts::c_strNoSelection);
+        return;
+    }
+    const auto help = EditorDialogs::AskText(EditorTexts::c_strAskFloatingHelp, this);
+    QString strSelected;
+    if (help && !help->isEmpty() && m_pDesign->GetSelectedText(strSelected))
+        Insert(HtmlFragments::FloatingHelp(*help, strSelected));
+}
+
+void CEditorView::SetTemplate() {
+    QString strHtml;
+    if (GetCurrentHtml(strHtml) && !strHtml.isEmpty() &&
+        m_people.Question(EditorTexts::c_strAskTemplate) != BoxAnswer::Ok)
+        return;
+    const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
+    const QString strFolder = store.GetPagesFolder(m_pNode->GetCourse().GetTemplateName());
+    const auto path = m_people.PickOpenFile(
+        QString(), strFolder, EditorTexts::c_strTemplateFilter.arg(EditorTexts::c_strTemplateExtension));
+    if (!path)
+        return;
+    if (strFolder.isEmpty() || !Torvane::File::IsPathUnder(strFolder, *path, u'\\')) {
+        m_people.Ask(EditorTexts::c_strBadTemplate, EditorTexts::c_strWarning, BoxButtons::Ok, BoxIcon::None);
+        return;
+    }
+    // Into the design surface even while the source holds the live text, which then goes before it.
+    m_pDesign->SetBrowserBodyInnerHTML(ReadTextFile(*path));
+}
+
+void CEditorView::ClearContent() {
+    if (m_people.Question(EditorTexts::c_strAskClear) == BoxAnswer::Ok && !SetCurrentHtml(QString()))
+        m_people.Error(EditorTexts::c_strClearFailed);
+}
+
+void CEditorView::ClearGarbage() {
+    const bool bCleared = m_saver.ClearGarbage();
+    m_people.Ask(bCleared ? EditorTexts::c_strGarbageCleared : EditorTexts::c_strGarbageFailed,
+                 bCleared ? EditorTexts::c_strSuccess : EditorTexts::c_strFailure, BoxButtons::Ok,
+                 BoxIcon::Information);
+}
+
+void CEditorView::Quit() {
+    ShowFailure(this, [this] {
+        if (LeaveNode(true))
+            m_host.ShowNodeView(KindView(*m_pNode), m_pNode);
+    });
+}

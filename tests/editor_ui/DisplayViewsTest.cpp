@@ -1,0 +1,138 @@
+#include "editor/ui/DisplayViews.h"
+
+#include "editor/DisplayRules.h"
+#include "platform/ui/WebBrowser.h"
+#include "tests/editor_ui/ViewHarness.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class DisplayViewsTest : public ::testing::Test {
+protected:
+    template <class T>
+    T& Child(QWidget& view, const QString& strName) {
+        return *view.findChild<T*>(strName);
+    }
+
+    CViewWorld m_world;
+};
+
+TEST(DisplayRules, TheWordsKeepTheWizardsOrder) {
+    const struct {
+        qint32 nType;
+        bool bChildren;
+        int nImage;
+        QString strWord;
+    } rows[] = {{0, true, 0, u"<目录栏目>"_s},  {-1, true, 0, u"<目录栏目>"_s}, {-1, false, 1, u"<空栏目>"_s},
+                {0, false, 1, u"内部编辑器"_s}, {2, false, 1, u"外部编辑器"_s}, {3, false, 1, u"站点"_s},
+                {4, false, 1, u"外部链接"_s},   {6, false, 1, u"奥思课件"_s},   {9, false, 1, u"站内链接"_s},
+                {10, false, 1, QString()}};
+    for (const auto& row : rows) {
+        const auto shown = DisplayRules::RowOfChild(row.nType, row.bChildren);
+        EXPECT_EQ(shown.nImage, row.nImage);
+        EXPECT_EQ(shown.strType, row.strWord);
+    }
+}
+
+TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
+    const auto pParent = CBookNode::Root(*m_world.pCourse)->AddChild(u"第一章 <b>"_s);
+    pParent->AddChild(u"空"_s);
+    const auto pFolder = pParent->AddChild(u"夹"_s);
+    pFolder->AddChild(u"下"_s);
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeChildrenNodeListView(m_world.Host, nullptr));
+    pView->m_pNode = pParent.get();
+    ShowOnScreen(*pView);
+    pView->ShowNode();
+    EXPECT_EQ(Child<QLabel>(*pView, u"nodeTitle"_s).text(), u"第一章 <b>"_s);
+    auto& list = Child<QTreeWidget>(*pView, u"childrenList"_s);
+    ASSERT_EQ(list.topLevelItemCount(), 2);
+    EXPECT_EQ(list.topLevelItem(0)->text(1), u"<空栏目>"_s);
+    EXPECT_EQ(list.topLevelItem(1)->text(1), u"<目录栏目>"_s);
+    EXPECT_FALSE(list.topLevelItem(0)->icon(0).isNull());
+    const QPoint at = list.visualItemRect(list.topLevelItem(1)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);
+    EXPECT_EQ(Child<QLabel>(*pView, u"selectedTitle"_s).text(), u"夹"_s);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
+    EXPECT_EQ(m_world.Host.Selected, QList<qint32>{pFolder->GetId()});
+}
+
+TEST_F(DisplayViewsTest, ThePromptKeepsOrHidesItsButtonByCode) {
+    const auto pNode = m_world.MakePage(u"页"_s, "");
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakePromptView(m_world.Host, nullptr));
+    pView->m_pNode = pNode.get();
+    ShowOnScreen(*pView);
+    const auto& text = Child<QLabel>(*pView, u"prompt"_s);
+    auto& button = Child<QPushButton>(*pView, u"refresh"_s);
+    const struct {
+        int nCode;
+        QString strStart;
+        bool bButton;
+    } rows[] = {{2, u"现在正在使用外部编辑器"_s, true}, {9, QString(), true},
+                {1, u"请您在浏览结束后,"_s, false},     {9, QString(), false},
+                {3, u"现在正在启动视频"_s, false},      {2, u"现在"_s, true}};
+    for (const auto& row : rows) {
+        pView->m_pViewParam = row.nCode;
+        pView->ShowNode();
+        EXPECT_TRUE(text.text().startsWith(row.strStart));
+        EXPECT_EQ(text.text().isEmpty(), row.strStart.isEmpty());
+        EXPECT_EQ(button.isVisible(), row.bButton);
+    }
+    button.click();
+    ASSERT_EQ(m_world.Host.Views.size(), 1U);
+    EXPECT_EQ(m_world.Host.Views[0].kind, EViewKind::ShowContent);
+}
+
+TEST_F(DisplayViewsTest, AnEmptyNodeOffersToCreateItsContent) {
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeNothingView(m_world.Host, nullptr));
+    ShowOnScreen(*pView);
+    EXPECT_FALSE(Child<QLabel>(*pView, u"sorry"_s).pixmap().isNull());
+    Child<QPushButton>(*pView, u"createContent"_s).click();
+    EXPECT_EQ(m_world.Host.Commands, QList<int>{32814});
+}
+
+TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
+    const auto pNode = m_world.MakePage(u"页"_s, "<p>shown</p>");
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
+    pView->m_pNode = pNode.get();
+    ShowOnScreen(*pView);
+    pView->ShowNode();
+    auto& browser = Child<CWebBrowser2Ex>(*pView, u"content"_s);
+    QString strHtml;
+    ASSERT_TRUE(browser.GetBrowserBodyInnerHTML(strHtml));
+    EXPECT_EQ(strHtml, u"<p>shown</p>"_s);
+    pView->hide();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        QString strUrl;
+        return browser.GetURL(strUrl) && strUrl == u"about:blank"_s;
+    }));
+    EXPECT_TRUE(m_world.Host.Views.empty());
+}
+
+TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {
+    const std::pair<qint32, Qt::WindowStates> forms[] = {
+        {1, Qt::WindowNoState}, {2, Qt::WindowMaximized}, {3, Qt::WindowFullScreen}};
+    for (const auto& [nOpenType, states] : forms) {
+        const auto pNode = m_world.MakePage(u"窗口 %1"_s.arg(nOpenType), "<p>away</p>");
+        m_world.Store().SetOpenType(pNode->GetId(), nOpenType);
+        m_world.Host.Views.clear();
+        const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
+        pView->m_pNode = pNode.get();
+        pView->ShowNode();
+        ASSERT_EQ(m_world.Host.Views.size(), 1U);
+        EXPECT_EQ(m_world.Host.Views[0].kind, EViewKind::Prompt);
+        EXPECT_EQ(m_world.Host.Views[0].nParam, PromptCode::c_nNewWindow);
+        auto* pWindow = pView->findChild<QWidget*>(u"contentWindow"_s);
+        ASSERT_NE(pWindow, nullptr);
+        EXPECT_EQ(pWindow->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen), states);
+        QString strHtml;
+        EXPECT_TRUE(Child<CWebBrowser2Ex>(*pWindow, u"content"_s).GetBrowserBodyInnerHTML(strHtml));
+        EXPECT_EQ(strHtml, u"<p>away</p>"_s);
+    }
+}
+
+} // namespace

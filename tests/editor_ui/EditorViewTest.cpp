@@ -1,0 +1,193 @@
+#include "editor/ui/EditorView.h"
+
+#include "foundation/CodePage.h"
+#include "platform/ui/WebBrowser.h"
+#include "tests/editor_ui/ViewHarness.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QTabBar>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using BoxAnswer = CScriptedPeople::BoxAnswer;
+
+const QString c_strAsk = u"该文件内容已改变，您需要保存已修改的内容吗？"_s;
+enum { c_nDesign, c_nSource, c_nPreview };
+
+class EditorViewTest : public ::testing::Test {
+protected:
+    void Open(const QByteArray& html) {
+        m_pNode = m_world.MakePage(u"页 %1"_s.arg(++m_nPages), html);
+        m_view.m_pNode = m_pNode.get();
+        ShowOnScreen(m_view);
+        m_view.ShowNode();
+        // The engine's first page makes the window anew.
+        m_view.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&m_view));
+    }
+    QString OnDisk() const { return CodePage::Decode(m_world.Folder.Read(PageFile())); }
+    QString PageFile(const QString& strBelow = u"Content.htm"_s) const {
+        return m_world.NodePath(m_pNode->GetId(), strBelow);
+    }
+    CWebBrowser2Ex& Surface(const char* szName) {
+        return *m_view.findChild<CWebBrowser2Ex*>(QLatin1StringView(szName));
+    }
+    QString Html(const char* szName = "design") {
+        QString strHtml = u"<no answer>"_s;
+        EXPECT_TRUE(Surface(szName).GetBrowserBodyInnerHTML(strHtml));
+        return strHtml;
+    }
+    QPlainTextEdit& Source() { return *m_view.findChild<QPlainTextEdit*>(u"source"_s); }
+    void Tab(int nTab) { m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(nTab); }
+    QAction& Action(int nId) { return *m_view.findChild<QAction*>(u"command_%1"_s.arg(nId)); }
+
+    /// As an input method types.
+    void Type(const QString& strText) {
+        Surface("design").setFocus();
+        ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusObject() != nullptr; }));
+        QInputMethodEvent event;
+        event.setCommitString(strText);
+        QCoreApplication::sendEvent(QApplication::focusObject(), &event);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Html().contains(strText); })) << Html().toStdString();
+    }
+
+    CViewWorld m_world;
+    std::unique_ptr<CBookNode> m_pNode;
+    int m_nPages = 0;
+    CEditorView m_view{m_world.Host, m_world.People};
+};
+
+TEST_F(EditorViewTest, TypedTextAndAPictureReachTheCourse) {
+    Open("<p>old</p>");
+    m_world.Folder.Write(u"图片 夹\\图 &[1].GIF"_s, "GIF89a");
+    Action(32823).trigger();
+    Type(u"第一章 绪论"_s);
+    Action(32823).trigger();
+    Action(32779).trigger();
+    EXPECT_TRUE(Html().contains(u"<b>第一章"_s) || Html().contains(u"bold"_s)) << Html().toStdString();
+    m_world.People.Files.push_back(m_world.Folder.Path(u"图片 夹\\图 &[1].GIF"_s));
+    Action(32790).trigger();
+    Type(u"后"_s);
+    m_view.RunCommand(32825);
+
+    const QStringList copies = QDir(m_world.Folder.Native(PageFile(u"res"_s))).entryList(QDir::Files);
+    ASSERT_EQ(copies.size(), 1);
+    EXPECT_EQ(m_world.Folder.Read(PageFile(u"res\\"_s + copies.first())), "GIF89a");
+    EXPECT_TRUE(OnDisk().contains(u"src=\"res/"_s + copies.first() + u'"')) << OnDisk().toStdString();
+    EXPECT_FALSE(OnDisk().contains(u"file:"_s)) << OnDisk().toStdString();
+    const QString strSaved = OnDisk();
+    EXPECT_TRUE(m_view.LeaveNode(true));
+
+    m_view.ShowNode();
+    EXPECT_EQ(Html(), strSaved);
+    m_view.RunCommand(32826);
+    EXPECT_EQ(OnDisk(), strSaved);
+    ASSERT_EQ(m_world.Host.Views.size(), 1U);
+    EXPECT_EQ(m_world.Host.Views[0].kind, EViewKind::ShowContent);
+}
+
+TEST_F(EditorViewTest, AnUntouchedPageIsLeftWithoutAQuestionWhateverItsMarkup) {
+    for (const QByteArray html :
+         {"<P ALIGN=center>a<BR>b\r\n<img src=res/x.gif></P>\r\n\r\n",
+          "<html><head><title>t</title></head><body><p>whole</body></html>\r\n", ""}) {
+        Open(html);
+        Tab(c_nSource);
+        Tab(c_nDesign);
+        EXPECT_TRUE(m_view.LeaveNode(true));
+        EXPECT_EQ(m_world.Folder.Read(PageFile()), html);
+    }
+}
+
+TEST_F(EditorViewTest, ATypedPageAsksAndStaysOnCancel) {
+    Open("<p>old</p>");
+    Type(u"新"_s);
+    m_world.People.Expect(c_strAsk, BoxAnswer::Cancel);
+    EXPECT_FALSE(m_view.LeaveNode(true));
+    EXPECT_TRUE(Html().contains(u"新"_s));
+    m_world.People.Expect(c_strAsk, BoxAnswer::No);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+    EXPECT_EQ(OnDisk(), u"<p>old</p>"_s);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
+TEST_F(EditorViewTest, TheLiveTextFollowsTheTabs) {
+    Open("<p>one</p>");
+    Tab(c_nSource);
+    EXPECT_EQ(Source().toPlainText(), u"<p>one</p>"_s);
+    Source().setPlainText(u"<p>two\u00A0</p>\n<!-- 二 -->"_s);
+    Tab(c_nPreview);
+    EXPECT_EQ(Html("preview"), u"<p>two&nbsp;</p>\n<!-- 二 -->"_s);
+    EXPECT_EQ(Html(), u"<p>one</p>"_s);
+    Tab(c_nSource);
+    EXPECT_EQ(Source().toPlainText().size(), u"<p>two </p>\n<!-- 二 -->"_s.size());
+    Tab(c_nPreview);
+    Tab(c_nDesign);
+    EXPECT_EQ(Html(), u"<p>two&nbsp;</p>\n<!-- 二 -->"_s);
+
+    Tab(c_nSource);
+    m_view.RunCommand(32825);
+    EXPECT_EQ(OnDisk(), u"<p>two&nbsp;</p>\r\n<!-- 二 -->"_s);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
+TEST_F(EditorViewTest, CommandsAreEnabledByTab) {
+    Open("<p>x</p>");
+    for (const int nTab : {c_nDesign, c_nSource, c_nPreview}) {
+        Tab(nTab);
+        EXPECT_EQ(Action(32779).isEnabled(), nTab == c_nDesign);
+        EXPECT_EQ(m_view.findChild<QComboBox*>(u"box_32785"_s)->isEnabled(), nTab == c_nDesign);
+        EXPECT_EQ(Action(32825).isEnabled(), nTab != c_nPreview);
+        EXPECT_EQ(m_view.IsCommandEnabled(32826), nTab != c_nPreview);
+        EXPECT_EQ(m_view.findChild<QWidget*>(u"editorToolBars"_s)->isVisible(), nTab != c_nPreview);
+        EXPECT_EQ(Surface("design").width() > 0, nTab == c_nDesign);
+        EXPECT_EQ(Surface("preview").width() > 0, nTab == c_nPreview);
+    }
+    EXPECT_FALSE(m_view.IsCommandEnabled(32920));
+    EXPECT_FALSE(m_view.RunCommand(32814));
+    for (const auto* pAction : m_view.findChildren<QAction*>()) {
+        if (pAction->objectName().startsWith(u"command_"_s)) {
+            EXPECT_FALSE(pAction->icon().isNull()) << pAction->objectName().toStdString();
+        }
+    }
+    EXPECT_EQ(Action(32825).statusTip(), u"保存(Ctrl + S))"_s);
+}
+
+TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
+    Open("<p>one <b>two</b></p>");
+    for (const auto& command : EditorCommands::All()) {
+        if (command.Family != EditorCommands::EFamily::Plain)
+            continue;
+        Action(32823).trigger();
+        EXPECT_TRUE(Surface("design").ExecuteIHTMLDocumentCmd(command.strName.toString(), false, QVariant()))
+            << command.strName.toString().toStdString();
+    }
+}
+
+TEST_F(EditorViewTest, TemplatesComeFromTheCoursesOwnFolderAlone) {
+    Open("<p>old</p>");
+    const QString strAsk = u"重新设置模板将丢失已有的内容，您继续吗？"_s;
+    m_world.People.Expect(strAsk);
+    m_world.People.Files.push_back(
+        m_world.Folder.Path(u"程序\\SysData\\VorelTemplates\\红\\eht\\htm2\\简介.htm"_s));
+    m_world.People.Expect(u"对不起，您选择的模板不合法，请您重新选择!"_s);
+    m_view.RunCommand(32871);
+    EXPECT_EQ(Html(), u"<p>old</p>"_s);
+    m_world.People.Expect(strAsk);
+    m_world.People.Files.push_back(
+        m_world.Folder.Path(u"程序\\SysData\\VorelTemplates\\红\\eht\\htm\\通用页面.htm"_s));
+    m_view.RunCommand(32871);
+    EXPECT_EQ(Html(), u"<p>general</p>\nend"_s);
+    m_world.People.Expect(u"您确定清空已有内容吗？"_s);
+    m_view.RunCommand(32908);
+    EXPECT_EQ(Html(), QString());
+    m_world.Folder.Write(PageFile(u"res\\a.gif"_s), "x");
+    m_world.People.Expect(u"清除垃圾资源文件成功"_s);
+    m_view.RunCommand(32940);
+    EXPECT_FALSE(m_world.Folder.Exists(PageFile(u"res\\a.gif"_s)));
+}
+
+} // namespace
