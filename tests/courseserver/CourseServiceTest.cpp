@@ -1,0 +1,192 @@
+#include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
+#include "server/CourseServer.h"
+#include "server/HttpClient.h"
+#include "tests/support/CourseServiceThread.h"
+#include "tests/support/Printing.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+
+#include <gmock/gmock.h>
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <arpa/inet.h>
+#include <csignal>
+#include <map>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using Torvane::Net::CHttpClient;
+using Torvane::Net::EHttpMethod;
+
+namespace {
+
+/// A raw client of the loopback address.
+class CRawClient {
+public:
+    explicit CRawClient(quint16 nPort) : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(nPort);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const timeval limit{20, 0};
+        ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        EXPECT_EQ(::connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    }
+    ~CRawClient() { ::close(m_socket); }
+    CRawClient(const CRawClient&) = delete;
+    CRawClient& operator=(const CRawClient&) = delete;
+
+    void Send(const QByteArray& bytes) const {
+        static_cast<void>(
+            ::send(m_socket, bytes.constData(), static_cast<size_t>(bytes.size()), MSG_NOSIGNAL));
+    }
+    /// All that comes until the server closes.
+    QByteArray Receive() const {
+        QByteArray all;
+        char block[4096];
+        for (ssize_t n = 0; (n = ::recv(m_socket, block, sizeof block, 0)) > 0;)
+            all.append(block, n);
+        return all;
+    }
+
+private:
+    int m_socket;
+};
+
+class ServiceTest : public testing::Test {
+protected:
+    CTempFolder Offered;
+    CCourseServiceThread Server{u"示范大学"_s, Offered.Native()};
+
+    QByteArray Exchange(const QByteArray& bytes) const {
+        CRawClient client(Server.Port());
+        client.Send(bytes);
+        return client.Receive();
+    }
+    QByteArray Get(const QString& strTarget) const {
+        CHttpClient client;
+        client.Request(CodePage::Encode(QString(Server.Url() + strTarget)), EHttpMethod::Get, "test");
+        return client.GetBody();
+    }
+};
+
+TEST_F(ServiceTest, TakesRawBytesAndBlanksInTheRequestLine) {
+    const QByteArray school = CodePage::Encode(u"示范大学"_s);
+    for (const QByteArray& request : QByteArrayList{
+             "GET /ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=" + school + " HTTP/1.0\r\n\r\n",
+             "GET //isapi/coursemgr.dll?GetCourseList?Province=0&SchoolName=" + school + " HTTP/1.1\n\n",
+             "GET http://h/ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=" + school +
+                 " HTTP/1.0\r\nA: b\r\n\r\n"}) {
+        const QByteArray reply = Exchange(request);
+        EXPECT_TRUE(reply.startsWith("HTTP/1.0 200 OK\r\nOperation Type: GetCourseList\r\nSuccessful: 1\r\n"
+                                     "Error Code: 0\r\n"))
+            << reply.toStdString();
+        EXPECT_EQ(reply.count('\a'), 10);
+    }
+    EXPECT_TRUE(Exchange("GET /ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=a b HTTP/1.0\r\n\r\n")
+                    .contains("Content-Length: 0"));
+}
+
+TEST_F(ServiceTest, SurvivesMalformedRequests) {
+    struct Case {
+        QByteArray Request;
+        const char* szStatus;
+    };
+    for (const Case& c : {Case{"\r\n\r\n", "400"},
+                          {QByteArray(100, '\0') + "\r\n\r\n", "400"},
+                          {"GET /\r\n\r\n", "400"},
+                          {"GET nothing HTTP/1.0\r\n\r\n", "400"},
+                          {"GET http://h HTTP/1.0\r\n\r\n", "404"},
+                          {"POST / HTTP/1.0\r\nContent-Length: 5\r\n\r\nabcde", "405"},
+                          {"GET /nothing HTTP/1.0\r\n\r\n", "404"},
+                          {"GET / HTTP/1.0\r\n\r\nand more than was asked for", "404"},
+                          {QByteArray(20'000, 'x'), "414"},
+                          {"GET /" + QByteArray(9'000, 'x') + " HTTP/1.0\r\n\r\n", "414"}}) {
+        EXPECT_EQ(Exchange(c.Request).mid(9, 3), c.szStatus) << c.Request.left(60).toStdString();
+    }
+}
+
+TEST_F(ServiceTest, SlowAndSilentClientsKeepNobodyWaiting) {
+    Server.Server().SetRequestTimeout(300);
+    std::vector<std::unique_ptr<CRawClient>> silent;
+    for (int n = 0; n < 450; ++n)
+        silent.push_back(std::make_unique<CRawClient>(Server.Port()));
+    silent.front()->Send("GET / HT");
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(Exchange("GET / HTTP/1.0\r\n\r\n").startsWith("HTTP/1.0 404"));
+    EXPECT_LT(timer.elapsed(), 10'000);
+    EXPECT_EQ(silent.front()->Receive(), "") << "closed without an answer";
+}
+
+TEST_F(ServiceTest, OffersTemplates) {
+    EXPECT_EQ(Get(u"/Down/TemplateList.asp?Type=ReportTemplates"_s), "");
+    Offered.Write(u"ReportTemplates\\蓝 色&x\\Preview.jpg"_s, "picture");
+    Offered.Write(u"ReportTemplates\\蓝 色&x\\Skin\\图\\a.gif"_s, QByteArray(300'000, 'g'));
+    Offered.MakeFolder(u"ReportTemplates\\with,comma"_s);
+    Offered.MakeFolder(u"Other\\b"_s);
+    Offered.MakeFolder(u"Other\\a"_s);
+    Offered.Write(u"secret.txt"_s, "secret");
+    EXPECT_EQ(Get(u"/Down/TemplateList.asp?Type=ReportTemplates"_s), CodePage::Encode(u"蓝 色&x"_s));
+    EXPECT_EQ(Get(u"//Down/TemplateList.asp?Type=Other"_s), "a,b");
+    EXPECT_EQ(Get(u"/Down/TemplateList.asp?Type=.."_s), "");
+    EXPECT_EQ(Get(u"/ReportTemplates/蓝 色&x/Preview.jpg"_s), "picture");
+    for (const QString& strNothing :
+         {u"/ReportTemplates/../secret.txt"_s, u"/ReportTemplates/none/Preview.jpg"_s,
+          u"/Other/a/Preview.jpg"_s, u"/../Other/Preview.jpg"_s,
+          u"/Down/DownTemplate.asp?Type=ReportTemplates&Name=.."_s,
+          u"/Down/DownTemplate.asp?Type=ReportTemplates&Name="_s, u"/Down/DownTemplate.asp"_s})
+        EXPECT_THROW(Get(strNothing), Torvane::Net::CHttpClientException) << strNothing.toStdString();
+
+    const QByteArray zip = Get(u"/Down/DownTemplate.asp?Type=ReportTemplates&Name=蓝 色&x"_s);
+    std::map<std::string, la_int64_t> found;
+    archive* pArchive = archive_read_new();
+    archive_read_support_format_zip(pArchive);
+    ASSERT_EQ(archive_read_open_memory(pArchive, zip.constData(), static_cast<size_t>(zip.size())),
+              ARCHIVE_OK);
+    for (archive_entry* pEntry = nullptr; archive_read_next_header(pArchive, &pEntry) == ARCHIVE_OK;)
+        found[archive_entry_pathname_utf8(pEntry)] = archive_entry_size(pEntry);
+    archive_read_free(pArchive);
+    EXPECT_EQ(found, (std::map<std::string, la_int64_t>{{"Preview.jpg", 7}, {"Skin/图/a.gif", 300'000}}));
+}
+
+TEST_F(ServiceTest, TheLogNamesCoursesAndNoSecrets) {
+    CCourseServer client;
+    client.SetBaseUrl(Server.Url());
+    CCourseInfo info{2, {}, {}};
+    EXPECT_TRUE(client.EditPassword(info, u"123456"_s, u"secret"_s));
+    EXPECT_EQ(info.Name, u"高等数学"_s);
+    const QByteArray log = Server.Folder().Read(u"data\\access.log"_s);
+    EXPECT_THAT(log.toStdString(), testing::EndsWith(" 127.0.0.1 EditPassword course 2 error 0\n"));
+    EXPECT_EQ(log.count('\n'), 1);
+}
+
+TEST(CourseServerProgram, ListensServesAndEnds) {
+    CTempFolder folder;
+    QProcess program;
+    program.start(QStringLiteral(VOREL_COURSE_SERVER),
+                  {u"--port"_s, u"0"_s, u"--data"_s, folder.Native(u"data"_s), u"--sample"_s,
+                   u"--sample-school"_s, u"某校"_s});
+    ASSERT_TRUE(program.waitForReadyRead(10'000));
+    const QByteArray line = program.readLine();
+    ASSERT_TRUE(line.startsWith("listening on 127.0.0.1:")) << line.toStdString();
+    CCourseServer client;
+    client.SetBaseUrl(QString::fromLatin1(line.trimmed().mid(13)));
+    EXPECT_EQ(client.GetCourseList(0, u"某校"_s).size(), 5);
+    EXPECT_TRUE(client.GetCourseList(0, u"示范大学"_s).isEmpty());
+    ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
+    ASSERT_TRUE(program.waitForFinished(10'000));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
+
+    program.start(QStringLiteral(VOREL_COURSE_SERVER), {u"--port"_s, u"70000"_s});
+    ASSERT_TRUE(program.waitForFinished(10'000));
+    EXPECT_EQ(program.exitCode(), 1);
+}
+
+} // namespace

@@ -1,0 +1,2 @@
+vorel_fuzz(vorel_fuzz_server_reply SOURCES ServerReplyFuzz.cpp USES vorel_server)
+vorel_fuzz(vorel_fuzz_course_request SOURCES CourseRequestFuzz.cpp USES vorel_courseserver_core)
