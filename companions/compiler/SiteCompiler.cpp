@@ -169,7 +169,8 @@ CompileRequest ReadArgument(const QString& strArgument) {
     CompileRequest request;
     QString strPath = strArgument;
     const qsizetype nBar = strArgument.lastIndexOf(u'|');
-    if (nBar >= 0) {
+    // A bar before the last separator is part of a folder's name.
+    if (nBar > qMax(strArgument.lastIndexOf(u'/'), strArgument.lastIndexOf(u'\\'))) {
         const QString strForm = strArgument.mid(nBar + 1);
         if (strForm == "H"_L1)
             request.Form = ESiteForm::Html;
