@@ -129,7 +129,13 @@ void CCourse::ReportClosing(Status& status) {
         figures = {};
     }
     figures.Changed = m_nChanges;
-    if (m_services.Session.ReportStatus(*this, StatusType::c_nClosed, figures, false)) {
+    bool bReported = false;
+    try {
+        bReported = m_services.Session.ReportStatus(*this, StatusType::c_nClosed, figures, false);
+    } catch (...) {
+        bReported = false;
+    }
+    if (bReported) {
         figures.Changed = CourseFigures().Changed;
     } else {
         status.ShowStatus(c_strReportFailed);

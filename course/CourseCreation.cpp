@@ -29,10 +29,28 @@ template <typename Step>
 void OrFail(const QString& strFailure, Step step) {
     try {
         step();
-    } catch (const CFileException&) {
+    } catch (...) {
         throw Torvane::CRunException(strFailure);
     }
 }
+
+/// Keeps the windows painted before each node.
+class CPaintingMaker : public IInitialNodeMaker {
+public:
+    CPaintingMaker(std::unique_ptr<IInitialNodeMaker> pMaker, Torvane::Dialog::MFC::IPeople& people)
+        : m_pMaker(std::move(pMaker)), m_people(people) {}
+    qint32 AddChild(qint32 nParentId, const QString& strTitle) override {
+        m_people.KeepPainting();
+        return m_pMaker->AddChild(nParentId, strTitle);
+    }
+    bool InitFromTemplatePage(qint32 nId, const QString& strTemplate, const QString& strPage) override {
+        return m_pMaker->InitFromTemplatePage(nId, strTemplate, strPage);
+    }
+
+private:
+    std::unique_ptr<IInitialNodeMaker> m_pMaker;
+    Torvane::Dialog::MFC::IPeople& m_people;
+};
 
 /// The log of a database that stood here before belongs to that one. Beside the new file it would be taken
 /// for the new one's own.
@@ -119,8 +137,8 @@ void CCourse::MakeInitialNodes(const CreateRecord& record) {
     std::exception_ptr pFailure;
     CBookDatabase::CTransaction transaction(*m_pDatabase);
     try {
-        const auto pMaker = m_services.Nodes.MakeFor(*this);
-        bMade = CreateInitialNodes(record.TemplateName, record.InitialNodes, c_nRootNodeId, *pMaker);
+        CPaintingMaker maker(m_services.Nodes.MakeFor(*this), m_services.People);
+        bMade = CreateInitialNodes(record.TemplateName, record.InitialNodes, c_nRootNodeId, maker);
     } catch (...) {
         pFailure = std::current_exception();
     }

@@ -6,6 +6,8 @@
 #include "foundation/Text.h"
 #include "foundation/TextFile.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace Torvane::File;
 
@@ -42,6 +44,12 @@ public:
 bool IsPlainName(const QString& strName) {
     return !strName.isEmpty() && strName != u"." && strName != u".." && !strName.contains(u'\\') &&
            !strName.contains(u'/') && !strName.contains(QChar(u'\0'));
+}
+
+/// "N" and digits, in either case.
+bool IsNodeFolderName(const QString& strName) {
+    return strName.size() > 1 && (strName[0] == u'N' || strName[0] == u'n') &&
+           std::all_of(strName.begin() + 1, strName.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
 int HexValue(QChar c) {
@@ -144,5 +152,7 @@ bool CTemplateStore::HasSameNodes(const QString& strA, const QString& strB) cons
 }
 
 QStringList SkinFolders(const QString& strSkinFolder) {
-    return CListing::Of(strSkinFolder).Folders;
+    QStringList folders = CListing::Of(strSkinFolder).Folders;
+    folders.removeIf(IsNodeFolderName);
+    return folders;
 }

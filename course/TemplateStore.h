@@ -42,5 +42,6 @@ private:
 /// The colour of a "背景色.txt": "#" and three pairs of hexadecimal digits. White for any other text.
 quint32 ReadBackColor(const QString& strPath);
 
-/// The names of the folders directly in a template's skin; none when it has no skin.
+/// The names of the folders directly in a template's skin; none when it has no skin. A name that a node's
+/// folder could have is left out: copied into a course, it would take the place of the teacher's own content.
 QStringList SkinFolders(const QString& strSkinFolder);

@@ -59,6 +59,15 @@ TEST_F(SetTemplateTest, AnotherTreeIsRefused) {
     EXPECT_EQ(Course->GetTemplateName(), u"模板一"_s);
 }
 
+TEST_F(SetTemplateTest, SkinNeverTakesTheFolderOfANode) {
+    World.Write(World.Template(u"Skin\\n4\\Content.htm"_s, u"模板二"_s), u"x"_s);
+    World.Write(World.Template(u"Skin\\N4\\Content.htm"_s, u"模板二"_s), u"x"_s);
+    World.Write(Skin + u"N4\\Content.htm"_s, u"the teacher's page"_s);
+    World.People.Expect(u"模板修改成功！"_s);
+    Run();
+    EXPECT_EQ(World.Folder.Read(Skin + u"N4\\Content.htm"_s), "the teacher's page");
+}
+
 TEST_F(SetTemplateTest, FailedCopyIsTold) {
     World.Write(World.Template(u"Skin\\blocked\\a.gif"_s, u"模板二"_s), u"x"_s);
     World.Write(Skin + u"blocked"_s, u"a file in the way"_s);

@@ -214,6 +214,12 @@ TEST_F(CourseTest, NothingKeepsAPersonFromLeaving) {
     CCourse course(World.ProjectPath(), World.Services);
     ASSERT_TRUE(course.Open()) << "a course beyond what the total can say opens again";
     EXPECT_EQ(World.Session.Reports.back().Figures.Size, -1.0);
+    World.Session.OnReport = [](CCourse&) { throw 7; };
+    course.CountChange();
+    EXPECT_TRUE(course.Close());
+    EXPECT_EQ(World.Folder.Read(DataInfo), "4,1,-1.000000") << "not heard, so it waits";
+    World.Session.OnReport = nullptr;
+    ASSERT_TRUE(course.Open());
     std::filesystem::remove_all(World.Folder.Native(u"课程"_s).toStdString());
     World.Session.OnReport = [](CCourse&) { throw 7; };
     EXPECT_TRUE(course.Close());

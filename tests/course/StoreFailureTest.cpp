@@ -147,6 +147,22 @@ TEST(StoreFailureTest, FullDiskUndoesTheWholeStepAndIsTold) {
     EXPECT_TRUE(database.SetSize(4, 7)) << "the store goes on";
 }
 
+TEST(StoreFailureTest, FileInUseIsToldAndTheStoreGoesOn) {
+    const CCourseWorld world;
+    world.CopySeed(u"a.mdb"_s);
+    CBookDatabase database(world.Folder.Path(u"a.mdb"_s), 1);
+    ASSERT_TRUE(database.Open());
+    database.AddNode(3, u"a"_s);
+    sqlite3* pReader = nullptr;
+    ASSERT_EQ(sqlite3_open(world.Folder.Native(u"a.mdb"_s).toUtf8().constData(), &pReader), SQLITE_OK);
+    sqlite3_exec(pReader, "BEGIN; SELECT * FROM Book", nullptr, nullptr, nullptr);
+    EXPECT_EQ(MessageOf([&] { database.PauseForReaders(); }), "另一个程序正在使用此文件，进程无法访问。");
+    database.AddNode(3, u"b"_s);
+    EXPECT_EQ(database.GetChildrenCount(3), 2);
+    sqlite3_close(pReader);
+    database.PauseForReaders();
+}
+
 TEST(StoreFailureTest, VanishedFolderEndsInAMessage) {
     const CCourseWorld world;
     world.CopySeed(u"data\\a.mdb"_s);
