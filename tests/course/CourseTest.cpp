@@ -1,7 +1,6 @@
 #include "course/Course.h"
 #include "course/ProjectFile.h"
 #include "course/Texts.h"
-#include "foundation/Exceptions.h"
 #include "foundation/IniFile.h"
 #include "tests/support/CourseFakes.h"
 
@@ -13,26 +12,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::string MessageOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const Torvane::CRunException& failure) {
-        return failure.GetMessage().toStdString();
-    }
-    return "nothing was thrown";
-}
-
 class CourseTest : public testing::Test {
 protected:
     CCourseWorld World;
     QString DataInfo = CCourseWorld::InCourse(u"Data\\DataInfo.dti"_s);
 
     std::string OpenMessage() {
-        CCourse course(World.ProjectPath(), World.Services);
-        return MessageOf([&] { course.Open(); });
+        return MessageOf([&] { CCourse(World.ProjectPath(), World.Services).Open(); });
     }
     std::string CreateMessage() {
         return MessageOf([&] { World.MakeCourse(); });
+    }
+    void Remove(const QString& strBelow) {
+        std::filesystem::remove_all(World.Folder.Native(strBelow).toStdString());
     }
 };
 
@@ -86,17 +78,17 @@ TEST_F(CourseTest, CreatingOverACourseTakesNothingOfIt) {
 TEST_F(CourseTest, EachFailureOfCreationHasItsText) {
     World.Folder.Write(u"课程"_s, "a file in the way");
     EXPECT_EQ(CreateMessage(), "创建课程文件夹失败!");
-    std::filesystem::remove(World.Folder.Native(u"课程"_s).toStdString());
+    Remove(u"课程"_s);
 
     World.Folder.Write(World.InCourse(u"Data"_s), "a file in the way");
     EXPECT_EQ(CreateMessage(), "拷贝初始数据失败！");
-    std::filesystem::remove(World.Folder.Native(World.InCourse(u"Data"_s)).toStdString());
+    Remove(World.InCourse(u"Data"_s));
 
     World.Folder.Write(World.InCourse(u"Data\\Courseware\\NodeResource\\images"_s), "a file in the way");
     EXPECT_EQ(CreateMessage(), "拷贝Skin文件夹失败！");
-    std::filesystem::remove_all(World.Folder.Native(World.InCourse(u"Data"_s)).toStdString());
+    Remove(World.InCourse(u"Data"_s));
 
-    std::filesystem::remove(World.Folder.Native(u"程序\\SysData\\SelfDefineTitle.ini"_s).toStdString());
+    Remove(u"程序\\SysData\\SelfDefineTitle.ini"_s);
     EXPECT_EQ(CreateMessage(), "拷贝自定义标题配置文件失败！");
     World.Write(World.Template(u"SelfDefineTitle.ini"_s), u"[Id]"_s);
 
@@ -165,7 +157,7 @@ TEST_F(CourseTest, EachFailureOfOpeningHasItsText) {
     World.Session.OnReport = [](CCourse&) { throw Torvane::CRunException(u"its own"_s); };
     EXPECT_EQ(OpenMessage(), "its own");
     const QString strDatabase = World.InCourse(u"Data\\DataBase\\VorelCourse.mdb"_s);
-    std::filesystem::remove(World.Folder.Native(strDatabase).toStdString());
+    Remove(strDatabase);
     EXPECT_EQ(OpenMessage(), "连接课程数据库失败!");
     EXPECT_FALSE(World.Folder.Exists(strDatabase));
     World.Folder.Write(strDatabase, "no database");
@@ -220,7 +212,7 @@ TEST_F(CourseTest, NothingKeepsAPersonFromLeaving) {
     EXPECT_EQ(World.Folder.Read(DataInfo), "4,1,-1.000000") << "not heard, so it waits";
     World.Session.OnReport = nullptr;
     ASSERT_TRUE(course.Open());
-    std::filesystem::remove_all(World.Folder.Native(u"课程"_s).toStdString());
+    Remove(u"课程"_s);
     World.Session.OnReport = [](CCourse&) { throw 7; };
     EXPECT_TRUE(course.Close());
     EXPECT_FALSE(course.IsOpen());

@@ -1,6 +1,5 @@
 #include "course/ProjectFile.h"
 #include "course/Companions.h"
-#include "course/CoursePaths.h"
 #include "foundation/CodePage.h"
 #include "tests/support/TempFolder.h"
 
@@ -97,23 +96,17 @@ TEST_F(ProjectFileTest, RecorderProjectIsMadeAfresh) {
     EXPECT_FALSE(WriteRecorderProject(Folder.Path(u"none"_s), c_info));
 }
 
-TEST(CourseTextsTest, PathsFilterAndCommandLines) {
-    const CCoursePaths paths(u"Z:\\课程\\数学 一.vcp"_s);
-    EXPECT_EQ(paths.GetCourseFolder(false), u"Z:\\课程"_s);
-    EXPECT_EQ(paths.GetCourseFolder(true), u"Z:\\课程\\"_s);
-    EXPECT_EQ(paths.GetNodeFolder(17), u"Z:\\课程\\Data\\Courseware\\NodeResource\\N17\\"_s);
-    EXPECT_EQ(paths.GetDatabasePath(), u"Z:\\课程\\Data\\DataBase\\VorelCourse.mdb"_s);
-    EXPECT_EQ(ProjectFileFilter(), u"课程文件 (*.vcp)|*.vcp||"_s);
-    const QString strProject = paths.GetProjectPath();
+TEST(CompanionsTest, CommandLinesQuoteTheProjectAlone) {
+    const QString strProject = u"Z:\\课程\\数学 一.vcp"_s;
     using Companions::ECompileForm;
-    EXPECT_EQ(Companions::CompilerCommandLine(u"Z:\\p"_s, strProject, ECompileForm::Site),
-              u"Z:\\p\\VorelCompiler.exe \"Z:\\课程\\数学 一.vcp\""_s);
-    EXPECT_EQ(Companions::CompilerCommandLine(u"Z:\\p"_s, strProject, ECompileForm::Html),
-              u"Z:\\p\\VorelCompiler.exe \"Z:\\课程\\数学 一.vcp|H\""_s);
-    EXPECT_EQ(Companions::CompilerCommandLine(u"Z:\\p"_s, strProject, ECompileForm::Classroom),
-              u"Z:\\p\\VorelCompiler.exe \"Z:\\课程\\数学 一.vcp|S\""_s);
+    const std::pair<ECompileForm, QString> cases[] = {
+        {ECompileForm::Site, u""_s}, {ECompileForm::Html, u"|H"_s}, {ECompileForm::Classroom, u"|S"_s}};
+    for (const auto& [form, strMark] : cases)
+        EXPECT_EQ(Companions::CompilerCommandLine(u"Z:\\my p"_s, strProject, form),
+                  u"Z:\\my p\\VorelCompiler.exe \"Z:\\课程\\数学 一.vcp%1\""_s.arg(strMark));
     EXPECT_EQ(Companions::DocExportCommandLine(u"Z:\\p"_s, strProject),
               u"Z:\\p\\VorelDocExport.exe \"Z:\\课程\\数学 一.vcp\""_s);
+    EXPECT_EQ(ProjectFileFilter(), u"课程文件 (*.vcp)|*.vcp||"_s);
 }
 
 } // namespace

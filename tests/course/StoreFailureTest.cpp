@@ -13,15 +13,6 @@ using Torvane::COM::CCOMException;
 
 namespace {
 
-std::string MessageOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const CCOMException& failure) {
-        return failure.GetMessage().toStdString();
-    }
-    return "nothing was thrown";
-}
-
 void RunScript(const CTempFolder& folder, const char* pszScript) {
     sqlite3* pDatabase = nullptr;
     ASSERT_EQ(sqlite3_open(folder.Native(u"a.mdb"_s).toUtf8().constData(), &pDatabase), SQLITE_OK);

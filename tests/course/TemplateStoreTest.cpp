@@ -33,17 +33,10 @@ TEST_F(TemplateStoreTest, ListsFoldersAndPages) {
 
 TEST_F(TemplateStoreTest, PathsStayInTheirFolder) {
     EXPECT_EQ(Store.GetPagePath(u"春"_s, u"课程"_s), Folder.Path(u"春\\eht\\htm\\课程.htm"_s));
-    EXPECT_EQ(Store.GetDefaultPagePath(u"春"_s), Folder.Path(u"春\\eht\\htm\\通用页面.htm"_s));
-    EXPECT_EQ(Store.GetPagesFolder(u"春"_s), Folder.Path(u"春\\eht\\htm\\"_s));
-    EXPECT_EQ(Store.GetPagePreviewPath(u"春"_s, u"课程"_s), Folder.Path(u"春\\PreviewImgs\\课程.jpg"_s));
-    EXPECT_EQ(Store.GetPreviewPath(u"春"_s), Folder.Path(u"春\\Preview.jpg"_s));
-    EXPECT_EQ(Store.GetIconPath(u"春"_s), Folder.Path(u"春\\icon.bmp"_s));
-    EXPECT_EQ(Store.GetSkinFolder(u"春"_s), Folder.Path(u"春\\Skin"_s));
     for (const QString& strBad : {u""_s, u"."_s, u".."_s, u"..\\x"_s, u"a/b"_s, u"/etc"_s}) {
         EXPECT_EQ(Store.GetTemplateFolder(strBad), QString()) << strBad.toStdString();
         EXPECT_EQ(Store.GetPagePath(u"春"_s, strBad), QString()) << strBad.toStdString();
         EXPECT_EQ(Store.GetPagePreviewPath(u"春"_s, strBad), QString()) << strBad.toStdString();
-        EXPECT_EQ(Store.GetBackColor(strBad), 0xFFFFFFU);
     }
 }
 

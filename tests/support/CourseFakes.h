@@ -2,6 +2,7 @@
 
 #include "course/Course.h"
 #include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "tests/support/ScriptedPeople.h"
 #include "tests/support/TempFolder.h"
@@ -69,6 +70,16 @@ public:
         return std::make_unique<CMaker>(course, *this);
     }
 };
+
+/// The message with which a step fails.
+inline std::string MessageOf(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const Torvane::CRunException& failure) {
+        return failure.GetMessage().toStdString();
+    }
+    return "nothing was thrown";
+}
 
 /// A whole installation in a folder of its own, with one template, "模板一", and everything that a course
 /// works with faked. Its program needs VOREL_SEED_DATA (target vorel_seed_data).
