@@ -51,6 +51,10 @@ bool CPageSaver::GetLiveText(QString& strHtml) {
 }
 
 bool CPageSaver::GetReferences(References& references, QString& strFailure) {
+    // The source box outlives a surface that has lost the page: its text is then saved with the references as
+    // they stand, which beats losing it.
+    if (m_page.IsInSource() && !SurfaceHoldsPage())
+        return true;
     if (!m_page.GetAllImageSrc(references.Images))
         strFailure = EditorTexts::c_strNoImages;
     else if (!m_page.GetAllEmbededSrc(references.Embeds))

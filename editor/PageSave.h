@@ -53,6 +53,9 @@ public:
     const QString& GetPagePath() const { return m_strPagePath; }
     const ResourceText::PageFolders& GetFolders() const { return m_folders; }
 
+    /// Whether the design surface still shows the page that it loaded.
+    bool SurfaceHoldsPage();
+
     /// bWriteBack: the live text becomes what was written. bAsk: the person may decline, and with bCanCancel
     /// stay.
     ESaveResult SavePage(bool bWriteBack, bool bAsk, bool bCanCancel);
@@ -66,7 +69,6 @@ public:
     bool ClearGarbage();
 
 private:
-    bool SurfaceHoldsPage();
     bool GetLiveText(QString& strHtml);
     bool GetReferences(ResourceText::References& references, QString& strFailure);
     void RememberAsLoaded();

@@ -20,9 +20,11 @@ CContentWindow::CContentWindow(QWidget* pOpener)
     resize(c_normalSize);
 }
 
-void CContentWindow::Open(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork,
-                          DisplayRules::EWindowForm form, QWidget* pOpener) {
+void CContentWindow::Open(const QString& strTitle, const QString& strTarget,
+                          const QStringList& allowedFolders, bool bNetwork, DisplayRules::EWindowForm form,
+                          QWidget* pOpener) {
     auto* pWindow = new CContentWindow(pOpener);
+    pWindow->setWindowTitle(strTitle);
     switch (form) {
     case DisplayRules::EWindowForm::Normal:
         pWindow->show();

@@ -12,9 +12,10 @@ class CWebBrowser2Ex;
 class CContentWindow : public QWidget {
     Q_OBJECT
 public:
-    /// Opens a window in the given form and loads the target into it: a path in backslash form or a URL.
-    static void Open(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork,
-                     DisplayRules::EWindowForm form, QWidget* pOpener);
+    /// Opens a window of this title in the given form and loads the target into it: a path in backslash form
+    /// or a URL.
+    static void Open(const QString& strTitle, const QString& strTarget, const QStringList& allowedFolders,
+                     bool bNetwork, DisplayRules::EWindowForm form, QWidget* pOpener);
 
 protected:
     void keyPressEvent(QKeyEvent* pEvent) override;

@@ -91,11 +91,13 @@ bool CEditorView::LeaveNode(bool bCanCancel) {
     if (bCanCancel && CWebBrowser2Ex::IsCallRunning())
         return false;
     QString strUrl;
-    if (m_pDesign->GetURL(strUrl) && strUrl == c_strBlank)
+    if (!m_bInSource && m_pDesign->GetURL(strUrl) && strUrl == c_strBlank)
         return true;
     const QPointer<CEditorView> pThis(this);
     if (!m_saver.MayLeave(bCanCancel))
         return false;
+    if (pThis)
+        m_bInSource = false;
     if (pThis)
         m_pDesign->SetBrowserDesignMode(false);
     if (pThis)
@@ -173,7 +175,7 @@ void CEditorView::SwitchTo(EMode mode) {
 bool CEditorView::SwapToSource() {
     QString strHtml;
     const QPointer<CEditorView> pThis(this);
-    if (!m_pDesign->GetBrowserBodyInnerHTML(strHtml)) {
+    if (!m_saver.SurfaceHoldsPage() || !m_pDesign->GetBrowserBodyInnerHTML(strHtml)) {
         if (pThis)
             m_people.Error(EditorTexts::c_strNoContent);
         return false;

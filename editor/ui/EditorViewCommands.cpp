@@ -20,7 +20,8 @@ bool CEditorView::IsCommandEnabled(int nCommand) const {
 
 bool CEditorView::RunCommand(int nCommand) {
     const Command* pCommand = Find(nCommand);
-    if (pCommand == nullptr || !IsCommandEnabled(nCommand) || m_pNode == nullptr)
+    // A view behind another one has no page, whatever key the main window passes on.
+    if (pCommand == nullptr || !IsCommandEnabled(nCommand) || m_pNode == nullptr || !isVisible())
         return false;
     switch (pCommand->Family) {
     case EFamily::Plain:

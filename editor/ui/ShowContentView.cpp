@@ -55,8 +55,9 @@ void CShowContentView::ShowContent() {
     const bool bNetwork = m_pNode->GetType() == NodeType::c_nExternalLink;
     if (const auto form = DisplayRules::WindowFormOf(m_pNode->GetOpenType())) {
         const QStringList folders = AllowedFolders();
+        const QString strTitle = m_pNode->GetTitle();
         m_host.ShowNodeView(EViewKind::Prompt, m_pNode, PromptCode::c_nNewWindow);
-        CContentWindow::Open(strPath, folders, bNetwork, *form, window());
+        CContentWindow::Open(strTitle, strPath, folders, bNetwork, *form, window());
         return;
     }
     m_pBrowser->SetAllowedFolders(AllowedFolders(), false);
@@ -96,6 +97,7 @@ void CShowContentView::TakeNewWindow(const QString& strUrl) {
         m_pOpenOutside->setToolTip(url.toDisplayString());
         m_pOpenOutside->show();
     } else if (m_pNode != nullptr && strUrl.startsWith(QLatin1StringView("file:"), Qt::CaseInsensitive)) {
-        CContentWindow::Open(strUrl, AllowedFolders(), false, DisplayRules::EWindowForm::Normal, window());
+        CContentWindow::Open(m_pNode->GetTitle(), strUrl, AllowedFolders(), false,
+                             DisplayRules::EWindowForm::Normal, window());
     }
 }

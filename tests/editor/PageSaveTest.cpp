@@ -185,8 +185,10 @@ TEST_F(PageSaveTest, TheTextOfALostSurfaceNeverReplacesThePage) {
     // What stands in the source box is the teacher's own, and so is an emptied page that the surface holds.
     m_page.bInSource = true;
     m_page.strHtml = QStringLiteral("typed");
+    m_page.strFailing = QStringLiteral("images");
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     m_page.bInSource = false;
+    m_page.strFailing.clear();
     m_page.strHtml.clear();
     m_page.strUrl = QStringLiteral("file://") + PagePath();
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
