@@ -50,6 +50,9 @@ QString CCourseFolderStep::Next() const {
         return ContentText::c_strNoCourseName;
     if (strFolder.isEmpty())
         return ContentText::c_strNoCourseFolder;
+    // Such a name would lead the project file into a folder that nobody makes, when half the course stands.
+    if (strName.contains(u'\\') || strName.contains(u'/'))
+        return ContentText::c_strSeparatorInName;
     const QString strBare = Torvane::File::WithoutBackslash(strFolder);
     const EPathKind kind = Torvane::File::GetPathKind(strBare);
     if (kind == EPathKind::Folder && !Torvane::File::IsFolderEmpty(strBare))

@@ -69,6 +69,7 @@ inline const QString c_strTemplatePage = u"新建课程向导－选择课程模�
 inline const QString c_strSummaryPage = u"新建课程向导－显示用户选择"_s;
 inline const QString c_strNoCourseName = u"请您填写课程名"_s;
 inline const QString c_strNoCourseFolder = u"请您填写课程路径"_s;
+inline const QString c_strSeparatorInName = u"课程名不能包含“\\”和“/”，请您修改！"_s;
 inline const QString c_strFolderNotEmpty = u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s;
 inline const QString c_strFolderNotMade = u"创建课程文件夹失败，请您重试!"_s;
 inline const QString c_strPickCourseFolder = u"请您选择课程目录"_s;

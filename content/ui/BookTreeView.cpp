@@ -144,6 +144,17 @@ TitleTaken CBookTreeView::TakenBelow(const QTreeWidgetItem* pParent, const QTree
 void CBookTreeView::LoadTree(CCourse& course) {
     ResetTree();
     m_pCourse = &course;
+    try {
+        FillTree(course);
+    } catch (...) {
+        ResetTree();
+        throw;
+    }
+    Select(m_pRootItem);
+    setFocus();
+}
+
+void CBookTreeView::FillTree(CCourse& course) {
     const CSysInfo& settings = CSysInfo::Instance();
     SetBackColor(CTemplateStore(settings.GetTemplatesFolder(false)).GetBackColor(course.GetTemplateName()));
 
@@ -159,8 +170,6 @@ void CBookTreeView::LoadTree(CCourse& course) {
     LoadChildren(m_pRootItem);
     LoadAhead(m_pRootItem);
     m_pRootItem->setExpanded(true);
-    Select(m_pRootItem);
-    setFocus();
 }
 
 void CBookTreeView::ResetTree() {

@@ -25,7 +25,8 @@ public:
     CBookTreeView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent = nullptr);
     ~CBookTreeView() override;
 
-    /// Fills the tree from an opened course and selects its root. Throws Torvane::CRunException.
+    /// Fills the tree from an opened course and selects its root. Throws Torvane::CRunException, with an
+    /// empty tree, when the store can't be read.
     void LoadTree(CCourse& course);
     /// Empties the tree and frees all nodes: no view may show one any more.
     void ResetTree();
@@ -62,6 +63,7 @@ private:
     TitleTaken TakenBelow(const QTreeWidgetItem* pParent, const QTreeWidgetItem* pExcept = nullptr) const;
 
     // Loading.
+    void FillTree(CCourse& course);
     QTreeWidgetItem* MakeItem(std::unique_ptr<CBookNode> pNode);
     QTreeWidgetItem* AddHeading(const QString& strText, int nImage);
     void LoadChildren(QTreeWidgetItem* pItem);

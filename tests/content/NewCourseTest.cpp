@@ -47,6 +47,7 @@ TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
     };
     for (const Case& c :
          {Case{{}, {}, u"请您填写课程名"_s}, Case{u"课"_s, {}, u"请您填写课程路径"_s},
+          Case{u"C/C++"_s, m_folder.Path(u"空"_s), u"课程名不能包含“\\”和“/”，请您修改！"_s},
           Case{u"课"_s, m_folder.Path(u"满"_s),
                u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s},
           Case{u"课"_s, m_folder.Path(u"满\\x.txt"_s), u"创建课程文件夹失败，请您重试!"_s},

@@ -359,6 +359,19 @@ TEST_F(BookTreeViewTest, ACourseThatClosesBehindAQuestionEndsTheCommand) {
     EXPECT_EQ(m_disk.Store().GetNode(m_nDetail).Title, u"细"_s);
 }
 
+TEST_F(BookTreeViewTest, ACourseThatClosesWhileATitleIsTypedLeavesNothingBehind) {
+    Click(Line(1));
+    m_pTree->RunCommand(TreeCommand::c_nRename);
+    QTest::keyClicks(m_pTree->findChild<QLineEdit*>(u"titleEdit"_s), u"half"_s);
+    m_pTree->ResetTree();
+    QApplication::processEvents();
+    EXPECT_EQ(StoredTitles(), (QStringList{u"一"_s, u"二"_s}));
+    // A store that can't be read leaves no half tree.
+    m_disk.Store().Close();
+    EXPECT_THROW(m_pTree->LoadTree(*m_disk.pCourse), Torvane::CRunException);
+    EXPECT_EQ(m_pTree->topLevelItemCount(), 0);
+}
+
 TEST_F(BookTreeViewTest, TheMenuOffersWhatIsBuiltAndFits) {
     const auto menuAt = [&](QTreeWidgetItem* pItem) {
         const QPoint at = m_pTree->visualItemRect(pItem).center();
