@@ -15,10 +15,6 @@ namespace {
 constexpr int c_nOpenRetries = 50;
 constexpr std::chrono::milliseconds c_retryPause(100);
 
-QString Shown(const QString& strPath) {
-    return Platform::ToNativeExact(strPath);
-}
-
 bool IsTooLong(const QString& strPath) {
     return CodePage::ByteLength(strPath) > c_nMaxPathBytes;
 }
@@ -36,15 +32,15 @@ QByteArray NativeForCreating(const QString& strPath) {
 }
 
 CFileException CannotOpen(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法打开文件 %1 ！").arg(Shown(strPath)), nError);
+    return CFileException(QStringLiteral("无法打开文件 %1 ！").arg(Platform::ToShown(strPath)), nError);
 }
 
 CFileException CannotMakeFolder(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法创建目录 %1 ！").arg(Shown(strPath)), nError);
+    return CFileException(QStringLiteral("无法创建目录 %1 ！").arg(Platform::ToShown(strPath)), nError);
 }
 
 CFileException CannotSetAttributes(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法为路径 %1 设置属性！").arg(Shown(strPath)), nError);
+    return CFileException(QStringLiteral("无法为路径 %1 设置属性！").arg(Platform::ToShown(strPath)), nError);
 }
 
 // Nothing there is no failure. The bits for hidden, system and temporary have no like here.
@@ -94,7 +90,8 @@ void CReadFile::Open(const QString& strPath, bool bWrite, bool bCreateIfMissing)
     quint64 nSize = 0;
     if (const int nSizeError = Platform::GetOpenFileSize(nDescriptor, nSize)) {
         Close();
-        throw CFileException(QStringLiteral("无法获取文件大小 %1 ！").arg(Shown(strPath)), nSizeError);
+        throw CFileException(QStringLiteral("无法获取文件大小 %1 ！").arg(Platform::ToShown(strPath)),
+                             nSizeError);
     }
     m_nSizeLow = static_cast<quint32>(nSize);
     m_nSizeHigh = static_cast<quint32>(nSize >> 32U);
@@ -127,8 +124,9 @@ void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverw
         nError = Platform::CopyFileBytes(paths, NativeOf(strSource), paths, target, bOverwrite);
     }
     if (nError != 0)
-        throw CFileException(
-            QStringLiteral("无法拷贝文件 %1 到 %2！").arg(Shown(strSource), Shown(strTarget)), nError);
+        throw CFileException(QStringLiteral("无法拷贝文件 %1 到 %2！")
+                                 .arg(Platform::ToShown(strSource), Platform::ToShown(strTarget)),
+                             nError);
 }
 
 void DeleteOneFile(const QString& strPath, bool bForce) {
@@ -136,7 +134,7 @@ void DeleteOneFile(const QString& strPath, bool bForce) {
         ClearAttributes(strPath);
     const int nError = IsTooLong(strPath) ? ENAMETOOLONG : Platform::RemoveFile(NativeOf(strPath));
     if (nError != 0)
-        throw CFileException(QStringLiteral("无法删除文件%1！").arg(Shown(strPath)), nError);
+        throw CFileException(QStringLiteral("无法删除文件%1！").arg(Platform::ToShown(strPath)), nError);
 }
 
 void ClearAttributes(const QString& strPath) {
@@ -156,7 +154,7 @@ EPathKind CreateFolderPath(const QString& strPath) {
         ++nRoot;
     nRoot = strPath.indexOf(u'\\', nRoot);
     if (nRoot < 0)
-        throw CFileException(QStringLiteral("路径 %1 无效！").arg(Shown(strPath)), 0);
+        throw CFileException(QStringLiteral("路径 %1 无效！").arg(Platform::ToShown(strPath)), 0);
     const QString strWhole = AddBackslash(strPath);
     for (qsizetype n = strWhole.indexOf(u'\\', nRoot + 1); n >= 0; n = strWhole.indexOf(u'\\', n + 1)) {
         const QString strPrefix = strWhole.left(n);

@@ -14,16 +14,12 @@
 namespace Torvane::File {
 namespace {
 
-QString Shown(const QString& strPath) {
-    return Platform::ToNativeExact(strPath);
-}
-
 // Lays a tree over the target root, folder by folder beside the walk. The walk meets only names, never ".."
 // or addresses, so a path lands where ResolveAgainstBase would put it: below the target root under the same
 // relative path.
 class CCopier : public ITreeVisitor {
 public:
-    CCopier(QString strTarget, bool bOverwrite)
+    CCopier(const QString& strTarget, bool bOverwrite)
         : m_strTarget(AddBackslash(strTarget)), m_bOverwrite(bOverwrite) {}
 
     // A target inside the source would be copied into itself without end.
@@ -80,7 +76,8 @@ private:
     };
 
     static CFileException CannotCopy(const QString& strFrom, const QString& strTo, int nError) {
-        return CFileException(QStringLiteral("无法拷贝文件 %1 到 %2！").arg(Shown(strFrom), Shown(strTo)),
+        return CFileException(QStringLiteral("无法拷贝文件 %1 到 %2！")
+                                  .arg(Platform::ToShown(strFrom), Platform::ToShown(strTo)),
                               nError);
     }
 
@@ -107,7 +104,8 @@ private:
             nError = parent.Folder.MakeFolder(name);
         if (nError != 0 && nError != EEXIST)
             throw CFileException(
-                QStringLiteral("无法创建目录 %1 ！").arg(Shown(WithoutBackslash(target.strPath))), nError);
+                QStringLiteral("无法创建目录 %1 ！").arg(Platform::ToShown(WithoutBackslash(target.strPath))),
+                nError);
         target.nOpenError = target.Folder.OpenBelow(parent.Folder, name);
         if (nError == EEXIST)
             target.Look();
@@ -127,8 +125,9 @@ public:
     // Found by the walk and removed by folder and name: no path is cut here, however deep it is.
     void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
         if (const int nError = Forced(folder, [&] { return folder.Folder.RemoveFile(entry.name); }))
-            throw CFileException(QStringLiteral("无法删除文件%1！").arg(Shown(EntryPath(folder, entry.name))),
-                                 nError);
+            throw CFileException(
+                QStringLiteral("无法删除文件%1！").arg(Platform::ToShown(EntryPath(folder, entry.name))),
+                nError);
     }
 
     void Leave(TreeFolder& folder) override {
@@ -140,7 +139,7 @@ public:
                                ? Forced(*pParent, [&] { return pParent->Folder.RemoveFolder(folder.name); })
                                : Platform::RemoveFolder(Platform::ToNative(strPath).toUtf8());
         if (nError != 0)
-            throw CFileException(QStringLiteral("无法删除目录%1！").arg(Shown(strPath)), nError);
+            throw CFileException(QStringLiteral("无法删除目录%1！").arg(Platform::ToShown(strPath)), nError);
     }
 
 private:
@@ -177,8 +176,8 @@ bool NamesNoFolder(const QString& strPath) {
 
 void RemoveTree(const QString& strPath, const QString& strProtected, bool bForce, IWalkFilter* pFilter) {
     const auto refuse = [&](int nError) {
-        throw CFileException(QStringLiteral("无法删除目录%1！").arg(Shown(WithoutBackslash(strPath))),
-                             nError);
+        throw CFileException(
+            QStringLiteral("无法删除目录%1！").arg(Platform::ToShown(WithoutBackslash(strPath))), nError);
     };
     if (NamesNoFolder(strPath))
         refuse(EINVAL);

@@ -14,7 +14,7 @@ namespace {
 
 // No INI file of the system comes near this. A larger one is garbage: what is beyond is not looked at, and
 // such a file is never written, since that would cut it.
-constexpr qint64 c_nMaxFileBytes = 16 * 1024 * 1024;
+constexpr qint64 c_nMaxFileBytes = qint64{16} * 1024 * 1024;
 
 // One line of the file: where it stands, and where its line end begins.
 struct Line {

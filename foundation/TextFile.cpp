@@ -14,7 +14,7 @@ using Torvane::File::CFileException;
 namespace {
 
 CFileException CannotOpen(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法打开文件 %1 ！").arg(Platform::ToNativeExact(strPath)), nError);
+    return CFileException(QStringLiteral("无法打开文件 %1 ！").arg(Platform::ToShown(strPath)), nError);
 }
 
 } // namespace

@@ -71,7 +71,7 @@ int WriteAll(int nFile, const char* pBytes, size_t nSize) {
     return 0;
 }
 
-constexpr size_t c_nBlock = 128 * 1024;
+constexpr size_t c_nBlock = size_t{128} * 1024;
 
 // Small files go through one read and one write; large ones are copied inside the kernel where it can.
 int CopyContent(int nFrom, int nTo, off_t nSize) {
@@ -104,10 +104,11 @@ int CopyContent(int nFrom, int nTo, off_t nSize) {
     }
 }
 
-// A name beside the final one that no other program or thread uses.
+// A name beside the final one that no other program or thread uses. Not a hidden one: if a crash leaves it
+// behind, it must not keep its folder from being deleted.
 QByteArray TemporaryName() {
     static std::atomic<unsigned> nNext{0};
-    return ".vorel-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(++nNext) + ".tmp";
+    return "~vorel-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(++nNext) + ".tmp";
 }
 
 // Creates a file under a temporary name; a leftover of the same name from a crashed run is stepped over.

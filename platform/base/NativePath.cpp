@@ -38,6 +38,10 @@ QString Nowhere(QString strPath) {
     return QString::fromUtf16(c_szNowhere) + strPath;
 }
 
+bool IsNowhere(const QString& strNative) {
+    return strNative.startsWith(QString::fromUtf16(c_szNowhere));
+}
+
 bool Exists(const QByteArray& path) {
     struct stat state {};
     return ::lstat(path.constData(), &state) == 0;
@@ -77,10 +81,15 @@ QString ToNativeExact(const QString& strPath) {
     return strNative;
 }
 
+QString ToShown(const QString& strPath) {
+    QString strNative = ToNativeExact(strPath);
+    return IsNowhere(strNative) ? strPath : strNative;
+}
+
 QString ToNative(const QString& strPath) {
-    const QString strNative = ToNativeExact(strPath);
+    QString strNative = ToNativeExact(strPath);
     const QByteArray native = strNative.toUtf8();
-    if (native.isEmpty() || Exists(native) || strNative.startsWith(QString::fromUtf16(c_szNowhere)))
+    if (native.isEmpty() || Exists(native) || IsNowhere(strNative))
         return strNative;
 
     QByteArray found;

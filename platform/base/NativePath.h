@@ -16,8 +16,11 @@ namespace Platform {
 /// taken too.
 QString ToNative(const QString& strPath);
 
-/// As ToNative, without looking at the disk: the spelling stays. For creating and for showing.
+/// As ToNative, without looking at the disk: the spelling stays. For creating.
 QString ToNativeExact(const QString& strPath);
+
+/// What a person sees: the native form in its own spelling, or a path of another machine as it stands.
+QString ToShown(const QString& strPath);
 
 /// The backslash form of a native path; a path already in backslash form comes back as it stands.
 QString FromNative(const QString& strNative);

@@ -74,7 +74,7 @@ TEST(Files, EachFailureHasItsMessageInNativeForm) {
         {[&] { CreateFolderPath(path(u"a\\b\\c"_s)); },
          u"无法创建目录 "_s + strBase + u"a/b ！(Not a directory)"_s},
         {[&] { CreateFolderPath(u"bare"_s); }, u"路径 bare 无效！"_s},
-        {[&] { CreateFolderPath(u"\\\\server"_s); }, u"路径 /dev/null/server 无效！"_s},
+        {[&] { CreateFolderPath(u"\\\\server"_s); }, u"路径 \\\\server 无效！"_s},
         {[&] { DeleteFolder(path(u"none"_s), true); }, u"无法删除目录"_s + strBase + u"none！"_s + strGone},
     };
     for (const auto& c : cases)

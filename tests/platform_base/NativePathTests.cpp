@@ -26,6 +26,8 @@ TEST(NativePath, DriveZIsTheRootFolder) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(ToNativeExact(c.strPath), c.strNative);
+    EXPECT_EQ(Platform::ToShown(u"Z:\\课程\\a"_s), u"/课程/a"_s);
+    EXPECT_EQ(Platform::ToShown(u"C:\\a"_s), u"C:\\a"_s);
     EXPECT_EQ(FromNative(u"/home/li/课程"_s), u"Z:\\home\\li\\课程"_s);
     EXPECT_EQ(FromNative(u"/"_s), u"Z:\\"_s);
     EXPECT_EQ(FromNative(u"C:\\x"_s), u"C:\\x"_s);
