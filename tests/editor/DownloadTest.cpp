@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QByteArray c_head = "HTTP/1.0 200 OK\r\nContent-Type: image/gif\r\n\r\n";
@@ -14,7 +16,7 @@ TEST(Download, TheBodyBecomesTheFileAlsoBehindARedirection) {
     const CStrangeServer picture(c_head + "GIF89a");
     const CStrangeServer moved("HTTP/1.0 302 Moved\r\nLocation: " + picture.Url("/b.gif") + "\r\n\r\n<html>");
     for (const CStrangeServer* pServer : {&picture, &moved}) {
-        const QString strName = QStringLiteral("图 %1.gif").arg(pServer == &moved);
+        const QString strName = u"图 %1.gif"_s.arg(pServer == &moved);
         EXPECT_TRUE(
             DownloadUrlToFile(QString::fromLatin1(pServer->Url("/a.gif")), folder.Path(strName), [] {}));
         EXPECT_EQ(folder.Read(strName), "GIF89a");
@@ -23,7 +25,7 @@ TEST(Download, TheBodyBecomesTheFileAlsoBehindARedirection) {
 
 TEST(Download, NothingIsLeftOfAnythingElse) {
     const CTempFolder folder;
-    const QString strName = QStringLiteral("a.gif");
+    const QString strName = u"a.gif"_s;
     for (const char* szReply : {"HTTP/1.0 404 Not Found\r\n\r\nnot here", "HTTP/1.0 302 Moved\r\n\r\n",
                                 "HTTP/1.0 302 Moved\r\nLocation: file:///etc/passwd\r\n\r\n", "nonsense"}) {
         const CStrangeServer server(szReply);
@@ -33,7 +35,7 @@ TEST(Download, NothingIsLeftOfAnythingElse) {
     }
     const CStrangeServer server(c_head + "GIF89a");
     EXPECT_FALSE(DownloadUrlToFile(QString::fromLatin1(server.Url("/a.gif")),
-                                   folder.Path(QStringLiteral("no\\such\\a.gif")), [] {}));
+                                   folder.Path(u"no\\such\\a.gif"_s), [] {}));
 }
 
 } // namespace

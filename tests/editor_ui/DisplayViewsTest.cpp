@@ -23,19 +23,12 @@ protected:
 };
 
 TEST(DisplayRules, TheWordsKeepTheWizardsOrder) {
-    const struct {
-        qint32 nType;
-        bool bChildren;
-        int nImage;
-        QString strWord;
-    } rows[] = {{0, true, 0, u"<目录栏目>"_s},  {-1, true, 0, u"<目录栏目>"_s}, {-1, false, 1, u"<空栏目>"_s},
-                {0, false, 1, u"内部编辑器"_s}, {2, false, 1, u"外部编辑器"_s}, {3, false, 1, u"站点"_s},
-                {4, false, 1, u"外部链接"_s},   {6, false, 1, u"奥思课件"_s},   {9, false, 1, u"站内链接"_s},
-                {10, false, 1, QString()}};
-    for (const auto& row : rows) {
-        const auto shown = DisplayRules::RowOfChild(row.nType, row.bChildren);
-        EXPECT_EQ(shown.nImage, row.nImage);
-        EXPECT_EQ(shown.strType, row.strWord);
+    const std::pair<qint32, QString> rows[] = {
+        {-1, u"<空栏目>"_s}, {0, u"内部编辑器"_s}, {2, u"外部编辑器"_s}, {3, u"站点"_s},
+        {4, u"外部链接"_s},  {6, u"奥思课件"_s},   {9, u"站内链接"_s},   {10, QString()}};
+    for (const auto& [nType, strWord] : rows) {
+        EXPECT_EQ(DisplayRules::RowOfChild(nType, false).strType, strWord);
+        EXPECT_EQ(DisplayRules::RowOfChild(nType, true).strType, u"<目录栏目>"_s);
     }
 }
 

@@ -6,8 +6,11 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTabBar>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -143,8 +146,6 @@ TEST_F(EditorViewTest, CommandsAreEnabledByTab) {
         EXPECT_EQ(Action(32825).isEnabled(), nTab != c_nPreview);
         EXPECT_EQ(m_view.IsCommandEnabled(32826), nTab != c_nPreview);
         EXPECT_EQ(m_view.findChild<QWidget*>(u"editorToolBars"_s)->isVisible(), nTab != c_nPreview);
-        EXPECT_EQ(Surface("design").width() > 0, nTab == c_nDesign);
-        EXPECT_EQ(Surface("preview").width() > 0, nTab == c_nPreview);
     }
     EXPECT_FALSE(m_view.IsCommandEnabled(32920));
     EXPECT_FALSE(m_view.RunCommand(32814));
@@ -165,6 +166,38 @@ TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
         EXPECT_TRUE(Surface("design").ExecuteIHTMLDocumentCmd(command.strName.toString(), false, QVariant()))
             << command.strName.toString().toStdString();
     }
+}
+
+TEST_F(EditorViewTest, DialogsBuildWhatIsInserted) {
+    Open("<p>x</p>");
+    // Fills the dialog that the next command opens.
+    const auto answer = [this](const QString& strField, const QString& strText) {
+        auto* pTimer = new QTimer(&m_view);
+        QObject::connect(pTimer, &QTimer::timeout, pTimer, [=] {
+            if (QWidget* pDialog = QApplication::activeModalWidget()) {
+                pTimer->deleteLater();
+                pDialog->findChild<QLineEdit*>(strField)->setText(strText);
+                pDialog->findChild<QPushButton*>(u"ok"_s)->click();
+            }
+        });
+        pTimer->start(20);
+    };
+    Action(32823).trigger();
+    answer(u"text"_s, u"帮\"助"_s);
+    Action(32850).trigger();
+    EXPECT_TRUE(Html().contains(u"title=\"帮&quot;助\""_s)) << Html().toStdString();
+    EXPECT_TRUE(Html().contains(u"color=\"#0000FF\">x</font>"_s)) << Html().toStdString();
+    Action(32823).trigger();
+    answer(u"rows"_s, u"1"_s);
+    Action(32837).trigger();
+    EXPECT_TRUE(Html().contains(u"<tr><td>&nbsp;</td><td>&nbsp;</td></tr>"_s)) << Html().toStdString();
+    m_world.Folder.Write(u"讲义 A.DOC"_s, "doc");
+    m_world.People.Files.push_back(m_world.Folder.Path(u"讲义 A.DOC"_s));
+    Action(32836).trigger();
+    const QStringList copies = QDir(m_world.Folder.Native(PageFile(u"res"_s))).entryList(QDir::Files);
+    ASSERT_EQ(copies.size(), 1);
+    EXPECT_TRUE(Html().contains(u"<a id=\"innerfile\" href=\"res/%1\">讲义 A.DOC</a>"_s.arg(copies.first())))
+        << Html().toStdString();
 }
 
 TEST_F(EditorViewTest, TemplatesComeFromTheCoursesOwnFolderAlone) {
