@@ -151,6 +151,8 @@ void CBookDatabase::Connection::Commit() {
 }
 
 void CBookDatabase::Connection::Undo() noexcept {
+    if (m_nDepth == 0)
+        return;
     if (!IsLost()) {
         if (m_nDepth == 1)
             m_database.tryExec("ROLLBACK");
