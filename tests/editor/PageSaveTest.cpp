@@ -80,17 +80,6 @@ protected:
 using BoxAnswer = CScriptedPeople::BoxAnswer;
 using BoxButtons = CScriptedPeople::BoxButtons;
 
-TEST_F(PageSaveTest, AnUntouchedPageIsNeverWrittenAndAsksNothing) {
-    // As the file says, and as the surface makes of it.
-    for (const QString& strLoaded : {u"<P>a"_s, u"<p>a</p>"_s}) {
-        Open(u"<P>a"_s, strLoaded);
-        EXPECT_TRUE(m_saver.MayLeave(true));
-        EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
-        EXPECT_TRUE(m_written.isEmpty());
-        EXPECT_TRUE(m_people.Statuses.isEmpty());
-    }
-}
-
 TEST_F(PageSaveTest, WhatThePageOnceWasIsAChangeAfterASave) {
     Open(u"<P>a"_s, u"<p>a</p>"_s);
     m_page.strHtml = u"<p>b</p>"_s;
@@ -116,17 +105,6 @@ TEST_F(PageSaveTest, TheQuestionDecides) {
         EXPECT_EQ(ResFiles().size(), nFiles + nSaves);
         EXPECT_EQ(m_people.Boxes.back().Buttons, bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo);
     }
-}
-
-TEST_F(PageSaveTest, SavingMovesThePictureInAndWritesBack) {
-    Open(u"a"_s, u"a"_s);
-    InsertPicture();
-    EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
-    ASSERT_EQ(ResFiles().size(), 1);
-    EXPECT_EQ(m_page.strHtml, QString(u"<img src=\"res/" + ResFiles().first() + u"\">"));
-    EXPECT_EQ(m_written, QStringList(m_page.strHtml));
-    EXPECT_EQ(m_people.Statuses, QStringList(u"正在保存..."_s));
-    EXPECT_EQ(m_temp.Read(u"NodeResource\\N5\\res\\"_s + ResFiles().first()), "picture");
 }
 
 TEST_F(PageSaveTest, APictureThatCannotBeFetchedKeepsItsReferenceAndIsNamed) {
