@@ -59,7 +59,8 @@ HttpReply CCourseService::Answer(const HttpRequest& request, const QByteArray& p
         reply = std::move(*page);
     else
         reply.nStatus = 404;
-    m_pLog->Write(peer, request.strTarget, QByteArray::number(reply.nStatus));
+    // Without the query, which may hold a token that came to a wrong path.
+    m_pLog->Write(peer, request.Path(), QByteArray::number(reply.nStatus));
     return reply;
 }
 

@@ -31,7 +31,7 @@ public:
 
     bool ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) override;
 
-    /// True when the password was accepted.
+    /// True when the password was accepted. Throws CInvalidLogException when the server has lost the session.
     bool PromptPassword(CCourse& course);
     /// True when the password was changed. Takes over what the server says of the course's names into info.
     bool ChangePassword(CCourseInfo& info, const QString& strPrompt);

@@ -20,18 +20,23 @@ QFormLayout* AddForm(QDialog* pDialog, const QString& strPrompt) {
     return pForm;
 }
 
+/// A text that can be read and copied; it stands on the dialog's own ground, as what can't be typed into.
+void ShowOnly(QLineEdit* pField, const QString& strText) {
+    pField->setText(strText);
+    pField->setReadOnly(true);
+    QPalette palette = pField->palette();
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    pField->setPalette(palette);
+}
+
 } // namespace
 
 CPasswordDialog::CPasswordDialog(const CCourseInfo& info, QWidget* pParent) : QDialog(pParent) {
     setObjectName(QStringLiteral("CPasswordDialog"));
     setWindowTitle(ServerText::c_strPasswordTitle);
     QFormLayout* pForm = AddForm(this, ServerText::c_strPasswordPrompt);
-    QLineEdit* pCourse = AddField(pForm, ServerText::c_strCourseLabel, QStringLiteral("course"));
-    pCourse->setText(info.Name);
-    pCourse->setReadOnly(true);
-    QLineEdit* pTeacher = AddField(pForm, ServerText::c_strTeacherLabel, QStringLiteral("teacher"));
-    pTeacher->setText(info.TeacherName);
-    pTeacher->setReadOnly(true);
+    ShowOnly(AddField(pForm, ServerText::c_strCourseLabel, QStringLiteral("course")), info.Name);
+    ShowOnly(AddField(pForm, ServerText::c_strTeacherLabel, QStringLiteral("teacher")), info.TeacherName);
     m_pPassword =
         AddField(pForm, ServerText::c_strPasswordLabel, QStringLiteral("password"), QLineEdit::Password);
     AddButtons(this, [this] { accept(); });

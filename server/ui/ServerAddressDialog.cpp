@@ -19,6 +19,9 @@ CServerAddressDialog::CServerAddressDialog(const QString& strStart, CServerSessi
     m_pAddress->setText(strStart);
     AddButtons(this, [this] { OnOk(); });
     m_pAddress->setFocus();
+    // A dialog selects its first field when it shows; whoever types on after "http://" would lose that.
+    QMetaObject::invokeMethod(
+        m_pAddress, [this] { m_pAddress->end(false); }, Qt::QueuedConnection);
 }
 
 QString CServerAddressDialog::GetAddress() const {

@@ -88,18 +88,6 @@ protected:
     }
 };
 
-TEST_F(ScriptTest, ListsTheSchoolsCourses) {
-    const QByteArray school = CodePage::Encode(u"示范 大学&"_s);
-    const ScriptReply reply = pScript->Run("GetCourseList?Province=0&SchoolName=" + school);
-    EXPECT_EQ(reply.Headers(),
-              (QByteArrayList{"Operation Type: GetCourseList", "Successful: 1", "Error Code: 0"}));
-    const QList<CCourseInfo> courses = Protocol::ParseCourseList(reply.Body);
-    ASSERT_EQ(courses.size(), 5);
-    EXPECT_EQ(courses[0], (CCourseInfo{1, u"大学物理"_s, u"张明"_s}));
-    EXPECT_TRUE(pScript->Run("GetCourseList?Province=1&SchoolName=" + school).Body.isEmpty());
-    EXPECT_TRUE(pScript->Run("GetCourseList?Province=0&SchoolName=").Body.isEmpty());
-}
-
 TEST_F(ScriptTest, ASessionBeginsWithThePasswordAndEndsWithTheClosing) {
     EXPECT_EQ(Report("a", 264), "refused");
     EXPECT_EQ(Send(PasswordQuery("a", 1, "wrong")), "refused");

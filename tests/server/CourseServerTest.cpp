@@ -44,12 +44,7 @@ TEST(CourseServer, ErrorCodesSpeak) {
     EXPECT_EQ(Report(Refused(128)), strServerError);
     EXPECT_EQ(Report("HTTP/1.0 200 OK\r\nSuccessful: 1\r\n\r\nbody"), strServerError);
     EXPECT_EQ(Report("what is this"), strServerError);
-}
-
-TEST(CourseServer, AReportIsConfirmedByItsProofAlone) {
-    EXPECT_EQ(Report(c_good), "false");
-    EXPECT_EQ(Report(c_good + QByteArray(32, 'a')), "false");
-    EXPECT_EQ(Report(c_good + QByteArray(32, 'a') + "\r\n"), "false");
+    EXPECT_EQ(Report(c_good + QByteArray(32, 'a')), "false") << "a wrong proof";
 }
 
 TEST(CourseServer, AWrongProofStillNamesTheCourse) {
@@ -61,23 +56,6 @@ TEST(CourseServer, AWrongProofStillNamesTheCourse) {
     EXPECT_FALSE(server.CheckPassword(info, u"secret"_s, nRights));
     EXPECT_EQ(info, (CCourseInfo{5, u"New"_s, u"Teacher"_s}));
     EXPECT_EQ(nRights, 16);
-}
-
-TEST(CourseServer, AnEmptyBodyChangesNothingAndAShortOneFails) {
-    CCourseInfo info{5, u"Old"_s, u"Old"_s};
-    CStrangeServer silent(c_good);
-    CCourseServer server;
-    server.SetBaseUrl(QString::fromLatin1(silent.Url()));
-    EXPECT_FALSE(server.EditPassword(info, u"a"_s, u"b"_s));
-    EXPECT_EQ(info.Name, u"Old"_s);
-    CStrangeServer cut(c_good + QByteArray(32, 'a'));
-    server.SetBaseUrl(QString::fromLatin1(cut.Url()));
-    try {
-        server.EditPassword(info, u"a"_s, u"b"_s);
-        ADD_FAILURE();
-    } catch (const Torvane::CRunException& failure) {
-        EXPECT_EQ(failure.GetMessage(), u"对不起，无法获取课程信息，请您与系统管理员联系！"_s);
-    }
 }
 
 TEST(CourseServer, EveryFailureOfTheListIsOneMessage) {

@@ -1,14 +1,12 @@
 #include "server/TemplateDownload.h"
-#include "foundation/CodePage.h"
 #include "foundation/SysInfo.h"
-#include "tests/support/CourseServiceThread.h"
 #include "tests/support/ScriptedPeople.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using Torvane::Dialog::MFC::BoxAnswer;
-using Torvane::Dialog::MFC::BoxIcon;
 
 namespace {
 
@@ -27,35 +25,12 @@ TEST(TemplateDownload, FormsTheCompanionsCommandLine) {
 
 class DownloadTest : public testing::Test {
 protected:
-    CTempFolder Offered;
     CTempFolder Program;
-    CCourseServiceThread Server{QString(), Offered.Native()};
     CScriptedPeople People;
     CTemplateDownload Download{People};
 
-    DownloadTest() {
-        Program.Write(u"AppInfo.ini"_s,
-                      CodePage::Encode(QString(u"[SysInfo]\r\nServerURL="_s + Server.Url() + u"/\r\n"_s)));
-        CSysInfo::Reset(Program.Path(u"Vorel"_s));
-    }
+    DownloadTest() { CSysInfo::Reset(Program.Path(u"Vorel"_s)); }
 };
-
-TEST_F(DownloadTest, FetchesListAndPreview) {
-    People.Expect(u"对不起，服务器暂无模板！"_s);
-    EXPECT_FALSE(Download.FetchList());
-    Offered.Write(u"ReportTemplates\\蓝 色\\Preview.jpg"_s, "picture");
-    Offered.MakeFolder(u"ReportTemplates\\空"_s);
-    Offered.MakeFolder(u"Other\\x"_s);
-    ASSERT_TRUE(Download.FetchList());
-    EXPECT_EQ(Download.GetNames().size(), 2);
-    EXPECT_TRUE(Download.GetNames().contains(u"蓝 色"_s));
-    EXPECT_EQ(Download.FetchPreview(u"蓝 色"_s), Program.Path(u"SysData\\Temporary\\TemplatePreview.jpg"_s));
-    EXPECT_EQ(Program.Read(u"SysData\\Temporary\\TemplatePreview.jpg"_s), "picture");
-    People.Expect(u"获取预览图失败！"_s);
-    EXPECT_FALSE(Download.FetchPreview(u"空"_s));
-    EXPECT_EQ(People.Boxes.back().Icon, BoxIcon::Stop);
-    EXPECT_EQ(Program.Read(u"SysData\\Temporary\\TemplatePreview.jpg"_s), "picture") << "the old one stays";
-}
 
 TEST_F(DownloadTest, RefusesNamesThatLeaveTheFolder) {
     for (const QString& strName : {u""_s, u".."_s, u"a\\b"_s, u"../x"_s, u"a\"b"_s, u"a\nb"_s}) {
