@@ -75,29 +75,22 @@ protected:
     }
 };
 
-TEST_F(ServiceTest, TakesRawBytesAndBlanksInTheRequestLine) {
+TEST_F(ServiceTest, TakesWhateverIsSent) {
+    const QByteArray list = "/ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=";
     const QByteArray school = CodePage::Encode(u"示范大学"_s);
-    for (const QByteArray& request : QByteArrayList{
-             "GET /ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=" + school + " HTTP/1.0\r\n\r\n",
-             "GET //isapi/coursemgr.dll?GetCourseList?Province=0&SchoolName=" + school + " HTTP/1.1\n\n",
-             "GET http://h/ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=" + school +
-                 " HTTP/1.0\r\nA: b\r\n\r\n"}) {
-        const QByteArray reply = Exchange(request);
-        EXPECT_TRUE(reply.startsWith("HTTP/1.0 200 OK\r\nOperation Type: GetCourseList\r\nSuccessful: 1\r\n"
-                                     "Error Code: 0\r\n"))
-            << reply.toStdString();
-        EXPECT_EQ(reply.count('\a'), 10);
-    }
-    EXPECT_TRUE(Exchange("GET /ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=a b HTTP/1.0\r\n\r\n")
-                    .contains("Content-Length: 0"));
-}
-
-TEST_F(ServiceTest, SurvivesMalformedRequests) {
+    const char* szList = "200 OK\r\nOperation Type: GetCourseList\r\nSuccessful: 1\r\nError Code: 0\r\n";
     struct Case {
         QByteArray Request;
         const char* szStatus;
     };
-    for (const Case& c : {Case{"\r\n\r\n", "400"},
+    for (const Case& c : {Case{"GET " + list + school + " HTTP/1.0\r\n\r\n", szList},
+                          {"GET /" +
+                               list.toLower().replace("getcourselist?province=0&schoolname",
+                                                      "GetCourseList?Province=0&SchoolName") +
+                               school + " HTTP/1.1\n\n",
+                           szList},
+                          {"GET http://h" + list + "a b HTTP/1.0\r\nA: b\r\n\r\n", szList},
+                          {"\r\n\r\n", "400"},
                           {QByteArray(100, '\0') + "\r\n\r\n", "400"},
                           {"GET /\r\n\r\n", "400"},
                           {"GET nothing HTTP/1.0\r\n\r\n", "400"},
@@ -107,7 +100,9 @@ TEST_F(ServiceTest, SurvivesMalformedRequests) {
                           {"GET / HTTP/1.0\r\n\r\nand more than was asked for", "404"},
                           {QByteArray(20'000, 'x'), "414"},
                           {"GET /" + QByteArray(9'000, 'x') + " HTTP/1.0\r\n\r\n", "414"}}) {
-        EXPECT_EQ(Exchange(c.Request).mid(9, 3), c.szStatus) << c.Request.left(60).toStdString();
+        const QByteArray reply = Exchange(c.Request);
+        EXPECT_TRUE(reply.mid(9).startsWith(c.szStatus)) << c.Request.left(60).toStdString();
+        EXPECT_EQ(reply.count('\a'), c.Request.contains(school) ? 10 : 0);
     }
 }
 

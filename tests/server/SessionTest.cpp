@@ -35,12 +35,14 @@ protected:
         Server.OpenStore().AddCourse(course);
         World.MakeCourse();
         World.People.Statuses.clear();
-        UseServer(Server.Url());
-    }
-    void UseServer(const QString& strUrl) {
         World.Write(u"程序\\AppInfo.ini"_s,
-                    u"[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\nServerURL="_s + strUrl + u"\r\n"_s);
+                    u"[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\nServerURL="_s + Server.Url());
         CSysInfo::Reset(World.Folder.Path(u"程序\\Vorel"_s));
+    }
+    void WriteIdentity(const CCourseInfo& info) {
+        CProjectFile file;
+        EXPECT_TRUE(file.SetPath(World.ProjectPath()) && file.Load() && file.SetCourseInfo(info) &&
+                    file.Save());
     }
     void OpenCourse() {
         Dialogs.Passwords.push_back(u"123456"_s);
@@ -94,16 +96,13 @@ TEST_F(SessionTest, AWrongPasswordBringsTheDialogBack) {
 TEST_F(SessionTest, ACourseRenamedOnTheServerIsRenamedHere) {
     OpenCourse();
     Server.OpenStore().RemoveClientsBefore(std::numeric_limits<qint64>::max());
-    CProjectFile file;
-    file.SetPath(World.ProjectPath());
-    file.Load();
-    file.SetCourseInfo({42, u"旧名"_s, u"旧人"_s});
-    file.Save();
+    WriteIdentity({42, u"旧名"_s, u"旧人"_s});
     CCourse renamed(World.ProjectPath(), Services);
     Dialogs.Passwords.push_back(u"123456"_s);
     ASSERT_TRUE(renamed.Open());
     EXPECT_EQ(Dialogs.Infos.back().Name, u"旧名"_s);
-    EXPECT_EQ(renamed.GetInfo(), World.Record().Info);
+    CProjectFile file;
+    file.SetPath(World.ProjectPath());
     file.Load();
     EXPECT_EQ(file.GetCourseInfo(), World.Record().Info);
 }
@@ -171,11 +170,7 @@ protected:
 };
 
 TEST_F(InitialPasswordTest, OpeningOffersAChange) {
-    CProjectFile file;
-    file.SetPath(World.ProjectPath());
-    file.Load();
-    file.SetCourseInfo({43, u"高等代数"_s, u"王老师"_s});
-    file.Save();
+    WriteIdentity({43, u"高等代数"_s, u"王老师"_s});
     Dialogs.Passwords.push_back(u"123456"_s);
     Dialogs.Changes.push_back(std::nullopt);
     World.People.Expect(c_strInitial, BoxAnswer::Ok);
