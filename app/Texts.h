@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+/// Every text of the application shell that a person reads.
+namespace AppTexts {
+
+inline const QString c_strError = QStringLiteral("错误");
+inline const QString c_strNotice = QStringLiteral("提示");
+inline const QString c_strLoading = QStringLiteral("正在载入信息...");
+inline const QString c_strReady = QStringLiteral("就绪");
+inline const QString c_strWizardTitle = QStringLiteral("新建课程向导");
+inline const QString c_strRecent = QStringLiteral("最近课程");
+inline const QString c_strValidationFailed = QStringLiteral("验证课程失败！");
+inline const QString c_strCompiling = QStringLiteral("正在合成课程网站，请稍候...");
+
+inline const QString c_strStartupTitle = QStringLiteral("新建课程");
+inline const QString c_strTabNew = QStringLiteral("新建");
+inline const QString c_strTabOpen = QStringLiteral("打开");
+inline const QString c_strNewCourse = QStringLiteral("新建课程");
+inline const QString c_strColumnCourse = QStringLiteral("课程");
+inline const QString c_strColumnPath = QStringLiteral("路径");
+inline const QString c_strDontShow = QStringLiteral("启动时不显示该对话框(&N)");
+inline const QString c_strBrowse = QStringLiteral("浏览(&B)...");
+inline const QString c_strOpen = QStringLiteral("打开(&O)");
+inline const QString c_strOk = QStringLiteral("确定");
+inline const QString c_strCancel = QStringLiteral("取消");
+inline const QString c_strChooseCourse = QStringLiteral("请您选择要打开的课程！");
+inline const QString c_strOpenCourseTitle = QStringLiteral("打开课程");
+
+inline const QString c_strOptionsTitle = QStringLiteral("选项");
+inline const QString c_strOptionNew = QStringLiteral("启动时，显示“新建”对话框(&N)");
+inline const QString c_strOptionLast = QStringLiteral("启动时，载入上次的课程(&L)");
+inline const QString c_strOptionOffice = QStringLiteral("导入Office文件时始终询问是否另存为HTML页。(&W)");
+
+inline const QString c_strAboutTitle = QStringLiteral("关于Vorel");
+inline const QString c_strBuild = QStringLiteral("Build: %1");
+
+inline const QString c_strCapsLock = QStringLiteral("大写");
+inline const QString c_strNumLock = QStringLiteral("数字");
+inline const QString c_strScrollLock = QStringLiteral("滚动");
+
+} // namespace AppTexts

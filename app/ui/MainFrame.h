@@ -1,0 +1,88 @@
+#pragma once
+
+#include "content/ViewKind.h"
+#include "content/ui/BookShowView.h"
+#include "content/ui/BookTreeView.h"
+#include "platform/base/People.h"
+
+#include <QHash>
+#include <QMainWindow>
+#include <QStringList>
+
+#include <array>
+
+class CEditorView;
+class QAction;
+class QLabel;
+class QMenu;
+class QStackedWidget;
+class QToolBar;
+
+/// What the frame asks of the application.
+class IFrameOwner {
+public:
+    virtual ~IFrameOwner() = default;
+    virtual void NewCourse() = 0;
+    virtual void OpenCourseCommand() = 0;
+    virtual void OpenCourse(const QString& strPath) = 0;
+    virtual void CloseCourse() = 0;
+    virtual void ChangePassword() = 0;
+    virtual void ChangeServerAddress() = 0;
+    virtual void ShowOptions() = 0;
+    virtual void ShowAbout() = 0;
+    virtual void Compile() = 0;
+    virtual bool IsCourseOpen() const = 0;
+};
+
+/// The main window: menu, toolbar, status bar, and a splitter with the tree on the left and one right-hand
+/// view at a time. Wires parts together and owns no feature: commands go to the view that shows, to the
+/// application, and to the tree. Views are made when they are first shown, so that the window comes up
+/// without paying for them.
+class CMainFrame : public QMainWindow, public INodeViewHost {
+    Q_OBJECT
+public:
+    CMainFrame(IFrameOwner& owner, Torvane::Dialog::MFC::IPeople& people);
+    ~CMainFrame() override;
+
+    CBookTreeView& GetTreeView() { return *m_pTree; }
+    void ShowStatusText(const QString& strText);
+    /// Paths in backslash form, most recent first. The popup is greyed for an empty list.
+    void SetRecentCourses(const QStringList& paths);
+    /// Shows, restores and raises the window with its last active dialog.
+    void ComeToFront();
+    /// Brings the enabled states of all commands up to date.
+    void UpdateCommands();
+
+    bool ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam = 0) override;
+    bool LeaveCurrentView(bool bCanCancel) override;
+    bool IsEditorShowing() const override;
+    void SelectNode(qint32 nId) override;
+    void RunCommand(int nId) override;
+
+protected:
+    void closeEvent(QCloseEvent* pEvent) override;
+
+private:
+    void MakeMenus();
+    void MakeToolBar();
+    void MakePanes();
+    QAction* ActionOf(int nId);
+    CBookShowView* ViewOf(EViewKind kind);
+    CBookShowView* CurrentView() const;
+    bool RunApplicationCommand(int nId);
+    void UpdateCommandsSoon();
+
+    IFrameOwner& m_owner;
+    Torvane::Dialog::MFC::IPeople& m_people;
+    QHash<int, QAction*> m_actions;
+    QMenu* m_pRecent = nullptr;
+    QToolBar* m_pToolBar = nullptr;
+    QLabel* m_pStatusText = nullptr;
+    CBookTreeView* m_pTree = nullptr;
+    QStackedWidget* m_pStack = nullptr;
+    CEditorView* m_pEditor = nullptr;
+    QHash<int, CBookShowView*> m_views;
+    /// The kind of the view showing; -1 before the first switch.
+    int m_nCurrentView = -1;
+    bool m_bUpdatePending = false;
+};

@@ -1,0 +1,258 @@
+#include "app/ui/VorelApp.h"
+
+#include "app/CommandTable.h"
+#include "app/StartupCourses.h"
+#include "app/Texts.h"
+#include "app/ui/AboutDialog.h"
+#include "app/ui/OptionsDialog.h"
+#include "app/ui/StartupDialog.h"
+#include "content/ui/CreateProjectWizard.h"
+#include "course/Companions.h"
+#include "course/ProjectFile.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Paths.h"
+#include "foundation/SysInfo.h"
+#include "platform/base/NativePath.h"
+#include "platform/base/Process.h"
+#include "platform/ui/ChineseTexts.h"
+
+#include <QApplication>
+
+namespace {
+
+constexpr int c_nHeartbeatMilliseconds = 180000;
+/// While a dialog is open a lost session can't close the course; the check comes again after this time.
+constexpr int c_nHeartbeatRetryMilliseconds = 5000;
+
+/// Counts the steps under way, so that the heartbeat keeps out of them.
+class CBusy {
+public:
+    explicit CBusy(int& nCount) : m_nCount(nCount) { ++m_nCount; }
+    ~CBusy() { --m_nCount; }
+    CBusy(const CBusy&) = delete;
+    CBusy& operator=(const CBusy&) = delete;
+
+private:
+    int& m_nCount;
+};
+
+} // namespace
+
+CVorelApp::CVorelApp()
+    : m_strName(LoadResString(SharedText::c_nProductTitle)), m_instance(m_strName), m_dialogs(m_people),
+      m_session(m_people, m_dialogs) {
+    m_heartbeat.setObjectName(QStringLiteral("timer_101"));
+    m_heartbeat.setSingleShot(true);
+    QObject::connect(&m_heartbeat, &QTimer::timeout, &m_heartbeat, [this] { Heartbeat(); });
+}
+
+// The frame goes first: its views still know the nodes of a course that is open.
+CVorelApp::~CVorelApp() {
+    m_pFrame.reset();
+}
+
+int CVorelApp::Run(const QStringList& arguments) {
+    if (m_instance.ActivateOther())
+        return 1;
+    InstallChineseTexts(*qApp);
+    QApplication::setApplicationName(m_strName);
+    if (CSysInfo::Instance().GetServerURL().isEmpty() && !AskFirstServerAddress())
+        return 1;
+
+    m_pFrame = std::make_unique<CMainFrame>(*this, m_people);
+    m_people.SetParent(m_pFrame.get());
+    m_dialogs.SetParent(m_pFrame.get());
+    m_templates.SetParent(m_pFrame.get());
+    m_pFrame->setWindowTitle(LoadResString(SharedText::c_nWindowTitle));
+    m_pFrame->showMaximized();
+    m_instance.Listen([this] { m_pFrame->ComeToFront(); });
+    RebuildRecentMenu();
+
+    // Queued, so that the window is painted before the first dialog or a long opening.
+    const QString strFile = arguments.isEmpty() ? QString() : Platform::FromNative(arguments.first());
+    QTimer::singleShot(0, m_pFrame.get(), [this, strFile] {
+        if (strFile.isEmpty())
+            ShowStartup();
+        else
+            OpenCourse(strFile);
+    });
+    return QApplication::exec();
+}
+
+bool CVorelApp::AskFirstServerAddress() {
+    const auto strAddress = AskServerAddress(QStringLiteral("http://"), m_session, m_people, nullptr);
+    if (!strAddress)
+        return false;
+    Guarded([&] { CSysInfo::Instance().SetServerURL(*strAddress); });
+    return true;
+}
+
+void CVorelApp::ShowStartup() {
+    CSysInfo& settings = CSysInfo::Instance();
+    if (!settings.GetShowStartupDlg()) {
+        const QString strLast = settings.GetLastCourse();
+        if (!strLast.isEmpty())
+            OpenCourse(strLast);
+        return;
+    }
+    CStartupDialog dialog(m_people, m_pFrame.get());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    if (dialog.IsDontShowChecked())
+        Guarded([&] { settings.SetShowStartupDlg(false); });
+    if (dialog.GetCoursePath().isEmpty())
+        NewCourse();
+    else
+        OpenCourse(dialog.GetCoursePath());
+}
+
+bool CVorelApp::Guarded(const std::function<void()>& step) {
+    try {
+        step();
+        return true;
+    } catch (const Torvane::CRunException& failure) {
+        m_people.Error(failure.GetMessage());
+        return false;
+    }
+}
+
+CourseServices CVorelApp::Services() {
+    return {m_people, m_session, m_templates, m_nodes};
+}
+
+void CVorelApp::OpenCourse(const QString& strPath) {
+    CBusy busy(m_nBusy);
+    CloseCourse();
+    std::unique_ptr<CCourse> pCourse;
+    const bool bDone = Guarded([&] {
+        auto pOpening = std::make_unique<CCourse>(strPath, Services());
+        if (pOpening->Open())
+            pCourse = std::move(pOpening);
+    });
+    if (bDone && pCourse)
+        Guarded([&] { LoadOpenedCourse(std::move(pCourse)); });
+    m_pFrame->UpdateCommands();
+}
+
+void CVorelApp::LoadOpenedCourse(std::unique_ptr<CCourse> pCourse) {
+    m_pCourse = std::move(pCourse);
+    m_pFrame->ShowStatusText(AppTexts::c_strLoading);
+    m_pFrame->GetTreeView().LoadTree(*m_pCourse);
+    m_pFrame->ShowStatusText(AppTexts::c_strReady);
+    StartHeartbeat(c_nHeartbeatMilliseconds);
+    m_pFrame->setWindowTitle(m_pCourse->GetInfo().Name + QStringLiteral(" - ") +
+                             LoadResString(SharedText::c_nWindowTitle));
+    CSysInfo::Instance().AddRecentCourse(m_pCourse->GetProjectPath());
+    RebuildRecentMenu();
+}
+
+void CVorelApp::CloseCourse() {
+    if (!m_pCourse)
+        return;
+    CBusy busy(m_nBusy);
+    m_heartbeat.stop();
+    m_pFrame->LeaveCurrentView(false);
+    m_pFrame->ShowNodeView(EViewKind::Empty, nullptr);
+    m_pFrame->GetTreeView().ResetTree();
+    m_pFrame->setWindowTitle(LoadResString(SharedText::c_nWindowTitle));
+    m_pCourse->Close();
+    m_pCourse.reset();
+    m_pFrame->UpdateCommands();
+}
+
+void CVorelApp::NewCourse() {
+    CBusy busy(m_nBusy);
+    CCreateProjectWizard wizard(m_people, m_session, m_pFrame.get());
+    if (!wizard.Run())
+        return;
+    wizard.hide();
+    m_pFrame->repaint();
+    CloseCourse();
+
+    const CreateRecord& record = wizard.GetRecord();
+    const QString strPath = Torvane::File::AddBackslash(record.Folder) + record.FileTitle + QLatin1Char('.') +
+                            LoadResString(SharedText::c_nExtension);
+    const bool bCreated = Guarded([&] { CCourse(strPath, Services()).Create(record); });
+    if (bCreated)
+        OpenCourse(strPath);
+}
+
+void CVorelApp::OpenCourseCommand() {
+    const auto strPath = m_people.PickOpenFile(
+        AppTexts::c_strOpenCourseTitle, CSysInfo::Instance().GetProjectsFolder(false), ProjectFileFilter());
+    if (strPath)
+        OpenCourse(*strPath);
+}
+
+void CVorelApp::ChangePassword() {
+    if (!m_pCourse)
+        return;
+    CBusy busy(m_nBusy);
+    CCourseInfo info = m_pCourse->GetInfo();
+    m_session.ChangePassword(info, QString());
+}
+
+void CVorelApp::ChangeServerAddress() {
+    CBusy busy(m_nBusy);
+    const auto strAddress =
+        AskServerAddress(CSysInfo::Instance().GetServerURL(), m_session, m_people, m_pFrame.get());
+    if (strAddress)
+        Guarded([&] { CSysInfo::Instance().SetServerURL(*strAddress); });
+}
+
+void CVorelApp::ShowOptions() {
+    COptionsDialog dialog(m_pFrame.get());
+    if (dialog.exec() == QDialog::Accepted)
+        Guarded([&] { dialog.Store(); });
+}
+
+void CVorelApp::ShowAbout() {
+    CAboutDialog(m_pFrame.get()).exec();
+}
+
+void CVorelApp::Compile() {
+    if (!m_pCourse)
+        return;
+    CBusy busy(m_nBusy);
+    if (!m_session.ValidateCourse(*m_pCourse)) {
+        m_people.Error(AppTexts::c_strValidationFailed);
+        return;
+    }
+    Guarded([&] {
+        CBookDatabase& database = *m_pCourse->GetDatabase();
+        database.PauseForReaders();
+        {
+            // Nothing is reported of a companion that could not start.
+            const auto pStatus = m_people.OpenStatus();
+            pStatus->ShowStatus(AppTexts::c_strCompiling);
+            Platform::RunAndWait(Companions::CompilerCommandLine(CSysInfo::Instance().GetProgramFolder(false),
+                                                                 m_pCourse->GetProjectPath(),
+                                                                 Companions::ECompileForm::Site),
+                                 [this] { m_people.KeepPainting(); });
+        }
+        database.ResumeWriting();
+    });
+}
+
+void CVorelApp::RebuildRecentMenu() {
+    m_pFrame->SetRecentCourses(CSysInfo::Instance().GetRecentCourses());
+}
+
+void CVorelApp::StartHeartbeat(int nMilliseconds) {
+    m_heartbeat.start(nMilliseconds);
+}
+
+void CVorelApp::Heartbeat() {
+    if (!m_pCourse)
+        return;
+    // A step under way or an open dialog works on the course's nodes, so that the course can't close now:
+    // report in silence to keep the session, and come again soon when that failed.
+    const bool bInTheMiddle = m_nBusy > 0 || QApplication::activeModalWidget() != nullptr;
+    CBusy busy(m_nBusy);
+    if (m_session.ReportStatus(*m_pCourse, StatusType::c_nHeartbeat, CourseFigures(), !bInTheMiddle))
+        StartHeartbeat(c_nHeartbeatMilliseconds);
+    else if (bInTheMiddle)
+        StartHeartbeat(c_nHeartbeatRetryMilliseconds);
+    else
+        CloseCourse();
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/ui/MainFrame.h"
+#include "content/BookNode.h"
+#include "course/Course.h"
+#include "course/ui/TemplateChooserDialog.h"
+#include "platform/base/SingleInstance.h"
+#include "platform/ui/QtPeople.h"
+#include "server/ServerSession.h"
+#include "server/ui/SessionDialogs.h"
+
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+/// The application: takes the process from its start to the first idle state, owns the one open course, and
+/// carries the commands that belong to no view. Joins the subsystems: the interfaces that lower floors
+/// declare are implemented above them and handed in here.
+class CVorelApp : private IFrameOwner {
+public:
+    CVorelApp();
+    ~CVorelApp() override;
+
+    /// From the single-instance rule to the end of the message loop; the process's result.
+    int Run(const QStringList& arguments);
+
+    /// Closes the open course, then opens this one and puts it at the head of the recent list. A failure is
+    /// told and leaves no course open.
+    void OpenCourse(const QString& strPath) override;
+    /// Closes the open course if there is one; a page that is being edited is asked about, without a way to
+    /// stay.
+    void CloseCourse() override;
+
+private:
+    void NewCourse() override;
+    void OpenCourseCommand() override;
+    void ChangePassword() override;
+    void ChangeServerAddress() override;
+    void ShowOptions() override;
+    void ShowAbout() override;
+    void Compile() override;
+    bool IsCourseOpen() const override { return m_pCourse != nullptr; }
+
+    bool AskFirstServerAddress();
+    void ShowStartup();
+    void LoadOpenedCourse(std::unique_ptr<CCourse> pCourse);
+    void RebuildRecentMenu();
+    void Heartbeat();
+    void StartHeartbeat(int nMilliseconds);
+    CourseServices Services();
+    /// Runs a step and shows a failure of the CRunException family; false when there was one.
+    bool Guarded(const std::function<void()>& step);
+
+    const QString m_strName;
+    Platform::CSingleInstance m_instance;
+    CQtPeople m_people;
+    CSessionDialogs m_dialogs;
+    CServerSession m_session;
+    CTemplateChooser m_templates;
+    CNodeMakerFactory m_nodes;
+    std::unique_ptr<CMainFrame> m_pFrame;
+    std::unique_ptr<CCourse> m_pCourse;
+    /// Timer 101: the session check of the open course.
+    QTimer m_heartbeat;
+    int m_nBusy = 0;
+};

@@ -1,0 +1,93 @@
+#include "platform/base/SingleInstance.h"
+
+#include <QSocketNotifier>
+
+#include <cstddef>
+#include <cstring>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace Platform {
+
+namespace {
+
+constexpr int c_nAnswerMilliseconds = 500;
+
+/// An address in the abstract name space: nothing stays on the disk when a process dies.
+struct Address {
+    sockaddr_un Data{};
+    socklen_t nLength = 0;
+
+    explicit Address(const QString& strName) {
+        const QByteArray name =
+            strName.toUtf8().left(64) + "-single-instance-" + QByteArray::number(static_cast<uint>(getuid()));
+        Data.sun_family = AF_UNIX;
+        std::memcpy(Data.sun_path + 1, name.constData(), static_cast<std::size_t>(name.size()));
+        nLength = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 +
+                                         static_cast<std::size_t>(name.size()));
+    }
+    const sockaddr* Get() const { return reinterpret_cast<const sockaddr*>(&Data); }
+};
+
+} // namespace
+
+struct CSingleInstance::Socket {
+    int nHandle = -1;
+    std::unique_ptr<QSocketNotifier> pNotifier;
+    ~Socket() {
+        pNotifier.reset();
+        if (nHandle >= 0)
+            ::close(nHandle);
+    }
+};
+
+CSingleInstance::CSingleInstance(const QString& strName)
+    : m_strName(strName), m_pSocket(std::make_unique<Socket>()) {
+    const Address address(m_strName);
+    m_pSocket->nHandle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (m_pSocket->nHandle >= 0 && (::bind(m_pSocket->nHandle, address.Get(), address.nLength) != 0 ||
+                                    ::listen(m_pSocket->nHandle, 8) != 0)) {
+        ::close(m_pSocket->nHandle);
+        m_pSocket->nHandle = -1;
+    }
+}
+
+CSingleInstance::~CSingleInstance() = default;
+
+bool CSingleInstance::ActivateOther() {
+    if (m_pSocket->nHandle >= 0)
+        return false;
+    const Address address(m_strName);
+    const int nHandle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (nHandle < 0)
+        return false;
+    bool bAnswered = false;
+    if (::connect(nHandle, address.Get(), address.nLength) == 0) {
+        pollfd wait{nHandle, POLLIN, 0};
+        char cAnswer = 0;
+        bAnswered = ::poll(&wait, 1, c_nAnswerMilliseconds) == 1 && ::read(nHandle, &cAnswer, 1) == 1;
+    }
+    ::close(nHandle);
+    return bAnswered;
+}
+
+void CSingleInstance::Listen(std::function<void()> activate) {
+    if (m_pSocket->nHandle < 0)
+        return;
+    const int nListener = m_pSocket->nHandle;
+    m_pSocket->pNotifier = std::make_unique<QSocketNotifier>(nListener, QSocketNotifier::Read);
+    QObject::connect(m_pSocket->pNotifier.get(), &QSocketNotifier::activated, m_pSocket->pNotifier.get(),
+                     [nListener, activate = std::move(activate)] {
+                         const int nPeer = ::accept4(nListener, nullptr, nullptr, SOCK_CLOEXEC);
+                         if (nPeer < 0)
+                             return;
+                         activate();
+                         const char cAnswer = '1';
+                         (void)::send(nPeer, &cAnswer, 1, MSG_NOSIGNAL);
+                         ::close(nPeer);
+                     });
+}
+
+} // namespace Platform
