@@ -1,0 +1,11 @@
+# The portable folder: `cmake --install build/release --prefix FOLDER` lays out what a teacher gets.
+
+set(folder .)
+if(VOREL_WINDOWS)
+  install(TARGETS Vorel RUNTIME DESTINATION ${folder})
+  install(TARGETS vorel_webengine LIBRARY DESTINATION ${folder})
+endif()
+install(TARGETS VorelCompiler vorel-course-server RUNTIME DESTINATION ${folder})
+install(DIRECTORY "${CMAKE_BINARY_DIR}/sysdata/" DESTINATION SysData)
+install(DIRECTORY "${CMAKE_SOURCE_DIR}/sysdata/program/" DESTINATION ${folder})
+install(DIRECTORY DESTINATION Projects)
