@@ -29,7 +29,7 @@ run=(ctest --test-dir "$build" --output-on-failure --no-tests=error -j2 --output
 if [ "$preset" = core ]; then
   "${run[@]}" && status=0 || status=$?
 else
-  xvfb-run -a -s "-screen 0 1280x1024x24" "${run[@]}" && status=0 || status=$?
+  scripts/with-display.sh "${run[@]}" && status=0 || status=$?
 fi
 
 # Every GoogleTest program leaves its counts; other programs count as one test each.

@@ -1,0 +1,40 @@
+#include "tests/journey/Journey.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QGenericPlugin>
+#include <QThread>
+#include <QTimer>
+
+#include <exception>
+
+/// Brings the journey into the real program, which knows nothing of it: Qt loads the plug-in because the
+/// environment names it, and its thread plays the person.
+class CJourneyPlugin : public QGenericPlugin {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "voreljourney.json")
+public:
+    QObject* create(const QString& /*strKey*/, const QString& /*strSpecification*/) override {
+        QThread* pThread = QThread::create([] {
+            const QString strFolder = qEnvironmentVariable("VOREL_JOURNEY_FOLDER");
+            QByteArray result("ok\n");
+            try {
+                RunJourney(strFolder, qEnvironmentVariableIntValue("VOREL_JOURNEY_PART"));
+            } catch (const std::exception& failure) {
+                result = QByteArray("failed: ") + failure.what() + "\n";
+            }
+            QFile file(strFolder + QStringLiteral("/part.txt"));
+            if (file.open(QIODevice::WriteOnly))
+                file.write(result);
+            file.close();
+            // The journey ends by closing the program as a person does; a failed one can't.
+            if (result != "ok\n")
+                _exit(3);
+        });
+        // Plug-ins come before the application object is whole: begin with its first event.
+        QTimer::singleShot(0, qApp, [pThread] { pThread->start(); });
+        return pThread;
+    }
+};
+
+#include "Plugin.moc"

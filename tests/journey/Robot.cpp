@@ -1,0 +1,188 @@
+#include "tests/journey/Robot.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QInputMethodEvent>
+#include <QMenu>
+#include <QPixmap>
+#include <QScreen>
+#include <QThread>
+#include <QWidget>
+
+// After Qt: these headers define words that Qt uses.
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+
+struct Robot::Input {
+    Display* pDisplay = XOpenDisplay(nullptr);
+    ~Input() {
+        if (pDisplay)
+            XCloseDisplay(pDisplay);
+    }
+
+    void Move(const QPoint& point) const {
+        XTestFakeMotionEvent(pDisplay, -1, point.x(), point.y(), 0);
+        XSync(pDisplay, 0);
+        QThread::msleep(30);
+    }
+    void Button(int nButton) const {
+        XTestFakeButtonEvent(pDisplay, static_cast<unsigned>(nButton), 1, 0);
+        XTestFakeButtonEvent(pDisplay, static_cast<unsigned>(nButton), 0, 0);
+        XSync(pDisplay, 0);
+    }
+    void Key(const QString& strName, bool bDown) const {
+        QString strSymbol = strName;
+        if (strName == QStringLiteral("ctrl"))
+            strSymbol = QStringLiteral("Control_L");
+        else if (strName == QStringLiteral("shift"))
+            strSymbol = QStringLiteral("Shift_L");
+        else if (strName == QStringLiteral("alt"))
+            strSymbol = QStringLiteral("Alt_L");
+        const KeyCode nCode = XKeysymToKeycode(pDisplay, XStringToKeysym(strSymbol.toLatin1().constData()));
+        XTestFakeKeyEvent(pDisplay, nCode, bDown ? 1 : 0, 0);
+        XSync(pDisplay, 0);
+    }
+};
+
+Robot::Robot(QString strShotFolder)
+    : m_pInput(std::make_unique<Input>()), m_strShotFolder(std::move(strShotFolder)) {
+    if (!m_pInput->pDisplay)
+        throw Failure("no display");
+    QDir().mkpath(m_strShotFolder);
+    m_nShot = static_cast<int>(QDir(m_strShotFolder).entryList({QStringLiteral("*.png")}).size());
+}
+
+Robot::~Robot() = default;
+
+void Robot::OnGui(const std::function<void()>& work) {
+    QMetaObject::invokeMethod(
+        qApp, [&] { work(); }, Qt::BlockingQueuedConnection);
+}
+
+QWidget* Robot::Find(const QString& strName, const QString& strWindow) {
+    for (QWidget* pWidget : QApplication::allWidgets()) {
+        if (pWidget->objectName() != strName || !pWidget->isVisible())
+            continue;
+        if (strWindow.isEmpty() || pWidget->window()->objectName() == strWindow)
+            return pWidget;
+    }
+    return nullptr;
+}
+
+void Robot::WaitFor(const char* pWhat, const std::function<bool()>& condition, int nSeconds) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!Ask<bool>(condition)) {
+        if (timer.elapsed() > nSeconds * 1000) {
+            Shot(QStringLiteral("failed"));
+            throw Failure(std::string("waited in vain for ") + pWhat);
+        }
+        QThread::msleep(50);
+    }
+}
+
+namespace {
+
+/// Whether input at the widget's place reaches it: it is enabled, and no dialog or menu stands before it.
+bool TakesInput(QWidget* pWidget) {
+    if (!pWidget || !pWidget->isEnabled())
+        return false;
+    const QWidget* pModal = QApplication::activeModalWidget();
+    const QWidget* pPopup = QApplication::activePopupWidget();
+    return (!pModal || pWidget->window() == pModal || pPopup == pWidget->window()) &&
+           (!pPopup || pWidget->window() == pPopup);
+}
+
+} // namespace
+
+void Robot::WaitForWidget(const QString& strName, const QString& strWindow) {
+    const std::string what = strName.toStdString() + " in " + strWindow.toStdString();
+    WaitFor(what.c_str(), [&] { return TakesInput(Find(strName, strWindow)); });
+}
+
+QPoint Robot::Settle(const QString& strName, const std::function<QRect(QWidget*)>& place) {
+    // The window manager may still be moving the window: the place counts when it stays.
+    QPoint last(-1, -1);
+    for (int nTry = 0; nTry < 40; ++nTry) {
+        const auto now = Ask<QPoint>([&] {
+            QWidget* pWidget = Find(strName);
+            return pWidget ? pWidget->mapToGlobal(place(pWidget).center()) : QPoint(-1, -1);
+        });
+        if (now == last && now.x() >= 0)
+            return now;
+        last = now;
+        QThread::msleep(60);
+    }
+    throw Failure("the widget does not rest: " + strName.toStdString());
+}
+
+void Robot::Click(const QString& strName, const QString& strWindow) {
+    WaitForWidget(strName, strWindow);
+    m_pInput->Move(Settle(strName, [](QWidget* pWidget) { return pWidget->rect(); }));
+    m_pInput->Button(1);
+}
+
+void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton) {
+    WaitForWidget(strName);
+    m_pInput->Move(Settle(strName, place));
+    m_pInput->Button(nButton);
+}
+
+void Robot::DoubleClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place) {
+    ClickAt(strName, place);
+    m_pInput->Button(1);
+}
+
+void Robot::ClickMenuEntry(const QString& strText) {
+    const auto find = [&]() -> std::pair<QMenu*, QAction*> {
+        auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (pMenu) {
+            for (QAction* pAction : pMenu->actions()) {
+                if (pAction->text() == strText && pAction->isEnabled())
+                    return {pMenu, pAction};
+            }
+        }
+        return {};
+    };
+    WaitFor(("the menu entry " + strText.toStdString()).c_str(), [&] { return find().first != nullptr; });
+    QThread::msleep(100);
+    const auto at = Ask<QPoint>([&] {
+        const auto [pMenu, pAction] = find();
+        return pMenu ? pMenu->mapToGlobal(pMenu->actionGeometry(pAction).center()) : QPoint();
+    });
+    m_pInput->Move(at);
+    m_pInput->Button(1);
+}
+
+void Robot::Press(const QString& strKeys) {
+    const QStringList keys = strKeys.split(QLatin1Char('+'));
+    for (const QString& strKey : keys)
+        m_pInput->Key(strKey, true);
+    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+        m_pInput->Key(*key, false);
+    QThread::msleep(60);
+}
+
+void Robot::Type(const QString& strText) {
+    WaitFor("a place to type", [] { return qApp->focusObject() != nullptr; });
+    OnGui([&] {
+        QInputMethodEvent event;
+        event.setCommitString(strText);
+        QCoreApplication::sendEvent(qApp->focusObject(), &event);
+    });
+    QThread::msleep(80);
+}
+
+void Robot::Shot(const QString& strName) {
+    QThread::msleep(400);
+    OnGui([&] {
+        const QString strFile = QStringLiteral("%1/%2-%3.png")
+                                    .arg(m_strShotFolder)
+                                    .arg(++m_nShot, 2, 10, QLatin1Char('0'))
+                                    .arg(strName);
+        qApp->primaryScreen()->grabWindow(0).save(strFile);
+    });
+}

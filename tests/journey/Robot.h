@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+class QObject;
+class QWidget;
+
+/// A hand at the mouse and keyboard of a running program. It lives on a thread of its own and sends its input
+/// through the display, so that every click and key goes the way a person's does; it looks at widgets by
+/// their object names, on the interface thread. Waiting is for a condition, never for a time. A wait that
+/// ends without its condition throws Robot::Failure.
+class Robot {
+public:
+    struct Failure : std::runtime_error {
+        using std::runtime_error::runtime_error;
+    };
+
+    explicit Robot(QString strShotFolder);
+    ~Robot();
+    Robot(const Robot&) = delete;
+    Robot& operator=(const Robot&) = delete;
+
+    /// Runs on the interface thread and answers its result.
+    static void OnGui(const std::function<void()>& work);
+    template <class T>
+    static T Ask(const std::function<T()>& work) {
+        T result{};
+        OnGui([&] { result = work(); });
+        return result;
+    }
+
+    void WaitFor(const char* pWhat, const std::function<bool()>& condition, int nSeconds = 30);
+
+    /// Waits until a visible, enabled widget of this name can be found (below the named window, if one is
+    /// given) and nothing in front of it takes its input.
+    void WaitForWidget(const QString& strName, const QString& strWindow = QString());
+    /// Clicks the middle of the widget, or a place in it.
+    void Click(const QString& strName, const QString& strWindow = QString());
+    void ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton = 1);
+    void DoubleClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place);
+    /// Clicks the entry of the open menu.
+    void ClickMenuEntry(const QString& strText);
+
+    /// Presses a key with modifiers, as X names them: "Return", "ctrl+s", "shift+Home".
+    void Press(const QString& strKeys);
+    /// What an input method does: commits the text to whatever has the focus.
+    void Type(const QString& strText);
+
+    /// A picture of the whole screen, "<number>-<name>.png".
+    void Shot(const QString& strName);
+
+    /// For use inside OnGui.
+    static QWidget* Find(const QString& strName, const QString& strWindow = QString());
+
+private:
+    struct Input;
+    QPoint Settle(const QString& strName, const std::function<QRect(QWidget*)>& place);
+    std::unique_ptr<Input> m_pInput;
+    QString m_strShotFolder;
+    int m_nShot = 0;
+};

@@ -1,0 +1,89 @@
+// Opens a compiled site in a browser as a visitor does: from its start page by the navigation to the page
+// that holds a text, and looks whether the text and every picture of the page are there. Usage:
+// vorel-site-check START_PAGE TEXT SCREENSHOT_FOLDER; ends with 0 when all was found.
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+#include <QUrl>
+#include <QWebEngineView>
+
+#include <cstdio>
+
+namespace {
+
+bool Load(QWebEngineView& view, const QUrl& url) {
+    QEventLoop loop;
+    bool bLoaded = false;
+    QObject::connect(&view, &QWebEngineView::loadFinished, &loop, [&](bool bOk) {
+        bLoaded = bOk;
+        loop.quit();
+    });
+    QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+    view.load(url);
+    loop.exec();
+    return bLoaded;
+}
+
+QVariant Script(QWebEngineView& view, const QString& strScript) {
+    QEventLoop loop;
+    QVariant result;
+    view.page()->runJavaScript(strScript, [&](const QVariant& value) {
+        result = value;
+        loop.quit();
+    });
+    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+    loop.exec();
+    return result;
+}
+
+void Shot(QWebEngineView& view, const QString& strFile) {
+    QEventLoop loop;
+    QTimer::singleShot(1000, &loop, &QEventLoop::quit);
+    loop.exec();
+    view.grab().save(strFile);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc < 4)
+        return 2;
+    const QString strStart = QString::fromLocal8Bit(argv[1]);
+    const QString strText = QString::fromLocal8Bit(argv[2]);
+    const QDir shots(QString::fromLocal8Bit(argv[3]));
+
+    QWebEngineView view;
+    view.resize(1200, 850);
+    view.show();
+    if (!Load(view, QUrl::fromLocalFile(strStart))) {
+        std::puts("the start page does not load");
+        return 1;
+    }
+    Shot(view, shots.filePath(QStringLiteral("90-site-start.png")));
+    const QStringList pages =
+        Script(view, QStringLiteral("[...document.querySelectorAll('nav a[href]')].map(a => a.href)"))
+            .toStringList();
+    for (const QString& strPage : pages) {
+        if (!strPage.startsWith(QStringLiteral("file:")) || !Load(view, QUrl(strPage)))
+            continue;
+        if (!Script(view, QStringLiteral("document.body.innerText")).toString().contains(strText))
+            continue;
+        Shot(view, shots.filePath(QStringLiteral("91-site-page.png")));
+        const int nPictures =
+            Script(view, QStringLiteral("document.querySelectorAll('main img').length")).toInt();
+        const int nShown =
+            Script(view, QStringLiteral("[...document.querySelectorAll('main img')]"
+                                        ".filter(i => i.complete && i.naturalWidth > 0).length"))
+                .toInt();
+        std::printf("the text stands on a page with %d pictures, %d of them shown\n", nPictures, nShown);
+        return nPictures > 0 && nShown == nPictures ? 0 : 1;
+    }
+    std::printf("no page of %d holds the text\n", static_cast<int>(pages.size()));
+    return 1;
+}
