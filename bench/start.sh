@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# From process start to the painted, idle main window, with the peak memory: Vorel, CherryTree (Debian's package) and an
+# empty window of the same toolkit in turn, under one virtual display. Prints medians and ratios.
+#   bench/start.sh [ROUNDS]      build the preset "release" first
+set -euo pipefail
+cd "$(dirname "$0")/.."
+rounds="${1:-7}"
+build=build/release
+work="$(mktemp -d)"
+trap 'kill "${server:-0}" 2>/dev/null || true; rm -rf "$work"' EXIT
+
+cc -O2 -o "$work/winprobe" bench/winprobe.c -lX11
+stage="$work/Vorel"
+cmake --install "$build" --prefix "$stage" >/dev/null
+coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --data "$work/server" \
+  --templates "$stage/SysData/VorelTemplates" 2>/dev/null; }
+server=$SERVER_PID
+read -r line <&"${SERVER[0]}"
+scripts/write-appinfo.sh "$stage" "${line##* }"
+
+export HOME="$work/home" XDG_RUNTIME_DIR="$work/run"
+mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+cat >"$work/rounds.sh" <<EOF
+for round in \$(seq 0 $rounds); do
+  for side in vorel cherrytree empty; do
+    case \$side in
+      vorel) set -- "$stage/Vorel" ;;
+      cherrytree) set -- cherrytree ;;
+      empty) set -- "$PWD/$build/bin/bench_empty_window" ;;
+    esac
+    # The first round only warms the caches.
+    [ \$round -eq 0 ] && out=/dev/null || out="$work/\$side.json"
+    "$work/winprobe" -t 60 -- "\$@" >>"\$out"
+  done
+done
+EOF
+xvfb-run -a -s "-screen 0 1280x900x24" bash "$work/rounds.sh"
+
+median() { # FILE KEY
+  grep -o "\"$2\":[0-9.]*" "$work/$1.json" | cut -d: -f2 | sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'
+}
+for side in vorel cherrytree empty; do
+  printf '%-11s idle %ss, peak memory %s KB, proportional memory of all processes %s KB (%s rounds)\n' "$side" \
+    "$(median $side idle)" "$(median $side main_hwm_kb)" "$(median $side sum_pss_kb)" "$(wc -l <"$work/$side.json")"
+done
+ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.2f", a / b }'; }
+echo "ratio start-time: $(ratio "$(median vorel idle)" "$(median cherrytree idle)") (limit 0.35)"
+echo "ratio start-memory: $(ratio "$(median vorel main_hwm_kb)" "$(median cherrytree main_hwm_kb)") (limit 0.6)"
