@@ -1,6 +1,7 @@
 #include "app/ui/AboutDialog.h"
 
 #include "app/Texts.h"
+#include "foundation/SysInfo.h"
 #include "platform/ui/Pictures.h"
 
 #include <QLabel>
@@ -23,7 +24,7 @@ CAboutDialog::CAboutDialog(QWidget* pParent) : QDialog(pParent) {
     setObjectName(QStringLiteral("CAboutDialog"));
     setWindowTitle(AppTexts::c_strAboutTitle);
     auto* pPicture = new QLabel(this);
-    pPicture->setPixmap(LoadResourcePixmap(c_nSplashPicture));
+    pPicture->setPixmap(Pictures::Resource(CSysInfo::Instance().GetSysDataFolder(false), c_nSplashPicture));
     pPicture->adjustSize();
     setFixedSize(pPicture->size().expandedTo(QSize(320, 160)));
     auto* pBuild = new QLabel(AppTexts::c_strBuild.arg(BuildNumber()), this);

@@ -2,8 +2,10 @@
 
 #include "app/CommandTable.h"
 #include "app/Texts.h"
+#include "app/ui/ProgramIcon.h"
 #include "editor/ui/DisplayViews.h"
 #include "editor/ui/EditorView.h"
+#include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/Pictures.h"
 
@@ -122,7 +124,7 @@ void CMainFrame::MakeToolBar() {
         }
         auto* pButton = new QToolButton(m_pToolBar);
         pButton->setDefaultAction(ActionOf(nId));
-        pButton->setIcon(LoadToolbarIcon(nId));
+        pButton->setIcon(Pictures::ToolbarIcon(CSysInfo::Instance().GetSysDataFolder(false), nId));
         pButton->setText(Text(Commands::Find(nId)->pToolText));
         pButton->setToolTip(pButton->text());
         pButton->setAccessibleName(pButton->text());

@@ -2,10 +2,10 @@
 
 #include "app/StartupCourses.h"
 #include "app/Texts.h"
+#include "app/ui/ProgramIcon.h"
 #include "course/ProjectFile.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
-#include "platform/ui/Pictures.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QIcon>
+
+/// The program's icon in its four sizes, read when it is first drawn.
+QIcon LoadProgramIcon();
