@@ -22,7 +22,7 @@ fi
 
 quiet cmake --install "$build" --prefix "$stage/Vorel"
 # The server keeps its state beside the portable folder, so that a password changed yesterday still holds.
-coproc SERVER { exec "$stage/Vorel/vorel-course-server" --port 0 --sample --data "$stage/CourseServer" \
+coproc SERVER { exec "$stage/Vorel/vorel-course-server" --port 0 --sample --sample-school 示范大学 --data "$stage/CourseServer" \
   --templates "$stage/Vorel/SysData/VorelTemplates" 2>"$stage/course-server.log"; }
 server=$SERVER_PID
 trap 'kill "$server" 2>/dev/null || true; rm -f "$log"' EXIT

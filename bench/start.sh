@@ -12,7 +12,7 @@ trap 'kill "${server:-0}" 2>/dev/null || true; rm -rf "$work"' EXIT
 cc -O2 -o "$work/winprobe" bench/winprobe.c -lX11
 stage="$work/Vorel"
 cmake --install "$build" --prefix "$stage" >/dev/null
-coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --data "$work/server" \
+coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --sample-school 示范大学 --data "$work/server" \
   --templates "$stage/SysData/VorelTemplates" 2>/dev/null; }
 server=$SERVER_PID
 read -r line <&"${SERVER[0]}"

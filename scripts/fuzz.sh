@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 seconds="${1:-60}"
 cmake --preset fuzz >/dev/null
 cmake --build build/fuzz >/dev/null
-for target in build/fuzz/bin/fuzz_*; do
+for target in build/fuzz/bin/*fuzz_*; do
   name="$(basename "$target")"
   mkdir -p "build/fuzz/corpus/$name"
   echo "== $name"

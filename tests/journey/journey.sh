@@ -15,7 +15,7 @@ stage="$place/Vorel"
 cmake --install "$build" --prefix "$stage" >"$log" 2>&1 || { tail "$log"; exit 1; }
 cp "$here/picture.png" "$place/校园 照片.png"
 
-coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --data "$place/CourseServer" \
+coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --sample-school 示范大学 --data "$place/CourseServer" \
   --templates "$stage/SysData/VorelTemplates" 2>>"$log"; }
 server=$SERVER_PID
 trap 'kill "$server" 2>/dev/null || true' EXIT
