@@ -10,7 +10,7 @@ namespace {
 constexpr std::array c_commands{
     Command{c_nNewCourse, u"新建课程(&N)...", u"新建课程", u"新建课程", u"Ctrl+N", EEnabled::Always},
     Command{c_nOpenCourse, u"打开课程(&O)...", u"打开课程", u"打开课程", u"Ctrl+O", EEnabled::Always},
-    Command{32921, u"设置模板(&T)", u"", u"设置模板", u"", EEnabled::NotYet},
+    Command{c_nSetTemplate, u"设置模板(&T)", u"", u"设置模板", u"", EEnabled::CourseOpen},
     Command{32935, u"下载模板(&D)...", u"", u"下载模板", u"", EEnabled::NotYet},
     Command{c_nCompile, u"合成(&C)", u"合成", u"合成课程网站", u"", EEnabled::CourseOpen},
     Command{32941, u"导出Word文件(&E)...", u"", u"导出Word文件", u"", EEnabled::NotYet},
@@ -19,7 +19,7 @@ constexpr std::array c_commands{
     Command{32939, u"设置自定义标题...", u"自定义名称", u"设置自定义标题", u"", EEnabled::NotYet},
     Command{c_nToolBar, u"工具栏(&T)", u"", u"显示或隐藏工具栏", u"", EEnabled::Always},
     Command{c_nStatusBar, u"状态栏(&S)", u"", u"显示或隐藏状态栏", u"", EEnabled::Always},
-    Command{32873, u"预览(&P)", u"", u"总体效果预览", u"", EEnabled::NotYet},
+    Command{c_nOverallPreview, u"预览(&P)", u"", u"总体效果预览", u"", EEnabled::CourseOpen},
     Command{c_nChangePassword, u"修改密码(&P)...", u"", u"修改密码", u"", EEnabled::CourseOpen},
     Command{c_nServerAddress, u"服务器设置(&S)...", u"", u"服务器设置", u"", EEnabled::Always},
     Command{c_nOptions, u"选项(&O)...", u"", u"选项", u"", EEnabled::Always},
@@ -47,10 +47,10 @@ const Command* Find(int nId) {
 const QList<Menu>& MainMenu() {
     static const QList<Menu> menus{
         {u"文件(&F)",
-         {c_nNewCourse, c_nOpenCourse, 0, 32921, 32935, 0, c_nCompile, 32941, 0, c_nRecentPlaceholder, 0,
-          c_nExit}},
+         {c_nNewCourse, c_nOpenCourse, 0, c_nSetTemplate, 32935, 0, c_nCompile, 32941, 0,
+          c_nRecentPlaceholder, 0, c_nExit}},
         {u"编辑(&E)", {c_nEditContent, 0, 32939}},
-        {u"查看(&V)", {c_nToolBar, c_nStatusBar, 0, 32873}},
+        {u"查看(&V)", {c_nToolBar, c_nStatusBar, 0, c_nOverallPreview}},
         {u"工具(&T)", {c_nChangePassword, c_nServerAddress, 0, c_nOptions}},
         {u"帮助(&H)", {c_nAbout}},
     };

@@ -34,6 +34,8 @@ struct Command {
 inline constexpr int c_nNewCourse = 32777;
 inline constexpr int c_nOpenCourse = 32778;
 inline constexpr int c_nCompile = 32855;
+inline constexpr int c_nSetTemplate = 32921;
+inline constexpr int c_nOverallPreview = 32873;
 inline constexpr int c_nChangePassword = 32852;
 inline constexpr int c_nOptions = 32853;
 inline constexpr int c_nServerAddress = 32854;

@@ -33,6 +33,7 @@ inline const QString c_strOptionNew = QStringLiteral("启动时，显示“新�
 inline const QString c_strOptionLast = QStringLiteral("启动时，载入上次的课程(&L)");
 inline const QString c_strOptionOffice = QStringLiteral("导入Office文件时始终询问是否另存为HTML页。(&W)");
 
+inline const QString c_strOverallPreview = QStringLiteral("总体效果预览");
 inline const QString c_strAboutTitle = QStringLiteral("关于Vorel");
 inline const QString c_strBuild = QStringLiteral("Build: %1");
 

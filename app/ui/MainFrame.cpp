@@ -240,6 +240,12 @@ bool CMainFrame::RunApplicationCommand(int nId) {
     case Commands::c_nCompile:
         m_owner.Compile();
         return true;
+    case Commands::c_nSetTemplate:
+        m_owner.SetTemplate();
+        return true;
+    case Commands::c_nOverallPreview:
+        m_owner.ShowOverallPreview();
+        return true;
     case Commands::c_nChangePassword:
         m_owner.ChangePassword();
         return true;

@@ -31,6 +31,8 @@ public:
     virtual void ShowOptions() = 0;
     virtual void ShowAbout() = 0;
     virtual void Compile() = 0;
+    virtual void SetTemplate() = 0;
+    virtual void ShowOverallPreview() = 0;
     virtual bool IsCourseOpen() const = 0;
 };
 

@@ -5,15 +5,17 @@
 #include "app/Texts.h"
 #include "app/ui/AboutDialog.h"
 #include "app/ui/OptionsDialog.h"
+#include "app/ui/PreviewDialog.h"
 #include "app/ui/StartupDialog.h"
 #include "content/ui/CreateProjectWizard.h"
 #include "course/Companions.h"
 #include "course/ProjectFile.h"
+#include "course/SetTemplate.h"
+#include "course/TemplateStore.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
-#include "platform/base/Process.h"
 #include "platform/ui/ChineseTexts.h"
 
 #include <QApplication>
@@ -219,19 +221,30 @@ void CVorelApp::Compile() {
         return;
     }
     Guarded([&] {
-        CBookDatabase& database = *m_pCourse->GetDatabase();
-        database.PauseForReaders();
-        {
-            // Nothing is reported of a companion that could not start.
-            const auto pStatus = m_people.OpenStatus();
-            pStatus->ShowStatus(AppTexts::c_strCompiling);
-            Platform::RunAndWait(Companions::CompilerCommandLine(CSysInfo::Instance().GetProgramFolder(false),
-                                                                 m_pCourse->GetProjectPath(),
-                                                                 Companions::ECompileForm::Site),
-                                 [this] { m_people.KeepPainting(); });
-        }
-        database.ResumeWriting();
+        const auto pStatus = m_people.OpenStatus();
+        pStatus->ShowStatus(AppTexts::c_strCompiling);
+        Companions::Run(Companions::CompilerCommandLine(CSysInfo::Instance().GetProgramFolder(false),
+                                                        m_pCourse->GetProjectPath(),
+                                                        Companions::ECompileForm::Site),
+                        *m_pCourse->GetDatabase(), m_people);
     });
+}
+
+void CVorelApp::SetTemplate() {
+    if (!m_pCourse)
+        return;
+    CBusy busy(m_nBusy);
+    Guarded([&] {
+        RunSetTemplate(*m_pCourse, m_people, m_templates,
+                       [this](quint32 nColor) { m_pFrame->GetTreeView().SetBackColor(nColor); });
+    });
+}
+
+void CVorelApp::ShowOverallPreview() {
+    if (!m_pCourse)
+        return;
+    const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
+    CPreviewDialog(store.GetPreviewPath(m_pCourse->GetTemplateName()), m_pFrame.get()).exec();
 }
 
 void CVorelApp::RebuildRecentMenu() {

@@ -41,6 +41,8 @@ private:
     void ShowOptions() override;
     void ShowAbout() override;
     void Compile() override;
+    void SetTemplate() override;
+    void ShowOverallPreview() override;
     bool IsCourseOpen() const override { return m_pCourse != nullptr; }
 
     bool AskFirstServerAddress();
