@@ -1,5 +1,6 @@
 # The portable folder: `cmake --install build/release --prefix FOLDER` lays out what a teacher gets.
 
+set(CMAKE_INSTALL_MESSAGE NEVER)
 set(folder .)
 if(VOREL_WINDOWS)
   install(TARGETS Vorel RUNTIME DESTINATION ${folder})

@@ -122,14 +122,19 @@ void CMainFrame::MakeToolBar() {
             m_pToolBar->addSeparator();
             continue;
         }
+        QAction* pAction = ActionOf(nId);
+        // A button follows its action, so the picture and the short text are the action's own.
+        pAction->setIcon(Pictures::ToolbarIcon(CSysInfo::Instance().GetSysDataFolder(false), nId));
+        pAction->setIconText(Text(Commands::Find(nId)->pToolText));
+        pAction->setIconVisibleInMenu(false);
+        pAction->setToolTip(pAction->iconText());
         auto* pButton = new QToolButton(m_pToolBar);
-        pButton->setDefaultAction(ActionOf(nId));
-        pButton->setIcon(Pictures::ToolbarIcon(CSysInfo::Instance().GetSysDataFolder(false), nId));
-        pButton->setText(Text(Commands::Find(nId)->pToolText));
-        pButton->setToolTip(pButton->text());
-        pButton->setAccessibleName(pButton->text());
+        pButton->setDefaultAction(pAction);
+        pButton->setAccessibleName(pAction->iconText());
         pButton->setObjectName(QStringLiteral("tool_%1").arg(nId));
         pButton->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        pButton->setIconSize(m_pToolBar->iconSize());
+        pButton->setAutoRaise(true);
         m_pToolBar->addWidget(pButton);
         largest = largest.expandedTo(pButton->sizeHint());
         buttons.append(pButton);
@@ -321,6 +326,15 @@ void CMainFrame::ComeToFront() {
         pDialog->raise();
         pDialog->activateWindow();
     }
+}
+
+bool CMainFrame::event(QEvent* pEvent) {
+    const bool bDone = QMainWindow::event(pEvent);
+    if (pEvent->type() == QEvent::Paint && !m_bPainted) {
+        m_bPainted = true;
+        QMetaObject::invokeMethod(this, &CMainFrame::FirstPainted, Qt::QueuedConnection);
+    }
+    return bDone;
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {

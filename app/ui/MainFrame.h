@@ -61,7 +61,12 @@ public:
     void SelectNode(qint32 nId) override;
     void RunCommand(int nId) override;
 
+Q_SIGNALS:
+    /// The window stands on the screen at its size, painted for the first time.
+    void FirstPainted();
+
 protected:
+    bool event(QEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
 
 private:
@@ -87,4 +92,5 @@ private:
     /// The kind of the view showing; -1 before the first switch.
     int m_nCurrentView = -1;
     bool m_bUpdatePending = false;
+    bool m_bPainted = false;
 };

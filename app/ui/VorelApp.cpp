@@ -61,23 +61,23 @@ int CVorelApp::Run(const QStringList& arguments) {
     if (CSysInfo::Instance().GetServerURL().isEmpty() && !AskFirstServerAddress())
         return 1;
 
-    m_pFrame = std::make_unique<CMainFrame>(*this, m_people);
+    m_pFrame = std::make_unique<CMainFrame>(static_cast<IFrameOwner&>(*this), m_people);
     m_people.SetParent(m_pFrame.get());
     m_dialogs.SetParent(m_pFrame.get());
     m_templates.SetParent(m_pFrame.get());
     m_pFrame->setWindowTitle(LoadResString(SharedText::c_nWindowTitle));
-    m_pFrame->showMaximized();
-    m_instance.Listen([this] { m_pFrame->ComeToFront(); });
     RebuildRecentMenu();
+    m_instance.Listen([this] { m_pFrame->ComeToFront(); });
 
-    // Queued, so that the window is painted before the first dialog or a long opening.
+    // The first dialog, or a long opening, comes over a window that stands painted on the screen.
     const QString strFile = arguments.isEmpty() ? QString() : Platform::FromNative(arguments.first());
-    QTimer::singleShot(0, m_pFrame.get(), [this, strFile] {
+    QObject::connect(m_pFrame.get(), &CMainFrame::FirstPainted, m_pFrame.get(), [this, strFile] {
         if (strFile.isEmpty())
             ShowStartup();
         else
             OpenCourse(strFile);
     });
+    m_pFrame->showMaximized();
     return QApplication::exec();
 }
 

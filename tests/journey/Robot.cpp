@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QThread>
 #include <QWidget>
+#include <QWindow>
 
 // After Qt: these headers define words that Qt uses.
 #include <X11/Xlib.h>
@@ -89,6 +90,9 @@ namespace {
 /// Whether input at the widget's place reaches it: it is enabled, and no dialog or menu stands before it.
 bool TakesInput(QWidget* pWidget) {
     if (!pWidget || !pWidget->isEnabled())
+        return false;
+    const QWindow* pWindow = pWidget->window()->windowHandle();
+    if (!pWindow || !pWindow->isExposed())
         return false;
     const QWidget* pModal = QApplication::activeModalWidget();
     const QWidget* pPopup = QApplication::activePopupWidget();

@@ -79,7 +79,7 @@ private:
             ADD_FAILURE() << "an unexpected file or folder dialog";
             return std::nullopt;
         }
-        auto next = list.front();
+        std::optional<QString> next = std::move(list.front());
         list.pop_front();
         return next;
     }
