@@ -183,13 +183,13 @@ void CTeacher::ChooseCourse() {
     const QString strInitial = qEnvironmentVariable("VOREL_JOURNEY_PASSWORD");
     m_robot.WaitForWidget(QStringLiteral("courseList"), c_strWizard);
     ClickFirstRow(QStringLiteral("courseList"));
-    m_robot.Click(QStringLiteral("password"), c_strWizard);
+    m_robot.ClickInto(QStringLiteral("password"), c_strWizard);
     m_robot.Type(strInitial);
     m_robot.Shot(QStringLiteral("choose-course"));
     m_robot.Click(QStringLiteral("next"), c_strWizard);
 
     // The sample course still has its initial password, and the wizard does not go on with it.
-    m_robot.Click(QStringLiteral("old"));
+    m_robot.ClickInto(QStringLiteral("old"));
     m_robot.Type(strInitial);
     m_robot.Press(QStringLiteral("Tab"));
     m_robot.Type(c_strNewPassword);
@@ -245,14 +245,14 @@ void CTeacher::EnterEditor() {
     m_robot.Click(QStringLiteral("tool_32815"));
     m_robot.WaitForWidget(QStringLiteral("design"));
     m_robot.WaitFor("the editing commands", [] {
-        const QWidget* pBold = Robot::Find(QStringLiteral("tool_32779"));
+        const QWidget* pBold = Robot::Find(QStringLiteral("button_32779"));
         return pBold && pBold->isEnabled();
     });
 }
 
 void CTeacher::InsertPicture() {
-    m_robot.Click(QStringLiteral("tool_32790"));
-    m_robot.Click(c_strFileName);
+    m_robot.Click(QStringLiteral("button_32790"));
+    m_robot.ClickInto(c_strFileName);
     m_robot.Press(QStringLiteral("ctrl+a"));
     m_robot.Type(m_strFolder + QStringLiteral("/校园 照片.png"));
     m_robot.Shot(QStringLiteral("choose-picture"));
@@ -272,9 +272,9 @@ void CTeacher::WritePage() {
     m_robot.Press(QStringLiteral("ctrl+End"));
     m_robot.Press(QStringLiteral("Return"));
     m_robot.Type(c_strTyped);
-    m_robot.Click(QStringLiteral("tool_32779"));
+    m_robot.Click(QStringLiteral("button_32779"));
     m_robot.Type(c_strBold);
-    m_robot.Click(QStringLiteral("tool_32779"));
+    m_robot.Click(QStringLiteral("button_32779"));
     m_robot.Press(QStringLiteral("Return"));
     InsertPicture();
     m_robot.Shot(QStringLiteral("typed"));
@@ -332,7 +332,7 @@ void CTeacher::OpenAgain() {
     m_robot.Shot(QStringLiteral("recent"));
     m_robot.Click(QStringLiteral("ok"), c_strStartup);
     m_robot.WaitForWidget(QStringLiteral("password"));
-    m_robot.Click(QStringLiteral("password"));
+    m_robot.ClickInto(QStringLiteral("password"));
     m_robot.Type(c_strNewPassword);
     m_robot.Shot(QStringLiteral("password"));
     m_robot.Press(QStringLiteral("Return"));

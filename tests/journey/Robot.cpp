@@ -7,6 +7,7 @@
 #include <QInputMethodEvent>
 #include <QMenu>
 #include <QPixmap>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QThread>
 #include <QWidget>
@@ -170,7 +171,21 @@ void Robot::Press(const QString& strKeys) {
     QThread::msleep(60);
 }
 
+void Robot::ClickInto(const QString& strName, const QString& strWindow) {
+    Click(strName, strWindow);
+    WaitFor(("the focus in " + strName.toStdString()).c_str(), [&] {
+        const QWidget* pFocus = QApplication::focusWidget();
+        return pFocus && pFocus->objectName() == strName;
+    });
+}
+
 void Robot::Type(const QString& strText) {
+    static const QRegularExpression plain(QStringLiteral("^[a-z0-9]*$"));
+    if (plain.match(strText).hasMatch()) {
+        for (const QChar c : strText)
+            Press(QString(c));
+        return;
+    }
     WaitFor("a place to type", [] { return qApp->focusObject() != nullptr; });
     OnGui([&] {
         QInputMethodEvent event;

@@ -50,7 +50,10 @@ public:
 
     /// Presses a key with modifiers, as X names them: "Return", "ctrl+s", "shift+Home".
     void Press(const QString& strKeys);
-    /// What an input method does: commits the text to whatever has the focus.
+    /// Clicks into a field and waits until it has the focus.
+    void ClickInto(const QString& strName, const QString& strWindow = QString());
+    /// Types small letters and digits on the keyboard; any other text is committed to whatever has the focus,
+    /// as an input method does.
     void Type(const QString& strText);
 
     /// A picture of the whole screen, "<number>-<name>.png".

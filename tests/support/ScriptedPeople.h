@@ -79,7 +79,7 @@ private:
             ADD_FAILURE() << "an unexpected file or folder dialog";
             return std::nullopt;
         }
-        std::optional<QString> next = std::move(list.front());
+        const std::optional<QString> next = list.front();
         list.pop_front();
         return next;
     }
