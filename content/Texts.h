@@ -58,6 +58,13 @@ inline const QString c_strLastNode = u"该栏目为最后一个栏目，无法�
 inline const QString c_strEditContentCommand = u"编辑栏目文件"_s;
 inline const QString c_strExportCommand = u"导出(&X)"_s;
 inline const QString c_strImportCommand = u"导入(&I)"_s;
+inline const QString c_strAddNodeCommand = u"添加栏目"_s;
+inline const QString c_strAddChildCommand = u"添加子栏目"_s;
+inline const QString c_strRenameCommand = u"编辑栏目标题"_s;
+inline const QString c_strMoveUpCommand = u"栏目上移"_s;
+inline const QString c_strMoveDownCommand = u"栏目下移"_s;
+inline const QString c_strClearContentCommand = u"清空栏目内容"_s;
+inline const QString c_strDeleteCommand = u"删除栏目"_s;
 inline const QString c_strTreeName = u"课程栏目"_s;
 inline const QString c_strTitleEdit = u"栏目标题"_s;
 

@@ -56,6 +56,18 @@ void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
         add(TreeCommand::c_nEditContentInTree, ContentText::c_strEditContentCommand);
     add(TreeCommand::c_nExport, ContentText::c_strExportCommand);
     add(TreeCommand::c_nImport, ContentText::c_strImportCommand);
+    pMenu->addSeparator();
+    if (pItem != m_pRootItem)
+        add(TreeCommand::c_nAddNodeInTree, ContentText::c_strAddNodeCommand);
+    add(TreeCommand::c_nAddChildInTree, ContentText::c_strAddChildCommand);
+    if (pItem != m_pRootItem) {
+        add(TreeCommand::c_nRenameInTree, ContentText::c_strRenameCommand);
+        add(TreeCommand::c_nMoveUpInTree, ContentText::c_strMoveUpCommand);
+        add(TreeCommand::c_nMoveDownInTree, ContentText::c_strMoveDownCommand);
+        pMenu->addSeparator();
+        add(TreeCommand::c_nClearContentInTree, ContentText::c_strClearContentCommand);
+        add(TreeCommand::c_nDeleteInTree, ContentText::c_strDeleteCommand);
+    }
     pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualItemRect(pItem).bottomLeft()));
 }
 

@@ -81,7 +81,6 @@ void CSurfacePage::SetEditing(bool bEditing) {
     m_bEditing = bEditing;
     using S = QWebEngineSettings;
     settings()->setAttribute(S::JavascriptEnabled, !bEditing);
-    settings()->setAttribute(S::LocalContentCanAccessFileUrls, !bEditing);
     // Without the page's scripts, only the editor's commands are left to touch the clipboard.
     settings()->setAttribute(S::JavascriptCanAccessClipboard, bEditing);
     settings()->setAttribute(S::JavascriptCanPaste, bEditing);
