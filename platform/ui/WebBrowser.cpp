@@ -2,12 +2,14 @@
 
 #include "platform/base/NativePath.h"
 #include "platform/ui/LinkDialog.h"
+#include "platform/ui/PageEncoding.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/Texts.h"
 #include "platform/ui/WebEngine.h"
 #include "platform/ui/WebEngineLoader.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QFocusEvent>
 #include <QJsonObject>
@@ -174,9 +176,24 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
                            url.toDisplayString(QUrl::PreferLocalFile));
     }
     m_bPageLoaded = true;
-    if (m_bEditing)
-        m_pEngine->Call(QStringLiteral("watch"), {}, c_nScriptMilliseconds);
-    return true;
+    return !url.isLocalFile() || MendEncoding(url.toLocalFile());
+}
+
+bool CWebBrowser2Ex::MendEncoding(const QString& strNativeFile) {
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("encoding"), {}, c_nScriptMilliseconds);
+    if (!pAlive)
+        return false;
+    // A page that has scripts of its own, or doesn't answer, stays as the engine took it.
+    if (!answer.HasValue() || (!m_bEditing && answer.Value[QLatin1String("scripts")].toBool()))
+        return !m_bEditing;
+    QFile file(strNativeFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return !m_bEditing;
+    const auto strText = PageEncoding::TextIfMisread(
+        file.readAll(), answer.Value[QLatin1String("set")].toString(), m_bEditing);
+    return !strText ||
+           IsTrue(m_pEngine->Call(QStringLiteral("replaceDocument"), {*strText}, c_nScriptMilliseconds));
 }
 
 bool CWebBrowser2Ex::NavigateAndWait(const QString& strUrl) {
@@ -267,7 +284,9 @@ bool CWebBrowser2Ex::CreateLinkWithDialog() {
     const CCallGuard guard;
     if (!pAlive || !strAddress || guard.IsRefused() || !m_bPageLoaded)
         return false;
-    const QString strReference = SurfaceUrls::CanonicalReference(*strAddress).value_or(*strAddress);
+    // What a person types for a file is its native path.
+    const QString strText = strAddress->startsWith(u'/') ? Platform::FromNative(*strAddress) : *strAddress;
+    const QString strReference = SurfaceUrls::CanonicalReference(strText).value_or(strText);
     return IsTrue(m_pEngine->Call(QStringLiteral("createLink"), {strReference}, c_nScriptMilliseconds));
 }
 
@@ -404,8 +423,10 @@ bool CWebBrowser2Ex::QueryCommandStates(const QStringList& commands, QMap<QStrin
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
-    const SEngineAnswer answer = m_pEngine->Call(
-        QStringLiteral("commandStates"), {QJsonArray::fromStringList(commands)}, c_nScriptMilliseconds);
+    QJsonArray arguments;
+    arguments.append(QJsonArray::fromStringList(commands));
+    const SEngineAnswer answer =
+        m_pEngine->Call(QStringLiteral("commandStates"), arguments, c_nScriptMilliseconds);
     if (!answer.HasValue())
         return false;
     states.clear();

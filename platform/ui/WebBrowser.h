@@ -123,6 +123,9 @@ private:
     void ConnectEngine();
     void ApplyAccess(bool bWebPage);
     bool NavigateNow(const QString& strUrl);
+    /// The engine guesses the encoding of a page that says none, and guesses wrong where there is little
+    /// text: the page is then put in its place once more. False when a page to be edited stays misread.
+    bool MendEncoding(const QString& strNativeFile);
     bool ShowFailure(const QString& strText);
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();

@@ -1,5 +1,6 @@
 #include "platform/ui/engine/SurfacePage.h"
 
+#include <QCoreApplication>
 #include <QRandomGenerator>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineNewWindowRequest>
@@ -115,9 +116,12 @@ bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type,
 // take a program hostage. So a page's boxes are answered at once.
 void CSurfacePage::javaScriptAlert(const QUrl&, const QString&) {}
 
-bool CSurfacePage::javaScriptConfirm(const QUrl&, const QString&) {
-    // The engine asks the same way whether a page may be left: the program's own loads always may.
-    return m_bProgramLoads;
+bool CSurfacePage::javaScriptConfirm(const QUrl&, const QString& strText) {
+    // The engine asks the same way whether a page may be left: for the program's own loads it always may.
+    static const char* const s_szLeave = QT_TRANSLATE_NOOP(
+        "QWebEnginePage",
+        "Are you sure you want to leave this page? Changes that you made may not be saved.");
+    return m_bProgramLoads && strText == QCoreApplication::translate("QWebEnginePage", s_szLeave);
 }
 
 bool CSurfacePage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) {

@@ -6,15 +6,18 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenu>
+#include <QQuickWindow>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 
 namespace {
 
 using EState = SEngineAnswer::EState;
 
 constexpr int c_nCoalesceMilliseconds = 100;
+constexpr int c_nHangingMilliseconds = 500;
 
 const QString& EditorScript() {
     static const QString strScript = [] {
@@ -34,6 +37,18 @@ SEngineAnswer ReadAnswer(const QVariant& reply) {
     if (!answer.contains(QLatin1String("value")))
         return {EState::Undefined, {}, {}};
     return {EState::Value, answer.value(QLatin1String("value")), {}};
+}
+
+/// Takes away from the pages of a course what reaches the network without a request that the guard sees.
+QWebEngineScript BareWorld() {
+    QWebEngineScript script;
+    script.setName(QStringLiteral("bare"));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::MainWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(QStringLiteral("for (const name of ['RTCPeerConnection', 'webkitRTCPeerConnection', "
+                                        "'RTCIceTransport', 'WebTransport'])\n  delete window[name];"));
+    return script;
 }
 
 } // namespace
@@ -74,6 +89,8 @@ CWebEngine::SPlace& CWebEngine::PlaceFor(bool bWebPage) {
         place.pGuard = std::make_unique<CRequestGuard>();
         place.pProfile = std::make_unique<QWebEngineProfile>();
         place.pProfile->setUrlRequestInterceptor(place.pGuard.get());
+        if (!bWebPage)
+            place.pProfile->scripts()->insert(BareWorld());
         connect(place.pProfile.get(), &QWebEngineProfile::downloadRequested, this,
                 [](QWebEngineDownloadRequest* pDownload) { pDownload->cancel(); });
     }
@@ -92,7 +109,10 @@ void CWebEngine::RenewPage() {
 
 void CWebEngine::ConnectPage() {
     // The handlers may call into the engine, so they run from the event loop and not inside the engine.
-    connect(m_pPage.get(), &CSurfacePage::CaretMoved, &m_caretTimer, qOverload<>(&QTimer::start));
+    connect(m_pPage.get(), &CSurfacePage::CaretMoved, this, [this] {
+        if (!m_caretTimer.isActive())
+            m_caretTimer.start();
+    });
     connect(m_pPage.get(), &CSurfacePage::FrameNavigated, this,
             [this] { m_navigatedTimer.start(c_nCoalesceMilliseconds); });
     connect(m_pPage.get(), &QWebEnginePage::urlChanged, this, [this] { m_navigatedTimer.start(0); });
@@ -167,7 +187,11 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     rules.SetProgramPage(url);
     PlaceFor(m_access.bWebPage).pGuard->SetRules(rules);
     m_pPage->SetEditing(m_access.bEditing);
-    return LoadWith([url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
+    const QPointer<CWebEngine> pAlive(this);
+    SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
+    if (pAlive && m_access.bEditing && answer.HasValue())
+        Call(QStringLiteral("watch"), {m_pPage->Token()}, nMilliseconds);
+    return answer;
 }
 
 SEngineAnswer CWebEngine::ShowOwnPage(const QString& strHtml, int nMilliseconds) {
@@ -184,10 +208,16 @@ SEngineAnswer CWebEngine::RunScript(const QString& strScript, quint32 nWorld, in
     const auto pCall = BeginCall();
     if (!pCall)
         return {EState::Busy, {}, {}};
-    m_pPage->runJavaScript(strScript, nWorld,
-                           [pCall](const QVariant& reply) { pCall->Finish(ReadAnswer(reply)); });
     const QPointer<CWebEngine> pAlive(this);
-    SEngineAnswer answer = CBlockingCall::Wait(pCall, nMilliseconds);
+    m_pPage->runJavaScript(strScript, nWorld, [pCall, pAlive](const QVariant& reply) {
+        // Also a late reply tells that the page goes on.
+        if (pAlive)
+            pAlive->m_bPageHangs = false;
+        pCall->Finish(ReadAnswer(reply));
+    });
+    // A page that let a call wait in vain is asked again, but not waited for as long.
+    const int nLimit = m_bPageHangs ? qMin(nMilliseconds, c_nHangingMilliseconds) : nMilliseconds;
+    SEngineAnswer answer = CBlockingCall::Wait(pCall, nLimit);
     if (pAlive) {
         // A late reply still holds the call, which is over all the same.
         m_pCall.reset();
@@ -242,6 +272,42 @@ void CWebEngine::ShowContextMenu(const QPoint& position) {
     pMenu->popup(m_pView->mapToGlobal(position));
 }
 
+namespace {
+
+/// What holds for the whole engine and can be said only before its first view.
+class CEngineStart {
+public:
+    CEngineStart() : m_before(qgetenv(c_szFlags)), m_bWasSet(qEnvironmentVariableIsSet(c_szFlags)) {
+        // Drawn without the graphics card. Else the first view would turn the window it stands in into one
+        // drawn by the card: the window is made anew, and loses its place, the keyboard and its number.
+        // Besides it saves some 35 MB, and the drivers of school machines.
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        // Ways to the network that pass no guard of requests.
+        qputenv(c_szFlags, m_before + " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
+                                      " --disable-blink-features=WebTransport");
+    }
+    ~CEngineStart() {
+        // The flags are the engine's alone, not those of programs that are started later.
+        if (m_bWasSet)
+            qputenv(c_szFlags, m_before);
+        else
+            qunsetenv(c_szFlags);
+    }
+    Q_DISABLE_COPY_MOVE(CEngineStart)
+
+private:
+    static constexpr const char* c_szFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
+    QByteArray m_before;
+    bool m_bWasSet;
+};
+
+} // namespace
+
 extern "C" Q_DECL_EXPORT IWebEngine* VorelMakeWebEngine(QWidget* pParent) {
+    static bool s_bStarted = false;
+    if (s_bStarted)
+        return new CWebEngine(pParent);
+    s_bStarted = true;
+    const CEngineStart start;
     return new CWebEngine(pParent);
 }

@@ -282,16 +282,7 @@
     if (window.vorelWatching)
       return true;
     window.vorelWatching = true;
-    let waiting = false;
-    const tell = () => {
-      if (waiting)
-        return;
-      waiting = true;
-      setTimeout(() => {
-        waiting = false;
-        console.debug(token);
-      }, 100);
-    };
+    const tell = () => console.debug(token);
     document.addEventListener('selectionchange', tell);
     document.addEventListener('input', tell);
     return true;
@@ -334,7 +325,13 @@
         return frame.src;
       }
     },
-    characterSet: () => document.characterSet,
+    encoding: () => document.contentType !== 'text/html' ? undefined :
+        {set: document.characterSet, scripts: document.querySelector('script') !== null},
+    replaceDocument: (html) => {
+      const fresh = new DOMParser().parseFromString(html, 'text/html');
+      document.replaceChild(document.adoptNode(fresh.documentElement), document.documentElement);
+      return true;
+    },
     watch: watch,
   };
 

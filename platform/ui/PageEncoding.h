@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// Pages are in the code page unless they say otherwise.
+namespace PageEncoding {
+
+/// Whether the bytes begin with a byte order mark, or name an encoding within the first kilobyte.
+bool SaysItsEncoding(const QByteArray& bytes);
+
+/// The text of the page if the engine, which took it for the given character set, misread it. Unless strict,
+/// a page that the engine took for UTF-8 is believed to be so.
+std::optional<QString> TextIfMisread(const QByteArray& bytes, const QString& strCharacterSet, bool bStrict);
+
+} // namespace PageEncoding

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QApplication>
+#include <QDialog>
+#include <QTimer>
+
+#include <functional>
+
+/// Acts on the next modal dialog as soon as it is up.
+inline void WhenDialogOpens(const std::function<void(QDialog&)>& act) {
+    auto* pTimer = new QTimer(qApp);
+    QObject::connect(pTimer, &QTimer::timeout, pTimer, [pTimer, act] {
+        auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!pDialog || !pDialog->isVisible())
+            return;
+        pTimer->deleteLater();
+        pTimer->stop();
+        act(*pDialog);
+    });
+    pTimer->start(10);
+}
