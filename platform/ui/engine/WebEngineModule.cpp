@@ -211,7 +211,7 @@ SEngineAnswer CWebEngine::RunScript(const QString& strScript, quint32 nWorld, in
     const QPointer<CWebEngine> pAlive(this);
     m_pPage->runJavaScript(strScript, nWorld, [pCall, pAlive](const QVariant& reply) {
         // Also a late reply tells that the page goes on.
-        if (pAlive)
+        if (pAlive && reply.isValid())
             pAlive->m_bPageHangs = false;
         pCall->Finish(ReadAnswer(reply));
     });
