@@ -48,8 +48,10 @@ protected:
 } // namespace
 
 CMainFrame::CMainFrame(IFrameOwner& owner, Torvane::Dialog::MFC::IPeople& people)
-    : m_owner(owner), m_people(people) {
+    : m_owner(owner), m_people(people),
+      m_ports(CSysInfo::Instance().GetProgramFolder(true) + QStringLiteral("Port.txt")) {
     setObjectName(QStringLiteral("CMainFrame"));
+    m_ports.Run();
     setWindowIcon(LoadProgramIcon());
     setContextMenuPolicy(Qt::NoContextMenu);
     resize(1024, 700);

@@ -4,6 +4,7 @@
 #include "content/ui/BookShowView.h"
 #include "content/ui/BookTreeView.h"
 #include "platform/base/People.h"
+#include "server/PortHolder.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -81,6 +82,7 @@ private:
 
     IFrameOwner& m_owner;
     Torvane::Dialog::MFC::IPeople& m_people;
+    CPortHolder m_ports;
     QHash<int, QAction*> m_actions;
     QMenu* m_pRecent = nullptr;
     QToolBar* m_pToolBar = nullptr;
