@@ -198,7 +198,9 @@ TransferReply RunTransfer(const TransferRequest& request, const CHttpClient::Wai
     const CURLcode code = Drive(multi.get(), waitStep);
     if (code == CURLE_ABORTED_BY_CALLBACK)
         throw CHttpClientException(ServerText::c_strGivenUp);
-    if (code != CURLE_OK)
+    // An interim reply that no other one follows is the server's answer.
+    const bool bInterimAlone = progress.bBlockEnded && ParseStatus(progress.Reply.Headers) / 100 == 1;
+    if (code != CURLE_OK && !bInterimAlone)
         throw CHttpClientException(ErrorText(code, progress));
     return progress.Reply;
 }

@@ -104,6 +104,9 @@ TEST(HttpClient, JudgesTheStatus) {
                           {"HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:1/\r\n\r\nbody", "body"},
                           {"HTTP/1.0 400 Bad\r\n\r\nbody", "body"},
                           {"HTTP/1.0 401 No\r\n\r\nbody", "http: Http 401 错误"},
+                          {"HTTP/1.0 199 Odd\r\n\r\nbody", "http: Http 199 错误"},
+                          {"HTTP/1.0 199 Odd\r\nA: 1\r\n\r\n", "http: Http 199 错误"},
+                          {"HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\n\r\nbody", "body"},
                           {"HTTP/1.0 500 No\r\n\r\nbody", "http: Http 500 错误"},
                           {"no HTTP at all", "no HTTP at all"},
                           {"HTTP/1.0 200 OK\r\nA: 1\r\n\r\n", ""}}) {
