@@ -22,9 +22,14 @@ constexpr int c_nInitialPasswordRight = 16;
 constexpr qsizetype c_nMaxToken = 256;
 constexpr qsizetype c_nMaxTag = 64;
 // A client that lost its session is remembered so long, to be told so.
-constexpr qint64 c_nForgetAfter = 24 * 3600 * qint64{1000};
+constexpr qint64 c_nDay = 24 * 3600 * qint64{1000};
+constexpr qint64 c_nForgetClients = c_nDay;
+constexpr qint64 c_nForgetTokens = 90 * c_nDay;
+// A proxy may send a request again whose reply got lost.
+constexpr qint64 c_nRepeatWithin = 5'000;
 
 namespace ErrorCode {
+constexpr int c_nProxy = 1;
 constexpr int c_nBadParameters = 2;
 constexpr int c_nNoDatabase = 4;
 constexpr int c_nNoCourse = 8;
@@ -100,13 +105,12 @@ struct CCourseScript::Report {
 };
 
 CCourseScript::CCourseScript(CCourseStore& store, ScriptSettings settings)
-    : m_store(store), m_settings(std::move(settings)), m_replays(qint64{m_settings.nSessionSeconds} * 1000) {}
+    : m_store(store), m_settings(std::move(settings)) {}
 
 ScriptReply CCourseScript::Run(const QByteArray& query) {
     ScriptReply reply;
     try {
         Dispatch(query, reply);
-        return reply;
     } catch (const Refusal& refusal) {
         reply.nErrorCode = refusal.nCode;
     } catch (const SQLite::Exception&) {
@@ -114,10 +118,10 @@ ScriptReply CCourseScript::Run(const QByteArray& query) {
     } catch (const std::exception&) {
         reply.nErrorCode = ErrorCode::c_nServerError;
     }
-    reply.bSuccessful = false;
+    reply.bSuccessful = reply.nErrorCode == 0;
     if (reply.nErrorCode == ErrorCode::c_nMessage)
         reply.Body = CodePage::Encode(m_settings.Notice());
-    else
+    else if (!reply.bSuccessful)
         reply.Body.clear();
     return reply;
 }
@@ -135,10 +139,20 @@ void CCourseScript::Dispatch(const QByteArray& query, ScriptReply& reply) {
         throw Refusal{ErrorCode::c_nMessage};
     if (operation == "GetCourseList")
         List(parameters, reply);
-    else if (operation == "CheckCourseInfo")
-        Status(SplitParameters(parameters), query, reply);
     else
-        Password(SplitParameters(parameters), query, operation == "EditPassword", reply);
+        m_store.InTransaction([&] { RunOperation(SplitParameters(parameters), query, reply); });
+}
+
+void CCourseScript::RunOperation(const Parameters& parameters, const QByteArray& query, ScriptReply& reply) {
+    try {
+        if (reply.strOperation == "CheckCourseInfo")
+            Status(parameters, query, reply);
+        else
+            Password(parameters, query, reply.strOperation == "EditPassword", reply);
+    } catch (const Refusal& refusal) {
+        // A refused request has used its token all the same.
+        reply.nErrorCode = refusal.nCode;
+    }
 }
 
 void CCourseScript::List(const QByteArray& parameters, ScriptReply& reply) {
@@ -162,12 +176,26 @@ ServedCourse CCourseScript::RequireCourse(const Parameters& parameters, ScriptRe
     return *course;
 }
 
-qint64 CCourseScript::SessionStart() const {
-    return m_settings.Now() - qint64{m_settings.nSessionSeconds} * 1000;
+bool CCourseScript::IsLive(const CourseClient& client) const {
+    // After the clock was set back, what was heard before lies ahead: that counts no longer either.
+    return qAbs(m_settings.Now() - client.nSeen) <= SessionLength();
 }
 
-bool CCourseScript::IsLive(const CourseClient& client) const {
-    return client.nSeen >= SessionStart();
+/// False for a token that came before in another request: whoever sent this one has overheard that one.
+bool CCourseScript::UseToken(const QByteArray& token, const QByteArray& query) {
+    const qint64 nNow = m_settings.Now();
+    const QByteArray digest = Md5Hex(query);
+    const std::optional<UsedToken> used = m_store.FindToken(token);
+    if (!used) {
+        m_store.RemoveTokensBefore(nNow - c_nForgetTokens);
+        m_store.PutToken(token, {digest, nNow});
+        return true;
+    }
+    if (used->strRequestDigest != digest)
+        return false;
+    if (qAbs(nNow - used->nTime) > c_nRepeatWithin)
+        throw Refusal{ErrorCode::c_nProxy};
+    return true;
 }
 
 void CCourseScript::Password(const Parameters& parameters, const QByteArray& query, bool bEdit,
@@ -182,13 +210,12 @@ void CCourseScript::Password(const Parameters& parameters, const QByteArray& que
     const Protocol::KeyTexts keys = Protocol::PasswordKeys();
     const std::optional<OpenedToken> opened = OpenToken(token, keys.strOne, keys.strTwo);
     QByteArray proof = WrongProof();
-    if (opened && opened->digest == course.strPasswordDigest &&
-        m_replays.Accept(token, query, m_settings.Now())) {
+    if (opened && opened->digest == course.strPasswordDigest && UseToken(token, query)) {
         const QList<CourseClient> clients = m_store.ListClients(course.nId);
         const bool bStaysOpen = std::any_of(clients.begin(), clients.end(), [&](const CourseClient& client) {
             return client.strTag == tag && client.bOpen && IsLive(client);
         });
-        m_store.RemoveClientsBefore(m_settings.Now() - c_nForgetAfter);
+        m_store.RemoveClientsBefore(m_settings.Now() - c_nForgetClients);
         m_store.PutClient(course.nId, {tag, bStaysOpen, m_settings.Now()});
         if (bEdit) {
             m_store.SetPassword(course.nId, newDigest, tag);
@@ -217,7 +244,7 @@ void CCourseScript::Status(const Parameters& parameters, const QByteArray& query
     reply.Body = WrongProof();
     const Protocol::KeyTexts keys = Protocol::SessionKeys(CodePage::Encode(report.Course.strSchoolName));
     const std::optional<OpenedToken> opened = OpenToken(token, keys.strOne, keys.strTwo);
-    if (!opened || !m_replays.Accept(token, query, m_settings.Now()))
+    if (!opened)
         return;
     // The tag itself doesn't travel: it is the known one that gives this digest.
     report.Clients = m_store.ListClients(report.Course.nId);
@@ -227,7 +254,7 @@ void CCourseScript::Status(const Parameters& parameters, const QByteArray& query
         std::find_if(report.Clients.begin(), report.Clients.end(), [&](const CourseClient& known) {
             return Protocol::StatusDigest(name, teacher, known.strTag) == opened->digest;
         });
-    if (client == report.Clients.end())
+    if (client == report.Clients.end() || !UseToken(token, query))
         return;
     if (!IsLive(*client)) {
         if (client->bOpen && report.nType != c_nOpened)
@@ -240,6 +267,7 @@ void CCourseScript::Status(const Parameters& parameters, const QByteArray& query
 
 void CCourseScript::AcceptReport(const Report& report, CourseClient client) {
     const qint32 nId = report.Course.nId;
+    const qint64 nNow = m_settings.Now();
     if (report.nType == c_nClosed) {
         m_store.RemoveClient(nId, client.strTag);
     } else {
@@ -250,12 +278,13 @@ void CCourseScript::AcceptReport(const Report& report, CourseClient client) {
         if (bTaken)
             throw Refusal{ErrorCode::c_nInUse};
         if (m_settings.nMaxOnline > 0 &&
-            m_store.CountOpenCourses(SessionStart(), nId) >= m_settings.nMaxOnline)
+            m_store.CountOpenCourses(nNow - SessionLength(), nNow + SessionLength(), nId) >=
+                m_settings.nMaxOnline)
             throw Refusal{ErrorCode::c_nTooManyOnline};
         client.bOpen = true;
-        client.nSeen = m_settings.Now();
+        client.nSeen = nNow;
         m_store.PutClient(nId, client);
     }
     if (report.nCount >= 0)
-        m_store.PutFigures(nId, report.nCount, report.nChanged, report.dSize, m_settings.Now());
+        m_store.PutFigures(nId, report.nCount, report.nChanged, report.dSize, nNow);
 }

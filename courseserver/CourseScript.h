@@ -1,7 +1,6 @@
 #pragma once
 
 #include "courseserver/CourseStore.h"
-#include "courseserver/ReplayGuard.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -50,15 +49,16 @@ private:
     struct Report;
 
     void Dispatch(const QByteArray& query, ScriptReply& reply);
+    void RunOperation(const Parameters& parameters, const QByteArray& query, ScriptReply& reply);
     void List(const QByteArray& parameters, ScriptReply& reply);
     void Password(const Parameters& parameters, const QByteArray& query, bool bEdit, ScriptReply& reply);
     void Status(const Parameters& parameters, const QByteArray& query, ScriptReply& reply);
     void AcceptReport(const Report& report, CourseClient client);
     ServedCourse RequireCourse(const Parameters& parameters, ScriptReply& reply) const;
+    bool UseToken(const QByteArray& token, const QByteArray& query);
     bool IsLive(const CourseClient& client) const;
-    qint64 SessionStart() const;
+    qint64 SessionLength() const { return qint64{m_settings.nSessionSeconds} * 1000; }
 
     CCourseStore& m_store;
     ScriptSettings m_settings;
-    CReplayGuard m_replays;
 };

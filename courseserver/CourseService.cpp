@@ -25,8 +25,10 @@ std::unique_ptr<CCourseStore> OpenStore(const CourseServiceOptions& options) {
     try {
         auto pStore = std::make_unique<CCourseStore>(options.strDataFolder + QStringLiteral("/courses.db"));
         if (!options.strSampleSchool.isEmpty() && !pStore->HasCourses()) {
-            for (const ServedCourse& course : SampleCourses(options.strSampleSchool))
-                pStore->AddCourse(course);
+            pStore->InTransaction([&] {
+                for (const ServedCourse& course : SampleCourses(options.strSampleSchool))
+                    pStore->AddCourse(course);
+            });
         }
         return pStore;
     } catch (const SQLite::Exception& exception) {
@@ -40,7 +42,10 @@ CCourseService::CCourseService(const CourseServiceOptions& options)
     : m_pStore(OpenStore(options)),
       m_pLog(std::make_unique<CAccessLog>(options.strDataFolder + QStringLiteral("/access.log"))),
       m_templates(options.strTemplatesFolder),
-      m_server([this](const HttpRequest& request, const QByteArray& peer) { return Answer(request, peer); }) {
+      m_server([this](const HttpRequest& request, const QByteArray& peer) { return Answer(request, peer); },
+               [this](const QByteArray& peer, int nStatus) {
+                   m_pLog->Write(peer, "refused", QByteArray::number(nStatus));
+               }) {
     ScriptSettings settings;
     settings.nSessionSeconds = options.nSessionSeconds;
     settings.nMaxOnline = options.nMaxOnline;

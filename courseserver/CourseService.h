@@ -22,8 +22,7 @@ struct CourseServiceOptions {
     int nMaxOnline = 0;
 };
 
-/// The whole course server. Holds its folder's state alone: a second one on the same folder is no error, but
-/// they do not know of each other's overheard requests.
+/// The whole course server. Several may share one folder's state.
 class CCourseService {
 public:
     /// Listens from here on. Throws Torvane::CRunException when the folder or the port can't be had.

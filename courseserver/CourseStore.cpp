@@ -4,7 +4,8 @@
 
 namespace {
 
-constexpr int c_nBusyMilliseconds = 5000;
+// The server answers one request at a time: whoever holds the file keeps everybody waiting.
+constexpr int c_nBusyMilliseconds = 1000;
 
 constexpr const char* c_szSchema = R"(
 CREATE TABLE IF NOT EXISTS Course (
@@ -29,6 +30,11 @@ CREATE TABLE IF NOT EXISTS Figures (
     Changed INTEGER NOT NULL,
     Size REAL NOT NULL,
     Time INTEGER NOT NULL);
+CREATE TABLE IF NOT EXISTS Token (
+    Token TEXT PRIMARY KEY,
+    RequestDigest TEXT NOT NULL,
+    Time INTEGER NOT NULL);
+CREATE INDEX IF NOT EXISTS TokenByTime ON Token (Time);
 )";
 
 constexpr const char* c_szCourseColumns =
@@ -63,6 +69,12 @@ CCourseStore::CCourseStore(const QString& strFile)
 }
 
 CCourseStore::~CCourseStore() = default;
+
+void CCourseStore::InTransaction(const std::function<void()>& steps) {
+    SQLite::Transaction transaction(*m_pDatabase, SQLite::TransactionBehavior::IMMEDIATE);
+    steps();
+    transaction.commit();
+}
 
 bool CCourseStore::HasCourses() const {
     return m_pDatabase->execAndGet("SELECT EXISTS (SELECT 1 FROM Course)").getInt() != 0;
@@ -103,7 +115,6 @@ std::optional<ServedCourse> CCourseStore::FindCourse(qint32 nId) const {
 }
 
 void CCourseStore::SetPassword(qint32 nId, const QByteArray& digest, const QByteArray& tag) {
-    SQLite::Transaction transaction(*m_pDatabase);
     SQLite::Statement update(*m_pDatabase,
                              "UPDATE Course SET Password = ?, InitialPassword = 0 WHERE Id = ?");
     update.bind(1, digest.toStdString());
@@ -113,7 +124,6 @@ void CCourseStore::SetPassword(qint32 nId, const QByteArray& digest, const QByte
     clean.bind(1, nId);
     clean.bind(2, tag.toStdString());
     clean.exec();
-    transaction.commit();
 }
 
 QList<CourseClient> CCourseStore::ListClients(qint32 nCourseId) const {
@@ -149,13 +159,36 @@ void CCourseStore::RemoveClientsBefore(qint64 nTime) {
     remove.exec();
 }
 
-int CCourseStore::CountOpenCourses(qint64 nSince, qint32 nExceptCourseId) const {
+int CCourseStore::CountOpenCourses(qint64 nFrom, qint64 nTo, qint32 nExceptCourseId) const {
     SQLite::Statement query(*m_pDatabase, "SELECT COUNT(DISTINCT CourseId) FROM Client "
-                                          "WHERE Open <> 0 AND Seen >= ? AND CourseId <> ?");
-    query.bind(1, static_cast<int64_t>(nSince));
-    query.bind(2, nExceptCourseId);
+                                          "WHERE Open <> 0 AND Seen BETWEEN ? AND ? AND CourseId <> ?");
+    query.bind(1, static_cast<int64_t>(nFrom));
+    query.bind(2, static_cast<int64_t>(nTo));
+    query.bind(3, nExceptCourseId);
     query.executeStep();
     return query.getColumn(0).getInt();
+}
+
+std::optional<UsedToken> CCourseStore::FindToken(const QByteArray& token) const {
+    SQLite::Statement query(*m_pDatabase, "SELECT RequestDigest, Time FROM Token WHERE Token = ?");
+    query.bind(1, token.toStdString());
+    if (!query.executeStep())
+        return std::nullopt;
+    return UsedToken{query.getColumn(0).getText(), query.getColumn(1).getInt64()};
+}
+
+void CCourseStore::PutToken(const QByteArray& token, const UsedToken& used) {
+    SQLite::Statement insert(*m_pDatabase, "INSERT INTO Token VALUES (?, ?, ?)");
+    insert.bind(1, token.toStdString());
+    insert.bind(2, used.strRequestDigest.toStdString());
+    insert.bind(3, static_cast<int64_t>(used.nTime));
+    insert.exec();
+}
+
+void CCourseStore::RemoveTokensBefore(qint64 nTime) {
+    SQLite::Statement remove(*m_pDatabase, "DELETE FROM Token WHERE Time < ?");
+    remove.bind(1, static_cast<int64_t>(nTime));
+    remove.exec();
 }
 
 void CCourseStore::PutFigures(qint32 nCourseId, qint32 nCount, qint32 nChanged, double dSize, qint64 nTime) {

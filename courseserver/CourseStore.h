@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -33,8 +34,16 @@ struct CourseClient {
     qint64 nSeen = 0;
 };
 
+/// A token that has been used.
+struct UsedToken {
+    /// Of the request that brought it.
+    QByteArray strRequestDigest;
+    /// In milliseconds since 1970.
+    qint64 nTime = 0;
+};
+
 /// The state of the server in one SQLite file, each step on the disk before it is answered. Throws
-/// SQLite::Exception.
+/// SQLite::Exception, also when another program holds the file for longer than a second.
 class CCourseStore {
 public:
     /// Native path; the file is made when it is missing.
@@ -42,6 +51,9 @@ public:
     ~CCourseStore();
     CCourseStore(const CCourseStore&) = delete;
     CCourseStore& operator=(const CCourseStore&) = delete;
+
+    /// Runs the steps as one: all of them are kept, or none.
+    void InTransaction(const std::function<void()>& steps);
 
     bool HasCourses() const;
     /// An id of 0 takes the next free one.
@@ -60,8 +72,13 @@ public:
     void RemoveClient(qint32 nCourseId, const QByteArray& tag);
     /// Takes away clients not heard since then.
     void RemoveClientsBefore(qint64 nTime);
-    /// How many courses other than this one are open and were heard since then.
-    int CountOpenCourses(qint64 nSince, qint32 nExceptCourseId) const;
+    /// How many courses other than this one are open and were heard within this time.
+    int CountOpenCourses(qint64 nFrom, qint64 nTo, qint32 nExceptCourseId) const;
+
+    std::optional<UsedToken> FindToken(const QByteArray& token) const;
+    void PutToken(const QByteArray& token, const UsedToken& used);
+    /// Forgets tokens used before then.
+    void RemoveTokensBefore(qint64 nTime);
 
     void PutFigures(qint32 nCourseId, qint32 nCount, qint32 nChanged, double dSize, qint64 nTime);
 

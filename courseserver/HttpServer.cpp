@@ -23,6 +23,7 @@ constexpr size_t c_nMaxConnections = 400;
 constexpr qint64 c_nSendSilence = 30'000;
 constexpr qint64 c_nSendAtMost = 600'000;
 constexpr qint64 c_nDrain = 2'000;
+constexpr qint64 c_nAcceptPause = 50;
 constexpr qint64 c_nFileBlock = 64 * 1024;
 
 qint64 Now() {
@@ -95,8 +96,8 @@ struct CHttpServer::Connection {
     qint64 nDeadline = 0;
     qint64 nSendEnd = 0;
 
-    void Read(const Handler& handler);
-    void Answer(const Handler& handler, CRequestReader::EState state);
+    void Read(const State& server);
+    void Answer(const State& server, CRequestReader::EState state);
     void Send();
     void Drain();
     bool MoreToSend();
@@ -104,19 +105,23 @@ struct CHttpServer::Connection {
 
 struct CHttpServer::State {
     Handler Handle;
+    FaultStep OnFault;
     CDescriptor Listener;
     CDescriptor WakeRead;
     CDescriptor WakeWrite;
     quint16 nPort = 0;
     qint64 nRequestTimeout = 10'000;
+    /// No connection is taken before then.
+    qint64 nAcceptFrom = 0;
     std::vector<Connection> Connections;
 
+    HttpReply Reply(const HttpRequest& request, CRequestReader::EState state, const QByteArray& peer) const;
     void Accept();
     void Serve(Connection& connection, short nEvents);
     bool WaitAndServe();
 };
 
-void CHttpServer::Connection::Read(const Handler& handler) {
+void CHttpServer::Connection::Read(const State& server) {
     char block[4096];
     const ssize_t nRead = ::recv(Socket.Get(), block, sizeof block, 0);
     if (nRead == 0 || (nRead < 0 && errno != EAGAIN && errno != EINTR)) {
@@ -127,28 +132,34 @@ void CHttpServer::Connection::Read(const Handler& handler) {
         return;
     const auto state = Reader.Feed(QByteArrayView(block, nRead));
     if (state != CRequestReader::EState::More)
-        Answer(handler, state);
+        Answer(server, state);
 }
 
-void CHttpServer::Connection::Answer(const Handler& handler, CRequestReader::EState state) {
-    const HttpRequest& request = Reader.GetRequest();
-    HttpReply reply;
+HttpReply CHttpServer::State::Reply(const HttpRequest& request, CRequestReader::EState state,
+                                    const QByteArray& peer) const {
+    HttpReply fault;
     if (state == CRequestReader::EState::TooLong) {
-        reply.nStatus = 414;
+        fault.nStatus = 414;
     } else if (state == CRequestReader::EState::Bad) {
-        reply.nStatus = 400;
+        fault.nStatus = 400;
     } else if (request.strMethod != "GET" && request.strMethod != "HEAD") {
-        reply.nStatus = 405;
-        reply.Headers << "Allow: GET, HEAD";
+        fault.nStatus = 405;
+        fault.Headers << "Allow: GET, HEAD";
     } else {
         try {
-            reply = handler(request, strPeer);
+            return Handle(request, peer);
         } catch (...) {
             // One request that fails must not take the server along.
-            reply = HttpReply();
-            reply.nStatus = 500;
+            fault.nStatus = 500;
         }
     }
+    OnFault(peer, fault.nStatus);
+    return fault;
+}
+
+void CHttpServer::Connection::Answer(const State& server, CRequestReader::EState state) {
+    const HttpRequest& request = Reader.GetRequest();
+    const HttpReply reply = server.Reply(request, state, strPeer);
     pFile = reply.pFile;
     Out = WriteHead(reply, pFile ? pFile->size() : reply.Body.size());
     if (request.strMethod == "HEAD")
@@ -201,8 +212,11 @@ void CHttpServer::State::Accept() {
     socklen_t nSize = sizeof address;
     CDescriptor socket(::accept4(Listener.Get(), reinterpret_cast<sockaddr*>(&address), &nSize,
                                  SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (socket.Get() < 0)
+    if (socket.Get() < 0) {
+        // Without a descriptor to spare the connection stays in the queue, and asking again would spin.
+        nAcceptFrom = Now() + c_nAcceptPause;
         return;
+    }
     char name[INET6_ADDRSTRLEN] = "";
     if (address.ss_family == AF_INET)
         ::inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in&>(address).sin_addr, name, sizeof name);
@@ -217,7 +231,7 @@ void CHttpServer::State::Serve(Connection& connection, short nEvents) {
     if (nEvents != 0) {
         switch (connection.Phase) {
         case Connection::EPhase::Reading:
-            connection.Read(Handle);
+            connection.Read(*this);
             break;
         case Connection::EPhase::Sending:
             connection.Send();
@@ -241,7 +255,9 @@ bool CHttpServer::State::WaitAndServe() {
         waits.push_back({connection.Socket.Get(), static_cast<short>(bSending ? POLLOUT : POLLIN), 0});
         nUntil = qMin(nUntil, connection.nDeadline);
     }
-    const bool bRoom = Connections.size() < c_nMaxConnections;
+    const bool bRoom = Connections.size() < c_nMaxConnections && Now() >= nAcceptFrom;
+    if (Now() < nAcceptFrom)
+        nUntil = qMin(nUntil, nAcceptFrom);
     waits.push_back({bRoom ? Listener.Get() : -1, POLLIN, 0});
     const int nWait = static_cast<int>(qMax<qint64>(0, nUntil - Now() + 1));
     if (::poll(waits.data(), waits.size(), nWait) < 0 && errno != EINTR)
@@ -256,8 +272,9 @@ bool CHttpServer::State::WaitAndServe() {
     return true;
 }
 
-CHttpServer::CHttpServer(Handler handler) : m_pState(std::make_unique<State>()) {
+CHttpServer::CHttpServer(Handler handler, FaultStep onFault) : m_pState(std::make_unique<State>()) {
     m_pState->Handle = std::move(handler);
+    m_pState->OnFault = std::move(onFault);
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         ThrowSystemError(QStringLiteral("pipe"));
@@ -280,7 +297,7 @@ void CHttpServer::Listen(const QString& strAddress, quint16 nPort) {
     ::setsockopt(socket.Get(), SOL_SOCKET, SO_REUSEADDR, &nOn, sizeof nOn);
     socklen_t nSize = sizeof address;
     if (::bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), nSize) != 0 ||
-        ::listen(socket.Get(), 128) != 0 ||
+        ::listen(socket.Get(), SOMAXCONN) != 0 ||
         ::getsockname(socket.Get(), reinterpret_cast<sockaddr*>(&address), &nSize) != 0)
         ThrowSystemError(strAddress + QLatin1Char(':') + QString::number(nPort));
     m_pState->Listener = std::move(socket);

@@ -26,8 +26,10 @@ struct HttpReply {
 class CHttpServer {
 public:
     using Handler = std::function<HttpReply(const HttpRequest&, const QByteArray& peer)>;
+    /// Told of each request that the server itself refuses, with the status of the reply.
+    using FaultStep = std::function<void(const QByteArray& peer, int nStatus)>;
 
-    explicit CHttpServer(Handler handler);
+    CHttpServer(Handler handler, FaultStep onFault);
     ~CHttpServer();
     CHttpServer(const CHttpServer&) = delete;
     CHttpServer& operator=(const CHttpServer&) = delete;

@@ -166,9 +166,13 @@ TEST_F(ScriptTest, OverheardRequestsAreWorthNothing) {
     EXPECT_EQ(Send(opening), "proven");
     QByteArray closing = opening;
     EXPECT_EQ(Send(closing.replace("Type=264", "Type=520")), "refused");
+    Restart();
+    EXPECT_EQ(Send(stolen), "refused") << "a restart forgets no token";
     nNow += 6'000;
-    EXPECT_EQ(Send(opening), "refused");
+    EXPECT_EQ(Send(opening), "1") << "a proxy that repeats old requests";
     EXPECT_EQ(Report("a", 8), "proven");
+    nNow += 40 * 24 * c_nHour;
+    EXPECT_EQ(Send(stolen), "refused") << "and neither do weeks";
 }
 
 TEST_F(ScriptTest, ErrorsHaveTheirCodes) {
