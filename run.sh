@@ -13,9 +13,10 @@ trap 'rm -f "$log"' EXIT
 quiet() { "$@" >"$log" 2>&1 || { tail -n 60 "$log"; exit 1; }; }
 echo "building (the first time takes some minutes) ..."
 quiet cmake --preset release
-quiet cmake --build "$build"
+quiet cmake --build "$build" --target portable
 
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  quiet cmake --build "$build" --target voreljourney vorel-site-check
   echo "no display: going through a course in the real windows under a virtual one ..."
   exec tests/journey/journey.sh "$build" "$stage/journey"
 fi

@@ -10,3 +10,8 @@ install(TARGETS VorelCompiler vorel-course-server RUNTIME DESTINATION ${folder})
 install(DIRECTORY "${CMAKE_BINARY_DIR}/sysdata/" DESTINATION SysData)
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/sysdata/program/" DESTINATION ${folder})
 install(DIRECTORY DESTINATION Projects)
+
+# What the portable folder needs, and no test: `cmake --build build/release --target portable`.
+if(VOREL_WINDOWS)
+  add_custom_target(portable DEPENDS Vorel vorel_webengine VorelCompiler vorel-course-server vorel_sysdata vorel_seed)
+endif()
