@@ -21,8 +21,10 @@ struct Address {
     socklen_t nLength = 0;
 
     explicit Address(const QString& strName) {
-        const QByteArray name =
-            strName.toUtf8().left(64) + "-single-instance-" + QByteArray::number(static_cast<uint>(getuid()));
+        // A window can only be brought to the front of the display that it is on.
+        const QByteArray display = qgetenv("WAYLAND_DISPLAY").left(16) + qgetenv("DISPLAY").left(16);
+        const QByteArray name = strName.toUtf8().left(32) + "-instance-" +
+                                QByteArray::number(static_cast<uint>(getuid())) + "-" + display;
         Data.sun_family = AF_UNIX;
         std::memcpy(Data.sun_path + 1, name.constData(), static_cast<std::size_t>(name.size()));
         nLength = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 +

@@ -7,8 +7,8 @@
 
 namespace Platform {
 
-/// One process of a name a person: the first holds a local socket under that name; a later one asks the
-/// first, through it, to come to the front.
+/// One process of a name for each person and display: the first holds a local socket under that name; a later
+/// one asks the first, through it, to come to the front.
 class CSingleInstance {
 public:
     explicit CSingleInstance(const QString& strName);
