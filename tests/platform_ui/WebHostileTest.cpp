@@ -4,6 +4,8 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QNetworkInterface>
+#include <QNetworkProxy>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -25,7 +27,10 @@ protected:
         QFile::link(m_folder.Native(u"secret.txt"_s), m_folder.Native(u"course\\link.txt"_s));
         WritePicture(u"course\\inside.png"_s, Qt::red);
         WritePicture(u"outside.png"_s, Qt::blue);
-        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
+        // The engine leads the program's own sockets astray while no page may use the network.
+        m_server.setProxy(QNetworkProxy::NoProxy);
+        m_stun.setProxy(QNetworkProxy::NoProxy);
+        EXPECT_TRUE(m_server.listen(QHostAddress::AnyIPv4));
         EXPECT_TRUE(m_stun.bind(QHostAddress::LocalHost));
     }
 
@@ -33,7 +38,7 @@ protected:
     QJsonObject Run(const QString& strTries, bool bNetwork = false) {
         const QString strPage =
             u"<!DOCTYPE html><meta charset=utf-8><pre id=out></pre><script>var ran=[];const got={};"
-            "const PORT=%1,STUN=%2;"
+            "const PORT=%1,STUN=%2,HOST='%4';"
             "const text=async u=>{try{return await(await fetch(u)).text()}catch(e){return 'refused'}};"
             "const xhr=u=>new Promise(r=>{const x=new "
             "XMLHttpRequest;x.onloadend=()=>r(x.responseText||'refused');"
@@ -47,7 +52,7 @@ protected:
             "(async()=>{%3;got.ran=ran.join();document.getElementById('out').textContent="
             "JSON.stringify(got);document.title='done'})()</script>"_s.arg(m_server.serverPort())
                 .arg(m_stun.localPort())
-                .arg(strTries);
+                .arg(strTries, OwnAddress());
         m_browser->SetNetworkAllowed(bNetwork);
         EXPECT_TRUE(Show(u"course\\page.htm"_s, strPage.toUtf8(), false));
         QJsonObject got;
@@ -60,6 +65,14 @@ protected:
             },
             3 * c_nPatience));
         return got;
+    }
+    /// An address of this machine that counts as another machine's, if it has one.
+    static QString OwnAddress() {
+        for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
+            if (!address.isLoopback() && address.protocol() == QAbstractSocket::IPv4Protocol)
+                return address.toString();
+        }
+        return u"127.0.0.1"_s;
     }
     bool ServerWasReached() { return m_server.waitForNewConnection(0) || m_server.hasPendingConnections(); }
 
@@ -106,7 +119,8 @@ TEST_F(CWebHostile, NothingIsSentOut) {
             w.onopen=()=>r('open');w.onerror=()=>r('refused')}catch(e){r('refused')}setTimeout(()=>r('silent'),700)});
         try{const f=document.createElement('form');f.action='http://127.0.0.1:'+PORT+'/h';f.method='post';
             f.target='x';document.body.append(f);f.submit()}catch(e){}
-        const call=async w=>{try{const p=new w.RTCPeerConnection({iceServers:[{urls:'stun:127.0.0.1:'+STUN}]});
+        const call=async w=>{try{const p=new w.RTCPeerConnection({iceServers:[{urls:'stun:127.0.0.1:'+STUN},
+            {urls:'turn:'+HOST+':'+PORT+'?transport=tcp',username:'u',credential:'c'}]});
             p.createDataChannel('x');await p.setLocalDescription(await p.createOffer());return 'ran'}
             catch(e){return String(e)}};
         got.rtc=await call(window);

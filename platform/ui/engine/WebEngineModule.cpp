@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenu>
+#include <QNetworkProxy>
 #include <QQuickWindow>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
@@ -71,12 +72,27 @@ CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) 
             OnNavigated();
     });
     RenewPage();
+    SetOnline(false);
 }
 
 CWebEngine::~CWebEngine() {
     if (const auto pCall = m_pCall.lock())
         pCall->Finish({EState::Gone, {}, {}});
     delete m_pView;
+    SetOnline(false);
+}
+
+void CWebEngine::SetOnline(bool bOnline) {
+    static const QNetworkProxy s_usual = QNetworkProxy::applicationProxy();
+    static QSet<const CWebEngine*> s_online;
+    if (bOnline)
+        s_online.insert(this);
+    else
+        s_online.remove(this);
+    // A frame that a page makes of nothing still has what was taken from the page, and can open a connection
+    // that no guard sees. While no page may use the network, such a connection is sent where nobody listens.
+    const QNetworkProxy nowhere(QNetworkProxy::Socks5Proxy, QStringLiteral("127.0.0.1"), 9);
+    QNetworkProxy::setApplicationProxy(s_online.isEmpty() ? nowhere : s_usual);
 }
 
 QWidget* CWebEngine::Widget() {
@@ -187,6 +203,7 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     rules.SetProgramPage(url);
     PlaceFor(m_access.bWebPage).pGuard->SetRules(rules);
     m_pPage->SetEditing(m_access.bEditing);
+    SetOnline(m_access.bNetwork);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())

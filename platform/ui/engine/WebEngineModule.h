@@ -32,6 +32,7 @@ private:
 
     SPlace& PlaceFor(bool bWebPage);
     void RenewPage();
+    void SetOnline(bool bOnline);
     void ConnectPage();
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();
