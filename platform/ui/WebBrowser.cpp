@@ -68,10 +68,6 @@ CWebBrowser2Ex::CWebBrowser2Ex(QWidget* pParent) : QWidget(pParent) {
 
 CWebBrowser2Ex::~CWebBrowser2Ex() = default;
 
-void CWebBrowser2Ex::PrepareWebEngine() {
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-}
-
 bool CWebBrowser2Ex::IsCallRunning() {
     return s_nCalls > 0;
 }

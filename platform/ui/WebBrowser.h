@@ -30,8 +30,6 @@ public:
     explicit CWebBrowser2Ex(QWidget* pParent = nullptr);
     ~CWebBrowser2Ex() override;
 
-    /// To be called in main before the application object is made: what the engine needs of it.
-    static void PrepareWebEngine();
     /// True while any surface waits for its engine. Closing a window and switching nodes wait for false.
     static bool IsCallRunning();
 

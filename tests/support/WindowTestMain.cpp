@@ -1,6 +1,5 @@
 // The main of tests that open windows.
 #include "platform/ui/ChineseTexts.h"
-#include "platform/ui/WebBrowser.h"
 
 #include <QApplication>
 
@@ -13,7 +12,6 @@ int main(int argc, char** argv) {
     // The engine's sandbox doesn't run for the superuser, as whom tests run in containers.
     if (geteuid() == 0)
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
-    CWebBrowser2Ex::PrepareWebEngine();
     QApplication application(argc, argv);
     InstallChineseTexts(application);
     return RUN_ALL_TESTS();
