@@ -36,6 +36,8 @@ inline constexpr int c_nClearGarbage = 32940;
 enum class EFamily {
     /// One named command of the surface, nothing more.
     Plain,
+    /// The same; its button stays pressed while the command is in force at the caret.
+    Toggle,
     /// A colour dialog, then the named command with the colour.
     Colour,
     /// The named command with a dialog of the surface's own, then the selection is taken away.

@@ -17,6 +17,7 @@
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/ChineseTexts.h"
+#include "platform/ui/WebBrowser.h"
 
 #include <QApplication>
 
@@ -258,9 +259,11 @@ void CVorelApp::StartHeartbeat(int nMilliseconds) {
 void CVorelApp::Heartbeat() {
     if (!m_pCourse)
         return;
-    // A step under way or an open dialog works on the course's nodes, so that the course can't close now:
-    // report in silence to keep the session, and come again soon when that failed.
-    const bool bInTheMiddle = m_nBusy > 0 || QApplication::activeModalWidget() != nullptr;
+    // A step under way or an open dialog works on the course's nodes, so that the course can't close now, and
+    // while a page is being asked nobody else can save it: report in silence to keep the session, and come
+    // again soon when that failed.
+    const bool bInTheMiddle =
+        m_nBusy > 0 || QApplication::activeModalWidget() != nullptr || CWebBrowser2Ex::IsCallRunning();
     CBusy busy(m_nBusy);
     if (m_session.ReportStatus(*m_pCourse, StatusType::c_nHeartbeat, CourseFigures(), !bInTheMiddle))
         StartHeartbeat(c_nHeartbeatMilliseconds);

@@ -57,6 +57,7 @@ void CEditorToolBars::AddCommand(QToolBar& bar, int nId) {
         Pictures::EditorIcon(CSysInfo::Instance().GetSysDataFolder(false), command.strBitmap.toString()),
         command.strLabel.isEmpty() ? strTooltip : command.strLabel.toString(), this);
     pAction->setObjectName(QStringLiteral("command_%1").arg(nId));
+    pAction->setCheckable(command.Family == EFamily::Toggle);
     pAction->setToolTip(strTooltip);
     pAction->setStatusTip(command.strHint.isEmpty() ? strTooltip : command.strHint.toString());
     bar.addAction(pAction);
@@ -88,4 +89,9 @@ void CEditorToolBars::UpdateEnabled(const std::function<bool(int)>& isEnabled) {
         it.value()->setEnabled(isEnabled(it.key()));
     for (auto it = m_boxes.cbegin(); it != m_boxes.cend(); ++it)
         it.value()->setEnabled(isEnabled(it.key()));
+}
+
+void CEditorToolBars::ShowStates(const QMap<QString, bool>& states) {
+    for (auto it = m_actions.cbegin(); it != m_actions.cend(); ++it)
+        it.value()->setChecked(states.value(Find(it.key())->strName.toString()));
 }

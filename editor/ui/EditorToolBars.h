@@ -19,6 +19,8 @@ public:
 
     /// Asks for each command whether it is enabled now.
     void UpdateEnabled(const std::function<bool(int)>& isEnabled);
+    /// Presses the buttons of the named commands that are in force at the caret.
+    void ShowStates(const QMap<QString, bool>& states);
 
 Q_SIGNALS:
     void CommandTriggered(int nCommand);

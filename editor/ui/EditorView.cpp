@@ -45,6 +45,7 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
             [this](int nTab) { SwitchTo(static_cast<EMode>(nTab)); });
     connect(m_pBars, &CEditorToolBars::CommandTriggered, this, &CEditorView::RunCommand);
     connect(m_pBars, &CEditorToolBars::ValueChosen, this, &CEditorView::RunBox);
+    connect(m_pDesign, &CWebBrowser2Ex::SelectionChanged, this, &CEditorView::ShowStates);
     SetMode(EMode::Design);
 }
 
@@ -235,6 +236,22 @@ void CEditorView::FocusLive() {
         m_pDesign->setFocus();
     else if (m_mode == EMode::Source)
         m_pSource->setFocus();
+}
+
+/// Presses the buttons of what is in force at the caret. Another call under way is no loss: whoever makes it
+/// shows the states behind it.
+void CEditorView::ShowStates() {
+    if (m_mode != EMode::Design || m_pNode == nullptr || !isVisible())
+        return;
+    QStringList names;
+    for (const Command& command : All()) {
+        if (command.Family == EFamily::Toggle)
+            names.append(command.strName.toString());
+    }
+    const QPointer<CEditorView> pThis(this);
+    QMap<QString, bool> states;
+    if (m_pDesign->QueryCommandStates(names, states) && pThis)
+        m_pBars->ShowStates(states);
 }
 
 void CEditorView::resizeEvent(QResizeEvent* pEvent) {

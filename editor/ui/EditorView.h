@@ -51,6 +51,7 @@ private:
     void SetMode(EditorCommands::EMode mode);
     void LayOut();
     void FocusLive();
+    void ShowStates();
     QString SourceText() const;
 
     // Commands.

@@ -10,6 +10,8 @@
 #include "foundation/TextFile.h"
 #include "platform/ui/WebBrowser.h"
 
+#include <QPointer>
+
 using namespace EditorCommands;
 using namespace Torvane::Dialog::MFC;
 
@@ -23,8 +25,10 @@ bool CEditorView::RunCommand(int nCommand) {
     // A view behind another one has no page, whatever key the main window passes on.
     if (pCommand == nullptr || !IsCommandEnabled(nCommand) || m_pNode == nullptr || !isVisible())
         return false;
+    const QPointer<CEditorView> pThis(this);
     switch (pCommand->Family) {
     case EFamily::Plain:
+    case EFamily::Toggle:
         RunPlain(*pCommand);
         break;
     case EFamily::Colour:
@@ -41,8 +45,13 @@ bool CEditorView::RunCommand(int nCommand) {
         break;
     case EFamily::Page:
         RunOnPage(nCommand);
-        break;
+        return true;
     }
+    // Whoever was in the text goes on typing there.
+    if (pThis && isVisible())
+        FocusLive();
+    if (pThis)
+        ShowStates();
     return true;
 }
 
@@ -65,7 +74,7 @@ void CEditorView::RunLink(const Command& command) {
 
 void CEditorView::RunBox(int nCommand, const QString& strValue) {
     m_pDesign->ExecuteIHTMLDocumentCmd(Find(nCommand)->strName.toString(), false, strValue);
-    m_pDesign->setFocus();
+    FocusLive();
 }
 
 void CEditorView::RunOwn(int nCommand) {

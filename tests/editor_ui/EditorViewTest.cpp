@@ -52,6 +52,8 @@ protected:
     void Type(const QString& strText) {
         Surface("design").setFocus();
         ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusObject() != nullptr; }));
+        QInputMethodEvent composing(u"pin yin"_s, {});
+        QCoreApplication::sendEvent(QApplication::focusObject(), &composing);
         QInputMethodEvent event;
         event.setCommitString(strText);
         QCoreApplication::sendEvent(QApplication::focusObject(), &event);
@@ -91,6 +93,25 @@ TEST_F(EditorViewTest, TypedTextAndAPictureReachTheCourse) {
     EXPECT_EQ(OnDisk(), strSaved);
     ASSERT_EQ(m_world.Host.Views.size(), 1U);
     EXPECT_EQ(m_world.Host.Views[0].kind, EViewKind::ShowContent);
+}
+
+TEST_F(EditorViewTest, WhatIsChosenAtTheCaretHoldsForWhatIsTypedThere) {
+    Open("<p>x</p>");
+    Type(u"前"_s);
+    Action(32779).trigger();
+    EXPECT_TRUE(Action(32779).isChecked());
+    Type(u"粗"_s);
+    EXPECT_TRUE(Action(32779).isChecked());
+    Action(32779).trigger();
+    EXPECT_FALSE(Action(32779).isChecked());
+    Type(u"细"_s);
+    auto* pFonts = m_view.findChild<QComboBox*>(u"box_32785"_s);
+    pFonts->setFocus();
+    pFonts->setCurrentIndex(1);
+    Q_EMIT pFonts->activated(1);
+    Type(u"黑"_s);
+    EXPECT_TRUE(Html().startsWith(u"<p>前<b>粗</b>细<font face=\"黑体\">黑</font>"_s))
+        << Html().toStdString();
 }
 
 TEST_F(EditorViewTest, AnUntouchedPageIsLeftWithoutAQuestionWhateverItsMarkup) {
@@ -160,7 +181,8 @@ TEST_F(EditorViewTest, CommandsAreEnabledByTab) {
 TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
     Open("<p>one <b>two</b></p>");
     for (const auto& command : EditorCommands::All()) {
-        if (command.Family != EditorCommands::EFamily::Plain)
+        if (command.Family != EditorCommands::EFamily::Plain &&
+            command.Family != EditorCommands::EFamily::Toggle)
             continue;
         Action(32823).trigger();
         EXPECT_TRUE(Surface("design").ExecuteIHTMLDocumentCmd(command.strName.toString(), false, QVariant()))
