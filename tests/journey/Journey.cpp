@@ -8,85 +8,40 @@
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMessageBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QThread>
-#include <QTreeWidget>
+#include <QTreeView>
 
-#include <array>
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString c_strTyped = QStringLiteral("本课程面向全校本科生，讲授数据结构与算法。");
-const QString c_strBold = QStringLiteral("欢迎选课！");
-const QString c_strLater = QStringLiteral("第二学期补充实验。");
-const QString c_strNewNode = QStringLiteral("学生作品展示");
-const QString c_strNewPassword = QStringLiteral("vorel2026");
+const QString c_strTyped = u"本课程面向全校本科生，讲授数据结构与算法。"_s;
+const QString c_strBold = u"欢迎选课！"_s;
+const QString c_strLater = u"第二学期补充实验。"_s;
+const QString c_strNewNode = u"学生作品展示"_s;
+const QString c_strNewPassword = u"vorel2026"_s;
 
-const QString c_strFrame = QStringLiteral("CMainFrame");
-const QString c_strStartup = QStringLiteral("CStartupDialog");
-const QString c_strTree = QStringLiteral("CBookTreeView");
-const QString c_strWizard = QStringLiteral("CCreateProjectWizard");
-const QString c_strFileName = QStringLiteral("fileNameEdit");
+const QString c_strFrame = u"CMainFrame"_s;
+const QString c_strStartup = u"CStartupDialog"_s;
+const QString c_strTree = u"CBookTreeView"_s;
+const QString c_strWizard = u"CCreateProjectWizard"_s;
+const QString c_strFileName = u"fileNameEdit"_s;
+const QString c_strBoldButton = u"button_32779"_s;
 
-/// One part of the way. What a later part or the caller must know stands in "facts.txt", a line "key: value"
-/// each.
-class CTeacher {
-public:
-    explicit CTeacher(const QString& strFolder)
-        : m_strFolder(strFolder), m_robot(strFolder + QStringLiteral("/shots")) {}
+// What follows up to the class runs on the interface thread.
 
-    void ChooseCourse();
-    void ChooseFolderAndTemplate();
-    void WritePage();
-    void LeaveWithQuestion();
-    void AddNode();
-    void OpenAgain();
-    void FindAllAsLeft();
-    void Compile();
-    void CloseProgram();
-
-private:
-    void ClickFirstRow(const QString& strList);
-    void SelectFirstLeaf();
-    void ClickItem(const QString& strText, int nButton = 1);
-    void InsertPicture();
-    void WaitForOpenCourse();
-    void AnswerBox(const QString& strText, const QString& strButton);
-    void EnterEditor();
-    QString SavedPage() const;
-    void WaitForSaved(const QString& strText);
-    void Note(const QString& strKey, const QString& strValue) const;
-    QString Fact(const QString& strKey) const;
-
-    QString m_strFolder;
-    Robot m_robot;
-};
-
-// What follows up to the class's first member runs on the interface thread.
-
-QString FieldText(const QString& strName) {
-    auto* pEdit = qobject_cast<QLineEdit*>(Robot::Find(strName));
-    return pEdit ? pEdit->text() : QString();
-}
-
-QTreeWidgetItem* Item(const QString& strText) {
-    auto* pTree = qobject_cast<QTreeWidget*>(Robot::Find(c_strTree));
-    if (!pTree)
-        return nullptr;
-    const auto found = pTree->findItems(strText, Qt::MatchExactly | Qt::MatchRecursive);
-    return found.isEmpty() ? nullptr : found.first();
-}
-
-QRect ItemPlace(QWidget* pWidget, const QString& strText) {
-    auto* pTree = qobject_cast<QTreeWidget*>(pWidget);
-    QTreeWidgetItem* pItem = Item(strText);
-    if (!pItem)
-        return {};
-    pTree->scrollToItem(pItem);
-    return pTree->visualItemRect(pItem).translated(pTree->viewport()->pos());
+/// A line of a list or tree, wherever it stands in it; the first one for no text.
+QModelIndex Line(const QString& strView, const QString& strText = QString()) {
+    auto* pView = qobject_cast<QAbstractItemView*>(Robot::Find(strView));
+    const QModelIndex first = pView ? pView->model()->index(0, 0) : QModelIndex();
+    if (!first.isValid() || strText.isEmpty())
+        return first;
+    const auto found =
+        pView->model()->match(first, Qt::DisplayRole, strText, 1, Qt::MatchExactly | Qt::MatchRecursive);
+    return found.value(0);
 }
 
 QMessageBox* ShownBox() {
@@ -94,277 +49,258 @@ QMessageBox* ShownBox() {
     return pBox && pBox->isVisible() ? pBox : nullptr;
 }
 
-void CTeacher::Note(const QString& strKey, const QString& strValue) const {
-    QFile facts(m_strFolder + QStringLiteral("/facts.txt"));
-    if (!facts.open(QIODevice::Append))
-        throw Robot::Failure("facts.txt is not writable");
-    facts.write((strKey + QStringLiteral(": ") + strValue + QLatin1Char('\n')).toUtf8());
-}
+/// One part of the way. What a later part or the caller must know stands in "facts.txt", a line "key: value"
+/// each.
+class CTeacher {
+public:
+    explicit CTeacher(const QString& strFolder) : m_strFolder(strFolder), m_robot(strFolder + u"/shots"_s) {}
 
-QString CTeacher::Fact(const QString& strKey) const {
-    QFile facts(m_strFolder + QStringLiteral("/facts.txt"));
-    if (!facts.open(QIODevice::ReadOnly))
-        throw Robot::Failure("facts.txt is not there");
-    for (const QString& strLine : QString::fromUtf8(facts.readAll()).split(QLatin1Char('\n'))) {
-        if (strLine.startsWith(strKey + QStringLiteral(": ")))
-            return strLine.mid(strKey.size() + 2);
-    }
-    return QString();
-}
+    void ChooseCourse() {
+        m_robot.WaitForWidget(u"ok"_s, c_strStartup);
+        m_robot.Shot(u"start"_s);
+        m_robot.Click(u"ok"_s, c_strStartup);
 
-/// The page that holds the typed text, as it lies on the disk; empty when there is none.
-QString CTeacher::SavedPage() const {
-    const QDir nodes(Fact(QStringLiteral("course")) + QStringLiteral("/Data/Courseware/NodeResource"));
-    for (const QString& strNode : nodes.entryList({QStringLiteral("N*")}, QDir::Dirs)) {
-        QFile page(nodes.filePath(strNode + QStringLiteral("/Content.htm")));
-        if (!page.open(QIODevice::ReadOnly))
-            continue;
-        const QString strText = CodePage::Decode(page.readAll());
-        if (strText.contains(c_strTyped))
-            return strText;
-    }
-    return QString();
-}
+        const QString strInitial = qEnvironmentVariable("VOREL_JOURNEY_PASSWORD");
+        m_robot.WaitForWidget(u"courseList"_s, c_strWizard);
+        ClickLine(u"courseList"_s);
+        m_robot.ClickInto(u"password"_s, c_strWizard);
+        m_robot.Type(strInitial);
+        m_robot.Shot(u"choose-course"_s);
+        m_robot.Click(u"next"_s, c_strWizard);
 
-void CTeacher::WaitForSaved(const QString& strText) {
-    m_robot.WaitFor("the page on the disk", [&] { return SavedPage().contains(strText); });
-}
-
-void CTeacher::AnswerBox(const QString& strText, const QString& strButton) {
-    m_robot.WaitFor("a message box", [] { return ShownBox() != nullptr; });
-    QString strSeen;
-    bool bFound = false;
-    Robot::OnGui([&] {
-        strSeen = ShownBox()->text();
-        for (QAbstractButton* pButton : ShownBox()->buttons()) {
-            if (pButton->text().startsWith(strButton)) {
-                pButton->setObjectName(QStringLiteral("journeyAnswer"));
-                bFound = true;
-            }
+        // The sample course still has its initial password, and the wizard does not go on with it.
+        m_robot.ClickInto(u"old"_s);
+        m_robot.Type(strInitial);
+        for (int nField = 0; nField < 2; ++nField) {
+            m_robot.Press(u"Tab"_s);
+            m_robot.Type(c_strNewPassword);
         }
-    });
-    if (strSeen != strText || !bFound)
-        throw Robot::Failure("another box came: " + strSeen.toStdString());
-    m_robot.Click(QStringLiteral("journeyAnswer"));
-    m_robot.WaitFor("the box to go", [] { return Robot::Find(QStringLiteral("journeyAnswer")) == nullptr; });
-}
+        m_robot.Shot(u"change-password"_s);
+        m_robot.Press(u"Return"_s);
+        AnswerBox(u"密码已修改，请您牢记！"_s, u"ok"_s);
+    }
 
-void CTeacher::ClickFirstRow(const QString& strList) {
-    m_robot.WaitForWidget(strList);
-    m_robot.WaitFor("a row in the list", [&] {
-        auto* pList = qobject_cast<QListWidget*>(Robot::Find(strList));
-        return pList && pList->count() > 0;
-    });
-    m_robot.ClickAt(strList, [](QWidget* pWidget) {
-        auto* pList = qobject_cast<QListWidget*>(pWidget);
-        return pList->visualItemRect(pList->item(0)).translated(pList->viewport()->pos());
-    });
-}
+    void ChooseFolderAndTemplate() {
+        m_robot.WaitForWidget(u"courseFolder"_s, c_strWizard);
+        const auto strFolder = Robot::Ask<QString>(
+            [] { return qobject_cast<QLineEdit*>(Robot::Find(u"courseFolder"_s))->text(); });
+        m_robot.Shot(u"choose-folder"_s);
+        m_robot.Click(u"next"_s, c_strWizard);
 
-void CTeacher::ClickItem(const QString& strText, int nButton) {
-    m_robot.WaitFor("the node in the tree", [&] { return Item(strText) != nullptr; });
-    m_robot.ClickAt(
-        c_strTree, [&](QWidget* pTree) { return ItemPlace(pTree, strText); }, nButton);
-}
+        ClickLine(u"templateList"_s);
+        m_robot.Shot(u"choose-template"_s);
+        m_robot.Click(u"next"_s, c_strWizard);
+        m_robot.WaitForWidget(u"summary"_s, c_strWizard);
+        m_robot.Shot(u"summary"_s);
+        m_robot.Click(u"finish"_s, c_strWizard);
 
-void CTeacher::WaitForOpenCourse() {
-    m_robot.WaitFor("the course to open", [] {
-        const QWidget* pFrame = Robot::Find(c_strFrame);
-        return pFrame && pFrame->windowTitle().endsWith(QStringLiteral(" - Vorel")) &&
-               !QApplication::activeModalWidget();
-    });
-}
+        WaitForOpenCourse();
+        Note(u"course"_s, strFolder);
+        m_robot.Shot(u"course-open"_s);
+    }
 
-void CTeacher::ChooseCourse() {
-    m_robot.WaitForWidget(QStringLiteral("ok"), c_strStartup);
-    m_robot.Shot(QStringLiteral("start"));
-    m_robot.Click(QStringLiteral("ok"), c_strStartup);
+    void WritePage() {
+        SelectFirstLeaf(u"page"_s);
+        EnterEditor();
+        m_robot.Shot(u"editor"_s);
 
-    const QString strInitial = qEnvironmentVariable("VOREL_JOURNEY_PASSWORD");
-    m_robot.WaitForWidget(QStringLiteral("courseList"), c_strWizard);
-    ClickFirstRow(QStringLiteral("courseList"));
-    m_robot.ClickInto(QStringLiteral("password"), c_strWizard);
-    m_robot.Type(strInitial);
-    m_robot.Shot(QStringLiteral("choose-course"));
-    m_robot.Click(QStringLiteral("next"), c_strWizard);
+        m_robot.Click(u"design"_s);
+        m_robot.Press(u"ctrl+End"_s);
+        m_robot.Press(u"Return"_s);
+        m_robot.Type(c_strTyped);
+        PressBold(true);
+        m_robot.Type(c_strBold);
+        PressBold(false);
+        m_robot.Press(u"Return"_s);
+        InsertPicture();
+        m_robot.Shot(u"typed"_s);
 
-    // The sample course still has its initial password, and the wizard does not go on with it.
-    m_robot.ClickInto(QStringLiteral("old"));
-    m_robot.Type(strInitial);
-    m_robot.Press(QStringLiteral("Tab"));
-    m_robot.Type(c_strNewPassword);
-    m_robot.Press(QStringLiteral("Tab"));
-    m_robot.Type(c_strNewPassword);
-    m_robot.Shot(QStringLiteral("change-password"));
-    m_robot.Press(QStringLiteral("Return"));
-    AnswerBox(QStringLiteral("密码已修改，请您牢记！"), QStringLiteral("确定"));
-}
+        m_robot.Press(u"ctrl+s"_s);
+        WaitForSaved(u"<b>"_s + c_strBold + u"</b>"_s);
+        const QString strPage = SavedPage();
+        if (!strPage.contains(u"res/"_s) || strPage.contains(u"校园"_s))
+            throw Robot::Failure("the picture of the saved page does not lie in its own folder: " +
+                                 strPage.toStdString());
+        m_robot.Shot(u"saved"_s);
+    }
 
-void CTeacher::ChooseFolderAndTemplate() {
-    m_robot.WaitForWidget(QStringLiteral("courseFolder"), c_strWizard);
-    const auto strName = Robot::Ask<QString>([] { return FieldText(QStringLiteral("courseName")); });
-    const auto strFolder = Robot::Ask<QString>([] { return FieldText(QStringLiteral("courseFolder")); });
-    m_robot.Shot(QStringLiteral("choose-folder"));
-    m_robot.Click(QStringLiteral("next"), c_strWizard);
+    void LeaveWithQuestion() {
+        m_robot.Click(u"design"_s);
+        m_robot.Press(u"ctrl+End"_s);
+        m_robot.Type(c_strLater);
+        ClickLine(c_strTree, RootText());
+        m_robot.WaitFor("the question", [] { return ShownBox() != nullptr; });
+        m_robot.Shot(u"question"_s);
+        AnswerBox(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, u"yes"_s);
+        WaitForSaved(c_strLater);
+        m_robot.Shot(u"left"_s);
+    }
 
-    ClickFirstRow(QStringLiteral("templateList"));
-    m_robot.Shot(QStringLiteral("choose-template"));
-    m_robot.Click(QStringLiteral("next"), c_strWizard);
-    m_robot.WaitForWidget(QStringLiteral("summary"), c_strWizard);
-    m_robot.Shot(QStringLiteral("summary"));
-    m_robot.Click(QStringLiteral("finish"), c_strWizard);
+    void AddNode() {
+        ClickLine(c_strTree, RootText(), 3);
+        m_robot.Shot(u"context-menu"_s);
+        m_robot.ClickMenuEntry(u"添加子栏目"_s);
+        m_robot.WaitFor("the title field",
+                        [] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); });
+        m_robot.Press(u"ctrl+a"_s);
+        m_robot.Type(c_strNewNode);
+        m_robot.Press(u"Return"_s);
+        m_robot.WaitFor("the new node", [] { return Line(c_strTree, c_strNewNode).isValid(); });
+        m_robot.Shot(u"node-added"_s);
+    }
 
-    WaitForOpenCourse();
-    Note(QStringLiteral("course"), strFolder);
-    Note(QStringLiteral("name"), strName);
-    m_robot.Shot(QStringLiteral("course-open"));
-}
+    void OpenAgain() {
+        m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
+        m_robot.ClickAt(u"tabs"_s, [](QWidget* pWidget) {
+            const QTabBar* pBar = qobject_cast<QTabWidget*>(pWidget)->tabBar();
+            return pBar->tabRect(1).translated(pBar->pos());
+        });
+        m_robot.WaitForWidget(u"recentList"_s, c_strStartup);
+        m_robot.Shot(u"recent"_s);
+        m_robot.Click(u"ok"_s, c_strStartup);
+        m_robot.ClickInto(u"password"_s);
+        m_robot.Type(c_strNewPassword);
+        m_robot.Shot(u"password"_s);
+        m_robot.Press(u"Return"_s);
+        WaitForOpenCourse();
+        m_robot.Shot(u"open-again"_s);
+    }
 
-void CTeacher::SelectFirstLeaf() {
-    // The tree opens one level at a time, as it is clicked.
-    QString strNext = Robot::Ask<QString>([] {
-        auto* pTree = qobject_cast<QTreeWidget*>(Robot::Find(c_strTree));
-        const QTreeWidgetItem* pRoot = pTree->topLevelItem(2);
-        return pRoot && pRoot->childCount() > 0 ? pRoot->child(0)->text(0) : QString();
-    });
-    while (!strNext.isEmpty()) {
-        ClickItem(strNext);
-        Note(QStringLiteral("node"), strNext);
-        const QString strBranch = strNext;
-        strNext = Robot::Ask<QString>([&] {
-            QTreeWidgetItem* pItem = Item(strBranch);
-            if (pItem->childCount() == 0)
-                return QString();
-            pItem->setExpanded(true);
-            return pItem->child(0)->text(0);
+    void FindAllAsLeft() {
+        m_robot.WaitFor("the node that was added", [] { return Line(c_strTree, c_strNewNode).isValid(); });
+        const QString strBefore = SavedPage();
+        SelectFirstLeaf(u"page-again"_s);
+        // Opened for editing and left untouched, the page asks nothing and stays what it is.
+        EnterEditor();
+        ClickLine(c_strTree, c_strNewNode);
+        m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
+        if (SavedPage() != strBefore || strBefore.isEmpty())
+            throw Robot::Failure("a page that nobody touched has changed");
+        m_robot.Shot(u"empty-node"_s);
+    }
+
+    void Compile() {
+        m_robot.Click(u"tool_32855"_s);
+        const QString strSite = Fact(u"course"_s) + u"/课程网站"_s;
+        m_robot.WaitFor(
+            "the compiled site", [&] { return QFile::exists(strSite + u"/index.html"_s); }, 60);
+        m_robot.WaitForWidget(u"tool_32855"_s);
+        Note(u"site"_s, strSite);
+        m_robot.Shot(u"compiled"_s);
+    }
+
+    /// The last thing that this thread asks: the program goes, and the plug-in with it.
+    void CloseProgram() {
+        QMetaObject::invokeMethod(
+            qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
+    }
+
+private:
+    void Note(const QString& strKey, const QString& strValue) const {
+        QFile facts(m_strFolder + u"/facts.txt"_s);
+        if (!facts.open(QIODevice::Append))
+            throw Robot::Failure("facts.txt is not writable");
+        facts.write((strKey + u": "_s + strValue + u'\n').toUtf8());
+    }
+
+    QString Fact(const QString& strKey) const {
+        QFile facts(m_strFolder + u"/facts.txt"_s);
+        if (!facts.open(QIODevice::ReadOnly))
+            throw Robot::Failure("facts.txt is not there");
+        return QString::fromUtf8(facts.readAll()).section(strKey + u": "_s, 1, 1).section(u'\n', 0, 0);
+    }
+
+    /// The page that holds the typed text, as it lies on the disk; empty when there is none.
+    QString SavedPage() const {
+        const QDir nodes(Fact(u"course"_s) + u"/Data/Courseware/NodeResource"_s);
+        for (const QString& strNode : nodes.entryList({u"N*"_s}, QDir::Dirs)) {
+            QFile page(nodes.filePath(strNode + u"/Content.htm"_s));
+            const QString strText =
+                page.open(QIODevice::ReadOnly) ? CodePage::Decode(page.readAll()) : QString();
+            if (strText.contains(c_strTyped))
+                return strText;
+        }
+        return QString();
+    }
+
+    void WaitForSaved(const QString& strText) {
+        m_robot.WaitFor("the page on the disk", [&] { return SavedPage().contains(strText); });
+    }
+
+    void AnswerBox(const QString& strText, const QString& strButton) {
+        m_robot.WaitForWidget(strButton, u"messageBox"_s);
+        const auto strSeen = Robot::Ask<QString>([] { return ShownBox()->text(); });
+        if (strSeen != strText)
+            throw Robot::Failure("another box came: " + strSeen.toStdString());
+        m_robot.Click(strButton, u"messageBox"_s);
+        m_robot.WaitFor("the box to go", [] { return !ShownBox(); });
+    }
+
+    void ClickLine(const QString& strView, const QString& strText = QString(), int nButton = 1) {
+        m_robot.WaitFor("the line", [&] { return Line(strView, strText).isValid(); });
+        m_robot.ClickAt(
+            strView,
+            [&](QWidget* pWidget) {
+                auto* pView = qobject_cast<QAbstractItemView*>(pWidget);
+                pView->scrollTo(Line(strView, strText));
+                return pView->visualRect(Line(strView, strText)).translated(pView->viewport()->pos());
+            },
+            nButton);
+    }
+
+    QString RootText() {
+        return Robot::Ask<QString>([] { return Line(c_strTree).siblingAtRow(2).data().toString(); });
+    }
+
+    void WaitForOpenCourse() {
+        m_robot.WaitFor("the course to open", [] {
+            const QWidget* pFrame = Robot::Find(c_strFrame);
+            return pFrame && pFrame->windowTitle().endsWith(u" - Vorel"_s) &&
+                   !QApplication::activeModalWidget();
         });
     }
-}
 
-void CTeacher::EnterEditor() {
-    m_robot.Click(QStringLiteral("tool_32815"));
-    m_robot.WaitForWidget(QStringLiteral("design"));
-    m_robot.WaitFor("the editing commands", [] {
-        const QWidget* pBold = Robot::Find(QStringLiteral("button_32779"));
-        return pBold && pBold->isEnabled();
-    });
-}
+    /// The tree opens one level at a time, as it is clicked.
+    void SelectFirstLeaf(const QString& strShot) {
+        for (QString strNext = RootText(); !strNext.isEmpty();) {
+            ClickLine(c_strTree, strNext);
+            strNext = Robot::Ask<QString>([&] {
+                const QModelIndex line = Line(c_strTree, strNext);
+                qobject_cast<QTreeView*>(Robot::Find(c_strTree))->expand(line);
+                return line.model()->index(0, 0, line).data().toString();
+            });
+        }
+        m_robot.WaitForWidget(u"tool_32815"_s);
+        QThread::msleep(1500);
+        m_robot.Shot(strShot);
+    }
 
-void CTeacher::InsertPicture() {
-    m_robot.Click(QStringLiteral("button_32790"));
-    m_robot.ClickInto(c_strFileName);
-    m_robot.Press(QStringLiteral("ctrl+a"));
-    m_robot.Type(m_strFolder + QStringLiteral("/校园 照片.png"));
-    m_robot.Shot(QStringLiteral("choose-picture"));
-    m_robot.Press(QStringLiteral("Return"));
-    m_robot.WaitFor("the file dialog to go", [] { return Robot::Find(c_strFileName) == nullptr; });
-}
+    void EnterEditor() {
+        m_robot.Click(u"tool_32815"_s);
+        m_robot.WaitForWidget(u"design"_s);
+        m_robot.WaitForWidget(c_strBoldButton);
+    }
 
-void CTeacher::WritePage() {
-    SelectFirstLeaf();
-    m_robot.WaitForWidget(QStringLiteral("tool_32815"));
-    QThread::msleep(1500);
-    m_robot.Shot(QStringLiteral("page"));
-    EnterEditor();
-    m_robot.Shot(QStringLiteral("editor"));
+    void PressBold(bool bOn) {
+        m_robot.Click(c_strBoldButton);
+        m_robot.WaitFor("the button to follow the caret", [&] {
+            return qobject_cast<QAbstractButton*>(Robot::Find(c_strBoldButton))->isChecked() == bOn;
+        });
+    }
 
-    m_robot.Click(QStringLiteral("design"));
-    m_robot.Press(QStringLiteral("ctrl+End"));
-    m_robot.Press(QStringLiteral("Return"));
-    m_robot.Type(c_strTyped);
-    m_robot.Click(QStringLiteral("button_32779"));
-    m_robot.Type(c_strBold);
-    m_robot.Click(QStringLiteral("button_32779"));
-    m_robot.Press(QStringLiteral("Return"));
-    InsertPicture();
-    m_robot.Shot(QStringLiteral("typed"));
+    void InsertPicture() {
+        m_robot.Click(u"button_32790"_s);
+        m_robot.ClickInto(c_strFileName);
+        m_robot.Press(u"ctrl+a"_s);
+        m_robot.Type(m_strFolder + u"/校园 照片.png"_s);
+        m_robot.Shot(u"choose-picture"_s);
+        m_robot.Press(u"Return"_s);
+        m_robot.WaitFor("the file dialog to go", [] { return !Robot::Find(c_strFileName); });
+    }
 
-    m_robot.Press(QStringLiteral("ctrl+s"));
-    WaitForSaved(c_strBold);
-    const QString strPage = SavedPage();
-    if (!strPage.contains(QStringLiteral("res/")) || strPage.contains(QStringLiteral("校园")))
-        throw Robot::Failure("the picture of the saved page does not lie in its own folder: " +
-                             strPage.toStdString());
-    m_robot.Shot(QStringLiteral("saved"));
-}
-
-void CTeacher::LeaveWithQuestion() {
-    m_robot.Click(QStringLiteral("design"));
-    m_robot.Press(QStringLiteral("ctrl+End"));
-    m_robot.Type(c_strLater);
-    const auto strRoot = Robot::Ask<QString>(
-        [] { return qobject_cast<QTreeWidget*>(Robot::Find(c_strTree))->topLevelItem(2)->text(0); });
-    ClickItem(strRoot);
-    m_robot.WaitFor("the question", [] { return ShownBox() != nullptr; });
-    m_robot.Shot(QStringLiteral("question"));
-    AnswerBox(QStringLiteral("该文件内容已改变，您需要保存已修改的内容吗？"), QStringLiteral("是"));
-    WaitForSaved(c_strLater);
-    m_robot.Shot(QStringLiteral("left"));
-}
-
-void CTeacher::AddNode() {
-    const auto strRoot = Robot::Ask<QString>(
-        [] { return qobject_cast<QTreeWidget*>(Robot::Find(c_strTree))->topLevelItem(2)->text(0); });
-    ClickItem(strRoot, 3);
-    m_robot.Shot(QStringLiteral("context-menu"));
-    m_robot.ClickMenuEntry(QStringLiteral("添加子栏目"));
-    m_robot.WaitFor("the title field", [] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); });
-    m_robot.Press(QStringLiteral("ctrl+a"));
-    m_robot.Type(c_strNewNode);
-    m_robot.Press(QStringLiteral("Return"));
-    m_robot.WaitFor("the new node", [] { return Item(c_strNewNode) != nullptr; });
-    m_robot.Shot(QStringLiteral("node-added"));
-}
-
-void CTeacher::CloseProgram() {
-    // The last thing that this thread asks: the program goes, and the plug-in with it.
-    QMetaObject::invokeMethod(
-        qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
-}
-
-void CTeacher::OpenAgain() {
-    m_robot.WaitForWidget(QStringLiteral("tabs"), c_strStartup);
-    m_robot.ClickAt(QStringLiteral("tabs"), [](QWidget* pWidget) {
-        const QTabBar* pBar = qobject_cast<QTabWidget*>(pWidget)->tabBar();
-        return pBar->tabRect(1).translated(pBar->pos());
-    });
-    m_robot.WaitForWidget(QStringLiteral("recentList"), c_strStartup);
-    m_robot.Shot(QStringLiteral("recent"));
-    m_robot.Click(QStringLiteral("ok"), c_strStartup);
-    m_robot.WaitForWidget(QStringLiteral("password"));
-    m_robot.ClickInto(QStringLiteral("password"));
-    m_robot.Type(c_strNewPassword);
-    m_robot.Shot(QStringLiteral("password"));
-    m_robot.Press(QStringLiteral("Return"));
-    WaitForOpenCourse();
-    m_robot.Shot(QStringLiteral("open-again"));
-}
-
-void CTeacher::FindAllAsLeft() {
-    m_robot.WaitFor("the node that was added", [] { return Item(c_strNewNode) != nullptr; });
-    const QString strBefore = SavedPage();
-    SelectFirstLeaf();
-    QThread::msleep(1500);
-    m_robot.Shot(QStringLiteral("page-again"));
-    // Opened for editing and left untouched, the page asks nothing and stays what it is.
-    EnterEditor();
-    ClickItem(c_strNewNode);
-    m_robot.WaitFor("the editor to be left",
-                    [] { return Robot::Find(QStringLiteral("CEditorView")) == nullptr; });
-    if (SavedPage() != strBefore || strBefore.isEmpty())
-        throw Robot::Failure("a page that nobody touched has changed");
-    m_robot.Shot(QStringLiteral("empty-node"));
-}
-
-void CTeacher::Compile() {
-    m_robot.Click(QStringLiteral("tool_32855"));
-    const QString strSite = Fact(QStringLiteral("course")) + QStringLiteral("/课程网站");
-    m_robot.WaitFor(
-        "the compiled site", [&] { return QFile::exists(strSite + QStringLiteral("/index.html")); }, 60);
-    m_robot.WaitForWidget(QStringLiteral("tool_32855"));
-    Note(QStringLiteral("site"), strSite);
-    m_robot.Shot(QStringLiteral("compiled"));
-}
+    QString m_strFolder;
+    Robot m_robot;
+};
 
 } // namespace
 

@@ -36,13 +36,7 @@ struct Robot::Input {
         XSync(pDisplay, 0);
     }
     void Key(const QString& strName, bool bDown) const {
-        QString strSymbol = strName;
-        if (strName == QStringLiteral("ctrl"))
-            strSymbol = QStringLiteral("Control_L");
-        else if (strName == QStringLiteral("shift"))
-            strSymbol = QStringLiteral("Shift_L");
-        else if (strName == QStringLiteral("alt"))
-            strSymbol = QStringLiteral("Alt_L");
+        const QString strSymbol = strName == QStringLiteral("ctrl") ? QStringLiteral("Control_L") : strName;
         const KeyCode nCode = XKeysymToKeycode(pDisplay, XStringToKeysym(strSymbol.toLatin1().constData()));
         XTestFakeKeyEvent(pDisplay, nCode, bDown ? 1 : 0, 0);
         XSync(pDisplay, 0);
@@ -136,29 +130,18 @@ void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>
     m_pInput->Button(nButton);
 }
 
-void Robot::DoubleClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place) {
-    ClickAt(strName, place);
-    m_pInput->Button(1);
-}
-
 void Robot::ClickMenuEntry(const QString& strText) {
-    const auto find = [&]() -> std::pair<QMenu*, QAction*> {
+    const auto place = [&] {
         auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (pMenu) {
-            for (QAction* pAction : pMenu->actions()) {
-                if (pAction->text() == strText && pAction->isEnabled())
-                    return {pMenu, pAction};
-            }
+        for (QAction* pAction : pMenu ? pMenu->actions() : QList<QAction*>()) {
+            if (pAction->text() == strText && pAction->isEnabled())
+                return pMenu->mapToGlobal(pMenu->actionGeometry(pAction).center());
         }
-        return {};
+        return QPoint();
     };
-    WaitFor(("the menu entry " + strText.toStdString()).c_str(), [&] { return find().first != nullptr; });
+    WaitFor(("the menu entry " + strText.toStdString()).c_str(), [&] { return !place().isNull(); });
     QThread::msleep(100);
-    const auto at = Ask<QPoint>([&] {
-        const auto [pMenu, pAction] = find();
-        return pMenu ? pMenu->mapToGlobal(pMenu->actionGeometry(pAction).center()) : QPoint();
-    });
-    m_pInput->Move(at);
+    m_pInput->Move(Ask<QPoint>(place));
     m_pInput->Button(1);
 }
 
@@ -188,6 +171,8 @@ void Robot::Type(const QString& strText) {
     }
     WaitFor("a place to type", [] { return qApp->focusObject() != nullptr; });
     OnGui([&] {
+        QInputMethodEvent composing(QStringLiteral("pin yin"), {});
+        QCoreApplication::sendEvent(qApp->focusObject(), &composing);
         QInputMethodEvent event;
         event.setCommitString(strText);
         QCoreApplication::sendEvent(qApp->focusObject(), &event);

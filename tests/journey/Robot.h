@@ -44,16 +44,15 @@ public:
     /// Clicks the middle of the widget, or a place in it.
     void Click(const QString& strName, const QString& strWindow = QString());
     void ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton = 1);
-    void DoubleClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place);
     /// Clicks the entry of the open menu.
     void ClickMenuEntry(const QString& strText);
 
-    /// Presses a key with modifiers, as X names them: "Return", "ctrl+s", "shift+Home".
+    /// Presses a key with modifiers, as X names them: "Return", "ctrl+s".
     void Press(const QString& strKeys);
     /// Clicks into a field and waits until it has the focus.
     void ClickInto(const QString& strName, const QString& strWindow = QString());
     /// Types small letters and digits on the keyboard; any other text is committed to whatever has the focus,
-    /// as an input method does.
+    /// as an input method does: first composing, then committing.
     void Type(const QString& strText);
 
     /// A picture of the whole screen, "<number>-<name>.png".

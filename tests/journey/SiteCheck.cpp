@@ -3,48 +3,34 @@
 // vorel-site-check START_PAGE TEXT SCREENSHOT_FOLDER; ends with 0 when all was found.
 #include <QApplication>
 #include <QDir>
-#include <QEventLoop>
-#include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QTimer>
 #include <QUrl>
 #include <QWebEngineView>
+#include <QtTest/QTest>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
+constexpr int c_nMilliseconds = 20000;
+
 bool Load(QWebEngineView& view, const QUrl& url) {
-    QEventLoop loop;
-    bool bLoaded = false;
-    QObject::connect(&view, &QWebEngineView::loadFinished, &loop, [&](bool bOk) {
-        bLoaded = bOk;
-        loop.quit();
-    });
-    QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+    std::optional<bool> loaded;
+    QObject context;
+    QObject::connect(&view, &QWebEngineView::loadFinished, &context, [&](bool bOk) { loaded = bOk; });
     view.load(url);
-    loop.exec();
-    return bLoaded;
+    return QTest::qWaitFor([&] { return loaded.has_value(); }, c_nMilliseconds) && *loaded;
 }
 
 QVariant Script(QWebEngineView& view, const QString& strScript) {
-    QEventLoop loop;
-    QVariant result;
-    view.page()->runJavaScript(strScript, [&](const QVariant& value) {
-        result = value;
-        loop.quit();
-    });
-    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
-    loop.exec();
-    return result;
+    const auto pResult = std::make_shared<std::optional<QVariant>>();
+    view.page()->runJavaScript(strScript, [pResult](const QVariant& value) { *pResult = value; });
+    (void)QTest::qWaitFor([&] { return pResult->has_value(); }, c_nMilliseconds);
+    return pResult->value_or(QVariant());
 }
 
 void Shot(QWebEngineView& view, const QString& strFile) {
-    QEventLoop loop;
-    QTimer::singleShot(1000, &loop, &QEventLoop::quit);
-    loop.exec();
+    QTest::qWait(1000);
     view.grab().save(strFile);
 }
 
