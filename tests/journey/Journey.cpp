@@ -9,8 +9,6 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QTabBar>
-#include <QTabWidget>
 #include <QThread>
 #include <QTreeView>
 
@@ -65,8 +63,7 @@ public:
         ClickLine(u"courseList"_s);
         m_robot.ClickInto(u"password"_s, c_strWizard);
         m_robot.Type(strInitial);
-        m_robot.Shot(u"choose-course"_s);
-        m_robot.Click(u"next"_s, c_strWizard);
+        GoOn(u"choose-course"_s);
 
         // The sample course still has its initial password, and the wizard does not go on with it.
         m_robot.ClickInto(u"old"_s);
@@ -75,7 +72,6 @@ public:
             m_robot.Press(u"Tab"_s);
             m_robot.Type(c_strNewPassword);
         }
-        m_robot.Shot(u"change-password"_s);
         m_robot.Press(u"Return"_s);
         AnswerBox(u"密码已修改，请您牢记！"_s, u"ok"_s);
     }
@@ -84,16 +80,10 @@ public:
         m_robot.WaitForWidget(u"courseFolder"_s, c_strWizard);
         const auto strFolder = Robot::Ask<QString>(
             [] { return qobject_cast<QLineEdit*>(Robot::Find(u"courseFolder"_s))->text(); });
-        m_robot.Shot(u"choose-folder"_s);
-        m_robot.Click(u"next"_s, c_strWizard);
-
+        GoOn(u"choose-folder"_s);
         ClickLine(u"templateList"_s);
-        m_robot.Shot(u"choose-template"_s);
-        m_robot.Click(u"next"_s, c_strWizard);
-        m_robot.WaitForWidget(u"summary"_s, c_strWizard);
-        m_robot.Shot(u"summary"_s);
-        m_robot.Click(u"finish"_s, c_strWizard);
-
+        GoOn(u"choose-template"_s);
+        GoOn(u"summary"_s, u"finish"_s);
         WaitForOpenCourse();
         Note(u"course"_s, strFolder);
         m_robot.Shot(u"course-open"_s);
@@ -102,7 +92,6 @@ public:
     void WritePage() {
         SelectFirstLeaf(u"page"_s);
         EnterEditor();
-        m_robot.Shot(u"editor"_s);
 
         m_robot.Click(u"design"_s);
         m_robot.Press(u"ctrl+End"_s);
@@ -129,19 +118,15 @@ public:
         m_robot.Press(u"ctrl+End"_s);
         m_robot.Type(c_strLater);
         ClickLine(c_strTree, RootText());
-        m_robot.WaitFor("the question", [] { return ShownBox() != nullptr; });
-        m_robot.Shot(u"question"_s);
         AnswerBox(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, u"yes"_s);
         WaitForSaved(c_strLater);
-        m_robot.Shot(u"left"_s);
     }
 
     void AddNode() {
         ClickLine(c_strTree, RootText(), 3);
         m_robot.Shot(u"context-menu"_s);
         m_robot.ClickMenuEntry(u"添加子栏目"_s);
-        m_robot.WaitFor("the title field",
-                        [] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); });
+        m_robot.WaitForWidget(u"titleEdit"_s);
         m_robot.Press(u"ctrl+a"_s);
         m_robot.Type(c_strNewNode);
         m_robot.Press(u"Return"_s);
@@ -151,11 +136,7 @@ public:
 
     void OpenAgain() {
         m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
-        m_robot.ClickAt(u"tabs"_s, [](QWidget* pWidget) {
-            const QTabBar* pBar = qobject_cast<QTabWidget*>(pWidget)->tabBar();
-            return pBar->tabRect(1).translated(pBar->pos());
-        });
-        m_robot.WaitForWidget(u"recentList"_s, c_strStartup);
+        m_robot.Press(u"ctrl+Tab"_s);
         m_robot.Shot(u"recent"_s);
         m_robot.Click(u"ok"_s, c_strStartup);
         m_robot.ClickInto(u"password"_s);
@@ -189,13 +170,13 @@ public:
         m_robot.Shot(u"compiled"_s);
     }
 
-    /// The last thing that this thread asks: the program goes, and the plug-in with it.
-    void CloseProgram() {
-        QMetaObject::invokeMethod(
-            qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
+private:
+    void GoOn(const QString& strShot, const QString& strButton = u"next"_s) {
+        m_robot.WaitForWidget(strButton, c_strWizard);
+        m_robot.Shot(strShot);
+        m_robot.Click(strButton, c_strWizard);
     }
 
-private:
     void Note(const QString& strKey, const QString& strValue) const {
         QFile facts(m_strFolder + u"/facts.txt"_s);
         if (!facts.open(QIODevice::Append))
@@ -229,6 +210,7 @@ private:
 
     void AnswerBox(const QString& strText, const QString& strButton) {
         m_robot.WaitForWidget(strButton, u"messageBox"_s);
+        m_robot.Shot(u"question"_s);
         const auto strSeen = Robot::Ask<QString>([] { return ShownBox()->text(); });
         if (strSeen != strText)
             throw Robot::Failure("another box came: " + strSeen.toStdString());
@@ -277,7 +259,6 @@ private:
 
     void EnterEditor() {
         m_robot.Click(u"tool_32815"_s);
-        m_robot.WaitForWidget(u"design"_s);
         m_robot.WaitForWidget(c_strBoldButton);
     }
 
@@ -317,5 +298,7 @@ void RunJourney(const QString& strFolder, int nPart) {
         teacher.FindAllAsLeft();
         teacher.Compile();
     }
-    teacher.CloseProgram();
+    // The last thing that this thread asks: the program goes, and the plug-in with it.
+    QMetaObject::invokeMethod(
+        qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
 }

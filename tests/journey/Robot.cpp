@@ -84,15 +84,11 @@ namespace {
 
 /// Whether input at the widget's place reaches it: it is enabled, and no dialog or menu stands before it.
 bool TakesInput(QWidget* pWidget) {
-    if (!pWidget || !pWidget->isEnabled())
-        return false;
-    const QWindow* pWindow = pWidget->window()->windowHandle();
-    if (!pWindow || !pWindow->isExposed())
-        return false;
-    const QWidget* pModal = QApplication::activeModalWidget();
+    const QWindow* pWindow = pWidget ? pWidget->window()->windowHandle() : nullptr;
     const QWidget* pPopup = QApplication::activePopupWidget();
-    return (!pModal || pWidget->window() == pModal || pPopup == pWidget->window()) &&
-           (!pPopup || pWidget->window() == pPopup);
+    const QWidget* pFront = pPopup ? pPopup : QApplication::activeModalWidget();
+    return pWindow && pWindow->isExposed() && pWidget->isEnabled() &&
+           (!pFront || pWidget->window() == pFront);
 }
 
 } // namespace
@@ -120,8 +116,7 @@ QPoint Robot::Settle(const QString& strName, const std::function<QRect(QWidget*)
 
 void Robot::Click(const QString& strName, const QString& strWindow) {
     WaitForWidget(strName, strWindow);
-    m_pInput->Move(Settle(strName, [](QWidget* pWidget) { return pWidget->rect(); }));
-    m_pInput->Button(1);
+    ClickAt(strName, &QWidget::rect);
 }
 
 void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton) {
