@@ -3,6 +3,7 @@
 #include "content/ui/BookTreeView.h"
 
 #include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -69,6 +70,12 @@ void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
         add(TreeCommand::c_nDeleteInTree, ContentText::c_strDeleteCommand);
     }
     pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualItemRect(pItem).bottomLeft()));
+}
+
+void CBookTreeView::resizeEvent(QResizeEvent* pEvent) {
+    // A selected line shines over the whole pane, and a long one can still be scrolled to.
+    header()->setMinimumSectionSize(viewport()->width());
+    QTreeWidget::resizeEvent(pEvent);
 }
 
 void CBookTreeView::closeEditor(QWidget* pEditor, QAbstractItemDelegate::EndEditHint) {

@@ -50,6 +50,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
 
 protected Q_SLOTS:
     void closeEditor(QWidget* pEditor, QAbstractItemDelegate::EndEditHint hint) override;
