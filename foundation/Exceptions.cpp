@@ -2,6 +2,7 @@
 
 #include "foundation/CodePage.h"
 #include "platform/base/FileCalls.h"
+#include "platform/base/NativePath.h"
 
 namespace Torvane::File {
 namespace {
@@ -17,6 +18,13 @@ QString WithReason(const QString& strText, int nSystemError) {
 
 CFileException::CFileException(const QString& strText, int nSystemError)
     : CRunException(WithReason(strText, nSystemError)) {}
+
+CFileException::CFileException(const QString& strMessage, const QString& strPath, int nSystemError)
+    : CFileException(strMessage.arg(Platform::ToShown(strPath)), nSystemError) {}
+
+CFileException::CFileException(const QString& strMessage, const QString& strFrom, const QString& strTo,
+                               int nSystemError)
+    : CFileException(strMessage.arg(Platform::ToShown(strFrom), Platform::ToShown(strTo)), nSystemError) {}
 
 QString FormatSystemError(int nCode) {
     const QString strText = Platform::SystemErrorText(nCode);

@@ -34,6 +34,9 @@ class CFileException : public CRunException {
 public:
     /// strText is cut at 1,023 code page bytes; nSystemError of 0 adds no reason.
     CFileException(const QString& strText, int nSystemError);
+    /// A message with one place or two for paths, which are shown in native form.
+    CFileException(const QString& strMessage, const QString& strPath, int nSystemError);
+    CFileException(const QString& strMessage, const QString& strFrom, const QString& strTo, int nSystemError);
 };
 
 /// The system's text for an error code, in the person's language; "Unknown Error!" when it has none. At most

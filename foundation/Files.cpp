@@ -2,12 +2,15 @@
 
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
+#include "foundation/Texts.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 
 #include <cerrno>
 #include <chrono>
 #include <thread>
+
+using namespace FileText;
 
 namespace Torvane::File {
 namespace {
@@ -19,35 +22,19 @@ bool IsTooLong(const QString& strPath) {
     return CodePage::ByteLength(strPath) > c_nMaxPathBytes;
 }
 
-QByteArray NativeOf(const QString& strPath) {
-    return Platform::ToNative(strPath).toUtf8();
-}
-
 // A new file's own name stays as it is given; the folder that it goes into is looked up.
 QByteArray NativeForCreating(const QString& strPath) {
     const qsizetype n = strPath.lastIndexOf(u'\\');
     if (n < 0)
-        return NativeOf(strPath);
-    return NativeOf(strPath.left(n + 1)) + strPath.mid(n + 1).toUtf8();
-}
-
-CFileException CannotOpen(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法打开文件 %1 ！").arg(Platform::ToShown(strPath)), nError);
-}
-
-CFileException CannotMakeFolder(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法创建目录 %1 ！").arg(Platform::ToShown(strPath)), nError);
-}
-
-CFileException CannotSetAttributes(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法为路径 %1 设置属性！").arg(Platform::ToShown(strPath)), nError);
+        return Platform::NativeBytes(strPath);
+    return Platform::NativeBytes(strPath.left(n + 1)) + strPath.mid(n + 1).toUtf8();
 }
 
 // Nothing there is no failure. The bits for hidden, system and temporary have no like here.
 void MakeNormal(const QString& strPath, const QByteArray& native) {
     const int nError = Platform::MakeWritable(native);
     if (nError != 0 && nError != ENOENT && nError != ENOTDIR)
-        throw CannotSetAttributes(strPath, nError);
+        throw CFileException(c_strCannotSetAttributes, strPath, nError);
 }
 
 template <typename TOperation>
@@ -76,8 +63,8 @@ CReadFile::~CReadFile() = default;
 void CReadFile::Open(const QString& strPath, bool bWrite, bool bCreateIfMissing) {
     Close();
     if ((bWrite || bCreateIfMissing) && IsTooLong(strPath))
-        throw CannotOpen(strPath, ENAMETOOLONG);
-    const QByteArray path = NativeOf(CodePage::Cut(strPath, c_nMaxPathBytes));
+        throw CFileException(c_strCannotOpen, strPath, ENAMETOOLONG);
+    const QByteArray path = Platform::NativeBytes(CodePage::Cut(strPath, c_nMaxPathBytes));
     int nDescriptor = -1;
     int nError = Platform::OpenPlainFile(path, bWrite, bCreateIfMissing, nDescriptor);
     for (int nRetry = 0; nError == EAGAIN && nRetry < c_nOpenRetries; ++nRetry) {
@@ -85,13 +72,12 @@ void CReadFile::Open(const QString& strPath, bool bWrite, bool bCreateIfMissing)
         nError = Platform::OpenPlainFile(path, bWrite, bCreateIfMissing, nDescriptor);
     }
     if (nError != 0)
-        throw CannotOpen(strPath, nError);
+        throw CFileException(c_strCannotOpen, strPath, nError);
     m_pHandle = std::make_unique<Handle>(nDescriptor);
     quint64 nSize = 0;
     if (const int nSizeError = Platform::GetOpenFileSize(nDescriptor, nSize)) {
         Close();
-        throw CFileException(QStringLiteral("无法获取文件大小 %1 ！").arg(Platform::ToShown(strPath)),
-                             nSizeError);
+        throw CFileException(c_strCannotGetSize, strPath, nSizeError);
     }
     m_nSizeLow = static_cast<quint32>(nSize);
     m_nSizeHigh = static_cast<quint32>(nSize >> 32U);
@@ -121,31 +107,30 @@ void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverw
         if (bOverwrite)
             MakeNormal(strTarget, target);
         const Platform::CFolder paths = Platform::CFolder::OfPaths();
-        nError = Platform::CopyFileBytes(paths, NativeOf(strSource), paths, target, bOverwrite);
+        nError = Platform::CopyFileBytes(paths, Platform::NativeBytes(strSource), paths, target, bOverwrite);
     }
     if (nError != 0)
-        throw CFileException(QStringLiteral("无法拷贝文件 %1 到 %2！")
-                                 .arg(Platform::ToShown(strSource), Platform::ToShown(strTarget)),
-                             nError);
+        throw CFileException(c_strCannotCopy, strSource, strTarget, nError);
 }
 
 void DeleteOneFile(const QString& strPath, bool bForce) {
     if (bForce)
         ClearAttributes(strPath);
-    const int nError = IsTooLong(strPath) ? ENAMETOOLONG : Platform::RemoveFile(NativeOf(strPath));
+    const int nError =
+        IsTooLong(strPath) ? ENAMETOOLONG : Platform::RemoveFile(Platform::NativeBytes(strPath));
     if (nError != 0)
-        throw CFileException(QStringLiteral("无法删除文件%1！").arg(Platform::ToShown(strPath)), nError);
+        throw CFileException(c_strCannotDeleteFile, strPath, nError);
 }
 
 void ClearAttributes(const QString& strPath) {
     if (IsTooLong(strPath))
-        throw CannotSetAttributes(strPath, ENAMETOOLONG);
-    MakeNormal(strPath, NativeOf(strPath));
+        throw CFileException(c_strCannotSetAttributes, strPath, ENAMETOOLONG);
+    MakeNormal(strPath, Platform::NativeBytes(strPath));
 }
 
 EPathKind CreateFolderPath(const QString& strPath) {
     if (IsTooLong(strPath))
-        throw CannotMakeFolder(strPath, ENAMETOOLONG);
+        throw CFileException(c_strCannotMakeFolder, strPath, ENAMETOOLONG);
     const EPathKind eKind = GetPathKind(strPath);
     if (eKind != EPathKind::Nothing)
         return eKind;
@@ -154,7 +139,7 @@ EPathKind CreateFolderPath(const QString& strPath) {
         ++nRoot;
     nRoot = strPath.indexOf(u'\\', nRoot);
     if (nRoot < 0)
-        throw CFileException(QStringLiteral("路径 %1 无效！").arg(Platform::ToShown(strPath)), 0);
+        throw CFileException(c_strBadPath, strPath, 0);
     const QString strWhole = AddBackslash(strPath);
     for (qsizetype n = strWhole.indexOf(u'\\', nRoot + 1); n >= 0; n = strWhole.indexOf(u'\\', n + 1)) {
         const QString strPrefix = strWhole.left(n);
@@ -163,7 +148,7 @@ EPathKind CreateFolderPath(const QString& strPath) {
         const int nError = Platform::MakeFolder(NativeForCreating(strPrefix));
         // Another thread or program may have been a moment faster.
         if (nError != 0 && !(nError == EEXIST && IsFolder(strPrefix)))
-            throw CannotMakeFolder(strPrefix, nError);
+            throw CFileException(c_strCannotMakeFolder, strPrefix, nError);
     }
     return EPathKind::Nothing;
 }

@@ -2,6 +2,7 @@
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
+#include "foundation/Texts.h"
 #include "foundation/TreeWalk.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
@@ -10,6 +11,8 @@
 
 #include <cerrno>
 #include <vector>
+
+using namespace FileText;
 
 namespace Torvane::File {
 namespace {
@@ -36,8 +39,8 @@ public:
             m_stack.push_back(EnterBelow(m_stack.back(), folder.name));
         // A part of the tree that can't be read must not be missing in silence.
         if (folder.pParent && folder.nOpenError != 0 && folder.nOpenError != ENOENT)
-            throw CannotCopy(WithoutBackslash(folder.strPath), WithoutBackslash(m_stack.back().strPath),
-                             folder.nOpenError);
+            throw CFileException(c_strCannotCopy, WithoutBackslash(folder.strPath),
+                                 WithoutBackslash(m_stack.back().strPath), folder.nOpenError);
     }
 
     void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
@@ -52,7 +55,8 @@ public:
         if (nError == 0)
             nError = Platform::CopyFileBytes(folder.Folder, entry.name, target.Folder, name, m_bOverwrite);
         if (nError != 0)
-            throw CannotCopy(EntryPath(folder, entry.name), EntryPath(target, name), nError);
+            throw CFileException(c_strCannotCopy, EntryPath(folder, entry.name), EntryPath(target, name),
+                                 nError);
     }
 
     void Leave(TreeFolder&) override { m_stack.pop_back(); }
@@ -75,18 +79,12 @@ private:
         }
     };
 
-    static CFileException CannotCopy(const QString& strFrom, const QString& strTo, int nError) {
-        return CFileException(QStringLiteral("无法拷贝文件 %1 到 %2！")
-                                  .arg(Platform::ToShown(strFrom), Platform::ToShown(strTo)),
-                              nError);
-    }
-
     Target EnterRoot() {
         Target target;
         target.strPath = m_strTarget;
         target.nPathBytes = CodePage::ByteLength(m_strTarget);
         const bool bNew = CreateFolderPath(m_strTarget) == EPathKind::Nothing;
-        target.nOpenError = target.Folder.Open(Platform::ToNative(m_strTarget).toUtf8());
+        target.nOpenError = target.Folder.Open(Platform::NativeBytes(m_strTarget));
         if (target.nOpenError == 0)
             target.Folder.GetOwnState(m_rootState);
         if (!bNew)
@@ -103,9 +101,7 @@ private:
         if (nError == 0)
             nError = parent.Folder.MakeFolder(name);
         if (nError != 0 && nError != EEXIST)
-            throw CFileException(
-                QStringLiteral("无法创建目录 %1 ！").arg(Platform::ToShown(WithoutBackslash(target.strPath))),
-                nError);
+            throw CFileException(c_strCannotMakeFolder, WithoutBackslash(target.strPath), nError);
         target.nOpenError = target.Folder.OpenBelow(parent.Folder, name);
         if (nError == EEXIST)
             target.Look();
@@ -125,9 +121,7 @@ public:
     // Found by the walk and removed by folder and name: no path is cut here, however deep it is.
     void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
         if (const int nError = Forced(folder, [&] { return folder.Folder.RemoveFile(entry.name); }))
-            throw CFileException(
-                QStringLiteral("无法删除文件%1！").arg(Platform::ToShown(EntryPath(folder, entry.name))),
-                nError);
+            throw CFileException(c_strCannotDeleteFile, EntryPath(folder, entry.name), nError);
     }
 
     void Leave(TreeFolder& folder) override {
@@ -137,9 +131,9 @@ public:
         TreeFolder* pParent = folder.pParent;
         const int nError = pParent
                                ? Forced(*pParent, [&] { return pParent->Folder.RemoveFolder(folder.name); })
-                               : Platform::RemoveFolder(Platform::ToNative(strPath).toUtf8());
+                               : Platform::RemoveFolder(Platform::NativeBytes(strPath));
         if (nError != 0)
-            throw CFileException(QStringLiteral("无法删除目录%1！").arg(Platform::ToShown(strPath)), nError);
+            throw CFileException(c_strCannotDeleteFolder, strPath, nError);
     }
 
 private:
@@ -176,14 +170,13 @@ bool NamesNoFolder(const QString& strPath) {
 
 void RemoveTree(const QString& strPath, const QString& strProtected, bool bForce, IWalkFilter* pFilter) {
     const auto refuse = [&](int nError) {
-        throw CFileException(
-            QStringLiteral("无法删除目录%1！").arg(Platform::ToShown(WithoutBackslash(strPath))), nError);
+        throw CFileException(c_strCannotDeleteFolder, WithoutBackslash(strPath), nError);
     };
     if (NamesNoFolder(strPath))
         refuse(EINVAL);
     if (CodePage::ByteLength(WithoutBackslash(strPath)) > c_nMaxPathBytes)
         refuse(ENAMETOOLONG);
-    const QByteArray native = Platform::ToNative(WithoutBackslash(strPath)).toUtf8();
+    const QByteArray native = Platform::NativeBytes(WithoutBackslash(strPath));
     Platform::CFileState state;
     if (Platform::GetFileState(native, state, false) == 0 && state.bLink) {
         // A link goes itself; what it leads to is somebody else's.

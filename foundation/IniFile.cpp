@@ -122,7 +122,7 @@ Place FindPlace(const QByteArray& bytes, QByteArrayView section, QByteArrayView 
 std::optional<QString> FindValue(const QString& strSection, const QString& strKey, const QString& strPath) {
     const QString strCut = CodePage::Cut(strPath, Torvane::File::c_nMaxPathBytes);
     QByteArray bytes;
-    if (Platform::ReadFileBytes(Platform::ToNative(strCut).toUtf8(), bytes, c_nMaxFileBytes) != 0)
+    if (Platform::ReadFileBytes(Platform::NativeBytes(strCut), bytes, c_nMaxFileBytes) != 0)
         return std::nullopt;
     const Place place = FindPlace(bytes, CodePage::Encode(strSection), CodePage::Encode(strKey));
     if (!place.bKey)
@@ -185,7 +185,7 @@ void WriteProfileString(const QString& strSection, const QString& strKey, const 
                         const QString& strPath) {
     if (CodePage::ByteLength(strPath) > Torvane::File::c_nMaxPathBytes)
         ThrowSystemError(ENAMETOOLONG);
-    const QByteArray path = Platform::ToNative(strPath).toUtf8();
+    const QByteArray path = Platform::NativeBytes(strPath);
     QByteArray old;
     const int nError = Platform::ReadFileBytes(path, old, c_nMaxFileBytes + 1);
     if (nError != 0 && nError != ENOENT)

@@ -8,20 +8,17 @@
 
 #include <QDateTime>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
 namespace Torvane::File {
 namespace {
 
-QByteArray NativeOf(const QString& strPath) {
-    return Platform::ToNative(strPath).toUtf8();
-}
-
 bool IsFolderWithoutEntries(const QString& strPath) {
     Platform::CFolder folder;
     std::vector<Platform::CFolderEntry> entries;
-    return folder.Open(NativeOf(strPath)) != 0 || folder.List(entries) != 0 || entries.empty();
+    return folder.Open(Platform::NativeBytes(strPath)) != 0 || folder.List(entries) != 0 || entries.empty();
 }
 
 struct Escape {
@@ -72,7 +69,7 @@ EPathKind GetPathKind(const QString& strPath) {
     if (str.endsWith(u':'))
         return IsFolderWithoutEntries(str) ? EPathKind::Nothing : EPathKind::Folder;
     Platform::CFileState state;
-    if (Platform::GetFileState(NativeOf(str), state) != 0)
+    if (Platform::GetFileState(Platform::NativeBytes(str), state) != 0)
         return EPathKind::Nothing;
     return state.bFolder ? EPathKind::Folder : EPathKind::File;
 }
@@ -93,6 +90,11 @@ qsizetype FindLastChar(const QString& strText, QChar c, qsizetype nStart) {
     if (strText.isEmpty() || c.isNull())
         return -1;
     return strText.lastIndexOf(c, nStart < 0 ? -1 : std::min(nStart, strText.size() - 1));
+}
+
+const char* FindBytes(const char* pStart, const char* pEnd, QByteArrayView bytes) {
+    const char* pFound = std::search(pStart, pEnd, bytes.begin(), bytes.end());
+    return pFound == pEnd ? nullptr : pFound;
 }
 
 int TrimTrailingChar(QString& strText, QChar c) {

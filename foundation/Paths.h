@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 
 /// Rules on backslash paths and what stands at them. Every path here is in backslash form. Queries look at
@@ -20,6 +21,9 @@ bool IsFolderEmpty(const QString& strPath);
 /// Index of the last occurrence at or before the start (negative: from the end); -1 for an empty text, a zero
 /// character or no occurrence.
 qsizetype FindLastChar(const QString& strText, QChar c, qsizetype nStart = -1);
+
+/// The address of the first occurrence that lies wholly between start and end; null when there is none.
+const char* FindBytes(const char* pStart, const char* pEnd, QByteArrayView bytes);
 
 /// Removes one trailing occurrence in place; 1 if removed, else 0.
 int TrimTrailingChar(QString& strText, QChar c);

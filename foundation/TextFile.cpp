@@ -3,28 +3,21 @@
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
+#include "foundation/Texts.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 
 #include <cerrno>
-#include <limits>
 
 using Torvane::File::CFileException;
 
-namespace {
-
-CFileException CannotOpen(const QString& strPath, int nError) {
-    return CFileException(QStringLiteral("无法打开文件 %1 ！").arg(Platform::ToShown(strPath)), nError);
-}
-
-} // namespace
-
 QString ReadTextFile(const QString& strPath) {
     QByteArray bytes;
-    const QString strCut = CodePage::Cut(strPath, Torvane::File::c_nMaxPathBytes);
-    if (Platform::ReadFileBytes(Platform::ToNative(strCut).toUtf8(), bytes,
-                                std::numeric_limits<qint64>::max()) != 0)
+    try {
+        bytes = ReadFileBytes(strPath);
+    } catch (const CFileException&) {
         return {};
+    }
     bytes.replace("\r\n", "\n");
     if (bytes.endsWith('\n'))
         bytes.chop(1);
@@ -40,18 +33,17 @@ bool WriteTextFile(const QString& strPath, const QString& strText) {
     }
 }
 
-QByteArray ReadFileBytes(const QString& strPath) {
+QByteArray ReadFileBytes(const QString& strPath, qint64 nMaxBytes) {
     QByteArray bytes;
     const QString strCut = CodePage::Cut(strPath, Torvane::File::c_nMaxPathBytes);
-    if (const int nError = Platform::ReadFileBytes(Platform::ToNative(strCut).toUtf8(), bytes,
-                                                   std::numeric_limits<qint64>::max()))
-        throw CannotOpen(strPath, nError);
+    if (const int nError = Platform::ReadFileBytes(Platform::NativeBytes(strCut), bytes, nMaxBytes))
+        throw CFileException(FileText::c_strCannotOpen, strPath, nError);
     return bytes;
 }
 
 void ReplaceFile(const QString& strPath, const QByteArray& bytes) {
     if (CodePage::ByteLength(strPath) > Torvane::File::c_nMaxPathBytes)
-        throw CannotOpen(strPath, ENAMETOOLONG);
-    if (const int nError = Platform::ReplaceFileBytes(Platform::ToNative(strPath).toUtf8(), bytes))
-        throw CannotOpen(strPath, nError);
+        throw CFileException(FileText::c_strCannotOpen, strPath, ENAMETOOLONG);
+    if (const int nError = Platform::ReplaceFileBytes(Platform::NativeBytes(strPath), bytes))
+        throw CFileException(FileText::c_strCannotOpen, strPath, nError);
 }

@@ -57,6 +57,15 @@ CFileState StateOf(const struct stat& from) {
     return state;
 }
 
+// A failure for anything but a plain file.
+int StateOfPlainFile(int nFile, struct stat& state) {
+    if (::fstat(nFile, &state) != 0)
+        return errno;
+    if (!S_ISREG(state.st_mode))
+        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
+    return 0;
+}
+
 int WriteAll(int nFile, const char* pBytes, size_t nSize) {
     while (nSize > 0) {
         const ssize_t n = ::write(nFile, pBytes, nSize);
@@ -181,23 +190,17 @@ int CFolder::Descriptor() const {
 }
 
 int CFolder::Open(const QByteArray& path, bool bFollow) {
-    m_pHandle.reset();
-    const int nFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (bFollow ? 0 : O_NOFOLLOW);
-    CDescriptor folder(::open(path.constData(), nFlags));
-    if (folder < 0)
-        return errno;
-    DIR* pFolder = ::fdopendir(folder);
-    if (!pFolder)
-        return errno;
-    folder.Release();
-    m_pHandle = std::make_unique<Handle>(pFolder);
-    return 0;
+    return OpenAt(AT_FDCWD, path, bFollow);
 }
 
 int CFolder::OpenBelow(const CFolder& parent, const QByteArray& name) {
+    return OpenAt(parent.Descriptor(), name, false);
+}
+
+int CFolder::OpenAt(int nParent, const QByteArray& path, bool bFollow) {
     m_pHandle.reset();
-    const int nFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW;
-    CDescriptor folder(::openat(parent.Descriptor(), name.constData(), nFlags));
+    const int nFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (bFollow ? 0 : O_NOFOLLOW);
+    CDescriptor folder(::openat(nParent, path.constData(), nFlags));
     if (folder < 0)
         return errno;
     DIR* pFolder = ::fdopendir(folder);
@@ -277,10 +280,8 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
     if (source < 0)
         return errno;
     struct stat state {};
-    if (::fstat(source, &state) != 0)
-        return errno;
-    if (!S_ISREG(state.st_mode))
-        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
+    if (const int nError = StateOfPlainFile(source, state))
+        return nError;
 
     const mode_t nMode = (state.st_mode & 0777U) | S_IWUSR;
     QByteArray written = target;
@@ -351,21 +352,17 @@ int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes) {
 
 int ReadFileBytes(const QByteArray& path, QByteArray& bytes, qint64 nMax) {
     bytes.clear();
-    int nFile = -1;
     const CDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    nFile = file;
-    if (nFile < 0)
+    if (file < 0)
         return errno;
     struct stat state {};
-    if (::fstat(nFile, &state) != 0)
-        return errno;
-    if (!S_ISREG(state.st_mode))
-        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
-    qint64 nRoom = std::min<qint64>(state.st_size, nMax);
+    if (const int nError = StateOfPlainFile(file, state))
+        return nError;
+    const qint64 nRoom = std::min<qint64>(state.st_size, nMax);
     bytes.resize(nRoom);
     qint64 nRead = 0;
     while (nRead < nRoom) {
-        const ssize_t n = ::read(nFile, bytes.data() + nRead, static_cast<size_t>(nRoom - nRead));
+        const ssize_t n = ::read(file, bytes.data() + nRead, static_cast<size_t>(nRoom - nRead));
         if (n < 0) {
             if (errno == EINTR)
                 continue;
@@ -386,10 +383,8 @@ int OpenPlainFile(const QByteArray& path, bool bWrite, bool bCreate, int& nDescr
     if (file < 0)
         return errno;
     struct stat state {};
-    if (::fstat(file, &state) != 0)
-        return errno;
-    if (!S_ISREG(state.st_mode))
-        return S_ISDIR(state.st_mode) ? EISDIR : EINVAL;
+    if (const int nError = StateOfPlainFile(file, state))
+        return nError;
     if (IsLockedByAnother(file))
         return EAGAIN;
     nDescriptor = file.Release();

@@ -62,6 +62,7 @@ public:
 
 private:
     friend int CopyFileBytes(const CFolder&, const QByteArray&, const CFolder&, const QByteArray&, bool);
+    int OpenAt(int nParent, const QByteArray& path, bool bFollow);
     int Descriptor() const;
     struct Closer;
     struct Handle;

@@ -1,6 +1,5 @@
 #include "platform/base/NativePath.h"
 
-#include <QByteArray>
 #include <QByteArrayView>
 
 #include <dirent.h>
@@ -116,6 +115,10 @@ QString ToNative(const QString& strPath) {
         nFrom = nEnd + 1;
     }
     return QString::fromUtf8(found);
+}
+
+QByteArray NativeBytes(const QString& strPath) {
+    return ToNative(strPath).toUtf8();
 }
 
 QString FromNative(const QString& strNative) {

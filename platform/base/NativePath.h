@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 /// The one place that knows how a stored path becomes a path of this machine.
@@ -15,6 +16,9 @@ namespace Platform {
 /// not have gives a path at which nothing can exist. A path already in native form (it begins with "/") is
 /// taken too.
 QString ToNative(const QString& strPath);
+
+/// The bytes of ToNative, as the system's file calls take them.
+QByteArray NativeBytes(const QString& strPath);
 
 /// As ToNative, without looking at the disk: the spelling stays. For creating.
 QString ToNativeExact(const QString& strPath);
