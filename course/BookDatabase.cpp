@@ -2,10 +2,8 @@
 
 #include "course/ComError.h"
 #include "course/StoreConnection.h"
-#include "foundation/Ciphers.h"
-#include "foundation/CodePage.h"
+#include "course/TitleCipher.h"
 #include "foundation/Exceptions.h"
-#include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
 
 #include <SQLiteCpp/Exception.h>
@@ -17,8 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr char c_szTitleSalt[] = "Q7m!xT2z#k";
 
 /// What a node's one column is read with. The wording is fixed, so that a column's name never comes from
 /// outside.
@@ -59,17 +55,10 @@ QString LocalTime() {
     return QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s);
 }
 
-QByteArray TitleKeyText(qint32 nCourseId) {
-    const CSysInfo& settings = CSysInfo::Instance();
-    const QString strText = QLatin1StringView(c_szTitleSalt) + QString::number(settings.GetProvince()) +
-                            settings.GetSchoolName() + QString::number(nCourseId);
-    return Md5Hex(CodePage::Encode(strText));
-}
-
 } // namespace
 
 CBookDatabase::CBookDatabase(const QString& strPath, qint32 nCourseId)
-    : m_strPath(strPath), m_pTitleKey(std::make_unique<CDesKey>(TitleKeyText(nCourseId))) {}
+    : m_strPath(strPath), m_pTitles(std::make_unique<CTitleCipher>(nCourseId)) {}
 
 CBookDatabase::~CBookDatabase() {
     Close();
@@ -141,20 +130,9 @@ void CBookDatabase::ResumeWriting() {
     Open();
 }
 
-/// Quotes are doubled although the value is bound: every stored title is so, and has to be met that way.
-QByteArray CBookDatabase::CipherTitle(const QString& strTitle) const {
-    return m_pTitleKey->EncryptHex(CodePage::Encode(QString(strTitle).replace(u'\'', "''"_L1)));
-}
-
-QString CBookDatabase::PlainTitle(qint32 nId, QByteArrayView stored) const {
-    if (nId <= c_nRootNodeId)
-        return QString::fromUtf8(stored);
-    return CodePage::Decode(m_pTitleKey->DecryptHex(stored));
-}
-
 qint32 CBookDatabase::AddNode(qint32 nParentId, const QString& strTitle) {
     qint32 nId = -1;
-    const QByteArray title = CipherTitle(strTitle);
+    const QByteArray title = m_pTitles->Stored(strTitle);
     InOneTransaction([&](Connection& connection) {
         const qint32 nIndex = GetChildrenCount(nParentId) + 1;
         connection.Query("SELECT * FROM Book WHERE 1 = 0").Step();
@@ -170,7 +148,7 @@ NodeHeader CBookDatabase::GetNode(qint32 nId) {
     return Guarded([&](Connection& connection) {
         CStoreQuery query = connection.Query("SELECT Title, Type FROM Book WHERE Id = ?", nId);
         StepToRow(query);
-        return NodeHeader{nId, PlainTitle(nId, query.Bytes(0)), query.Int(1)};
+        return NodeHeader{nId, m_pTitles->Plain(nId, query.Bytes(0)), query.Int(1)};
     });
 }
 
@@ -180,7 +158,7 @@ bool CBookDatabase::GetChildren(qint32 nParentId, QList<NodeHeader>& list) {
             "SELECT Id, Title, Type FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
         while (query.Step()) {
             const qint32 nId = query.Int(0);
-            list.append(NodeHeader{nId, PlainTitle(nId, query.Bytes(1)), query.Int(2)});
+            list.append(NodeHeader{nId, m_pTitles->Plain(nId, query.Bytes(1)), query.Int(2)});
         }
         return true;
     });
@@ -190,7 +168,7 @@ NodeHeader CBookDatabase::FindChild(qint32 nParentId, const QString& strTitle) {
     return Guarded([&](Connection& connection) {
         CStoreQuery query =
             connection.Query("SELECT Id, Title, Type FROM Book WHERE ParentId = ? AND Title = ?", nParentId,
-                             m_pTitleKey->EncryptHex(CodePage::Encode(strTitle)));
+                             m_pTitles->Searched(strTitle));
         NodeHeader child;
         child.Title = strTitle;
         if (query.Step()) {
@@ -205,7 +183,7 @@ bool CBookDatabase::HasChild(qint32 nParentId, const QString& strTitle) {
     return Guarded([&](Connection& connection) {
         return connection
             .Query("SELECT Id FROM Book WHERE ParentId = ? AND Title = ?", nParentId,
-                   m_pTitleKey->EncryptHex(CodePage::Encode(strTitle)))
+                   m_pTitles->Searched(strTitle))
             .Step();
     });
 }
@@ -287,7 +265,7 @@ bool CBookDatabase::SetContent(qint32 nId, const NodeContent& content) {
 }
 
 bool CBookDatabase::SetTitle(qint32 nId, const QString& strTitle) {
-    const QByteArray title = CipherTitle(strTitle);
+    const QByteArray title = m_pTitles->Stored(strTitle);
     return InOneTransaction([&](Connection& connection) {
         int nWidth = -1;
         {

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QByteArray>
-#include <QByteArrayView>
 #include <QList>
 #include <QString>
 #include <QVariant>
 
 #include <memory>
 
-class CDesKey;
+class CTitleCipher;
 
 /// Codes of the column Type.
 namespace NodeType {
@@ -129,13 +127,11 @@ private:
     auto Guarded(Step step);
     template <typename Step>
     bool InOneTransaction(Step step);
-    QByteArray CipherTitle(const QString& strTitle) const;
-    QString PlainTitle(qint32 nId, QByteArrayView stored) const;
     QString GetText(qint32 nId, const QString& strColumn);
     qint32 GetInt(qint32 nId, const QString& strColumn);
     bool IsBelow(qint32 nId, qint32 nAncestorId);
 
     QString m_strPath;
-    std::unique_ptr<CDesKey> m_pTitleKey;
+    std::unique_ptr<CTitleCipher> m_pTitles;
     std::unique_ptr<Connection> m_pConnection;
 };

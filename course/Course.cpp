@@ -1,5 +1,6 @@
 #include "course/Course.h"
 
+#include "course/DataInfo.h"
 #include "course/ProjectFile.h"
 #include "course/TemplateStore.h"
 #include "course/Texts.h"

@@ -44,8 +44,7 @@ public:
     virtual std::unique_ptr<IInitialNodeMaker> MakeFor(CCourse& course) = 0;
 };
 
-/// What a course works with; outlives every course. All but the people are optional for a course that is
-/// neither created nor opened through the server.
+/// What a course works with; outlives every course.
 struct CourseServices {
     Torvane::Dialog::MFC::IPeople& People;
     ICourseSession& Session;
@@ -122,9 +121,3 @@ private:
     qint32 m_nChanges = 0;
     std::unique_ptr<CBookDatabase> m_pDatabase;
 };
-
-/// "DataInfo.dti": the figures that wait for the server. Anything but one short line of three pieces reads as
-/// the empty form, whatever the file's size.
-CourseFigures ReadDataInfo(const QString& strPath);
-/// Throws Torvane::CRunException when the file can't be written.
-void WriteDataInfo(const QString& strPath, const CourseFigures& figures);

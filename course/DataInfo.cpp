@@ -1,11 +1,9 @@
-#include "course/Course.h"
+#include "course/DataInfo.h"
 
 #include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
 #include "foundation/Text.h"
 #include "foundation/TextFile.h"
-#include "platform/base/NativePath.h"
-
-#include <QFile>
 
 #include <charconv>
 #include <cmath>
@@ -28,10 +26,12 @@ double ParseDouble(const QString& strText) {
 } // namespace
 
 CourseFigures ReadDataInfo(const QString& strPath) {
-    QFile file(Platform::ToNative(strPath));
-    if (!file.open(QIODevice::ReadOnly))
+    QByteArray text;
+    try {
+        text = ReadFileBytes(strPath, c_nMaxLength + 1);
+    } catch (const Torvane::CRunException&) {
         return {};
-    const QByteArray text = file.read(c_nMaxLength + 1);
+    }
     if (text.size() > c_nMaxLength)
         return {};
     const QString strLine = CodePage::Decode(text).trimmed();

@@ -68,7 +68,6 @@ struct CBookDatabase::Connection {
     void Begin();
     void Commit();
     void Undo() noexcept;
-    bool InTransaction() const { return m_nDepth > 0; }
 
     /// Back to a single file without a log beside it.
     void FoldLog();

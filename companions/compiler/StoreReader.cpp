@@ -2,11 +2,9 @@
 
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
-#include "foundation/Ciphers.h"
-#include "foundation/CodePage.h"
+#include "course/TitleCipher.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
-#include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -18,24 +16,11 @@ namespace {
 
 constexpr int c_nBusyMilliseconds = 1000;
 
-/// The key under which the store enciphers titles; must stay what CBookDatabase derives.
-QByteArray TitleKey(qint32 nCourseId) {
-    const CSysInfo& info = CSysInfo::Instance();
-    const QString strText = u"Q7m!xT2z#k"_s + QString::number(info.GetProvince()) + info.GetSchoolName() +
-                            QString::number(nCourseId);
-    return Md5Hex(CodePage::Encode(strText));
-}
-
 QString TextOf(const SQLite::Column& column) {
     return QString::fromUtf8(column.getText(), column.getBytes());
 }
 
-QString TitleOf(qint32 nId, const SQLite::Column& column, const CDesKey& key) {
-    const QString strStored = TextOf(column);
-    return nId > c_nRootNodeId ? CodePage::Decode(key.DecryptHex(strStored.toLatin1())) : strStored;
-}
-
-QList<StoreRow> ReadRows(SQLite::Database& database, const CDesKey& key) {
+QList<StoreRow> ReadRows(SQLite::Database& database, const CTitleCipher& titles) {
     QList<StoreRow> rows;
     SQLite::Statement query(database, "SELECT Id, ParentId, Title, Type, Path, OpenType, FileName, Comment "
                                       "FROM Book ORDER BY [Index] ASC, Id ASC");
@@ -43,7 +28,7 @@ QList<StoreRow> ReadRows(SQLite::Database& database, const CDesKey& key) {
         StoreRow row;
         row.Id = query.getColumn(0).getInt();
         row.ParentId = query.getColumn(1).getInt();
-        row.Title = TitleOf(row.Id, query.getColumn(2), key);
+        row.Title = titles.Plain(row.Id, TextOf(query.getColumn(2)).toUtf8());
         row.Type = query.getColumn(3).isNull() ? NodeType::c_nEmpty : query.getColumn(3).getInt();
         row.Path = TextOf(query.getColumn(4));
         row.OpenType = query.getColumn(5).getInt();
@@ -62,7 +47,7 @@ QList<StoreRow> ReadStore(const QString& strPath, qint32 nCourseId) {
         throw Torvane::CRunException(CompilerText::c_strNoDatabase.arg(strNative));
     try {
         SQLite::Database database(strNative.toStdString(), SQLite::OPEN_READONLY, c_nBusyMilliseconds);
-        return ReadRows(database, CDesKey(TitleKey(nCourseId)));
+        return ReadRows(database, CTitleCipher(nCourseId));
     } catch (const SQLite::Exception& failure) {
         const int nCode = failure.getErrorCode();
         const QString& strMessage = nCode == SQLITE_BUSY || nCode == SQLITE_LOCKED

@@ -1,4 +1,5 @@
 #include "course/Course.h"
+#include "course/DataInfo.h"
 #include "course/ProjectFile.h"
 #include "course/Texts.h"
 #include "foundation/IniFile.h"

@@ -1,5 +1,5 @@
 // The figures that wait for the server: what is read must survive being written.
-#include "course/Course.h"
+#include "course/DataInfo.h"
 #include "tests/fuzz/CourseFuzz.h"
 
 #include <cmath>
