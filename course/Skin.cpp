@@ -11,6 +11,17 @@ using namespace Torvane::File;
 
 namespace {
 
+/// What can't be deleted stays under the new skin, which is better than a skin that is half gone.
+void DeleteAsFarAsPossible(const QString& strFolder, IWalkFilter& filter) {
+    if (!IsFolder(strFolder))
+        return;
+    try {
+        DeleteFolder(strFolder, true, &filter);
+    } catch (const CFileException&) {
+        return;
+    }
+}
+
 void CopyFolders(const QString& strTemplate, const QString& strTargetFolder, bool bReplace,
                  Torvane::Dialog::MFC::IPeople& people) {
     const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
@@ -18,8 +29,8 @@ void CopyFolders(const QString& strTemplate, const QString& strTargetFolder, boo
     CPaintingFilter filter(people);
     for (const QString& strName : SkinFolders(strSkin)) {
         const QString strTarget = AddBackslash(strTargetFolder) + strName;
-        if (bReplace && IsFolder(strTarget))
-            DeleteFolder(strTarget, true, &filter);
+        if (bReplace)
+            DeleteAsFarAsPossible(strTarget, filter);
         ForceCopyFolder(AddBackslash(strSkin) + strName, strTarget, true, &filter);
     }
 }

@@ -10,7 +10,7 @@
 void CopySkin(const QString& strTemplate, const QString& strTargetFolder,
               Torvane::Dialog::MFC::IPeople& people);
 
-/// The same, but a folder of the same name that stands in the target is deleted first, so that nothing of an
-/// older skin shines through. Folders that only the old skin had remain.
+/// The same, but a folder of the same name that stands in the target is deleted first, as far as that goes,
+/// so that nothing of an older skin shines through. Folders that only the old skin had remain.
 void ReplaceSkin(const QString& strTemplate, const QString& strTargetFolder,
                  Torvane::Dialog::MFC::IPeople& people);
