@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/NativePath.h"
+#include "tests/support/Printing.h"
 
 #include <QDir>
 #include <QFile>
