@@ -21,21 +21,20 @@ scripts/write-appinfo.sh "$stage" "${line##* }"
 export HOME="$work/home" XDG_RUNTIME_DIR="$work/run"
 mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
 chmod 700 "$XDG_RUNTIME_DIR"
-cat >"$work/rounds.sh" <<EOF
-for round in \$(seq 0 $rounds); do
+# Each start gets a display of its own: what an earlier program left on a display (a cache of its visuals, say) would make
+# the next one look cheaper than a person's first start.
+for round in $(seq 0 "$rounds"); do
   for side in vorel cherrytree empty; do
-    case \$side in
-      vorel) set -- "$stage/Vorel" ;;
-      cherrytree) set -- cherrytree ;;
-      empty) set -- "$PWD/$build/bin/bench_empty_window" ;;
+    case $side in
+      vorel) program="$stage/Vorel" ;;
+      cherrytree) program=cherrytree ;;
+      empty) program="$PWD/$build/bin/bench_empty_window" ;;
     esac
     # The first round only warms the caches.
-    [ \$round -eq 0 ] && out=/dev/null || out="$work/\$side.json"
-    "$work/winprobe" -t 60 -- "\$@" >>"\$out"
+    [ "$round" -eq 0 ] && out=/dev/null || out="$work/$side.json"
+    xvfb-run -a -s "-screen 0 1280x900x24" "$work/winprobe" -t 60 -- "$program" >>"$out" || true
   done
 done
-EOF
-xvfb-run -a -s "-screen 0 1280x900x24" bash "$work/rounds.sh"
 
 median() { # FILE KEY
   grep -o "\"$2\":[0-9.]*" "$work/$1.json" | cut -d: -f2 | sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Every benchmark, each against its peer in the same run, with the ratio printed. What writes thousands of files works in a
+# folder on a memory file system, both sides alike.
+#   bench/run.sh [FOLDER]      default: /dev/shm
+set -euo pipefail
+cd "$(dirname "$0")/.."
+place="$(mktemp -d "${1:-/dev/shm}/vorel-bench-XXXXXX")"
+trap 'rm -rf "$place"' EXIT
+cmake --preset release >/dev/null
+cmake --build build/release --target portable bench_ciphers bench_files bench_store bench_empty_window >/dev/null
+for bench in ciphers store files; do
+  echo "== $bench"
+  build/release/bin/bench_$bench "$place"
+done
+echo "== start"
+bench/start.sh
