@@ -22,8 +22,9 @@ QString ReadNotice(const QString& strFile) {
 std::unique_ptr<CCourseStore> OpenStore(const CourseServiceOptions& options) {
     if (options.strDataFolder.isEmpty() || !QDir().mkpath(options.strDataFolder))
         throw Torvane::CRunException(QStringLiteral("no such folder: ") + options.strDataFolder);
+    const QString strFile = options.strDataFolder + QStringLiteral("/courses.db");
     try {
-        auto pStore = std::make_unique<CCourseStore>(options.strDataFolder + QStringLiteral("/courses.db"));
+        auto pStore = std::make_unique<CCourseStore>(strFile);
         if (!options.strSampleSchool.isEmpty() && !pStore->HasCourses()) {
             pStore->InTransaction([&] {
                 for (const ServedCourse& course : SampleCourses(options.strSampleSchool))
@@ -32,7 +33,7 @@ std::unique_ptr<CCourseStore> OpenStore(const CourseServiceOptions& options) {
         }
         return pStore;
     } catch (const SQLite::Exception& exception) {
-        throw Torvane::CRunException(QString::fromUtf8(exception.what()));
+        throw Torvane::CRunException(strFile + QStringLiteral(": ") + QString::fromUtf8(exception.what()));
     }
 }
 

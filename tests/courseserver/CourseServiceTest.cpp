@@ -8,7 +8,7 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -33,17 +33,13 @@ public:
         address.sin_family = AF_INET;
         address.sin_port = htons(nPort);
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const timeval limit{20, 0};
-        ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
         EXPECT_EQ(::connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     }
     ~CRawClient() { ::close(m_socket); }
-    CRawClient(const CRawClient&) = delete;
-    CRawClient& operator=(const CRawClient&) = delete;
+    Q_DISABLE_COPY(CRawClient)
 
     void Send(const QByteArray& bytes) const {
-        static_cast<void>(
-            ::send(m_socket, bytes.constData(), static_cast<size_t>(bytes.size()), MSG_NOSIGNAL));
+        std::ignore = ::send(m_socket, bytes.constData(), static_cast<size_t>(bytes.size()), MSG_NOSIGNAL);
     }
     /// All that comes until the server closes.
     QByteArray Receive() const {
@@ -68,6 +64,7 @@ protected:
         client.Send(bytes);
         return client.Receive();
     }
+    QByteArray Log() const { return Server.Folder().Read(u"data\\access.log"_s); }
     QByteArray Get(const QString& strTarget) const {
         CHttpClient client;
         client.Request(CodePage::Encode(QString(Server.Url() + strTarget)), EHttpMethod::Get, "test");
@@ -79,31 +76,25 @@ TEST_F(ServiceTest, TakesWhateverIsSent) {
     const QByteArray list = "/ISAPI/CourseMgr.dll?GetCourseList?Province=0&SchoolName=";
     const QByteArray school = CodePage::Encode(u"示范大学"_s);
     const char* szList = "200 OK\r\nOperation Type: GetCourseList\r\nSuccessful: 1\r\nError Code: 0\r\n";
-    struct Case {
-        QByteArray Request;
-        const char* szStatus;
-    };
-    for (const Case& c : {Case{"GET " + list + school + " HTTP/1.0\r\n\r\n", szList},
-                          {"GET /" +
-                               list.toLower().replace("getcourselist?province=0&schoolname",
-                                                      "GetCourseList?Province=0&SchoolName") +
-                               school + " HTTP/1.1\n\n",
-                           szList},
-                          {"GET http://h" + list + "a b HTTP/1.0\r\nA: b\r\n\r\n", szList},
-                          {"\r\n\r\n", "400"},
-                          {QByteArray(100, '\0') + "\r\n\r\n", "400"},
-                          {"GET /\r\n\r\n", "400"},
-                          {"GET nothing HTTP/1.0\r\n\r\n", "400"},
-                          {"GET http://h HTTP/1.0\r\n\r\n", "404"},
-                          {"POST / HTTP/1.0\r\nContent-Length: 5\r\n\r\nabcde", "405"},
-                          {"GET /nothing HTTP/1.0\r\n\r\n", "404"},
-                          {"GET / HTTP/1.0\r\n\r\nand more than was asked for", "404"},
-                          {QByteArray(20'000, 'x'), "414"},
-                          {"GET /" + QByteArray(9'000, 'x') + " HTTP/1.0\r\n\r\n", "414"}}) {
-        const QByteArray reply = Exchange(c.Request);
-        EXPECT_TRUE(reply.mid(9).startsWith(c.szStatus)) << c.Request.left(60).toStdString();
-        EXPECT_EQ(reply.count('\a'), c.Request.contains(school) ? 10 : 0);
+    const std::pair<QByteArray, const char*> cases[] = {
+        {"GET " + list + school + " HTTP/1.0\r\n\r\n", szList},
+        {"GET //isapi/COURSEMGR.DLL?GetCourseList?Province=0&SchoolName=" + school + " HTTP/1.1\n\n", szList},
+        {"GET http://h" + list + "a b HTTP/1.0\r\nA: b\r\n\r\n", szList},
+        {"\r\n\r\n", "400"},
+        {QByteArray(100, '\0') + "\r\n\r\n", "400"},
+        {"GET /\r\n\r\n", "400"},
+        {"GET nothing HTTP/1.0\r\n\r\n", "400"},
+        {"GET http://h HTTP/1.0\r\n\r\n", "404"},
+        {"POST / HTTP/1.0\r\nContent-Length: 5\r\n\r\nabcde", "405"},
+        {"GET / HTTP/1.0\r\n\r\nand more than was asked for", "404"},
+        {"GET /" + QByteArray(9'000, 'x') + " HTTP/1.0\r\n\r\n", "414"}};
+    for (const auto& [request, szStatus] : cases) {
+        const QByteArray reply = Exchange(request);
+        EXPECT_TRUE(reply.mid(9).startsWith(szStatus)) << request.left(60).toStdString();
+        EXPECT_EQ(reply.count('\a'), request.contains(school) ? 10 : 0);
     }
+    EXPECT_TRUE(Log().endsWith(" 127.0.0.1 refused 414\n")) << Log().toStdString();
+    EXPECT_EQ(Log().count('\n'), std::size(cases));
 }
 
 TEST_F(ServiceTest, SlowAndSilentClientsKeepNobodyWaiting) {
@@ -142,23 +133,11 @@ TEST_F(ServiceTest, OffersTemplates) {
     std::map<std::string, la_int64_t> found;
     archive* pArchive = archive_read_new();
     archive_read_support_format_zip(pArchive);
-    ASSERT_EQ(archive_read_open_memory(pArchive, zip.constData(), static_cast<size_t>(zip.size())),
-              ARCHIVE_OK);
+    archive_read_open_memory(pArchive, zip.constData(), static_cast<size_t>(zip.size()));
     for (archive_entry* pEntry = nullptr; archive_read_next_header(pArchive, &pEntry) == ARCHIVE_OK;)
         found[archive_entry_pathname_utf8(pEntry)] = archive_entry_size(pEntry);
     archive_read_free(pArchive);
     EXPECT_EQ(found, (std::map<std::string, la_int64_t>{{"Preview.jpg", 7}, {"Skin/图/a.gif", 300'000}}));
-}
-
-TEST_F(ServiceTest, TheLogNamesCoursesAndNoSecrets) {
-    CCourseServer client;
-    client.SetBaseUrl(Server.Url());
-    CCourseInfo info{2, {}, {}};
-    EXPECT_TRUE(client.EditPassword(info, u"123456"_s, u"secret"_s));
-    EXPECT_EQ(info.Name, u"高等数学"_s);
-    const QByteArray log = Server.Folder().Read(u"data\\access.log"_s);
-    EXPECT_THAT(log.toStdString(), testing::EndsWith(" 127.0.0.1 EditPassword course 2 error 0\n"));
-    EXPECT_EQ(log.count('\n'), 1);
 }
 
 TEST(CourseServerProgram, ListensServesAndEnds) {
@@ -174,6 +153,11 @@ TEST(CourseServerProgram, ListensServesAndEnds) {
     client.SetBaseUrl(QString::fromLatin1(line.trimmed().mid(13)));
     EXPECT_EQ(client.GetCourseList(0, u"某校"_s).size(), 5);
     EXPECT_TRUE(client.GetCourseList(0, u"示范大学"_s).isEmpty());
+    CCourseInfo info{2, {}, {}};
+    EXPECT_TRUE(client.EditPassword(info, u"123456"_s, u"secret"_s));
+    EXPECT_EQ(info.Name, u"高等数学"_s);
+    const QByteArray log = folder.Read(u"data\\access.log"_s);
+    EXPECT_TRUE(log.endsWith(" 127.0.0.1 EditPassword course 2 error 0\n")) << log.toStdString();
     ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
     ASSERT_TRUE(program.waitForFinished(10'000));
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
