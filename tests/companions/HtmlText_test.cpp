@@ -2,6 +2,7 @@
 
 #include "companions/compiler/CssText.h"
 #include "foundation/CodePage.h"
+#include "tests/support/Printing.h"
 
 #include <gtest/gtest.h>
 
@@ -17,9 +18,7 @@ std::optional<QString> Louder(const QString& strReference) {
 
 TEST(HtmlText, TakesPagesApartForTheFrame) {
     const struct {
-        QString strPage;
-        QString strHead;
-        QString strBody;
+        QString strPage, strHead, strBody;
     } rows[] = {
         // What is sound stays, character for character.
         {u"<P ALIGN=center>a &nbsp; b<br/>\n<!-- c --></p><p>open"_s, QString(),
@@ -47,16 +46,13 @@ TEST(HtmlText, TakesPagesApartForTheFrame) {
     for (const auto& row : rows) {
         const auto fragment = HtmlText::TakeFragment(row.strPage, Louder);
         ASSERT_TRUE(fragment) << row.strPage.toStdString();
-        EXPECT_EQ(fragment->Head.toStdString(), row.strHead.toStdString()) << row.strPage.toStdString();
-        EXPECT_EQ(fragment->Body.toStdString(), row.strBody.toStdString()) << row.strPage.toStdString();
+        EXPECT_EQ(fragment->Head, row.strHead);
+        EXPECT_EQ(fragment->Body, row.strBody);
     }
 }
 
 TEST(CssText, TouchesReferencesAlone) {
-    const struct {
-        QString strSheet;
-        QString strResult;
-    } rows[] = {
+    const std::pair<QString, QString> rows[] = {
         {u"@charset \"gbk\"; @import 'a.css' screen; @import url(b.css); p{content:'c.gif'}"_s,
          u"@charset \"gbk\"; @import \"A.CSS\" screen; @import url(\"B.CSS\"); p{content:'c.gif'}"_s},
         {u"/* url(a) */ a{b:url('c d.gif'),URL(e)} /* url(f) "_s,
@@ -66,10 +62,8 @@ TEST(CssText, TouchesReferencesAlone) {
         {u"a{b:url(c"_s, u"a{b:url(\"C\""_s},
         {u"a{b:url('c"_s, QString()},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(CssText::RewriteReferences(row.strSheet, Louder).value_or(QString()).toStdString(),
-                  row.strResult.toStdString())
-            << row.strSheet.toStdString();
+    for (const auto& [strSheet, strResult] : rows)
+        EXPECT_EQ(CssText::RewriteReferences(strSheet, Louder).value_or(QString()), strResult);
 }
 
 TEST(HtmlText, RefusesWhatTheParserCanNotBear) {
@@ -81,10 +75,7 @@ TEST(HtmlText, RefusesWhatTheParserCanNotBear) {
 TEST(HtmlText, ReadsWhatAPageSaysOfItsCoding) {
     const QString strText = u"课程é"_s;
     const auto page = [&](const char* szHead) -> QString { return QLatin1StringView(szHead) + strText; };
-    const struct {
-        QByteArray bytes;
-        QString strText;
-    } rows[] = {
+    const std::pair<QByteArray, QString> rows[] = {
         {CodePage::Encode(strText), strText},
         {"\xEF\xBB\xBF" + strText.toUtf8(), strText},
         {page("<meta charset=utf-8>").toUtf8(), page("<meta charset=utf-8>")},
@@ -97,9 +88,9 @@ TEST(HtmlText, ReadsWhatAPageSaysOfItsCoding) {
              QByteArray(reinterpret_cast<const char*>(strText.utf16()), strText.size() * 2),
          strText},
     };
-    for (const auto& row : rows) {
-        const HtmlText::Decoded decoded = HtmlText::Decode(row.bytes);
-        EXPECT_EQ(decoded.Text.toStdString(), row.strText.toStdString());
-        EXPECT_EQ(HtmlText::Encode(decoded), row.bytes) << "and back, byte for byte";
+    for (const auto& [bytes, strExpected] : rows) {
+        const HtmlText::Decoded decoded = HtmlText::Decode(bytes);
+        EXPECT_EQ(decoded.Text, strExpected);
+        EXPECT_EQ(HtmlText::Encode(decoded), bytes) << "and back, byte for byte";
     }
 }

@@ -19,15 +19,15 @@ TEST(References, FindWhatAPageMeans) {
     const struct {
         QString strReference;
         CReferences::EFound found;
-        QString strText;
+        QString strText = {};
     } rows[] = {
-        {u"../N13/Content.htm"_s, Unchanged, QString()},
+        {u"../N13/Content.htm"_s, Unchanged},
         {u"../n13/content.htm#a"_s, Rewritten, u"../N13/Content.htm#a"_s},
         {u"..\\n13\\Content.htm?q#a"_s, Rewritten, u"../N13/Content.htm?q#a"_s},
         {u"../n13/"_s, Rewritten, u"../N13/index.html"_s},
         {u"RES/%E5%9B%BE%20%E7%89%87%231.gif"_s, Rewritten, u"res/图%20片%231.GIF"_s},
         {u"res/%CD%BC%20%C6%AC%231.GIF"_s, Rewritten, u"res/图%20片%231.GIF"_s}, // escaped code page bytes
-        {u"res/%E5%9B%BE%20%E7%89%87%231.GIF"_s, Unchanged, QString()},
+        {u"res/%E5%9B%BE%20%E7%89%87%231.GIF"_s, Unchanged},
         {u"../N13/a%20b.htm"_s, Rewritten, u"../N13/a%2520b.htm"_s}, // the name itself holds "%20"
         {u"file:///"_s + strRoot + u"\\n13\\content.htm#a"_s, Rewritten, u"../N13/Content.htm#a"_s},
         {u"file://"_s + strRoot + u"\\n13\\content.htm"_s, Rewritten, u"../N13/Content.htm"_s},
@@ -35,12 +35,12 @@ TEST(References, FindWhatAPageMeans) {
         {u"../n13/gone.htm#a"_s, Missing, u"../n13/gone.htm"_s},
         {u"file:///c:/other/pic.gif"_s, Missing, u"file:///c:/other/pic.gif"_s},
         {u"../../../../etc/passwd"_s, Missing, u"../../../../etc/passwd"_s},
-        {u"#a"_s, Unchanged, QString()},
-        {QString(), Unchanged, QString()},
-        {u"http://example.com/N13/content.htm"_s, Unchanged, QString()},
-        {u"//example.com/x"_s, Unchanged, QString()},
-        {u"javascript:void(0)"_s, Unchanged, QString()},
-        {u"mailto:a@b.c"_s, Unchanged, QString()},
+        {u"#a"_s, Unchanged},
+        {QString(), Unchanged},
+        {u"http://example.com/N13/content.htm"_s, Unchanged},
+        {u"//example.com/x"_s, Unchanged},
+        {u"javascript:void(0)"_s, Unchanged},
+        {u"mailto:a@b.c"_s, Unchanged},
     };
     for (const auto& row : rows) {
         const CReferences::Result result = references.Rewrite(row.strReference, {u"N7"_s, u"N7"_s});

@@ -1,38 +1,84 @@
 #pragma once
 
+#include "companions/compiler/SiteCompiler.h"
 #include "course/BookDatabase.h"
+#include "foundation/CodePage.h"
+#include "foundation/SysInfo.h"
 #include "tests/support/TempFolder.h"
 
-#include <QString>
+#include <SQLiteCpp/SQLiteCpp.h>
 
 /// A course on disk, made through the course's own store, for the compiler to read. Its program folder lies
-/// beside it.
+/// beside it. Paths are below the temporary folder, for CTempFolder's calls.
 class CSampleCourse {
 public:
-    CSampleCourse();
+    CTempFolder Folder;
+    const QString strProject = Below(QStringLiteral("课程.vcp"));
+    const QString strStore = Below(QStringLiteral("Data\\DataBase\\VorelCourse.mdb"));
+
+    CSampleCourse() {
+        Folder.Write(QStringLiteral("程序\\AppInfo.ini"),
+                     CodePage::Encode(u"[System]\r\nProvince=11\r\nSchoolName=测试大学\r\n"));
+        CSysInfo::Reset(Folder.Path(QStringLiteral("程序\\Vorel")));
+        Folder.Write(strProject, CodePage::Encode(u"[Course]\r\nId=77\r\nName=<高等>数学\r\n"
+                                                  "TeacherName=李老师\r\n[Template]\r\nName=t\r\n"));
+        Folder.MakeFolder(Resource({}));
+        QFile seed(QStringLiteral(VOREL_SEED_DATA "/DataBase/VorelCourse.mdb"));
+        if (!seed.open(QIODevice::ReadOnly))
+            qFatal("no seed database");
+        Folder.Write(strStore, seed.readAll());
+        Store()->SetSeedTitles(QStringLiteral("测试大学"), QStringLiteral("<高等>数学"),
+                               QStringLiteral("李老师"));
+    }
 
     /// Adds a node with content; the path is given below the node's own folder unless it is an address or
     /// begins with "\". Its Id.
     qint32 Add(qint32 nParent, const QString& strTitle, qint32 nType = NodeType::c_nEmpty,
-               const QString& strPath = QString(), int nOpenType = 0);
+               const QString& strPath = {}, int nOpenType = 0, const QString& strFileName = {},
+               const QString& strComment = {}) {
+        const auto pStore = Store();
+        const qint32 nId = pStore->AddNode(nParent, strTitle);
+        QString strStored = strPath;
+        if (strPath.startsWith(u'\\'))
+            strStored.remove(0, 1);
+        else if (!strPath.isEmpty() && !strPath.contains(QLatin1String("://")))
+            strStored.prepend(QStringLiteral("N%1\\").arg(nId));
+        pStore->SetContent(nId, {nType, strStored, nOpenType, strFileName, strComment});
+        return nId;
+    }
     /// An editor page.
-    qint32 AddPage(qint32 nParent, const QString& strTitle, const QString& strHtml, int nOpenType = 0);
-    void SetContent(qint32 nId, const NodeContent& content);
-    /// Writes below the node resource folder.
-    void WriteResource(const QString& strBelow, const QByteArray& bytes) const;
+    qint32 AddPage(qint32 nParent, const QString& strTitle, const QString& strHtml, int nOpenType = 0) {
+        const QString strName = QStringLiteral("Content.htm");
+        const qint32 nId = Add(nParent, strTitle, NodeType::c_nEditorPage, strName, nOpenType);
+        WriteResource(nId, strName, CodePage::Encode(strHtml));
+        return nId;
+    }
+    void WriteResource(qint32 nId, const QString& strName, const QByteArray& bytes) const {
+        Folder.Write(Resource(QStringLiteral("N%1\\").arg(nId) + strName), bytes);
+    }
     /// Runs a statement on the store, as no program of the system would.
-    void Damage(const char* szStatement) const;
+    void Damage(const QString& strStatement) const {
+        SQLite::Database(Folder.Native(strStore).toStdString(), SQLite::OPEN_READWRITE)
+            .exec(strStatement.toStdString());
+    }
 
-    QString ProjectPath() const { return m_folder.Path(QStringLiteral("课程\\课程.vcp")); }
-    /// Below the course's folder, for CTempFolder's calls.
     static QString Below(const QString& strName) { return QStringLiteral("课程\\") + strName; }
+    static QString Resource(const QString& strName) {
+        return Below(QStringLiteral("Data\\Courseware\\NodeResource\\") + strName);
+    }
     static QString Site(const QString& strName) { return Below(QStringLiteral("课程网站\\") + strName); }
-    const CTempFolder& Folder() const { return m_folder; }
-    QString SiteNative() const { return m_folder.Native(Below(QStringLiteral("课程网站"))); }
-    /// A file of the site, as text.
-    QString Text(const QString& strName) const { return QString::fromUtf8(m_folder.Read(Site(strName))); }
+    QString SiteNative() const { return Folder.Native(Below(QStringLiteral("课程网站"))); }
+    /// A file of the site, or of a node's folder in it.
+    QByteArray Bytes(const QString& strName) const { return Folder.Read(Site(strName)); }
+    QByteArray Bytes(qint32 nId, const QString& strName = QStringLiteral("Content.htm")) const {
+        return Bytes(QStringLiteral("N%1\\").arg(nId) + strName);
+    }
+    CompileReport Compile() const { return CompileSite({Folder.Path(strProject), ESiteForm::Site}); }
 
 private:
-    QString DatabasePath() const;
-    CTempFolder m_folder;
+    std::unique_ptr<CBookDatabase> Store() const {
+        auto pStore = std::make_unique<CBookDatabase>(Folder.Path(strStore), 77);
+        pStore->Open();
+        return pStore;
+    }
 };
