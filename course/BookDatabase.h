@@ -26,9 +26,6 @@ inline constexpr qint32 c_nRootNodeId = 3;
 /// The most characters (UTF-16 units) that a node's title has.
 inline constexpr int c_nMaxTitleLength = 40;
 
-/// The key text under which a course's titles are enciphered; it hangs on the installation's settings too.
-QByteArray TitleKeyText(qint32 nCourseId);
-
 struct NodeHeader {
     qint32 Id = -1;
     QString Title;
