@@ -42,10 +42,9 @@ void ExpectWholeTree(CBookDatabase& database) {
     std::set<qint32> met;
     std::vector<qint32> open{3};
     while (!open.empty()) {
-        const qint32 nParentId = open.back();
-        open.pop_back();
         QList<NodeHeader> children;
-        database.GetChildren(nParentId, children);
+        database.GetChildren(open.back(), children);
+        open.pop_back();
         for (qsizetype n = 0; n < children.size(); ++n) {
             EXPECT_EQ(database.GetField(children[n].Id, u"Index"_s).toInt(), n + 1);
             ASSERT_TRUE(met.insert(children[n].Id).second);
@@ -57,13 +56,12 @@ void ExpectWholeTree(CBookDatabase& database) {
 
 TEST(StoreKillTest, KilledProgramLeavesAWholeTree) {
     const CCourseWorld world;
-    world.CopySeed(u"a.mdb"_s);
     const QString strPath = world.Folder.Path(u"a.mdb"_s);
     qint32 nMost = 0;
     for (unsigned nRound = 0; nRound < 12; ++nRound) {
         world.CopySeed(u"a.mdb"_s);
         const pid_t nChild = fork();
-        ASSERT_GE(nChild, 0);
+        ASSERT_GE(nChild, 0) << "never kill(-1)";
         if (nChild == 0)
             ChangeForever(strPath, nRound);
         usleep(20'000 + 17'000 * nRound);
