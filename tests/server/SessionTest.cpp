@@ -16,10 +16,6 @@ using Torvane::Dialog::MFC::BoxIcon;
 
 namespace {
 
-const QString c_strInitial =
-    u"您的密码初始密码，我们推荐您更改密码，以保证您课程的安全！\n您要修改密码吗？"_s;
-const QString c_strLost = u"与服务器的连接意外中断，请您重新打开课程。"_s;
-
 /// A course on disk and the real course server that knows it, password "123456".
 class SessionTest : public testing::Test {
 protected:
@@ -31,13 +27,16 @@ protected:
     CCourse Course{World.ProjectPath(), Services};
 
     SessionTest() {
-        ServedCourse course{42, 11, u"测试大学"_s, u"高等数学"_s, u"李老师"_s, Md5Hex("123456"), false, true};
-        Server.OpenStore().AddCourse(course);
+        Serve(World.Record().Info, false);
         World.MakeCourse();
         World.People.Statuses.clear();
         World.Write(u"程序\\AppInfo.ini"_s,
                     u"[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\nServerURL="_s + Server.Url());
         CSysInfo::Reset(World.Folder.Path(u"程序\\Vorel"_s));
+    }
+    void Serve(const CCourseInfo& info, bool bInitialPassword) {
+        Server.OpenStore().AddCourse({info.Id, 11, u"测试大学"_s, info.Name, info.TeacherName,
+                                      Md5Hex("123456"), bInitialPassword, true});
     }
     void WriteIdentity(const CCourseInfo& info) {
         CProjectFile file;
@@ -74,23 +73,16 @@ protected:
 
 TEST_F(SessionTest, ThePasswordHoldsUntilTheCourseIsClosed) {
     OpenCourse();
-    EXPECT_TRUE(Heartbeat());
     EXPECT_TRUE(Session.ValidateCourse(Course));
     EXPECT_EQ(World.People.Statuses, QStringList{u"正在验证课程..."_s});
     Course.Close();
     CCourse again(World.ProjectPath(), Services);
-    Dialogs.Passwords.push_back(std::nullopt);
-    EXPECT_FALSE(again.Open()) << "asked again, and cancelled";
-}
-
-TEST_F(SessionTest, AWrongPasswordBringsTheDialogBack) {
     Dialogs.Passwords = {u"654321"_s, u""_s, std::nullopt};
     World.People.Expect(u"密码错误，请您重新输入!"_s);
     World.People.Expect(u"密码错误，请您重新输入!"_s);
-    EXPECT_FALSE(Course.Open());
+    EXPECT_FALSE(again.Open());
     ExpectLastBox(BoxButtons::Ok, BoxIcon::Stop, u"错误"_s);
-    ASSERT_EQ(Dialogs.Infos.size(), 3U);
-    EXPECT_EQ(Dialogs.Infos[2], World.Record().Info);
+    EXPECT_EQ(Dialogs.Infos.back(), World.Record().Info);
 }
 
 TEST_F(SessionTest, ACourseRenamedOnTheServerIsRenamedHere) {
@@ -109,12 +101,9 @@ TEST_F(SessionTest, ACourseRenamedOnTheServerIsRenamedHere) {
 
 TEST_F(SessionTest, ALostSessionEndsTheReport) {
     OpenCourse();
-    {
-        CCourseStore store = Server.OpenStore();
-        store.PutClient(
-            42, {store.ListClients(42).first().strTag, true, QDateTime::currentMSecsSinceEpoch() - 301'000});
-    }
-    World.People.Expect(c_strLost);
+    const QByteArray tag = Server.OpenStore().ListClients(42).first().strTag;
+    Server.OpenStore().PutClient(42, {tag, true, QDateTime::currentMSecsSinceEpoch() - 301'000});
+    World.People.Expect(u"与服务器的连接意外中断，请您重新打开课程。"_s);
     EXPECT_FALSE(Heartbeat());
     ExpectLastBox(BoxButtons::Ok, BoxIcon::Stop, u"错误"_s);
     EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nClosed, {}, false)) << "and says nothing";
@@ -152,35 +141,32 @@ TEST_F(SessionTest, ThePasswordIsChanged) {
     World.People.Expect(u"密码已修改，请您牢记！"_s);
     CCourseInfo info = World.Record().Info;
     EXPECT_TRUE(Session.ChangePassword(info, u"说明"_s));
-    EXPECT_EQ(World.People.Boxes[0].Icon, BoxIcon::Stop);
-    EXPECT_EQ(World.People.Boxes[0].strTitle, u"提示"_s);
-    EXPECT_EQ(World.People.Boxes[1].Icon, BoxIcon::Information);
+    EXPECT_EQ(World.People.Boxes.front().Icon, BoxIcon::Stop);
+    EXPECT_EQ(World.People.Boxes.front().strTitle, u"提示"_s);
+    ExpectLastBox(BoxButtons::Ok, BoxIcon::Information, u"提示"_s);
     EXPECT_EQ(Dialogs.Prompts, (QStringList{u"说明"_s, u"说明"_s}));
     EXPECT_EQ(World.People.Statuses, (QStringList{u"正在修改密码..."_s, u"正在修改密码..."_s}));
     EXPECT_EQ(Server.OpenStore().FindCourse(42)->strPasswordDigest,
               Md5Hex(QByteArray::fromHex("c3dcc2ebc3dc")));
 }
 
-class InitialPasswordTest : public SessionTest {
-protected:
-    InitialPasswordTest() {
-        ServedCourse course{43, 11, u"测试大学"_s, u"高等代数"_s, u"王老师"_s, Md5Hex("123456"), true, true};
-        Server.OpenStore().AddCourse(course);
-    }
-};
+const CCourseInfo c_initial{43, u"高等代数"_s, u"王老师"_s};
 
-TEST_F(InitialPasswordTest, OpeningOffersAChange) {
-    WriteIdentity({43, u"高等代数"_s, u"王老师"_s});
+TEST_F(SessionTest, OpeningOffersAChangeOfTheInitialPassword) {
+    Serve(c_initial, true);
+    WriteIdentity(c_initial);
     Dialogs.Passwords.push_back(u"123456"_s);
     Dialogs.Changes.push_back(std::nullopt);
-    World.People.Expect(c_strInitial, BoxAnswer::Ok);
+    World.People.Expect(u"您的密码初始密码，我们推荐您更改密码，以保证您课程的安全！\n您要修改密码吗？"_s,
+                        BoxAnswer::Ok);
     EXPECT_TRUE(Course.Open()) << "the change's result doesn't matter";
     ExpectLastBox(BoxButtons::OkCancel, BoxIcon::Question, u"提示"_s);
     EXPECT_EQ(Dialogs.Prompts, QStringList{u"请您输入原密码和新密码。"_s});
 }
 
-TEST_F(InitialPasswordTest, TheWizardInsistsOnAChange) {
+TEST_F(SessionTest, TheWizardInsistsOnAChangeOfTheInitialPassword) {
     using ENext = CCourseChoice::ENext;
+    Serve(c_initial, true);
     CCourseChoice choice(World.People, Session);
     ASSERT_TRUE(choice.Fetch());
     ASSERT_EQ(choice.GetCourses().size(), 2);
@@ -211,26 +197,22 @@ TEST_F(InitialPasswordTest, TheWizardInsistsOnAChange) {
 }
 
 TEST(PasswordChange, IsCheckedInItsOrder) {
-    struct Case {
-        const char16_t* szOld;
-        const char16_t* szNew;
-        const char16_t* szConfirm;
+    const struct {
+        QString strOld, strNew, strConfirm;
         EPasswordField Field;
-        const char16_t* szMessage;
-    };
-    for (const Case& c :
-         {Case{u"", u"", u"", EPasswordField::Old, u"请您填写原密码！"},
-          {u"a", u"", u"", EPasswordField::New, u"请您填写新密码！"},
-          {u"a", u"b", u"", EPasswordField::Confirm, u"请您填写确认新密码！"},
-          {u"a", u"b", u"B", EPasswordField::Confirm, u"两次输入密码不一致，请您重新输入！"},
-          {u"a", u"12345", u"12345", EPasswordField::New, u"为了保障您的课程的安全，密码不得低于6位!"},
-          {u"a", u"密码", u"密码", EPasswordField::New, u"为了保障您的课程的安全，密码不得低于6位!"},
-          {u"a", u"密码密", u"密码密", EPasswordField::None, u""},
-          {u"a", u"123456", u"123456", EPasswordField::None, u""}}) {
-        const PasswordFault fault = CheckPasswordChange(
-            QString::fromUtf16(c.szOld), QString::fromUtf16(c.szNew), QString::fromUtf16(c.szConfirm));
+        QString strMessage = {};
+    } cases[] = {
+        {u""_s, u""_s, u""_s, EPasswordField::Old, u"请您填写原密码！"_s},
+        {u"a"_s, u""_s, u""_s, EPasswordField::New, u"请您填写新密码！"_s},
+        {u"a"_s, u"b"_s, u""_s, EPasswordField::Confirm, u"请您填写确认新密码！"_s},
+        {u"a"_s, u"b"_s, u"B"_s, EPasswordField::Confirm, u"两次输入密码不一致，请您重新输入！"_s},
+        {u"a"_s, u"12345"_s, u"12345"_s, EPasswordField::New, u"为了保障您的课程的安全，密码不得低于6位!"_s},
+        {u"a"_s, u"密码"_s, u"密码"_s, EPasswordField::New, u"为了保障您的课程的安全，密码不得低于6位!"_s},
+        {u"a"_s, u"密码密"_s, u"密码密"_s, EPasswordField::None}};
+    for (const auto& c : cases) {
+        const PasswordFault fault = CheckPasswordChange(c.strOld, c.strNew, c.strConfirm);
         EXPECT_EQ(fault.Field, c.Field);
-        EXPECT_EQ(fault.strMessage, QString::fromUtf16(c.szMessage));
+        EXPECT_EQ(fault.strMessage, c.strMessage);
         EXPECT_EQ(fault.bEmptyConfirm, fault.strMessage.contains(u"不一致"_s));
     }
 }

@@ -23,24 +23,17 @@ TEST(TemplateDownload, FormsTheCompanionsCommandLine) {
               u"Z:\\p\\t\\甲 %1\""_s);
 }
 
-class DownloadTest : public testing::Test {
-protected:
-    CTempFolder Program;
+TEST(TemplateDownload, ChecksANameAndAsksBeforeItUpdates) {
+    const CTempFolder Program;
+    CSysInfo::Reset(Program.Path(u"Vorel"_s));
     CScriptedPeople People;
     CTemplateDownload Download{People};
-
-    DownloadTest() { CSysInfo::Reset(Program.Path(u"Vorel"_s)); }
-};
-
-TEST_F(DownloadTest, RefusesNamesThatLeaveTheFolder) {
     for (const QString& strName : {u""_s, u".."_s, u"a\\b"_s, u"../x"_s, u"a\"b"_s, u"a\nb"_s}) {
         People.Expect(u"请您选择一个模板！"_s);
         EXPECT_FALSE(Download.CheckChoice(strName)) << strName.toStdString();
     }
     EXPECT_TRUE(Download.CheckChoice(u"蓝 色"_s));
-}
 
-TEST_F(DownloadTest, AsksBeforeItUpdates) {
     Program.Write(u"SysData\\VorelTemplates\\甲\\x"_s, "");
     People.Expect(Program.Native(u"SysData/VorelTemplates/甲"_s) + u"已经存在，是否继续更新？"_s,
                   BoxAnswer::No);
