@@ -1,7 +1,9 @@
 #include "server/HttpClient.h"
 #include "foundation/Exceptions.h"
 #include "server/HttpMessage.h"
+#include "server/PortHolder.h"
 #include "tests/support/StrangeServer.h"
+#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -162,6 +164,18 @@ TEST(HttpClient, WaitStepGivesASilentServerUp) {
     CStrangeServer next(c_ok + "x");
     client.SetWaitStep({});
     EXPECT_EQ(client.Request(next.Url(), EHttpMethod::Get, "a"), 1) << "the object stays usable";
+}
+
+TEST(PortHolder, HoldsThePortsOfItsFile) {
+    const CTempFolder folder;
+    CPortHolder none(folder.Path(QStringLiteral("Port.txt")));
+    none.Run();
+    EXPECT_TRUE(none.GetPorts().isEmpty());
+    folder.Write(QStringLiteral("Port.txt"), "0\r\n70000\r\n-1");
+    CPortHolder holder(folder.Path(QStringLiteral("Port.txt")));
+    holder.Run();
+    ASSERT_EQ(holder.GetPorts().size(), 1);
+    EXPECT_EQ(Platform::CHeldPort::Take(holder.GetPorts()[0]), nullptr) << "nobody else gets it";
 }
 
 TEST(HttpMessage, RefusesWhatIsNoUrl) {

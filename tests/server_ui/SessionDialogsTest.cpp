@@ -6,37 +6,20 @@
 #include "tests/support/Printing.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/ScriptedPeople.h"
+#include "tests/support/WindowHelp.h"
 
-#include <QApplication>
 #include <QBuffer>
-#include <QDialog>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using Torvane::Dialog::MFC::BoxIcon;
 
 namespace {
-
-/// Does the steps as soon as the dialog of this name stands; fails the test and closes it if they leave it
-/// open.
-void WhenShown(const QString& strName, const std::function<void(QDialog&)>& steps) {
-    QTimer::singleShot(0, [=] {
-        auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(pDialog, nullptr);
-        EXPECT_EQ(pDialog->objectName(), strName);
-        steps(*pDialog);
-        if (pDialog->isVisible()) {
-            ADD_FAILURE() << "still open";
-            pDialog->reject();
-        }
-    });
-}
 
 QLineEdit& Field(QDialog& dialog, const QString& strName) {
     auto* pField = dialog.findChild<QLineEdit*>(strName);
@@ -45,24 +28,19 @@ QLineEdit& Field(QDialog& dialog, const QString& strName) {
     return *pField;
 }
 
-void Type(QDialog& dialog, const QString& strName, const QString& strText) {
-    QLineEdit& field = Field(dialog, strName);
-    field.setFocus();
-    field.selectAll();
-    QTest::keyClick(&field, Qt::Key_Delete);
-    // Characters beyond the keyboard come as one piece, as an input method commits them.
-    field.insert(strText);
+/// Fills the fields, presses Enter, and answers where the focus is then.
+QString Enter(QDialog& dialog, const QMap<QString, QString>& fields) {
+    for (auto it = fields.begin(); it != fields.end(); ++it)
+        Field(dialog, it.key()).setText(it.value());
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    return dialog.isVisible() ? dialog.focusWidget()->objectName() : u"closed"_s;
 }
 
-QString FocusOf(const QDialog& dialog) {
-    return dialog.focusWidget() ? dialog.focusWidget()->objectName() : u""_s;
-}
-
-TEST(PasswordDialog, AsksForThePasswordOfACourse) {
+TEST(PasswordDialogs, AskForThePasswordOfACourse) {
     CScriptedPeople people;
     CSessionDialogs dialogs(people);
     const CCourseInfo info{1, u"<b>课程</b>"_s, u"教师"_s};
-    WhenShown(u"CPasswordDialog"_s, [&](QDialog& dialog) {
+    WhenDialogOpens([&](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), u"验证密码"_s);
         EXPECT_EQ(dialog.findChild<QLabel*>(u"prompt"_s)->text(),
                   u"请您输入课程密码，如有疑问，请向管理员咨询。"_s);
@@ -70,45 +48,32 @@ TEST(PasswordDialog, AsksForThePasswordOfACourse) {
         EXPECT_EQ(Field(dialog, u"teacher"_s).text(), info.TeacherName);
         EXPECT_TRUE(Field(dialog, u"course"_s).isReadOnly() && Field(dialog, u"teacher"_s).isReadOnly());
         EXPECT_EQ(Field(dialog, u"password"_s).echoMode(), QLineEdit::Password);
-        EXPECT_EQ(FocusOf(dialog), u"password"_s);
         QTest::keyClicks(dialog.focusWidget(), u"a b1"_s);
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
     EXPECT_EQ(dialogs.AskPassword(info), u"a b1"_s);
-    WhenShown(u"CPasswordDialog"_s, [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    WhenDialogOpens([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     EXPECT_EQ(dialogs.AskPassword(info), std::nullopt);
 }
 
-TEST(ChangePasswordDialog, StaysUntilItsFieldsAreRight) {
+TEST(PasswordDialogs, StayUntilAChangesFieldsAreRight) {
     CScriptedPeople people;
     CSessionDialogs dialogs(people);
     people.Expect(u"请您填写原密码！"_s);
     people.Expect(u"两次输入密码不一致，请您重新输入！"_s);
     people.Expect(u"为了保障您的课程的安全，密码不得低于6位!"_s);
-    WhenShown(u"CChangePasswordDialog"_s, [&](QDialog& dialog) {
+    WhenDialogOpens([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), u"修改密码"_s);
         EXPECT_EQ(dialog.findChild<QLabel*>(u"prompt"_s)->text(), u"说明"_s);
-        auto* pOk = dialog.findChild<QPushButton*>(u"ok"_s);
-        EXPECT_EQ(pOk->text(), u"确定"_s);
-        EXPECT_EQ(dialog.findChild<QPushButton*>(u"cancel"_s)->text(), u"取消"_s);
-        QTest::mouseClick(pOk, Qt::LeftButton);
-        EXPECT_EQ(FocusOf(dialog), u"old"_s);
-        Type(dialog, u"old"_s, u"旧"_s);
-        Type(dialog, u"new"_s, u"密码"_s);
-        Type(dialog, u"confirm"_s, u"密"_s);
-        QTest::keyClick(&dialog, Qt::Key_Return);
-        EXPECT_EQ(FocusOf(dialog), u"confirm"_s);
+        EXPECT_EQ(Enter(dialog, {}), u"old"_s);
+        EXPECT_EQ(Enter(dialog, {{u"old"_s, u"旧"_s}, {u"new"_s, u"密码"_s}, {u"confirm"_s, u"密"_s}}),
+                  u"confirm"_s);
         EXPECT_EQ(Field(dialog, u"confirm"_s).text(), u""_s);
-        Type(dialog, u"confirm"_s, u"密码"_s);
-        QTest::keyClick(&dialog, Qt::Key_Return);
-        EXPECT_EQ(FocusOf(dialog), u"new"_s);
-        Type(dialog, u"new"_s, u"密码密"_s);
-        Type(dialog, u"confirm"_s, u"密码密"_s);
-        QTest::keyClick(&dialog, Qt::Key_Return);
+        EXPECT_EQ(Enter(dialog, {{u"confirm"_s, u"密码"_s}}), u"new"_s);
+        EXPECT_EQ(Enter(dialog, {{u"new"_s, u"密码密"_s}, {u"confirm"_s, u"密码密"_s}}), u"closed"_s);
     });
     const auto change = dialogs.AskPasswordChange(u"说明"_s);
-    ASSERT_TRUE(change);
-    EXPECT_EQ(change->strOld, u"旧"_s);
-    EXPECT_EQ(change->strNew, u"密码密"_s);
+    EXPECT_TRUE(change && change->strOld == u"旧"_s && change->strNew == u"密码密"_s);
     for (const auto& box : people.Boxes)
         EXPECT_TRUE(box.strTitle == u"提示"_s && box.Icon == BoxIcon::Information);
 }
@@ -130,22 +95,16 @@ protected:
 };
 
 TEST_F(ServerWindowTest, AnAddressIsTakenWhenAServerAnswersThere) {
-    const QString strDead = u"http://127.0.0.1:1"_s;
     People.Expect(u"请您填写服务器地址！"_s);
     People.Expect(u"您输入的服务器地址格式不正确，如有疑问，请您向管理员咨询。"_s);
     People.Expect(u"无法与服务器建立连接。"_s);
-    WhenShown(u"CServerAddressDialog"_s, [&](QDialog& dialog) {
+    WhenDialogOpens([&](QDialog& dialog) {
         EXPECT_EQ(Field(dialog, u"address"_s).text(), u"http://"_s);
-        Type(dialog, u"address"_s, u"  "_s);
-        QTest::keyClick(&dialog, Qt::Key_Return);
-        Type(dialog, u"address"_s, u"FTP://x"_s);
-        QTest::keyClick(&dialog, Qt::Key_Return);
+        EXPECT_EQ(Enter(dialog, {{u"address"_s, u"  "_s}}), u"address"_s);
+        Enter(dialog, {{u"address"_s, u"FTP://x"_s}});
         EXPECT_EQ(Field(dialog, u"address"_s).text(), u"ftp://x"_s) << "lowered in the field too";
-        Type(dialog, u"address"_s, strDead);
-        QTest::keyClick(&dialog, Qt::Key_Return);
-        EXPECT_EQ(FocusOf(dialog), u"address"_s);
-        Type(dialog, u"address"_s, u' ' + Server.Url().toUpper());
-        QTest::keyClick(&dialog, Qt::Key_Return);
+        Enter(dialog, {{u"address"_s, u"http://127.0.0.1:1"_s}});
+        EXPECT_EQ(Enter(dialog, {{u"address"_s, u' ' + Server.Url().toUpper()}}), u"closed"_s);
     });
     EXPECT_EQ(AskServerAddress(u"http://"_s, Session, People, nullptr), Server.Url());
     EXPECT_EQ(People.Boxes.back().Icon, BoxIcon::Warning);
@@ -172,7 +131,7 @@ TEST_F(ServerWindowTest, TemplatesAreShownWithTheirPictures) {
         return shown.isNull() ? QColor() : shown.pixelColor(shown.width() / 2, shown.height() / 2);
     };
     EXPECT_GT(centre().red(), 200);
-    WhenShown(u"CTemplateDownloadDialog"_s, [&](QDialog& shown) {
+    WhenDialogOpens([&](QDialog& shown) {
         QTest::keyClick(pList, Qt::Key_Down);
         EXPECT_GT(centre().blue(), 200);
         QTest::mouseClick(shown.findChild<QPushButton*>(u"ok"_s), Qt::LeftButton);
