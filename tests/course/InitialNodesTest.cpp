@@ -93,7 +93,6 @@ TEST(InitialNodesTest, BrokenListsEnd) {
         bool bMade;
     } cases[] = {{"no line", {}, false},
                  {"own sibling", {{u"a"_s, -1, 0, u""_s, true}}, false},
-                 {"own sibling, unselected", {{u"a"_s, -1, 0, u""_s, false}}, false},
                  {"own child", {{u"a"_s, 0, -1, u""_s, true}}, false},
                  {"back to an ancestor", {{u"a"_s, 1, -1, u""_s, true}, {u"b"_s, -1, 0, u""_s, true}}, false},
                  {"beyond the end", {{u"a"_s, -1, 1, u""_s, true}}, false},

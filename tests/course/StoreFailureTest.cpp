@@ -39,12 +39,11 @@ protected:
 };
 
 TEST_F(StoreFailureTest, MessageFollowsTheSystemOrItsNumber) {
-    const std::pair<quint32, const char*> cases[] = {
-        {0x80070070, "磁盘空间不足。"},           {0x80040201, "IDispatch error #1"},
-        {0x8004FFFF, "IDispatch error #65023"},   {0x80040200, "Unknown error 0x80040200"},
-        {0x80050000, "Unknown error 0x80050000"}, {ComError::CodeOfSqlite(17), "Unknown error 0x80040011"}};
-    for (const auto& [nCode, pszMessage] : cases)
-        EXPECT_EQ(ComError::Message(nCode).toStdString(), pszMessage);
+    EXPECT_EQ(ComError::Message(0x80070070), u"磁盘空间不足。"_s);
+    EXPECT_EQ(ComError::Message(0x80040201) + ComError::Message(0x8004FFFF),
+              u"IDispatch error #1IDispatch error #65023"_s);
+    EXPECT_EQ(ComError::Message(0x80040200) + ComError::Message(ComError::CodeOfSqlite(SQLITE_SCHEMA)),
+              u"Unknown error 0x80040200Unknown error 0x80040011"_s);
 }
 
 TEST_F(StoreFailureTest, FilesThatAreNoCourseAreRefusedAndLeftAlone) {
@@ -62,17 +61,6 @@ TEST_F(StoreFailureTest, FilesThatAreNoCourseAreRefusedAndLeftAlone) {
     }
     RunScript("CREATE TABLE Book (Id INTEGER PRIMARY KEY, Title TEXT)");
     EXPECT_EQ(MessageOf([&] { Database.Open(); }), "IDispatch error #3092") << "columns are missing";
-}
-
-TEST_F(StoreFailureTest, TruncatedDatabaseNeverCrashes) {
-    World.CopySeed(u"whole.mdb"_s);
-    const QByteArray whole = World.Folder.Read(u"whole.mdb"_s);
-    for (qsizetype nLength = 512; nLength < whole.size(); nLength += 1024) {
-        World.Folder.Write(u"data\\a.mdb"_s, whole.left(nLength));
-        CBookDatabase database(World.Folder.Path(u"data\\a.mdb"_s), 1);
-        QList<NodeHeader> list;
-        MessageOf([&] { database.Open() && database.GetChildren(3, list) && database.AddNode(3, u"a"_s); });
-    }
 }
 
 TEST_F(StoreFailureTest, ImpossibleConversionsThrow) {
