@@ -181,18 +181,4 @@ TEST_F(CourseTest, MissingTemplateIsAskedFor) {
     EXPECT_EQ(file.GetTemplateName() + file.GetLastDir(), u"模板二/tmp/网站"_s);
 }
 
-TEST_F(CourseTest, ServerRenamesCourseAndTeacher) {
-    World.Session.OnReport = [](CCourse& course) {
-        course.TakeServerInfo({43, u"线性代数"_s, u"王老师"_s});
-        course.TakeServerInfo({42, u""_s, u"nobody"_s});
-    };
-    ASSERT_TRUE(Course.Open());
-    const CCourseInfo expected{42, u"线性代数"_s, u"王老师"_s};
-    EXPECT_EQ(Course.GetInfo(), expected) << "the id keys the titles and stays";
-    EXPECT_TRUE(Titles().startsWith(u"测试大学 线性代数 王老师 "_s));
-    CProjectFile file;
-    ASSERT_TRUE(file.SetPath(World.ProjectPath()) && file.Load());
-    EXPECT_TRUE(file.GetCourseInfo() == expected && file.GetTemplateName() == u"模板一"_s);
-}
-
 } // namespace

@@ -19,20 +19,20 @@ namespace {
     std::mt19937 random(nSeed);
     std::vector<qint32> nodes{3};
     for (;;) {
-        const qint32 nOne = nodes[random() % nodes.size()];
-        const qint32 nOther = nodes[random() % nodes.size()];
+        const qint32 nOne = nodes[random() % nodes.size()], nOther = nodes[random() % nodes.size()];
+        const auto nChoice = random() % 4;
         if (nOne == 3 || nodes.size() < 8) {
             CBookDatabase::CTransaction transaction(database);
             nodes.push_back(database.AddNode(nOther, u"甲"_s));
             nodes.push_back(database.AddNode(nOther, u"乙"_s));
             transaction.Commit();
-        } else if (random() % 4 == 0 && database.GetChildrenCount(nOne) == 0) {
+        } else if (nChoice == 0 && database.GetChildrenCount(nOne) == 0) {
             database.DeleteNode(nOne);
             std::erase(nodes, nOne);
-        } else if (random() % 2 == 0) {
-            database.MoveTo(nOne, nOther);
         } else {
-            random() % 2 == 0 ? database.MoveUp(nOne) : database.MoveDown(nOne);
+            nChoice == 1   ? database.MoveUp(nOne)
+            : nChoice == 2 ? database.MoveDown(nOne)
+                           : database.MoveTo(nOne, nOther);
         }
     }
 }

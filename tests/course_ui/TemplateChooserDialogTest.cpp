@@ -36,9 +36,6 @@ protected:
     static QSize Picture(QDialog& dialog) {
         return dialog.findChild<QLabel*>(u"templatePicture"_s)->pixmap(Qt::ReturnByValue).size();
     }
-    static void Click(QDialog& dialog, const QString& strButton) {
-        dialog.findChild<QPushButton*>(strButton)->click();
-    }
     CCourseWorld World;
 };
 
@@ -49,7 +46,7 @@ TEST_F(TemplateChooserTest, ShowsAndGivesTheSelectedTemplate) {
         EXPECT_EQ(Picture(dialog), QSize(400, 200)) << "whole, in its proportions";
         List(dialog).setCurrentIndex(List(dialog).findText(u"模板二"_s));
         EXPECT_TRUE(Picture(dialog).isEmpty()) << "a picture that doesn't load leaves its place empty";
-        Click(dialog, u"ok"_s);
+        dialog.findChild<QPushButton*>(u"ok"_s)->click();
     });
     EXPECT_EQ(chosen, u"模板二"_s);
 }
@@ -59,7 +56,7 @@ TEST_F(TemplateChooserTest, UnknownNameSelectsTheFirstAndNoneLeavesNothingToAcce
         return [=](QDialog& dialog) {
             EXPECT_EQ(List(dialog).currentIndex(), nSelected);
             EXPECT_EQ(dialog.findChild<QPushButton*>(u"ok"_s)->isEnabled(), bOk);
-            Click(dialog, u"cancel"_s);
+            dialog.findChild<QPushButton*>(u"cancel"_s)->click();
         };
     };
     EXPECT_EQ(Choose(u"gone"_s, cancel(0, true)), std::nullopt);

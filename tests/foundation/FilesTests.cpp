@@ -62,17 +62,12 @@ TEST(Files, EachFailureHasItsMessageInNativeForm) {
 
 TEST(Files, OperationsTouchTheOneFile) {
     const CTempFolder folder;
-    folder.Write(u"a"_s, "new");
-    folder.Write(u"b"_s, "old");
-    folder.Write(u"real"_s, "kept");
-    ASSERT_TRUE(QFile::link(u"real"_s, folder.Native(u"link"_s)));
-    CopyOneFile(folder.Path(u"a"_s), folder.Path(u"b"_s), true);
-    EXPECT_EQ(folder.Read(u"b"_s), "new");
+    folder.Write(u"a"_s, "x");
+    ASSERT_TRUE(QFile::link(u"a"_s, folder.Native(u"link"_s)));
     CopyOneFile(folder.Path(u"link"_s), folder.Path(u"Copy"_s), false);
     EXPECT_FALSE(QFileInfo(folder.Native(u"Copy"_s)).isSymLink());
     DeleteOneFile(folder.Path(u"link"_s), true);
-    EXPECT_FALSE(folder.Exists(u"link"_s));
-    EXPECT_EQ(folder.Read(u"real"_s), "kept");
+    EXPECT_TRUE(folder.Exists(u"a"_s) && !folder.Exists(u"link"_s));
     EXPECT_THROW(DeleteOneFile(folder.Path(), true), CFileException);
     ::chmod(folder.Native(u"a"_s).toUtf8().constData(), 0444);
     ClearAttributes(folder.Path(u"a"_s));
