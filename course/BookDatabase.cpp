@@ -214,28 +214,26 @@ double CBookDatabase::GetTotalSize() {
     });
 }
 
-QVariant CBookDatabase::GetField(qint32 nId, const QString& strColumn) {
+/// Reads one column of one node, which must be there.
+template <typename Reader>
+auto CBookDatabase::ReadField(qint32 nId, const QString& strColumn, Reader reader) {
     return Guarded([&](Connection& connection) {
         CStoreQuery query = connection.Query(FieldWording(strColumn), nId);
         StepToRow(query);
-        return query.Value(0);
+        return (query.*reader)(0);
     });
+}
+
+QVariant CBookDatabase::GetField(qint32 nId, const QString& strColumn) {
+    return ReadField(nId, strColumn, &CStoreQuery::Value);
 }
 
 QString CBookDatabase::GetText(qint32 nId, const QString& strColumn) {
-    return Guarded([&](Connection& connection) {
-        CStoreQuery query = connection.Query(FieldWording(strColumn), nId);
-        StepToRow(query);
-        return query.Text(0);
-    });
+    return ReadField(nId, strColumn, &CStoreQuery::Text);
 }
 
 qint32 CBookDatabase::GetInt(qint32 nId, const QString& strColumn) {
-    return Guarded([&](Connection& connection) {
-        CStoreQuery query = connection.Query(FieldWording(strColumn), nId);
-        StepToRow(query);
-        return query.Int(0);
-    });
+    return ReadField(nId, strColumn, &CStoreQuery::Int);
 }
 
 QString CBookDatabase::GetPath(qint32 nId) {
@@ -319,12 +317,16 @@ bool CBookDatabase::SetSeedTitles(const QString& strSchool, const QString& strCo
     });
 }
 
+CBookDatabase::Place CBookDatabase::GetPlace(qint32 nId) {
+    const qint32 nParentId = GetInt(nId, u"ParentId"_s);
+    return {nParentId, GetInt(nId, u"Index"_s)};
+}
+
 bool CBookDatabase::DeleteNode(qint32 nId) {
     if (nId <= c_nRootNodeId)
         return false;
     return InOneTransaction([&](Connection& connection) {
-        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
-        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        const auto [nParentId, nIndex] = GetPlace(nId);
         connection.Run("UPDATE Book Set [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ?", nParentId,
                        nIndex);
         connection.Run("DELETE FROM Book WHERE Id = ?", nId);
@@ -334,8 +336,7 @@ bool CBookDatabase::DeleteNode(qint32 nId) {
 
 bool CBookDatabase::MoveUp(qint32 nId) {
     return InOneTransaction([&](Connection& connection) {
-        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
-        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        const auto [nParentId, nIndex] = GetPlace(nId);
         if (nIndex == 1)
             return true;
         connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
@@ -347,8 +348,7 @@ bool CBookDatabase::MoveUp(qint32 nId) {
 
 bool CBookDatabase::MoveDown(qint32 nId) {
     return InOneTransaction([&](Connection& connection) {
-        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
-        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        const auto [nParentId, nIndex] = GetPlace(nId);
         if (nIndex >= GetChildrenCount(nParentId))
             return true;
         connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
@@ -375,8 +375,7 @@ bool CBookDatabase::IsBelow(qint32 nId, qint32 nAncestorId) {
 
 bool CBookDatabase::MoveTo(qint32 nId, qint32 nNewParentId) {
     return InOneTransaction([&](Connection& connection) {
-        const qint32 nParentId = GetInt(nId, u"ParentId"_s);
-        const qint32 nIndex = GetInt(nId, u"Index"_s);
+        const auto [nParentId, nIndex] = GetPlace(nId);
         if (IsBelow(nNewParentId, nId))
             return false;
         connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ?", nParentId,

@@ -123,12 +123,19 @@ public:
 
 private:
     struct Connection;
+    struct Place {
+        qint32 nParentId;
+        qint32 nIndex;
+    };
     template <typename Step>
     auto Guarded(Step step);
     template <typename Step>
     bool InOneTransaction(Step step);
+    template <typename Reader>
+    auto ReadField(qint32 nId, const QString& strColumn, Reader reader);
     QString GetText(qint32 nId, const QString& strColumn);
     qint32 GetInt(qint32 nId, const QString& strColumn);
+    Place GetPlace(qint32 nId);
     bool IsBelow(qint32 nId, qint32 nAncestorId);
 
     QString m_strPath;
