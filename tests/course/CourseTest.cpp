@@ -65,6 +65,10 @@ TEST_F(CourseTest, CreatedCourseIsWhole) {
               u"正在读取课程信息...|正在连接课程数据库...|正在验证课程信息...|正在检查模板文件..."_s);
     EXPECT_EQ(Course.GetInfo(), Record.Info);
     EXPECT_EQ(Titles(), u"测试大学 高等数学 李老师 课程介绍 教师 "_s);
+    Course.TakeServerInfo({43, u"线性代数"_s, u"王老师"_s});
+    Course.TakeServerInfo({42, u""_s, u"nobody"_s});
+    EXPECT_EQ(Titles(), u"测试大学 线性代数 王老师 课程介绍 教师 "_s) << "the server's word";
+    EXPECT_EQ(Course.GetInfo().Id, 42) << "the id keys the titles and stays";
 }
 
 TEST_F(CourseTest, CreatingOverACourseTakesNothingOfIt) {
