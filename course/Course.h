@@ -14,13 +14,6 @@
 
 class CCourse;
 
-/// Kinds of a status report.
-namespace StatusType {
-inline constexpr int c_nHeartbeat = 8;
-inline constexpr int c_nOpened = 264;
-inline constexpr int c_nClosed = 520;
-} // namespace StatusType
-
 /// What a course needs of the course server.
 class ICourseSession {
 public:

@@ -19,3 +19,10 @@ struct CourseFigures {
     double Size = -1.0;
     qint32 Changed = -1;
 };
+
+/// Kinds of a status report.
+namespace StatusType {
+inline constexpr int c_nHeartbeat = 8;
+inline constexpr int c_nOpened = 264;
+inline constexpr int c_nClosed = 520;
+} // namespace StatusType

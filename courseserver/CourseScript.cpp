@@ -1,5 +1,6 @@
 #include "courseserver/CourseScript.h"
 
+#include "course/CourseInfo.h"
 #include "foundation/Ciphers.h"
 #include "foundation/CodePage.h"
 #include "foundation/Token.h"
@@ -15,10 +16,6 @@
 
 namespace {
 
-constexpr int c_nHeartbeat = 8;
-constexpr int c_nOpened = 264;
-constexpr int c_nClosed = 520;
-constexpr int c_nInitialPasswordRight = 16;
 constexpr qsizetype c_nMaxToken = 256;
 constexpr qsizetype c_nMaxTag = 64;
 // A client that lost its session is remembered so long, to be told so.
@@ -224,7 +221,7 @@ void CCourseScript::Password(const Parameters& parameters, const QByteArray& que
         proof = Protocol::ChallengeProof(opened->nTick, opened->nRandom);
     }
     reply.Body = proof + "\r\n" + Names(course) + "\r\n" +
-                 QByteArray::number(course.bInitialPassword ? c_nInitialPasswordRight : 0) + "\r\n";
+                 QByteArray::number(course.bInitialPassword ? Protocol::c_nInitialPasswordRight : 0) + "\r\n";
 }
 
 void CCourseScript::Status(const Parameters& parameters, const QByteArray& query, ScriptReply& reply) {
@@ -236,8 +233,8 @@ void CCourseScript::Status(const Parameters& parameters, const QByteArray& query
     report.nChanged = RequireInt(parameters, "Changed");
     bool bOk = false;
     report.dSize = parameters.value("Size").toDouble(&bOk);
-    const bool bKnownType =
-        report.nType == c_nHeartbeat || report.nType == c_nOpened || report.nType == c_nClosed;
+    const bool bKnownType = report.nType == StatusType::c_nHeartbeat ||
+                            report.nType == StatusType::c_nOpened || report.nType == StatusType::c_nClosed;
     if (!bKnownType || !bOk || !std::isfinite(report.dSize))
         throw Refusal{ErrorCode::c_nBadParameters};
 
@@ -257,7 +254,7 @@ void CCourseScript::Status(const Parameters& parameters, const QByteArray& query
     if (client == report.Clients.end() || !UseToken(token, query))
         return;
     if (!IsLive(*client)) {
-        if (client->bOpen && report.nType != c_nOpened)
+        if (client->bOpen && report.nType != StatusType::c_nOpened)
             throw Refusal{ErrorCode::c_nSessionLost};
         return;
     }
@@ -268,7 +265,7 @@ void CCourseScript::Status(const Parameters& parameters, const QByteArray& query
 void CCourseScript::AcceptReport(const Report& report, CourseClient client) {
     const qint32 nId = report.Course.nId;
     const qint64 nNow = m_settings.Now();
-    if (report.nType == c_nClosed) {
+    if (report.nType == StatusType::c_nClosed) {
         m_store.RemoveClient(nId, client.strTag);
     } else {
         const bool bTaken =

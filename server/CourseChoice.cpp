@@ -1,6 +1,8 @@
+#include "server/CourseChoice.h"
+
 #include "foundation/Exceptions.h"
 #include "foundation/Text.h"
-#include "server/ServerSession.h"
+#include "server/Protocol.h"
 #include "server/Texts.h"
 
 using Torvane::CRunException;
@@ -73,7 +75,7 @@ CCourseChoice::ENext CCourseChoice::Verify(CCourseInfo info, const QString& strP
                      BoxIcon::Warning);
         return ENext::StayOnPassword;
     }
-    if ((nRights & c_nInitialPasswordRight) != 0 &&
+    if ((nRights & Protocol::c_nInitialPasswordRight) != 0 &&
         !m_session.ChangePassword(info, ServerText::c_strInitialPasswordPrompt))
         return ENext::Stay;
     m_chosen = info;

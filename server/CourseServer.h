@@ -40,6 +40,3 @@ private:
     QByteArray m_keyOne;
     QByteArray m_keyTwo;
 };
-
-/// The rights word's bit that says that the password is still the initial one.
-inline constexpr qint32 c_nInitialPasswordRight = 16;

@@ -14,6 +14,9 @@ namespace Protocol {
 /// Between the fields of a line.
 inline constexpr char c_cFieldSeparator = '\a';
 
+/// The rights word's bit that says that the password is still the initial one.
+inline constexpr qint32 c_nInitialPasswordRight = 16;
+
 struct KeyTexts {
     QByteArray strOne;
     QByteArray strTwo;

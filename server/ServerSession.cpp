@@ -4,6 +4,7 @@
 #include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "foundation/Text.h"
+#include "server/Protocol.h"
 #include "server/Texts.h"
 
 using Torvane::CRunException;
@@ -84,7 +85,7 @@ bool CServerSession::PromptPassword(CCourse& course) {
                 continue;
             }
             TakeIdentity(course, info);
-            if ((nRights & c_nInitialPasswordRight) != 0 &&
+            if ((nRights & Protocol::c_nInitialPasswordRight) != 0 &&
                 m_people.Question(ServerText::c_strInitialPassword) == BoxAnswer::Ok)
                 ChangePassword(course);
             return true;

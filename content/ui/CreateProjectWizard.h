@@ -1,7 +1,7 @@
 #pragma once
 
 #include "course/Course.h"
-#include "server/ServerSession.h"
+#include "server/CourseChoice.h"
 
 #include <QWizard>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "content/NewCourse.h"
-#include "server/ServerSession.h"
+#include "server/CourseChoice.h"
 
 #include <QWizardPage>
 

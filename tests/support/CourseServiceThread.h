@@ -19,8 +19,7 @@ public:
         Start();
     }
     ~CCourseServiceThread() { Stop(); }
-    CCourseServiceThread(const CCourseServiceThread&) = delete;
-    CCourseServiceThread& operator=(const CCourseServiceThread&) = delete;
+    Q_DISABLE_COPY(CCourseServiceThread)
 
     QString Url() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_options.nPort); }
     quint16 Port() const { return m_options.nPort; }

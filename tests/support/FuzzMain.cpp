@@ -25,29 +25,21 @@ void Run(const Bytes& bytes) {
 }
 
 Bytes Damage(Bytes bytes, std::mt19937& random) {
-    const auto at = [&](std::size_t nEnd) { return nEnd == 0 ? 0 : random() % nEnd; };
     for (auto nTimes = 1 + random() % 8; nTimes > 0; --nTimes) {
-        switch (random() % 5) {
-        case 0:
-            if (!bytes.empty())
-                bytes[at(bytes.size())] ^= static_cast<std::uint8_t>(1U << (random() % 8));
-            break;
-        case 1:
-            bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at(bytes.size() + 1)),
-                         static_cast<std::uint8_t>(random()));
-            break;
-        case 2:
-            if (!bytes.empty())
-                bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(at(bytes.size())));
-            break;
-        case 3:
-            bytes.resize(at(bytes.size() + 1));
-            break;
-        default: {
-            const Bytes copy(bytes.begin() + static_cast<std::ptrdiff_t>(at(bytes.size() + 1)), bytes.end());
-            bytes.insert(bytes.end(), copy.begin(), copy.end());
-            break;
-        }
+        const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(random() % (bytes.size() + 1));
+        const auto nKind = random() % 5;
+        if (nKind == 0) {
+            bytes.insert(at, static_cast<std::uint8_t>(random()));
+        } else if (nKind == 1) {
+            const Bytes tail(at, bytes.end());
+            bytes.insert(bytes.end(), tail.begin(), tail.end());
+        } else if (nKind == 2) {
+            bytes.erase(at, bytes.end());
+        } else if (at != bytes.end()) {
+            if (nKind == 3)
+                bytes.erase(at);
+            else
+                *at ^= static_cast<std::uint8_t>(1U << (random() % 8));
         }
     }
     return bytes;

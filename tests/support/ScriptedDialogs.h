@@ -1,10 +1,8 @@
 #pragma once
 
 #include "server/ServerSession.h"
+#include "tests/support/ScriptedPeople.h"
 
-#include <gtest/gtest.h>
-
-#include <deque>
 #include <vector>
 
 /// A person who fills the session's dialogs by a script; a dialog that the script does not expect fails the
@@ -23,22 +21,10 @@ public:
     }
     std::optional<QString> AskPassword(const CCourseInfo& info) override {
         Infos.push_back(info);
-        return Next(Passwords);
+        return NextAnswer(Passwords);
     }
     std::optional<PasswordChange> AskPasswordChange(const QString& strPrompt) override {
         Prompts.append(strPrompt);
-        return Next(Changes);
-    }
-
-private:
-    template <typename T>
-    static std::optional<T> Next(std::deque<std::optional<T>>& list) {
-        if (list.empty()) {
-            ADD_FAILURE() << "an unexpected dialog";
-            return std::nullopt;
-        }
-        auto next = list.front();
-        list.pop_front();
-        return next;
+        return NextAnswer(Changes);
     }
 };

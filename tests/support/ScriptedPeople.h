@@ -6,6 +6,18 @@
 
 #include <deque>
 
+/// Takes the next answer of a script; a dialog that the script does not expect fails the test.
+template <typename T>
+std::optional<T> NextAnswer(std::deque<std::optional<T>>& answers) {
+    if (answers.empty()) {
+        ADD_FAILURE() << "an unexpected dialog";
+        return std::nullopt;
+    }
+    const std::optional<T> next = std::move(answers.front());
+    answers.pop_front();
+    return next;
+}
+
 /// A person who answers by a script. Every box that comes is recorded; one that the script does not expect
 /// fails the test and is cancelled.
 class CScriptedPeople : public Torvane::Dialog::MFC::IPeople {
@@ -65,23 +77,14 @@ public:
     void KeepPainting() override {}
 
     std::optional<QString> PickOpenFile(const QString&, const QString&, const QString&) override {
-        return Next(Files);
+        return NextAnswer(Files);
     }
-    std::optional<QString> PickFolder(const QString&, const QString&) override { return Next(Folders); }
+    std::optional<QString> PickFolder(const QString&, const QString&) override { return NextAnswer(Folders); }
 
 private:
     struct Answer {
         QString strText;
         BoxAnswer answer;
     };
-    static std::optional<QString> Next(std::deque<std::optional<QString>>& list) {
-        if (list.empty()) {
-            ADD_FAILURE() << "an unexpected file or folder dialog";
-            return std::nullopt;
-        }
-        const std::optional<QString> next = list.front();
-        list.pop_front();
-        return next;
-    }
     std::deque<Answer> m_expected;
 };

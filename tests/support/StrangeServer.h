@@ -42,8 +42,7 @@ public:
         m_thread.join();
         ::close(m_listener);
     }
-    CStrangeServer(const CStrangeServer&) = delete;
-    CStrangeServer& operator=(const CStrangeServer&) = delete;
+    Q_DISABLE_COPY(CStrangeServer)
 
     QByteArray Url(const QByteArray& path = "/") const { return "http://" + Host() + path; }
     QByteArray Host() const { return "127.0.0.1:" + QByteArray::number(m_nPort); }
@@ -76,8 +75,8 @@ private:
         }
     }
     void ReadRequest(int nClient) {
+        char block[4096];
         while (!IsWhole() && Wait(nClient, POLLIN)) {
-            char block[4096];
             const ssize_t nRead = ::recv(nClient, block, sizeof block, 0);
             if (nRead <= 0)
                 return;
