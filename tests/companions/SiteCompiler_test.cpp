@@ -99,6 +99,8 @@ TEST(SiteCompiler, CompilesEveryKindOfNode) {
         << "an imported page keeps its bytes but for letter case";
     EXPECT_EQ(course.Bytes(nSite, u"Site\\style.css"_s), "/* \xff\xff */ p{background:url(\"next.htm\")}")
         << "a sheet of no known coding keeps its bytes too";
+    QFile::remove(course.Folder.Native(CSampleCourse::Site(u"N%1\\res\\Pic.GIF"_s.arg(nPage))));
+    EXPECT_THAT(DeadLinks(course.SiteNative()), HasSubstr(": res/Pic.GIF\n")) << "the check can see";
 }
 
 TEST(SiteCompiler, KeepsOpenTypes) {
