@@ -75,7 +75,10 @@ EPathKind GetPathKind(const QString& strPath) {
 }
 
 bool IsFile(const QString& strPath) {
-    return GetPathKind(strPath) == EPathKind::File;
+    QString str = CodePage::Cut(strPath, c_nMaxPathBytes);
+    TrimTrailingChar(str, u'\\');
+    Platform::CFileState state;
+    return !str.isEmpty() && Platform::GetFileState(Platform::NativeBytes(str), state) == 0 && state.bPlainFile;
 }
 
 bool IsFolder(const QString& strPath) {

@@ -12,6 +12,7 @@ enum class EPathKind { Nothing = 0, File = 1, Folder = 2 };
 constexpr int c_nMaxPathBytes = 260;
 
 EPathKind GetPathKind(const QString& strPath);
+/// A plain file: what only blocks or never ends when it is read (a pipe, a device) is none.
 bool IsFile(const QString& strPath);
 bool IsFolder(const QString& strPath);
 

@@ -38,6 +38,8 @@ QByteArray ReadFileBytes(const QString& strPath, qint64 nMaxBytes) {
     const QString strCut = CodePage::Cut(strPath, Torvane::File::c_nMaxPathBytes);
     if (const int nError = Platform::ReadFileBytes(Platform::NativeBytes(strCut), bytes, nMaxBytes))
         throw CFileException(FileText::c_strCannotOpen, strPath, nError);
+    if (bytes.size() > c_nMaxWholeFile)
+        throw CFileException(FileText::c_strCannotOpen, strPath, EFBIG);
     return bytes;
 }
 

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <limits>
 
 /// Whole text files in the code page.
 
@@ -15,8 +14,12 @@ QString ReadTextFile(const QString& strPath);
 /// written.
 bool WriteTextFile(const QString& strPath, const QString& strText);
 
-/// The first bytes of a file, by default all of them. Throws Torvane::File::CFileException.
-QByteArray ReadFileBytes(const QString& strPath, qint64 nMaxBytes = std::numeric_limits<qint64>::max());
+/// Far more than any text of the system takes, and what is read is in memory several times over.
+constexpr qint64 c_nMaxWholeFile = qint64{256} * 1024 * 1024;
+
+/// The first bytes of a plain file, by default all of them. Throws Torvane::File::CFileException, also when they are
+/// more than c_nMaxWholeFile.
+QByteArray ReadFileBytes(const QString& strPath, qint64 nMaxBytes = c_nMaxWholeFile + 1);
 
 /// Replaces the file as a whole or not at all: written beside, flushed to the disk, renamed. Throws
 /// Torvane::File::CFileException.

@@ -205,6 +205,9 @@ CBookShowView* CMainFrame::CurrentView() const {
 bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     if (!LeaveCurrentView(true))
         return false;
+    // The node may go while its view is out of sight.
+    if (CBookShowView* pLeft = CurrentView())
+        pLeft->m_pNode = nullptr;
     CBookShowView* pView = ViewOf(kind);
     m_nCurrentView = static_cast<int>(kind);
     pView->m_pNode = pNode;

@@ -1,6 +1,7 @@
 #include "app/ui/PreviewDialog.h"
 
 #include "app/Texts.h"
+#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 
 #include <QLabel>
@@ -12,7 +13,8 @@ CPreviewDialog::CPreviewDialog(const QString& strPicture, QWidget* pParent) : QD
     auto* pPicture = new QLabel(this);
     pPicture->setObjectName(QStringLiteral("picture"));
     pPicture->setAccessibleName(AppTexts::c_strOverallPreview);
-    pPicture->setPixmap(QPixmap(Platform::ToNative(strPicture)));
+    if (Torvane::File::IsFile(strPicture))
+        pPicture->setPixmap(QPixmap(Platform::ToNative(strPicture)));
     pPicture->setMinimumSize(320, 240);
     pPicture->setAlignment(Qt::AlignCenter);
     auto* pLayout = new QVBoxLayout(this);

@@ -1,11 +1,12 @@
 #include "content/ui/PicturePane.h"
 
+#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 
 #include <QPainter>
 
 void CPicturePane::Load(const QString& strPath) {
-    m_picture = strPath.isEmpty() ? QPixmap() : QPixmap(Platform::ToNative(strPath));
+    m_picture = Torvane::File::IsFile(strPath) ? QPixmap(Platform::ToNative(strPath)) : QPixmap();
     m_scaled = QPixmap();
     update();
 }

@@ -1,6 +1,7 @@
 #include "course/ui/TemplateChooserDialog.h"
 
 #include "course/Texts.h"
+#include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
 
@@ -21,7 +22,7 @@ constexpr int c_nSpacing = 8;
 /// The picture, small enough for its place; empty when it can't be read. A picture of any size is decoded no
 /// larger than it is shown.
 QPixmap LoadPreview(const QString& strPath, const QSize& size) {
-    if (strPath.isEmpty())
+    if (!Torvane::File::IsFile(strPath))
         return {};
     QImageReader reader(Platform::ToNative(strPath));
     reader.setAutoTransform(true);

@@ -56,12 +56,17 @@ void CEditorView::ShowNode() {
         return;
     CBookNode* const pNode = m_pNode;
     QString strPath;
+    // A message waits, and so does loading: whatever closes the window meanwhile takes this view or its node
+    // along.
+    const QPointer<CEditorView> pThis(this);
     ShowFailure(this, [&] {
         strPath = pNode->GetContentPath();
         // A node may have been made from a template without a page: editing begins with an empty one.
         if (!Torvane::File::IsFile(strPath))
             pNode->SaveContent(QString());
     });
+    if (!pThis || m_pNode != pNode)
+        return;
     m_bInSource = false;
     m_pSource->clear();
     SetMode(EMode::Design);
@@ -72,8 +77,6 @@ void CEditorView::ShowNode() {
     m_pDesign->SetAllowedFolders(folders, true);
     m_pPreview->SetAllowedFolders(folders, true);
 
-    // Loading waits, and whatever closes the window meanwhile takes this view along.
-    const QPointer<CEditorView> pThis(this);
     m_pDesign->SetBrowserDesignMode(false);
     const bool bLoaded = m_pDesign->NavigateAndWait(strPath);
     const bool bEditing = pThis && bLoaded && m_pDesign->SetBrowserDesignMode(true);

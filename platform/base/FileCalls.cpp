@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 namespace Platform {
@@ -138,15 +137,6 @@ QByteArray FolderOf(const QByteArray& path) {
     if (n < 0)
         return QByteArray(".");
     return n == 0 ? QByteArray("/") : path.left(n);
-}
-
-// Where a chain of links ends; the path itself when it is no link or leads nowhere.
-QByteArray BehindLinks(const QByteArray& path) {
-    CFileState state;
-    if (GetFileState(path, state, false) != 0 || !state.bLink)
-        return path;
-    const std::unique_ptr<char, void (*)(void*)> pReal(::realpath(path.constData(), nullptr), &std::free);
-    return pReal ? QByteArray(pReal.get()) : path;
 }
 
 bool IsLockedByAnother(int nFile) {
@@ -315,15 +305,17 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
 }
 
 int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes) {
-    const QByteArray target = BehindLinks(path);
-    const QByteArray name = target.mid(target.lastIndexOf('/') + 1);
-    CDescriptor folder(::open(FolderOf(target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const QByteArray name = path.mid(path.lastIndexOf('/') + 1);
+    CDescriptor folder(::open(FolderOf(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder < 0)
         return errno;
     struct stat old {};
-    const bool bOld = ::fstatat(folder, name.constData(), &old, AT_SYMLINK_NOFOLLOW) == 0;
-    if (bOld && S_ISDIR(old.st_mode))
+    // A link that came with somebody's course must not lead the writing out of it: the link itself is
+    // replaced.
+    const bool bThere = ::fstatat(folder, name.constData(), &old, AT_SYMLINK_NOFOLLOW) == 0;
+    if (bThere && S_ISDIR(old.st_mode))
         return EISDIR;
+    const bool bOld = bThere && S_ISREG(old.st_mode);
     if (bOld && ::faccessat(folder, name.constData(), W_OK, 0) != 0)
         return errno;
 

@@ -76,7 +76,7 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
                   bool bOverwrite);
 
 /// Replaces or creates the file as a whole: written beside under a name of its own, flushed to the disk,
-/// renamed. Permissions of the old file are kept; where the path is a link, the file it leads to is replaced.
+/// renamed. Permissions of the old file are kept. A link is replaced itself, never what it leads to.
 int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes);
 
 /// At most nMax bytes of a plain file.

@@ -49,6 +49,7 @@ TEST(Paths, QueriesSeeWhatIsThere) {
         EXPECT_EQ(IsFolderEmpty(c.strPath), c.bEmpty) << c.strPath.toStdString();
     }
     EXPECT_TRUE(IsLocalAddress(folder.Path(u"课\\A.txt"_s)) && IsLocalAddress(u"x FILE://y"_s));
+    EXPECT_FALSE(IsFile(u"Z:\\dev\\zero"_s)) << "reading it never ends";
     EXPECT_FALSE(IsLocalAddress(folder.Path()) || IsLocalAddress(u"http://x"_s));
 }
 

@@ -42,12 +42,14 @@ TEST(FileCalls, AFileIsReplacedAsAWholeOrNotAtAll) {
     }
     EXPECT_EQ(folder.Read(u"page.htm"_s), "old");
     EXPECT_EQ(EntriesOf(folder), u"page.htm"_s);
-    // Permissions are kept, and a link goes on leading to the file.
+    // Permissions are kept, and a link is replaced itself.
     ::chmod(path.constData(), 0640);
     ASSERT_TRUE(QFile::link(u"page.htm"_s, folder.Native(u"link"_s)));
     EXPECT_EQ(Platform::ReplaceFileBytes(folder.Native(u"link"_s).toUtf8(), "new"), 0);
+    EXPECT_EQ(folder.Read(u"page.htm"_s) + folder.Read(u"link"_s), "oldnew");
+    EXPECT_EQ(Platform::ReplaceFileBytes(path, "new"), 0);
     EXPECT_EQ(folder.Read(u"page.htm"_s), "new");
-    EXPECT_TRUE(QFileInfo(folder.Native(u"link"_s)).isSymLink());
+    EXPECT_FALSE(QFileInfo(folder.Native(u"link"_s)).isSymLink());
     struct stat state {};
     ASSERT_EQ(::stat(path.constData(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0640U);
