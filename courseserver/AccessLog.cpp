@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr qint64 c_nMaxSize = 4 * 1024 * 1024;
+constexpr qint64 c_nMaxSize = qint64{4} * 1024 * 1024;
 constexpr qsizetype c_nMaxText = 200;
 
 } // namespace

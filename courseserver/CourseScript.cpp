@@ -19,7 +19,7 @@ namespace {
 constexpr qsizetype c_nMaxToken = 256;
 constexpr qsizetype c_nMaxTag = 64;
 // A client that lost its session is remembered so long, to be told so.
-constexpr qint64 c_nDay = 24 * 3600 * qint64{1000};
+constexpr qint64 c_nDay = qint64{24} * 3600 * 1000;
 constexpr qint64 c_nForgetClients = c_nDay;
 constexpr qint64 c_nForgetTokens = 90 * c_nDay;
 // A proxy may send a request again whose reply got lost.

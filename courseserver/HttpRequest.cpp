@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr qsizetype c_nMaxHead = 8 * 1024;
+constexpr qsizetype c_nMaxHead = qsizetype{8} * 1024;
 
 } // namespace
 

@@ -14,6 +14,9 @@ namespace {
 // A course server answers within seconds. A silent one would hold the interface thread for ever.
 constexpr long c_nConnectSeconds = 30;
 constexpr long c_nSilentSeconds = 60;
+// Nor may one that sends a byte now and then.
+constexpr long c_nLeastBytesPerSecond = 64;
+constexpr long c_nLongestSeconds = 600;
 constexpr int c_nWaitMilliseconds = 20;
 constexpr qsizetype c_nMaxAllHeaders = 128 * 1024;
 // A body lives in memory as a whole.
@@ -77,6 +80,9 @@ QString ErrorText(CURLcode code, const ReplyInProgress& progress) {
         return ServerText::c_strHeadersTooLong;
     if (progress.bBodyTooLong)
         return ServerText::c_strBodyTooLong;
+    // The library's word for a single line that never ends.
+    if (code == CURLE_OUT_OF_MEMORY && !progress.bBlockEnded)
+        return ServerText::c_strHeadersTooLong;
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_RESOLVE_PROXY:
@@ -147,7 +153,8 @@ void SetRequest(CURL* pEasy, const TransferRequest& request, const curl_slist* p
     curl_easy_setopt(pEasy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(pEasy, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(pEasy, CURLOPT_CONNECTTIMEOUT, c_nConnectSeconds);
-    curl_easy_setopt(pEasy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(pEasy, CURLOPT_TIMEOUT, c_nLongestSeconds);
+    curl_easy_setopt(pEasy, CURLOPT_LOW_SPEED_LIMIT, c_nLeastBytesPerSecond);
     curl_easy_setopt(pEasy, CURLOPT_LOW_SPEED_TIME, c_nSilentSeconds);
 }
 

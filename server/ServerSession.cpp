@@ -7,6 +7,8 @@
 #include "server/Protocol.h"
 #include "server/Texts.h"
 
+#include <QElapsedTimer>
+
 using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
@@ -15,6 +17,9 @@ using Torvane::Dialog::MFC::BoxIcon;
 namespace {
 
 constexpr qsizetype c_nMinPasswordBytes = 6;
+/// A heartbeat comes unasked, and is over before anybody notices. One that takes longer says what is going
+/// on.
+constexpr qint64 c_nSilentMilliseconds = 1000;
 
 } // namespace
 
@@ -56,6 +61,18 @@ bool CServerSession::ReportStatus(CCourse& course, int nType, const CourseFigure
         try {
             CCourseServer server;
             Prepare(server, CSysInfo::Instance().GetServerURL());
+            std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> pStatus;
+            QElapsedTimer waited;
+            waited.start();
+            if (nType == StatusType::c_nHeartbeat)
+                server.SetWaitStep([&] {
+                    if (!pStatus && waited.elapsed() > c_nSilentMilliseconds) {
+                        pStatus = m_people.OpenStatus();
+                        pStatus->ShowStatus(ServerText::c_strValidating);
+                    }
+                    m_people.KeepPainting();
+                    return true;
+                });
             if (server.CheckCourseInfo(course.GetInfo(), CSysInfo::Instance().GetSchoolName(), nType,
                                        figures))
                 return true;

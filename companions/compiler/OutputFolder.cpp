@@ -22,7 +22,7 @@ namespace {
 const QString c_strList = u"vorel-site.json"_s;
 const QString c_strTemporaryFolder = u".vorel-tmp"_s;
 const QString c_strLock = u".vorel-lock"_s;
-constexpr qint64 c_nFullDisk = 64 * 1024;
+constexpr qint64 c_nFullDisk = qint64{64} * 1024;
 
 /// The path with every link resolved, also of a folder that is yet to be made.
 QString Canonical(const QString& strPath) {
@@ -93,7 +93,7 @@ void COutputFolder::ReadList() {
     if (!file.open(QIODevice::ReadOnly))
         return;
     const QJsonArray names = QJsonDocument::fromJson(file.readAll()).object().value("files"_L1).toArray();
-    for (const QJsonValue& name : names) {
+    for (const auto& name : names) {
         if (IsSafeName(name.toString()))
             m_former.insert(name.toString());
     }
