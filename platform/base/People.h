@@ -34,8 +34,9 @@ class IPeople {
 public:
     virtual ~IPeople() = default;
 
-    /// A message box. Closing it otherwise than by a button answers Cancel where there is such a button, No
-    /// for YesNo, and Ok for a lone Ok.
+    /// A message box. Closing it otherwise than by a button answers Cancel where there is such a button and
+    /// Ok for a lone Ok. A YesNo box stands until a button is pressed, since Escape must not lose a page; if
+    /// its window goes away, the answer is No.
     virtual BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
                           BoxIcon icon) = 0;
 

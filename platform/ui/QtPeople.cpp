@@ -19,6 +19,7 @@ using Torvane::Dialog::MFC::CShowStatusDlg;
 
 namespace {
 
+constexpr QSize c_pickerSize(760, 500);
 constexpr int c_nPaintMilliseconds = 5;
 constexpr qint64 c_nPaintInterval = 20;
 
@@ -36,6 +37,8 @@ QList<SButton> ButtonsOf(BoxButtons buttons) {
     const SButton cancel{BoxAnswer::Cancel, "cancel", UiTexts::c_strCancel, QMessageBox::RejectRole};
     const SButton yes{BoxAnswer::Yes, "yes", UiTexts::c_strYes, QMessageBox::YesRole};
     const SButton no{BoxAnswer::No, "no", UiTexts::c_strNo, QMessageBox::NoRole};
+    // In this role it is not what Escape means: a box without Cancel waits for one of its buttons.
+    const SButton plainNo{BoxAnswer::No, "no", UiTexts::c_strNo, QMessageBox::DestructiveRole};
     const SButton retry{BoxAnswer::Retry, "retry", UiTexts::c_strRetry, QMessageBox::AcceptRole};
     switch (buttons) {
     case BoxButtons::Ok:
@@ -43,7 +46,7 @@ QList<SButton> ButtonsOf(BoxButtons buttons) {
     case BoxButtons::OkCancel:
         return {ok, cancel};
     case BoxButtons::YesNo:
-        return {yes, no};
+        return {yes, plainNo};
     case BoxButtons::YesNoCancel:
         return {yes, no, cancel};
     case BoxButtons::RetryCancel:
@@ -79,6 +82,8 @@ std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const Q
     pDialog->setLabelText(QFileDialog::FileType, UiTexts::c_strFileType);
     pDialog->setLabelText(QFileDialog::Accept, strAccept);
     pDialog->setLabelText(QFileDialog::Reject, UiTexts::c_strCancel);
+    // Wide enough for names, sizes and dates.
+    pDialog->resize(c_pickerSize);
     const bool bAccepted = pDialog->exec() == QDialog::Accepted;
     if (!pDialog)
         return std::nullopt;
@@ -115,7 +120,8 @@ BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxBut
             pBox->setDefaultButton(pButton);
         answers.insert(pButton, button.Answer);
         closed = button.Answer;
-        pBox->setEscapeButton(pButton);
+        if (buttons != BoxButtons::YesNo)
+            pBox->setEscapeButton(pButton);
     }
     pBox->exec();
     if (!pBox)

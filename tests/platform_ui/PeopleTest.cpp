@@ -82,9 +82,14 @@ TEST_F(CPeople, EveryButtonAnswersForItself) {
                 << szName;
         }
         EXPECT_EQ(texts.join(u' '), row.strTexts);
-        EXPECT_EQ(Answer(row.Buttons, [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }),
-                  row.Closed);
-        EXPECT_EQ(Answer(row.Buttons, [](QDialog& dialog) { dialog.close(); }), row.Closed);
+        const auto closing = [&](QDialog& dialog, bool bByKey) {
+            bByKey ? QTest::keyClick(&dialog, Qt::Key_Escape) : (void)dialog.close();
+            EXPECT_EQ(dialog.isVisible(), row.Buttons == BoxButtons::YesNo);
+            if (dialog.isVisible())
+                Click(dialog, "no");
+        };
+        for (const bool bByKey : {false, true})
+            EXPECT_EQ(Answer(row.Buttons, [&](QDialog& dialog) { closing(dialog, bByKey); }), row.Closed);
         EXPECT_EQ(Answer(row.Buttons, [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }),
                   row.Answers[0].second);
     }
