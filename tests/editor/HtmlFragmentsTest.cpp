@@ -38,13 +38,4 @@ TEST(HtmlFragments, AreFixedToTheByte) {
         EXPECT_EQ(row.strBuilt.toStdString(), row.szExpected);
 }
 
-TEST(HtmlFragments, ATableOfNothingHasNoRowsOrCells) {
-    TableParameters table;
-    table.nRows = 0;
-    EXPECT_FALSE(Table(table).contains(u"<tr>"_s));
-    table.nRows = 2;
-    table.nColumns = -1;
-    EXPECT_TRUE(Table(table).endsWith(u"><tr></tr><tr></tr></table>"_s));
-}
-
 } // namespace

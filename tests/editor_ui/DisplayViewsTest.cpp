@@ -1,11 +1,9 @@
 #include "editor/ui/DisplayViews.h"
 
-#include "editor/DisplayRules.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 
 #include <QLabel>
-#include <QPushButton>
 #include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
@@ -21,16 +19,6 @@ protected:
 
     CViewWorld m_world;
 };
-
-TEST(DisplayRules, TheWordsKeepTheWizardsOrder) {
-    const std::pair<qint32, QString> rows[] = {
-        {-1, u"<空栏目>"_s}, {0, u"内部编辑器"_s}, {2, u"外部编辑器"_s}, {3, u"站点"_s},
-        {4, u"外部链接"_s},  {6, u"奥思课件"_s},   {9, u"站内链接"_s},   {10, QString()}};
-    for (const auto& [nType, strWord] : rows) {
-        EXPECT_EQ(DisplayRules::RowOfChild(nType, false).strType, strWord);
-        EXPECT_EQ(DisplayRules::RowOfChild(nType, true).strType, u"<目录栏目>"_s);
-    }
-}
 
 TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     const auto pParent = CBookNode::Root(*m_world.pCourse)->AddChild(u"第一章 <b>"_s);
@@ -52,40 +40,6 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     EXPECT_EQ(Child<QLabel>(*pView, u"selectedTitle"_s).text(), u"夹"_s);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
     EXPECT_EQ(m_world.Host.Selected, QList<qint32>{pFolder->GetId()});
-}
-
-TEST_F(DisplayViewsTest, ThePromptKeepsOrHidesItsButtonByCode) {
-    const auto pNode = m_world.MakePage(u"页"_s, "");
-    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakePromptView(m_world.Host, nullptr));
-    pView->m_pNode = pNode.get();
-    ShowOnScreen(*pView);
-    const auto& text = Child<QLabel>(*pView, u"prompt"_s);
-    auto& button = Child<QPushButton>(*pView, u"refresh"_s);
-    const struct {
-        int nCode;
-        QString strStart;
-        bool bButton;
-    } rows[] = {{2, u"现在正在使用外部编辑器"_s, true}, {9, QString(), true},
-                {1, u"请您在浏览结束后,"_s, false},     {9, QString(), false},
-                {3, u"现在正在启动视频"_s, false},      {2, u"现在"_s, true}};
-    for (const auto& row : rows) {
-        pView->m_pViewParam = row.nCode;
-        pView->ShowNode();
-        EXPECT_TRUE(text.text().startsWith(row.strStart));
-        EXPECT_EQ(text.text().isEmpty(), row.strStart.isEmpty());
-        EXPECT_EQ(button.isVisible(), row.bButton);
-    }
-    button.click();
-    ASSERT_EQ(m_world.Host.Views.size(), 1U);
-    EXPECT_EQ(m_world.Host.Views[0].kind, EViewKind::ShowContent);
-}
-
-TEST_F(DisplayViewsTest, AnEmptyNodeOffersToCreateItsContent) {
-    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeNothingView(m_world.Host, nullptr));
-    ShowOnScreen(*pView);
-    EXPECT_FALSE(Child<QLabel>(*pView, u"sorry"_s).pixmap().isNull());
-    Child<QPushButton>(*pView, u"createContent"_s).click();
-    EXPECT_EQ(m_world.Host.Commands, QList<int>{32814});
 }
 
 TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
@@ -112,13 +66,11 @@ TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {
     for (const auto& [nOpenType, states] : forms) {
         const auto pNode = m_world.MakePage(u"窗口 %1"_s.arg(nOpenType), "<p>away</p>");
         m_world.Store().SetOpenType(pNode->GetId(), nOpenType);
-        m_world.Host.Views.clear();
         const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
         pView->m_pNode = pNode.get();
         pView->ShowNode();
-        ASSERT_EQ(m_world.Host.Views.size(), 1U);
-        EXPECT_EQ(m_world.Host.Views[0].kind, EViewKind::Prompt);
-        EXPECT_EQ(m_world.Host.Views[0].nParam, PromptCode::c_nNewWindow);
+        EXPECT_EQ(m_world.Host.Last(),
+                  (CRecordingHost::Shown{EViewKind::Prompt, pNode->GetId(), PromptCode::c_nNewWindow}));
         auto* pWindow = pView->findChild<QWidget*>(u"contentWindow"_s);
         ASSERT_NE(pWindow, nullptr);
         EXPECT_EQ(pWindow->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen), states);

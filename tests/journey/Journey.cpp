@@ -62,8 +62,13 @@ public:
         m_robot.WaitForWidget(u"courseList"_s, c_strWizard);
         ClickLine(u"courseList"_s);
         m_robot.ClickInto(u"password"_s, c_strWizard);
-        m_robot.Type(strInitial);
+        m_robot.Type(u"wrong"_s);
         GoOn(u"choose-course"_s);
+        AnswerBox(u"密码错误，请您重新输入!"_s, u"ok"_s);
+        m_robot.ClickInto(u"password"_s, c_strWizard);
+        m_robot.Press(u"ctrl+a"_s);
+        m_robot.Type(strInitial);
+        m_robot.Click(u"next"_s, c_strWizard);
 
         // The sample course still has its initial password, and the wizard does not go on with it.
         m_robot.ClickInto(u"old"_s);
@@ -82,7 +87,12 @@ public:
             [] { return qobject_cast<QLineEdit*>(Robot::Find(u"courseFolder"_s))->text(); });
         GoOn(u"choose-folder"_s);
         ClickLine(u"templateList"_s);
-        GoOn(u"choose-template"_s);
+        // Back and on again: what was chosen stays.
+        GoOn(u"choose-template"_s, u"back"_s);
+        m_robot.WaitForWidget(u"courseFolder"_s, c_strWizard);
+        m_robot.Press(u"Return"_s);
+        m_robot.WaitForWidget(u"templateList"_s, c_strWizard);
+        m_robot.Press(u"Return"_s);
         GoOn(u"summary"_s, u"finish"_s);
         WaitForOpenCourse();
         Note(u"course"_s, strFolder);
