@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -160,6 +161,19 @@ void CMainFrame::MakePanes() {
     setCentralWidget(pSplitter);
     connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CMainFrame::UpdateCommandsSoon);
     m_pStack->addWidget(ViewOf(EViewKind::Empty));
+    for (const QString& strKey : {QStringLiteral("F6"), QStringLiteral("Shift+F6")})
+        connect(new QShortcut(QKeySequence(strKey), this), &QShortcut::activated, this,
+                &CMainFrame::SwitchPane);
+}
+
+void CMainFrame::SwitchPane() {
+    QWidget* const pView = m_pStack->currentWidget();
+    if (pView->isAncestorOf(QApplication::focusWidget()))
+        m_pTree->setFocus(Qt::ShortcutFocusReason);
+    else if (QWidget* const pLast = pView->focusWidget(); pLast && pLast->isVisible())
+        pLast->setFocus(Qt::ShortcutFocusReason);
+    else
+        pView->setFocus(Qt::ShortcutFocusReason);
 }
 
 CBookShowView* CMainFrame::ViewOf(EViewKind kind) {

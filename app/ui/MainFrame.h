@@ -74,6 +74,8 @@ private:
     void MakeMenus();
     void MakeToolBar();
     void MakePanes();
+    /// From the tree to the page and back; with two panes the next one is the previous one.
+    void SwitchPane();
     QAction* ActionOf(int nId);
     CBookShowView* ViewOf(EViewKind kind);
     CBookShowView* CurrentView() const;

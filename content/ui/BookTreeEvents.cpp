@@ -47,16 +47,17 @@ void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
     auto* pMenu = new QMenu(this);
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
     pMenu->setObjectName(QStringLiteral("treeMenu"));
-    const auto add = [&](int nCommand, const QString& strText) {
+    const auto add = [&](int nCommand, const QString& strText, const QString& strHint = QString()) {
         QAction* pAction = pMenu->addAction(strText);
+        pAction->setStatusTip(strHint.isEmpty() ? strText : strHint);
         pAction->setObjectName(QStringLiteral("command%1").arg(nCommand));
         pAction->setEnabled(IsCommandEnabled(nCommand));
         connect(pAction, &QAction::triggered, this, [this, nCommand] { RunCommand(nCommand); });
     };
     if (pItem != m_pRootItem)
         add(TreeCommand::c_nEditContentInTree, ContentText::c_strEditContentCommand);
-    add(TreeCommand::c_nExport, ContentText::c_strExportCommand);
-    add(TreeCommand::c_nImport, ContentText::c_strImportCommand);
+    add(TreeCommand::c_nExport, ContentText::c_strExportCommand, ContentText::c_strExportHint);
+    add(TreeCommand::c_nImport, ContentText::c_strImportCommand, ContentText::c_strImportHint);
     pMenu->addSeparator();
     if (pItem != m_pRootItem)
         add(TreeCommand::c_nAddNodeInTree, ContentText::c_strAddNodeCommand);
