@@ -5,11 +5,8 @@
 /// Every text of the application shell that a person reads.
 namespace AppTexts {
 
-inline const QString c_strError = QStringLiteral("错误");
-inline const QString c_strNotice = QStringLiteral("提示");
 inline const QString c_strLoading = QStringLiteral("正在载入信息...");
 inline const QString c_strReady = QStringLiteral("就绪");
-inline const QString c_strWizardTitle = QStringLiteral("新建课程向导");
 inline const QString c_strRecent = QStringLiteral("最近课程");
 inline const QString c_strValidationFailed = QStringLiteral("验证课程失败！");
 inline const QString c_strCompiling = QStringLiteral("正在合成课程网站，请稍候...");
@@ -36,9 +33,5 @@ inline const QString c_strOptionOffice = QStringLiteral("导入Office文件时�
 inline const QString c_strOverallPreview = QStringLiteral("总体效果预览");
 inline const QString c_strAboutTitle = QStringLiteral("关于Vorel");
 inline const QString c_strBuild = QStringLiteral("Build: %1");
-
-inline const QString c_strCapsLock = QStringLiteral("大写");
-inline const QString c_strNumLock = QStringLiteral("数字");
-inline const QString c_strScrollLock = QStringLiteral("滚动");
 
 } // namespace AppTexts

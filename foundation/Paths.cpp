@@ -78,7 +78,8 @@ bool IsFile(const QString& strPath) {
     QString str = CodePage::Cut(strPath, c_nMaxPathBytes);
     TrimTrailingChar(str, u'\\');
     Platform::CFileState state;
-    return !str.isEmpty() && Platform::GetFileState(Platform::NativeBytes(str), state) == 0 && state.bPlainFile;
+    return !str.isEmpty() && Platform::GetFileState(Platform::NativeBytes(str), state) == 0 &&
+           state.bPlainFile;
 }
 
 bool IsFolder(const QString& strPath) {

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-
 /// Whole text files in the code page.
 
 /// The lines of a file joined by a line feed, the last line feed dropped. CR LF and LF both end a line. A
@@ -17,8 +16,8 @@ bool WriteTextFile(const QString& strPath, const QString& strText);
 /// Far more than any text of the system takes, and what is read is in memory several times over.
 constexpr qint64 c_nMaxWholeFile = qint64{256} * 1024 * 1024;
 
-/// The first bytes of a plain file, by default all of them. Throws Torvane::File::CFileException, also when they are
-/// more than c_nMaxWholeFile.
+/// The first bytes of a plain file, by default all of them. Throws Torvane::File::CFileException, also when
+/// they are more than c_nMaxWholeFile.
 QByteArray ReadFileBytes(const QString& strPath, qint64 nMaxBytes = c_nMaxWholeFile + 1);
 
 /// Replaces the file as a whole or not at all: written beside, flushed to the disk, renamed. Throws
