@@ -212,6 +212,10 @@ void CBookNode::UpdateSize() {
 }
 
 void CBookNode::EnsureFolder() const {
+    // A course that was moved away while it is open must not rise again, page by page, where it once stood.
+    if (!Torvane::File::IsFolder(m_course.GetPaths().GetCourseFolder(false)))
+        throw Torvane::CRunException(ContentText::c_strFolderNotUsable.arg(
+            Platform::ToNativeExact(m_course.GetPaths().GetCourseFolder(false))));
     if (!Torvane::File::IsFolder(GetFolder()))
         Torvane::File::CreateFolderPath(Torvane::File::WithoutBackslash(GetFolder()));
     // A file that stands in the folder's place stops the step here, before anything is cleared.

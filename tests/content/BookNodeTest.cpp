@@ -108,6 +108,14 @@ TEST_F(BookNodeTest, ADamagedStoreThatLeadsInACircleNeverTakesTheRootAlong) {
     EXPECT_EQ(m_disk.Store().GetNodeCount(), 3);
 }
 
+TEST_F(BookNodeTest, ACourseMovedAwayWhileOpenDoesNotRiseAgain) {
+    const auto pNode = m_pRoot->AddChild(u"章"_s);
+    ASSERT_TRUE(QFile::rename(m_disk.Folder.Native(u"课程"_s), m_disk.Folder.Native(u"别处"_s)));
+    EXPECT_THROW(pNode->SaveContent(u"x"_s), Torvane::CRunException);
+    EXPECT_THROW(m_pRoot->AddChild(u"节"_s), Torvane::CRunException);
+    EXPECT_FALSE(m_disk.Folder.Exists(u"课程"_s));
+}
+
 TEST_F(BookNodeTest, TheNodesOfANewCourseComeFromItsList) {
     m_disk.pCourse->Close();
     CCourse fresh(m_disk.Folder.Path(u"新\\新.vcp"_s), m_disk.Services());
