@@ -18,9 +18,9 @@ constexpr long c_nSilentSeconds = 60;
 constexpr long c_nLeastBytesPerSecond = 64;
 constexpr long c_nLongestSeconds = 600;
 constexpr int c_nWaitMilliseconds = 20;
-constexpr qsizetype c_nMaxAllHeaders = 128 * 1024;
+constexpr qsizetype c_nMaxAllHeaders = qsizetype{128} * 1024;
 // A body lives in memory as a whole.
-constexpr qsizetype c_nMaxBody = 64 * 1024 * 1024;
+constexpr qsizetype c_nMaxBody = qsizetype{64} * 1024 * 1024;
 
 struct EasyDeleter {
     void operator()(CURL* p) const { curl_easy_cleanup(p); }
@@ -66,7 +66,7 @@ size_t TakeHeader(const char* pData, size_t nSize, size_t nCount, void* pUser) n
 
 size_t TakeBody(const char* pData, size_t nSize, size_t nCount, void* pUser) noexcept {
     auto& progress = *static_cast<ReplyInProgress*>(pUser);
-    const auto nBytes = static_cast<qsizetype>(nSize * nCount);
+    const auto nBytes = static_cast<qsizetype>(nSize) * static_cast<qsizetype>(nCount);
     if (progress.Reply.Body.size() + nBytes > c_nMaxBody) {
         progress.bBodyTooLong = true;
         return 0;
