@@ -72,17 +72,6 @@
     return chosen;
   }
 
-  function restoreAttributes(originals) {
-    const found = body().querySelectorAll('[' + MARK + ']');
-    found.forEach((element) => {
-      const original = originals[Number(element.getAttribute(MARK))];
-      for (const attribute of Array.from(element.attributes))
-        element.removeAttribute(attribute.name);
-      for (const [name, value] of original.attributes)
-        element.setAttribute(name, value);
-    });
-  }
-
   // Takes the marks off again. False when an element is missing or has lost an attribute.
   function takeMarksOff(originals) {
     let complete = true;
@@ -238,27 +227,18 @@
     return info;
   }
 
-  // How many columns of a row are taken by cells of the rows above it.
-  function coveredColumns(table, index) {
-    let covered = 0;
-    for (let i = 0; i < index; ++i) {
-      for (const cell of table.rows[i].cells)
-        covered += i + cell.rowSpan > index ? cell.colSpan : 0;
-    }
-    return covered;
-  }
-
-  function fitRow(table, index, columns) {
-    const row = table.rows[index];
-    const wanted = Math.max(0, columns - coveredColumns(table, index));
-    while (row.cells.length > 0 && columnsOf(row) > wanted) {
+  function fitRow(row, wanted) {
+    let width = columnsOf(row);
+    while (row.cells.length > 0 && width > wanted) {
       const last = row.cells[row.cells.length - 1];
-      if (last.colSpan > 1)
-        last.colSpan -= 1;
+      const dropped = Math.min(last.colSpan, width - wanted);
+      if (last.colSpan > dropped)
+        last.colSpan -= dropped;
       else
         last.remove();
+      width -= dropped;
     }
-    while (columnsOf(row) < wanted)
+    for (; width < wanted; ++width)
       row.insertCell(-1).innerHTML = '&nbsp;';
   }
 
@@ -272,8 +252,15 @@
       table.deleteRow(-1);
     while (table.rows.length < info.rows)
       table.insertRow(-1);
-    for (let i = 0; i < table.rows.length; ++i)
-      fitRow(table, i, info.columns);
+    // How many columns of each row are taken by cells of the rows above it.
+    const covered = new Array(info.rows).fill(0);
+    Array.from(table.rows).forEach((row, index) => {
+      fitRow(row, Math.max(0, info.columns - covered[index]));
+      for (const cell of row.cells) {
+        for (let below = index + 1; below < Math.min(index + cell.rowSpan, info.rows); ++below)
+          covered[below] += cell.colSpan;
+      }
+    });
     return true;
   }
 
