@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 bool IsOneOf(const QString& strScheme, std::initializer_list<QLatin1String> list) {

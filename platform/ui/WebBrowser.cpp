@@ -102,11 +102,6 @@ bool CWebBrowser2Ex::EnsureEngine() {
 
 void CWebBrowser2Ex::ConnectEngine() {
     m_pEngine->OnSelectionChanged = [this] { Q_EMIT SelectionChanged(); };
-    m_pEngine->OnNavigated = [this] {
-        QString strUrl;
-        if (GetURL(strUrl))
-            Q_EMIT NavigateComplete(strUrl);
-    };
     m_pEngine->OnNewWindow = [this](const QUrl& url) {
         Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()));
     };
@@ -164,7 +159,7 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
             return false;
     }
     const SEngineAnswer answer = m_pEngine->Load(url, c_nLoadMilliseconds);
-    if (!pAlive || answer.State == SEngineAnswer::EState::Gone)
+    if (!pAlive)
         return false;
     if (!IsTrue(answer)) {
         const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
@@ -404,14 +399,6 @@ bool CWebBrowser2Ex::GetSlideFrameLocation(QString& strLocation) {
     if (!answer.HasValue())
         return false;
     strLocation = SurfaceUrls::DocumentUrl(QUrl(answer.Value.toString()));
-    return true;
-}
-
-bool CWebBrowser2Ex::QueryCommandState(const QString& strCommand, bool& bOn) {
-    QMap<QString, bool> states;
-    if (!QueryCommandStates({strCommand}, states))
-        return false;
-    bOn = states.value(strCommand);
     return true;
 }
 

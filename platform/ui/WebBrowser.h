@@ -10,7 +10,6 @@
 
 class IWebEngine;
 class QLabel;
-class QTimer;
 
 /// The browser surface: shows a page, makes it editable, and hands its text in and out as synchronous calls.
 ///
@@ -93,16 +92,12 @@ public:
     /// page has no such frame.
     bool GetSlideFrameLocation(QString& strLocation);
 
-    /// The words that the engine's commands report as in force at the caret: "bold", "italic" and so on.
-    bool QueryCommandState(const QString& strCommand, bool& bOn);
-    /// The same for several commands in one call.
+    /// Whether each of the commands ("bold", "italic" and so on) is in force at the caret.
     bool QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states);
 
 Q_SIGNALS:
     /// The caret moved or the text changed; coalesced, at most some ten times a second.
     void SelectionChanged();
-    /// A page, a place in it or one of its frames was loaded; the URL as GetURL gives it.
-    void NavigateComplete(const QString& strUrl);
     /// A page, or ExecuteScript, wants a new window, or a link leads to the web while there is no network.
     /// The URL comes from the page and is not to be trusted; a local one lies inside the allowed folders.
     void NewWindowRequested(const QString& strUrl);

@@ -63,9 +63,8 @@ public:
 
     virtual QUrl Url() const = 0;
 
-    /// Called from the event loop, never from inside a call of the engine.
+    /// Called from the event loop. Only OnSelectionChanged waits for a running call to end.
     std::function<void()> OnSelectionChanged;
-    std::function<void()> OnNavigated;
     std::function<void(const QUrl&)> OnNewWindow;
     /// The page's process ended; the engine goes on with the next Load.
     std::function<void()> OnPageLost;

@@ -105,8 +105,6 @@ bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type,
         return false;
     const auto resource = bMainFrame ? CAccessRules::EResource::MainPage : CAccessRules::EResource::Frame;
     const bool bAllowed = m_guard.Rules().Judge(url, resource).Kind != CAccessRules::SVerdict::EKind::Refuse;
-    if (bAllowed && !bMainFrame)
-        Q_EMIT FrameNavigated();
     if (!bAllowed && type == NavigationTypeLinkClicked && m_guard.Rules().MayOpen(url))
         Q_EMIT WantsNewWindow(url);
     return bAllowed;

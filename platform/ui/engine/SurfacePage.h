@@ -39,7 +39,6 @@ public:
 
 Q_SIGNALS:
     void CaretMoved();
-    void FrameNavigated();
     void WantsNewWindow(const QUrl& url);
 
 protected:

@@ -58,18 +58,14 @@ CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) 
     m_pView->setObjectName(QStringLiteral("webView"));
     m_pView->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_pView, &QWidget::customContextMenuRequested, this, &CWebEngine::ShowContextMenu);
-    for (QTimer* pTimer : {&m_caretTimer, &m_navigatedTimer}) {
-        pTimer->setSingleShot(true);
-        pTimer->setInterval(c_nCoalesceMilliseconds);
-    }
-    m_navigatedTimer.setInterval(0);
+    m_caretTimer.setSingleShot(true);
+    m_caretTimer.setInterval(c_nCoalesceMilliseconds);
     connect(&m_caretTimer, &QTimer::timeout, this, [this] {
-        if (OnSelectionChanged)
+        // Who is told asks the page at once, which would be refused during a call.
+        if (m_pCall.lock())
+            m_caretTimer.start();
+        else if (OnSelectionChanged)
             OnSelectionChanged();
-    });
-    connect(&m_navigatedTimer, &QTimer::timeout, this, [this] {
-        if (OnNavigated)
-            OnNavigated();
     });
     RenewPage();
     SetOnline(false);
@@ -129,10 +125,6 @@ void CWebEngine::ConnectPage() {
         if (!m_caretTimer.isActive())
             m_caretTimer.start();
     });
-    connect(m_pPage.get(), &CSurfacePage::FrameNavigated, this,
-            [this] { m_navigatedTimer.start(c_nCoalesceMilliseconds); });
-    connect(m_pPage.get(), &QWebEnginePage::urlChanged, this, [this] { m_navigatedTimer.start(0); });
-    connect(m_pPage.get(), &QWebEnginePage::loadFinished, this, [this] { m_navigatedTimer.start(0); });
     connect(
         m_pPage.get(), &CSurfacePage::WantsNewWindow, this,
         [this](const QUrl& url) {

@@ -48,6 +48,5 @@ private:
     /// The page didn't answer in time: the next load gets a fresh one, and a fresh process with it.
     bool m_bPageHangs = false;
     QTimer m_caretTimer;
-    QTimer m_navigatedTimer;
     std::weak_ptr<CBlockingCall> m_pCall;
 };
