@@ -111,7 +111,7 @@ BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxBut
     pBox->setObjectName(QStringLiteral("messageBox"));
     pBox->setTextFormat(Qt::PlainText);
     QHash<QAbstractButton*, BoxAnswer> answers;
-    // Closing answers like the last button.
+    // Closing, where the box may be closed, answers like the last button.
     BoxAnswer closed = BoxAnswer::Ok;
     for (const SButton& button : ButtonsOf(buttons)) {
         QPushButton* pButton = pBox->addButton(button.strText, button.Role);

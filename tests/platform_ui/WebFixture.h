@@ -5,7 +5,6 @@
 #include "tests/support/TempFolder.h"
 
 #include <QApplication>
-#include <QInputMethodEvent>
 #include <QScreen>
 #include <QtTest/QTest>
 
@@ -35,18 +34,17 @@ protected:
         EXPECT_TRUE(m_browser->GetBrowserBodyInnerHTML(strHtml));
         return strHtml;
     }
+    /// Without a page, or with one that doesn't answer, what the caller has is kept.
+    void ExpectNoText() {
+        QString strHtml = QStringLiteral("kept");
+        EXPECT_FALSE(m_browser->GetBrowserBodyInnerHTML(strHtml));
+        EXPECT_EQ(strHtml, QStringLiteral("kept"));
+    }
     void SetHtml(const QString& strHtml) { ASSERT_TRUE(m_browser->SetBrowserBodyInnerHTML(strHtml)); }
     QString Url() {
         QString strUrl;
         EXPECT_TRUE(m_browser->GetURL(strUrl));
         return strUrl;
-    }
-    /// As an input method hands over what was typed.
-    void Type(const QString& strText) {
-        QInputMethodEvent event;
-        event.setCommitString(strText);
-        ASSERT_NE(QApplication::focusObject(), nullptr);
-        QCoreApplication::sendEvent(QApplication::focusObject(), &event);
     }
     void Command(const QString& strName, const QVariant& value = {}) {
         EXPECT_TRUE(m_browser->ExecuteIHTMLDocumentCmd(strName, false, value)) << strName.toStdString();
