@@ -61,22 +61,16 @@ public:
         const QString strInitial = qEnvironmentVariable("VOREL_JOURNEY_PASSWORD");
         m_robot.WaitForWidget(u"courseList"_s, c_strWizard);
         ClickLine(u"courseList"_s);
-        m_robot.ClickInto(u"password"_s, c_strWizard);
-        m_robot.Type(u"wrong"_s);
+        m_robot.Fill(u"password"_s, u"wrong"_s, c_strWizard);
         GoOn(u"choose-course"_s);
         AnswerBox(u"密码错误，请您重新输入!"_s, u"ok"_s);
-        m_robot.ClickInto(u"password"_s, c_strWizard);
-        m_robot.Press(u"ctrl+a"_s);
-        m_robot.Type(strInitial);
+        m_robot.Fill(u"password"_s, strInitial, c_strWizard);
         m_robot.Click(u"next"_s, c_strWizard);
 
         // The sample course still has its initial password, and the wizard does not go on with it.
-        m_robot.ClickInto(u"old"_s);
-        m_robot.Type(strInitial);
-        for (int nField = 0; nField < 2; ++nField) {
-            m_robot.Press(u"Tab"_s);
-            m_robot.Type(c_strNewPassword);
-        }
+        m_robot.Fill(u"old"_s, strInitial);
+        m_robot.Fill(u"new"_s, c_strNewPassword);
+        m_robot.Fill(u"confirm"_s, c_strNewPassword);
         m_robot.Press(u"Return"_s);
         AnswerBox(u"密码已修改，请您牢记！"_s, u"ok"_s);
     }
@@ -149,8 +143,7 @@ public:
         m_robot.Press(u"ctrl+Tab"_s);
         m_robot.Shot(u"recent"_s);
         m_robot.Click(u"ok"_s, c_strStartup);
-        m_robot.ClickInto(u"password"_s);
-        m_robot.Type(c_strNewPassword);
+        m_robot.Fill(u"password"_s, c_strNewPassword);
         m_robot.Shot(u"password"_s);
         m_robot.Press(u"Return"_s);
         WaitForOpenCourse();
@@ -281,9 +274,7 @@ private:
 
     void InsertPicture() {
         m_robot.Click(u"button_32790"_s);
-        m_robot.ClickInto(c_strFileName);
-        m_robot.Press(u"ctrl+a"_s);
-        m_robot.Type(m_strFolder + u"/校园 照片.png"_s);
+        m_robot.Fill(c_strFileName, m_strFolder + u"/校园 照片.png"_s);
         m_robot.Shot(u"choose-picture"_s);
         m_robot.Press(u"Return"_s);
         m_robot.WaitFor("the file dialog to go", [] { return !Robot::Find(c_strFileName); });

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPixmap>
 #include <QRegularExpression>
@@ -155,6 +156,25 @@ void Robot::ClickInto(const QString& strName, const QString& strWindow) {
         const QWidget* pFocus = QApplication::focusWidget();
         return pFocus && pFocus->objectName() == strName;
     });
+}
+
+void Robot::Fill(const QString& strName, const QString& strText, const QString& strWindow) {
+    const auto check = [&](const std::function<bool(const QLineEdit&)>& isSo) {
+        return [&strName, &strWindow, isSo] {
+            const auto* pEdit = qobject_cast<QLineEdit*>(Find(strName, strWindow));
+            return pEdit && isSo(*pEdit);
+        };
+    };
+    ClickInto(strName, strWindow);
+    // A dialog that has just closed may take the keys with it while the display moves the focus: press again
+    // then.
+    const auto isClear =
+        check([](const QLineEdit& edit) { return edit.selectedText().size() == edit.text().size(); });
+    for (int nTry = 0; nTry < 20 && !Ask<bool>(isClear); ++nTry)
+        Press(QStringLiteral("ctrl+a"));
+    Type(strText);
+    WaitFor(("the text in " + strName.toStdString()).c_str(),
+            check([&](const QLineEdit& edit) { return edit.text() == strText; }));
 }
 
 void Robot::Type(const QString& strText) {

@@ -51,6 +51,8 @@ public:
     void Press(const QString& strKeys);
     /// Clicks into a field and waits until it has the focus.
     void ClickInto(const QString& strName, const QString& strWindow = QString());
+    /// Puts the text into a line edit in place of what it holds, and waits until it stands there.
+    void Fill(const QString& strName, const QString& strText, const QString& strWindow = QString());
     /// Types small letters and digits on the keyboard; any other text is committed to whatever has the focus,
     /// as an input method does: first composing, then committing.
     void Type(const QString& strText);
