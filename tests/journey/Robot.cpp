@@ -83,12 +83,13 @@ void Robot::WaitFor(const char* pWhat, const std::function<bool()>& condition, i
 
 namespace {
 
-/// Whether input at the widget's place reaches it: it is enabled, and no dialog or menu stands before it.
+/// Whether input at the widget's place reaches it: it is enabled, its window is the active one, and no dialog
+/// or menu stands before it.
 bool TakesInput(QWidget* pWidget) {
     const QWindow* pWindow = pWidget ? pWidget->window()->windowHandle() : nullptr;
     const QWidget* pPopup = QApplication::activePopupWidget();
     const QWidget* pFront = pPopup ? pPopup : QApplication::activeModalWidget();
-    return pWindow && pWindow->isExposed() && pWidget->isEnabled() &&
+    return pWindow && pWindow->isExposed() && pWidget->isEnabled() && (pPopup || pWidget->isActiveWindow()) &&
            (!pFront || pWidget->window() == pFront);
 }
 
