@@ -160,22 +160,25 @@ void Robot::ClickInto(const QString& strName, const QString& strWindow) {
 }
 
 void Robot::Fill(const QString& strName, const QString& strText, const QString& strWindow) {
-    const auto check = [&](const std::function<bool(const QLineEdit&)>& isSo) {
-        return [&strName, &strWindow, isSo] {
-            const auto* pEdit = qobject_cast<QLineEdit*>(Find(strName, strWindow));
-            return pEdit && isSo(*pEdit);
-        };
+    const auto isFilled = [&] {
+        const auto* pEdit = qobject_cast<QLineEdit*>(Find(strName, strWindow));
+        return pEdit && pEdit->text() == strText;
     };
     ClickInto(strName, strWindow);
-    // A dialog that has just closed may take the keys with it while the display moves the focus: press again
-    // then.
-    const auto isClear =
-        check([](const QLineEdit& edit) { return edit.selectedText().size() == edit.text().size(); });
-    for (int nTry = 0; nTry < 20 && !Ask<bool>(isClear); ++nTry)
+    // A dialog that has just closed may take keys with it while the display moves the focus, and a late click
+    // undoes a selection: what was typed counts when it stands there alone.
+    for (int nTry = 0; nTry < 5; ++nTry) {
         Press(QStringLiteral("ctrl+a"));
-    Type(strText);
-    WaitFor(("the text in " + strName.toStdString()).c_str(),
-            check([&](const QLineEdit& edit) { return edit.text() == strText; }));
+        Type(strText);
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < 2000) {
+            if (Ask<bool>(isFilled))
+                return;
+            QThread::msleep(50);
+        }
+    }
+    WaitFor(("the text in " + strName.toStdString()).c_str(), isFilled, 1);
 }
 
 void Robot::Type(const QString& strText) {
