@@ -24,7 +24,7 @@ constexpr qint64 c_nSendSilence = 30'000;
 constexpr qint64 c_nSendAtMost = 600'000;
 constexpr qint64 c_nDrain = 2'000;
 constexpr qint64 c_nAcceptPause = 50;
-constexpr qint64 c_nFileBlock = 64 * 1024;
+constexpr qint64 c_nFileBlock = qint64{64} * 1024;
 
 qint64 Now() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(

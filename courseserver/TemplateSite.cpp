@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr qint64 c_nCopyBlock = qint64{64} * 1024;
+
 HttpReply NotFound() {
     HttpReply reply;
     reply.nStatus = 404;
@@ -50,7 +52,7 @@ bool AddFile(archive* pArchive, const QString& strFile, const QString& strName) 
     archive_entry_set_mtime(entry.get(), QFileInfo(file).lastModified().toSecsSinceEpoch(), 0);
     if (archive_write_header(pArchive, entry.get()) != ARCHIVE_OK)
         return false;
-    for (QByteArray block = file.read(64 * 1024); !block.isEmpty(); block = file.read(64 * 1024)) {
+    for (QByteArray block = file.read(c_nCopyBlock); !block.isEmpty(); block = file.read(c_nCopyBlock)) {
         if (archive_write_data(pArchive, block.constData(), static_cast<size_t>(block.size())) !=
             block.size())
             return false;

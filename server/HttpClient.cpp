@@ -12,7 +12,7 @@ namespace {
 
 constexpr qsizetype c_nMaxRawHeaders = 1023;
 // A HEAD reply is asked for one header only, so its block may be longer.
-constexpr qsizetype c_nMaxHeadHeaders = 64 * 1024;
+constexpr qsizetype c_nMaxHeadHeaders = qsizetype{64} * 1024;
 constexpr int c_nFirstSuccess = 200;
 constexpr int c_nLastSuccess = 400;
 
