@@ -1,14 +1,13 @@
 #include "tests/journey/Journey.h"
 
 #include "foundation/CodePage.h"
-#include "tests/journey/Robot.h"
+#include "tests/journey/Steps.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QThread>
 #include <QTreeView>
 
@@ -22,36 +21,19 @@ const QString c_strLater = u"第二学期补充实验。"_s;
 const QString c_strNewNode = u"学生作品展示"_s;
 const QString c_strNewPassword = u"vorel2026"_s;
 
-const QString c_strFrame = u"CMainFrame"_s;
-const QString c_strStartup = u"CStartupDialog"_s;
-const QString c_strTree = u"CBookTreeView"_s;
-const QString c_strWizard = u"CCreateProjectWizard"_s;
 const QString c_strFileName = u"fileNameEdit"_s;
 const QString c_strBoldButton = u"button_32779"_s;
 
-// What follows up to the class runs on the interface thread.
-
-/// A line of a list or tree, wherever it stands in it; the first one for no text.
-QModelIndex Line(const QString& strView, const QString& strText = QString()) {
-    auto* pView = qobject_cast<QAbstractItemView*>(Robot::Find(strView));
-    const QModelIndex first = pView ? pView->model()->index(0, 0) : QModelIndex();
-    if (!first.isValid() || strText.isEmpty())
-        return first;
-    const auto found =
-        pView->model()->match(first, Qt::DisplayRole, strText, 1, Qt::MatchExactly | Qt::MatchRecursive);
-    return found.value(0);
-}
-
-QMessageBox* ShownBox() {
-    auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    return pBox && pBox->isVisible() ? pBox : nullptr;
-}
-
-/// One part of the way. What a later part or the caller must know stands in "facts.txt", a line "key: value"
-/// each.
-class CTeacher {
+/// One part of the way.
+class CTeacher : public CSteps {
 public:
-    explicit CTeacher(const QString& strFolder) : m_strFolder(strFolder), m_robot(strFolder + u"/shots"_s) {}
+    using CSteps::CSteps;
+
+    void Close() {
+        // The last thing that this thread asks: the program goes, and the plug-in with it.
+        QMetaObject::invokeMethod(
+            qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
+    }
 
     void ChooseCourse() {
         m_robot.WaitForWidget(u"ok"_s, c_strStartup);
@@ -174,26 +156,6 @@ public:
     }
 
 private:
-    void GoOn(const QString& strShot, const QString& strButton = u"next"_s) {
-        m_robot.WaitForWidget(strButton, c_strWizard);
-        m_robot.Shot(strShot);
-        m_robot.Click(strButton, c_strWizard);
-    }
-
-    void Note(const QString& strKey, const QString& strValue) const {
-        QFile facts(m_strFolder + u"/facts.txt"_s);
-        if (!facts.open(QIODevice::Append))
-            throw Robot::Failure("facts.txt is not writable");
-        facts.write((strKey + u": "_s + strValue + u'\n').toUtf8());
-    }
-
-    QString Fact(const QString& strKey) const {
-        QFile facts(m_strFolder + u"/facts.txt"_s);
-        if (!facts.open(QIODevice::ReadOnly))
-            throw Robot::Failure("facts.txt is not there");
-        return QString::fromUtf8(facts.readAll()).section(strKey + u": "_s, 1, 1).section(u'\n', 0, 0);
-    }
-
     /// The page that holds the typed text, as it lies on the disk; empty when there is none.
     QString SavedPage() const {
         const QDir nodes(Fact(u"course"_s) + u"/Data/Courseware/NodeResource"_s);
@@ -209,40 +171,6 @@ private:
 
     void WaitForSaved(const QString& strText) {
         m_robot.WaitFor("the page on the disk", [&] { return SavedPage().contains(strText); });
-    }
-
-    void AnswerBox(const QString& strText, const QString& strButton) {
-        m_robot.WaitForWidget(strButton, u"messageBox"_s);
-        m_robot.Shot(u"question"_s);
-        const auto strSeen = Robot::Ask<QString>([] { return ShownBox()->text(); });
-        if (strSeen != strText)
-            throw Robot::Failure("another box came: " + strSeen.toStdString());
-        m_robot.Click(strButton, u"messageBox"_s);
-        m_robot.WaitFor("the box to go", [] { return !ShownBox(); });
-    }
-
-    void ClickLine(const QString& strView, const QString& strText = QString(), int nButton = 1) {
-        m_robot.WaitFor("the line", [&] { return Line(strView, strText).isValid(); });
-        m_robot.ClickAt(
-            strView,
-            [&](QWidget* pWidget) {
-                auto* pView = qobject_cast<QAbstractItemView*>(pWidget);
-                pView->scrollTo(Line(strView, strText));
-                return pView->visualRect(Line(strView, strText)).translated(pView->viewport()->pos());
-            },
-            nButton);
-    }
-
-    QString RootText() {
-        return Robot::Ask<QString>([] { return Line(c_strTree).siblingAtRow(2).data().toString(); });
-    }
-
-    void WaitForOpenCourse() {
-        m_robot.WaitFor("the course to open", [] {
-            const QWidget* pFrame = Robot::Find(c_strFrame);
-            return pFrame && pFrame->windowTitle().endsWith(u" - Vorel"_s) &&
-                   !QApplication::activeModalWidget();
-        });
     }
 
     /// The tree opens one level at a time, as it is clicked.
@@ -279,9 +207,6 @@ private:
         m_robot.Press(u"Return"_s);
         m_robot.WaitFor("the file dialog to go", [] { return !Robot::Find(c_strFileName); });
     }
-
-    QString m_strFolder;
-    Robot m_robot;
 };
 
 } // namespace
@@ -299,7 +224,5 @@ void RunJourney(const QString& strFolder, int nPart) {
         teacher.FindAllAsLeft();
         teacher.Compile();
     }
-    // The last thing that this thread asks: the program goes, and the plug-in with it.
-    QMetaObject::invokeMethod(
-        qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
+    teacher.Close();
 }

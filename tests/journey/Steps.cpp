@@ -1,0 +1,81 @@
+#include "tests/journey/Steps.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QFile>
+#include <QMessageBox>
+
+using namespace Qt::StringLiterals;
+
+const QString CSteps::c_strFrame = u"CMainFrame"_s;
+const QString CSteps::c_strStartup = u"CStartupDialog"_s;
+const QString CSteps::c_strTree = u"CBookTreeView"_s;
+const QString CSteps::c_strWizard = u"CCreateProjectWizard"_s;
+
+QModelIndex CSteps::Line(const QString& strView, const QString& strText) {
+    auto* pView = qobject_cast<QAbstractItemView*>(Robot::Find(strView));
+    const QModelIndex first = pView ? pView->model()->index(0, 0) : QModelIndex();
+    if (!first.isValid() || strText.isEmpty())
+        return first;
+    const auto found =
+        pView->model()->match(first, Qt::DisplayRole, strText, 1, Qt::MatchExactly | Qt::MatchRecursive);
+    return found.value(0);
+}
+
+QMessageBox* CSteps::ShownBox() {
+    auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    return pBox && pBox->isVisible() ? pBox : nullptr;
+}
+
+void CSteps::GoOn(const QString& strShot, const QString& strButton) {
+    m_robot.WaitForWidget(strButton, c_strWizard);
+    m_robot.Shot(strShot);
+    m_robot.Click(strButton, c_strWizard);
+}
+
+void CSteps::Note(const QString& strKey, const QString& strValue) const {
+    QFile facts(m_strFolder + u"/facts.txt"_s);
+    if (!facts.open(QIODevice::Append))
+        throw Robot::Failure("facts.txt is not writable");
+    facts.write((strKey + u": "_s + strValue + u'\n').toUtf8());
+}
+
+QString CSteps::Fact(const QString& strKey) const {
+    QFile facts(m_strFolder + u"/facts.txt"_s);
+    if (!facts.open(QIODevice::ReadOnly))
+        throw Robot::Failure("facts.txt is not there");
+    return QString::fromUtf8(facts.readAll()).section(strKey + u": "_s, 1, 1).section(u'\n', 0, 0);
+}
+
+void CSteps::AnswerBox(const QString& strText, const QString& strButton) {
+    m_robot.WaitForWidget(strButton, u"messageBox"_s);
+    m_robot.Shot(u"question"_s);
+    const auto strSeen = Robot::Ask<QString>([] { return ShownBox()->text(); });
+    if (strSeen != strText)
+        throw Robot::Failure("another box came: " + strSeen.toStdString());
+    m_robot.Click(strButton, u"messageBox"_s);
+    m_robot.WaitFor("the box to go", [] { return !ShownBox(); });
+}
+
+void CSteps::ClickLine(const QString& strView, const QString& strText, int nButton) {
+    m_robot.WaitFor("the line", [&] { return Line(strView, strText).isValid(); });
+    m_robot.ClickAt(
+        strView,
+        [&](QWidget* pWidget) {
+            auto* pView = qobject_cast<QAbstractItemView*>(pWidget);
+            pView->scrollTo(Line(strView, strText));
+            return pView->visualRect(Line(strView, strText)).translated(pView->viewport()->pos());
+        },
+        nButton);
+}
+
+QString CSteps::RootText() {
+    return Robot::Ask<QString>([] { return Line(c_strTree).siblingAtRow(2).data().toString(); });
+}
+
+void CSteps::WaitForOpenCourse() {
+    m_robot.WaitFor("the course to open", [] {
+        const QWidget* pFrame = Robot::Find(c_strFrame);
+        return pFrame && pFrame->windowTitle().endsWith(u" - Vorel"_s) && !QApplication::activeModalWidget();
+    });
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tests/journey/Robot.h"
+
+#include <QModelIndex>
+
+class QMessageBox;
+
+/// What every way through the program is made of, over the robot. What a later part or the caller must know
+/// stands in "facts.txt" of the folder, a line "key: value" each.
+class CSteps {
+public:
+    explicit CSteps(const QString& strFolder)
+        : m_strFolder(strFolder), m_robot(strFolder + QStringLiteral("/shots")) {}
+
+protected:
+    static const QString c_strFrame;
+    static const QString c_strStartup;
+    static const QString c_strTree;
+    static const QString c_strWizard;
+
+    /// A line of a list or tree, wherever it stands in it; the first one for no text. On the interface
+    /// thread.
+    static QModelIndex Line(const QString& strView, const QString& strText = QString());
+    /// On the interface thread; null when no box is open.
+    static QMessageBox* ShownBox();
+
+    /// Takes a picture of the wizard and presses a button of it.
+    void GoOn(const QString& strShot, const QString& strButton = QStringLiteral("next"));
+    void Note(const QString& strKey, const QString& strValue) const;
+    QString Fact(const QString& strKey) const;
+    /// Waits for a box, takes a picture, checks its text and presses a button.
+    void AnswerBox(const QString& strText, const QString& strButton);
+    void ClickLine(const QString& strView, const QString& strText = QString(), int nButton = 1);
+    QString RootText();
+    void WaitForOpenCourse();
+
+    QString m_strFolder;
+    Robot m_robot;
+};
