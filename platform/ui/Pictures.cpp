@@ -1,14 +1,19 @@
 #include "platform/ui/Pictures.h"
 
+#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 
 #include <QBitmap>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QImageReader>
 
 namespace Pictures {
 
 namespace {
+
+/// A decoder may need several times its picture's size; a stranger's file of some bytes can claim any.
+constexpr qint64 c_nMaxPixels = qint64{64} * 1000 * 1000;
 
 QString FileOf(const QString& strSystemDataFolder, const QString& strBelow) {
     return Platform::ToNative(strSystemDataFolder + QStringLiteral("\\Images\\") + strBelow);
@@ -81,6 +86,29 @@ QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName) {
     Add(icon, FileOf(strSystemDataFolder, QStringLiteral("HtmlEditorToolBarImgs\\") + strName), true,
         QIcon::Normal);
     return icon;
+}
+
+QPixmap Fitted(const QString& strPath, const QSize& room, qreal dRatio) {
+    if (!Torvane::File::IsFile(strPath))
+        return {};
+    QImageReader reader(Platform::ToNative(strPath));
+    reader.setAutoTransform(true);
+    reader.setDecideFormatFromContent(true);
+    const QSize full = reader.size();
+    if (full.isEmpty() || qint64(full.width()) * full.height() > c_nMaxPixels)
+        return {};
+    // The reader scales first and turns then.
+    const bool bTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    const QSize place = bTurned ? room.transposed() : room;
+    const bool bTooLarge = full.width() > place.width() || full.height() > place.height();
+    const QSize shown = bTooLarge ? full.scaled(place, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)) : full;
+    const QSize fine = (QSizeF(shown) * dRatio).toSize();
+    if (fine.width() < full.width())
+        reader.setScaledSize(fine);
+    QPixmap picture = QPixmap::fromImage(reader.read());
+    if (!picture.isNull())
+        picture.setDevicePixelRatio(qreal(picture.width()) / (bTurned ? shown.height() : shown.width()));
+    return picture;
 }
 
 } // namespace Pictures

@@ -19,4 +19,11 @@ QIcon ToolbarIcon(const QString& strSystemDataFolder, int nId);
 /// ending.
 QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName);
 
+/// A picture from anywhere, fitted into a room of logical pixels on a screen of this fineness: its
+/// proportions stay, it is never enlarged, and it stands as its camera was held. strPath is in backslash
+/// form; what the picture is stands in its bytes, whatever its ending. It is decoded no finer than it is
+/// shown, and one that would take too much memory for that is refused. Empty when there is none or it can't
+/// be read.
+QPixmap Fitted(const QString& strPath, const QSize& room, qreal dRatio);
+
 } // namespace Pictures

@@ -5,6 +5,7 @@
 #include "tests/support/WindowHelp.h"
 
 #include <QFileDialog>
+#include <QImageWriter>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -152,4 +153,44 @@ TEST(Pictures, AMissingFileGivesAnEmptyPictureAndWhiteIsClear) {
     const QImage icon = Pictures::EditorIcon(folder.Path(), u"Bold.bmp"_s).pixmap(16, 15).toImage();
     EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(icon.pixelColor(3, 3), QColor(Qt::black));
+}
+
+TEST(Pictures, FitsAStrangersPictureIntoItsRoom) {
+    const CTempFolder folder;
+    const auto save = [&folder](const QString& strName, QSize size, bool bTurned) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QImageWriter writer(folder.Native(strName), "jpg");
+        if (bTurned)
+            writer.setTransformation(QImageIOHandler::TransformationRotate90);
+        ASSERT_TRUE(writer.write(image));
+    };
+    save(u"wide.bmp"_s, {1000, 500}, false);
+    save(u"turned.jpg"_s, {1000, 500}, true);
+    save(u"small.jpg"_s, {100, 50}, false);
+    // A picture's head that claims what no memory holds.
+    folder.Write(u"bomb.bmp"_s,
+                 QByteArray::fromHex("424d3600000000000000360000002800000060ea000060ea00000100"
+                                     "18000000000000000000000000000000000000000000000000000000"));
+    folder.Write(u"text.jpg"_s, "<html>");
+    const struct {
+        QString strName;
+        qreal dRatio;
+        QSize pixels, shown;
+    } rows[] = {
+        {u"wide.bmp"_s, 1, {200, 100}, {200, 100}},
+        {u"wide.bmp"_s, 2, {400, 200}, {200, 100}},
+        {u"turned.jpg"_s, 1, {100, 200}, {100, 200}},
+        {u"small.jpg"_s, 2, {100, 50}, {100, 50}},
+        {u"bomb.bmp"_s, 1, {}, {}},
+        {u"text.jpg"_s, 1, {}, {}},
+        {u"missing.jpg"_s, 1, {}, {}},
+    };
+    for (const auto& row : rows) {
+        const QPixmap picture = Pictures::Fitted(folder.Path(row.strName), {200, 200}, row.dRatio);
+        EXPECT_EQ(picture.size().expandedTo({0, 0}), row.pixels.expandedTo({0, 0}))
+            << row.strName.toStdString();
+        EXPECT_EQ(picture.deviceIndependentSize().toSize().expandedTo({0, 0}), row.shown.expandedTo({0, 0}))
+            << row.strName.toStdString();
+    }
 }
