@@ -2,7 +2,8 @@
 
 #include "server/HttpMessage.h"
 
-/// One request and its reply over the transfer library; the only file pair that knows it.
+/// One request and its reply. The transfer library, which alone can do it, stands behind the module in
+/// transfer/.
 namespace Torvane::Net {
 
 struct TransferRequest {
@@ -21,14 +22,19 @@ struct TransferReply {
     /// Status line and headers of the last reply, CR LF behind each, without the empty line. Empty for a
     /// reply that has none.
     QByteArray Headers;
+    /// The empty line behind the headers came.
+    bool bHeadersEnded = false;
     QByteArray Body;
 };
 
-/// Throws CHttpClientException.
+/// Loads the module at the first request, and waits for it as for the reply. Throws CHttpClientException.
 TransferReply RunTransfer(const TransferRequest& request, const CHttpClient::WaitStep& waitStep);
 
-/// The proxy that the environment names for this host, or an empty text. Hosts of this machine never have
-/// one.
-QByteArray ProxyFor(QByteArrayView host);
+/// What the module exports, under the name of c_szTransferFunction. The error is what failed, and empty when
+/// nothing did; the reply then holds what had come until then. The library is initialised at the first call:
+/// a request without a host does nothing else.
+using TransferFunction = void (*)(const TransferRequest& request, const CHttpClient::WaitStep& waitStep,
+                                  TransferReply& reply, QString& strError);
+inline constexpr const char* c_szTransferFunction = "VorelRunTransfer";
 
 } // namespace Torvane::Net

@@ -19,6 +19,7 @@ inline const QString c_strConnectionLost = QStringLiteral("与服务器的连接
 inline const QString c_strBadReply = QStringLiteral("服务器返回了无效的或不可识别的响应。");
 inline const QString c_strHeadersTooLong = QStringLiteral("服务器返回的响应头过长。");
 inline const QString c_strBodyTooLong = QStringLiteral("服务器返回的内容过长。");
+inline const QString c_strNoTransfer = QStringLiteral("对不起，无法载入网络组件，请您重新安装本程序！\n%1");
 inline const QString c_strHeaderMissing = QStringLiteral("找不到请求的响应头。");
 
 // What the server's error codes say.
