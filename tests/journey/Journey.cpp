@@ -27,13 +27,8 @@ const QString c_strBoldButton = u"button_32779"_s;
 /// One part of the way.
 class CTeacher : public CSteps {
 public:
+    using CSteps::Close;
     using CSteps::CSteps;
-
-    void Close() {
-        // The last thing that this thread asks: the program goes, and the plug-in with it.
-        QMetaObject::invokeMethod(
-            qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
-    }
 
     void ChooseCourse() {
         m_robot.WaitForWidget(u"ok"_s, c_strStartup);

@@ -2,8 +2,17 @@
 
 #include <QString>
 
+/// The ways through the real program that a person may go. The folder takes the screenshots, "seen.txt" with
+/// every box, dialog and status line that came, and "facts.txt" with what the caller has to know afterwards.
+/// Each throws Robot::Failure.
+
 /// A teacher's way through a whole course. Part 1: the start-up dialog, the wizard, a page edited and saved,
 /// a node added, the program closed. Part 2: the course opened again from the recent list, found as it was
-/// left, compiled. The folder takes the screenshots; it holds the picture that is put into the page, and
-/// "facts.txt" with what the caller has to know afterwards. Throws Robot::Failure.
+/// left, compiled. The folder holds the picture that is put into the page.
 void RunJourney(const QString& strFolder, int nPart);
+
+/// Every window of the shell, opened from the keyboard where there is a way to, with its faults.
+void RunTour(const QString& strFolder);
+
+/// One trouble between the program and its course server, named as in trials.sh.
+void RunTrial(const QString& strFolder, const QString& strName);

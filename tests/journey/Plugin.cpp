@@ -1,12 +1,45 @@
 #include "tests/journey/Journey.h"
+#include "tests/journey/WindowCheck.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGenericPlugin>
 #include <QThread>
 #include <QTimer>
 
 #include <exception>
+#include <memory>
+
+namespace {
+
+void RunWay(const QString& strFolder, const QString& strWay) {
+    bool bPart = false;
+    const int nPart = strWay.toInt(&bPart);
+    if (bPart)
+        RunJourney(strFolder, nPart);
+    else if (strWay == QStringLiteral("tour"))
+        RunTour(strFolder);
+    else
+        RunTrial(strFolder, strWay);
+}
+
+/// Appends what comes to "seen.txt", with the time since the start.
+void WriteDown(const QString& strFolder) {
+    auto pTimer = std::make_shared<QElapsedTimer>();
+    pTimer->start();
+    // Owned by the application.
+    new CWindowLog([strFolder, pTimer](const QString& strLine) {
+        QFile seen(strFolder + QStringLiteral("/seen.txt"));
+        if (seen.open(QIODevice::Append))
+            seen.write(QStringLiteral("%1 s  %2\n")
+                           .arg(double(pTimer->elapsed()) / 1000, 6, 'f', 1)
+                           .arg(QString(strLine).replace(u'\n', QStringLiteral("\\n")))
+                           .toUtf8());
+    });
+}
+
+} // namespace
 
 /// Brings the journey into the real program, which knows nothing of it: Qt loads the plug-in because the
 /// environment names it, and its thread plays the person.
@@ -19,7 +52,7 @@ public:
             const QString strFolder = qEnvironmentVariable("VOREL_JOURNEY_FOLDER");
             QByteArray result("ok\n");
             try {
-                RunJourney(strFolder, qEnvironmentVariableIntValue("VOREL_JOURNEY_PART"));
+                RunWay(strFolder, qEnvironmentVariable("VOREL_JOURNEY_PART"));
             } catch (const std::exception& failure) {
                 result = QByteArray("failed: ") + failure.what() + "\n";
             }
@@ -32,7 +65,10 @@ public:
                 _exit(3);
         });
         // Plug-ins come before the application object is whole: begin with its first event.
-        QTimer::singleShot(0, qApp, [pThread] { pThread->start(); });
+        QTimer::singleShot(0, qApp, [pThread] {
+            WriteDown(qEnvironmentVariable("VOREL_JOURNEY_FOLDER"));
+            pThread->start();
+        });
         return pThread;
     }
 };

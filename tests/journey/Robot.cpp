@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QHash>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -37,7 +38,11 @@ struct Robot::Input {
         XSync(pDisplay, 0);
     }
     void Key(const QString& strName, bool bDown) const {
-        const QString strSymbol = strName == QStringLiteral("ctrl") ? QStringLiteral("Control_L") : strName;
+        static const QHash<QString, QString> c_modifiers{
+            {QStringLiteral("ctrl"), QStringLiteral("Control_L")},
+            {QStringLiteral("alt"), QStringLiteral("Alt_L")},
+            {QStringLiteral("shift"), QStringLiteral("Shift_L")}};
+        const QString strSymbol = c_modifiers.value(strName, strName);
         const KeyCode nCode = XKeysymToKeycode(pDisplay, XStringToKeysym(strSymbol.toLatin1().constData()));
         XTestFakeKeyEvent(pDisplay, nCode, bDown ? 1 : 0, 0);
         XSync(pDisplay, 0);

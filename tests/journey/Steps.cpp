@@ -1,8 +1,11 @@
 #include "tests/journey/Steps.h"
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
 #include <QFile>
+#include <QKeySequence>
+#include <QMenu>
 #include <QMessageBox>
 
 using namespace Qt::StringLiterals;
@@ -78,4 +81,33 @@ void CSteps::WaitForOpenCourse() {
         const QWidget* pFrame = Robot::Find(c_strFrame);
         return pFrame && pFrame->windowTitle().endsWith(u" - Vorel"_s) && !QApplication::activeModalWidget();
     });
+}
+
+QString CSteps::Selected(const QString& strView) {
+    const auto* pView = qobject_cast<QAbstractItemView*>(Robot::Find(strView));
+    return pView ? pView->currentIndex().data().toString() : QString();
+}
+
+void CSteps::Command(int nId) {
+    m_robot.WaitForWidget(c_strTree, c_strFrame);
+    QString strKey;
+    QString strText;
+    Robot::OnGui([&] {
+        const auto* pAction = Robot::Find(c_strFrame)->findChild<QAction*>(u"command_%1"_s.arg(nId));
+        for (const QObject* pHolder : pAction ? pAction->associatedObjects() : QList<QObject*>()) {
+            if (const auto* pMenu = qobject_cast<const QMenu*>(pHolder); pMenu && pAction->isEnabled()) {
+                strKey = QKeySequence::mnemonic(pMenu->title()).toString().toLower();
+                strText = pAction->text();
+            }
+        }
+    });
+    if (strKey.isEmpty())
+        throw Robot::Failure("no menu offers command " + std::to_string(nId));
+    m_robot.Press(strKey);
+    m_robot.ClickMenuEntry(strText);
+}
+
+void CSteps::Close() {
+    QMetaObject::invokeMethod(
+        qApp, [] { Robot::Find(c_strFrame)->close(); }, Qt::QueuedConnection);
 }

@@ -24,6 +24,8 @@ protected:
     static QModelIndex Line(const QString& strView, const QString& strText = QString());
     /// On the interface thread; null when no box is open.
     static QMessageBox* ShownBox();
+    /// The text of the line with the cursor. On the interface thread.
+    static QString Selected(const QString& strView);
 
     /// Takes a picture of the wizard and presses a button of it.
     void GoOn(const QString& strShot, const QString& strButton = QStringLiteral("next"));
@@ -34,6 +36,11 @@ protected:
     void ClickLine(const QString& strView, const QString& strText = QString(), int nButton = 1);
     QString RootText();
     void WaitForOpenCourse();
+    /// Chooses a command in the main menu that holds it, with the menu's own letter.
+    void Command(int nId);
+    /// Asks the main window to close: the last thing that a way does, for the program goes, and the plug-in
+    /// with it.
+    void Close();
 
     QString m_strFolder;
     Robot m_robot;

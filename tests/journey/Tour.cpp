@@ -1,0 +1,134 @@
+#include "tests/journey/Journey.h"
+#include "tests/journey/Steps.h"
+#include "tests/journey/WindowCheck.h"
+
+#include <QApplication>
+#include <QWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString c_strCourse = u"计算机网络"_s;
+const QString c_strPassword = u"wangluo8"_s;
+
+/// Opens every window of the shell once, takes its picture and looks at what it offers without a mouse.
+class CVisitor : public CSteps {
+public:
+    using CSteps::CSteps;
+
+    void MakeCourse() {
+        Look(u"start-new"_s, c_strStartup);
+        m_robot.Press(u"ctrl+Tab"_s);
+        Look(u"start-open"_s, c_strStartup);
+        m_robot.Press(u"ctrl+Tab"_s);
+        m_robot.Click(u"ok"_s, c_strStartup);
+
+        m_robot.WaitForWidget(u"courseList"_s, c_strWizard);
+        m_robot.Fill(u"courseSearch"_s, c_strCourse.left(2), c_strWizard);
+        m_robot.Fill(u"password"_s, c_strPassword, c_strWizard);
+        Look(u"wizard-course"_s, c_strWizard);
+        m_robot.Press(u"Return"_s);
+        m_robot.WaitForWidget(u"courseFolder"_s, c_strWizard);
+        Look(u"wizard-folder"_s, c_strWizard);
+        m_robot.Press(u"Return"_s);
+        m_robot.WaitForWidget(u"templateList"_s, c_strWizard);
+        m_robot.Press(u"Return"_s);
+        AnswerBox(u"请您选择一个模板!"_s, u"ok"_s);
+        ClickLine(u"templateList"_s);
+        m_robot.Click(u"previewNext"_s, c_strWizard);
+        Look(u"wizard-template"_s, c_strWizard);
+        m_robot.Click(u"next"_s, c_strWizard);
+        m_robot.WaitForWidget(u"summary"_s, c_strWizard);
+        Look(u"wizard-summary"_s, c_strWizard);
+        m_robot.Press(u"Return"_s);
+        WaitForOpenCourse();
+        Look(u"course-open"_s, c_strFrame);
+    }
+
+    void OpenDialogs() {
+        VisitDialog(32853, u"COptionsDialog"_s);
+        VisitDialog(57664, u"CAboutDialog"_s);
+        VisitDialog(32854, u"CServerAddressDialog"_s);
+        VisitDialog(32852, u"CChangePasswordDialog"_s);
+        VisitDialog(32873, u"CPreviewDialog"_s);
+        VisitDialog(32921, u"templateDialog"_s);
+        VisitDialog(32935, u"CTemplateDownloadDialog"_s);
+        VisitDialog(32778, u"fileDialog"_s);
+    }
+
+    void OpenMenus() {
+        for (const QString& strKeys : {u"alt+f"_s, u"alt+e"_s, u"alt+v"_s, u"alt+t"_s, u"alt+h"_s}) {
+            m_robot.Press(strKeys);
+            LookAtMenu(u"menu-"_s + strKeys.back());
+            m_robot.Press(u"Escape"_s);
+        }
+        ClickLine(c_strTree, RootText(), 3);
+        LookAtMenu(u"tree-menu-root"_s);
+        m_robot.ClickInto(c_strTree);
+        for (const QString& strKey : {u"Right"_s, u"Down"_s, u"Right"_s, u"Down"_s})
+            m_robot.Press(strKey);
+        ClickLine(c_strTree, Robot::Ask<QString>([] { return Selected(c_strTree); }), 3);
+        LookAtMenu(u"tree-menu-node"_s);
+    }
+
+    void ChangeTemplate() {
+        Command(32921);
+        m_robot.WaitForWidget(u"templateList"_s, u"templateDialog"_s);
+        m_robot.ClickInto(u"templateList"_s, u"templateDialog"_s);
+        m_robot.Press(u"Escape"_s);
+        m_robot.Press(u"Down"_s);
+        m_robot.Shot(u"other-template"_s);
+        m_robot.Press(u"Return"_s);
+        AnswerBox(u"模板修改成功！"_s, u"ok"_s);
+        m_robot.Shot(u"template-changed"_s);
+    }
+
+    void Finish() {
+        if (!m_faults.isEmpty())
+            throw Robot::Failure(m_faults.join(u'\n').toStdString());
+        Close();
+    }
+
+private:
+    void Look(const QString& strShot, const QString& strWindow) {
+        m_robot.WaitFor(qPrintable(strWindow), [&] { return Robot::Find(strWindow); });
+        m_robot.Shot(strShot);
+        Robot::OnGui([&] {
+            const QWidget* pWindow = Robot::Find(strWindow);
+            Note(u"window"_s, WindowCheck::Describe(*pWindow));
+            m_faults += WindowCheck::Faults(*pWindow);
+        });
+    }
+
+    void VisitDialog(int nId, const QString& strDialog) {
+        Command(nId);
+        m_robot.WaitFor(qPrintable(strDialog), [&] {
+            const QWidget* pDialog = Robot::Find(strDialog);
+            return pDialog && pDialog->isActiveWindow();
+        });
+        Look(strDialog, strDialog);
+        m_robot.Press(u"Escape"_s);
+        m_robot.WaitFor("Escape to close it", [&] { return !Robot::Find(strDialog); });
+    }
+
+    void LookAtMenu(const QString& strShot) {
+        m_robot.WaitFor("a menu", [] { return QApplication::activePopupWidget(); });
+        m_robot.Shot(strShot);
+        m_robot.Press(u"Escape"_s);
+        m_robot.WaitFor("the menu to go", [] { return !QApplication::activePopupWidget(); });
+    }
+
+    QStringList m_faults;
+};
+
+} // namespace
+
+void RunTour(const QString& strFolder) {
+    CVisitor visitor(strFolder);
+    visitor.MakeCourse();
+    visitor.OpenMenus();
+    visitor.OpenDialogs();
+    visitor.ChangeTemplate();
+    visitor.Finish();
+}
