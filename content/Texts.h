@@ -54,20 +54,7 @@ inline const QString c_strFolderNotUsable = u"创建文件夹失败！\n%1"_s;
 inline const QString c_strFirstNode = u"该栏目为第一个栏目，无法上移!"_s;
 inline const QString c_strLastNode = u"该栏目为最后一个栏目，无法下移!"_s;
 
-// Captions of the tree's commands.
-inline const QString c_strEditContentCommand = u"编辑栏目文件"_s;
-inline const QString c_strExportCommand = u"导出(&X)"_s;
-inline const QString c_strImportCommand = u"导入(&I)"_s;
-// The status bar's words for the two; the first one says the opposite of what it does, as it always has.
-inline const QString c_strExportHint = u"导入该栏目及其所有子栏目"_s;
-inline const QString c_strImportHint = u"导入栏目内容"_s;
-inline const QString c_strAddNodeCommand = u"添加栏目"_s;
-inline const QString c_strAddChildCommand = u"添加子栏目"_s;
-inline const QString c_strRenameCommand = u"编辑栏目标题"_s;
-inline const QString c_strMoveUpCommand = u"栏目上移"_s;
-inline const QString c_strMoveDownCommand = u"栏目下移"_s;
-inline const QString c_strClearContentCommand = u"清空栏目内容"_s;
-inline const QString c_strDeleteCommand = u"删除栏目"_s;
+// What a reader of the screen says of the tree and its field.
 inline const QString c_strTreeName = u"课程栏目"_s;
 inline const QString c_strTitleEdit = u"栏目标题"_s;
 

@@ -8,67 +8,51 @@
 
 using Torvane::Dialog::MFC::BoxAnswer;
 
-bool CBookTreeView::IsBuilt(int nCommand) const {
-    switch (TreeActionOf(nCommand)) {
-    case ETreeAction::Export:
-    case ETreeAction::Import:
-    case ETreeAction::SetOpenType:
-        return false;
-    case ETreeAction::CreateContent:
-        // Of the kinds that a command presets, the editor page.
-        return nCommand == TreeCommand::c_nCreateContent || nCommand == TreeCommand::c_nCreateContentInTree ||
-               nCommand == TreeCommand::c_nCreateEditorPage;
-    default:
-        return true;
-    }
-}
-
 bool CBookTreeView::IsCommandEnabled(int nCommand) const {
-    if (m_pCourse == nullptr || !IsBuilt(nCommand))
-        return false;
     const TreeSelection selection = Selection();
-    if (TreeActionOf(nCommand) == ETreeAction::EditContent && selection.Type != NodeType::c_nEditorPage)
-        return false; // an external file: nothing opens one yet
-    return IsTreeCommandEnabled(nCommand, selection, m_host.IsEditorShowing());
+    return !TreeCommand::IsHeldBack(nCommand, selection) &&
+           TreeCommand::IsEnabled(nCommand, selection, m_host.IsEditorShowing());
 }
 
 bool CBookTreeView::RunCommand(int nCommand) {
-    const ETreeAction action = TreeActionOf(nCommand);
-    if (action == ETreeAction::None || !IsBuilt(nCommand))
+    const TreeCommand::EAction action = TreeCommand::ActionOf(nCommand);
+    const TreeSelection selection = Selection();
+    if (action == TreeCommand::EAction::None || TreeCommand::IsHeldBack(nCommand, selection))
         return false;
-    if (m_pCourse != nullptr && IsActionAllowed(action, LineOf(SelectedItem())))
+    if (m_pCourse != nullptr && TreeCommand::IsActionAllowed(action, selection.Line))
         Guarded([&] { RunAction(action); });
     return true;
 }
 
-void CBookTreeView::RunAction(ETreeAction action) {
+void CBookTreeView::RunAction(TreeCommand::EAction action) {
+    using TreeCommand::EAction;
     switch (action) {
-    case ETreeAction::AddNode:
+    case EAction::AddNode:
         return AddNode();
-    case ETreeAction::AddChild:
+    case EAction::AddChild:
         return AddChild();
-    case ETreeAction::AddMany:
+    case EAction::AddMany:
         return AddManySiblings();
-    case ETreeAction::AddManyChildren:
+    case EAction::AddManyChildren:
         return AddManyChildren();
-    case ETreeAction::Delete:
+    case EAction::Delete:
         return DeleteNode();
-    case ETreeAction::Rename:
+    case EAction::Rename:
         return StartRename(SelectedItem());
-    case ETreeAction::CreateContent:
+    case EAction::CreateContent:
         return CreateContent();
-    case ETreeAction::EditContent:
+    case EAction::EditContent:
         return EditContent();
-    case ETreeAction::MoveUp:
+    case EAction::MoveUp:
         return MoveNode(true);
-    case ETreeAction::MoveDown:
+    case EAction::MoveDown:
         return MoveNode(false);
-    case ETreeAction::ClearContent:
+    case EAction::ClearContent:
         return ClearContent();
-    case ETreeAction::None:
-    case ETreeAction::Export:
-    case ETreeAction::Import:
-    case ETreeAction::SetOpenType:
+    case EAction::None:
+    case EAction::Export:
+    case EAction::Import:
+    case EAction::SetOpenType:
         return;
     }
 }

@@ -1,5 +1,4 @@
 // What the person does in the tree with mouse and keys.
-#include "content/Texts.h"
 #include "content/ui/BookTreeView.h"
 
 #include <QContextMenuEvent>
@@ -44,33 +43,27 @@ void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
     if (pItem->childCount() > 0 && pItem != m_pRootItem)
         return;
 
+    QMenu* pMenu = MakeMenu(pItem == m_pRootItem ? TreeCommand::RootMenu() : TreeCommand::NodeMenu());
+    pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualItemRect(pItem).bottomLeft()));
+}
+
+QMenu* CBookTreeView::MakeMenu(std::span<const int> commands) {
     auto* pMenu = new QMenu(this);
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
     pMenu->setObjectName(QStringLiteral("treeMenu"));
-    const auto add = [&](int nCommand, const QString& strText, const QString& strHint = QString()) {
-        QAction* pAction = pMenu->addAction(strText);
-        pAction->setStatusTip(strHint.isEmpty() ? strText : strHint);
-        pAction->setObjectName(QStringLiteral("command%1").arg(nCommand));
+    for (const int nCommand : commands) {
+        if (nCommand == 0) {
+            pMenu->addSeparator();
+            continue;
+        }
+        const TreeCommand::Row& row = *TreeCommand::Find(nCommand);
+        QAction* pAction = pMenu->addAction(row.strText.toString());
+        pAction->setObjectName(QStringLiteral("command_%1").arg(nCommand));
+        pAction->setStatusTip(row.strStatus.toString());
         pAction->setEnabled(IsCommandEnabled(nCommand));
         connect(pAction, &QAction::triggered, this, [this, nCommand] { RunCommand(nCommand); });
-    };
-    if (pItem != m_pRootItem)
-        add(TreeCommand::c_nEditContentInTree, ContentText::c_strEditContentCommand);
-    add(TreeCommand::c_nExport, ContentText::c_strExportCommand, ContentText::c_strExportHint);
-    add(TreeCommand::c_nImport, ContentText::c_strImportCommand, ContentText::c_strImportHint);
-    pMenu->addSeparator();
-    if (pItem != m_pRootItem)
-        add(TreeCommand::c_nAddNodeInTree, ContentText::c_strAddNodeCommand);
-    add(TreeCommand::c_nAddChildInTree, ContentText::c_strAddChildCommand);
-    if (pItem != m_pRootItem) {
-        add(TreeCommand::c_nRenameInTree, ContentText::c_strRenameCommand);
-        add(TreeCommand::c_nMoveUpInTree, ContentText::c_strMoveUpCommand);
-        add(TreeCommand::c_nMoveDownInTree, ContentText::c_strMoveDownCommand);
-        pMenu->addSeparator();
-        add(TreeCommand::c_nClearContentInTree, ContentText::c_strClearContentCommand);
-        add(TreeCommand::c_nDeleteInTree, ContentText::c_strDeleteCommand);
     }
-    pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualItemRect(pItem).bottomLeft()));
+    return pMenu;
 }
 
 void CBookTreeView::resizeEvent(QResizeEvent* pEvent) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "content/BookNode.h"
-#include "content/TreeRules.h"
+#include "content/TreeCommands.h"
 #include "content/ViewKind.h"
 #include "platform/base/People.h"
 
@@ -12,9 +12,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 class CTreeSelectionModel;
+class QMenu;
 
 /// The left-hand tree: shows the open course, is the only place where nodes are added, renamed and removed,
 /// and decides which view shows the selected node. The rules stand in content/; this class shows, collects
@@ -79,9 +81,10 @@ private:
     bool Select(QTreeWidgetItem* pItem);
     void ShowSelection(QTreeWidgetItem* pItem);
 
+    QMenu* MakeMenu(std::span<const int> commands);
+
     // Commands; each begins with a selection that its action allows.
-    void RunAction(ETreeAction action);
-    bool IsBuilt(int nCommand) const;
+    void RunAction(TreeCommand::EAction action);
     /// The question with OK and Cancel. Also false when the selected line went meanwhile: a box lets the
     /// program run on, and a lost session closes the course.
     bool Confirm(const QString& strQuestion);

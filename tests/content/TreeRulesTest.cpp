@@ -1,4 +1,4 @@
-#include "content/TreeRules.h"
+#include "content/TreeCommands.h"
 
 #include "content/ViewKind.h"
 
@@ -54,19 +54,18 @@ TEST(TreeRulesTest, CommandsAreOfferedByLineAndType) {
     };
     const TreeSelection selections[]{{ETreeLine::Course, -1}, {ETreeLine::Root, -1}, {ETreeLine::Node, -1},
                                      {ETreeLine::Node, 0},    {ETreeLine::Node, 1},  {ETreeLine::Node, 3}};
-    for (const Case& c : {Case{32772, "001111 1"}, Case{32910, "001111 1"}, Case{32773, "011111 1"},
-                          Case{32909, "011111 1"}, Case{32869, "001111 0"}, Case{32870, "011111 0"},
-                          Case{32774, "001111 0"}, Case{32775, "001111 0"}, Case{32814, "001111 0"},
-                          Case{32913, "011111 1"}, Case{32815, "000110 0"}, Case{32914, "000110 1"},
-                          Case{32816, "001111 0"}, Case{32817, "001111 0"}, Case{32919, "000110 0"},
-                          Case{32918, "000111 1"}, Case{32934, "000111 1"}, Case{32881, "011111 1"},
-                          Case{32917, "011111 1"}, Case{32882, "000000 0"}}) {
+    for (const Case& c :
+         {Case{32772, "001111 1"}, Case{32910, "001111 1"}, Case{32773, "011111 1"}, Case{32909, "011111 1"},
+          Case{32869, "001111 0"}, Case{32870, "011111 0"}, Case{32774, "001111 0"}, Case{32775, "001111 0"},
+          Case{32814, "001111 0"}, Case{32913, "011111 1"}, Case{32815, "000110 0"}, Case{32914, "000110 1"},
+          Case{32816, "001111 0"}, Case{32817, "001111 0"}, Case{32919, "000110 0"}, Case{32918, "000111 1"},
+          Case{32934, "000111 1"}, Case{32882, "000000 0"}}) {
         std::string offered;
         for (const TreeSelection& selection : selections)
-            offered += IsTreeCommandEnabled(c.nCommand, selection, false) ? '1' : '0';
-        offered += IsTreeCommandEnabled(c.nCommand, selections[3], true) ? " 1" : " 0";
+            offered += TreeCommand::IsEnabled(c.nCommand, selection, false) ? '1' : '0';
+        offered += TreeCommand::IsEnabled(c.nCommand, selections[3], true) ? " 1" : " 0";
         EXPECT_EQ(offered, c.pszOffered) << c.nCommand;
-        EXPECT_FALSE(IsTreeCommandEnabled(c.nCommand, {}, false)) << c.nCommand;
+        EXPECT_FALSE(TreeCommand::IsEnabled(c.nCommand, {}, false)) << c.nCommand;
     }
 }
 

@@ -274,8 +274,8 @@ TEST_F(BookTreeViewTest, TheMenuComesForALeafAndSelectsIt) {
     const QMenu* pMenu = menuAt(Line(1));
     ASSERT_NE(pMenu, nullptr);
     EXPECT_EQ(SelectedId(), m_nTwo);
-    EXPECT_FALSE(pMenu->findChild<QAction*>(u"command32914"_s)->isEnabled());
-    EXPECT_TRUE(pMenu->findChild<QAction*>(u"command32909"_s)->isEnabled());
+    EXPECT_FALSE(pMenu->findChild<QAction*>(u"command_32914"_s)->isEnabled());
+    EXPECT_TRUE(pMenu->findChild<QAction*>(u"command_32909"_s)->isEnabled());
 }
 
 } // namespace
