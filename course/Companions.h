@@ -15,6 +15,9 @@ QString CompilerCommandLine(const QString& strProgramFolder, const QString& strP
                             ECompileForm form);
 QString DocExportCommandLine(const QString& strProgramFolder, const QString& strProjectPath);
 
+/// Whether the companion that writes the document stands in the program folder.
+bool HasDocExport(const QString& strProgramFolder);
+
 /// Runs a companion on the open course and waits for its end without a time limit, with the windows painted.
 /// The store lets go of its file meanwhile. That a companion could not start is told to nobody. Throws
 /// Torvane::COM::CCOMException when the store can't let go (nothing is started then) or can't be opened

@@ -139,6 +139,10 @@ bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whil
     return true;
 }
 
+bool IsProgram(const QString& strPath) {
+    return FindProgram(strPath).has_value();
+}
+
 QString OwnProgramPath() {
     return FromNative(QFile::symLinkTarget(QStringLiteral("/proc/self/exe")));
 }

@@ -17,6 +17,10 @@ QStringList SplitCommandLine(const QString& strCommandLine);
 /// could not start.
 bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whileWaiting);
 
+/// Whether a program stands at the path (backslash form), looked up with and without ".exe" as when it is
+/// started.
+bool IsProgram(const QString& strPath);
+
 /// The running program's own path, in backslash form.
 QString OwnProgramPath();
 
