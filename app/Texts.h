@@ -7,9 +7,16 @@ namespace AppTexts {
 
 inline const QString c_strLoading = QStringLiteral("正在载入信息...");
 inline const QString c_strReady = QStringLiteral("就绪");
+inline const QString c_strToolBar = QStringLiteral("工具栏");
+inline const QString c_strCapsLock = QStringLiteral("大写");
+inline const QString c_strNumLock = QStringLiteral("数字");
+inline const QString c_strScrollLock = QStringLiteral("滚动");
+inline const QString c_strLockOn = QStringLiteral("：开");
+inline const QString c_strLockOff = QStringLiteral("：关");
 inline const QString c_strRecent = QStringLiteral("最近课程");
 inline const QString c_strValidationFailed = QStringLiteral("验证课程失败！");
 inline const QString c_strCompiling = QStringLiteral("正在合成课程网站，请稍候...");
+inline const QString c_strExportingWord = QStringLiteral("正在导出Word文件，请稍候...");
 
 inline const QString c_strStartupTitle = QStringLiteral("新建课程");
 inline const QString c_strTabNew = QStringLiteral("新建");

@@ -1,8 +1,10 @@
 #include "app/ui/MainFrame.h"
 
-#include "app/CommandTable.h"
 #include "app/Texts.h"
+#include "app/ui/FrameBars.h"
+#include "app/ui/PaneSplitter.h"
 #include "app/ui/ProgramIcon.h"
+#include "content/TreeCommands.h"
 #include "editor/ui/DisplayViews.h"
 #include "editor/ui/EditorView.h"
 #include "foundation/SysInfo.h"
@@ -12,39 +14,19 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QShortcut>
-#include <QSplitter>
 #include <QStackedWidget>
-#include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QTimer>
-#include <QToolBar>
-#include <QToolButton>
+
+#include <functional>
 
 namespace {
 
 constexpr int c_nTreeWidth = 200;
-constexpr int c_nLeastTreeWidth = 150;
-constexpr int c_nToolBarPicture = 35;
-
-QString Text(const char16_t* pText) {
-    return QString::fromUtf16(pText);
-}
-
-/// The two panes. The bar moves from 150 pixels off the left edge to half of the width.
-class CFrameSplitter : public QSplitter {
-public:
-    using QSplitter::QSplitter;
-
-protected:
-    void resizeEvent(QResizeEvent* pEvent) override {
-        if (count() > 0)
-            widget(0)->setMaximumWidth(qMax(c_nLeastTreeWidth, width() / 2));
-        QSplitter::resizeEvent(pEvent);
-    }
-};
+/// Lectures can't be recorded.
+constexpr bool c_bVideo = false;
 
 } // namespace
 
@@ -60,9 +42,8 @@ CMainFrame::CMainFrame(IFrameOwner& owner, Torvane::Dialog::MFC::IPeople& people
     MakeToolBar();
     MakePanes();
 
-    m_pStatusText = new QLabel(AppTexts::c_strReady, this);
-    m_pStatusText->setObjectName(QStringLiteral("statusText"));
-    statusBar()->addWidget(m_pStatusText, 1);
+    m_pStatusBar = new CFrameStatusBar(this);
+    setStatusBar(m_pStatusBar);
     UpdateCommands();
 }
 
@@ -77,11 +58,11 @@ QAction* CMainFrame::ActionOf(int nId) {
         return pKnown;
     const Commands::Command* pCommand = Commands::Find(nId);
     Q_ASSERT(pCommand);
-    auto* pAction = new QAction(Text(pCommand->pText), this);
+    auto* pAction = new QAction(pCommand->strText.toString(), this);
     pAction->setObjectName(QStringLiteral("command_%1").arg(nId));
-    pAction->setStatusTip(Text(pCommand->pStatusText));
-    if (pCommand->pShortcut[0] != 0)
-        pAction->setShortcut(QKeySequence(Text(pCommand->pShortcut)));
+    pAction->setStatusTip(pCommand->strStatus.toString());
+    if (!pCommand->strShortcut.isEmpty())
+        pAction->setShortcut(QKeySequence(pCommand->strShortcut.toString()));
     connect(pAction, &QAction::triggered, this, [this, nId] { RunCommand(nId); });
     // An action on no menu still has its shortcut.
     addAction(pAction);
@@ -91,7 +72,7 @@ QAction* CMainFrame::ActionOf(int nId) {
 
 void CMainFrame::MakeMenus() {
     for (const Commands::Menu& menu : Commands::MainMenu()) {
-        QMenu* pMenu = menuBar()->addMenu(Text(menu.pTitle));
+        QMenu* pMenu = menuBar()->addMenu(menu.strTitle.toString());
         for (const int nId : menu.Items) {
             if (nId == 0) {
                 pMenu->addSeparator();
@@ -104,8 +85,12 @@ void CMainFrame::MakeMenus() {
         }
         connect(pMenu, &QMenu::aboutToShow, this, &CMainFrame::UpdateCommands);
     }
-    ActionOf(Commands::c_nSave);
-    ActionOf(Commands::c_nRename);
+    for (const Commands::Accelerator& accelerator : Commands::Accelerators())
+        ActionOf(accelerator.nId);
+    for (const Commands::DropDown& dropDown : Commands::DropDowns()) {
+        for (const int nId : dropDown.Items)
+            ActionOf(nId);
+    }
     for (const int nId : {Commands::c_nToolBar, Commands::c_nStatusBar}) {
         ActionOf(nId)->setCheckable(true);
         ActionOf(nId)->setChecked(true);
@@ -113,13 +98,8 @@ void CMainFrame::MakeMenus() {
 }
 
 void CMainFrame::MakeToolBar() {
-    m_pToolBar = addToolBar(QStringLiteral("工具栏"));
-    m_pToolBar->setObjectName(QStringLiteral("mainToolBar"));
-    m_pToolBar->setMovable(false);
-    m_pToolBar->setIconSize(QSize(c_nToolBarPicture, c_nToolBarPicture));
-    m_pToolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    QSize largest(c_nToolBarPicture, c_nToolBarPicture);
-    QList<QToolButton*> buttons;
+    m_pToolBar = new CFrameToolBar(this);
+    addToolBar(m_pToolBar);
     for (const int nId : Commands::ToolBar()) {
         if (nId == 0) {
             m_pToolBar->addSeparator();
@@ -128,30 +108,29 @@ void CMainFrame::MakeToolBar() {
         QAction* pAction = ActionOf(nId);
         // A button follows its action, so the picture and the short text are the action's own.
         pAction->setIcon(Pictures::ToolbarIcon(CSysInfo::Instance().GetSysDataFolder(false), nId));
-        pAction->setIconText(Text(Commands::Find(nId)->pToolText));
+        pAction->setIconText(Commands::Find(nId)->strButton.toString());
         pAction->setIconVisibleInMenu(false);
         pAction->setToolTip(pAction->iconText());
-        auto* pButton = new QToolButton(m_pToolBar);
-        pButton->setDefaultAction(pAction);
-        pButton->setAccessibleName(pAction->iconText());
-        pButton->setObjectName(QStringLiteral("tool_%1").arg(nId));
-        pButton->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-        pButton->setIconSize(m_pToolBar->iconSize());
-        pButton->setAutoRaise(true);
-        m_pToolBar->addWidget(pButton);
-        largest = largest.expandedTo(pButton->sizeHint());
-        buttons.append(pButton);
+        m_pToolBar->AddButton(*pAction, QStringLiteral("tool_%1").arg(nId), MakeDropDown(nId));
     }
-    for (QToolButton* pButton : buttons)
-        pButton->setMinimumSize(largest);
+}
+
+QMenu* CMainFrame::MakeDropDown(int nButton) {
+    for (const Commands::DropDown& dropDown : Commands::DropDowns()) {
+        if (dropDown.nButton != nButton || !dropDown.bArrow)
+            continue;
+        auto* pMenu = new QMenu(this);
+        for (const int nId : Commands::ItemsOf(dropDown, c_bVideo))
+            pMenu->addAction(ActionOf(nId));
+        return pMenu;
+    }
+    return nullptr;
 }
 
 void CMainFrame::MakePanes() {
-    auto* pSplitter = new CFrameSplitter(Qt::Horizontal, this);
+    auto* pSplitter = new CPaneSplitter(this);
     pSplitter->setObjectName(QStringLiteral("splitter"));
-    pSplitter->setChildrenCollapsible(false);
     m_pTree = new CBookTreeView(*this, m_people, pSplitter);
-    m_pTree->setMinimumWidth(c_nLeastTreeWidth);
     m_pStack = new QStackedWidget(pSplitter);
     m_pStack->setObjectName(QStringLiteral("rightPane"));
     pSplitter->addWidget(m_pTree);
@@ -159,21 +138,29 @@ void CMainFrame::MakePanes() {
     pSplitter->setStretchFactor(1, 1);
     pSplitter->setSizes({c_nTreeWidth, width() - c_nTreeWidth});
     setCentralWidget(pSplitter);
+    m_pPaneMark = new CPaneMark(this);
     connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CMainFrame::UpdateCommandsSoon);
     m_pStack->addWidget(ViewOf(EViewKind::Empty));
-    for (const QString& strKey : {QStringLiteral("F6"), QStringLiteral("Shift+F6")})
-        connect(new QShortcut(QKeySequence(strKey), this), &QShortcut::activated, this,
-                &CMainFrame::SwitchPane);
+    m_pTree->setFocus();
 }
 
 void CMainFrame::SwitchPane() {
     QWidget* const pView = m_pStack->currentWidget();
-    if (pView->isAncestorOf(QApplication::focusWidget()))
+    if (pView->isAncestorOf(QApplication::focusWidget()) || pView->hasFocus()) {
         m_pTree->setFocus(Qt::ShortcutFocusReason);
-    else if (QWidget* const pLast = pView->focusWidget(); pLast && pLast->isVisible())
-        pLast->setFocus(Qt::ShortcutFocusReason);
-    else
-        pView->setFocus(Qt::ShortcutFocusReason);
+        m_pPaneMark->ShowAround(m_pTree);
+        return;
+    }
+    // Where the person was in the view, or its first control, or the view as a whole.
+    QWidget* pTarget = pView->focusWidget();
+    if (pTarget == nullptr || !pTarget->isVisible()) {
+        pTarget = pView->nextInFocusChain();
+        while (pView->isAncestorOf(pTarget) &&
+               !((pTarget->focusPolicy() & Qt::TabFocus) && pTarget->isVisible() && pTarget->isEnabled()))
+            pTarget = pTarget->nextInFocusChain();
+    }
+    (pView->isAncestorOf(pTarget) ? pTarget : pView)->setFocus(Qt::ShortcutFocusReason);
+    m_pPaneMark->ShowAround(m_pStack);
 }
 
 CBookShowView* CMainFrame::ViewOf(EViewKind kind) {
@@ -197,15 +184,15 @@ CBookShowView* CMainFrame::ViewOf(EViewKind kind) {
         pView = DisplayViews::MakeEmptyView(*this, m_pStack);
         break;
     case EViewKind::ToolButtons:
-    case EViewKind::VideoPreview:
-        // Nodes of these kinds are shown as far as the browser can show them.
+        // Nodes of this kind are shown as far as the browser can show them.
         return ViewOf(EViewKind::ShowContent);
     case EViewKind::Nothing:
-    default:
-        if (kind != EViewKind::Nothing)
-            return ViewOf(EViewKind::Nothing);
         pView = DisplayViews::MakeNothingView(*this, m_pStack);
         break;
+    case EViewKind::VideoPreview:
+    default:
+        // There is no player; and a number that is no kind shows nothing either.
+        return ViewOf(EViewKind::Nothing);
     }
     m_views.insert(static_cast<int>(kind), pView);
     m_pStack->addWidget(pView);
@@ -223,7 +210,7 @@ bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     if (CBookShowView* pLeft = CurrentView())
         pLeft->m_pNode = nullptr;
     CBookShowView* pView = ViewOf(kind);
-    m_nCurrentView = static_cast<int>(kind);
+    m_nCurrentView = m_views.key(pView);
     pView->m_pNode = pNode;
     pView->m_pViewParam = nParam;
     m_pStack->setCurrentWidget(pView);
@@ -254,34 +241,31 @@ void CMainFrame::RunCommand(int nId) {
 }
 
 bool CMainFrame::RunApplicationCommand(int nId) {
+    using namespace Commands;
+    const QHash<int, std::function<void()>> steps{
+        {c_nNewCourse, [this] { m_owner.NewCourse(); }},
+        {c_nOpenCourse, [this] { m_owner.OpenCourseCommand(); }},
+        {c_nCompile, [this] { m_owner.Compile(Companions::ECompileForm::Site); }},
+        {c_nCompileHtml, [this] { m_owner.Compile(Companions::ECompileForm::Html); }},
+        {c_nCompileClassroom, [this] { m_owner.Compile(Companions::ECompileForm::Classroom); }},
+        {c_nExportWord, [this] { m_owner.ExportWord(); }},
+        {c_nSetTemplate, [this] { m_owner.SetTemplate(); }},
+        {c_nDownloadTemplate, [this] { m_owner.DownloadTemplate(); }},
+        {c_nOverallPreview, [this] { m_owner.ShowOverallPreview(); }},
+        {c_nChangePassword, [this] { m_owner.ChangePassword(); }},
+        {c_nServerAddress, [this] { m_owner.ChangeServerAddress(); }},
+        {c_nOptions, [this] { m_owner.ShowOptions(); }},
+        {c_nAbout, [this] { m_owner.ShowAbout(); }},
+    };
+    const auto step = steps.find(nId);
+    if (step == steps.end())
+        return RunOwnCommand(nId);
+    (*step)();
+    return true;
+}
+
+bool CMainFrame::RunOwnCommand(int nId) {
     switch (nId) {
-    case Commands::c_nNewCourse:
-        m_owner.NewCourse();
-        return true;
-    case Commands::c_nOpenCourse:
-        m_owner.OpenCourseCommand();
-        return true;
-    case Commands::c_nCompile:
-        m_owner.Compile();
-        return true;
-    case Commands::c_nSetTemplate:
-        m_owner.SetTemplate();
-        return true;
-    case Commands::c_nOverallPreview:
-        m_owner.ShowOverallPreview();
-        return true;
-    case Commands::c_nChangePassword:
-        m_owner.ChangePassword();
-        return true;
-    case Commands::c_nServerAddress:
-        m_owner.ChangeServerAddress();
-        return true;
-    case Commands::c_nOptions:
-        m_owner.ShowOptions();
-        return true;
-    case Commands::c_nAbout:
-        m_owner.ShowAbout();
-        return true;
     case Commands::c_nExit:
         close();
         return true;
@@ -289,7 +273,11 @@ bool CMainFrame::RunApplicationCommand(int nId) {
         m_pToolBar->setVisible(ActionOf(nId)->isChecked());
         return true;
     case Commands::c_nStatusBar:
-        statusBar()->setVisible(ActionOf(nId)->isChecked());
+        m_pStatusBar->setVisible(ActionOf(nId)->isChecked());
+        return true;
+    case Commands::c_nNextPane:
+    case Commands::c_nPreviousPane:
+        SwitchPane();
         return true;
     default:
         return false;
@@ -307,17 +295,16 @@ void CMainFrame::UpdateCommands() {
     m_bUpdatePending = false;
     Commands::State state;
     state.bCourseOpen = m_owner.IsCourseOpen();
-    state.bEditorShowing = IsEditorShowing();
+    state.bWordExport = m_owner.HasWordExport();
     for (auto action = m_actions.cbegin(); action != m_actions.cend(); ++action) {
         state.bTreeSaysYes = m_pTree->IsCommandEnabled(action.key());
-        state.bViewSaysYes = state.bEditorShowing && m_pEditor->IsCommandEnabled(action.key());
+        state.bViewSaysYes = IsEditorShowing() && m_pEditor->IsCommandEnabled(action.key());
         action.value()->setEnabled(Commands::IsEnabled(*Commands::Find(action.key()), state));
     }
 }
 
 void CMainFrame::ShowStatusText(const QString& strText) {
-    m_pStatusText->setText(strText);
-    m_pStatusText->repaint();
+    m_pStatusBar->SetText(strText);
 }
 
 void CMainFrame::SetRecentCourses(const QStringList& paths) {
@@ -329,7 +316,8 @@ void CMainFrame::SetRecentCourses(const QStringList& paths) {
         // A single "&" would be taken for a mnemonic.
         QAction* pEntry =
             m_pRecent->addAction(QString(strNative).replace(QLatin1Char('&'), QStringLiteral("&&")));
-        pEntry->setObjectName(QStringLiteral("command_%1").arg(nId++));
+        pEntry->setObjectName(QStringLiteral("command_%1").arg(nId));
+        pEntry->setStatusTip(Commands::Find(nId++)->strStatus.toString());
         connect(pEntry, &QAction::triggered, this, [this, strPath] { m_owner.OpenCourse(strPath); });
     }
 }
@@ -348,6 +336,10 @@ void CMainFrame::ComeToFront() {
 }
 
 bool CMainFrame::event(QEvent* pEvent) {
+    if (pEvent->type() == QEvent::StatusTip) {
+        m_pStatusBar->ShowHint(static_cast<QStatusTipEvent*>(pEvent)->tip());
+        return true;
+    }
     const bool bDone = QMainWindow::event(pEvent);
     if (pEvent->type() == QEvent::Paint && !m_bPainted) {
         m_bPainted = true;

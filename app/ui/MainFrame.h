@@ -1,23 +1,23 @@
 #pragma once
 
+#include "app/CommandTable.h"
 #include "content/ViewKind.h"
 #include "content/ui/BookShowView.h"
 #include "content/ui/BookTreeView.h"
+#include "course/Companions.h"
 #include "platform/base/People.h"
 #include "server/PortHolder.h"
 
 #include <QHash>
 #include <QMainWindow>
 #include <QStringList>
-
-#include <array>
-
 class CEditorView;
+class CFrameStatusBar;
+class CFrameToolBar;
+class CPaneMark;
 class QAction;
-class QLabel;
 class QMenu;
 class QStackedWidget;
-class QToolBar;
 
 /// What the frame asks of the application.
 class IFrameOwner {
@@ -31,10 +31,14 @@ public:
     virtual void ChangeServerAddress() = 0;
     virtual void ShowOptions() = 0;
     virtual void ShowAbout() = 0;
-    virtual void Compile() = 0;
+    virtual void Compile(Companions::ECompileForm form) = 0;
+    virtual void ExportWord() = 0;
+    virtual void DownloadTemplate() = 0;
     virtual void SetTemplate() = 0;
     virtual void ShowOverallPreview() = 0;
     virtual bool IsCourseOpen() const = 0;
+    /// Whether the companion program that writes the document stands beside this one.
+    virtual bool HasWordExport() const = 0;
 };
 
 /// The main window: menu, toolbar, status bar, and a splitter with the tree on the left and one right-hand
@@ -73,6 +77,7 @@ protected:
 private:
     void MakeMenus();
     void MakeToolBar();
+    QMenu* MakeDropDown(int nButton);
     void MakePanes();
     /// From the tree to the page and back; with two panes the next one is the previous one.
     void SwitchPane();
@@ -80,6 +85,7 @@ private:
     CBookShowView* ViewOf(EViewKind kind);
     CBookShowView* CurrentView() const;
     bool RunApplicationCommand(int nId);
+    bool RunOwnCommand(int nId);
     void UpdateCommandsSoon();
 
     IFrameOwner& m_owner;
@@ -87,10 +93,11 @@ private:
     CPortHolder m_ports;
     QHash<int, QAction*> m_actions;
     QMenu* m_pRecent = nullptr;
-    QToolBar* m_pToolBar = nullptr;
-    QLabel* m_pStatusText = nullptr;
+    CFrameToolBar* m_pToolBar = nullptr;
+    CFrameStatusBar* m_pStatusBar = nullptr;
     CBookTreeView* m_pTree = nullptr;
     QStackedWidget* m_pStack = nullptr;
+    CPaneMark* m_pPaneMark = nullptr;
     CEditorView* m_pEditor = nullptr;
     QHash<int, CBookShowView*> m_views;
     /// The kind of the view showing; -1 before the first switch.

@@ -18,6 +18,7 @@
 #include "platform/base/NativePath.h"
 #include "platform/ui/ChineseTexts.h"
 #include "platform/ui/WebBrowser.h"
+#include "server/ui/TemplateDownloadDialog.h"
 
 #include <QApplication>
 
@@ -213,22 +214,45 @@ void CVorelApp::ShowAbout() {
     CAboutDialog(m_pFrame.get()).exec();
 }
 
-void CVorelApp::Compile() {
+void CVorelApp::Compile(Companions::ECompileForm form) {
     if (!m_pCourse)
         return;
     CBusy busy(m_nBusy);
     if (!m_session.ValidateCourse(*m_pCourse)) {
-        m_people.Error(AppTexts::c_strValidationFailed);
+        // The check has said itself what failed; only the full compilation says so once more.
+        if (form == Companions::ECompileForm::Site)
+            m_people.Error(AppTexts::c_strValidationFailed);
         return;
     }
+    RunCompanion(Companions::CompilerCommandLine(CSysInfo::Instance().GetProgramFolder(false),
+                                                 m_pCourse->GetProjectPath(), form),
+                 AppTexts::c_strCompiling);
+}
+
+void CVorelApp::ExportWord() {
+    if (!m_pCourse)
+        return;
+    CBusy busy(m_nBusy);
+    RunCompanion(Companions::DocExportCommandLine(CSysInfo::Instance().GetProgramFolder(false),
+                                                  m_pCourse->GetProjectPath()),
+                 AppTexts::c_strExportingWord);
+}
+
+bool CVorelApp::HasWordExport() const {
+    return Companions::HasDocExport(CSysInfo::Instance().GetProgramFolder(false));
+}
+
+void CVorelApp::RunCompanion(const QString& strCommandLine, const QString& strStatus) {
     Guarded([&] {
         const auto pStatus = m_people.OpenStatus();
-        pStatus->ShowStatus(AppTexts::c_strCompiling);
-        Companions::Run(Companions::CompilerCommandLine(CSysInfo::Instance().GetProgramFolder(false),
-                                                        m_pCourse->GetProjectPath(),
-                                                        Companions::ECompileForm::Site),
-                        *m_pCourse->GetDatabase(), m_people);
+        pStatus->ShowStatus(strStatus);
+        Companions::Run(strCommandLine, *m_pCourse->GetDatabase(), m_people);
     });
+}
+
+void CVorelApp::DownloadTemplate() {
+    CBusy busy(m_nBusy);
+    Guarded([&] { ::DownloadTemplate(m_people, m_pFrame.get()); });
 }
 
 void CVorelApp::SetTemplate() {

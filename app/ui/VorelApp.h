@@ -40,10 +40,13 @@ private:
     void ChangeServerAddress() override;
     void ShowOptions() override;
     void ShowAbout() override;
-    void Compile() override;
+    void Compile(Companions::ECompileForm form) override;
+    void ExportWord() override;
+    void DownloadTemplate() override;
     void SetTemplate() override;
     void ShowOverallPreview() override;
     bool IsCourseOpen() const override { return m_pCourse != nullptr; }
+    bool HasWordExport() const override;
 
     bool AskFirstServerAddress();
     void ShowStartup();
@@ -52,6 +55,7 @@ private:
     void Heartbeat();
     void StartHeartbeat(int nMilliseconds);
     CourseServices Services();
+    void RunCompanion(const QString& strCommandLine, const QString& strStatus);
     /// Runs a step and shows a failure of the CRunException family; false when there was one.
     bool Guarded(const std::function<void()>& step);
 

@@ -1,44 +1,83 @@
 #include "app/CommandTable.h"
+#include "content/TreeCommands.h"
 
+#include <QFile>
+#include <QMap>
 #include <QSet>
+#include <QStringList>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 using namespace Commands;
 
-// A menu or the toolbar that names a command without a row would end the program at its start; an id used
-// twice would run one command under the other's text.
-TEST(CommandTable, EveryPlaceNamesACommandAndShortcutsAreUsedOnce) {
-    QSet<int> seen;
-    for (const Menu& menu : MainMenu()) {
-        for (const int nId : menu.Items) {
-            if (nId == 0 || nId == c_nRecentPlaceholder)
-                continue;
-            EXPECT_NE(Find(nId), nullptr) << nId;
-            EXPECT_FALSE(seen.contains(nId)) << nId;
-            seen.insert(nId);
+QString NameOf(const Command& command) {
+    static const QMap<ECommandRule, QString> names{{ECommandRule::Always, u"always"_s},
+                                                   {ECommandRule::CourseOpen, u"course"_s},
+                                                   {ECommandRule::Node, u"node"_s},
+                                                   {ECommandRule::BelowRoot, u"below-root"_s},
+                                                   {ECommandRule::PageOrFile, u"page-or-file"_s},
+                                                   {ECommandRule::Content, u"content"_s},
+                                                   {ECommandRule::ContentNoLink, u"content-no-link"_s},
+                                                   {ECommandRule::Design, u"design"_s},
+                                                   {ECommandRule::DesignOrSource, u"design-or-source"_s}};
+    return names.value(command.Rule) + (command.bOffWhileEditing ? u"+not-editing"_s : QString());
+}
+
+/// The lines of the written table that begin with the word, without it; empty fields kept.
+QList<QStringList> Written(const QString& strWord) {
+    QFile file(QStringLiteral(VOREL_COMMANDS));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QList<QStringList> lines;
+    for (const QString& strLine : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        const QStringList fields = strLine.split(u'\t');
+        if (fields.first() == strWord)
+            lines.append(fields.mid(1));
+    }
+    return lines;
+}
+
+// A text, shortcut or rule that drifted from what is written down, an id used twice, a command that a floor
+// lost or that nobody wrote down.
+TEST(CommandTable, SaysWhatIsWrittenDown) {
+    QSet<int> written;
+    for (const QStringList& line : Written(u"command"_s)) {
+        ASSERT_EQ(line.size(), 6) << line.join(u'|').toStdString();
+        const Command* pCommand = Find(line[0].toInt());
+        ASSERT_NE(pCommand, nullptr) << line[0].toStdString();
+        written.insert(pCommand->nId);
+        const QStringList said{line[0],
+                               pCommand->strText.toString(),
+                               pCommand->strButton.toString(),
+                               pCommand->strStatus.toString(),
+                               pCommand->strShortcut.toString(),
+                               NameOf(*pCommand)};
+        for (qsizetype n = 0; n < line.size(); ++n)
+            EXPECT_TRUE(line[n] == u"*"_s || line[n] == said[n])
+                << line[0].toStdString() << ": " << said[n].toStdString();
+    }
+    EXPECT_EQ(written.size(), static_cast<qsizetype>(All().size()));
+}
+
+TEST(CommandTable, EveryPlaceHoldsWhatIsWrittenDown) {
+    const QList<Place> places = Places();
+    const QList<QStringList> written = Written(u"place"_s);
+    ASSERT_EQ(places.size(), written.size());
+    for (qsizetype n = 0; n < places.size(); ++n) {
+        EXPECT_EQ(places[n].strName.toStdString(), written[n][0].toStdString());
+        QStringList ids;
+        for (const int nId : places[n].Items) {
+            ids.append(QString::number(nId));
+            EXPECT_TRUE(nId == 0 || nId == c_nRecentPlaceholder || Find(nId)) << nId;
         }
+        EXPECT_EQ(ids.join(u' ').toStdString(), QString(written[n][1]).remove(u"+ "_s).toStdString());
     }
-    QSet<QString> shortcuts;
-    for (const int nId : seen + QSet<int>{c_nSave, c_nRename}) {
-        const QString strKeys = QString::fromUtf16(Find(nId)->pShortcut);
-        EXPECT_FALSE(!strKeys.isEmpty() && shortcuts.contains(strKeys)) << strKeys.toStdString();
-        shortcuts.insert(strKeys);
-    }
-    for (const int nId : ToolBar())
-        EXPECT_TRUE(nId == 0 || Find(nId)->pToolText[0] != 0) << nId;
-    EXPECT_EQ(Find(1), nullptr);
 }
 
-// The popup of recent courses is the tenth position of the first menu, which other code addresses by
-// position.
-TEST(CommandTable, RecentCoursesAreTheTenthPositionOfTheFirstMenu) {
-    EXPECT_EQ(MainMenu().first().Items.at(9), c_nRecentPlaceholder);
-}
-
-TEST(CommandTable, EnablingFollowsCourseEditorTreeAndView) {
+TEST(CommandTable, ACommandIsEnabledByItsOwner) {
     struct Row {
         int nId;
         State state;
@@ -46,17 +85,26 @@ TEST(CommandTable, EnablingFollowsCourseEditorTreeAndView) {
     };
     const Row rows[] = {
         {c_nNewCourse, {}, true},
-        {c_nCompile, {}, false},
-        {c_nCompile, {.bCourseOpen = true}, true},
-        {c_nEditContent, {.bCourseOpen = true, .bTreeSaysYes = true}, true},
-        {c_nEditContent, {.bCourseOpen = true, .bTreeSaysYes = false}, false},
-        // The editor's page must not be changed behind its back.
-        {c_nEditContent, {.bCourseOpen = true, .bEditorShowing = true, .bTreeSaysYes = true}, false},
-        {c_nSave, {.bCourseOpen = true, .bEditorShowing = true, .bViewSaysYes = true}, true},
-        {c_nSave, {.bCourseOpen = true, .bTreeSaysYes = true}, false},
+        {c_nCompileHtml, {}, false},
+        {c_nCompileHtml, {.bCourseOpen = true}, true},
+        // The companion that writes the document may be missing.
+        {c_nExportWord, {.bCourseOpen = true}, false},
+        {c_nExportWord, {.bCourseOpen = true, .bWordExport = true}, true},
+        {c_nExportWord, {.bWordExport = true}, false},
+        {c_nCustomTitles, {.bCourseOpen = true}, false},
+        {TreeCommand::c_nEditContent, {.bCourseOpen = true}, false},
+        {TreeCommand::c_nEditContent, {.bTreeSaysYes = true}, true},
+        {32825, {.bCourseOpen = true, .bTreeSaysYes = true}, false},
+        {32825, {.bViewSaysYes = true}, true},
     };
     for (const Row& row : rows)
         EXPECT_EQ(IsEnabled(*Find(row.nId), row.state), row.bEnabled) << row.nId;
+}
+
+TEST(CommandTable, WithoutVideoTheMenuOfKindsOffersNone) {
+    const DropDown& kinds = DropDowns().last();
+    EXPECT_TRUE(ItemsOf(kinds, true).contains(TreeCommand::c_nCreateVideo));
+    EXPECT_FALSE(ItemsOf(kinds, false).contains(TreeCommand::c_nCreateVideo));
 }
 
 } // namespace

@@ -1,0 +1,134 @@
+#include "app/ui/FrameBars.h"
+
+#include "app/Texts.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QToolButton>
+
+namespace {
+
+constexpr QSize c_picture(35, 35);
+constexpr int c_nPaneMargin = 6;
+
+bool IsLockKey(const QEvent& event) {
+    const int nKey = static_cast<const QKeyEvent&>(event).key();
+    return nKey == Qt::Key_CapsLock || nKey == Qt::Key_NumLock || nKey == Qt::Key_ScrollLock;
+}
+
+} // namespace
+
+CFrameToolBar::CFrameToolBar(QWidget* pParent) : QToolBar(AppTexts::c_strToolBar, pParent) {
+    setObjectName(QStringLiteral("mainToolBar"));
+    setMovable(false);
+    setIconSize(c_picture);
+    setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+}
+
+void CFrameToolBar::AddButton(QAction& action, const QString& strName, QMenu* pDropDown) {
+    auto* pButton = new QToolButton(this);
+    pButton->setDefaultAction(&action);
+    pButton->setObjectName(strName);
+    pButton->setAccessibleName(action.iconText());
+    pButton->setAccessibleDescription(action.statusTip());
+    pButton->setToolButtonStyle(toolButtonStyle());
+    pButton->setIconSize(iconSize());
+    pButton->setAutoRaise(true);
+    if (pDropDown != nullptr) {
+        pDropDown->setParent(pButton, pDropDown->windowFlags());
+        pButton->setMenu(pDropDown);
+        pButton->setPopupMode(QToolButton::MenuButtonPopup);
+    }
+    addWidget(pButton);
+    m_buttons.append(pButton);
+    FitButtonsSoon();
+}
+
+bool CFrameToolBar::event(QEvent* pEvent) {
+    switch (pEvent->type()) {
+    case QEvent::StyleChange:
+    case QEvent::FontChange:
+    case QEvent::ApplicationFontChange:
+    case QEvent::PaletteChange:
+    case QEvent::LanguageChange:
+    case QEvent::ScreenChangeInternal:
+        // The buttons hear of it after their bar.
+        FitButtonsSoon();
+        break;
+    default:
+        break;
+    }
+    return QToolBar::event(pEvent);
+}
+
+void CFrameToolBar::FitButtonsSoon() {
+    if (m_bFitPending)
+        return;
+    m_bFitPending = true;
+    QMetaObject::invokeMethod(this, &CFrameToolBar::FitButtons, Qt::QueuedConnection);
+}
+
+void CFrameToolBar::FitButtons() {
+    m_bFitPending = false;
+    QSize largest = c_picture;
+    for (const QToolButton* pButton : m_buttons)
+        largest = largest.expandedTo(pButton->sizeHint());
+    for (QToolButton* pButton : m_buttons)
+        pButton->setFixedSize(largest);
+    update();
+}
+
+CFrameStatusBar::CFrameStatusBar(QWidget* pParent) : QStatusBar(pParent), m_pMessage(new QLabel(this)) {
+    setObjectName(QStringLiteral("statusBar"));
+    m_pMessage->setObjectName(QStringLiteral("statusText"));
+    m_pMessage->setContentsMargins(c_nPaneMargin, 0, c_nPaneMargin, 0);
+    addWidget(m_pMessage, 1);
+    const std::array names{QStringLiteral("capsLock"), QStringLiteral("numLock"),
+                           QStringLiteral("scrollLock")};
+    const std::array texts{AppTexts::c_strCapsLock, AppTexts::c_strNumLock, AppTexts::c_strScrollLock};
+    for (size_t nKey = 0; nKey < m_locks.size(); ++nKey) {
+        auto* pPane = new QLabel(texts[nKey], this);
+        pPane->setObjectName(names[nKey]);
+        pPane->setContentsMargins(c_nPaneMargin, 0, c_nPaneMargin, 0);
+        pPane->setEnabled(false);
+        addPermanentWidget(pPane);
+        m_locks[nKey] = pPane;
+    }
+    SetText(AppTexts::c_strReady);
+    // The keys may change while another program has the keyboard: asked again whenever it comes back here.
+    qApp->installEventFilter(this);
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, &CFrameStatusBar::UpdateLocks);
+    connect(qApp, &QApplication::focusChanged, this, &CFrameStatusBar::UpdateLocks);
+}
+
+void CFrameStatusBar::SetText(const QString& strText) {
+    m_strText = strText;
+    m_pMessage->setText(strText);
+    m_pMessage->repaint();
+}
+
+void CFrameStatusBar::ShowHint(const QString& strHint) {
+    m_pMessage->setText(strHint.isEmpty() ? m_strText : strHint);
+}
+
+bool CFrameStatusBar::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    const QEvent::Type type = pEvent->type();
+    if (((type == QEvent::KeyPress || type == QEvent::KeyRelease) && IsLockKey(*pEvent)) ||
+        (type == QEvent::WindowActivate && pWatched == window()))
+        UpdateLocks();
+    return QStatusBar::eventFilter(pWatched, pEvent);
+}
+
+void CFrameStatusBar::UpdateLocks() {
+    const LockKeys::States states = LockKeys::Read();
+    const std::array present{states.Caps, states.Num, states.Scroll};
+    for (size_t nKey = 0; nKey < m_locks.size(); ++nKey) {
+        const bool bOn = present[nKey] == LockKeys::EState::On;
+        m_locks[nKey]->setEnabled(bOn);
+        m_locks[nKey]->setAccessibleName(m_locks[nKey]->text() +
+                                         (bOn ? AppTexts::c_strLockOn : AppTexts::c_strLockOff));
+    }
+}
