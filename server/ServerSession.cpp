@@ -13,7 +13,6 @@ using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
-using Torvane::Net::CCancelledException;
 
 namespace {
 
@@ -24,48 +23,15 @@ constexpr qint64 c_nSilentMilliseconds = 1000;
 
 } // namespace
 
-/// The wait of one call, which the person may give up: in the status window that stands, or in one of its own
-/// that comes when the call takes long.
-class CServerSession::CWait {
-public:
-    CWait(Torvane::Dialog::MFC::IPeople& people, Status* pStatus) : m_people(people), m_pStatus(pStatus) {
-        m_waited.start();
-        if (m_pStatus)
-            m_pStatus->AllowCancel(true);
-    }
-    ~CWait() {
-        if (m_pStatus)
-            m_pStatus->AllowCancel(false);
-    }
-    CWait(const CWait&) = delete;
-    CWait& operator=(const CWait&) = delete;
-
-    bool Step() {
-        if (!m_pStatus && m_waited.elapsed() > c_nSilentMilliseconds) {
-            m_pOwn = m_people.OpenStatus();
-            m_pOwn->ShowStatus(ServerText::c_strValidating);
-            m_pOwn->AllowCancel(true);
-            m_pStatus = m_pOwn.get();
-        }
-        if (m_pStatus)
-            return m_pStatus->KeepWaiting();
-        m_people.KeepPainting();
-        return true;
-    }
-
-private:
-    Torvane::Dialog::MFC::IPeople& m_people;
-    std::unique_ptr<Status> m_pOwn;
-    Status* m_pStatus;
-    QElapsedTimer m_waited;
-};
-
 CServerSession::CServerSession(Torvane::Dialog::MFC::IPeople& people, ISessionDialogs& dialogs)
     : m_people(people), m_dialogs(dialogs) {}
 
-void CServerSession::Prepare(CCourseServer& server, const QString& strServerUrl, CWait& wait) {
+void CServerSession::Prepare(CCourseServer& server, const QString& strServerUrl) const {
     server.SetBaseUrl(strServerUrl);
-    server.SetWaitStep([&wait] { return wait.Step(); });
+    server.SetWaitStep([this] {
+        m_people.KeepPainting();
+        return true;
+    });
 }
 
 bool CServerSession::AskRetry(const QString& strText) {
@@ -76,9 +42,8 @@ bool CServerSession::AskRetry(const QString& strText) {
 bool CServerSession::Verify(CCourseInfo& info, const QString& strPassword, qint32& nRights) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strCheckingPassword);
-    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, CSysInfo::Instance().GetServerURL(), wait);
+    Prepare(server, CSysInfo::Instance().GetServerURL());
     return server.CheckPassword(info, strPassword, nRights);
 }
 
@@ -86,24 +51,30 @@ QList<CCourseInfo> CServerSession::FetchCourses() {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strFetchingCourses);
     const CSysInfo& settings = CSysInfo::Instance();
-    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, settings.GetServerURL(), wait);
+    Prepare(server, settings.GetServerURL());
     return server.GetCourseList(settings.GetProvince(), settings.GetSchoolName());
-}
-
-bool CServerSession::SendReport(const CCourse& course, int nType, const CourseFigures& figures) {
-    const CSysInfo& settings = CSysInfo::Instance();
-    CWait wait(m_people, nType == StatusType::c_nHeartbeat ? nullptr : m_people.GetStatus());
-    CCourseServer server;
-    Prepare(server, settings.GetServerURL(), wait);
-    return server.CheckCourseInfo(course.GetInfo(), settings.GetSchoolName(), nType, figures);
 }
 
 bool CServerSession::ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) {
     for (;;) {
         try {
-            if (SendReport(course, nType, figures))
+            CCourseServer server;
+            Prepare(server, CSysInfo::Instance().GetServerURL());
+            std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> pStatus;
+            QElapsedTimer waited;
+            waited.start();
+            if (nType == StatusType::c_nHeartbeat)
+                server.SetWaitStep([&] {
+                    if (!pStatus && waited.elapsed() > c_nSilentMilliseconds) {
+                        pStatus = m_people.OpenStatus();
+                        pStatus->ShowStatus(ServerText::c_strValidating);
+                    }
+                    m_people.KeepPainting();
+                    return true;
+                });
+            if (server.CheckCourseInfo(course.GetInfo(), CSysInfo::Instance().GetSchoolName(), nType,
+                                       figures))
                 return true;
             if (!bPrompt || !PromptPassword(course))
                 return false;
@@ -111,11 +82,6 @@ bool CServerSession::ReportStatus(CCourse& course, int nType, const CourseFigure
             if (bPrompt)
                 m_people.Error(ServerText::c_strSessionLost);
             return false;
-        } catch (const CCancelledException& exception) {
-            // Who gave up what she had begun has answered already. The heartbeat came unasked, and false
-            // closes the course.
-            if (!bPrompt || nType != StatusType::c_nHeartbeat || !AskRetry(exception.GetMessage()))
-                return false;
         } catch (const CRunException& exception) {
             if (!bPrompt || !AskRetry(exception.GetMessage()))
                 return false;
@@ -140,8 +106,6 @@ bool CServerSession::PromptPassword(CCourse& course) {
                 m_people.Question(ServerText::c_strInitialPassword) == BoxAnswer::Ok)
                 ChangePassword(course);
             return true;
-        } catch (const CCancelledException&) {
-            throw;
         } catch (const CRunException& exception) {
             if (!AskRetry(exception.GetMessage()))
                 return false;
@@ -157,10 +121,7 @@ void CServerSession::TakeIdentity(CCourse& course, const CCourseInfo& info) {
 
 bool CServerSession::ChangePassword(CCourse& course) {
     CCourseInfo info = course.GetInfo();
-    if (!ChangePassword(info, ServerText::c_strChangePrompt))
-        return false;
-    TakeIdentity(course, info);
-    return true;
+    return ChangePassword(info, ServerText::c_strChangePrompt);
 }
 
 bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt) {
@@ -178,8 +139,6 @@ bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt)
         } catch (const CInvalidLogException&) {
             m_people.Error(ServerText::c_strSessionLost);
             return false;
-        } catch (const CCancelledException&) {
-            return false;
         } catch (const CRunException& exception) {
             if (!AskRetry(exception.GetMessage()))
                 return false;
@@ -190,9 +149,8 @@ bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt)
 bool CServerSession::SendChange(CCourseInfo& info, const ISessionDialogs::PasswordChange& change) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strChangingPassword);
-    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, CSysInfo::Instance().GetServerURL(), wait);
+    Prepare(server, CSysInfo::Instance().GetServerURL());
     return server.EditPassword(info, change.strOld, change.strNew);
 }
 
@@ -206,9 +164,8 @@ void CServerSession::TestLink(const QString& strServerUrl) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strTestingLink);
     const CSysInfo& settings = CSysInfo::Instance();
-    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, strServerUrl, wait);
+    Prepare(server, strServerUrl);
     server.TestLink(settings.GetProvince(), settings.GetSchoolName());
 }
 

@@ -19,6 +19,7 @@
 #include <QStackedWidget>
 #include <QStatusTipEvent>
 #include <QTimer>
+#include <QWindow>
 
 #include <functional>
 
@@ -308,7 +309,11 @@ void CMainFrame::ShowStatusText(const QString& strText) {
 }
 
 void CMainFrame::SetRecentCourses(const QStringList& paths) {
-    m_pRecent->setEnabled(!paths.isEmpty());
+    // Once grey, the popup stays so until the next start.
+    if (paths.isEmpty()) {
+        m_pRecent->setEnabled(false);
+        return;
+    }
     m_pRecent->clear();
     int nId = Commands::c_nFirstRecent;
     for (const QString& strPath : paths) {
@@ -323,8 +328,11 @@ void CMainFrame::SetRecentCourses(const QStringList& paths) {
 }
 
 void CMainFrame::ComeToFront() {
-    if (!isVisible())
+    // What took the window off the screen may have been someone else.
+    if (!isVisible() || (!windowHandle()->isExposed() && !isMinimized())) {
+        hide();
         show();
+    }
     if (isMinimized())
         setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();

@@ -15,7 +15,6 @@ const QString c_strPassword = u"wangluo8"_s;
 /// Opens every window of the shell once, takes its picture and looks at what it offers without a mouse.
 class CVisitor : public CSteps {
 public:
-    using CSteps::Close;
     using CSteps::CSteps;
 
     void MakeCourse() {
@@ -124,12 +123,6 @@ private:
 };
 
 } // namespace
-
-void MakeCourse(const QString& strFolder) {
-    CVisitor visitor(strFolder);
-    visitor.MakeCourse();
-    visitor.Close();
-}
 
 void RunTour(const QString& strFolder) {
     CVisitor visitor(strFolder);
