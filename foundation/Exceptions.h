@@ -52,6 +52,12 @@ public:
     using CRunException::CRunException;
 };
 
+/// The person gave the request up: no box has to tell her.
+class CCancelledException : public CHttpClientException {
+public:
+    using CHttpClientException::CHttpClientException;
+};
+
 } // namespace Net
 
 namespace COM {

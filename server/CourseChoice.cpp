@@ -8,6 +8,7 @@
 using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
+using Torvane::Net::CCancelledException;
 
 CCourseChoice::CCourseChoice(Torvane::Dialog::MFC::IPeople& people, CServerSession& session)
     : m_people(people), m_session(session) {}
@@ -17,6 +18,8 @@ bool CCourseChoice::Fetch() {
         try {
             m_courses = m_session.FetchCourses();
             break;
+        } catch (const CCancelledException&) {
+            return false;
         } catch (const CRunException& exception) {
             if (!m_session.AskRetry(exception.GetMessage()))
                 return false;
@@ -58,6 +61,8 @@ CCourseChoice::ENext CCourseChoice::Next(int nIndex, const QString& strPassword)
         QString strFailure;
         try {
             return Verify(m_courses[nIndex], strPassword);
+        } catch (const CCancelledException&) {
+            return ENext::Stay;
         } catch (const CRunException& exception) {
             strFailure = exception.GetMessage();
         } catch (const CInvalidLogException&) {

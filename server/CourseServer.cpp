@@ -78,6 +78,8 @@ QByteArray CCourseServer::RequestScript(const QByteArray& query) {
 QList<CCourseInfo> CCourseServer::GetCourseList(qint32 nProvince, const QString& strSchoolName) {
     try {
         return Protocol::ParseCourseList(RequestScript(ListQuery(nProvince, strSchoolName)));
+    } catch (const Torvane::Net::CCancelledException&) {
+        throw;
     } catch (const CRunException&) {
         throw CRunException(ServerText::c_strNoCourseList);
     } catch (const CInvalidLogException&) {

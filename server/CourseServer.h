@@ -9,7 +9,8 @@
 
 /// Speaks the course server's protocol: GET requests to one server script, answered with three response
 /// headers and a body of lines. Made for one operation and dropped after it. Throws Torvane::CRunException
-/// with a finished message, and CInvalidLogException when the server has lost the session.
+/// with a finished message, CCancelledException of that family when the wait step answered false, and
+/// CInvalidLogException when the server has lost the session.
 class CCourseServer {
 public:
     CCourseServer();

@@ -29,8 +29,8 @@ public:
     CHttpClient(const CHttpClient&) = delete;
     CHttpClient& operator=(const CHttpClient&) = delete;
 
-    /// Called every few milliseconds while a request waits; false gives the request up, which throws. Whoever
-    /// blocks the interface thread keeps its windows painted here.
+    /// Called every few milliseconds while a request waits; false gives the request up, which throws
+    /// CCancelledException. Whoever blocks the interface thread keeps its windows painted here.
     using WaitStep = std::function<bool()>;
     void SetWaitStep(WaitStep step);
 

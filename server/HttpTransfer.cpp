@@ -35,7 +35,7 @@ TransferFunction Library(const CHttpClient::WaitStep& waitStep) {
         std::async(std::launch::async, &Load, Platform::CModule(QStringLiteral("vorelhttp"))).share();
     while (s_loading.wait_for(c_wait) != std::future_status::ready) {
         if (waitStep && !waitStep())
-            throw CHttpClientException(ServerText::c_strGivenUp);
+            throw CCancelledException(ServerText::c_strGivenUp);
     }
     if (!s_loading.get().pRun)
         throw CHttpClientException(ServerText::c_strNoTransfer.arg(s_loading.get().strReason));
@@ -47,7 +47,14 @@ TransferFunction Library(const CHttpClient::WaitStep& waitStep) {
 TransferReply RunTransfer(const TransferRequest& request, const CHttpClient::WaitStep& waitStep) {
     TransferReply reply;
     QString strError;
-    Library(waitStep)(request, waitStep, reply, strError);
+    bool bGivenUp = false;
+    const auto step = [&] {
+        bGivenUp = waitStep && !waitStep();
+        return !bGivenUp;
+    };
+    Library(waitStep)(request, step, reply, strError);
+    if (bGivenUp)
+        throw CCancelledException(strError);
     // An interim reply that no other one follows is the server's answer.
     const bool bInterimAlone = reply.bHeadersEnded && ParseStatus(reply.Headers) / 100 == 1;
     if (!strError.isEmpty() && !bInterimAlone)

@@ -27,7 +27,8 @@ struct TransferReply {
     QByteArray Body;
 };
 
-/// Loads the module at the first request, and waits for it as for the reply. Throws CHttpClientException.
+/// Loads the module at the first request, and waits for it as for the reply. Throws CHttpClientException;
+/// CCancelledException of that family when the wait step answered false.
 TransferReply RunTransfer(const TransferRequest& request, const CHttpClient::WaitStep& waitStep);
 
 /// What the module exports, under the name of c_szTransferFunction. The error is what failed, and empty when

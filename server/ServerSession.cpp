@@ -13,6 +13,7 @@ using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
+using Torvane::Net::CCancelledException;
 
 namespace {
 
@@ -23,15 +24,48 @@ constexpr qint64 c_nSilentMilliseconds = 1000;
 
 } // namespace
 
+/// The wait of one call, which the person may give up: in the status window that stands, or in one of its own
+/// that comes when the call takes long.
+class CServerSession::CWait {
+public:
+    CWait(Torvane::Dialog::MFC::IPeople& people, Status* pStatus) : m_people(people), m_pStatus(pStatus) {
+        m_waited.start();
+        if (m_pStatus)
+            m_pStatus->AllowCancel(true);
+    }
+    ~CWait() {
+        if (m_pStatus)
+            m_pStatus->AllowCancel(false);
+    }
+    CWait(const CWait&) = delete;
+    CWait& operator=(const CWait&) = delete;
+
+    bool Step() {
+        if (!m_pStatus && m_waited.elapsed() > c_nSilentMilliseconds) {
+            m_pOwn = m_people.OpenStatus();
+            m_pOwn->ShowStatus(ServerText::c_strValidating);
+            m_pOwn->AllowCancel(true);
+            m_pStatus = m_pOwn.get();
+        }
+        if (m_pStatus)
+            return m_pStatus->KeepWaiting();
+        m_people.KeepPainting();
+        return true;
+    }
+
+private:
+    Torvane::Dialog::MFC::IPeople& m_people;
+    std::unique_ptr<Status> m_pOwn;
+    Status* m_pStatus;
+    QElapsedTimer m_waited;
+};
+
 CServerSession::CServerSession(Torvane::Dialog::MFC::IPeople& people, ISessionDialogs& dialogs)
     : m_people(people), m_dialogs(dialogs) {}
 
-void CServerSession::Prepare(CCourseServer& server, const QString& strServerUrl) const {
+void CServerSession::Prepare(CCourseServer& server, const QString& strServerUrl, CWait& wait) {
     server.SetBaseUrl(strServerUrl);
-    server.SetWaitStep([this] {
-        m_people.KeepPainting();
-        return true;
-    });
+    server.SetWaitStep([&wait] { return wait.Step(); });
 }
 
 bool CServerSession::AskRetry(const QString& strText) {
@@ -42,8 +76,9 @@ bool CServerSession::AskRetry(const QString& strText) {
 bool CServerSession::Verify(CCourseInfo& info, const QString& strPassword, qint32& nRights) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strCheckingPassword);
+    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, CSysInfo::Instance().GetServerURL());
+    Prepare(server, CSysInfo::Instance().GetServerURL(), wait);
     return server.CheckPassword(info, strPassword, nRights);
 }
 
@@ -51,30 +86,24 @@ QList<CCourseInfo> CServerSession::FetchCourses() {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strFetchingCourses);
     const CSysInfo& settings = CSysInfo::Instance();
+    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, settings.GetServerURL());
+    Prepare(server, settings.GetServerURL(), wait);
     return server.GetCourseList(settings.GetProvince(), settings.GetSchoolName());
+}
+
+bool CServerSession::SendReport(const CCourse& course, int nType, const CourseFigures& figures) {
+    const CSysInfo& settings = CSysInfo::Instance();
+    CWait wait(m_people, nType == StatusType::c_nHeartbeat ? nullptr : m_people.GetStatus());
+    CCourseServer server;
+    Prepare(server, settings.GetServerURL(), wait);
+    return server.CheckCourseInfo(course.GetInfo(), settings.GetSchoolName(), nType, figures);
 }
 
 bool CServerSession::ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) {
     for (;;) {
         try {
-            CCourseServer server;
-            Prepare(server, CSysInfo::Instance().GetServerURL());
-            std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> pStatus;
-            QElapsedTimer waited;
-            waited.start();
-            if (nType == StatusType::c_nHeartbeat)
-                server.SetWaitStep([&] {
-                    if (!pStatus && waited.elapsed() > c_nSilentMilliseconds) {
-                        pStatus = m_people.OpenStatus();
-                        pStatus->ShowStatus(ServerText::c_strValidating);
-                    }
-                    m_people.KeepPainting();
-                    return true;
-                });
-            if (server.CheckCourseInfo(course.GetInfo(), CSysInfo::Instance().GetSchoolName(), nType,
-                                       figures))
+            if (SendReport(course, nType, figures))
                 return true;
             if (!bPrompt || !PromptPassword(course))
                 return false;
@@ -82,6 +111,11 @@ bool CServerSession::ReportStatus(CCourse& course, int nType, const CourseFigure
             if (bPrompt)
                 m_people.Error(ServerText::c_strSessionLost);
             return false;
+        } catch (const CCancelledException& exception) {
+            // Who gave up what she had begun has answered already. The heartbeat came unasked, and false
+            // closes the course.
+            if (!bPrompt || nType != StatusType::c_nHeartbeat || !AskRetry(exception.GetMessage()))
+                return false;
         } catch (const CRunException& exception) {
             if (!bPrompt || !AskRetry(exception.GetMessage()))
                 return false;
@@ -106,6 +140,8 @@ bool CServerSession::PromptPassword(CCourse& course) {
                 m_people.Question(ServerText::c_strInitialPassword) == BoxAnswer::Ok)
                 ChangePassword(course);
             return true;
+        } catch (const CCancelledException&) {
+            throw;
         } catch (const CRunException& exception) {
             if (!AskRetry(exception.GetMessage()))
                 return false;
@@ -121,7 +157,10 @@ void CServerSession::TakeIdentity(CCourse& course, const CCourseInfo& info) {
 
 bool CServerSession::ChangePassword(CCourse& course) {
     CCourseInfo info = course.GetInfo();
-    return ChangePassword(info, ServerText::c_strChangePrompt);
+    if (!ChangePassword(info, ServerText::c_strChangePrompt))
+        return false;
+    TakeIdentity(course, info);
+    return true;
 }
 
 bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt) {
@@ -139,6 +178,8 @@ bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt)
         } catch (const CInvalidLogException&) {
             m_people.Error(ServerText::c_strSessionLost);
             return false;
+        } catch (const CCancelledException&) {
+            return false;
         } catch (const CRunException& exception) {
             if (!AskRetry(exception.GetMessage()))
                 return false;
@@ -149,8 +190,9 @@ bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt)
 bool CServerSession::SendChange(CCourseInfo& info, const ISessionDialogs::PasswordChange& change) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strChangingPassword);
+    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, CSysInfo::Instance().GetServerURL());
+    Prepare(server, CSysInfo::Instance().GetServerURL(), wait);
     return server.EditPassword(info, change.strOld, change.strNew);
 }
 
@@ -164,8 +206,9 @@ void CServerSession::TestLink(const QString& strServerUrl) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strTestingLink);
     const CSysInfo& settings = CSysInfo::Instance();
+    CWait wait(m_people, pStatus.get());
     CCourseServer server;
-    Prepare(server, strServerUrl);
+    Prepare(server, strServerUrl, wait);
     server.TestLink(settings.GetProvince(), settings.GetSchoolName());
 }
 

@@ -25,13 +25,15 @@ public:
 };
 
 /// The life of a course with the course server: status reports, the password prompt, the change of password.
+/// Every call can be given up by the person; that counts as the Cancel of the box which a failure would show.
 class CServerSession : public ICourseSession {
 public:
     CServerSession(Torvane::Dialog::MFC::IPeople& people, ISessionDialogs& dialogs);
 
     bool ReportStatus(CCourse& course, int nType, const CourseFigures& figures, bool bPrompt) override;
 
-    /// True when the password was accepted. Throws CInvalidLogException when the server has lost the session.
+    /// True when the password was accepted. Throws CInvalidLogException when the server has lost the session,
+    /// and CCancelledException when the person gave up the wait for its answer.
     bool PromptPassword(CCourse& course);
     /// True when the password was changed. Takes over what the server says of the course's names into info.
     bool ChangePassword(CCourseInfo& info, const QString& strPrompt);
@@ -42,11 +44,12 @@ public:
     /// figures.
     bool ValidateCourse(CCourse& course);
 
-    /// One request to the server at this address that needs no course. Throws Torvane::CRunException.
+    /// One request to the server at this address that needs no course. Throws Torvane::CRunException, and
+    /// CCancelledException of that family when the person gave up.
     void TestLink(const QString& strServerUrl);
 
-    /// One request each under a status window, with the settings' address. Throw Torvane::CRunException, and
-    /// Verify CInvalidLogException.
+    /// One request each under a status window, with the settings' address. Throw Torvane::CRunException,
+    /// CCancelledException of that family when the person gave up, and Verify CInvalidLogException.
     bool Verify(CCourseInfo& info, const QString& strPassword, qint32& nRights);
     QList<CCourseInfo> FetchCourses();
 
@@ -54,7 +57,10 @@ public:
     bool AskRetry(const QString& strText);
 
 private:
-    void Prepare(CCourseServer& server, const QString& strServerUrl) const;
+    using Status = Torvane::Dialog::MFC::CShowStatusDlg;
+    class CWait;
+    static void Prepare(CCourseServer& server, const QString& strServerUrl, CWait& wait);
+    bool SendReport(const CCourse& course, int nType, const CourseFigures& figures);
     void TakeIdentity(CCourse& course, const CCourseInfo& info);
     bool SendChange(CCourseInfo& info, const ISessionDialogs::PasswordChange& change);
 

@@ -8,7 +8,7 @@ namespace ServerText {
 // Fetching.
 inline const QString c_strInvalidUrl = QStringLiteral("对不起，无效的Url（%1）：\n%2");
 inline const QString c_strHttpStatus = QStringLiteral("Http %1 错误");
-inline const QString c_strGivenUp = QStringLiteral("操作已取消。");
+inline const QString c_strGivenUp = QStringLiteral("已取消与服务器的通信。");
 inline const QString c_strUrlNotValid = QStringLiteral("地址格式无效");
 inline const QString c_strUrlScheme = QStringLiteral("地址未使用可识别的协议");
 inline const QString c_strUrlTooLong = QStringLiteral("地址过长");

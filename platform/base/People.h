@@ -17,8 +17,8 @@ enum class BoxIcon { None, Question, Information, Warning, Stop };
 enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
 enum class BoxAnswer { Ok, Cancel, Yes, No, Retry };
 
-/// A small window on top of the main window that shows one line at once, with no button. It goes with the
-/// object.
+/// A small window on top of the main window that shows one line at once. It has no button, unless the step
+/// may be given up and takes long. It goes with the object.
 class CShowStatusDlg {
 public:
     virtual ~CShowStatusDlg() = default;
@@ -28,6 +28,14 @@ public:
 
     /// Shows how much of a known amount is done; nTotal of 0 takes the bar away.
     virtual void ShowProgress(qint64 nDone, qint64 nTotal) = 0;
+
+    /// The step that begins now may be given up: once it has lasted a moment the window gets the button
+    /// "取消", which Escape presses too. False takes the button away. Forgets a press that was.
+    virtual void AllowCancel(bool bAllow) = 0;
+
+    /// IPeople::KeepPainting for a step that may be given up: false as soon as the person has given it up.
+    /// Keys that were typed for other windows reach them when the step is over.
+    virtual bool KeepWaiting() = 0;
 };
 
 class IPeople {
@@ -41,6 +49,9 @@ public:
                           BoxIcon icon) = 0;
 
     virtual std::unique_ptr<CShowStatusDlg> OpenStatus() = 0;
+
+    /// The status window that was opened last and still stands, or null. It stays with who opened it.
+    virtual CShowStatusDlg* GetStatus() = 0;
 
     /// Keeps every window painted for a moment without taking input; called again and again by whoever blocks
     /// the interface thread. Cheap enough to be called every few milliseconds.

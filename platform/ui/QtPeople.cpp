@@ -94,6 +94,16 @@ std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const Q
     return Platform::FromNative(files.first());
 }
 
+void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
+    static QElapsedTimer s_last;
+    if (s_bKeepingPainting || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
+        return;
+    s_bKeepingPainting = true;
+    QCoreApplication::processEvents(flags, c_nPaintMilliseconds);
+    s_bKeepingPainting = false;
+    s_last.start();
+}
+
 } // namespace
 
 bool CQtPeople::IsKeepingPainting() {
@@ -132,17 +142,15 @@ BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxBut
 }
 
 std::unique_ptr<CShowStatusDlg> CQtPeople::OpenStatus() {
-    return std::make_unique<CStatusWindow>(Parent(), [this] { KeepPainting(); });
+    return std::make_unique<CStatusWindow>(Parent(), &ProcessEvents);
+}
+
+CShowStatusDlg* CQtPeople::GetStatus() {
+    return CStatusWindow::GetLast();
 }
 
 void CQtPeople::KeepPainting() {
-    static QElapsedTimer s_last;
-    if (s_bKeepingPainting || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
-        return;
-    s_bKeepingPainting = true;
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, c_nPaintMilliseconds);
-    s_bKeepingPainting = false;
-    s_last.start();
+    ProcessEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 std::optional<QString> CQtPeople::PickOpenFile(const QString& strTitle, const QString& strFolder,

@@ -7,7 +7,7 @@
 
 /// The real boxes, pickers and status windows. Windows carry object names: a box is "messageBox" with the
 /// buttons "ok", "cancel", "yes", "no" and "retry"; the pickers are "fileDialog" and "folderDialog"; the
-/// status window is "statusWindow".
+/// status window is "statusWindow" with the button "statusCancel".
 class CQtPeople : public Torvane::Dialog::MFC::IPeople {
 public:
     /// The window over which boxes stand; may be set later and may be null. A box that comes up while a modal
@@ -21,6 +21,7 @@ public:
                                         Torvane::Dialog::MFC::BoxButtons buttons,
                                         Torvane::Dialog::MFC::BoxIcon icon) override;
     std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override;
+    Torvane::Dialog::MFC::CShowStatusDlg* GetStatus() override;
     void KeepPainting() override;
     std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
                                         const QString& strFilter) override;

@@ -1,11 +1,15 @@
 #include "platform/ui/StatusWindow.h"
 
+#include "platform/ui/InputGate.h"
+#include "platform/ui/Texts.h"
+
+#include <QAccessible>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -17,6 +21,10 @@ constexpr quint32 c_nStatusColour = 0xC8D0D4;
 constexpr int c_nBarSteps = 1000;
 constexpr int c_nMinimumWidth = 320;
 constexpr qint64 c_nShowMilliseconds = 300;
+/// What is over sooner needs no button.
+constexpr qint64 c_nCancelMilliseconds = 1500;
+
+QList<CStatusWindow*> s_open;
 
 QPalette StatusPalette(QPalette palette) {
     const QColor colour(c_nStatusColour & 0xFF, (c_nStatusColour >> 8) & 0xFF,
@@ -28,8 +36,9 @@ QPalette StatusPalette(QPalette palette) {
 
 } // namespace
 
-CStatusWindow::CStatusWindow(QWidget* pParent, std::function<void()> keepPainting)
-    : m_pParent(pParent ? pParent->window() : nullptr), m_keepPainting(std::move(keepPainting)) {
+CStatusWindow::CStatusWindow(QWidget* pParent, Pump pump)
+    : m_pParent(pParent ? pParent->window() : nullptr), m_pump(std::move(pump)) {
+    s_open.append(this);
     auto* pFrame = new QFrame(m_pParent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     m_pWindow = pFrame;
     pFrame->setObjectName(QStringLiteral("statusWindow"));
@@ -50,10 +59,24 @@ CStatusWindow::CStatusWindow(QWidget* pParent, std::function<void()> keepPaintin
     m_pBar->setRange(0, c_nBarSteps);
     m_pBar->hide();
     pLayout->addWidget(m_pBar);
+    m_pCancel = new QPushButton(UiTexts::c_strCancel, pFrame);
+    m_pCancel->setObjectName(QStringLiteral("statusCancel"));
+    m_pCancel->setToolTip(QKeySequence(Qt::Key_Escape).toString(QKeySequence::NativeText));
+    // The window has no focus to give.
+    m_pCancel->setFocusPolicy(Qt::NoFocus);
+    m_pCancel->hide();
+    QObject::connect(m_pCancel, &QPushButton::clicked, pFrame, [this] { Cancel(); });
+    pLayout->addWidget(m_pCancel, 0, Qt::AlignHCenter);
 }
 
 CStatusWindow::~CStatusWindow() {
+    s_open.removeOne(this);
+    m_pGate.reset();
     delete m_pWindow;
+}
+
+CStatusWindow* CStatusWindow::GetLast() {
+    return s_open.isEmpty() ? nullptr : s_open.last();
 }
 
 void CStatusWindow::Place() {
@@ -77,17 +100,58 @@ void CStatusWindow::PaintNow() {
             return;
     }
     m_pWindow->repaint();
-    m_keepPainting();
+    m_pump(QEventLoop::ExcludeUserInputEvents);
 }
 
 void CStatusWindow::ShowStatus(const QString& strText) {
     if (!m_pWindow)
         return;
     m_pText->setText(strText);
+    m_pWindow->setAccessibleName(strText);
     Place();
     if (!m_pWindow->isVisible())
         m_pWindow->show();
+    // Without the focus, the window has to speak up to be heard by a screen reader.
+    QAccessibleEvent said(m_pWindow, QAccessible::Alert);
+    QAccessible::updateAccessibility(&said);
     PaintNow();
+}
+
+void CStatusWindow::AllowCancel(bool bAllow) {
+    m_bMayCancel = bAllow;
+    m_bCancelled = false;
+    m_waited.start();
+    m_pGate.reset();
+    if (!m_pWindow || !m_pCancel->isVisibleTo(m_pWindow))
+        return;
+    m_pCancel->hide();
+    Place();
+}
+
+void CStatusWindow::OfferCancel() {
+    m_pCancel->setEnabled(true);
+    m_pCancel->show();
+    Place();
+    m_pGate = std::make_unique<CInputGate>(*m_pWindow, [this] { Cancel(); });
+}
+
+void CStatusWindow::Cancel() {
+    m_bCancelled = true;
+    m_pCancel->setEnabled(false);
+}
+
+bool CStatusWindow::KeepWaiting() {
+    if (m_pWindow && m_bMayCancel && !m_pGate && m_pWindow->isVisible() &&
+        m_waited.elapsed() >= c_nCancelMilliseconds)
+        OfferCancel();
+    if (!m_pGate) {
+        m_pump(QEventLoop::ExcludeUserInputEvents);
+    } else {
+        m_pGate->SetActive(true);
+        m_pump(QEventLoop::AllEvents);
+        m_pGate->SetActive(false);
+    }
+    return !m_bCancelled;
 }
 
 void CStatusWindow::ShowProgress(qint64 nDone, qint64 nTotal) {
@@ -103,5 +167,5 @@ void CStatusWindow::ShowProgress(qint64 nDone, qint64 nTotal) {
         m_pBar->setValue(int(dPart * c_nBarSteps));
         m_pBar->repaint();
     }
-    m_keepPainting();
+    m_pump(QEventLoop::ExcludeUserInputEvents);
 }

@@ -40,6 +40,8 @@ void CServerAddressDialog::OnOk() {
     try {
         m_session.TestLink(check.strAddress);
         accept();
+    } catch (const Torvane::Net::CCancelledException&) {
+        m_pAddress->setFocus();
     } catch (const Torvane::CRunException& exception) {
         m_people.Ask(exception.GetMessage(), ServerText::c_strTitleNotice, BoxButtons::Ok, BoxIcon::Warning);
         m_pAddress->setFocus();

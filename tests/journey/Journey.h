@@ -14,5 +14,8 @@ void RunJourney(const QString& strFolder, int nPart);
 /// Every window of the shell, opened from the keyboard where there is a way to, with its faults.
 void RunTour(const QString& strFolder);
 
+/// The tour's beginning alone: a new course, for others to open.
+void MakeCourse(const QString& strFolder);
+
 /// One trouble between the program and its course server, named as in trials.sh.
 void RunTrial(const QString& strFolder, const QString& strName);

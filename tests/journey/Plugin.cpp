@@ -20,6 +20,8 @@ void RunWay(const QString& strFolder, const QString& strWay) {
         RunJourney(strFolder, nPart);
     else if (strWay == QStringLiteral("tour"))
         RunTour(strFolder);
+    else if (strWay == QStringLiteral("new-course"))
+        MakeCourse(strFolder);
     else
         RunTrial(strFolder, strWay);
 }

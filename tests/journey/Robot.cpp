@@ -105,12 +105,13 @@ void Robot::WaitForWidget(const QString& strName, const QString& strWindow) {
     WaitFor(what.c_str(), [&] { return TakesInput(Find(strName, strWindow)); });
 }
 
-QPoint Robot::Settle(const QString& strName, const std::function<QRect(QWidget*)>& place) {
+QPoint Robot::Settle(const QString& strName, const QString& strWindow,
+                     const std::function<QRect(QWidget*)>& place) {
     // The window manager may still be moving the window: the place counts when it stays.
     QPoint last(-1, -1);
     for (int nTry = 0; nTry < 40; ++nTry) {
         const auto now = Ask<QPoint>([&] {
-            QWidget* pWidget = Find(strName);
+            QWidget* pWidget = Find(strName, strWindow);
             return pWidget ? pWidget->mapToGlobal(place(pWidget).center()) : QPoint(-1, -1);
         });
         if (now == last && now.x() >= 0)
@@ -122,13 +123,13 @@ QPoint Robot::Settle(const QString& strName, const std::function<QRect(QWidget*)
 }
 
 void Robot::Click(const QString& strName, const QString& strWindow) {
-    WaitForWidget(strName, strWindow);
-    ClickAt(strName, &QWidget::rect);
+    ClickAt(strName, &QWidget::rect, 1, strWindow);
 }
 
-void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton) {
-    WaitForWidget(strName);
-    m_pInput->Move(Settle(strName, place));
+void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton,
+                    const QString& strWindow) {
+    WaitForWidget(strName, strWindow);
+    m_pInput->Move(Settle(strName, strWindow, place));
     m_pInput->Button(nButton);
 }
 

@@ -43,7 +43,8 @@ public:
     void WaitForWidget(const QString& strName, const QString& strWindow = QString());
     /// Clicks the middle of the widget, or a place in it.
     void Click(const QString& strName, const QString& strWindow = QString());
-    void ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton = 1);
+    void ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton = 1,
+                 const QString& strWindow = QString());
     /// Clicks the entry of the open menu.
     void ClickMenuEntry(const QString& strText);
 
@@ -65,7 +66,8 @@ public:
 
 private:
     struct Input;
-    QPoint Settle(const QString& strName, const std::function<QRect(QWidget*)>& place);
+    QPoint Settle(const QString& strName, const QString& strWindow,
+                  const std::function<QRect(QWidget*)>& place);
     std::unique_ptr<Input> m_pInput;
     QString m_strShotFolder;
     int m_nShot = 0;

@@ -15,6 +15,7 @@ const QString c_strPassword = u"wangluo8"_s;
 /// Opens every window of the shell once, takes its picture and looks at what it offers without a mouse.
 class CVisitor : public CSteps {
 public:
+    using CSteps::Close;
     using CSteps::CSteps;
 
     void MakeCourse() {
@@ -123,6 +124,12 @@ private:
 };
 
 } // namespace
+
+void MakeCourse(const QString& strFolder) {
+    CVisitor visitor(strFolder);
+    visitor.MakeCourse();
+    visitor.Close();
+}
 
 void RunTour(const QString& strFolder) {
     CVisitor visitor(strFolder);

@@ -121,8 +121,7 @@ public:
         m_robot.Fill(u"password"_s, c_strPassword);
         m_robot.Press(u"Return"_s);
         PressInBox(c_strRetry);
-        m_robot.WaitForWidget(u"password"_s);
-        m_robot.Press(u"Escape"_s);
+        PressInBox(c_strCancel);
         StandsEmpty();
         Mark(u"enough"_s);
         QThread::sleep(6);
@@ -152,7 +151,7 @@ public:
         Sql(u"UPDATE Client SET Seen = 1"_s);
         m_robot.WaitFor(
             "the session check", [] { return ShownBox(); }, 200);
-        AnswerBox(u"与服务器的连接意外中断，请您重新打开课程。"_s, u"ok"_s);
+        PressInBox(u"ok"_s);
         m_robot.WaitFor("the save question", [] {
             const QMessageBox* pBox = ShownBox();
             return pBox && pBox->buttons().size() == 2;
@@ -235,7 +234,7 @@ private:
 
     static void Sql(const QString& strStatement) {
         const QString strStore = qEnvironmentVariable("VOREL_JOURNEY_STATE") + u"/courses.db"_s;
-        if (QProcess::execute(u"sqlite3"_s, {strStore, u"PRAGMA busy_timeout=2000; "_s + strStatement}) != 0)
+        if (QProcess::execute(u"sqlite3"_s, {strStore, u".timeout 2000"_s, strStatement}) != 0)
             throw Robot::Failure("the server's state can't be changed");
     }
 

@@ -13,7 +13,7 @@ shift
 # The course that all of them open.
 start_server
 "$root/scripts/write-appinfo.sh" "$stage" "$address"
-play tour "$place/course" 240
+play new-course "$place/course" 240
 stop_server
 course="$(find "$stage/Projects" -name '*.vcp')"
 export VOREL_JOURNEY_COURSE="$course"

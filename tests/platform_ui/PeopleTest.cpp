@@ -4,8 +4,10 @@
 #include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
 
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QImageWriter>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -100,6 +102,55 @@ TEST_F(CPeople, TheStatusWindowIsPaintedAtOnce) {
     pGoing.reset();
     pStatus->ShowStatus(u"b"_s);
     pStatus->ShowProgress(1, 2);
+}
+
+TEST_F(CPeople, ALongWaitCanBeGivenUpOverADialog) {
+    QDialog below(&m_window);
+    below.setModal(true);
+    QLineEdit field(&below);
+    QPushButton command(u"a"_s, &below);
+    command.move(0, 60);
+    QObject::connect(&command, &QPushButton::clicked, [] { ADD_FAILURE() << "a click came through"; });
+    below.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&below));
+    field.setFocus();
+    for (const bool bByKey : {false, true}) {
+        field.clear();
+        auto pStatus = m_people.OpenStatus();
+        EXPECT_EQ(m_people.GetStatus(), pStatus.get());
+        pStatus->ShowStatus(u"正在验证..."_s);
+        auto* pCancel = below.findChild<QPushButton*>(u"statusCancel"_s);
+        pStatus->AllowCancel(true);
+        QElapsedTimer waited;
+        waited.start();
+        QTimer person;
+        QObject::connect(&person, &QTimer::timeout, [&] {
+            if (!pCancel->isVisible())
+                return;
+            person.stop();
+            EXPECT_GE(waited.elapsed(), 1000) << "a quick answer would have made it flash";
+            QTest::mouseClick(below.windowHandle(), Qt::LeftButton, {}, command.geometry().center());
+            QTest::keyClick(below.windowHandle(), Qt::Key_A);
+            QTest::keyClick(below.windowHandle(), Qt::Key_B);
+            EXPECT_EQ(field.text(), QString()) << "input while the step runs";
+            bByKey ? QTest::keyClick(below.windowHandle(), Qt::Key_Escape)
+                   : QTest::mouseClick(pCancel->window()->windowHandle(), Qt::LeftButton, {},
+                                       pCancel->geometry().center());
+        });
+        person.start(20);
+        while (pStatus->KeepWaiting() && waited.elapsed() < 10000)
+            QTest::qSleep(5);
+        EXPECT_LT(waited.elapsed(), 10000) << (bByKey ? "Escape" : "the button") << " does nothing";
+        EXPECT_TRUE(below.isVisible()) << "Escape closed the dialog";
+        // The next step begins afresh.
+        pStatus->AllowCancel(true);
+        EXPECT_FALSE(pCancel->isVisible());
+        EXPECT_TRUE(pStatus->KeepWaiting());
+        pStatus.reset();
+        EXPECT_EQ(m_people.GetStatus(), nullptr);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(field.text(), u"ab"_s) << "what was typed meanwhile is lost";
+    }
 }
 
 TEST_F(CPeople, AHandlerCalledWhilePaintingDoesNotComeInAgain) {

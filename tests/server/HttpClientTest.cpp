@@ -163,7 +163,8 @@ TEST(HttpClient, WaitStepGivesASilentServerUp) {
     CHttpClient client;
     int nSteps = 0;
     client.SetWaitStep([&] { return ++nSteps < 5; });
-    EXPECT_EQ(FailureOf([&] { client.Request(server.Url(), EHttpMethod::Get, "a"); }), "http: 操作已取消。");
+    EXPECT_EQ(FailureOf([&] { client.Request(server.Url(), EHttpMethod::Get, "a"); }),
+              "http: 已取消与服务器的通信。");
     EXPECT_EQ(nSteps, 5);
     CStrangeServer next(c_ok + "x");
     client.SetWaitStep({});

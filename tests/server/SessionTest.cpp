@@ -6,6 +6,7 @@
 #include "tests/support/CourseFakes.h"
 #include "tests/support/CourseServiceThread.h"
 #include "tests/support/ScriptedDialogs.h"
+#include "tests/support/StrangeServer.h"
 
 #include <gmock/gmock.h>
 
@@ -105,6 +106,33 @@ TEST_F(SessionTest, AServerThatIsDownAsksOrStaysSilent) {
     EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nClosed, {}, false));
     Server.Start();
     EXPECT_TRUE(Heartbeat()) << "a restarted server knows its sessions";
+}
+
+TEST_F(SessionTest, AServerThatNeverAnswersCanBeGivenUp) {
+    OpenCourse();
+    CStrangeServer silent({}, CStrangeServer::EEnd::Hang);
+    CSysInfo::Instance().SetServerURL(QString::fromLatin1(silent.Url()));
+    const auto giveUp = [&] { World.People.GiveUps.push_back(true); };
+    const auto status = World.People.OpenStatus();
+    giveUp();
+    EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nOpened, {}, true)) << "without a box";
+    giveUp();
+    EXPECT_FALSE(Session.ReportStatus(Course, StatusType::c_nClosed, {}, false));
+    giveUp();
+    EXPECT_THROW(Session.TestLink(QString::fromLatin1(silent.Url())), Torvane::Net::CCancelledException);
+    giveUp();
+    Dialogs.Changes = {ISessionDialogs::PasswordChange{u"123456"_s, u"abcdef"_s}};
+    EXPECT_FALSE(Session.ChangePassword(Course));
+    CCourseChoice choice(World.People, Session);
+    giveUp();
+    EXPECT_FALSE(choice.Fetch());
+    // A heartbeat's Cancel closes the course, and it comes unasked.
+    World.People.Expect(u"已取消与服务器的通信。"_s, BoxAnswer::Retry);
+    World.People.Expect(u"已取消与服务器的通信。"_s, BoxAnswer::Cancel);
+    giveUp();
+    giveUp();
+    EXPECT_FALSE(Heartbeat());
+    EXPECT_TRUE(World.People.GiveUps.empty());
 }
 
 TEST_F(SessionTest, ThePasswordIsChanged) {

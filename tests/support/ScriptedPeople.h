@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <vector>
 
 /// Takes the next answer of a script; a dialog that the script does not expect fails the test.
 template <typename T>
@@ -47,6 +48,8 @@ public:
     QStringList Statuses;
     std::deque<std::optional<QString>> Files;
     std::deque<std::optional<QString>> Folders;
+    /// One for each step that may be given up: whether the person does. Whoever has no more of them waits.
+    std::deque<bool> GiveUps;
 
     BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
                   BoxIcon icon) override {
@@ -62,16 +65,10 @@ public:
     }
 
     std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override {
-        class CStatus : public Torvane::Dialog::MFC::CShowStatusDlg {
-        public:
-            explicit CStatus(QStringList& list) : m_list(list) {}
-            void ShowStatus(const QString& strText) override { m_list.append(strText); }
-            void ShowProgress(qint64, qint64) override {}
-
-        private:
-            QStringList& m_list;
-        };
-        return std::make_unique<CStatus>(Statuses);
+        return std::make_unique<CStatus>(*this);
+    }
+    Torvane::Dialog::MFC::CShowStatusDlg* GetStatus() override {
+        return m_open.empty() ? nullptr : m_open.back();
     }
 
     void KeepPainting() override {}
@@ -82,6 +79,25 @@ public:
     std::optional<QString> PickFolder(const QString&, const QString&) override { return NextAnswer(Folders); }
 
 private:
+    class CStatus : public Torvane::Dialog::MFC::CShowStatusDlg {
+    public:
+        explicit CStatus(CScriptedPeople& people) : m_people(people) { people.m_open.push_back(this); }
+        ~CStatus() override { std::erase(m_people.m_open, this); }
+        void ShowStatus(const QString& strText) override { m_people.Statuses.append(strText); }
+        void ShowProgress(qint64, qint64) override {}
+        void AllowCancel(bool bAllow) override {
+            m_bGivesUp = bAllow && !m_people.GiveUps.empty() && m_people.GiveUps.front();
+            if (bAllow && !m_people.GiveUps.empty())
+                m_people.GiveUps.pop_front();
+        }
+        bool KeepWaiting() override { return !m_bGivesUp; }
+
+    private:
+        CScriptedPeople& m_people;
+        bool m_bGivesUp = false;
+    };
+
+    std::vector<CStatus*> m_open;
     struct Answer {
         QString strText;
         BoxAnswer answer;

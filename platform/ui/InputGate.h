@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QKeyEvent;
+
+/// Lets the person's input through to one window while a step holds the interface thread. Escape in any
+/// window means that window's Cancel. Other keys are kept and reach their windows when the gate goes, in
+/// their order, so that a text typed on meanwhile has no hole; clicks elsewhere are dropped, and a window
+/// that was to be closed is closed then.
+class CInputGate : public QObject {
+public:
+    CInputGate(QWidget& open, std::function<void()> cancel);
+    ~CInputGate() override;
+    CInputGate(const CInputGate&) = delete;
+    CInputGate& operator=(const CInputGate&) = delete;
+
+    /// Open to everything again, for a box that comes up before the gate goes.
+    void SetActive(bool bActive) { m_bActive = bActive; }
+
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+
+private:
+    struct Kept {
+        QPointer<QWindow> pWindow;
+        std::unique_ptr<QEvent> pEvent;
+    };
+
+    bool IsOpen(QObject* pObject) const;
+    bool TakeKey(QObject* pObject, const QKeyEvent& key);
+    void Keep(QObject* pObject, const QEvent& event);
+
+    bool m_bActive = false;
+    QPointer<QWidget> m_pOpen;
+    std::function<void()> m_cancel;
+    std::vector<Kept> m_kept;
+    /// Buttons that went down behind the gate: their release stays there too.
+    Qt::MouseButtons m_pressed;
+};
