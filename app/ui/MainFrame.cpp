@@ -215,6 +215,8 @@ bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     pView->m_pNode = pNode;
     pView->m_pViewParam = nParam;
     m_pStack->setCurrentWidget(pView);
+    // A view may take long to show its node, and what can be done has changed already.
+    UpdateCommands();
     pView->ShowNode();
     UpdateCommandsSoon();
     return true;

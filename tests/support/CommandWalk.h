@@ -9,6 +9,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include <algorithm>
+
 /// One command as a running window offers it at one place.
 struct CommandSeen {
     QString strPlace;
@@ -36,9 +38,12 @@ public:
             if (pMenu->isVisible())
                 WalkMenu(QStringLiteral("context menu"), *pMenu);
         }
-        for (const QAction* pAction : window.actions())
-            Add(pAction->shortcut().isEmpty() ? QStringLiteral("no place") : QStringLiteral("shortcut"),
-                *pAction);
+        for (const QAction* pAction : window.actions()) {
+            // The editor's save stands on its bar under one action, and has its key from another.
+            if (!Has(IdOf(*pAction)) || IdOf(*pAction) == 32825)
+                Add(pAction->shortcut().isEmpty() ? QStringLiteral("no place") : QStringLiteral("shortcut"),
+                    *pAction);
+        }
     }
 
     const QList<CommandSeen>& Seen() const { return m_seen; }
@@ -65,6 +70,9 @@ public:
 private:
     static int IdOf(const QObject& object) {
         return object.objectName().section(QLatin1Char('_'), -1).toInt();
+    }
+    bool Has(int nId) const {
+        return std::ranges::any_of(m_seen, [nId](const CommandSeen& seen) { return seen.nId == nId; });
     }
     void Add(const QString& strPlace, const QAction& action, const QString& strButton = QString()) {
         m_seen.append({strPlace, action.isSeparator() ? 0 : IdOf(action), action.text(), strButton,
