@@ -19,7 +19,6 @@
 #include <QStackedWidget>
 #include <QStatusTipEvent>
 #include <QTimer>
-#include <QWindow>
 
 #include <functional>
 
@@ -215,8 +214,6 @@ bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     pView->m_pNode = pNode;
     pView->m_pViewParam = nParam;
     m_pStack->setCurrentWidget(pView);
-    // A view may take long to show its node, and what can be done has changed already.
-    UpdateCommands();
     pView->ShowNode();
     UpdateCommandsSoon();
     return true;
@@ -311,11 +308,7 @@ void CMainFrame::ShowStatusText(const QString& strText) {
 }
 
 void CMainFrame::SetRecentCourses(const QStringList& paths) {
-    // Once grey, the popup stays so until the next start.
-    if (paths.isEmpty()) {
-        m_pRecent->setEnabled(false);
-        return;
-    }
+    m_pRecent->setEnabled(!paths.isEmpty());
     m_pRecent->clear();
     int nId = Commands::c_nFirstRecent;
     for (const QString& strPath : paths) {
@@ -330,11 +323,8 @@ void CMainFrame::SetRecentCourses(const QStringList& paths) {
 }
 
 void CMainFrame::ComeToFront() {
-    // What took the window off the screen may have been someone else.
-    if (!isVisible() || (!windowHandle()->isExposed() && !isMinimized())) {
-        hide();
+    if (!isVisible())
         show();
-    }
     if (isMinimized())
         setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();

@@ -84,7 +84,11 @@ void CWebBrowser2Ex::SetNetworkAllowed(bool bAllowed) {
 bool CWebBrowser2Ex::EnsureEngine() {
     if (m_pEngine)
         return true;
-    m_pEngine = MakeWebEngine(this);
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    auto pEngine = MakeWebEngine(this);
+    if (!pAlive)
+        return false;
+    m_pEngine = std::move(pEngine);
     if (!m_pEngine) {
         ShowMissingEngine();
         return false;

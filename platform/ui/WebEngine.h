@@ -70,6 +70,9 @@ public:
     std::function<void()> OnPageLost;
 };
 
-/// The one function that the module exports, under the name of c_szWebEngineFactory.
+/// What the module exports, under the names of the constants: the engine's start, once and before the first
+/// is made, on the interface thread; and the maker of an engine.
+using WebEngineStart = void (*)();
 using WebEngineFactory = IWebEngine* (*)(QWidget* pParent);
+inline constexpr const char* c_szWebEngineStart = "VorelStartWebEngine";
 inline constexpr const char* c_szWebEngineFactory = "VorelMakeWebEngine";

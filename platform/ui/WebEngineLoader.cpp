@@ -4,7 +4,11 @@
 #include "platform/ui/WebEngine.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QOpenGLContext>
+#include <QPointer>
+#include <QThread>
+#include <QWidget>
 
 // Exported by the toolkit for the engine's own start, and declared in no public header of it.
 QT_BEGIN_NAMESPACE
@@ -19,29 +23,75 @@ void DropShareContext() {
     qt_gl_set_global_share_context(nullptr);
 }
 
-/// The engine paints with a context that the whole process shares. Asked for by the application's attribute
-/// it would be made at the program's start, where it costs more time and memory than everything else
-/// together; so it is made here, before the engine is loaded. The attribute follows, since views look at it.
+/// The engine asks for the context that a process shares, though it draws without one. A context that is only
+/// an object is enough for it; to create one would load the graphics driver, for some 50 ms and 50 MB.
 void MakeShareContext() {
     if (qt_gl_global_share_context())
         return;
-    auto pContext = std::make_unique<QOpenGLContext>();
-    pContext->setFormat(QSurfaceFormat::defaultFormat());
-    if (!pContext->create())
-        return;
-    qt_gl_set_global_share_context(pContext.release());
+    qt_gl_set_global_share_context(new QOpenGLContext);
     qAddPostRoutine(DropShareContext);
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
 }
+
+/// The module on its way from the disk to a started engine.
+class CEngineModule : public QObject {
+public:
+    static CEngineModule& Instance() {
+        static auto* const s_pModule = new CEngineModule;
+        return *s_pModule;
+    }
+
+    /// Runs the event loop until the module is loaded or known to be missing.
+    WebEngineFactory Wait() {
+        Prepare();
+        QEventLoop loop;
+        m_pLoop = &loop;
+        if (!m_bReady)
+            loop.exec(QEventLoop::ExcludeUserInputEvents);
+        m_pLoop = nullptr;
+        return m_pFactory;
+    }
+
+    void Prepare() {
+        if (m_bBegun)
+            return;
+        m_bBegun = true;
+        MakeShareContext();
+        QThread* pThread =
+            QThread::create([this, module = Platform::CModule(QStringLiteral("vorelweb"))]() mutable {
+                const auto pStart = reinterpret_cast<WebEngineStart>(module.Load(c_szWebEngineStart));
+                const auto pFactory = reinterpret_cast<WebEngineFactory>(module.Load(c_szWebEngineFactory));
+                QMetaObject::invokeMethod(
+                    this, [=, this] { Start(pStart, pFactory); }, Qt::QueuedConnection);
+            });
+        connect(pThread, &QThread::finished, pThread, &QObject::deleteLater);
+        pThread->start();
+    }
+
+private:
+    void Start(WebEngineStart pStart, WebEngineFactory pFactory) {
+        if (pStart && pFactory) {
+            pStart();
+            m_pFactory = pFactory;
+        }
+        m_bReady = true;
+        if (m_pLoop)
+            m_pLoop->quit();
+    }
+
+    bool m_bBegun = false;
+    bool m_bReady = false;
+    WebEngineFactory m_pFactory = nullptr;
+    QEventLoop* m_pLoop = nullptr;
+};
 
 } // namespace
 
+void PrepareWebEngine() {
+    CEngineModule::Instance().Prepare();
+}
+
 std::unique_ptr<IWebEngine> MakeWebEngine(QWidget* pParent) {
-    static WebEngineFactory s_pFactory = nullptr;
-    if (!s_pFactory) {
-        MakeShareContext();
-        Platform::CModule module(QStringLiteral("vorelweb"));
-        s_pFactory = reinterpret_cast<WebEngineFactory>(module.Load(c_szWebEngineFactory));
-    }
-    return std::unique_ptr<IWebEngine>(s_pFactory ? s_pFactory(pParent) : nullptr);
+    const QPointer<QWidget> pAlive(pParent);
+    const WebEngineFactory pFactory = CEngineModule::Instance().Wait();
+    return std::unique_ptr<IWebEngine>(pFactory && pAlive ? pFactory(pParent) : nullptr);
 }

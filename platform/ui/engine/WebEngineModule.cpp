@@ -283,40 +283,46 @@ void CWebEngine::ShowContextMenu(const QPoint& position) {
 
 namespace {
 
-/// What holds for the whole engine and can be said only before its first view.
-class CEngineStart {
+/// A variable of the environment that the engine looks at while it starts. It is not for programs that are
+/// started later.
+class CStartVariable {
 public:
-    CEngineStart() : m_before(qgetenv(c_szFlags)), m_bWasSet(qEnvironmentVariableIsSet(c_szFlags)) {
-        // Drawn without the graphics card. Else the first view would turn the window it stands in into one
-        // drawn by the card: the window is made anew, and loses its place, the keyboard and its number.
-        // Besides it saves some 35 MB, and the drivers of school machines.
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        // Ways to the network that pass no guard of requests.
-        qputenv(c_szFlags, m_before + " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
-                                      " --disable-blink-features=WebTransport");
+    CStartVariable(const char* szName, const QByteArray& value)
+        : m_szName(szName), m_before(qgetenv(szName)), m_bWasSet(qEnvironmentVariableIsSet(szName)) {
+        qputenv(szName, value);
     }
-    ~CEngineStart() {
-        // The flags are the engine's alone, not those of programs that are started later.
+    ~CStartVariable() {
         if (m_bWasSet)
-            qputenv(c_szFlags, m_before);
+            qputenv(m_szName, m_before);
         else
-            qunsetenv(c_szFlags);
+            qunsetenv(m_szName);
     }
-    Q_DISABLE_COPY_MOVE(CEngineStart)
+    Q_DISABLE_COPY_MOVE(CStartVariable)
 
 private:
-    static constexpr const char* c_szFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
+    const char* m_szName;
     QByteArray m_before;
     bool m_bWasSet;
 };
 
 } // namespace
 
+extern "C" Q_DECL_EXPORT void VorelStartWebEngine() {
+    // Drawn without the graphics card. Else the first view would turn the window it stands in into one drawn
+    // by the card: the window is made anew, and loses its place, the keyboard and its number. Besides it
+    // saves some 35 MB, and the drivers of school machines.
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    // Nor does it need to know whether the card's driver works.
+    const CStartVariable noCheck("QT_OPENGL_NO_SANITY_CHECK", "1");
+    // Ways to the network that pass no guard of requests.
+    const char* const szFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
+    const CStartVariable flags(szFlags, qgetenv(szFlags) +
+                                            " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
+                                            " --disable-blink-features=WebTransport");
+    // The engine starts with its first profile, and stays.
+    const QWebEngineProfile first;
+}
+
 extern "C" Q_DECL_EXPORT IWebEngine* VorelMakeWebEngine(QWidget* pParent) {
-    static bool s_bStarted = false;
-    if (s_bStarted)
-        return new CWebEngine(pParent);
-    s_bStarted = true;
-    const CEngineStart start;
     return new CWebEngine(pParent);
 }
