@@ -1,6 +1,7 @@
 #include "platform/base/SingleInstance.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QThread>
 
 #include <gtest/gtest.h>
@@ -8,22 +9,21 @@
 namespace {
 
 // A second start that were taken for the first would open the same course twice; a first start that waited
-// for an instance which never gets a window would not come up.
-TEST(SingleInstance, ALaterStartEndsOnlyForAnInstanceWithAWindow) {
+// for an instance which never answers would not come up.
+TEST(SingleInstance, ALaterStartActivatesTheFirstOnlyWhenThatAnswers) {
     const QString strName = QStringLiteral("vorel-test-%1").arg(QCoreApplication::applicationPid());
     Platform::CSingleInstance first(strName);
     EXPECT_FALSE(first.ActivateOther());
 
-    // The first holds the name but has no window yet.
+    // The first holds the name but does not listen yet.
+    QElapsedTimer timer;
+    timer.start();
     EXPECT_FALSE(Platform::CSingleInstance(strName).ActivateOther());
+    EXPECT_LT(timer.elapsed(), 5000);
 
     int nActivated = 0;
     first.Listen([&] { ++nActivated; });
-    // Busy in a long step: it is there all the same, and comes to the front afterwards.
-    EXPECT_TRUE(Platform::CSingleInstance(strName).ActivateOther());
-    while (nActivated == 0)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-
+    // The unanswered call still waits in the queue, and counts as one.
     bool bAnswered = false;
     QThread* pSecond =
         QThread::create([&] { bAnswered = Platform::CSingleInstance(strName).ActivateOther(); });
@@ -32,7 +32,7 @@ TEST(SingleInstance, ALaterStartEndsOnlyForAnInstanceWithAWindow) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     delete pSecond;
     EXPECT_TRUE(bAnswered);
-    EXPECT_EQ(nActivated, 2);
+    EXPECT_GE(nActivated, 1);
 }
 
 } // namespace
