@@ -49,6 +49,7 @@ inline const QString c_strTemplateSet = QStringLiteral("模板修改成功！");
 inline const QString c_strProjectFileLabel = QStringLiteral("课程文件");
 inline const QString c_strSetTemplateTitle = QStringLiteral("设置模板");
 inline const QString c_strSetTemplateLabel = QStringLiteral("请您选择模板");
+inline const QString c_strTemplatePicture = QStringLiteral("模板预览");
 inline const QString c_strOk = QStringLiteral("确定");
 inline const QString c_strCancel = QStringLiteral("取消");
 

@@ -1,14 +1,13 @@
 #include "course/ui/TemplateChooserDialog.h"
 
 #include "course/Texts.h"
-#include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
-#include "platform/base/NativePath.h"
+#include "platform/ui/DialogParts.h"
+#include "platform/ui/PicturePane.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QImageReader>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -19,47 +18,31 @@ constexpr QSize c_pictureSize(400, 300);
 constexpr int c_nMargin = 11;
 constexpr int c_nSpacing = 8;
 
-/// The picture, small enough for its place; empty when it can't be read. A picture of any size is decoded no
-/// larger than it is shown.
-QPixmap LoadPreview(const QString& strPath, const QSize& size) {
-    if (!Torvane::File::IsFile(strPath))
-        return {};
-    QImageReader reader(Platform::ToNative(strPath));
-    reader.setAutoTransform(true);
-    // By its contents, so that a picture with the wrong ending shows too.
-    reader.setDecideFormatFromContent(true);
-    const QSize full = reader.size();
-    if (full.isValid() && (full.width() > size.width() || full.height() > size.height()))
-        reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
-    return QPixmap::fromImage(reader.read());
-}
-
 } // namespace
 
 CTemplateChooserDialog::CTemplateChooserDialog(const CTemplateStore& store, const QString& strCurrent,
                                                QWidget* pParent)
-    : QDialog(pParent), m_store(store), m_pList(new QComboBox(this)), m_pPicture(new QLabel(this)) {
+    : QDialog(pParent), m_store(store) {
+    using namespace DialogParts;
     setObjectName(QStringLiteral("templateDialog"));
     setWindowTitle(CourseText::c_strSetTemplateTitle);
-    m_pList->setObjectName(QStringLiteral("templateList"));
-    m_pPicture->setObjectName(QStringLiteral("templatePicture"));
+    m_pList = Named(new QComboBox(this), "templateList", CourseText::c_strSetTemplateLabel);
+    // A template with a long name must not push the dialog apart.
+    m_pList->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_pPicture = Named(new CPicturePane(this), "templatePicture", CourseText::c_strTemplatePicture);
     m_pPicture->setFixedSize(c_pictureSize);
-    m_pPicture->setAlignment(Qt::AlignCenter);
-    m_pPicture->setFrameShape(QFrame::StyledPanel);
-
-    auto* pLabel = new QLabel(CourseText::c_strSetTemplateLabel, this);
-    pLabel->setBuddy(m_pList);
     auto* pButtons = new QDialogButtonBox(this);
     auto* pOk = pButtons->addButton(CourseText::c_strOk, QDialogButtonBox::AcceptRole);
-    pOk->setObjectName(QStringLiteral("ok"));
-    pButtons->addButton(CourseText::c_strCancel, QDialogButtonBox::RejectRole)
-        ->setObjectName(QStringLiteral("cancel"));
+    SetNames(pOk, "ok", CourseText::c_strOk);
+    pOk->setDefault(true);
+    SetNames(pButtons->addButton(CourseText::c_strCancel, QDialogButtonBox::RejectRole), "cancel",
+             CourseText::c_strCancel);
 
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
     pLayout->setSpacing(c_nSpacing);
     pLayout->setSizeConstraint(QLayout::SetFixedSize);
-    pLayout->addWidget(pLabel);
+    pLayout->addWidget(LabelFor(CourseText::c_strSetTemplateLabel, m_pList));
     pLayout->addWidget(m_pList);
     pLayout->addWidget(m_pPicture);
     pLayout->addWidget(pButtons);
@@ -80,10 +63,7 @@ QString CTemplateChooserDialog::GetSelected() const {
 }
 
 void CTemplateChooserDialog::ShowPicture() {
-    const qreal dRatio = devicePixelRatioF();
-    QPixmap picture = LoadPreview(m_store.GetPreviewPath(GetSelected()), c_pictureSize * dRatio);
-    picture.setDevicePixelRatio(dRatio);
-    m_pPicture->setPixmap(picture);
+    m_pPicture->Load(m_store.GetPreviewPath(GetSelected()));
 }
 
 std::optional<QString> CTemplateChooser::ChooseTemplate(const QString& strCurrent) {

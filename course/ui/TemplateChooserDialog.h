@@ -4,11 +4,10 @@
 #include "course/TemplateStore.h"
 
 #include <QDialog>
-#include <QPixmap>
 #include <QPointer>
 
+class CPicturePane;
 class QComboBox;
-class QLabel;
 
 /// Dialog 350: a list of the templates and the picture of the one that is selected. Object names: the dialog
 /// is "templateDialog", with "templateList", "templatePicture" and the buttons "ok" and "cancel".
@@ -27,7 +26,7 @@ private:
 
     const CTemplateStore m_store;
     QComboBox* m_pList;
-    QLabel* m_pPicture;
+    CPicturePane* m_pPicture;
 };
 
 /// Asks with the dialog. A dialog that is already open stays below it.

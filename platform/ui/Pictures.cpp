@@ -88,7 +88,7 @@ QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName) {
     return icon;
 }
 
-QPixmap Fitted(const QString& strPath, const QSize& room, qreal dRatio) {
+QImage FittedImage(const QString& strPath, const QSize& room, qreal dRatio) {
     if (!Torvane::File::IsFile(strPath))
         return {};
     QImageReader reader(Platform::ToNative(strPath));
@@ -105,10 +105,14 @@ QPixmap Fitted(const QString& strPath, const QSize& room, qreal dRatio) {
     const QSize fine = (QSizeF(shown) * dRatio).toSize();
     if (fine.width() < full.width())
         reader.setScaledSize(fine);
-    QPixmap picture = QPixmap::fromImage(reader.read());
+    QImage picture = reader.read();
     if (!picture.isNull())
         picture.setDevicePixelRatio(qreal(picture.width()) / (bTurned ? shown.height() : shown.width()));
     return picture;
+}
+
+QPixmap Fitted(const QString& strPath, const QSize& room, qreal dRatio) {
+    return QPixmap::fromImage(FittedImage(strPath, room, dRatio));
 }
 
 } // namespace Pictures

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QImage>
 #include <QPixmap>
 #include <QString>
 
@@ -25,5 +26,7 @@ QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName);
 /// shown, and one that would take too much memory for that is refused. Empty when there is none or it can't
 /// be read.
 QPixmap Fitted(const QString& strPath, const QSize& room, qreal dRatio);
+/// The same beside the interface thread, for which a large picture takes too long.
+QImage FittedImage(const QString& strPath, const QSize& room, qreal dRatio);
 
 } // namespace Pictures

@@ -1,11 +1,12 @@
 #include "course/ui/TemplateChooserDialog.h"
+#include "platform/ui/PicturePane.h"
 #include "tests/support/CourseFakes.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QImage>
-#include <QLabel>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -33,8 +34,8 @@ protected:
         return chooser.ChooseTemplate(strCurrent);
     }
     static QComboBox& List(QDialog& dialog) { return *dialog.findChild<QComboBox*>(u"templateList"_s); }
-    static QSize Picture(QDialog& dialog) {
-        return dialog.findChild<QLabel*>(u"templatePicture"_s)->pixmap(Qt::ReturnByValue).size();
+    static CPicturePane& Picture(QDialog& dialog) {
+        return *dialog.findChild<CPicturePane*>(u"templatePicture"_s);
     }
     CCourseWorld World;
 };
@@ -43,9 +44,10 @@ TEST_F(TemplateChooserTest, ShowsAndGivesTheSelectedTemplate) {
     const auto chosen = Choose(u"模板一"_s, [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), u"设置模板"_s);
         EXPECT_EQ(List(dialog).currentText(), u"模板一"_s);
-        EXPECT_EQ(Picture(dialog), QSize(400, 200)) << "whole, in its proportions";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Picture(dialog).GetPicture().size() == QSize(400, 200); }));
         List(dialog).setCurrentIndex(List(dialog).findText(u"模板二"_s));
-        EXPECT_TRUE(Picture(dialog).isEmpty()) << "a picture that doesn't load leaves its place empty";
+        // A picture that doesn't load leaves its place empty.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Picture(dialog).GetPicture().isNull(); }));
         dialog.findChild<QPushButton*>(u"ok"_s)->click();
     });
     EXPECT_EQ(chosen, u"模板二"_s);
