@@ -10,6 +10,8 @@ namespace {
 
 using Torvane::File::EPathKind;
 
+constexpr int c_nMaxDepth = 64;
+
 QString CourseFolderBelow(const QString& strFolder, const QString& strName) {
     return Torvane::File::AddBackslash(strFolder) + strName + u'\\' + ContentText::c_strCourseSubFolder;
 }
@@ -45,20 +47,20 @@ void CCourseFolderStep::TakePicked(const QString& strPicked) {
     strFolder = CourseFolderBelow(strPicked, strName);
 }
 
-QString CCourseFolderStep::Next() const {
+CCourseFolderStep::Fault CCourseFolderStep::Next() const {
     if (strName.isEmpty())
-        return ContentText::c_strNoCourseName;
+        return {ContentText::c_strNoCourseName, true};
     if (strFolder.isEmpty())
-        return ContentText::c_strNoCourseFolder;
+        return {ContentText::c_strNoCourseFolder};
     // Such a name would lead the project file into a folder that nobody makes, when half the course stands.
     if (strName.contains(u'\\') || strName.contains(u'/'))
-        return ContentText::c_strSeparatorInName;
+        return {ContentText::c_strSeparatorInName, true};
     const QString strBare = Torvane::File::WithoutBackslash(strFolder);
     const EPathKind kind = Torvane::File::GetPathKind(strBare);
     if (kind == EPathKind::Folder && !Torvane::File::IsFolderEmpty(strBare))
-        return ContentText::c_strFolderNotEmpty;
+        return {ContentText::c_strFolderNotEmpty};
     if (!MakeFolder(strBare))
-        return ContentText::c_strFolderNotMade;
+        return {ContentText::c_strFolderNotMade};
     return {};
 }
 
@@ -74,6 +76,32 @@ QString PreviewPath(const CTemplateStore& store, const QString& strTemplate, int
     if (strTemplate.isEmpty())
         return {};
     return nRow == 0 ? store.GetPreviewPath(strTemplate) : store.GetPagePreviewPath(strTemplate, strRow);
+}
+
+std::optional<QList<NodeRow>> NodeRows(const QList<InitialNode>& list) {
+    struct Place {
+        NodeRow row;
+        int nDepth;
+    };
+    QList<NodeRow> rows;
+    QList<bool> seen(list.size(), false);
+    QList<Place> ahead;
+    if (!list.isEmpty())
+        ahead.append({{0, -1}, 0});
+    while (!ahead.isEmpty()) {
+        const auto [row, nDepth] = ahead.takeLast();
+        if (row.nLine >= list.size() || seen.at(row.nLine) || nDepth > c_nMaxDepth)
+            return std::nullopt;
+        seen[row.nLine] = true;
+        rows.append(row);
+        const InitialNode& node = list.at(row.nLine);
+        // What lies below a line comes before what stands beside it.
+        if (node.NextSibling > 0)
+            ahead.append({{node.NextSibling, row.nParentLine}, nDepth});
+        if (node.FirstChild > 0)
+            ahead.append({{node.FirstChild, row.nLine}, nDepth + 1});
+    }
+    return rows;
 }
 
 QString SummaryText(const CreateRecord& record, const QString& strShownFolder) {

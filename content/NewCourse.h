@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// The pages of the new-course wizard without their windows. Paths are in backslash form.
 
 /// The folder page: name and folder of the new course.
@@ -21,8 +23,13 @@ public:
     /// A folder was picked: the course gets folders of its own below it.
     void TakePicked(const QString& strPicked);
 
-    /// The checks of Next in their order; the folder is made at the end. What to warn of; empty to go on.
-    QString Next() const;
+    /// What to warn of, empty for nothing, and whether it is about the name or the folder.
+    struct Fault {
+        QString strWarning;
+        bool bName = false;
+    };
+    /// The checks of Next in their order; the folder is made at the end.
+    Fault Next() const;
 
 private:
     QString m_strSeen;
@@ -33,6 +40,16 @@ QStringList PreviewRows(const CTemplateStore& store, const QString& strTemplate)
 
 /// The picture of a row of that combo box; empty without a template.
 QString PreviewPath(const CTemplateStore& store, const QString& strTemplate, int nRow, const QString& strRow);
+
+/// A row of the node page's tree: a line of the list, and the line above it, negative at the top.
+struct NodeRow {
+    qsizetype nLine = 0;
+    qsizetype nParentLine = -1;
+};
+
+/// The rows in the order of the tree, from line 0 on. Nothing for a list that can't be a tree: it leads out
+/// of itself, twice to the same line, or deeper than anybody nests.
+std::optional<QList<NodeRow>> NodeRows(const QList<InitialNode>& list);
 
 /// The lines of the last page, with CR LF. strShownFolder is the folder as the person reads it.
 QString SummaryText(const CreateRecord& record, const QString& strShownFolder);

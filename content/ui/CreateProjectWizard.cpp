@@ -1,9 +1,21 @@
 #include "content/ui/CreateProjectWizard.h"
 
 #include "content/Texts.h"
-#include "content/ui/NewCoursePages.h"
+#include "content/ui/CourseFolderPage.h"
+#include "content/ui/CourseNodesPage.h"
+#include "content/ui/CoursePage.h"
+#include "content/ui/CourseSummaryPage.h"
+#include "content/ui/CourseTemplatePage.h"
+#include "platform/ui/DialogParts.h"
 
 #include <QAbstractButton>
+#include <QTimer>
+
+namespace {
+
+constexpr QSize c_size(680, 540);
+
+} // namespace
 
 CCreateProjectWizard::CCreateProjectWizard(Torvane::Dialog::MFC::IPeople& people, CServerSession& session,
                                            QWidget* pParent)
@@ -11,6 +23,15 @@ CCreateProjectWizard::CCreateProjectWizard(Torvane::Dialog::MFC::IPeople& people
     setObjectName(QStringLiteral("CCreateProjectWizard"));
     setWindowTitle(ContentText::c_strWizard);
     setWizardStyle(ClassicStyle);
+    SetButtons();
+    AddPages();
+    connect(this, &QWizard::currentIdChanged, this, &CCreateProjectWizard::OnPage);
+    resize(c_size);
+}
+
+CCreateProjectWizard::~CCreateProjectWizard() = default;
+
+void CCreateProjectWizard::SetButtons() {
     const struct {
         WizardButton Button;
         const QString& strText;
@@ -21,18 +42,34 @@ CCreateProjectWizard::CCreateProjectWizard(Torvane::Dialog::MFC::IPeople& people
                 {CancelButton, ContentText::c_strCancel, "cancel"}};
     for (const auto& entry : buttons) {
         setButtonText(entry.Button, entry.strText);
-        button(entry.Button)->setObjectName(QString::fromLatin1(entry.pszName));
-        button(entry.Button)->setAccessibleName(entry.strText);
+        DialogParts::SetNames(button(entry.Button), entry.pszName, entry.strText);
     }
-    resize(640, 520);
 }
 
-bool CCreateProjectWizard::Run() {
-    if (!m_choice.Fetch())
-        return false;
-    addPage(new CGetCourseInfoPropertyPage(m_choice, m_record));
+void CCreateProjectWizard::AddPages() {
+    m_pCoursePage = new CGetCourseInfoPropertyPage(m_choice, m_record);
+    addPage(m_pCoursePage);
     addPage(new CSelectCourseFolderPropertyPage(m_people, m_record));
     addPage(new CSelectCourseTempletePropertyPage(m_people, m_record));
     addPage(new CShowUserSelectPropertyPage(m_record));
+    m_pNodesPage = std::make_unique<CSelectCourseNodePropertyPage>(m_people, m_record);
+}
+
+bool CCreateProjectWizard::Run() {
+    // From the event loop, so that the wizard stands there first.
+    QTimer::singleShot(0, this, &CCreateProjectWizard::FetchCourses);
     return exec() == Accepted;
+}
+
+void CCreateProjectWizard::FetchCourses() {
+    if (!m_pCoursePage->FetchCourses())
+        reject();
+}
+
+void CCreateProjectWizard::OnPage() {
+    auto* pPage = qobject_cast<CNewCoursePage*>(currentPage());
+    if (pPage == nullptr)
+        return;
+    pPage->Activate();
+    pPage->GetFirstField()->setFocus(Qt::TabFocusReason);
 }

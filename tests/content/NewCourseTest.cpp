@@ -51,7 +51,7 @@ TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
           Case{u"课"_s, m_folder.Path(u"新\\深"_s), {}}}) {
         m_step.strName = c.strName;
         m_step.strFolder = c.strFolder;
-        EXPECT_EQ(m_step.Next(), c.strWarning) << c.strFolder.toStdString();
+        EXPECT_EQ(m_step.Next().strWarning, c.strWarning) << c.strFolder.toStdString();
     }
     EXPECT_TRUE(m_folder.Exists(u"新\\深"_s));
 }
@@ -68,6 +68,29 @@ TEST_F(NewCourseTest, ATemplateWithoutItsOwnListTakesTheProgramsNodes) {
     CompleteRecord(record);
     ASSERT_EQ(record.InitialNodes.size(), 1);
     EXPECT_EQ(record.InitialNodes.at(0).Title, u"d"_s);
+}
+
+TEST_F(NewCourseTest, AListThatIsNoTreeHasNoRows) {
+    const auto shape = [](const QList<std::pair<qint32, qint32>>& lines) {
+        QList<InitialNode> list;
+        for (const auto& [nChild, nSibling] : lines)
+            list.append({u"n"_s, nChild, nSibling, {}, true});
+        QString strRows = u"none"_s;
+        if (const auto rows = NodeRows(list)) {
+            strRows.clear();
+            for (const NodeRow& row : *rows)
+                strRows += u"%1<%2 "_s.arg(row.nLine).arg(row.nParentLine);
+        }
+        return strRows;
+    };
+    QList<std::pair<qint32, qint32>> deep;
+    for (qint32 n = 1; n < 1000; ++n)
+        deep.append({n, -1});
+    deep.append({-1, -1});
+    EXPECT_EQ(shape({{2, 1}, {-1, 0}, {0, 3}, {-1, -1}}), u"0<-1 2<0 3<0 1<-1 "_s) << "0 leads nowhere";
+    EXPECT_EQ(shape({}), u""_s);
+    for (const auto& lines : {deep, {{1, -1}, {1, -1}}, {{2, 1}, {2, -1}, {-1, -1}}, {{-1, 7}}})
+        EXPECT_EQ(shape(lines), u"none"_s);
 }
 
 } // namespace

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "content/NewCourse.h"
+#include "content/ui/NewCoursePage.h"
+
+class QPlainTextEdit;
+
+/// Page 4: what was chosen.
+class CShowUserSelectPropertyPage : public CNewCoursePage {
+    Q_OBJECT
+public:
+    explicit CShowUserSelectPropertyPage(CreateRecord& record);
+
+    void Activate() override;
+    QWidget* GetFirstField() const override;
+    bool validatePage() override;
+
+private:
+    CreateRecord& m_record;
+    QPlainTextEdit* m_pSummary;
+};
