@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-/// The about box: the splash picture with the build's number; a click on the picture closes it.
+/// The about box: the splash picture with the build's number. A click on it, Enter, Space or Escape closes it.
 class CAboutDialog : public QDialog {
     Q_OBJECT
 public:
@@ -10,4 +10,5 @@ public:
 
 protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
 };
