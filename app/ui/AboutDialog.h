@@ -2,7 +2,8 @@
 
 #include <QDialog>
 
-/// The about box: the splash picture with the build's number. A click on it, Enter, Space or Escape closes it.
+/// The about box: the splash picture with the build's number. A click on it, Enter, Space or Escape closes
+/// it.
 class CAboutDialog : public QDialog {
     Q_OBJECT
 public:
