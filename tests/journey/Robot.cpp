@@ -94,8 +94,12 @@ bool TakesInput(QWidget* pWidget) {
     const QWindow* pWindow = pWidget ? pWidget->window()->windowHandle() : nullptr;
     const QWidget* pPopup = QApplication::activePopupWidget();
     const QWidget* pFront = pPopup ? pPopup : QApplication::activeModalWidget();
-    return pWindow && pWindow->isExposed() && pWidget->isEnabled() && (pPopup || pWidget->isActiveWindow()) &&
-           (!pFront || pWidget->window() == pFront);
+    if (!pWindow || !pWindow->isExposed() || !pWidget->isEnabled())
+        return false;
+    // The status window never is the active one, and stands before all others.
+    if (pWidget->window()->windowFlags() & Qt::WindowDoesNotAcceptFocus)
+        return true;
+    return (pPopup || pWidget->isActiveWindow()) && (!pFront || pWidget->window() == pFront);
 }
 
 } // namespace

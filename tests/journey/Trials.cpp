@@ -19,6 +19,7 @@ const QString c_strPassword = u"wangluo8"_s;
 constexpr qint32 c_nCourse = 5;
 const QString c_strRetry = u"retry"_s;
 const QString c_strCancel = u"cancel"_s;
+const QString c_strGiveUp = u"statusCancel"_s;
 const QString c_strStatus = u"statusWindow"_s;
 const QString c_strLostText = u"这些字不能丢。"_s;
 
@@ -125,8 +126,9 @@ public:
         StandsEmpty();
         Mark(u"enough"_s);
         QThread::sleep(6);
+        // The password was proven a moment ago, and the course is free now.
         OpenFromFile();
-        Login();
+        WaitForOpenCourse();
     }
 
     void Renamed() {
@@ -199,13 +201,13 @@ private:
 
     /// Ends a call that never comes back: with the key, or with the button for none.
     void GiveUp(const QString& strKey) {
-        m_robot.WaitFor("a way to give up", [] { return Robot::Find(c_strCancel, c_strStatus); });
+        m_robot.WaitForWidget(c_strGiveUp, c_strStatus);
         m_robot.Shot(u"waiting"_s);
         if (strKey.isEmpty())
-            m_robot.Click(c_strCancel, c_strStatus);
+            m_robot.Click(c_strGiveUp, c_strStatus);
         else
             m_robot.Press(strKey);
-        m_robot.WaitFor("the call to end", [] { return !Robot::Find(c_strCancel, c_strStatus); });
+        m_robot.WaitFor("the call to end", [] { return !Robot::Find(c_strGiveUp, c_strStatus); });
     }
 
     void StandsEmpty() {
