@@ -41,4 +41,8 @@ inline const QString c_strOverallPreview = QStringLiteral("总体效果预览");
 inline const QString c_strAboutTitle = QStringLiteral("关于Vorel");
 inline const QString c_strBuild = QStringLiteral("Build: %1");
 
+/// What the desktop shows of the program and its files.
+inline const QString c_strFileType = QStringLiteral("Vorel Course Project File");
+inline const QString c_strProgramComment = QStringLiteral("制作课程网站");
+
 } // namespace AppTexts

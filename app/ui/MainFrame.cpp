@@ -19,6 +19,7 @@
 #include <QStackedWidget>
 #include <QStatusTipEvent>
 #include <QTimer>
+#include <QWindow>
 
 #include <functional>
 
@@ -214,6 +215,8 @@ bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     pView->m_pNode = pNode;
     pView->m_pViewParam = nParam;
     m_pStack->setCurrentWidget(pView);
+    // A view may take long to show its node, and what can be done has changed already.
+    UpdateCommands();
     pView->ShowNode();
     UpdateCommandsSoon();
     return true;
@@ -308,7 +311,11 @@ void CMainFrame::ShowStatusText(const QString& strText) {
 }
 
 void CMainFrame::SetRecentCourses(const QStringList& paths) {
-    m_pRecent->setEnabled(!paths.isEmpty());
+    // Once grey, the popup stays so until the next start.
+    if (paths.isEmpty()) {
+        m_pRecent->setEnabled(false);
+        return;
+    }
     m_pRecent->clear();
     int nId = Commands::c_nFirstRecent;
     for (const QString& strPath : paths) {
@@ -323,8 +330,11 @@ void CMainFrame::SetRecentCourses(const QStringList& paths) {
 }
 
 void CMainFrame::ComeToFront() {
-    if (!isVisible())
+    // What took the window off the screen may have been someone else.
+    if (!isVisible() || (!windowHandle()->isExposed() && !isMinimized())) {
+        hide();
         show();
+    }
     if (isMinimized())
         setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();

@@ -53,7 +53,7 @@ public:
 
     CBookTreeView& GetTreeView() { return *m_pTree; }
     void ShowStatusText(const QString& strText);
-    /// Paths in backslash form, most recent first. The popup is greyed for an empty list.
+    /// Paths in backslash form, most recent first. An empty list greys the popup, for good.
     void SetRecentCourses(const QStringList& paths);
     /// Shows, restores and raises the window with its last active dialog.
     void ComeToFront();

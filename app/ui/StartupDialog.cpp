@@ -19,7 +19,10 @@ CStartupDialog::CStartupDialog(Torvane::Dialog::MFC::IPeople& people, QWidget* p
     : QDialog(pParent), m_people(people) {
     setObjectName(QStringLiteral("CStartupDialog"));
     setWindowTitle(AppTexts::c_strStartupTitle);
-    resize(520, 340);
+    QRect place(0, 0, 520, 340);
+    if (pParent)
+        place.moveCenter(pParent->geometry().center());
+    setGeometry(place);
 
     m_pTabs = new QTabWidget(this);
     m_pTabs->setObjectName(QStringLiteral("tabs"));
@@ -29,7 +32,6 @@ CStartupDialog::CStartupDialog(Torvane::Dialog::MFC::IPeople& people, QWidget* p
     m_pDontShow->setObjectName(QStringLiteral("dontShow"));
     m_pBrowse = new QPushButton(AppTexts::c_strBrowse, this);
     m_pBrowse->setObjectName(QStringLiteral("browse"));
-    m_pBrowse->setAutoDefault(false);
     m_pOk = new QPushButton(AppTexts::c_strOpen, this);
     m_pOk->setObjectName(QStringLiteral("ok"));
     m_pOk->setDefault(true);

@@ -1,11 +1,13 @@
 #include "app/ui/VorelApp.h"
 
-#include "app/CommandTable.h"
+#include "app/CommandLine.h"
+#include "app/CourseFileType.h"
 #include "app/StartupCourses.h"
 #include "app/Texts.h"
 #include "app/ui/AboutDialog.h"
 #include "app/ui/OptionsDialog.h"
 #include "app/ui/PreviewDialog.h"
+#include "app/ui/SplashWindow.h"
 #include "app/ui/StartupDialog.h"
 #include "content/ui/CreateProjectWizard.h"
 #include "course/Companions.h"
@@ -15,19 +17,29 @@
 #include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
-#include "platform/base/NativePath.h"
+#include "platform/base/MediaTools.h"
 #include "platform/ui/ChineseTexts.h"
+#include "platform/ui/Pictures.h"
 #include "platform/ui/WebBrowser.h"
 #include "platform/ui/WebEngineLoader.h"
 #include "server/ui/TemplateDownloadDialog.h"
 
 #include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QSessionManager>
 
 namespace {
 
 constexpr int c_nHeartbeatMilliseconds = 180000;
 /// While a dialog is open a lost session can't close the course; the check comes again after this time.
 constexpr int c_nHeartbeatRetryMilliseconds = 5000;
+/// The desktop's own upkeep waits until the start is over.
+constexpr int c_nFileTypesMilliseconds = 3000;
+constexpr int c_nEndRetryMilliseconds = 200;
+constexpr int c_nSplashPicture = 369;
+/// Marks a dialog that was asked to go once.
+constexpr char c_szAskedToEnd[] = "askedToEnd";
 
 /// Counts the steps under way, so that the heartbeat keeps out of them.
 class CBusy {
@@ -59,29 +71,79 @@ CVorelApp::~CVorelApp() {
 int CVorelApp::Run(const QStringList& arguments) {
     if (m_instance.ActivateOther())
         return 1;
+    const CommandLine line = ParseCommandLine(arguments, QDir::currentPath());
     InstallChineseTexts(*qApp);
     QApplication::setApplicationName(m_strName);
+    QGuiApplication::setDesktopFileName(m_strName.toLower());
     if (CSysInfo::Instance().GetServerURL().isEmpty() && !AskFirstServerAddress())
         return 1;
+    m_bHasPlayer = Platform::HasMediaPlayer(QCoreApplication::libraryPaths());
+    m_bHasEncoder = Platform::HasMediaEncoder();
+    // The program works as well without.
+    Platform::RegisterFileType(CourseFileType(), OwnProgramEntry());
 
+    MakeFrame(line.bShowSplash);
+    RebuildRecentMenu();
+    m_instance.Listen([this] { m_pFrame->ComeToFront(); });
+    m_pEndRequest = std::make_unique<Platform::CEndRequest>([this] { EndWhenFree(); });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, m_pFrame.get(),
+                     [this](QSessionManager& manager) { EndSession(manager); });
+
+    // The first dialog, or a long opening, comes over a window that stands painted on the screen.
+    QObject::connect(m_pFrame.get(), &CMainFrame::FirstPainted, m_pFrame.get(),
+                     [this, strFile = line.strFile] { FirstPainted(strFile); });
+    m_pFrame->showMaximized();
+    return QApplication::exec();
+}
+
+void CVorelApp::MakeFrame(bool bShowSplash) {
+    if (bShowSplash) {
+        m_pSplash = std::make_unique<CSplashWindow>(
+            Pictures::Resource(CSysInfo::Instance().GetSysDataFolder(false), c_nSplashPicture));
+        m_pSplash->ShowNow();
+    }
     m_pFrame = std::make_unique<CMainFrame>(static_cast<IFrameOwner&>(*this), m_people);
     m_people.SetParent(m_pFrame.get());
     m_dialogs.SetParent(m_pFrame.get());
     m_templates.SetParent(m_pFrame.get());
     m_pFrame->setWindowTitle(LoadResString(SharedText::c_nWindowTitle));
-    RebuildRecentMenu();
-    m_instance.Listen([this] { m_pFrame->ComeToFront(); });
+}
 
-    // The first dialog, or a long opening, comes over a window that stands painted on the screen.
-    const QString strFile = arguments.isEmpty() ? QString() : Platform::FromNative(arguments.first());
-    QObject::connect(m_pFrame.get(), &CMainFrame::FirstPainted, m_pFrame.get(), [this, strFile] {
-        if (strFile.isEmpty())
-            ShowStartup();
-        else
-            OpenCourse(strFile);
-    });
-    m_pFrame->showMaximized();
-    return QApplication::exec();
+void CVorelApp::FirstPainted(const QString& strFile) {
+    if (m_pSplash)
+        m_pSplash->MoveInto(*m_pFrame);
+    QTimer::singleShot(c_nFileTypesMilliseconds, m_pFrame.get(),
+                       [] { Platform::RefreshFileTypes(CourseFileType()); });
+    if (strFile.isEmpty())
+        ShowStartup();
+    else
+        OpenCourse(strFile);
+}
+
+bool CVorelApp::IsInTheMiddle() const {
+    return m_nBusy > 0 || QApplication::activeModalWidget() != nullptr || CWebBrowser2Ex::IsCallRunning();
+}
+
+void CVorelApp::EndWhenFree() {
+    if (!IsInTheMiddle()) {
+        m_pFrame->close();
+        return;
+    }
+    // An open dialog is cancelled, once: one that stays, or asks in its turn, waits for the person.
+    auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (pDialog && !pDialog->property(c_szAskedToEnd).toBool()) {
+        pDialog->setProperty(c_szAskedToEnd, true);
+        pDialog->close();
+    }
+    QTimer::singleShot(c_nEndRetryMilliseconds, m_pFrame.get(), [this] { EndWhenFree(); });
+}
+
+void CVorelApp::EndSession(QSessionManager& manager) {
+    if (!manager.allowsInteraction())
+        return;
+    if (IsInTheMiddle() || !m_pFrame->close())
+        manager.cancel();
+    manager.release();
 }
 
 bool CVorelApp::AskFirstServerAddress() {
@@ -289,8 +351,7 @@ void CVorelApp::Heartbeat() {
     // A step under way or an open dialog works on the course's nodes, so that the course can't close now, and
     // while a page is being asked nobody else can save it: report in silence to keep the session, and come
     // again soon when that failed.
-    const bool bInTheMiddle =
-        m_nBusy > 0 || QApplication::activeModalWidget() != nullptr || CWebBrowser2Ex::IsCallRunning();
+    const bool bInTheMiddle = IsInTheMiddle();
     CBusy busy(m_nBusy);
     if (m_session.ReportStatus(*m_pCourse, StatusType::c_nHeartbeat, CourseFigures(), !bInTheMiddle))
         StartHeartbeat(c_nHeartbeatMilliseconds);

@@ -4,6 +4,7 @@
 #include "content/BookNode.h"
 #include "course/Course.h"
 #include "course/ui/TemplateChooserDialog.h"
+#include "platform/base/EndRequest.h"
 #include "platform/base/SingleInstance.h"
 #include "platform/ui/QtPeople.h"
 #include "server/ServerSession.h"
@@ -14,6 +15,9 @@
 
 #include <functional>
 #include <memory>
+
+class CSplashWindow;
+class QSessionManager;
 
 /// The application: takes the process from its start to the first idle state, owns the one open course, and
 /// carries the commands that belong to no view. Joins the subsystems: the interfaces that lower floors
@@ -33,6 +37,12 @@ public:
     /// stay.
     void CloseCourse() override;
 
+    /// Null when no course is open.
+    CCourse* GetCourse() const { return m_pCourse.get(); }
+    /// Whether what plays lectures and what records them is at hand, as found at the start.
+    bool HasPlayer() const { return m_bHasPlayer; }
+    bool HasEncoder() const { return m_bHasEncoder; }
+
 private:
     void NewCourse() override;
     void OpenCourseCommand() override;
@@ -49,7 +59,15 @@ private:
     bool HasWordExport() const override;
 
     bool AskFirstServerAddress();
+    void MakeFrame(bool bShowSplash);
     void ShowStartup();
+    /// The frame stands on the screen: what comes with it goes on from here.
+    void FirstPainted(const QString& strFile);
+    /// A step under way or an open dialog works on the course.
+    bool IsInTheMiddle() const;
+    /// The process is asked to end: closes the window, as the person would, once nothing is under way.
+    void EndWhenFree();
+    void EndSession(QSessionManager& manager);
     void LoadOpenedCourse(std::unique_ptr<CCourse> pCourse);
     void RebuildRecentMenu();
     void Heartbeat();
@@ -61,12 +79,16 @@ private:
 
     const QString m_strName;
     Platform::CSingleInstance m_instance;
+    bool m_bHasPlayer = false;
+    bool m_bHasEncoder = false;
     CQtPeople m_people;
     CSessionDialogs m_dialogs;
     CServerSession m_session;
     CTemplateChooser m_templates;
     CNodeMakerFactory m_nodes;
     std::unique_ptr<CMainFrame> m_pFrame;
+    std::unique_ptr<CSplashWindow> m_pSplash;
+    std::unique_ptr<Platform::CEndRequest> m_pEndRequest;
     std::unique_ptr<CCourse> m_pCourse;
     /// Timer 101: the session check of the open course.
     QTimer m_heartbeat;

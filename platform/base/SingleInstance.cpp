@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <poll.h>
@@ -14,6 +15,7 @@ namespace Platform {
 namespace {
 
 constexpr int c_nAnswerMilliseconds = 500;
+constexpr int c_nWaitingStarts = 8;
 
 /// An address in the abstract name space: nothing stays on the disk when a process dies.
 struct Address {
@@ -49,8 +51,7 @@ CSingleInstance::CSingleInstance(const QString& strName)
     : m_strName(strName), m_pSocket(std::make_unique<Socket>()) {
     const Address address(m_strName);
     m_pSocket->nHandle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (m_pSocket->nHandle >= 0 && (::bind(m_pSocket->nHandle, address.Get(), address.nLength) != 0 ||
-                                    ::listen(m_pSocket->nHandle, 8) != 0)) {
+    if (m_pSocket->nHandle >= 0 && ::bind(m_pSocket->nHandle, address.Get(), address.nLength) != 0) {
         ::close(m_pSocket->nHandle);
         m_pSocket->nHandle = -1;
     }
@@ -62,23 +63,29 @@ bool CSingleInstance::ActivateOther() {
     if (m_pSocket->nHandle >= 0)
         return false;
     const Address address(m_strName);
-    const int nHandle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int nHandle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (nHandle < 0)
         return false;
-    bool bAnswered = false;
-    if (::connect(nHandle, address.Get(), address.nLength) == 0) {
+    // Who has the name but no window yet refuses. EAGAIN: so many wait already that one more changes nothing.
+    bool bThere = ::connect(nHandle, address.Get(), address.nLength) == 0 || errno == EAGAIN;
+    if (bThere) {
         pollfd wait{nHandle, POLLIN, 0};
         char cAnswer = 0;
-        bAnswered = ::poll(&wait, 1, c_nAnswerMilliseconds) == 1 && ::read(nHandle, &cAnswer, 1) == 1;
+        // No answer in time: it is busy, and will come to the front when it is done. An end without an
+        // answer: it was closing.
+        if (::poll(&wait, 1, c_nAnswerMilliseconds) == 1)
+            bThere = ::read(nHandle, &cAnswer, 1) == 1;
     }
     ::close(nHandle);
-    return bAnswered;
+    return bThere;
 }
 
 void CSingleInstance::Listen(std::function<void()> activate) {
     if (m_pSocket->nHandle < 0)
         return;
     const int nListener = m_pSocket->nHandle;
+    if (::listen(nListener, c_nWaitingStarts) != 0)
+        return;
     m_pSocket->pNotifier = std::make_unique<QSocketNotifier>(nListener, QSocketNotifier::Read);
     QObject::connect(m_pSocket->pNotifier.get(), &QSocketNotifier::activated, m_pSocket->pNotifier.get(),
                      [nListener, activate = std::move(activate)] {

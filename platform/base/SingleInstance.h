@@ -16,13 +16,14 @@ public:
     CSingleInstance(const CSingleInstance&) = delete;
     CSingleInstance& operator=(const CSingleInstance&) = delete;
 
-    /// True when another instance runs and said that it has brought its window to the front. An instance that
-    /// holds the name but does not answer within half a second (it is still starting, or closing) counts as
-    /// none: this process goes on as if it were the first.
+    /// True when another instance has a window and was told to bring it to the front; it is waited for half a
+    /// second, and one that is busy longer does it when it is done. An instance that holds the name without a
+    /// window (it is still starting, or closing) counts as none: this process goes on as if it were the
+    /// first.
     bool ActivateOther();
 
-    /// From now on answers later instances: activate is called on this thread's event loop for each. Needs a
-    /// running application object.
+    /// To be called when the window exists: from now on later instances are answered, and activate is called
+    /// on this thread's event loop for each. Needs a running application object.
     void Listen(std::function<void()> activate);
 
 private:
