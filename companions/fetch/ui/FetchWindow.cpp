@@ -1,0 +1,119 @@
+#include "companions/fetch/ui/FetchWindow.h"
+
+#include "companions/fetch/FetchRun.h"
+#include "companions/fetch/Texts.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStyle>
+#include <QTimer>
+
+namespace {
+
+constexpr int c_nWidth = 420;
+constexpr int c_nRefreshMilliseconds = 100;
+constexpr int c_nBarSteps = 1000;
+constexpr int c_nMargin = 16;
+constexpr int c_nSpacing = 12;
+
+QLabel* AddLabel(QGridLayout* pLayout, const QString& strName, int nRow) {
+    auto* pLabel = new QLabel;
+    pLabel->setObjectName(strName);
+    // What a server or an archive says must not be taken for markup.
+    pLabel->setTextFormat(Qt::PlainText);
+    pLabel->setWordWrap(true);
+    pLayout->addWidget(pLabel, nRow, 1);
+    return pLabel;
+}
+
+} // namespace
+
+CFetchWindow::CFetchWindow(const FetchRequest& request, const FetchLimits& limits)
+    // The application that waits for it paints, but takes no input: this window must not be lost behind it.
+    : QDialog(nullptr,
+              Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
+      m_request(request), m_limits(limits), m_pIcon(new QLabel), m_pBar(new QProgressBar) {
+    setObjectName(QStringLiteral("CFetchWindow"));
+    setWindowTitle(FetchText::c_strTitle);
+    auto* pLayout = new QGridLayout(this);
+    pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
+    pLayout->setHorizontalSpacing(c_nSpacing);
+    pLayout->setVerticalSpacing(c_nSpacing);
+    pLayout->setColumnStretch(1, 1);
+    pLayout->setRowStretch(2, 1);
+    m_pIcon->hide();
+    pLayout->addWidget(m_pIcon, 0, 0, 3, 1, Qt::AlignTop);
+    m_pTitle = AddLabel(pLayout, QStringLiteral("title"), 0);
+    m_pTitle->setText(FetchText::c_strFetching.arg(m_request.TemplateName));
+    m_pBar->setObjectName(QStringLiteral("progress"));
+    m_pBar->setAccessibleName(FetchText::c_strProgress);
+    m_pBar->setTextVisible(false);
+    pLayout->addWidget(m_pBar, 1, 1);
+    m_pDetails = AddLabel(pLayout, QStringLiteral("details"), 2);
+    auto* pButtons = new QDialogButtonBox;
+    m_pButton = pButtons->addButton(FetchText::c_strCancel, QDialogButtonBox::RejectRole);
+    m_pButton->setObjectName(QStringLiteral("cancel"));
+    pLayout->addWidget(pButtons, 3, 0, 1, 2);
+    connect(pButtons, &QDialogButtonBox::rejected, this, &CFetchWindow::reject);
+    setMinimumWidth(c_nWidth);
+
+    auto* pTimer = new QTimer(this);
+    connect(pTimer, &QTimer::timeout, this, &CFetchWindow::ShowProgress);
+    pTimer->start(c_nRefreshMilliseconds);
+    ShowProgress();
+    m_worker = std::thread([this] {
+        const FetchOutcome outcome = RunFetch(m_request, m_progress, m_limits);
+        QMetaObject::invokeMethod(
+            this, [this, outcome] { End(outcome); }, Qt::QueuedConnection);
+    });
+}
+
+CFetchWindow::~CFetchWindow() {
+    m_progress.bCancelled = true;
+    m_worker.join();
+}
+
+void CFetchWindow::reject() {
+    if (m_bEnded) {
+        QDialog::reject();
+        return;
+    }
+    m_progress.bCancelled = true;
+    ShowProgress();
+}
+
+void CFetchWindow::ShowProgress() {
+    if (m_bEnded)
+        return;
+    const qint64 nTotal = m_progress.nTotal;
+    const bool bKnown = m_progress.Stage == FetchProgress::EStage::Receiving && nTotal > 0;
+    m_pBar->setRange(0, bKnown ? c_nBarSteps : 0);
+    if (bKnown)
+        m_pBar->setValue(static_cast<int>(double(m_progress.nReceived) / double(nTotal) * c_nBarSteps));
+    m_pDetails->setText(DescribeProgress(m_progress));
+    m_pButton->setEnabled(!m_progress.bCancelled && m_progress.Stage != FetchProgress::EStage::Replacing);
+}
+
+void CFetchWindow::End(const FetchOutcome& outcome) {
+    m_bEnded = true;
+    if (outcome.eEnd == FetchOutcome::EEnd::Done) {
+        accept();
+    } else if (outcome.eEnd == FetchOutcome::EEnd::Cancelled) {
+        QDialog::reject();
+    } else {
+        const int nSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+        m_pIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxCritical, nullptr, this).pixmap(nSize));
+        m_pIcon->show();
+        m_pTitle->setText(outcome.strText);
+        m_pBar->hide();
+        m_pDetails->hide();
+        m_pButton->setText(FetchText::c_strClose);
+        m_pButton->setEnabled(true);
+        m_pButton->setDefault(true);
+        m_pButton->setFocus();
+        adjustSize();
+    }
+}
