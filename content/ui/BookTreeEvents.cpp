@@ -1,11 +1,13 @@
 // What the person does in the tree with mouse and keys.
 #include "content/ui/BookTreeView.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QStatusTipEvent>
 
 void CBookTreeView::keyPressEvent(QKeyEvent* pEvent) {
     if (pEvent->key() == Qt::Key_F2 && pEvent->modifiers() == Qt::NoModifier) {
@@ -63,6 +65,12 @@ QMenu* CBookTreeView::MakeMenu(std::span<const int> commands) {
         pAction->setEnabled(IsCommandEnabled(nCommand));
         connect(pAction, &QAction::triggered, this, [this, nCommand] { RunCommand(nCommand); });
     }
+    // A menu that stands for itself keeps its hints to itself; here the main window's status bar has them.
+    connect(pMenu, &QMenu::hovered, this, [this](QAction* pAction) { pAction->showStatusText(this); });
+    connect(pMenu, &QMenu::aboutToHide, this, [this] {
+        QStatusTipEvent none{QString()};
+        QApplication::sendEvent(this, &none);
+    });
     return pMenu;
 }
 

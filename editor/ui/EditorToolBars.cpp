@@ -74,6 +74,9 @@ void CEditorToolBars::AddBox(QToolBar& bar, int nId) {
     const bool bFonts = nId == Id::c_nFontBox;
     auto* pBox = new QComboBox(&bar);
     pBox->setObjectName(QStringLiteral("box_%1").arg(nId));
+    pBox->setAccessibleName(Find(nId)->strTooltip.toString());
+    pBox->setToolTip(pBox->accessibleName());
+    pBox->setStatusTip(pBox->accessibleName());
     pBox->setFixedWidth((bFonts ? c_nFontBoxWidth : c_nSizeBoxWidth) + c_nArrowWidth);
     for (const BoxRow& row : bFonts ? Fonts() : Sizes())
         pBox->addItem(row.strShown.toString(), row.strValue.toString());

@@ -1,7 +1,7 @@
 #include "app/CommandTable.h"
 #include "content/TreeCommands.h"
+#include "tests/app/WrittenCommands.h"
 
-#include <QFile>
 #include <QMap>
 #include <QSet>
 #include <QStringList>
@@ -27,24 +27,11 @@ QString NameOf(const Command& command) {
     return names.value(command.Rule) + (command.bOffWhileEditing ? u"+not-editing"_s : QString());
 }
 
-/// The lines of the written table that begin with the word, without it; empty fields kept.
-QList<QStringList> Written(const QString& strWord) {
-    QFile file(QStringLiteral(VOREL_COMMANDS));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    QList<QStringList> lines;
-    for (const QString& strLine : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
-        const QStringList fields = strLine.split(u'\t');
-        if (fields.first() == strWord)
-            lines.append(fields.mid(1));
-    }
-    return lines;
-}
-
 // A text, shortcut or rule that drifted from what is written down, an id used twice, a command that a floor
 // lost or that nobody wrote down.
 TEST(CommandTable, SaysWhatIsWrittenDown) {
     QSet<int> written;
-    for (const QStringList& line : Written(u"command"_s)) {
+    for (const QStringList& line : WrittenCommands(u"command"_s)) {
         ASSERT_EQ(line.size(), 6) << line.join(u'|').toStdString();
         const Command* pCommand = Find(line[0].toInt());
         ASSERT_NE(pCommand, nullptr) << line[0].toStdString();
@@ -64,7 +51,7 @@ TEST(CommandTable, SaysWhatIsWrittenDown) {
 
 TEST(CommandTable, EveryPlaceHoldsWhatIsWrittenDown) {
     const QList<Place> places = Places();
-    const QList<QStringList> written = Written(u"place"_s);
+    const QList<QStringList> written = WrittenCommands(u"place"_s);
     ASSERT_EQ(places.size(), written.size());
     for (qsizetype n = 0; n < places.size(); ++n) {
         EXPECT_EQ(places[n].strName.toStdString(), written[n][0].toStdString());

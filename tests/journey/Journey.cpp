@@ -2,6 +2,7 @@
 
 #include "foundation/CodePage.h"
 #include "tests/journey/Steps.h"
+#include "tests/support/CommandWalk.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -106,6 +107,7 @@ public:
     void AddNode() {
         ClickLine(c_strTree, RootText(), 3);
         m_robot.Shot(u"context-menu"_s);
+        WriteCommands(u"menu"_s);
         m_robot.ClickMenuEntry(u"添加子栏目"_s);
         m_robot.WaitForWidget(u"titleEdit"_s);
         m_robot.Press(u"ctrl+a"_s);
@@ -119,6 +121,7 @@ public:
         m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
         m_robot.Press(u"ctrl+Tab"_s);
         m_robot.Shot(u"recent"_s);
+        WriteCommands(u"no-course"_s);
         m_robot.Click(u"ok"_s, c_strStartup);
         m_robot.Fill(u"password"_s, c_strNewPassword);
         m_robot.Shot(u"password"_s);
@@ -132,7 +135,12 @@ public:
         const QString strBefore = SavedPage();
         SelectFirstLeaf(u"page-again"_s);
         // Opened for editing and left untouched, the page asks nothing and stays what it is.
+        WriteCommands(u"page"_s);
         EnterEditor();
+        m_robot.WaitFor("the frame to know of the editor", [] {
+            return !qobject_cast<QAbstractButton*>(Robot::Find(u"tool_32815"_s))->isEnabled();
+        });
+        WriteCommands(u"editor"_s);
         ClickLine(c_strTree, c_strNewNode);
         m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
         if (SavedPage() != strBefore || strBefore.isEmpty())
@@ -151,6 +159,15 @@ public:
     }
 
 private:
+    /// What the window offers just now, "commands-<state>.tsv".
+    void WriteCommands(const QString& strState) const {
+        const auto strTable = Robot::Ask<QString>(
+            [] { return CCommandWalk(*qobject_cast<QMainWindow*>(Robot::Find(c_strFrame))).Table(); });
+        QFile file(m_strFolder + u"/commands-%1.tsv"_s.arg(strState));
+        if (!file.open(QIODevice::WriteOnly) || file.write(strTable.toUtf8()) < 0)
+            throw Robot::Failure("the table of commands can't be written");
+    }
+
     /// The page that holds the typed text, as it lies on the disk; empty when there is none.
     QString SavedPage() const {
         const QDir nodes(Fact(u"course"_s) + u"/Data/Courseware/NodeResource"_s);

@@ -30,15 +30,16 @@ server=
 stop_server() { [ -z "$server" ] || { kill -CONT "$server"; kill "$server"; wait "$server"; } 2>/dev/null || true; server=; }
 trap stop_server EXIT
 
-# Runs the program with somebody at its windows; answers whether all went as it should.
+# Runs the program with somebody at its windows; answers whether all went as it should. Nobody's desktop learns of it, and
+# no first click goes to the splash.
 play() { # PART FOLDER SECONDS [COMMAND THAT GIVES A DISPLAY]
   local part="$1" folder="$2" seconds="$3" display="${4:-$root/scripts/with-display.sh}"
   mkdir -p "$folder"
   rm -f "$folder/part.txt"
   env VOREL_JOURNEY_FOLDER="$folder" VOREL_JOURNEY_PART="$part" VOREL_JOURNEY_SERVER="$server" \
-    VOREL_JOURNEY_STATE="$place/CourseServer" QT_PLUGIN_PATH="$build/lib/plugins" \
-    QT_QPA_GENERIC_PLUGINS="voreljourney${VOREL_STALLS_FILE:+,vorelstalls}" \
-    timeout "$seconds" "$display" "$stage/Vorel" >>"$log" 2>&1 || true
+    VOREL_JOURNEY_STATE="$place/CourseServer" XDG_DATA_HOME="$place/data" XDG_CONFIG_HOME="$place/config" \
+    QT_PLUGIN_PATH="$build/lib/plugins" QT_QPA_GENERIC_PLUGINS="voreljourney${VOREL_STALLS_FILE:+,vorelstalls}" \
+    timeout "$seconds" "$display" "$stage/Vorel" --no-splash >>"$log" 2>&1 || true
   [ "$(cat "$folder/part.txt" 2>/dev/null)" = ok ] && return 0
   cat "$folder/part.txt" 2>/dev/null || echo "the program ended before its time"
   tail -n 30 "$log"

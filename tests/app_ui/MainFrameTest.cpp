@@ -1,0 +1,185 @@
+#include "app/ui/MainFrame.h"
+
+#include "app/Texts.h"
+#include "foundation/SysInfo.h"
+#include "tests/app/WrittenCommands.h"
+#include "tests/support/CommandWalk.h"
+#include "tests/support/ScriptedPeople.h"
+#include "tests/support/TempFolder.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusTipEvent>
+#include <QtTest/QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// An application that notes what it is asked for.
+class CNotingOwner : public IFrameOwner {
+public:
+    QStringList Asked;
+    bool bOpen = false;
+
+    void NewCourse() override { Asked.append(u"new"_s); }
+    void OpenCourseCommand() override { Asked.append(u"open"_s); }
+    void OpenCourse(const QString& strPath) override { Asked.append(strPath); }
+    void CloseCourse() override { Asked.append(u"close"_s); }
+    void ChangePassword() override { Asked.append(u"password"_s); }
+    void ChangeServerAddress() override { Asked.append(u"server"_s); }
+    void ShowOptions() override { Asked.append(u"options"_s); }
+    void ShowAbout() override { Asked.append(u"about"_s); }
+    void Compile(Companions::ECompileForm form) override {
+        Asked.append(u"compile "_s + QString::number(static_cast<int>(form)));
+    }
+    void ExportWord() override { Asked.append(u"word"_s); }
+    void DownloadTemplate() override { Asked.append(u"download"_s); }
+    void SetTemplate() override { Asked.append(u"template"_s); }
+    void ShowOverallPreview() override { Asked.append(u"preview"_s); }
+    bool IsCourseOpen() const override { return bOpen; }
+    bool HasWordExport() const override { return false; }
+};
+
+class MainFrameTest : public ::testing::Test {
+protected:
+    MainFrameTest() {
+        CSysInfo::Reset(m_folder.Path(u"Vorel"_s));
+        m_pFrame = std::make_unique<CMainFrame>(m_owner, m_people);
+        m_pFrame->resize(1000, 700);
+        m_pFrame->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(m_pFrame.get()));
+        m_pFrame->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(m_pFrame.get()));
+    }
+    template <class T>
+    T& Child(const QString& strName) {
+        return *m_pFrame->findChild<T*>(strName);
+    }
+    QAction& Action(int nId) { return Child<QAction>(u"command_%1"_s.arg(nId)); }
+    int LeftWidth() { return Child<QSplitter>(u"splitter"_s).sizes().first(); }
+
+    CTempFolder m_folder;
+    CScriptedPeople m_people;
+    CNotingOwner m_owner;
+    std::unique_ptr<CMainFrame> m_pFrame;
+};
+
+// A command that the table knows but the window does not show, or shows elsewhere or under other words.
+TEST_F(MainFrameTest, ShowsEveryWrittenCommandInItsPlace) {
+    m_pFrame->SetRecentCourses({u"Z:\\a.vcp"_s});
+    const CCommandWalk walk(*m_pFrame);
+    QMap<QString, QStringList> ids;
+    QMap<QString, CommandSeen> seen;
+    for (const CommandSeen& each : walk.Seen()) {
+        const bool bRecent = each.strPlace.contains(u" > 最近课程"_s);
+        const QString strPlace = each.strPlace == u"mainToolBar"_s ? u"toolbar"_s : each.strPlace;
+        ids[strPlace.section(u" > "_s, 0, 0)].append(QString::number(bRecent ? 32938 : each.nId));
+        CommandSeen& row = seen[QString::number(each.nId)];
+        const QString strButton = row.strButton + each.strButton;
+        row = each;
+        row.strButton = strButton;
+    }
+    for (const QStringList& place : WrittenCommands(u"place"_s)) {
+        if (ids.contains(place[0])) {
+            EXPECT_EQ(ids.take(place[0]).join(u' ').toStdString(),
+                      QString(place[1]).remove(u"+ "_s).toStdString());
+        }
+    }
+    ids.remove(u"shortcut"_s);
+    ids.remove(u"no place"_s);
+    EXPECT_TRUE(ids.isEmpty()) << ids.firstKey().toStdString();
+    for (const QStringList& written : WrittenCommands(u"command"_s)) {
+        const CommandSeen& shown = seen.value(written[0]);
+        const QStringList said{written[0], shown.strText, shown.strButton, shown.strStatus,
+                               shown.strShortcut};
+        // The window at rest has no editor and no context menu.
+        for (qsizetype n = 1; shown.nId != 0 && shown.nId != 32825 && n < said.size(); ++n)
+            EXPECT_TRUE(written[n] == u"*"_s || written[n] == said[n])
+                << written[0].toStdString() << ": " << said[n].toStdString();
+    }
+}
+
+TEST_F(MainFrameTest, CommandsReachTheApplicationWhenTheyAreEnabled) {
+    for (const int nId : {32855, 32935, 32941})
+        Action(nId).trigger();
+    EXPECT_EQ(m_owner.Asked, (QStringList{u"download"_s}));
+    m_owner.Asked.clear();
+    m_owner.bOpen = true;
+    m_pFrame->UpdateCommands();
+    for (const int nId : {32855, 32928, 32929, 32939, 32941})
+        Action(nId).trigger();
+    EXPECT_EQ(m_owner.Asked, (QStringList{u"compile 0"_s, u"compile 1"_s, u"compile 2"_s}));
+}
+
+TEST_F(MainFrameTest, TheBarIsDraggedBetweenItsLimitsAndTheWindowMovesItNot) {
+    EXPECT_EQ(LeftWidth(), 200);
+    auto& splitter = Child<QSplitter>(u"splitter"_s);
+    QSplitterHandle* pHandle = splitter.handle(1);
+    const auto drag = [&](const QPoint& from, int nTo) {
+        QTest::mousePress(pHandle, Qt::LeftButton, {}, from);
+        const QPoint to = pHandle->mapFrom(&splitter, QPoint(nTo, 300));
+        QMouseEvent move(QEvent::MouseMove, to, pHandle->mapToGlobal(to), Qt::LeftButton, Qt::LeftButton, {});
+        QApplication::sendEvent(pHandle, &move);
+        QTest::mouseRelease(pHandle, Qt::LeftButton, {}, to);
+        return LeftWidth();
+    };
+    EXPECT_EQ(drag({1, 100}, 990), splitter.width() / 2);
+    EXPECT_EQ(drag({1, 100}, 3), 150);
+    EXPECT_EQ(drag({1, 1}, 400), 150); // too near to the edge
+    EXPECT_EQ(drag({1, 100}, 401), 400);
+    m_pFrame->resize(640, 700);
+    QApplication::processEvents();
+    EXPECT_EQ(LeftWidth(), 400);
+}
+
+TEST_F(MainFrameTest, KeysGoFromPaneToPane) {
+    EXPECT_TRUE(m_pFrame->GetTreeView().hasFocus());
+    const auto& pane = Child<QStackedWidget>(u"rightPane"_s);
+    QTest::keyClick(m_pFrame.get(), Qt::Key_F6);
+    EXPECT_TRUE(QApplication::focusWidget() && pane.isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(m_pFrame.get(), Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_TRUE(m_pFrame->GetTreeView().hasFocus());
+}
+
+TEST_F(MainFrameTest, KindsWithoutAViewShowTheEmptyOne) {
+    for (const int nKind : {5, 4, 8, -3}) {
+        EXPECT_TRUE(m_pFrame->ShowNodeView(EViewKind::Empty, nullptr));
+        EXPECT_TRUE(m_pFrame->ShowNodeView(static_cast<EViewKind>(nKind), nullptr));
+        const QWidget* pShown = Child<QStackedWidget>(u"rightPane"_s).currentWidget();
+        EXPECT_EQ(pShown->objectName(), u"CNothingView"_s) << nKind;
+    }
+}
+
+TEST_F(MainFrameTest, HintsGiveWayToTheTextThatStoodThere) {
+    auto& text = Child<QLabel>(u"statusText"_s);
+    const auto hint = [&](const QString& strHint) {
+        QStatusTipEvent event(strHint);
+        QApplication::sendEvent(&m_pFrame->GetTreeView(), &event);
+        return text.text();
+    };
+    EXPECT_EQ(hint(u"合成"_s), u"合成"_s);
+    EXPECT_EQ(hint(QString()), u"就绪"_s);
+    m_pFrame->ShowStatusText(AppTexts::c_strLoading);
+    EXPECT_EQ(hint(QString()), AppTexts::c_strLoading);
+}
+
+TEST_F(MainFrameTest, TheButtonsGrowWithTheDesktopsFont) {
+    QApplication::processEvents();
+    auto& button = Child<QToolButton>(u"tool_32855"_s);
+    const QSize before = button.size();
+    EXPECT_EQ(before, Child<QToolButton>(u"tool_32939"_s).size());
+    const QFont font = QApplication::font();
+    QFont larger = font;
+    larger.setPointSize(font.pointSize() * 2);
+    QApplication::setFont(larger);
+    QTest::qWait(50);
+    EXPECT_GT(button.width(), before.width());
+    QApplication::setFont(font);
+    QTest::qWait(50);
+    EXPECT_EQ(button.size(), before);
+}
+
+} // namespace
