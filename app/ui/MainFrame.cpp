@@ -207,6 +207,16 @@ CBookShowView* CMainFrame::CurrentView() const {
 bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     if (!LeaveCurrentView(true))
         return false;
+    SwitchTo(kind, pNode, nParam);
+    return true;
+}
+
+void CMainFrame::ShowEmptyView() {
+    LeaveCurrentView(false);
+    SwitchTo(EViewKind::Empty, nullptr, 0);
+}
+
+void CMainFrame::SwitchTo(EViewKind kind, CBookNode* pNode, int nParam) {
     // The node may go while its view is out of sight.
     if (CBookShowView* pLeft = CurrentView())
         pLeft->m_pNode = nullptr;
@@ -219,7 +229,6 @@ bool CMainFrame::ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) {
     UpdateCommands();
     pView->ShowNode();
     UpdateCommandsSoon();
-    return true;
 }
 
 bool CMainFrame::LeaveCurrentView(bool bCanCancel) {

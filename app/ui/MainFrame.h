@@ -60,6 +60,9 @@ public:
     /// Brings the enabled states of all commands up to date.
     void UpdateCommands();
 
+    /// Leaves the present view without a way to stay, and shows none of the course any more: its nodes go.
+    void ShowEmptyView();
+
     bool ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam = 0) override;
     bool LeaveCurrentView(bool bCanCancel) override;
     bool IsEditorShowing() const override;
@@ -84,6 +87,7 @@ private:
     QAction* ActionOf(int nId);
     CBookShowView* ViewOf(EViewKind kind);
     CBookShowView* CurrentView() const;
+    void SwitchTo(EViewKind kind, CBookNode* pNode, int nParam);
     bool RunApplicationCommand(int nId);
     bool RunOwnCommand(int nId);
     void UpdateCommandsSoon();

@@ -220,8 +220,7 @@ void CVorelApp::CloseCourse() {
         return;
     CBusy busy(m_nBusy);
     m_heartbeat.stop();
-    m_pFrame->LeaveCurrentView(false);
-    m_pFrame->ShowNodeView(EViewKind::Empty, nullptr);
+    m_pFrame->ShowEmptyView();
     m_pFrame->GetTreeView().ResetTree();
     m_pFrame->setWindowTitle(LoadResString(SharedText::c_nWindowTitle));
     m_pCourse->Close();
