@@ -27,6 +27,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QSessionManager>
 
 namespace {
@@ -121,7 +122,9 @@ void CVorelApp::FirstPainted(const QString& strFile) {
 }
 
 bool CVorelApp::IsInTheMiddle() const {
-    return m_nBusy > 0 || QApplication::activeModalWidget() != nullptr || CWebBrowser2Ex::IsCallRunning();
+    return m_nBusy > 0 || CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning() ||
+           QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr ||
+           QApplication::mouseButtons() != Qt::NoButton;
 }
 
 void CVorelApp::EndWhenFree() {
@@ -209,8 +212,7 @@ void CVorelApp::LoadOpenedCourse(std::unique_ptr<CCourse> pCourse) {
     m_pFrame->GetTreeView().LoadTree(*m_pCourse);
     m_pFrame->ShowStatusText(AppTexts::c_strReady);
     StartHeartbeat(c_nHeartbeatMilliseconds);
-    m_pFrame->setWindowTitle(m_pCourse->GetInfo().Name + QStringLiteral(" - ") +
-                             LoadResString(SharedText::c_nWindowTitle));
+    ShowCourseName();
     CSysInfo::Instance().AddRecentCourse(m_pCourse->GetProjectPath());
     RebuildRecentMenu();
 }
@@ -256,8 +258,8 @@ void CVorelApp::ChangePassword() {
     if (!m_pCourse)
         return;
     CBusy busy(m_nBusy);
-    CCourseInfo info = m_pCourse->GetInfo();
-    m_session.ChangePassword(info, QString());
+    m_session.ChangePassword(*m_pCourse);
+    ShowCourseInfo();
 }
 
 void CVorelApp::ChangeServerAddress() {
@@ -282,7 +284,9 @@ void CVorelApp::Compile(Companions::ECompileForm form) {
     if (!m_pCourse)
         return;
     CBusy busy(m_nBusy);
-    if (!m_session.ValidateCourse(*m_pCourse)) {
+    const bool bValid = m_session.ValidateCourse(*m_pCourse);
+    ShowCourseInfo();
+    if (!bValid) {
         // The check has said itself what failed; only the full compilation says so once more.
         if (form == Companions::ECompileForm::Site)
             m_people.Error(AppTexts::c_strValidationFailed);
@@ -344,18 +348,32 @@ void CVorelApp::StartHeartbeat(int nMilliseconds) {
     m_heartbeat.start(nMilliseconds);
 }
 
+void CVorelApp::ShowCourseName() {
+    m_pFrame->setWindowTitle(m_pCourse->GetInfo().Name + QStringLiteral(" - ") +
+                             LoadResString(SharedText::c_nWindowTitle));
+}
+
+void CVorelApp::ShowCourseInfo() {
+    ShowCourseName();
+    m_pFrame->GetTreeView().ShowCourseInfo();
+}
+
 void CVorelApp::Heartbeat() {
     if (!m_pCourse)
         return;
-    // A step under way or an open dialog works on the course's nodes, so that the course can't close now, and
-    // while a page is being asked nobody else can save it: report in silence to keep the session, and come
-    // again soon when that failed.
     const bool bInTheMiddle = IsInTheMiddle();
-    CBusy busy(m_nBusy);
-    if (m_session.ReportStatus(*m_pCourse, StatusType::c_nHeartbeat, CourseFigures(), !bInTheMiddle))
+    const CBusy busy(m_nBusy);
+    const CQtPeople::CPaintInside painting;
+    QElapsedTimer lasted;
+    lasted.start();
+    if (m_session.ReportStatus(*m_pCourse, StatusType::c_nHeartbeat, CourseFigures(), !bInTheMiddle)) {
         StartHeartbeat(c_nHeartbeatMilliseconds);
-    else if (bInTheMiddle)
-        StartHeartbeat(c_nHeartbeatRetryMilliseconds);
-    else
+        ShowCourseInfo();
+    } else if (bInTheMiddle) {
+        // Who had to wait for a server that doesn't answer is left alone for a while.
+        const bool bWaited = lasted.elapsed() > c_nHeartbeatRetryMilliseconds / 2;
+        StartHeartbeat(bWaited ? c_nHeartbeatMilliseconds : c_nHeartbeatRetryMilliseconds);
+    } else {
         CloseCourse();
+    }
 }

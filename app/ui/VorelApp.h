@@ -63,13 +63,19 @@ private:
     void ShowStartup();
     /// The frame stands on the screen: what comes with it goes on from here.
     void FirstPainted(const QString& strFile);
-    /// A step under way or an open dialog works on the course.
+    /// A step under way, an open dialog or menu, or a mouse button that is down works on the course's nodes,
+    /// so that the course can't close now, and while a page is being asked nobody else can save it.
     bool IsInTheMiddle() const;
     /// The process is asked to end: closes the window, as the person would, once nothing is under way.
     void EndWhenFree();
     void EndSession(QSessionManager& manager);
     void LoadOpenedCourse(std::unique_ptr<CCourse> pCourse);
     void RebuildRecentMenu();
+    void ShowCourseName();
+    /// The server may have given the open course another name or teacher.
+    void ShowCourseInfo();
+    /// Reports to the server, and closes the course when the session is lost. In the middle of something it
+    /// reports in silence to keep the session, and comes again soon when that failed.
     void Heartbeat();
     void StartHeartbeat(int nMilliseconds);
     CourseServices Services();

@@ -172,6 +172,13 @@ void CBookTreeView::FillTree(CCourse& course) {
     m_pRootItem->setExpanded(true);
 }
 
+void CBookTreeView::ShowCourseInfo() {
+    if (!m_pCourseItem || !m_pRootItem)
+        return;
+    m_pCourseItem->setText(0, m_pCourse->GetInfo().Name);
+    m_pRootItem->setText(0, m_pCourse->GetInfo().TeacherName);
+}
+
 void CBookTreeView::ResetTree() {
     m_pSelection->Drop();
     m_edited = QPersistentModelIndex();

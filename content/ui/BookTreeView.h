@@ -32,6 +32,8 @@ public:
     void LoadTree(CCourse& course);
     /// Empties the tree and frees all nodes: no view may show one any more.
     void ResetTree();
+    /// The course's name and its teacher as they are now.
+    void ShowCourseInfo();
 
     /// A colour word of a template: red in the low byte, then green and blue.
     void SetBackColor(quint32 nColor);

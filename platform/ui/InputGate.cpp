@@ -5,12 +5,19 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+namespace {
+
+CInputGate* s_pActive = nullptr;
+
+} // namespace
+
 CInputGate::CInputGate(QWidget& open, std::function<void()> cancel)
     : m_pOpen(&open), m_cancel(std::move(cancel)) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
 CInputGate::~CInputGate() {
+    SetActive(false);
     for (Kept& kept : m_kept) {
         if (!kept.pWindow)
             continue;
@@ -28,6 +35,15 @@ CInputGate::~CInputGate() {
             },
             Qt::QueuedConnection);
     }
+}
+
+void CInputGate::SetActive(bool bActive) {
+    if (bActive == m_bActive)
+        return;
+    m_bActive = bActive;
+    if (bActive)
+        m_pOuter = s_pActive;
+    s_pActive = bActive ? this : m_pOuter;
 }
 
 bool CInputGate::IsOpen(QObject* pObject) const {
@@ -54,7 +70,7 @@ bool CInputGate::TakeKey(QObject* pObject, const QKeyEvent& key) {
 }
 
 bool CInputGate::eventFilter(QObject* pObject, QEvent* pEvent) {
-    if (!m_bActive)
+    if (s_pActive != this)
         return false;
     switch (pEvent->type()) {
     case QEvent::ShortcutOverride:

@@ -22,8 +22,9 @@ public:
     CInputGate(const CInputGate&) = delete;
     CInputGate& operator=(const CInputGate&) = delete;
 
-    /// Open to everything again, for a box that comes up before the gate goes.
-    void SetActive(bool bActive) { m_bActive = bActive; }
+    /// Only a gate that is active holds anything back, and of several the one that was activated last: a box
+    /// that comes up before the gate goes can be answered.
+    void SetActive(bool bActive);
 
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
@@ -38,6 +39,7 @@ private:
     void Keep(QObject* pObject, const QEvent& event);
 
     bool m_bActive = false;
+    CInputGate* m_pOuter = nullptr;
     QPointer<QWidget> m_pOpen;
     std::function<void()> m_cancel;
     std::vector<Kept> m_kept;

@@ -12,6 +12,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <utility>
+
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
@@ -21,9 +23,11 @@ namespace {
 
 constexpr QSize c_pickerSize(760, 500);
 constexpr int c_nPaintMilliseconds = 5;
-constexpr qint64 c_nPaintInterval = 20;
+constexpr qint64 c_nPaintInterval = 10;
 
-bool s_bKeepingPainting = false;
+int s_nPainting = 0;
+/// A handler that is called while painting doesn't start it anew.
+bool s_bBarred = false;
 
 struct SButton {
     BoxAnswer Answer;
@@ -96,18 +100,26 @@ std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const Q
 
 void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
     static QElapsedTimer s_last;
-    if (s_bKeepingPainting || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
+    if (s_bBarred || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
         return;
-    s_bKeepingPainting = true;
+    s_bBarred = true;
+    ++s_nPainting;
     QCoreApplication::processEvents(flags, c_nPaintMilliseconds);
-    s_bKeepingPainting = false;
+    --s_nPainting;
+    s_bBarred = false;
     s_last.start();
 }
 
 } // namespace
 
 bool CQtPeople::IsKeepingPainting() {
-    return s_bKeepingPainting;
+    return s_nPainting > 0;
+}
+
+CQtPeople::CPaintInside::CPaintInside() : m_bBarred(std::exchange(s_bBarred, false)) {}
+
+CQtPeople::CPaintInside::~CPaintInside() {
+    s_bBarred = m_bBarred;
 }
 
 QWidget* CQtPeople::Parent() const {

@@ -17,6 +17,18 @@ public:
     /// True inside KeepPainting. Timers fire there too: a handler that starts work of its own puts it off.
     static bool IsKeepingPainting();
 
+    /// For a handler that can't put its work off: while this stands, KeepPainting works inside it too.
+    class CPaintInside {
+    public:
+        CPaintInside();
+        ~CPaintInside();
+        CPaintInside(const CPaintInside&) = delete;
+        CPaintInside& operator=(const CPaintInside&) = delete;
+
+    private:
+        bool m_bBarred;
+    };
+
     Torvane::Dialog::MFC::BoxAnswer Ask(const QString& strText, const QString& strTitle,
                                         Torvane::Dialog::MFC::BoxButtons buttons,
                                         Torvane::Dialog::MFC::BoxIcon icon) override;

@@ -14,7 +14,8 @@ QLineEdit* AddField(QFormLayout* pLayout, const QString& strLabel, const QString
                     QLineEdit::EchoMode echo) {
     auto* pField = new QLineEdit;
     pField->setObjectName(strName);
-    pField->setAccessibleName(QString(strLabel).remove(u'：'));
+    // The label without its key.
+    pField->setAccessibleName(strLabel.first(strLabel.indexOf(QLatin1String("(&"))));
     pField->setEchoMode(echo);
     pField->setMinimumWidth(c_nFieldWidth);
     pLayout->addRow(strLabel, pField);
