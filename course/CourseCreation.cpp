@@ -73,7 +73,9 @@ void CCourse::Create(const CreateRecord& record) {
         CreateData(record.TemplateName);
         pStatus->ShowStatus(c_strRecordingInfo);
         RecordInfo(record);
+        m_services.People.KeepPainting();
         OpenDatabase(c_strOpenNewDatabaseFailed);
+        m_services.People.KeepPainting();
         if (!m_pDatabase->SetSeedTitles(CSysInfo::Instance().GetSchoolName(), record.Info.Name,
                                         record.Info.TeacherName))
             throw Torvane::CRunException(c_strWriteDatabaseFailed);
@@ -81,6 +83,7 @@ void CCourse::Create(const CreateRecord& record) {
             pStatus->ShowStatus(c_strMakingNodes);
             MakeInitialNodes(record);
         }
+        m_services.People.KeepPainting();
         m_pDatabase.reset();
     } catch (const Torvane::CRunException&) {
         throw;

@@ -60,16 +60,14 @@ bool CProjectFile::Load() {
 }
 
 bool CProjectFile::Save() const {
-    const auto write = [this](const QString& strSection, const QString& strKey, const QString& strValue) {
-        WriteProfileString(strSection, strKey, strValue, m_strPath);
-    };
-    write(c_strCourse, c_strId, QString::number(m_info.Id));
-    write(c_strCourse, c_strName, m_info.Name);
-    write(c_strCourse, c_strTeacherName, m_info.TeacherName);
-    write(c_strTemplate, c_strName, m_strTemplateName);
-    write(c_strSynchro, c_strServer, m_strSynchroServer);
-    write(c_strSynchro, c_strUserName, m_strSynchroUserName);
-    write(c_strCompile, c_strLastDirKey, m_strLastDir);
+    WriteProfileStrings({{c_strCourse, c_strId, QString::number(m_info.Id)},
+                         {c_strCourse, c_strName, m_info.Name},
+                         {c_strCourse, c_strTeacherName, m_info.TeacherName},
+                         {c_strTemplate, c_strName, m_strTemplateName},
+                         {c_strSynchro, c_strServer, m_strSynchroServer},
+                         {c_strSynchro, c_strUserName, m_strSynchroUserName},
+                         {c_strCompile, c_strLastDirKey, m_strLastDir}},
+                        m_strPath);
     return true;
 }
 

@@ -2,14 +2,41 @@
 
 #include "course/PaintingFilter.h"
 #include "course/TemplateStore.h"
+#include "course/Texts.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
 
+#include <QElapsedTimer>
+
+#include <memory>
+
 using namespace Torvane::File;
 
 namespace {
+
+constexpr qint64 c_nSilentMilliseconds = 500;
+
+/// Says what is going on once it lasts.
+class CSkinFilter : public CPaintingFilter {
+public:
+    explicit CSkinFilter(Torvane::Dialog::MFC::IPeople& people) : CPaintingFilter(people), m_people(people) {
+        m_waited.start();
+    }
+    bool Cancelled() override {
+        if (!m_pStatus && m_waited.elapsed() > c_nSilentMilliseconds) {
+            m_pStatus = m_people.OpenStatus();
+            m_pStatus->ShowStatus(CourseText::c_strReplacingSkin);
+        }
+        return CPaintingFilter::Cancelled();
+    }
+
+private:
+    Torvane::Dialog::MFC::IPeople& m_people;
+    std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> m_pStatus;
+    QElapsedTimer m_waited;
+};
 
 /// What can't be deleted stays under the new skin, which is better than a skin that is half gone.
 void DeleteAsFarAsPossible(const QString& strFolder, IWalkFilter& filter) {
@@ -23,10 +50,9 @@ void DeleteAsFarAsPossible(const QString& strFolder, IWalkFilter& filter) {
 }
 
 void CopyFolders(const QString& strTemplate, const QString& strTargetFolder, bool bReplace,
-                 Torvane::Dialog::MFC::IPeople& people) {
+                 IWalkFilter& filter) {
     const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
     const QString strSkin = store.GetSkinFolder(strTemplate);
-    CPaintingFilter filter(people);
     for (const QString& strName : SkinFolders(strSkin)) {
         const QString strTarget = AddBackslash(strTargetFolder) + strName;
         if (bReplace)
@@ -39,10 +65,12 @@ void CopyFolders(const QString& strTemplate, const QString& strTargetFolder, boo
 
 void CopySkin(const QString& strTemplate, const QString& strTargetFolder,
               Torvane::Dialog::MFC::IPeople& people) {
-    CopyFolders(strTemplate, strTargetFolder, false, people);
+    CPaintingFilter filter(people);
+    CopyFolders(strTemplate, strTargetFolder, false, filter);
 }
 
 void ReplaceSkin(const QString& strTemplate, const QString& strTargetFolder,
                  Torvane::Dialog::MFC::IPeople& people) {
-    CopyFolders(strTemplate, strTargetFolder, true, people);
+    CSkinFilter filter(people);
+    CopyFolders(strTemplate, strTargetFolder, true, filter);
 }

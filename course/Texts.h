@@ -42,6 +42,7 @@ inline const QString c_strTreesDiffer =
                    "1. 选择教师名节点，右键，导出。\r\n"
                    "2.新建课程，选择新的模板\r\n"
                    "3.选择教师名节点，导入。");
+inline const QString c_strReplacingSkin = QStringLiteral("正在更换模板...");
 inline const QString c_strReplaceSkinFailed = QStringLiteral("拷贝Skin相关文件夹失败！");
 inline const QString c_strTemplateSet = QStringLiteral("模板修改成功！");
 

@@ -183,6 +183,10 @@ qint32 ReadProfileInt(const QString& strSection, const QString& strKey, qint32 n
 
 void WriteProfileString(const QString& strSection, const QString& strKey, const QString& strValue,
                         const QString& strPath) {
+    WriteProfileStrings({{strSection, strKey, strValue}}, strPath);
+}
+
+void WriteProfileStrings(const QList<ProfileEntry>& entries, const QString& strPath) {
     if (CodePage::ByteLength(strPath) > Torvane::File::c_nMaxPathBytes)
         ThrowSystemError(ENAMETOOLONG);
     const QByteArray path = Platform::NativeBytes(strPath);
@@ -192,8 +196,10 @@ void WriteProfileString(const QString& strSection, const QString& strKey, const 
         ThrowSystemError(nError);
     if (old.size() > c_nMaxFileBytes)
         ThrowSystemError(EFBIG);
-    const QByteArray changed =
-        WithKey(old, CodePage::Encode(strSection), CodePage::Encode(strKey), WrittenValue(strValue));
+    QByteArray changed = old;
+    for (const ProfileEntry& entry : entries)
+        changed = WithKey(changed, CodePage::Encode(entry.strSection), CodePage::Encode(entry.strKey),
+                          WrittenValue(entry.strValue));
     if (nError == 0 && changed == old)
         return;
     if (const int nWriteError = Platform::ReplaceFileBytes(path, changed))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 /// INI files in the code page, shared with the companion programs. Section and key names match ignoring ASCII
@@ -20,3 +21,11 @@ qint32 ReadProfileInt(const QString& strSection, const QString& strKey, qint32 n
 /// are written as blanks.
 void WriteProfileString(const QString& strSection, const QString& strKey, const QString& strValue,
                         const QString& strPath);
+
+/// The same for several keys in their order, in one writing of the file.
+struct ProfileEntry {
+    QString strSection;
+    QString strKey;
+    QString strValue;
+};
+void WriteProfileStrings(const QList<ProfileEntry>& entries, const QString& strPath);
