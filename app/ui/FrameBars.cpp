@@ -81,6 +81,17 @@ void CFrameToolBar::FitButtons() {
     update();
 }
 
+void CFrameToolBar::DropHover() {
+    const bool bBlocked = QApplication::activeModalWidget() != nullptr;
+    for (QToolButton* pButton : m_buttons) {
+        const bool bOver = !bBlocked && pButton->rect().contains(pButton->mapFromGlobal(QCursor::pos()));
+        if (pButton->underMouse() && !bOver) {
+            QEvent leave(QEvent::Leave);
+            QApplication::sendEvent(pButton, &leave);
+        }
+    }
+}
+
 CFrameStatusBar::CFrameStatusBar(QWidget* pParent) : QStatusBar(pParent), m_pMessage(new QLabel(this)) {
     setObjectName(QStringLiteral("statusBar"));
     m_pMessage->setObjectName(QStringLiteral("statusText"));

@@ -23,6 +23,10 @@ public:
     /// that opens it; the menu goes to the button.
     void AddButton(QAction& action, const QString& strName, QMenu* pDropDown = nullptr);
 
+    /// Takes the light off the buttons that the mouse isn't over. A dialog that comes up from a menu, with
+    /// the mouse over a button, keeps the button from hearing that the mouse has gone.
+    void DropHover();
+
 protected:
     bool event(QEvent* pEvent) override;
 

@@ -359,6 +359,11 @@ bool CMainFrame::event(QEvent* pEvent) {
         m_pStatusBar->ShowHint(static_cast<QStatusTipEvent*>(pEvent)->tip());
         return true;
     }
+    if (pEvent->type() == QEvent::WindowBlocked || pEvent->type() == QEvent::WindowUnblocked) {
+        m_pStatusBar->ShowHint(QString());
+        // The button hears of the mouse after its window hears of the dialog.
+        QTimer::singleShot(0, m_pToolBar, &CFrameToolBar::DropHover);
+    }
     const bool bDone = QMainWindow::event(pEvent);
     if (pEvent->type() == QEvent::Paint && !m_bPainted) {
         m_bPainted = true;
