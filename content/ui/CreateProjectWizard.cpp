@@ -9,11 +9,13 @@
 #include "platform/ui/DialogParts.h"
 
 #include <QAbstractButton>
+#include <QEvent>
 #include <QTimer>
 
 namespace {
 
 constexpr QSize c_size(680, 540);
+constexpr int c_nActivationMilliseconds = 1000;
 
 } // namespace
 
@@ -56,12 +58,22 @@ void CCreateProjectWizard::AddPages() {
 }
 
 bool CCreateProjectWizard::Run() {
-    // From the event loop, so that the wizard stands there first.
-    QTimer::singleShot(0, this, &CCreateProjectWizard::FetchCourses);
+    // Where the desktop keeps the wizard from becoming active.
+    QTimer::singleShot(c_nActivationMilliseconds, this, &CCreateProjectWizard::FetchCourses);
     return exec() == Accepted;
 }
 
+bool CCreateProjectWizard::event(QEvent* pEvent) {
+    // Not before the wizard really stands there: it would come up over the status window of the fetch.
+    if (pEvent->type() == QEvent::WindowActivate)
+        QTimer::singleShot(0, this, &CCreateProjectWizard::FetchCourses);
+    return QWizard::event(pEvent);
+}
+
 void CCreateProjectWizard::FetchCourses() {
+    if (m_bFetching)
+        return;
+    m_bFetching = true;
     if (!m_pCoursePage->FetchCourses())
         reject();
 }

@@ -22,6 +22,9 @@ public:
     bool Run();
     const CreateRecord& GetRecord() const { return m_record; }
 
+protected:
+    bool event(QEvent* pEvent) override;
+
 private:
     void SetButtons();
     void AddPages();
@@ -32,6 +35,8 @@ private:
     CCourseChoice m_choice;
     /// The pages fill it, each its own part, as they are left.
     CreateRecord m_record;
+    /// The fetch has begun; there is one.
+    bool m_bFetching = false;
     CGetCourseInfoPropertyPage* m_pCoursePage = nullptr;
     /// Not among the pages: nobody is asked for the initial nodes.
     std::unique_ptr<CSelectCourseNodePropertyPage> m_pNodesPage;

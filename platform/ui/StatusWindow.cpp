@@ -99,6 +99,8 @@ void CStatusWindow::PaintNow() {
         if (!m_pWindow)
             return;
     }
+    // A window below that has only just come up itself may have gone over this one.
+    m_pWindow->raise();
     m_pWindow->repaint();
     m_pump(QEventLoop::ExcludeUserInputEvents);
 }
