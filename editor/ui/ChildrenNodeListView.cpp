@@ -46,6 +46,7 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
     m_pSelected->setFixedWidth(c_nSideWidth);
 
     m_pList->setObjectName(QStringLiteral("childrenList"));
+    m_pList->setAccessibleName(EditorTexts::c_strChildColumn);
     m_pList->setHeaderLabels({EditorTexts::c_strChildColumn, EditorTexts::c_strTypeColumn});
     m_pList->setRootIsDecorated(false);
     m_pList->setUniformRowHeights(true);

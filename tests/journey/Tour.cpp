@@ -77,6 +77,8 @@ public:
         Command(32921);
         m_robot.WaitForWidget(u"templateList"_s, u"templateDialog"_s);
         m_robot.ClickInto(u"templateList"_s, u"templateDialog"_s);
+        m_robot.WaitFor("the list below the box",
+                        [] { return QApplication::activePopupWidget() != nullptr; });
         m_robot.Press(u"Escape"_s);
         m_robot.Press(u"Down"_s);
         m_robot.Shot(u"other-template"_s);
