@@ -62,6 +62,8 @@ CVorelApp::CVorelApp()
     m_heartbeat.setObjectName(QStringLiteral("timer_101"));
     m_heartbeat.setSingleShot(true);
     QObject::connect(&m_heartbeat, &QTimer::timeout, &m_heartbeat, [this] { Heartbeat(); });
+    m_endRetry.setSingleShot(true);
+    QObject::connect(&m_endRetry, &QTimer::timeout, &m_endRetry, [this] { EndWhenFree(); });
 }
 
 // The frame goes first: its views still know the nodes of a course that is open.
@@ -128,8 +130,13 @@ bool CVorelApp::IsInTheMiddle() const {
 }
 
 void CVorelApp::EndWhenFree() {
+    // The question that the closing asks is no dialog to be cancelled by another request.
+    if (m_bClosing)
+        return;
     if (!IsInTheMiddle()) {
+        m_bClosing = true;
         m_pFrame->close();
+        m_bClosing = false;
         return;
     }
     // An open dialog is cancelled, once: one that stays, or asks in its turn, waits for the person.
@@ -138,7 +145,7 @@ void CVorelApp::EndWhenFree() {
         pDialog->setProperty(c_szAskedToEnd, true);
         pDialog->close();
     }
-    QTimer::singleShot(c_nEndRetryMilliseconds, m_pFrame.get(), [this] { EndWhenFree(); });
+    m_endRetry.start(c_nEndRetryMilliseconds);
 }
 
 void CVorelApp::EndSession(QSessionManager& manager) {

@@ -98,5 +98,7 @@ private:
     std::unique_ptr<CCourse> m_pCourse;
     /// Timer 101: the session check of the open course.
     QTimer m_heartbeat;
+    QTimer m_endRetry;
+    bool m_bClosing = false;
     int m_nBusy = 0;
 };

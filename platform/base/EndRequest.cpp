@@ -25,6 +25,18 @@ extern "C" void TellOfSignal(int /*nSignal*/) {
     errno = nError;
 }
 
+// Who starts the program with a signal ignored means it.
+void Arm() {
+    struct sigaction action {};
+    action.sa_handler = &TellOfSignal;
+    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+    for (const int nSignal : c_signals) {
+        struct sigaction old {};
+        if (::sigaction(nSignal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN)
+            ::sigaction(nSignal, &action, nullptr);
+    }
+}
+
 } // namespace
 
 struct CEndRequest::Pipe {
@@ -44,16 +56,9 @@ CEndRequest::CEndRequest(std::function<void()> end) : m_pPipe(std::make_unique<P
                          while (::read(nReadEnd, &c, 1) == 1) {
                          }
                          end();
+                         Arm();
                      });
-    struct sigaction action {};
-    action.sa_handler = &TellOfSignal;
-    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
-    for (const int nSignal : c_signals) {
-        // Who starts the program with a signal ignored means it.
-        struct sigaction old {};
-        if (::sigaction(nSignal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN)
-            ::sigaction(nSignal, &action, nullptr);
-    }
+    Arm();
 }
 
 CEndRequest::~CEndRequest() {
