@@ -19,7 +19,9 @@ COptionsDialog::COptionsDialog(QWidget* pParent) : QDialog(pParent) {
     m_pLast->setObjectName(QStringLiteral("startWithLast"));
     m_pOffice = new QCheckBox(AppTexts::c_strOptionOffice, this);
     m_pOffice->setObjectName(QStringLiteral("askOffice"));
-    (settings.GetShowStartupDlg() ? m_pNew : m_pLast)->setChecked(true);
+    QRadioButton* const pPresent = settings.GetShowStartupDlg() ? m_pNew : m_pLast;
+    pPresent->setChecked(true);
+    pPresent->setFocus();
     m_pOffice->setChecked(settings.GetQueryUserSaveOfficeAsHtml());
 
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

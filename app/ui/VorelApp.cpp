@@ -7,6 +7,7 @@
 #include "app/ui/AboutDialog.h"
 #include "app/ui/OptionsDialog.h"
 #include "app/ui/PreviewDialog.h"
+#include "app/ui/ProgramIcon.h"
 #include "app/ui/SplashWindow.h"
 #include "app/ui/StartupDialog.h"
 #include "content/ui/CreateProjectWizard.h"
@@ -157,6 +158,8 @@ void CVorelApp::EndSession(QSessionManager& manager) {
 }
 
 bool CVorelApp::AskFirstServerAddress() {
+    // There is no frame yet that the dialog could have its icon from.
+    QApplication::setWindowIcon(LoadProgramIcon());
     const auto strAddress = AskServerAddress(QStringLiteral("http://"), m_session, m_people, nullptr);
     if (!strAddress)
         return false;

@@ -145,7 +145,11 @@ QByteArray MimePackage(const FileType& type, const QString& strIcon) {
 
 QByteArray DesktopEntry(const FileType& type, const ProgramEntry& program, const QString& strNativePath,
                         const QString& strIcon) {
-    const QString strCommand = QuotedArgument(strNativePath) + QStringLiteral(" %f");
+    QString strCommand = QuotedArgument(strNativePath) + QStringLiteral(" %f");
+    // Some desktops look for the program before they undo the doubled "%": then a program that they find
+    // starts it. That one would take a "=" for a variable.
+    if (strNativePath.contains(u'%') && !strNativePath.contains(u'='))
+        strCommand.prepend(QLatin1String("env "));
     // With "TryExec" the entry is gone from the menus when the portable folder is.
     return QByteArray("[Desktop Entry]\n"
                       "Type=Application\n"

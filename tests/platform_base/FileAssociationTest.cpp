@@ -25,7 +25,7 @@ QByteArray CommandOf(const QString& strPath) {
 TEST(FileAssociation, TheCommandSurvivesEveryPath) {
     EXPECT_EQ(CommandOf(u"/opt/Vorel/Vorel"_s), "\"/opt/Vorel/Vorel\" %f");
     EXPECT_EQ(CommandOf(u"/home/李/课程 工具/Vorel"_s), "\"/home/李/课程 工具/Vorel\" %f");
-    EXPECT_EQ(CommandOf(u"/a\"b$c`d/100%/Vorel"_s), "\"/a\\\\\"b\\\\$c\\\\`d/100%%/Vorel\" %f");
+    EXPECT_EQ(CommandOf(u"/a\"b$c`d/100%/Vorel"_s), "env \"/a\\\\\"b\\\\$c\\\\`d/100%%/Vorel\" %f");
     EXPECT_EQ(CommandOf(u"/a\\b\nc"_s), "\"/a\\\\\\\\b\\nc\" %f");
 }
 
