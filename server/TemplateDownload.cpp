@@ -12,19 +12,38 @@
 #include "server/HttpClient.h"
 #include "server/Texts.h"
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 
 using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
+using Torvane::Net::CCancelledException;
+
+namespace {
+
+constexpr int c_nQuietMilliseconds = 1000;
+
+} // namespace
 
 CTemplateDownload::CTemplateDownload(Torvane::Dialog::MFC::IPeople& people, const QString& strType)
     : m_people(people), m_strType(strType) {}
 
-QByteArray CTemplateDownload::Get(const QString& strBelow) {
+QByteArray CTemplateDownload::Get(const QString& strBelow, const QString& strStatus) {
+    std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> pStatus;
+    QElapsedTimer waited;
+    waited.start();
     Torvane::Net::CHttpClient client;
-    client.SetWaitStep([this] {
+    client.SetWaitStep([&] {
+        if (!pStatus && waited.hasExpired(c_nQuietMilliseconds)) {
+            pStatus = m_people.OpenStatus();
+            pStatus->ShowStatus(strStatus);
+            pStatus->AllowCancel(true);
+        }
+        if (pStatus)
+            return pStatus->KeepWaiting();
         m_people.KeepPainting();
         return true;
     });
@@ -37,8 +56,11 @@ bool CTemplateDownload::FetchList() {
     QByteArray body;
     for (;;) {
         try {
-            body = Get(QStringLiteral("/Down/TemplateList.asp?Type=") + m_strType);
+            body = Get(QStringLiteral("/Down/TemplateList.asp?Type=") + m_strType,
+                       ServerText::c_strFetchingTemplates);
             break;
+        } catch (const CCancelledException&) {
+            return false;
         } catch (const CRunException& exception) {
             if (m_people.Ask(exception.GetMessage(), ServerText::c_strTitleError, BoxButtons::RetryCancel,
                              BoxIcon::Stop) != BoxAnswer::Retry)
@@ -66,14 +88,21 @@ std::optional<QString> CTemplateDownload::FetchPreview(const QString& strName) {
     const QString strTarget = strFolder + QStringLiteral("\\TemplatePreview.jpg");
     try {
         const QByteArray picture =
-            Get(QLatin1Char('/') + m_strType + QLatin1Char('/') + strName + QStringLiteral("/Preview.jpg"));
+            Get(QLatin1Char('/') + m_strType + QLatin1Char('/') + strName + QStringLiteral("/Preview.jpg"),
+                ServerText::c_strFetchingPreview);
         Torvane::File::TryCreateFolderPath(strFolder);
         ReplaceFile(strTarget, picture);
         return strTarget;
+    } catch (const CCancelledException&) {
+        return std::nullopt;
     } catch (const CRunException&) {
-        m_people.Error(ServerText::c_strNoPreview);
+        TellNoPreview();
         return std::nullopt;
     }
+}
+
+void CTemplateDownload::TellNoPreview() {
+    m_people.Error(ServerText::c_strNoPreview);
 }
 
 bool CTemplateDownload::CheckChoice(const QString& strName) {

@@ -16,13 +16,15 @@ public:
     explicit CTemplateDownload(Torvane::Dialog::MFC::IPeople& people,
                                const QString& strType = QStringLiteral("ReportTemplates"));
 
-    /// Fetches the names; false ends the command, and the person has been told. The list may stay empty.
+    /// Fetches the names; false ends the command: the person has been told, or has given it up. The list may
+    /// stay empty.
     bool FetchList();
     const QStringList& GetNames() const { return m_names; }
 
     /// Fetches the template's picture; the path of its file in backslash form. Nothing when it failed, and
-    /// the person has been told.
+    /// the person has been told, or when she gave it up.
     std::optional<QString> FetchPreview(const QString& strName);
+    void TellNoPreview();
 
     /// False, and the person has been told, for a name that no template can have.
     bool CheckChoice(const QString& strName);
@@ -37,7 +39,8 @@ public:
                                         const QString& strTemplatesFolder, const QString& strName);
 
 private:
-    QByteArray Get(const QString& strBelow);
+    /// A wait of more than a moment shows the status, and may be given up.
+    QByteArray Get(const QString& strBelow, const QString& strStatus);
 
     Torvane::Dialog::MFC::IPeople& m_people;
     QString m_strType;

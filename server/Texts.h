@@ -69,6 +69,8 @@ inline const QString c_strAddressMalformed =
 inline const QString c_strTestingLink = QStringLiteral("正在测试链接...");
 
 // Templates of the server.
+inline const QString c_strFetchingTemplates = QStringLiteral("正在从服务器获取模板列表...");
+inline const QString c_strFetchingPreview = QStringLiteral("正在从服务器获取预览图...");
 inline const QString c_strNoTemplates = QStringLiteral("对不起，服务器暂无模板！");
 inline const QString c_strNoTemplateEntry = QStringLiteral("<暂无模板>");
 inline const QString c_strNoPreview = QStringLiteral("获取预览图失败！");

@@ -1,18 +1,28 @@
 #include "server/ui/TemplateDownloadDialog.h"
 
-#include "platform/base/NativePath.h"
+#include "platform/ui/Pictures.h"
 #include "server/Texts.h"
 #include "server/ui/DialogParts.h"
 
 #include <QGridLayout>
-#include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QPixmap>
+#include <QPointer>
 
 namespace {
 
-constexpr QSize c_pictureSize(360, 270);
+constexpr QSize c_pictureSize(400, 300);
+constexpr int c_nListWidth = 220;
+
+QLabel* AddCaption(QGridLayout* pGrid, int nColumn, const QString& strText, QWidget* pBuddy) {
+    auto* pLabel = new QLabel(strText);
+    pLabel->setBuddy(pBuddy);
+    pGrid->addWidget(pLabel, 0, nColumn);
+    pGrid->addWidget(pBuddy, 1, nColumn);
+    pBuddy->setAccessibleName(strText);
+    return pLabel;
+}
 
 } // namespace
 
@@ -21,21 +31,21 @@ CTemplateDownloadDialog::CTemplateDownloadDialog(CTemplateDownload& download, QW
     setObjectName(QStringLiteral("CTemplateDownloadDialog"));
     setWindowTitle(ServerText::c_strDownloadTitle);
     m_pList->setObjectName(QStringLiteral("templates"));
-    m_pList->setAccessibleName(ServerText::c_strTemplateList);
+    m_pList->setMinimumWidth(c_nListWidth);
     m_pPicture->setObjectName(QStringLiteral("preview"));
-    m_pPicture->setAccessibleName(ServerText::c_strPreview);
     m_pPicture->setFrameShape(QFrame::StyledPanel);
     m_pPicture->setAlignment(Qt::AlignCenter);
-    m_pPicture->setFixedSize(c_pictureSize);
+    const int nFrame = 2 * m_pPicture->frameWidth();
+    m_pPicture->setFixedSize(c_pictureSize.grownBy({0, 0, nFrame, nFrame}));
 
     auto* pLayout = new QVBoxLayout(this);
+    pLayout->setSizeConstraint(QLayout::SetFixedSize);
     auto* pGrid = new QGridLayout;
-    pGrid->addWidget(new QLabel(ServerText::c_strTemplateList), 0, 0);
-    pGrid->addWidget(new QLabel(ServerText::c_strPreview), 0, 1);
-    pGrid->addWidget(m_pList, 1, 0);
-    pGrid->addWidget(m_pPicture, 1, 1);
+    AddCaption(pGrid, 0, ServerText::c_strTemplateList, m_pList);
+    AddCaption(pGrid, 1, ServerText::c_strPreview, m_pPicture);
     pLayout->addLayout(pGrid);
     QDialogButtonBox* pButtons = AddButtons(this, [this] { OnOk(); });
+    m_pList->setFocus();
 
     if (m_download.GetNames().isEmpty()) {
         m_pList->addItem(ServerText::c_strNoTemplateEntry);
@@ -43,25 +53,39 @@ CTemplateDownloadDialog::CTemplateDownloadDialog(CTemplateDownload& download, QW
         return;
     }
     m_pList->addItems(m_download.GetNames());
-    connect(m_pList, &QListWidget::currentRowChanged, this, [this] { ShowPreview(); });
     m_pList->setCurrentRow(0);
+    connect(m_pList, &QListWidget::itemSelectionChanged, this, &CTemplateDownloadDialog::ShowPreview);
+}
+
+void CTemplateDownloadDialog::showEvent(QShowEvent* pEvent) {
+    QDialog::showEvent(pEvent);
+    if (!m_bShown && !m_download.GetNames().isEmpty())
+        QMetaObject::invokeMethod(this, &CTemplateDownloadDialog::ShowPreview, Qt::QueuedConnection);
+    m_bShown = true;
+}
+
+std::optional<QString> CTemplateDownloadDialog::GetSelected() const {
+    const QList<QListWidgetItem*> selected = m_pList->selectedItems();
+    return selected.isEmpty() ? std::nullopt : std::optional(selected.first()->text());
 }
 
 void CTemplateDownloadDialog::ShowPreview() {
-    const QListWidgetItem* pItem = m_pList->currentItem();
-    if (pItem == nullptr)
+    const auto strName = GetSelected();
+    if (!strName)
         return;
-    const auto strFile = m_download.FetchPreview(pItem->text());
-    // Read anew: a picture kept by its name would stay the last one.
-    const QImage picture = strFile ? QImage(Platform::ToNative(*strFile)) : QImage();
-    if (!picture.isNull())
-        m_pPicture->setPixmap(
-            QPixmap::fromImage(picture.scaled(c_pictureSize, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    const QPointer<CTemplateDownloadDialog> self(this);
+    const auto strFile = m_download.FetchPreview(*strName);
+    if (!self || !strFile)
+        return;
+    const QPixmap picture = Pictures::Fitted(*strFile, c_pictureSize, devicePixelRatioF());
+    if (picture.isNull())
+        m_download.TellNoPreview();
+    else
+        m_pPicture->setPixmap(picture);
 }
 
 void CTemplateDownloadDialog::OnOk() {
-    const QListWidgetItem* pItem = m_pList->currentItem();
-    m_strChosen = pItem == nullptr ? QString() : pItem->text();
+    m_strChosen = GetSelected().value_or(QString());
     if (m_download.CheckChoice(m_strChosen))
         accept();
 }
@@ -70,6 +94,12 @@ bool DownloadTemplate(Torvane::Dialog::MFC::IPeople& people, QWidget* pParent) {
     CTemplateDownload download(people);
     if (!download.FetchList())
         return false;
-    CTemplateDownloadDialog dialog(download, pParent);
-    return dialog.exec() == QDialog::Accepted && download.Fetch(dialog.GetChosen());
+    // The window over which it stands may go while it is open, and takes the dialog with it.
+    const QPointer<CTemplateDownloadDialog> pDialog(new CTemplateDownloadDialog(download, pParent));
+    const bool bAccepted = pDialog->exec() == QDialog::Accepted;
+    if (!pDialog)
+        return false;
+    const QString strChosen = pDialog->GetChosen();
+    delete pDialog;
+    return bAccepted && download.Fetch(strChosen);
 }

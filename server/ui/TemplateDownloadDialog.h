@@ -16,11 +16,18 @@ public:
 
     QString GetChosen() const { return m_strChosen; }
 
+protected:
+    /// The first preview is fetched when the dialog stands there.
+    void showEvent(QShowEvent* pEvent) override;
+
 private:
+    /// The selected entry; nothing when there is none.
+    std::optional<QString> GetSelected() const;
     void ShowPreview();
     void OnOk();
 
     CTemplateDownload& m_download;
+    bool m_bShown = false;
     QListWidget* m_pList;
     QLabel* m_pPicture;
     QString m_strChosen;

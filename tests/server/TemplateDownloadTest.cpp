@@ -1,6 +1,7 @@
 #include "server/TemplateDownload.h"
 #include "foundation/SysInfo.h"
 #include "tests/support/ScriptedPeople.h"
+#include "tests/support/StrangeServer.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,20 @@ TEST(TemplateDownload, ChecksANameAndAsksBeforeItUpdates) {
                   BoxAnswer::No);
     EXPECT_FALSE(Download.Fetch(u"甲"_s));
     EXPECT_FALSE(Download.Fetch(u"乙"_s)) << "a companion that is not there ends the command in silence";
+}
+
+TEST(TemplateDownload, ASilentServerIsGivenUp) {
+    const CTempFolder Program;
+    const CStrangeServer Server("", CStrangeServer::EEnd::Hang);
+    Program.Write(u"AppInfo.ini"_s, "[SysInfo]\r\nServerURL=" + Server.Url("") + "\r\n");
+    CSysInfo::Reset(Program.Path(u"Vorel"_s));
+    CScriptedPeople People;
+    People.GiveUps = {true, true};
+    CTemplateDownload Download{People};
+    EXPECT_FALSE(Download.FetchList());
+    EXPECT_EQ(Download.FetchPreview(u"甲"_s), std::nullopt);
+    EXPECT_EQ(People.Statuses,
+              (QStringList{u"正在从服务器获取模板列表..."_s, u"正在从服务器获取预览图..."_s}));
 }
 
 } // namespace

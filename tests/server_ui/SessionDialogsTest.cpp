@@ -156,6 +156,7 @@ TEST_F(ServerWindowTest, TemplatesAreShownWithTheirPictures) {
     };
     offer(u"a 红"_s, 0xFFFF0000);
     offer(u"b 蓝"_s, 0xFF0000FF);
+    Offered.Write(u"ReportTemplates\\c 坏\\Preview.jpg"_s, "<html>");
     CTemplateDownload download(People);
     ASSERT_TRUE(download.FetchList());
     CTemplateDownloadDialog dialog(download, nullptr);
@@ -164,10 +165,18 @@ TEST_F(ServerWindowTest, TemplatesAreShownWithTheirPictures) {
         const QImage shown = dialog.findChild<QLabel*>(u"preview"_s)->pixmap().toImage();
         return shown.isNull() ? QColor() : shown.pixelColor(shown.width() / 2, shown.height() / 2);
     };
-    EXPECT_GT(centre().red(), 200);
     WhenDialogOpens([&](QDialog& shown) {
-        QTest::keyClick(pList, Qt::Key_Down);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return centre().red() > 200; }));
+        QTest::keyClick(shown.focusWidget(), Qt::Key_Down);
         EXPECT_GT(centre().blue(), 200);
+        People.Expect(u"获取预览图失败！"_s);
+        QTest::keyClick(pList, Qt::Key_End);
+        EXPECT_GT(centre().blue(), 200) << "what is no picture leaves the old one";
+        People.Expect(u"请您选择一个模板！"_s);
+        pList->clearSelection();
+        QTest::keyClick(&shown, Qt::Key_Return);
+        EXPECT_TRUE(shown.isVisible());
+        QTest::keyClick(pList, Qt::Key_Up);
         QTest::mouseClick(shown.findChild<QPushButton*>(u"ok"_s), Qt::LeftButton);
     });
     EXPECT_EQ(dialog.exec(), QDialog::Accepted);
