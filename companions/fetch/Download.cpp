@@ -123,11 +123,23 @@ private:
         m_bTooLarge = std::max<qint64>(nReceived, nTotal) > m_limits.nMaxBytes;
         if (Status() != c_nOk || m_bTooLarge || m_progress.bCancelled)
             return false;
-        m_bDiskFault = m_file.write(pData, nBytes) != nBytes;
+        m_bDiskFault = !Write(pData, nBytes);
         m_progress.nTotal = std::max<qint64>(nTotal, 0);
         m_progress.nReceived = nReceived;
         m_progress.Stage = FetchProgress::EStage::Receiving;
         return !m_bDiskFault;
+    }
+
+    /// A disk that fills up takes a part first, and says why with the rest.
+    bool Write(const char* pData, qint64 nBytes) {
+        while (nBytes > 0) {
+            const qint64 nWritten = m_file.write(pData, nBytes);
+            if (nWritten <= 0)
+                return false;
+            pData += nWritten;
+            nBytes -= nWritten;
+        }
+        return true;
     }
 
     CURLcode Drive() {
@@ -159,8 +171,8 @@ private:
                 (bGone ? FetchText::c_strNotFound : FetchText::c_strHttpStatus).arg(nStatus));
         }
         if (m_bTooLarge)
-            throw Torvane::CRunException(
-                FetchText::c_strTooLarge.arg(QLocale::c().formattedDataSize(m_limits.nMaxBytes, 0)));
+            throw Torvane::CRunException(FetchText::c_strTooLarge.arg(
+                QLocale::c().formattedDataSize(m_limits.nMaxBytes, 0, QLocale::DataSizeTraditionalFormat)));
         if (m_bDiskFault)
             ThrowFileFault(m_file);
         if (code != CURLE_OK)

@@ -22,7 +22,9 @@ FetchOutcome RunFetch(const FetchRequest& request, FetchProgress& progress, cons
 }
 
 QString DescribeProgress(const FetchProgress& progress) {
-    const auto size = [](qint64 nBytes) { return QLocale::c().formattedDataSize(nBytes, 1); };
+    const auto size = [](qint64 nBytes) {
+        return QLocale::c().formattedDataSize(nBytes, 1, QLocale::DataSizeTraditionalFormat);
+    };
     if (progress.Stage == FetchProgress::EStage::Replacing)
         return FetchText::c_strReplacing;
     if (progress.bCancelled)

@@ -142,8 +142,8 @@ private:
                 throw CFetchCancelled();
             m_nBytes += nRead;
             if (m_nBytes > m_limits.nMaxBytes)
-                throw CRunException(
-                    FetchText::c_strTooLarge.arg(QLocale::c().formattedDataSize(m_limits.nMaxBytes, 0)));
+                throw CRunException(FetchText::c_strTooLarge.arg(QLocale::c().formattedDataSize(
+                    m_limits.nMaxBytes, 0, QLocale::DataSizeTraditionalFormat)));
             if (archive_write_data(m_out.get(), m_block.data(), static_cast<size_t>(nRead)) != nRead)
                 ThrowWriteFault();
         }

@@ -4,28 +4,31 @@
 #include "companions/fetch/Texts.h"
 
 #include <QDialogButtonBox>
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStyle>
 #include <QTimer>
+#include <QVBoxLayout>
+
+#include <initializer_list>
 
 namespace {
 
-constexpr int c_nWidth = 420;
+constexpr int c_nWidth = 400;
 constexpr int c_nRefreshMilliseconds = 100;
 constexpr int c_nBarSteps = 1000;
 constexpr int c_nMargin = 16;
 constexpr int c_nSpacing = 12;
 
-QLabel* AddLabel(QGridLayout* pLayout, const QString& strName, int nRow) {
+QLabel* MakeLabel(const QString& strName) {
     auto* pLabel = new QLabel;
     pLabel->setObjectName(strName);
     // What a server or an archive says must not be taken for markup.
     pLabel->setTextFormat(Qt::PlainText);
     pLabel->setWordWrap(true);
-    pLayout->addWidget(pLabel, nRow, 1);
+    pLabel->setFixedWidth(c_nWidth);
     return pLabel;
 }
 
@@ -38,27 +41,32 @@ CFetchWindow::CFetchWindow(const FetchRequest& request, const FetchLimits& limit
       m_request(request), m_limits(limits), m_pIcon(new QLabel), m_pBar(new QProgressBar) {
     setObjectName(QStringLiteral("CFetchWindow"));
     setWindowTitle(FetchText::c_strTitle);
-    auto* pLayout = new QGridLayout(this);
-    pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
-    pLayout->setHorizontalSpacing(c_nSpacing);
-    pLayout->setVerticalSpacing(c_nSpacing);
-    pLayout->setColumnStretch(1, 1);
-    pLayout->setRowStretch(2, 1);
     m_pIcon->hide();
-    pLayout->addWidget(m_pIcon, 0, 0, 3, 1, Qt::AlignTop);
-    m_pTitle = AddLabel(pLayout, QStringLiteral("title"), 0);
+    m_pTitle = MakeLabel(QStringLiteral("title"));
     m_pTitle->setText(FetchText::c_strFetching.arg(m_request.TemplateName));
     m_pBar->setObjectName(QStringLiteral("progress"));
     m_pBar->setAccessibleName(FetchText::c_strProgress);
     m_pBar->setTextVisible(false);
-    pLayout->addWidget(m_pBar, 1, 1);
-    m_pDetails = AddLabel(pLayout, QStringLiteral("details"), 2);
+    m_pDetails = MakeLabel(QStringLiteral("details"));
     auto* pButtons = new QDialogButtonBox;
     m_pButton = pButtons->addButton(FetchText::c_strCancel, QDialogButtonBox::RejectRole);
     m_pButton->setObjectName(QStringLiteral("cancel"));
-    pLayout->addWidget(pButtons, 3, 0, 1, 2);
     connect(pButtons, &QDialogButtonBox::rejected, this, &CFetchWindow::reject);
-    setMinimumWidth(c_nWidth);
+
+    auto* pLines = new QVBoxLayout;
+    pLines->setSpacing(c_nSpacing);
+    for (QWidget* pLine : std::initializer_list<QWidget*>{m_pTitle, m_pBar, m_pDetails})
+        pLines->addWidget(pLine);
+    auto* pBody = new QHBoxLayout;
+    pBody->setSpacing(c_nMargin);
+    pBody->addWidget(m_pIcon, 0, Qt::AlignTop);
+    pBody->addLayout(pLines);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
+    pLayout->setSpacing(c_nMargin);
+    pLayout->setSizeConstraint(QLayout::SetFixedSize);
+    pLayout->addLayout(pBody);
+    pLayout->addWidget(pButtons);
 
     auto* pTimer = new QTimer(this);
     connect(pTimer, &QTimer::timeout, this, &CFetchWindow::ShowProgress);
@@ -114,6 +122,5 @@ void CFetchWindow::End(const FetchOutcome& outcome) {
         m_pButton->setEnabled(true);
         m_pButton->setDefault(true);
         m_pButton->setFocus();
-        adjustSize();
     }
 }

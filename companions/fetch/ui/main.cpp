@@ -1,8 +1,11 @@
 #include "companions/fetch/FetchRun.h"
 #include "companions/fetch/Texts.h"
 #include "companions/fetch/ui/FetchWindow.h"
+#include "foundation/SysInfo.h"
+#include "platform/base/NativePath.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextStream>
@@ -22,6 +25,15 @@ bool HasScreen() {
             return true;
     }
     return false;
+}
+
+QIcon ProgramIcon() {
+    const QString strFolder = Platform::ToNativeExact(CSysInfo::Instance().GetSysDataFolder(true) +
+                                                      QStringLiteral("Images\\Resource\\"));
+    QIcon icon;
+    for (const int nSize : {16, 32, 48})
+        icon.addFile(strFolder + QStringLiteral("128-%1.png").arg(nSize), QSize(nSize, nSize));
+    return icon;
 }
 
 FetchRequest ReadArguments() {
@@ -83,5 +95,6 @@ int main(int argc, char** argv) {
         return RunInTerminal();
     }
     const QApplication application(argc, argv);
+    QApplication::setWindowIcon(ProgramIcon());
     return RunInWindow();
 }
