@@ -51,6 +51,8 @@ CFetchWindow::CFetchWindow(const FetchRequest& request, const FetchLimits& limit
     auto* pButtons = new QDialogButtonBox;
     m_pButton = pButtons->addButton(FetchText::c_strCancel, QDialogButtonBox::RejectRole);
     m_pButton->setObjectName(QStringLiteral("cancel"));
+    // An Enter too many, meant for the question before, must not stop it.
+    m_pButton->setAutoDefault(false);
     connect(pButtons, &QDialogButtonBox::rejected, this, &CFetchWindow::reject);
 
     auto* pLines = new QVBoxLayout;
