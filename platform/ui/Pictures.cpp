@@ -19,8 +19,11 @@ QString FileOf(const QString& strSystemDataFolder, const QString& strBelow) {
     return Platform::ToNative(strSystemDataFolder + QStringLiteral("\\Images\\") + strBelow);
 }
 
-/// The same file for a screen of twice the fineness, if there is one.
+/// The same file for a screen of twice the fineness, if there is one and the file too.
 QString FineFile(const QString& strFile) {
+    const auto* pApp = qGuiApp;
+    if (!pApp || pApp->devicePixelRatio() <= 1.0)
+        return {};
     const qsizetype nDot = strFile.lastIndexOf(u'.');
     const QString strFine = strFile.left(nDot) + QStringLiteral("@2x") + strFile.mid(nDot);
     return QFileInfo::exists(strFine) ? strFine : QString();
@@ -55,9 +58,7 @@ QPixmap Resource(const QString& strSystemDataFolder, int nId) {
     const QString strFile = FileOf(strSystemDataFolder, QStringLiteral("Resource\\") + QString::number(nId) +
                                                             QStringLiteral(".png"));
     const QString strFine = FineFile(strFile);
-    const auto* pApp = qGuiApp;
-    const bool bFine = pApp && pApp->devicePixelRatio() > 1.0 && !strFine.isEmpty();
-    return Load(bFine ? strFine : strFile, false);
+    return Load(strFine.isEmpty() ? strFile : strFine, false);
 }
 
 QIcon ResourceIcon(const QString& strSystemDataFolder, int nId) {
