@@ -1,5 +1,6 @@
 #include "server/ui/DialogParts.h"
 
+#include "platform/ui/DialogParts.h"
 #include "server/Texts.h"
 
 #include <QLabel>
@@ -14,8 +15,7 @@ QLineEdit* AddField(QFormLayout* pLayout, const QString& strLabel, const QString
                     QLineEdit::EchoMode echo) {
     auto* pField = new QLineEdit;
     pField->setObjectName(strName);
-    // The label without its key.
-    pField->setAccessibleName(strLabel.first(strLabel.indexOf(QLatin1String("(&"))));
+    pField->setAccessibleName(DialogParts::NameOf(strLabel));
     pField->setEchoMode(echo);
     pField->setMinimumWidth(c_nFieldWidth);
     pLayout->addRow(strLabel, pField);
@@ -29,7 +29,6 @@ QDialogButtonBox* AddButtons(QDialog* pDialog, const std::function<void()>& onOk
     pOk->setDefault(true);
     QPushButton* pCancel = pBox->addButton(ServerText::c_strCancel, QDialogButtonBox::RejectRole);
     pCancel->setObjectName(QStringLiteral("cancel"));
-    pCancel->setAutoDefault(false);
     QObject::connect(pBox, &QDialogButtonBox::accepted, pDialog, onOk);
     QObject::connect(pBox, &QDialogButtonBox::rejected, pDialog, &QDialog::reject);
     pDialog->layout()->addWidget(pBox);

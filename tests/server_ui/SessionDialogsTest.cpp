@@ -54,6 +54,10 @@ TEST(PasswordDialogs, AskForThePasswordOfACourse) {
     EXPECT_EQ(dialogs.AskPassword(info), u"a b1"_s);
     WhenDialogOpens([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     EXPECT_EQ(dialogs.AskPassword(info), std::nullopt);
+    WhenDialogOpens([](QDialog& dialog) {
+        QTest::keyClick(dialog.findChild<QPushButton*>(u"cancel"_s), Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs.AskPassword(info), std::nullopt) << "Enter on 取消 is no 确定";
 }
 
 TEST(PasswordDialogs, StayUntilAChangesFieldsAreRight) {
