@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QImageReader>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QToolButton>
@@ -33,13 +34,23 @@ QIcon TemplateIcon(const QString& strPath) {
     return QIcon(strFile);
 }
 
-QToolButton* StepButton(QWidget* pParent, Qt::ArrowType arrow, const char* pszName, const QString& strLabel) {
-    auto* pButton = Named(new QToolButton(pParent), pszName, strLabel);
-    pButton->setArrowType(arrow);
-    pButton->setToolTip(strLabel);
-    pButton->setFocusPolicy(Qt::StrongFocus);
-    return pButton;
-}
+/// A small button with an arrow; Enter presses it, as it does any button that has the focus.
+class CStepButton : public QToolButton {
+public:
+    CStepButton(QWidget* pParent, Qt::ArrowType arrow, const QString& strHint) : QToolButton(pParent) {
+        setArrowType(arrow);
+        setToolTip(strHint);
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* pEvent) override {
+        if (pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter)
+            click();
+        else
+            QToolButton::keyPressEvent(pEvent);
+    }
+};
 
 } // namespace
 
@@ -53,8 +64,9 @@ CSelectCourseTempletePropertyPage::CSelectCourseTempletePropertyPage(Torvane::Di
     m_pPages = Named(new QComboBox(this), "pageCombo", c_strPageCombo);
     // A page with a long name must not push the wizard apart.
     m_pPages->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_pPrevious = StepButton(this, Qt::LeftArrow, "previewPrevious", c_strPreviewPrevious);
-    m_pNext = StepButton(this, Qt::RightArrow, "previewNext", c_strPreviewNext);
+    m_pPrevious = Named(new CStepButton(this, Qt::LeftArrow, c_strPreviewPrevious), "previewPrevious",
+                        c_strPreviewPrevious);
+    m_pNext = Named(new CStepButton(this, Qt::RightArrow, c_strPreviewNext), "previewNext", c_strPreviewNext);
     m_pPreview = Named(new CPicturePane(this), "preview", c_strPreview);
     LayOut();
 
@@ -128,8 +140,14 @@ void CSelectCourseTempletePropertyPage::Step(int nRows) {
 void CSelectCourseTempletePropertyPage::ShowPreview() {
     const int nRow = m_pPages->currentIndex();
     m_pPreview->Load(PreviewPath(m_store, Chosen(), nRow, m_pPages->currentText()));
-    m_pPrevious->setEnabled(nRow > 0);
-    m_pNext->setEnabled(nRow + 1 < m_pPages->count());
+    const bool bBack = nRow > 0;
+    const bool bForward = nRow + 1 < m_pPages->count();
+    // The focus of a button that goes off would jump to the wizard's own, and the next key would leave the
+    // page.
+    if ((m_pPrevious->hasFocus() && !bBack) || (m_pNext->hasFocus() && !bForward))
+        m_pPages->setFocus();
+    m_pPrevious->setEnabled(bBack);
+    m_pNext->setEnabled(bForward);
 }
 
 bool CSelectCourseTempletePropertyPage::validatePage() {

@@ -184,8 +184,11 @@ TEST_F(NewCourseWizardTest, ShowsPreviewsAndFinishesWithTheRecord) {
         EXPECT_TRUE(previous.isEnabled() && next.isEnabled());
         EXPECT_TRUE(QTest::qWaitFor(
             [&] { return preview.GetPicture().size() == QSize(60, 40); })); // no larger than it is
-        QTest::keyClick(&next, Qt::Key_Space);
+        next.setFocus();
+        QTest::keyClick(&next, Qt::Key_Return);
         EXPECT_TRUE(previous.isEnabled() && !next.isEnabled());
+        EXPECT_EQ(m_pWizard->focusWidget(), &The<QComboBox>(u"pageCombo"_s))
+            << "not the wizard's own buttons";
         EXPECT_EQ(The<QComboBox>(u"pageCombo"_s).currentText(), u"甲"_s);
         EXPECT_TRUE(QTest::qWaitFor([&] { return preview.GetPicture().isNull(); })); // it has no picture
 
