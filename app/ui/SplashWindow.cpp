@@ -41,6 +41,7 @@ void CSplashWindow::MoveInto(QWidget& frame) {
         return;
     m_pInFrame = new QLabel(&frame);
     m_pInFrame->setObjectName(QStringLiteral("splash"));
+    m_pInFrame->setAccessibleName(QGuiApplication::applicationDisplayName());
     m_pInFrame->setPixmap(pixmap());
     QRect place(frame.mapFromGlobal(geometry().topLeft()), size());
     if (!frame.rect().contains(place))

@@ -212,19 +212,26 @@ void CVorelApp::OpenCourse(const QString& strPath) {
             pCourse = std::move(pOpening);
     });
     if (bDone && pCourse)
-        Guarded([&] { LoadOpenedCourse(std::move(pCourse)); });
+        LoadOpenedCourse(std::move(pCourse));
     m_pFrame->UpdateCommands();
 }
 
 void CVorelApp::LoadOpenedCourse(std::unique_ptr<CCourse> pCourse) {
     m_pCourse = std::move(pCourse);
     m_pFrame->ShowStatusText(AppTexts::c_strLoading);
-    m_pFrame->GetTreeView().LoadTree(*m_pCourse);
+    const bool bLoaded = Guarded([&] { m_pFrame->GetTreeView().LoadTree(*m_pCourse); });
     m_pFrame->ShowStatusText(AppTexts::c_strReady);
+    // Without its tree a course is not open.
+    if (!bLoaded) {
+        CloseCourse();
+        return;
+    }
     StartHeartbeat(c_nHeartbeatMilliseconds);
     ShowCourseName();
-    CSysInfo::Instance().AddRecentCourse(m_pCourse->GetProjectPath());
-    RebuildRecentMenu();
+    Guarded([&] {
+        CSysInfo::Instance().AddRecentCourse(m_pCourse->GetProjectPath());
+        RebuildRecentMenu();
+    });
 }
 
 void CVorelApp::CloseCourse() {
