@@ -242,9 +242,10 @@ void CVorelApp::CloseCourse() {
     m_pFrame->ShowEmptyView();
     m_pFrame->GetTreeView().ResetTree();
     m_pFrame->setWindowTitle(LoadResString(SharedText::c_nWindowTitle));
-    m_pCourse->Close();
-    m_pCourse.reset();
+    // What is called while the server is told finds no course open.
+    const std::unique_ptr<CCourse> pClosing = std::move(m_pCourse);
     m_pFrame->UpdateCommands();
+    pClosing->Close();
 }
 
 void CVorelApp::NewCourse() {

@@ -175,8 +175,15 @@ void CBookTreeView::FillTree(CCourse& course) {
 void CBookTreeView::ShowCourseInfo() {
     if (!m_pCourseItem || !m_pRootItem)
         return;
-    m_pCourseItem->setText(0, m_pCourse->GetInfo().Name);
-    m_pRootItem->setText(0, m_pCourse->GetInfo().TeacherName);
+    const CCourseInfo& info = m_pCourse->GetInfo();
+    m_pCourseItem->setText(0, info.Name);
+    m_pRootItem->setText(0, info.TeacherName);
+    try {
+        if (NodeOf(m_pRootItem).GetTitle() != info.TeacherName)
+            NodeOf(m_pRootItem).SetTitle(info.TeacherName);
+    } catch (const Torvane::CRunException&) {
+        // The course has said so itself where it took the name over.
+    }
 }
 
 void CBookTreeView::ResetTree() {

@@ -1,13 +1,77 @@
 #include "platform/ui/InputGate.h"
 
+#include "platform/ui/QtPeople.h"
+#include "platform/ui/WebBrowser.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace {
 
+constexpr int c_nFreeMilliseconds = 5;
+
 CInputGate* s_pActive = nullptr;
+
+KeptInput KeepFor(QObject* pObject, const QEvent& event) {
+    auto* pWindow = static_cast<QWindow*>(pObject);
+    return {pWindow, pWindow->focusObject(), std::unique_ptr<QEvent>(event.clone())};
+}
+
+bool IsKey(const QEvent& event) {
+    return event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
+}
+
+/// Hands the kept input on once no step holds the thread, which would be entered anew by it. What is typed
+/// until then comes behind.
+class CHandOn : public QObject {
+public:
+    explicit CHandOn(std::vector<KeptInput> kept)
+        : QObject(QCoreApplication::instance()), m_kept(std::move(kept)) {
+        QCoreApplication::instance()->installEventFilter(this);
+        startTimer(c_nFreeMilliseconds);
+    }
+
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
+        if (!IsKey(*pEvent) || !pObject->isWindowType() || !IsWithinReach(static_cast<QWindow*>(pObject)))
+            return false;
+        m_kept.push_back(KeepFor(pObject, *pEvent));
+        return true;
+    }
+
+protected:
+    void timerEvent(QTimerEvent* pEvent) override {
+        if (CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning())
+            return;
+        killTimer(pEvent->timerId());
+        QCoreApplication::instance()->removeEventFilter(this);
+        for (const KeptInput& kept : m_kept)
+            HandOn(kept);
+        deleteLater();
+    }
+
+private:
+    /// Not cut off by a dialog that the step opened in the end.
+    static bool IsWithinReach(const QWindow* pWindow) {
+        const QWindow* pModal = QGuiApplication::modalWindow();
+        return pModal == nullptr || pModal == pWindow ||
+               pModal->isAncestorOf(pWindow, QWindow::IncludeTransients);
+    }
+
+    static void HandOn(const KeptInput& kept) {
+        if (!kept.pWindow || !IsWithinReach(kept.pWindow))
+            return;
+        if (kept.pEvent->type() == QEvent::Close)
+            kept.pWindow->close();
+        else if (!IsKey(*kept.pEvent) || kept.pFocus == kept.pWindow->focusObject())
+            QCoreApplication::sendEvent(kept.pWindow, kept.pEvent.get());
+    }
+
+    std::vector<KeptInput> m_kept;
+};
 
 } // namespace
 
@@ -18,23 +82,8 @@ CInputGate::CInputGate(QWidget& open, std::function<void()> cancel)
 
 CInputGate::~CInputGate() {
     SetActive(false);
-    for (Kept& kept : m_kept) {
-        if (!kept.pWindow)
-            continue;
-        if (kept.pEvent->type() != QEvent::Close) {
-            QCoreApplication::postEvent(kept.pWindow, kept.pEvent.release());
-            continue;
-        }
-        // A dialog that the step opened in the end goes before its window, as ever.
-        QMetaObject::invokeMethod(
-            kept.pWindow,
-            [pWindow = kept.pWindow.data()] {
-                const QWindow* pModal = QGuiApplication::modalWindow();
-                if (pModal == nullptr || pModal == pWindow)
-                    pWindow->close();
-            },
-            Qt::QueuedConnection);
-    }
+    if (!m_kept.empty())
+        new CHandOn(std::move(m_kept));
 }
 
 void CInputGate::SetActive(bool bActive) {
@@ -54,7 +103,12 @@ bool CInputGate::IsOpen(QObject* pObject) const {
 }
 
 void CInputGate::Keep(QObject* pObject, const QEvent& event) {
-    m_kept.push_back({static_cast<QWindow*>(pObject), std::unique_ptr<QEvent>(event.clone())});
+    const auto isThis = [&](const KeptInput& kept) {
+        return kept.pWindow == pObject && kept.pEvent->type() == QEvent::Close;
+    };
+    // Who presses twice wants the window closed once.
+    if (event.type() != QEvent::Close || std::none_of(m_kept.begin(), m_kept.end(), isThis))
+        m_kept.push_back(KeepFor(pObject, event));
 }
 
 bool CInputGate::TakeKey(QObject* pObject, const QKeyEvent& key) {

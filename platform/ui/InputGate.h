@@ -11,10 +11,18 @@
 
 class QKeyEvent;
 
+/// Input that could not go where it was meant for.
+struct KeptInput {
+    QPointer<QWindow> pWindow;
+    /// What had the focus there.
+    QPointer<QObject> pFocus;
+    std::unique_ptr<QEvent> pEvent;
+};
+
 /// Lets the person's input through to one window while a step holds the interface thread. Escape in any
-/// window means that window's Cancel. Other keys are kept and reach their windows when the gate goes, in
-/// their order, so that a text typed on meanwhile has no hole; clicks elsewhere are dropped, and a window
-/// that was to be closed is closed then.
+/// window means that window's Cancel. Other keys are kept and reach their windows, in their order, when
+/// nothing holds the thread any more, so that a text typed on meanwhile has no hole; clicks elsewhere are
+/// dropped, and a window that was to be closed is closed then.
 class CInputGate : public QObject {
 public:
     CInputGate(QWidget& open, std::function<void()> cancel);
@@ -29,11 +37,6 @@ public:
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
-    struct Kept {
-        QPointer<QWindow> pWindow;
-        std::unique_ptr<QEvent> pEvent;
-    };
-
     bool IsOpen(QObject* pObject) const;
     bool TakeKey(QObject* pObject, const QKeyEvent& key);
     void Keep(QObject* pObject, const QEvent& event);
@@ -42,7 +45,7 @@ private:
     CInputGate* m_pOuter = nullptr;
     QPointer<QWidget> m_pOpen;
     std::function<void()> m_cancel;
-    std::vector<Kept> m_kept;
+    std::vector<KeptInput> m_kept;
     /// Buttons that went down behind the gate: their release stays there too.
     Qt::MouseButtons m_pressed;
 };

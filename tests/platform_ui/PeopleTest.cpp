@@ -4,6 +4,8 @@
 #include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
 
+#include <QCloseEvent>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QImageWriter>
@@ -148,9 +150,38 @@ TEST_F(CPeople, ALongWaitCanBeGivenUpOverADialog) {
         EXPECT_TRUE(pStatus->KeepWaiting());
         pStatus.reset();
         EXPECT_EQ(m_people.GetStatus(), nullptr);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(field.text(), u"ab"_s) << "what was typed meanwhile is lost";
+        EXPECT_EQ(field.text(), QString()) << "input while a step may still go on";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return field.text() == u"ab"_s; })) << "typed meanwhile, and lost";
     }
+}
+
+TEST_F(CPeople, AWindowClosedWhileAStepRunsGoesWhenItIsOver) {
+    auto pStatus = m_people.OpenStatus();
+    pStatus->ShowStatus(u"正在关闭课程..."_s);
+    pStatus->AllowCancel(true);
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] {
+        if (!m_window.findChild<QPushButton*>(u"statusCancel"_s)->isVisible())
+            return;
+        person.stop();
+        QCloseEvent close;
+        QCoreApplication::sendEvent(m_window.windowHandle(), &close);
+        EXPECT_FALSE(close.isAccepted());
+        QTest::keyClick(m_window.windowHandle(), Qt::Key_Escape);
+    });
+    person.start(20);
+    const QDeadlineTimer deadline(10000);
+    while (pStatus->KeepWaiting() && !deadline.hasExpired())
+        QTest::qSleep(5);
+    pStatus->AllowCancel(false);
+    // The step goes on: its course would be closed under it.
+    for (int n = 0; n < 10; ++n) {
+        m_people.KeepPainting();
+        QTest::qSleep(15);
+    }
+    EXPECT_TRUE(m_window.isVisible());
+    pStatus.reset();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window.isVisible(); }));
 }
 
 TEST_F(CPeople, AHandlerCalledWhilePaintingDoesNotComeInAgain) {
