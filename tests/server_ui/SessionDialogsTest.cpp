@@ -149,6 +149,20 @@ TEST_F(ServerWindowTest, ASilentServerStopsNoPaintingAndIsGivenUpWithEscape) {
     RecordProperty("longest_gap_ms", static_cast<int>(nLongestGap));
 }
 
+TEST_F(ServerWindowTest, TheCompanionPutsATemplateAmongTheLocalOnes) {
+    const QString strPage = u"\\甲 乙\\eht\\htm\\通用页面.htm"_s;
+    QFile::link(QStringLiteral(VOREL_FETCH), Program.Native(u"VorelFetch"_s));
+    CTemplateDownload download(People);
+    for (const QByteArray text : {"first", "second"}) {
+        Offered.Write(u"ReportTemplates"_s + strPage, text);
+        EXPECT_TRUE(download.Fetch(u"甲 乙"_s));
+        EXPECT_EQ(Program.Read(u"SysData\\VorelTemplates"_s + strPage), text);
+        if (text == "first")
+            People.Expect(Program.Native(u"SysData/VorelTemplates/甲 乙"_s) + u"已经存在，是否继续更新？"_s,
+                          Torvane::Dialog::MFC::BoxAnswer::Yes);
+    }
+}
+
 TEST_F(ServerWindowTest, TemplatesAreShownWithTheirPictures) {
     const auto offer = [&](const QString& strName, QRgb color) {
         QImage picture(40, 30, QImage::Format_RGB32);
