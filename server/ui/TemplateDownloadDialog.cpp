@@ -15,13 +15,13 @@ namespace {
 constexpr QSize c_pictureSize(400, 300);
 constexpr int c_nListWidth = 220;
 
-QLabel* AddCaption(QGridLayout* pGrid, int nColumn, const QString& strText, QWidget* pBuddy) {
-    auto* pLabel = new QLabel(strText);
+void AddCaption(QGridLayout* pGrid, int nColumn, const QString& strText, const QString& strKey,
+                QWidget* pBuddy) {
+    auto* pLabel = new QLabel(strText + strKey);
     pLabel->setBuddy(pBuddy);
     pGrid->addWidget(pLabel, 0, nColumn);
     pGrid->addWidget(pBuddy, 1, nColumn);
     pBuddy->setAccessibleName(strText);
-    return pLabel;
 }
 
 } // namespace
@@ -41,8 +41,8 @@ CTemplateDownloadDialog::CTemplateDownloadDialog(CTemplateDownload& download, QW
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setSizeConstraint(QLayout::SetFixedSize);
     auto* pGrid = new QGridLayout;
-    AddCaption(pGrid, 0, ServerText::c_strTemplateList, m_pList);
-    AddCaption(pGrid, 1, ServerText::c_strPreview, m_pPicture);
+    AddCaption(pGrid, 0, ServerText::c_strTemplateList, QStringLiteral("(&L)"), m_pList);
+    AddCaption(pGrid, 1, ServerText::c_strPreview, QString(), m_pPicture);
     pLayout->addLayout(pGrid);
     QDialogButtonBox* pButtons = AddButtons(this, [this] { OnOk(); });
     m_pList->setFocus();

@@ -18,6 +18,8 @@ namespace {
 
 constexpr int c_nWidth = 400;
 constexpr int c_nRefreshMilliseconds = 100;
+/// A small template is there before one has seen that anything happened.
+constexpr int c_nReadMilliseconds = 1000;
 constexpr int c_nBarSteps = 1000;
 constexpr int c_nMargin = 16;
 constexpr int c_nSpacing = 12;
@@ -88,7 +90,7 @@ CFetchWindow::~CFetchWindow() {
 
 void CFetchWindow::reject() {
     if (m_bEnded) {
-        QDialog::reject();
+        done(m_bInPlace ? Accepted : Rejected);
         return;
     }
     m_progress.bCancelled = true;
@@ -109,8 +111,15 @@ void CFetchWindow::ShowProgress() {
 
 void CFetchWindow::End(const FetchOutcome& outcome) {
     m_bEnded = true;
-    if (outcome.eEnd == FetchOutcome::EEnd::Done) {
-        accept();
+    m_bInPlace = outcome.eEnd == FetchOutcome::EEnd::Done;
+    m_pButton->setEnabled(true);
+    m_pButton->setText(FetchText::c_strClose);
+    if (m_bInPlace) {
+        m_pBar->setRange(0, 1);
+        m_pBar->setValue(1);
+        m_pTitle->setText(outcome.strText);
+        m_pDetails->setText(QStringLiteral(" "));
+        QTimer::singleShot(c_nReadMilliseconds, this, &QDialog::accept);
     } else if (outcome.eEnd == FetchOutcome::EEnd::Cancelled) {
         QDialog::reject();
     } else {
@@ -120,8 +129,6 @@ void CFetchWindow::End(const FetchOutcome& outcome) {
         m_pTitle->setText(outcome.strText);
         m_pBar->hide();
         m_pDetails->hide();
-        m_pButton->setText(FetchText::c_strClose);
-        m_pButton->setEnabled(true);
         m_pButton->setDefault(true);
         m_pButton->setFocus();
     }

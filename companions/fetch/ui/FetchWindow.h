@@ -10,8 +10,8 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-/// Fetches a template and shows how far it is. Closes by itself when the template is in its place; a failure
-/// stays to be read.
+/// Fetches a template and shows how far it is. Closes by itself soon after the template is in its place; a
+/// failure stays to be read.
 class CFetchWindow : public QDialog {
     Q_OBJECT
 public:
@@ -33,6 +33,7 @@ private:
     FetchProgress m_progress;
     std::thread m_worker;
     bool m_bEnded = false;
+    bool m_bInPlace = false;
 
     QLabel* m_pIcon;
     QLabel* m_pTitle;
