@@ -276,7 +276,7 @@ void CVorelApp::ChangePassword() {
     if (!m_pCourse)
         return;
     CBusy busy(m_nBusy);
-    m_session.ChangePassword(*m_pCourse);
+    Guarded([&] { m_session.ChangePassword(*m_pCourse); });
     ShowCourseInfo();
 }
 
