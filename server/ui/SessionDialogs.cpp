@@ -3,15 +3,22 @@
 #include "server/ui/PasswordDialogs.h"
 #include "server/ui/ServerAddressDialog.h"
 
+#include <QApplication>
+
+QWidget* CSessionDialogs::Parent() const {
+    QWidget* pModal = QApplication::activeModalWidget();
+    return pModal ? pModal : m_pParent;
+}
+
 std::optional<QString> CSessionDialogs::AskPassword(const CCourseInfo& info) {
-    CPasswordDialog dialog(info, m_pParent);
+    CPasswordDialog dialog(info, Parent());
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.GetPassword();
 }
 
 std::optional<ISessionDialogs::PasswordChange> CSessionDialogs::AskPasswordChange(const QString& strPrompt) {
-    CChangePasswordDialog dialog(strPrompt, m_people, m_pParent);
+    CChangePasswordDialog dialog(strPrompt, m_people, Parent());
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.GetChange();
