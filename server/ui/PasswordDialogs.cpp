@@ -78,4 +78,5 @@ void CChangePasswordDialog::OnOk() {
                         : fault.Field == EPasswordField::New ? m_pNew
                                                              : m_pConfirm;
     pField->setFocus();
+    pField->selectAll();
 }
