@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QHash>
+#include <QImage>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -211,11 +212,10 @@ void Robot::Type(const QString& strText) {
 
 void Robot::Shot(const QString& strName) {
     QThread::msleep(400);
-    OnGui([&] {
-        const QString strFile = QStringLiteral("%1/%2-%3.png")
-                                    .arg(m_strShotFolder)
-                                    .arg(++m_nShot, 2, 10, QLatin1Char('0'))
-                                    .arg(strName);
-        qApp->primaryScreen()->grabWindow(0).save(strFile);
-    });
+    // Written on this thread, since it takes a while that the program shouldn't pay for.
+    const auto screen = Ask<QImage>([] { return qApp->primaryScreen()->grabWindow(0).toImage(); });
+    screen.save(QStringLiteral("%1/%2-%3.png")
+                    .arg(m_strShotFolder)
+                    .arg(++m_nShot, 2, 10, QLatin1Char('0'))
+                    .arg(strName));
 }

@@ -36,6 +36,7 @@ play() { # PART FOLDER SECONDS [COMMAND THAT GIVES A DISPLAY]
   local part="$1" folder="$2" seconds="$3" display="${4:-$root/scripts/with-display.sh}"
   mkdir -p "$folder"
   rm -f "$folder/part.txt"
+  [ -z "${VOREL_JOURNEY_COLD:-}" ] || { sync; echo 3 >/proc/sys/vm/drop_caches; }
   env VOREL_JOURNEY_FOLDER="$folder" VOREL_JOURNEY_PART="$part" VOREL_JOURNEY_SERVER="$server" \
     VOREL_JOURNEY_STATE="$place/CourseServer" XDG_DATA_HOME="$place/data" XDG_CONFIG_HOME="$place/config" \
     QT_PLUGIN_PATH="$build/lib/plugins" QT_QPA_GENERIC_PLUGINS="voreljourney${VOREL_STALLS_FILE:+,vorelstalls}" \

@@ -314,11 +314,13 @@ extern "C" Q_DECL_EXPORT void VorelStartWebEngine() {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // Nor does it need to know whether the card's driver works.
     const CStartVariable noCheck("QT_OPENGL_NO_SANITY_CHECK", "1");
-    // Ways to the network that pass no guard of requests.
+    // Ways to the network that pass no guard of requests. And the process that would start helpers without a
+    // sandbox is not needed: the engine's start waits for the other one, which it slows down.
     const char* const szFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
     const CStartVariable flags(szFlags, qgetenv(szFlags) +
                                             " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
-                                            " --disable-blink-features=WebTransport");
+                                            " --disable-blink-features=WebTransport"
+                                            " --no-unsandboxed-zygote");
     // The engine starts with its first profile, and stays.
     const QWebEngineProfile first;
 }
