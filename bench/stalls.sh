@@ -16,7 +16,7 @@ rm -rf "$place"
 mkdir -p "$place"
 [ "${2:-}" != cold ] || export VOREL_JOURNEY_COLD=1
 for round in $(seq "$rounds"); do
-  for way in "journey.sh $build $place/journey" "tour.sh $build $place/tour" "trials.sh $build no-server hanging-server"; do
+  for way in "journey.sh $build $place/journey" "tour.sh $build $place/tour" "trials.sh $build hanging-server"; do
     export VOREL_STALLS_FILE="$place/raw-$round-${way%%.*}.tsv"
     # Word by word: the way and its arguments.
     tests/journey/$way >"$place/log.txt" 2>&1 || { cat "$place/log.txt"; exit 1; }
@@ -48,10 +48,10 @@ awk -F'\t' -v OFS='\t' -v names="$place/names" -v total="$place/stalls.tsv" '
         if (frames[k] ~ /\/Vorel\+|\/libvorel/ && name[frames[k]] !~ /^(main|_start|std::.*|QtPrivate::.*|\?\?)$/)
           ours = ours (count++ ? " < " : "") short(name[frames[k]])
       for (k = 1; k <= m; ++k) if (name[frames[k]] != "" && name[frames[k]] != "??") { last = short(name[frames[k]]); break }
-      if (ours != "" && ++seen[ours] > seen[best]) { best = ours; inner = last }
+      # The engine is built without what tells a caller from its frames.
+      if (ours == "") ours = "(the engine or the toolkit alone)"
+      if (++seen[ours] > seen[best]) { best = ours; inner = last }
     }
-    # The engine is built without what tells a caller from its frames.
-    if (best == "") { best = "(the toolkit or the engine alone)"; inner = last }
     length_ = ($2 - $4) * (n > 0 ? (n - robot) / n : 1)
     if (length_ <= 50) next
     run = FILENAME; sub(/.*raw-/, "", run); sub(/\.tsv$/, "", run)
