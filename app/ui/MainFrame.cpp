@@ -373,7 +373,7 @@ bool CMainFrame::event(QEvent* pEvent) {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {
-    if (!LeaveCurrentView(true)) {
+    if (!m_owner.MayClose() || !LeaveCurrentView(true)) {
         pEvent->ignore();
         return;
     }

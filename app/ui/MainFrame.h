@@ -37,6 +37,8 @@ public:
     virtual void SetTemplate() = 0;
     virtual void ShowOverallPreview() = 0;
     virtual bool IsCourseOpen() const = 0;
+    /// Whether the window may close now; where not, the owner closes it as soon as it may.
+    virtual bool MayClose() = 0;
     /// Whether the companion program that writes the document stands beside this one.
     virtual bool HasWordExport() const = 0;
 };

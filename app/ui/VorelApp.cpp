@@ -124,10 +124,21 @@ void CVorelApp::FirstPainted(const QString& strFile) {
         OpenCourse(strFile);
 }
 
+bool CVorelApp::IsStepUnderWay() const {
+    return m_nBusy > 0 || CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning();
+}
+
 bool CVorelApp::IsInTheMiddle() const {
-    return m_nBusy > 0 || CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning() ||
-           QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr ||
-           QApplication::mouseButtons() != Qt::NoButton;
+    return IsStepUnderWay() || QApplication::activeModalWidget() != nullptr ||
+           QApplication::activePopupWidget() != nullptr || QApplication::mouseButtons() != Qt::NoButton;
+}
+
+// A window that went in the middle of opening would leave the course open at the server.
+bool CVorelApp::MayClose() {
+    if (!IsStepUnderWay())
+        return true;
+    m_endRetry.start(c_nEndRetryMilliseconds);
+    return false;
 }
 
 void CVorelApp::EndWhenFree() {

@@ -56,6 +56,7 @@ private:
     void SetTemplate() override;
     void ShowOverallPreview() override;
     bool IsCourseOpen() const override { return m_pCourse != nullptr; }
+    bool MayClose() override;
     bool HasWordExport() const override;
 
     bool AskFirstServerAddress();
@@ -63,8 +64,9 @@ private:
     void ShowStartup();
     /// The frame stands on the screen: what comes with it goes on from here.
     void FirstPainted(const QString& strFile);
-    /// A step under way, an open dialog or menu, or a mouse button that is down works on the course's nodes,
-    /// so that the course can't close now, and while a page is being asked nobody else can save it.
+    /// A step works on the course, and while a page is being asked nobody else can save it.
+    bool IsStepUnderWay() const;
+    /// The same, or an open dialog or menu, or a mouse button that is down: the course can't close now.
     bool IsInTheMiddle() const;
     /// The process is asked to end: closes the window, as the person would, once nothing is under way.
     void EndWhenFree();

@@ -103,9 +103,10 @@ void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
     if (s_bBarred || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
         return;
     s_bBarred = true;
-    ++s_nPainting;
-    QCoreApplication::processEvents(flags, c_nPaintMilliseconds);
-    --s_nPainting;
+    {
+        const CQtPeople::CPainting painting;
+        QCoreApplication::processEvents(flags, c_nPaintMilliseconds);
+    }
     s_bBarred = false;
     s_last.start();
 }
@@ -114,6 +115,14 @@ void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
 
 bool CQtPeople::IsKeepingPainting() {
     return s_nPainting > 0;
+}
+
+CQtPeople::CPainting::CPainting() {
+    ++s_nPainting;
+}
+
+CQtPeople::CPainting::~CPainting() {
+    --s_nPainting;
 }
 
 CQtPeople::CPaintInside::CPaintInside() : m_bBarred(std::exchange(s_bBarred, false)) {}

@@ -17,6 +17,15 @@ public:
     /// True inside KeepPainting. Timers fire there too: a handler that starts work of its own puts it off.
     static bool IsKeepingPainting();
 
+    /// IsKeepingPainting while this stands.
+    class CPainting {
+    public:
+        CPainting();
+        ~CPainting();
+        CPainting(const CPainting&) = delete;
+        CPainting& operator=(const CPainting&) = delete;
+    };
+
     /// For a handler that can't put its work off: while this stands, KeepPainting works inside it too.
     class CPaintInside {
     public:

@@ -1,6 +1,7 @@
 #include "platform/ui/StatusWindow.h"
 
 #include "platform/ui/InputGate.h"
+#include "platform/ui/QtPeople.h"
 #include "platform/ui/Texts.h"
 
 #include <QAccessible>
@@ -95,6 +96,7 @@ void CStatusWindow::PaintNow() {
     waited.start();
     const QWindow* pNative = m_pWindow->windowHandle();
     while (pNative && !pNative->isExposed() && waited.elapsed() < c_nShowMilliseconds) {
+        const CQtPeople::CPainting painting;
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
         if (!m_pWindow)
             return;

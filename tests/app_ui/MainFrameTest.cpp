@@ -23,6 +23,7 @@ class CNotingOwner : public IFrameOwner {
 public:
     QStringList Asked;
     bool bOpen = false;
+    bool bFree = true;
 
     void NewCourse() override { Asked.append(u"new"_s); }
     void OpenCourseCommand() override { Asked.append(u"open"_s); }
@@ -40,6 +41,7 @@ public:
     void SetTemplate() override { Asked.append(u"template"_s); }
     void ShowOverallPreview() override { Asked.append(u"preview"_s); }
     bool IsCourseOpen() const override { return bOpen; }
+    bool MayClose() override { return bFree; }
     bool HasWordExport() const override { return false; }
 };
 
@@ -112,6 +114,16 @@ TEST_F(MainFrameTest, CommandsReachTheApplicationWhenTheyAreEnabled) {
     for (const int nId : {32855, 32928, 32929, 32939, 32941})
         Action(nId).trigger();
     EXPECT_EQ(m_owner.Asked, (QStringList{u"compile 0"_s, u"compile 1"_s, u"compile 2"_s}));
+}
+
+// A window closed in the middle of a step would take the step's course along, or leave it open behind itself.
+TEST_F(MainFrameTest, StaysWhileAStepIsUnderWay) {
+    m_owner.bFree = false;
+    EXPECT_FALSE(m_pFrame->close());
+    EXPECT_TRUE(m_owner.Asked.isEmpty());
+    m_owner.bFree = true;
+    EXPECT_TRUE(m_pFrame->close());
+    EXPECT_EQ(m_owner.Asked, (QStringList{u"close"_s}));
 }
 
 TEST_F(MainFrameTest, TheBarIsDraggedBetweenItsLimitsAndTheWindowMovesItNot) {
