@@ -63,6 +63,8 @@ void CEditorToolBars::AddCommand(QToolBar& bar, int nId) {
     bar.addAction(pAction);
     if (auto* pButton = qobject_cast<QToolButton*>(bar.widgetForAction(pAction))) {
         pButton->setObjectName(QStringLiteral("button_%1").arg(nId));
+        // A bar's buttons are out of the keyboard's reach by themselves.
+        pButton->setFocusPolicy(Qt::TabFocus);
         if (!command.strLabel.isEmpty())
             pButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     }

@@ -32,6 +32,7 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
     m_pDesign->setObjectName(QStringLiteral("design"));
     m_pPreview->setObjectName(QStringLiteral("preview"));
     m_pSource->setObjectName(QStringLiteral("source"));
+    m_pSource->setAccessibleName(EditorTexts::c_strSourceTab);
     m_pSource->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_pSource->setFrameShape(QFrame::NoFrame);
     m_pTabs->setObjectName(QStringLiteral("editorTabs"));
@@ -225,9 +226,11 @@ void CEditorView::LayOut() {
     m_pBars->setGeometry(0, 0, width(), nBars);
     m_pTabs->setGeometry(0, nBottom, width(), nTabs);
     const QRect area(0, nBars, width(), nBottom - nBars);
-    // The surfaces are moved away rather than hidden, so that they go on working.
+    // The surfaces are moved away rather than hidden, so that they go on working. No key may reach a text
+    // that nobody sees.
     const auto place = [&](QWidget* pWidget, EMode mode) {
         pWidget->setGeometry(m_mode == mode ? area : QRect());
+        pWidget->setEnabled(m_mode == mode);
     };
     place(m_pDesign, EMode::Design);
     place(m_pSource, EMode::Source);
@@ -239,6 +242,8 @@ void CEditorView::FocusLive() {
         m_pDesign->setFocus();
     else if (m_mode == EMode::Source)
         m_pSource->setFocus();
+    else
+        m_pPreview->setFocus();
 }
 
 /// Presses the buttons of what is in force at the caret. Another call under way is no loss: whoever makes it

@@ -126,6 +126,10 @@ TEST_F(EditorViewTest, TheLiveTextFollowsTheTabs) {
     Tab(c_nPreview);
     EXPECT_EQ(Html("preview"), u"<p>two&nbsp;</p>\n<!-- 二 -->"_s);
     EXPECT_EQ(Html(), u"<p>one</p>"_s);
+    // Keys in the preview reach no text that is out of sight.
+    const QWidget* pFocus = QApplication::focusWidget();
+    EXPECT_TRUE(pFocus && Surface("preview").isAncestorOf(pFocus));
+    EXPECT_FALSE(Source().isEnabled() || Surface("design").isEnabled());
     Tab(c_nSource);
     Tab(c_nPreview);
     Tab(c_nDesign);

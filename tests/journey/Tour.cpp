@@ -73,6 +73,14 @@ public:
         LookAtMenu(u"tree-menu-node"_s);
     }
 
+    void OpenEditor() {
+        Command(32815);
+        m_robot.WaitForWidget(u"button_32826"_s);
+        Look(u"editor"_s, c_strFrame);
+        m_robot.Click(u"button_32826"_s);
+        m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
+    }
+
     void ChangeTemplate() {
         Command(32921);
         m_robot.WaitForWidget(u"templateList"_s, u"templateDialog"_s);
@@ -137,6 +145,7 @@ void RunTour(const QString& strFolder) {
     CVisitor visitor(strFolder);
     visitor.MakeCourse();
     visitor.OpenMenus();
+    visitor.OpenEditor();
     visitor.OpenDialogs();
     visitor.ChangeTemplate();
     visitor.Finish();
