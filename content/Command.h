@@ -30,6 +30,7 @@ struct CommandRow {
     /// For the status bar.
     QStringView strStatus;
     ECommandRule Rule;
-    /// The main frame's commands on the tree are off while a page is being edited.
+    /// Off while a page is being edited: the main frame's commands on the tree, and what would take the page
+    /// away under the editor.
     bool bOffWhileEditing = false;
 };
