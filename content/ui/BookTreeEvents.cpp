@@ -4,19 +4,9 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QStatusTipEvent>
-
-void CBookTreeView::keyPressEvent(QKeyEvent* pEvent) {
-    if (pEvent->key() == Qt::Key_F2 && pEvent->modifiers() == Qt::NoModifier) {
-        if (IsCommandEnabled(TreeCommand::c_nRename))
-            RunCommand(TreeCommand::c_nRename);
-        return;
-    }
-    QTreeWidget::keyPressEvent(pEvent);
-}
 
 void CBookTreeView::mousePressEvent(QMouseEvent* pEvent) {
     // The right button selects when its menu comes: here too would ask the view for leave twice.

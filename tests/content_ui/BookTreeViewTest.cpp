@@ -149,7 +149,7 @@ TEST_F(BookTreeViewTest, ANewChildIsNamedInPlace) {
 
 TEST_F(BookTreeViewTest, RenamingRefusesASiblingsTitleAndTakesAnother) {
     Click(Line(1));
-    QTest::keyClick(m_pTree.get(), Qt::Key_F2);
+    m_pTree->RunCommand(TreeCommand::c_nRename);
     TypeTitle("Same", Qt::Key_Return);
     Click(Line(0));
     m_pTree->RunCommand(TreeCommand::c_nRename);
