@@ -44,10 +44,12 @@ QPixmap Load(const QString& strFile, bool bWhiteIsClear) {
     return QPixmap::fromImage(clear);
 }
 
-void Add(QIcon& icon, const QString& strFile, bool bWhiteIsClear, QIcon::Mode mode) {
+void Add(QIcon& icon, const QString& strFile, bool bWhiteIsClear, std::initializer_list<QIcon::Mode> modes) {
     for (const QString& strEach : {strFile, FineFile(strFile)}) {
         const QPixmap pixmap = strEach.isEmpty() ? QPixmap() : Load(strEach, bWhiteIsClear);
-        if (!pixmap.isNull())
+        if (pixmap.isNull())
+            continue;
+        for (const QIcon::Mode mode : modes)
             icon.addPixmap(pixmap, mode);
     }
 }
@@ -66,7 +68,7 @@ QIcon ResourceIcon(const QString& strSystemDataFolder, int nId) {
     Add(icon,
         FileOf(strSystemDataFolder,
                QStringLiteral("Resource\\") + QString::number(nId) + QStringLiteral(".png")),
-        false, QIcon::Normal);
+        false, {QIcon::Normal, QIcon::Selected});
     return icon;
 }
 
@@ -76,16 +78,16 @@ QIcon ToolbarIcon(const QString& strSystemDataFolder, int nId) {
                                                strKind + QStringLiteral(".png"));
     };
     QIcon icon;
-    Add(icon, file(QLatin1String("")), false, QIcon::Normal);
-    Add(icon, file(QLatin1String("-hot")), false, QIcon::Active);
-    Add(icon, file(QLatin1String("-disabled")), false, QIcon::Disabled);
+    Add(icon, file(QLatin1String("")), false, {QIcon::Normal});
+    Add(icon, file(QLatin1String("-hot")), false, {QIcon::Active});
+    Add(icon, file(QLatin1String("-disabled")), false, {QIcon::Disabled});
     return icon;
 }
 
 QIcon EditorIcon(const QString& strSystemDataFolder, const QString& strName) {
     QIcon icon;
     Add(icon, FileOf(strSystemDataFolder, QStringLiteral("HtmlEditorToolBarImgs\\") + strName), true,
-        QIcon::Normal);
+        {QIcon::Normal});
     return icon;
 }
 

@@ -11,6 +11,7 @@ namespace Pictures {
 
 /// Images\Resource\<id>.png
 QPixmap Resource(const QString& strSystemDataFolder, int nId);
+/// The same in a selected line as in any other.
 QIcon ResourceIcon(const QString& strSystemDataFolder, int nId);
 
 /// Images\Resource\Toolbar\<id>.png, with "<id>-hot" under the mouse and "<id>-disabled" where there is one.
