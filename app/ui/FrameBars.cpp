@@ -19,6 +19,11 @@ bool IsLockKey(const QEvent& event) {
     return nKey == Qt::Key_CapsLock || nKey == Qt::Key_NumLock || nKey == Qt::Key_ScrollLock;
 }
 
+bool IsScrollPress(const QEvent& event) {
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.key() == Qt::Key_ScrollLock && !key.isAutoRepeat();
+}
+
 } // namespace
 
 CFrameToolBar::CFrameToolBar(QWidget* pParent) : QToolBar(AppTexts::c_strToolBar, pParent) {
@@ -127,6 +132,9 @@ void CFrameStatusBar::ShowHint(const QString& strHint) {
 
 bool CFrameStatusBar::eventFilter(QObject* pWatched, QEvent* pEvent) {
     const QEvent::Type type = pEvent->type();
+    // Every press comes to a window of the display first, once.
+    if (type == QEvent::KeyPress && pWatched->isWindowType() && IsScrollPress(*pEvent))
+        m_bScrollPressed = !m_bScrollPressed;
     if (((type == QEvent::KeyPress || type == QEvent::KeyRelease) && IsLockKey(*pEvent)) ||
         (type == QEvent::WindowActivate && pWatched == window()))
         UpdateLocks();
@@ -134,12 +142,17 @@ bool CFrameStatusBar::eventFilter(QObject* pWatched, QEvent* pEvent) {
 }
 
 void CFrameStatusBar::UpdateLocks() {
-    const LockKeys::States states = LockKeys::Read();
+    LockKeys::States states = LockKeys::Read();
+    // Where the display locks nothing with the key, its presses here are all that there is.
+    if (states.Scroll == LockKeys::EState::Unknown)
+        states.Scroll = m_bScrollPressed ? LockKeys::EState::On : LockKeys::EState::Off;
     const std::array present{states.Caps, states.Num, states.Scroll};
     for (size_t nKey = 0; nKey < m_locks.size(); ++nKey) {
-        const bool bOn = present[nKey] == LockKeys::EState::On;
-        m_locks[nKey]->setEnabled(bOn);
-        m_locks[nKey]->setAccessibleName(m_locks[nKey]->text() +
-                                         (bOn ? AppTexts::c_strLockOn : AppTexts::c_strLockOff));
+        const LockKeys::EState state = present[nKey];
+        const QString strState = state == LockKeys::EState::On    ? AppTexts::c_strLockOn
+                                 : state == LockKeys::EState::Off ? AppTexts::c_strLockOff
+                                                                  : QString();
+        m_locks[nKey]->setEnabled(state == LockKeys::EState::On);
+        m_locks[nKey]->setAccessibleName(m_locks[nKey]->text() + strState);
     }
 }

@@ -57,5 +57,6 @@ private:
 
     QLabel* m_pMessage;
     std::array<QLabel*, 3> m_locks{};
+    bool m_bScrollPressed = false;
     QString m_strText;
 };

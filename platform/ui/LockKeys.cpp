@@ -5,6 +5,7 @@
 #ifdef VOREL_X11
 // After Qt: these headers define words that Qt uses.
 #include <X11/XKBlib.h>
+#include <X11/keysym.h>
 #endif
 
 namespace LockKeys {
@@ -28,7 +29,11 @@ States Read() {
     Display* pDisplay = pX11 == nullptr ? nullptr : pX11->display();
     if (pDisplay == nullptr)
         return {};
-    return {StateOf(pDisplay, "Caps Lock"), StateOf(pDisplay, "Num Lock"), StateOf(pDisplay, "Scroll Lock")};
+    // Few displays lock anything with the key for scrolling: its indicator stays dark then, whatever is
+    // pressed.
+    const bool bScroll = XkbKeysymToModifiers(pDisplay, XK_Scroll_Lock) != 0;
+    return {StateOf(pDisplay, "Caps Lock"), StateOf(pDisplay, "Num Lock"),
+            bScroll ? StateOf(pDisplay, "Scroll Lock") : EState::Unknown};
 }
 
 #else

@@ -12,7 +12,8 @@ struct States {
 };
 
 /// Asks the display, which takes a fraction of a millisecond. Unknown for a key that the display does not
-/// have, and for all of them on a display that can't be asked. For the interface thread.
+/// have, for scrolling where the display locks nothing with its key, and for all of them on a display that
+/// can't be asked. For the interface thread.
 States Read();
 
 } // namespace LockKeys
