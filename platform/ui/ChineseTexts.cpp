@@ -41,6 +41,8 @@ const QHash<QByteArray, QString>& KnownTexts() {
         {"Size", QStringLiteral("大小")},
         {"Type", QStringLiteral("类型")},
         {"Date Modified", QStringLiteral("修改日期")},
+        {"Folder", QStringLiteral("文件夹")},
+        {"Drive", QStringLiteral("驱动器")},
         {"Computer", QStringLiteral("计算机")},
         {"Back", QStringLiteral("后退")},
         {"Forward", QStringLiteral("前进")},
