@@ -141,7 +141,7 @@ void CMainFrame::MakePanes() {
     setCentralWidget(pSplitter);
     m_pPaneMark = new CPaneMark(this);
     connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CMainFrame::UpdateCommandsSoon);
-    m_pStack->addWidget(ViewOf(EViewKind::Empty));
+    m_pStack->addWidget(GetViewByKind(EViewKind::Empty));
     m_pTree->setFocus();
 }
 
@@ -164,7 +164,7 @@ void CMainFrame::SwitchPane() {
     m_pPaneMark->ShowAround(m_pStack);
 }
 
-CBookShowView* CMainFrame::ViewOf(EViewKind kind) {
+CBookShowView* CMainFrame::GetViewByKind(EViewKind kind) {
     if (CBookShowView* pKnown = m_views.value(static_cast<int>(kind)))
         return pKnown;
     CBookShowView* pView = nullptr;
@@ -186,14 +186,14 @@ CBookShowView* CMainFrame::ViewOf(EViewKind kind) {
         break;
     case EViewKind::ToolButtons:
         // Nodes of this kind are shown as far as the browser can show them.
-        return ViewOf(EViewKind::ShowContent);
+        return GetViewByKind(EViewKind::ShowContent);
     case EViewKind::Nothing:
         pView = DisplayViews::MakeNothingView(*this, m_pStack);
         break;
     case EViewKind::VideoPreview:
     default:
         // There is no player; and a number that is no kind shows nothing either.
-        return ViewOf(EViewKind::Nothing);
+        return GetViewByKind(EViewKind::Nothing);
     }
     m_views.insert(static_cast<int>(kind), pView);
     m_pStack->addWidget(pView);
@@ -220,7 +220,7 @@ void CMainFrame::SwitchTo(EViewKind kind, CBookNode* pNode, int nParam) {
     // The node may go while its view is out of sight.
     if (CBookShowView* pLeft = CurrentView())
         pLeft->m_pNode = nullptr;
-    CBookShowView* pView = ViewOf(kind);
+    CBookShowView* pView = GetViewByKind(kind);
     m_nCurrentView = m_views.key(pView);
     pView->m_pNode = pNode;
     pView->m_pViewParam = nParam;

@@ -87,7 +87,7 @@ private:
     /// From the tree to the page and back; with two panes the next one is the previous one.
     void SwitchPane();
     QAction* ActionOf(int nId);
-    CBookShowView* ViewOf(EViewKind kind);
+    CBookShowView* GetViewByKind(EViewKind kind);
     CBookShowView* CurrentView() const;
     void SwitchTo(EViewKind kind, CBookNode* pNode, int nParam);
     bool RunApplicationCommand(int nId);
