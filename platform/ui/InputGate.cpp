@@ -7,36 +7,52 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
-constexpr int c_nFreeMilliseconds = 5;
+constexpr int c_nFreeMilliseconds = 20;
 
 CInputGate* s_pActive = nullptr;
-
-KeptInput KeepFor(QObject* pObject, const QEvent& event) {
-    auto* pWindow = static_cast<QWindow*>(pObject);
-    return {pWindow, pWindow->focusObject(), std::unique_ptr<QEvent>(event.clone())};
-}
 
 bool IsKey(const QEvent& event) {
     return event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
 }
 
-/// Hands the kept input on once no step holds the thread, which would be entered anew by it. What is typed
-/// until then comes behind.
+/// Keys go to their window first; the text of an input method and a shortcut to whom they belong.
+bool IsTyped(const QObject* pObject, const QEvent& event) {
+    return event.type() == QEvent::InputMethod || event.type() == QEvent::Shortcut ||
+           (IsKey(event) && pObject->isWindowType());
+}
+
+QWindow* WindowOf(QObject* pObject) {
+    return pObject->isWindowType() ? static_cast<QWindow*>(pObject) : QGuiApplication::focusWindow();
+}
+
+KeptInput KeepFor(QObject* pObject, const QEvent& event) {
+    QWindow* pWindow = WindowOf(pObject);
+    return {pWindow, pWindow ? pWindow->focusObject() : nullptr, pObject,
+            std::unique_ptr<QEvent>(event.clone())};
+}
+
+/// Hands the kept input on once no step holds the thread, which would be entered anew by it, and no dialog
+/// that the step opened in the end cuts its window off. What is typed there until then comes behind.
 class CHandOn : public QObject {
 public:
-    explicit CHandOn(std::vector<KeptInput> kept)
-        : QObject(QCoreApplication::instance()), m_kept(std::move(kept)) {
-        QCoreApplication::instance()->installEventFilter(this);
-        startTimer(c_nFreeMilliseconds);
+    static void Take(std::deque<KeptInput> kept) {
+        if (!s_pRunning)
+            s_pRunning = new CHandOn;
+        std::move(kept.begin(), kept.end(), std::back_inserter(s_pRunning->m_kept));
     }
 
     bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        if (!IsKey(*pEvent) || !pObject->isWindowType() || !IsWithinReach(static_cast<QWindow*>(pObject)))
+        // What is typed behind a key that opens a dialog was meant for that dialog.
+        if (m_bHandingOn && pEvent->type() == QEvent::WindowBlocked)
+            m_kept.clear();
+        if (m_bHandingOn || !IsTyped(pObject, *pEvent) || !IsAwaited(WindowOf(pObject)))
             return false;
         m_kept.push_back(KeepFor(pObject, *pEvent));
         return true;
@@ -44,33 +60,50 @@ public:
 
 protected:
     void timerEvent(QTimerEvent* pEvent) override {
-        if (CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning())
-            return;
+        while (!m_kept.empty()) {
+            if (CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning() ||
+                IsCutOff(m_kept.front().pWindow))
+                return;
+            const KeptInput next = std::move(m_kept.front());
+            m_kept.pop_front();
+            const QScopedValueRollback handing(m_bHandingOn, true);
+            HandOn(next);
+        }
+        s_pRunning = nullptr;
         killTimer(pEvent->timerId());
         QCoreApplication::instance()->removeEventFilter(this);
-        for (const KeptInput& kept : m_kept)
-            HandOn(kept);
         deleteLater();
     }
 
 private:
-    /// Not cut off by a dialog that the step opened in the end.
-    static bool IsWithinReach(const QWindow* pWindow) {
+    CHandOn() : QObject(QCoreApplication::instance()) {
+        QCoreApplication::instance()->installEventFilter(this);
+        startTimer(c_nFreeMilliseconds);
+    }
+
+    bool IsAwaited(const QWindow* pWindow) const {
+        return std::any_of(m_kept.begin(), m_kept.end(),
+                           [&](const KeptInput& kept) { return kept.pWindow == pWindow; });
+    }
+
+    static bool IsCutOff(const QWindow* pWindow) {
         const QWindow* pModal = QGuiApplication::modalWindow();
-        return pModal == nullptr || pModal == pWindow ||
-               pModal->isAncestorOf(pWindow, QWindow::IncludeTransients);
+        return pWindow != nullptr && pModal != nullptr && pModal != pWindow &&
+               !pModal->isAncestorOf(pWindow, QWindow::IncludeTransients);
     }
 
     static void HandOn(const KeptInput& kept) {
-        if (!kept.pWindow || !IsWithinReach(kept.pWindow))
+        if (!kept.pWindow || !kept.pReceiver)
             return;
         if (kept.pEvent->type() == QEvent::Close)
             kept.pWindow->close();
-        else if (!IsKey(*kept.pEvent) || kept.pFocus == kept.pWindow->focusObject())
-            QCoreApplication::sendEvent(kept.pWindow, kept.pEvent.get());
+        else if (!IsTyped(kept.pReceiver, *kept.pEvent) || kept.pFocus == kept.pWindow->focusObject())
+            QCoreApplication::sendEvent(kept.pReceiver, kept.pEvent.get());
     }
 
-    std::vector<KeptInput> m_kept;
+    static inline QPointer<CHandOn> s_pRunning;
+    std::deque<KeptInput> m_kept;
+    bool m_bHandingOn = false;
 };
 
 } // namespace
@@ -83,7 +116,7 @@ CInputGate::CInputGate(QWidget& open, std::function<void()> cancel)
 CInputGate::~CInputGate() {
     SetActive(false);
     if (!m_kept.empty())
-        new CHandOn(std::move(m_kept));
+        CHandOn::Take(std::move(m_kept));
 }
 
 void CInputGate::SetActive(bool bActive) {
@@ -111,27 +144,32 @@ void CInputGate::Keep(QObject* pObject, const QEvent& event) {
         m_kept.push_back(KeepFor(pObject, event));
 }
 
-bool CInputGate::TakeKey(QObject* pObject, const QKeyEvent& key) {
-    if (key.key() == Qt::Key_Escape) {
-        if (key.type() == QEvent::KeyPress)
+bool CInputGate::TakeTyped(QObject* pObject, const QEvent& event) {
+    if (IsKey(event) && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape) {
+        if (event.type() == QEvent::KeyPress)
             m_cancel();
         return true;
     }
     if (IsOpen(pObject))
         return false;
-    Keep(pObject, key);
+    Keep(pObject, event);
     return true;
 }
 
 bool CInputGate::eventFilter(QObject* pObject, QEvent* pEvent) {
     if (s_pActive != this)
         return false;
+    if (IsTyped(pObject, *pEvent))
+        return TakeTyped(pObject, *pEvent);
     switch (pEvent->type()) {
-    case QEvent::ShortcutOverride:
-        // Taken as a plain key, so that no command starts now.
+    case QEvent::ShortcutOverride: {
+        // Escape comes as a plain key, whatever else it may mean, and Alt doesn't call the menu bar now.
+        const int nKey = static_cast<const QKeyEvent*>(pEvent)->key();
+        if (nKey != Qt::Key_Escape && nKey != Qt::Key_Alt)
+            return false;
         pEvent->accept();
         return true;
-    case QEvent::Shortcut:
+    }
     case QEvent::ContextMenu:
         return true;
     default:
@@ -141,9 +179,6 @@ bool CInputGate::eventFilter(QObject* pObject, QEvent* pEvent) {
     if (!pObject->isWindowType())
         return false;
     switch (pEvent->type()) {
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-        return TakeKey(pObject, static_cast<const QKeyEvent&>(*pEvent));
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (!IsOpen(pObject))

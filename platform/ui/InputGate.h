@@ -5,24 +5,24 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <deque>
 #include <functional>
 #include <memory>
-#include <vector>
-
-class QKeyEvent;
 
 /// Input that could not go where it was meant for.
 struct KeptInput {
     QPointer<QWindow> pWindow;
     /// What had the focus there.
     QPointer<QObject> pFocus;
+    QPointer<QObject> pReceiver;
     std::unique_ptr<QEvent> pEvent;
 };
 
 /// Lets the person's input through to one window while a step holds the interface thread. Escape in any
-/// window means that window's Cancel. Other keys are kept and reach their windows, in their order, when
-/// nothing holds the thread any more, so that a text typed on meanwhile has no hole; clicks elsewhere are
-/// dropped, and a window that was to be closed is closed then.
+/// window means that window's Cancel. Other keys, what an input method makes of them, and the shortcuts that
+/// they are, are kept: they reach their windows, in their order, when nothing holds the thread any more and
+/// no dialog stands over them, so that a text typed on meanwhile has no hole and Ctrl+S saves. Clicks
+/// elsewhere are dropped, and a window that was to be closed is closed then.
 class CInputGate : public QObject {
 public:
     CInputGate(QWidget& open, std::function<void()> cancel);
@@ -38,14 +38,14 @@ public:
 
 private:
     bool IsOpen(QObject* pObject) const;
-    bool TakeKey(QObject* pObject, const QKeyEvent& key);
+    bool TakeTyped(QObject* pObject, const QEvent& event);
     void Keep(QObject* pObject, const QEvent& event);
 
     bool m_bActive = false;
     CInputGate* m_pOuter = nullptr;
     QPointer<QWidget> m_pOpen;
     std::function<void()> m_cancel;
-    std::vector<KeptInput> m_kept;
+    std::deque<KeptInput> m_kept;
     /// Buttons that went down behind the gate: their release stays there too.
     Qt::MouseButtons m_pressed;
 };

@@ -141,7 +141,8 @@ void CStatusWindow::OfferCancel() {
 
 void CStatusWindow::Cancel() {
     m_bCancelled = true;
-    m_pCancel->setEnabled(false);
+    if (m_pWindow)
+        m_pCancel->setEnabled(false);
 }
 
 bool CStatusWindow::KeepWaiting() {

@@ -155,6 +155,50 @@ TEST_F(CPeople, ALongWaitCanBeGivenUpOverADialog) {
     }
 }
 
+TEST_F(CPeople, WhatIsTypedDuringALongWaitComesInItsOrderWhenTheBoxAtItsEndIsGone) {
+    QLineEdit field(&m_window);
+    QAction save;
+    save.setShortcut(Qt::CTRL | Qt::Key_S);
+    m_window.addAction(&save);
+    QString strSaved;
+    QObject::connect(&save, &QAction::triggered, [&] { strSaved = field.text(); });
+    field.show();
+    m_window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&m_window));
+    field.setFocus();
+    auto pStatus = m_people.OpenStatus();
+    pStatus->ShowStatus(u"正在验证课程..."_s);
+    pStatus->AllowCancel(true);
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] {
+        if (!m_window.findChild<QPushButton*>(u"statusCancel"_s)->isVisible())
+            return;
+        person.stop();
+        QWindow* pWindow = m_window.windowHandle();
+        QTest::keyClick(pWindow, Qt::Key_A);
+        QInputMethodEvent written;
+        written.setCommitString(u"文"_s);
+        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &written);
+        QTest::keyClick(pWindow, Qt::Key_S, Qt::ControlModifier);
+        QTest::keyClick(pWindow, Qt::Key_B);
+        QTest::keyClick(pWindow, Qt::Key_Escape);
+    });
+    person.start(20);
+    const QDeadlineTimer deadline(10000);
+    while (pStatus->KeepWaiting() && !deadline.hasExpired())
+        QTest::qSleep(5);
+    pStatus->AllowCancel(false);
+    WhenDialogOpens([&](QDialog& box) {
+        QTest::qWait(100);
+        EXPECT_EQ(field.text(), QString()) << "behind the box";
+        box.reject();
+    });
+    m_people.Ask(u"a"_s, u"b"_s, BoxButtons::RetryCancel, BoxIcon::Stop);
+    pStatus.reset();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return field.text() == u"a文b"_s; })) << field.text().toStdString();
+    EXPECT_EQ(strSaved, u"a文"_s);
+}
+
 TEST_F(CPeople, AWindowClosedWhileAStepRunsGoesWhenItIsOver) {
     auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(u"正在关闭课程..."_s);
