@@ -10,6 +10,7 @@
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/Pictures.h"
+#include "platform/ui/QtPeople.h"
 
 #include <QAction>
 #include <QApplication>
@@ -245,6 +246,9 @@ void CMainFrame::SelectNode(qint32 nId) {
 }
 
 void CMainFrame::RunCommand(int nId) {
+    // A screen reader presses buttons without any input, a long step or not.
+    if (CQtPeople::IsKeepingPainting())
+        return;
     const bool bDone = (IsEditorShowing() && m_pEditor->RunCommand(nId)) || RunApplicationCommand(nId) ||
                        m_pTree->RunCommand(nId);
     if (!bDone)
@@ -334,7 +338,10 @@ void CMainFrame::SetRecentCourses(const QStringList& paths) {
             m_pRecent->addAction(QString(strNative).replace(QLatin1Char('&'), QStringLiteral("&&")));
         pEntry->setObjectName(QStringLiteral("command_%1").arg(nId));
         pEntry->setStatusTip(Commands::Find(nId++)->strStatus.toString());
-        connect(pEntry, &QAction::triggered, this, [this, strPath] { m_owner.OpenCourse(strPath); });
+        connect(pEntry, &QAction::triggered, this, [this, strPath] {
+            if (!CQtPeople::IsKeepingPainting())
+                m_owner.OpenCourse(strPath);
+        });
     }
 }
 
