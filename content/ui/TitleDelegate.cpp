@@ -15,7 +15,8 @@ constexpr int c_nMinEditWidth = 180;
 
 QSize CTitleDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
-    size.setHeight(c_nLineHeight);
+    // Whoever reads with large letters has them whole.
+    size.setHeight(std::max(c_nLineHeight, option.fontMetrics.height()));
     return size;
 }
 
