@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -58,6 +59,26 @@ QList<SButton> ButtonsOf(BoxButtons buttons) {
     }
     return {ok};
 }
+
+/// A key still held down from the dialog before must not answer a question that nobody has read yet.
+class CHeldKeyStop : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject*, QEvent* pEvent) override {
+        if (pEvent->type() != QEvent::KeyPress && pEvent->type() != QEvent::KeyRelease)
+            return false;
+        const auto& key = static_cast<const QKeyEvent&>(*pEvent);
+        if (pEvent->type() == QEvent::KeyPress)
+            return key.isAutoRepeat() || (key.timestamp() != 0 && key.timestamp() == m_nReleased);
+        m_nReleased = key.timestamp();
+        return false;
+    }
+
+private:
+    /// X repeats a key as a release and a press of one moment, and the toolkit doesn't always see the pair.
+    quint64 m_nReleased = 0;
+};
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
     switch (icon) {
@@ -141,12 +162,15 @@ BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxBut
         new QMessageBox(IconOf(icon), strTitle, strText, QMessageBox::NoButton, Parent()));
     pBox->setObjectName(QStringLiteral("messageBox"));
     pBox->setTextFormat(Qt::PlainText);
+    auto* pHeldKeyStop = new CHeldKeyStop(pBox);
+    pBox->installEventFilter(pHeldKeyStop);
     QHash<QAbstractButton*, BoxAnswer> answers;
     // Closing, where the box may be closed, answers like the last button.
     BoxAnswer closed = BoxAnswer::Ok;
     for (const SButton& button : ButtonsOf(buttons)) {
         QPushButton* pButton = pBox->addButton(button.strText, button.Role);
         pButton->setObjectName(QLatin1String(button.szName));
+        pButton->installEventFilter(pHeldKeyStop);
         if (answers.isEmpty())
             pBox->setDefaultButton(pButton);
         answers.insert(pButton, button.Answer);

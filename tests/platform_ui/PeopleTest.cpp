@@ -81,6 +81,25 @@ TEST_F(CPeople, EveryButtonAnswersForItself) {
     }
 }
 
+TEST_F(CPeople, AKeyHeldSinceBeforeAnswersNothing) {
+    const auto hold = [](QDialog& dialog) {
+        for (const int nKey : {Qt::Key_Return, Qt::Key_Escape}) {
+            for (QWidget* pWidget : {dialog.focusWidget(), static_cast<QWidget*>(&dialog)}) {
+                QKeyEvent release(QEvent::KeyRelease, nKey, Qt::NoModifier);
+                QKeyEvent pressOfOneMoment(QEvent::KeyPress, nKey, Qt::NoModifier);
+                QKeyEvent repeat(QEvent::KeyPress, nKey, Qt::NoModifier, QString(), true);
+                release.setTimestamp(1000);
+                pressOfOneMoment.setTimestamp(1000);
+                for (QKeyEvent* pEvent : {&release, &pressOfOneMoment, &repeat})
+                    QApplication::sendEvent(pWidget, pEvent);
+                EXPECT_TRUE(dialog.isVisible());
+            }
+        }
+        dialog.findChild<QPushButton*>(u"retry"_s)->click();
+    };
+    EXPECT_EQ(Answer(BoxButtons::RetryCancel, hold), BoxAnswer::Retry);
+}
+
 TEST_F(CPeople, TheStatusWindowIsPaintedAtOnce) {
     auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(u"正在保存..."_s);
