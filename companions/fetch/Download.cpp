@@ -15,6 +15,8 @@
 namespace {
 
 constexpr int c_nWaitMilliseconds = 100;
+// One that sends a byte now and then counts as silent.
+constexpr long c_nLeastBytesPerSecond = 64;
 constexpr long c_nOk = 200;
 constexpr long c_nGone[] = {404, 410};
 
@@ -105,7 +107,7 @@ private:
         curl_easy_setopt(pEasy, CURLOPT_NOSIGNAL, 1L);
         curl_easy_setopt(pEasy, CURLOPT_QUICK_EXIT, 1L);
         curl_easy_setopt(pEasy, CURLOPT_CONNECTTIMEOUT, m_limits.nConnectSeconds);
-        curl_easy_setopt(pEasy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+        curl_easy_setopt(pEasy, CURLOPT_LOW_SPEED_LIMIT, c_nLeastBytesPerSecond);
         curl_easy_setopt(pEasy, CURLOPT_LOW_SPEED_TIME, m_limits.nSilentSeconds);
         curl_easy_setopt(pEasy, CURLOPT_WRITEFUNCTION, &CDownload::Take);
         curl_easy_setopt(pEasy, CURLOPT_WRITEDATA, this);

@@ -18,20 +18,19 @@ namespace {
 constexpr qsizetype c_nMaxDepth = 32;
 constexpr qsizetype c_nShown = 80;
 
-/// A message about a name that may be anything.
-CRunException Refusal(const QString& strMessage, const QString& strName) {
-    QString strShown = strName.left(c_nShown);
-    std::replace_if(
-        strShown.begin(), strShown.end(), [](QChar c) { return !c.isPrint(); }, QChar::ReplacementCharacter);
-    return CRunException(strMessage.arg(strShown));
-}
-
 /// A backslash parts the program's own paths.
 bool IsUnusable(QChar c) {
     return c < u' ' || c == u'\x7F' || c == u'\\' || c == QChar::ReplacementCharacter;
 }
 
 } // namespace
+
+CRunException Refusal(const QString& strMessage, const QString& strName) {
+    QString strShown = strName.left(c_nShown);
+    std::replace_if(
+        strShown.begin(), strShown.end(), [](QChar c) { return !c.isPrint(); }, QChar::ReplacementCharacter);
+    return CRunException(strMessage.arg(strShown));
+}
 
 CEntryNames::CEntryNames(const QString& strTargetFolder)
     : m_nTargetBytes(CodePage::ByteLength(Platform::FromNative(strTargetFolder)) + 1) {}

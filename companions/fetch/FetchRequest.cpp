@@ -25,7 +25,8 @@ FetchRequest ReadFetchArgument(const QString& strArgument) {
     if (nComma <= 0)
         throw Torvane::CRunException(FetchText::c_strUsage);
 
-    QString strTarget = Platform::ToNativeExact(strArgument.mid(nComma + 1));
+    // A template that is there in another letter case is the one to be replaced.
+    QString strTarget = Platform::ToNative(strArgument.mid(nComma + 1));
     while (strTarget.endsWith(u'/'))
         strTarget.chop(1);
     FetchRequest request{CodePage::Encode(QStringView(strArgument).first(nComma)), strTarget,

@@ -10,7 +10,7 @@ FetchOutcome RunFetch(const FetchRequest& request, FetchProgress& progress, cons
     using EEnd = FetchOutcome::EEnd;
     try {
         const int nFiles = FetchTemplate(request, progress, limits);
-        return {EEnd::Done, FetchText::c_strDone.arg(request.TemplateName).arg(nFiles)};
+        return {EEnd::Done, FetchText::c_strDone.arg(request.TemplateName, QString::number(nFiles))};
     } catch (const CFetchCancelled& cancelled) {
         return {EEnd::Cancelled, cancelled.GetMessage()};
     } catch (const Torvane::CException& failure) {

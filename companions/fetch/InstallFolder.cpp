@@ -18,18 +18,19 @@ using Platform::CFileState;
 
 namespace {
 
-constexpr int c_nForgottenMilliseconds = 60 * 60 * 1000;
+constexpr int c_nForgottenMilliseconds = 24 * 60 * 60 * 1000;
 const QString c_strWorkName = u".vorel-fetch"_s;
 const QString c_strLockName = u"/lock"_s;
 const QString c_strNewName = u"/new"_s;
 const QString c_strOldName = u"/old"_s;
 
-/// A folder that can't be written can neither be emptied nor moved to another one.
-void MakeTreeWritable(const QString& strFolder) {
-    Platform::MakeWritable(QFile::encodeName(strFolder));
+/// A folder that is closed to its owner can't be emptied.
+void OpenTree(const QString& strFolder) {
+    QFile::setPermissions(strFolder, QFile::permissions(strFolder) | QFile::ReadOwner | QFile::WriteOwner |
+                                         QFile::ExeOwner);
     QDirIterator below(strFolder, QDir::Dirs | QDir::NoSymLinks | QDir::Hidden | QDir::NoDotAndDotDot);
     while (below.hasNext())
-        MakeTreeWritable(below.next());
+        OpenTree(below.next());
 }
 
 /// A link goes itself, never what it leads to.
@@ -38,7 +39,7 @@ void RemoveTree(const QString& strPath) {
     if (info.isSymLink() || !info.isDir()) {
         QFile::remove(strPath);
     } else if (!QDir(strPath).removeRecursively()) {
-        MakeTreeWritable(strPath);
+        OpenTree(strPath);
         QDir(strPath).removeRecursively();
     }
 }
@@ -142,6 +143,7 @@ void CInstallFolder::Install(const QString& strFinished) {
     } else if (!old.bFolder && !old.bLink) {
         ThrowFileFault(m_strTarget, EEXIST);
     } else {
+        // A folder that can't be written can't be moved to another one.
         Platform::MakeWritable(target);
         Replace(finished, target);
     }

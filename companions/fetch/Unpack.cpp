@@ -79,7 +79,7 @@ public:
             if (m_progress.bCancelled)
                 throw CFetchCancelled();
             if (nEntries == m_limits.nMaxEntries)
-                throw CRunException(FetchText::c_strTooManyEntries.arg(m_limits.nMaxEntries));
+                ThrowTooMany();
             TakeEntry(pEntry);
         }
         if (archive_write_close(m_out.get()) != ARCHIVE_OK)
@@ -110,11 +110,13 @@ private:
             throw CRunException(FetchText::c_strEncrypted);
         const auto nType = archive_entry_filetype(pEntry);
         if ((nType != AE_IFREG && nType != AE_IFDIR) || archive_entry_hardlink(pEntry) != nullptr)
-            throw CRunException(FetchText::c_strNotPlain.arg(strName));
+            throw Refusal(FetchText::c_strNotPlain, strName);
         const bool bFolder = nType == AE_IFDIR;
         const QString strPath = m_names.Accept(strName, bFolder);
         if (strPath.isEmpty())
             return;
+        if (m_names.Count() > m_limits.nMaxEntries)
+            ThrowTooMany();
 
         // Of the entry nothing but name and kind is taken over: no owner, no rights, no attributes.
         const std::unique_ptr<archive_entry, EntryCloser> entry(archive_entry_new());
@@ -149,6 +151,9 @@ private:
         }
     }
 
+    [[noreturn]] void ThrowTooMany() {
+        throw CRunException(FetchText::c_strTooManyEntries.arg(m_limits.nMaxEntries));
+    }
     [[noreturn]] void ThrowReadFault(bool bFirst) {
         if (archive_read_has_encrypted_entries(m_in.get()) > 0)
             throw CRunException(FetchText::c_strEncrypted);

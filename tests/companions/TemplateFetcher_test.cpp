@@ -118,7 +118,7 @@ TEST_F(CTemplateFetcher, ReadsTheWaysInWhichATemplateIsPacked) {
 }
 
 TEST_F(CTemplateFetcher, RefusesWhatIsNoWholeTemplateAndKeepsTheOldOne) {
-    m_limits.Archive = {.nMaxBytes = 50000, .nMaxEntries = 5};
+    m_limits.Archive = {.nMaxBytes = 50000, .nMaxEntries = 8};
     const PackedEntry page{c_strPage};
     const QByteArray good = Pack({page, {u"a"_s, QByteArray(3000, 'a')}});
     const QList<PackedEntry> many(6, page);
@@ -128,6 +128,8 @@ TEST_F(CTemplateFetcher, RefusesWhatIsNoWholeTemplateAndKeepsTheOldOne) {
         {Pack({page, {u"/tmp/out.txt"_s}}, {.bTar = true}), u"会写到模板之外"_s},
         {Pack({page, {u"link"_s, "", AE_IFLNK, u"/tmp"_s}}), u"不是普通文件"_s},
         {Pack({page, {u"link"_s, "", AE_IFREG, c_strPage}}, {.bTar = true}), u"不是普通文件"_s},
+        {Pack({page, {u'\x1B' + QString(100, u'l'), "", AE_IFLNK, u"/tmp"_s}}, {.bTar = true}),
+         u'“' + QString(QChar::ReplacementCharacter) + QString(79, u'l') + u"”不是普通文件"_s},
         {Pack({page, {u"pipe"_s, "", AE_IFIFO}}, {.bTar = true}), u"不是普通文件"_s},
         {Pack({page, {u"a\\b"_s}}, {.bTar = true}), u"不能使用的文件名"_s},
         {Pack({page, {u"a\nb"_s}}), u"不能使用的文件名"_s},
@@ -136,7 +138,8 @@ TEST_F(CTemplateFetcher, RefusesWhatIsNoWholeTemplateAndKeepsTheOldOne) {
         {Pack({page, {u"a"_s}, {u"a/b"_s}}), u"重名的文件"_s},
         {Pack({page, {QString(300, u'a')}}), u"过长的文件名"_s},
         {Pack({page, {u"a/"_s.repeated(40) + u"a"_s}}), u"过长的文件名"_s},
-        {Pack({page, {u"1"_s}, {u"2"_s}, {u"3"_s}, {u"4"_s}, {u"5"_s}}), u"文件太多"_s},
+        {Pack({page, {u"1"_s}, {u"2"_s}, {u"3"_s}, {u"4"_s}, {u"5"_s}, {u"6"_s}}), u"文件太多"_s},
+        {Pack({page, {u"1/2/3/4/5/6"_s}}), u"文件太多"_s},
         {Pack({page, {u"bomb"_s, QByteArray(60000, '\0')}}), u"模板太大"_s},
         {Pack({page}, {.bEncrypted = true}), u"有密码"_s},
         {Pack({{u"a.txt"_s}}), u"不是模板"_s},
@@ -208,6 +211,14 @@ TEST_F(CTemplateFetcher, PutsInOrderWhatAKilledOneLeft) {
     EXPECT_EQ(m_folder.Read(u"SysData/VorelTemplates/丙/kept.txt"_s), "kept");
     EXPECT_EQ(List(u"SysData/VorelTemplates/甲 一"_s), QStringList{u"eht"_s});
     EXPECT_EQ(List(u"SysData"_s), QStringList{u"VorelTemplates"_s});
+}
+
+TEST_F(CTemplateFetcher, ReplacesATemplateWhateverItsLettersAre) {
+    m_folder.Write(u"SysData/VorelTemplates/blue %2/old.txt"_s, "old");
+    CStrangeServer server("HTTP/1.0 200 OK\r\n\r\n" + Pack({{c_strPage}}));
+    EXPECT_EQ(Fetch(Request(server.Url("/"), u"BLUE %2"_s)).strText, u"模板“blue %2”已下载，共 1 个文件。"_s);
+    EXPECT_EQ(Templates(), (QStringList{u"blue %2"_s, u"甲 一"_s}));
+    EXPECT_EQ(List(u"SysData/VorelTemplates/blue %2"_s), QStringList{u"eht"_s});
 }
 
 TEST_F(CTemplateFetcher, NeverWritesThroughALinkNorOverAFile) {
