@@ -26,6 +26,9 @@
 
 namespace {
 
+/// The time after which a window manager has chosen who comes after a dialog.
+constexpr int c_nActivateMilliseconds = 100;
+
 constexpr int c_nTreeWidth = 200;
 /// Lectures can't be recorded.
 constexpr bool c_bVideo = false;
@@ -361,6 +364,11 @@ void CMainFrame::ComeToFront() {
     }
 }
 
+void CMainFrame::TakeActivation() {
+    if (QApplication::activeWindow() == nullptr && isVisible())
+        activateWindow();
+}
+
 bool CMainFrame::event(QEvent* pEvent) {
     if (pEvent->type() == QEvent::StatusTip) {
         m_pStatusBar->ShowHint(static_cast<QStatusTipEvent*>(pEvent)->tip());
@@ -370,6 +378,9 @@ bool CMainFrame::event(QEvent* pEvent) {
         m_pStatusBar->ShowHint(QString());
         // The button hears of the mouse after its window hears of the dialog.
         QTimer::singleShot(0, m_pToolBar, &CFrameToolBar::DropHover);
+        if (pEvent->type() == QEvent::WindowUnblocked &&
+            QGuiApplication::applicationState() == Qt::ApplicationActive)
+            QTimer::singleShot(c_nActivateMilliseconds, this, &CMainFrame::TakeActivation);
     }
     const bool bDone = QMainWindow::event(pEvent);
     if (pEvent->type() == QEvent::Paint && !m_bPainted) {

@@ -93,6 +93,9 @@ private:
     bool RunApplicationCommand(int nId);
     bool RunOwnCommand(int nId);
     void UpdateCommandsSoon();
+    /// The last dialog went. Where a box went together with the dialog below it, some window managers leave
+    /// no window active.
+    void TakeActivation();
 
     IFrameOwner& m_owner;
     Torvane::Dialog::MFC::IPeople& m_people;
