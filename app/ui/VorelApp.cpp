@@ -43,7 +43,12 @@ constexpr int c_nSplashPicture = 369;
 /// Marks a dialog that was asked to go once.
 constexpr char c_szAskedToEnd[] = "askedToEnd";
 
-/// Counts the steps under way, so that the heartbeat keeps out of them.
+/// A step holds the thread, and only lets the windows be painted.
+bool IsThreadHeld() {
+    return CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning();
+}
+
+/// Counts the steps under way, so that neither the heartbeat nor the window's close comes between.
 class CBusy {
 public:
     explicit CBusy(int& nCount) : m_nCount(nCount) { ++m_nCount; }
@@ -125,7 +130,7 @@ void CVorelApp::FirstPainted(const QString& strFile) {
 }
 
 bool CVorelApp::IsStepUnderWay() const {
-    return m_nBusy > 0 || CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning();
+    return m_nBusy > 0 || IsThreadHeld();
 }
 
 bool CVorelApp::IsInTheMiddle() const {
@@ -151,9 +156,10 @@ void CVorelApp::EndWhenFree() {
         m_bClosing = false;
         return;
     }
-    // An open dialog is cancelled, once: one that stays, or asks in its turn, waits for the person.
+    // An open dialog is cancelled, once: one that stays, or asks in its turn, waits for the person. One whose
+    // own step is under way could still end with OK after that.
     auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (pDialog && !pDialog->property(c_szAskedToEnd).toBool()) {
+    if (pDialog && !IsThreadHeld() && !pDialog->property(c_szAskedToEnd).toBool()) {
         pDialog->setProperty(c_szAskedToEnd, true);
         pDialog->close();
     }
