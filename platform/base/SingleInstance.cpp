@@ -17,6 +17,16 @@ namespace {
 constexpr int c_nAnswerMilliseconds = 500;
 constexpr int c_nWaitingStarts = 8;
 
+/// The display in a word for a socket's name. ":0" and ":0.0" are one: some terminals write the screen behind
+/// it. Of a long name the end tells one display from another.
+QByteArray DisplayName() {
+    QByteArray display = qgetenv("DISPLAY");
+    const qsizetype nScreen = display.indexOf('.', qMax(qsizetype(0), display.lastIndexOf(':')));
+    if (nScreen >= 0)
+        display.truncate(nScreen);
+    return qgetenv("WAYLAND_DISPLAY").right(20) + display.right(20);
+}
+
 /// An address in the abstract name space: nothing stays on the disk when a process dies.
 struct Address {
     sockaddr_un Data{};
@@ -24,9 +34,8 @@ struct Address {
 
     explicit Address(const QString& strName) {
         // A window can only be brought to the front of the display that it is on.
-        const QByteArray display = qgetenv("WAYLAND_DISPLAY").left(16) + qgetenv("DISPLAY").left(16);
         const QByteArray name = strName.toUtf8().left(32) + "-instance-" +
-                                QByteArray::number(static_cast<uint>(getuid())) + "-" + display;
+                                QByteArray::number(static_cast<uint>(getuid())) + "-" + DisplayName();
         Data.sun_family = AF_UNIX;
         std::memcpy(Data.sun_path + 1, name.constData(), static_cast<std::size_t>(name.size()));
         nLength = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 +

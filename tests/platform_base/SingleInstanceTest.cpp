@@ -35,4 +35,18 @@ TEST(SingleInstance, ALaterStartEndsOnlyForAnInstanceWithAWindow) {
     EXPECT_EQ(nActivated, 2);
 }
 
+// A terminal that writes the display otherwise would get a second program, and another display's start none.
+TEST(SingleInstance, KnowsADisplayByAnyOfItsNames) {
+    const QString strName = QStringLiteral("vorel-display-%1").arg(QCoreApplication::applicationPid());
+    const QByteArray saved = qgetenv("DISPLAY");
+    qputenv("DISPLAY", "server.room.school.test:10");
+    Platform::CSingleInstance first(strName);
+    first.Listen([] {});
+    qputenv("DISPLAY", "server.room.school.test:10.0");
+    EXPECT_TRUE(Platform::CSingleInstance(strName).ActivateOther());
+    qputenv("DISPLAY", "server.room.school.test:11");
+    EXPECT_FALSE(Platform::CSingleInstance(strName).ActivateOther());
+    qputenv("DISPLAY", saved);
+}
+
 } // namespace
