@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QShortcut>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -73,8 +74,16 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
     connect(m_pList, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* pItem) {
         m_pSelected->setText(pItem == nullptr ? QString() : pItem->text(0));
     });
-    connect(m_pList, &QTreeWidget::itemDoubleClicked, this,
-            [this](const QTreeWidgetItem* pItem) { m_host.SelectNode(pItem->data(0, c_nIdRole).toInt()); });
+    const auto open = [this](const QTreeWidgetItem* pItem) {
+        if (pItem != nullptr)
+            m_host.SelectNode(pItem->data(0, c_nIdRole).toInt());
+    };
+    connect(m_pList, &QTreeWidget::itemDoubleClicked, this, open);
+    // Not the list's own activation: some desktops let a single click do that.
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* pEnter = new QShortcut(key, m_pList, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(pEnter, &QShortcut::activated, this, [this, open] { open(m_pList->currentItem()); });
+    }
 }
 
 void CChildrenNodeListView::ShowNode() {

@@ -40,6 +40,8 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     EXPECT_EQ(Child<QLabel>(*pView, u"selectedTitle"_s).text(), u"夹"_s);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
     EXPECT_EQ(m_world.Host.Selected, QList<qint32>{pFolder->GetId()});
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(m_world.Host.Selected.size(), 2);
 }
 
 TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
