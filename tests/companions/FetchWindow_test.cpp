@@ -40,6 +40,9 @@ TEST(FetchWindow, KeepsAFaultToBeRead) {
         EXPECT_EQ(dialog.findChild<QLabel*>(u"title"_s)->text(),
                   u"下载模板失败：服务器没有给出模板（Http 500 错误）。"_s);
         EXPECT_FALSE(dialog.findChild<QProgressBar*>(u"progress"_s)->isVisible());
+        QTest::keyClick(pButton, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return pButton->isDefault(); }, c_nPatienceMilliseconds));
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
     EXPECT_EQ(window.exec(), QDialog::Rejected);

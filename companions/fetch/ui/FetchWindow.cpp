@@ -18,7 +18,7 @@ namespace {
 
 constexpr int c_nWidth = 400;
 constexpr int c_nRefreshMilliseconds = 100;
-/// A small template is there before one has seen that anything happened.
+/// A small template is there, or a fault, before one has seen that anything happened.
 constexpr int c_nReadMilliseconds = 1000;
 constexpr int c_nBarSteps = 1000;
 constexpr int c_nMargin = 16;
@@ -129,7 +129,8 @@ void CFetchWindow::End(const FetchOutcome& outcome) {
         m_pTitle->setText(outcome.strText);
         m_pBar->hide();
         m_pDetails->hide();
-        m_pButton->setDefault(true);
         m_pButton->setFocus();
+        // Nor must an Enter too many take away what nobody has read yet.
+        QTimer::singleShot(c_nReadMilliseconds, m_pButton, [this] { m_pButton->setDefault(true); });
     }
 }
