@@ -1,9 +1,13 @@
 #include "tests/journey/Journey.h"
+
+#include "foundation/CodePage.h"
 #include "tests/journey/Steps.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
 #include <QThread>
@@ -141,14 +145,25 @@ public:
         m_robot.Shot(u"renamed"_s);
     }
 
+    /// The server falls silent while a page is written: what is typed on, and the saving, come behind.
+    void SilentWhileEditing() {
+        EditFirstLeaf();
+        Signal(SIGSTOP);
+        m_robot.WaitFor(
+            "the session check", [] { return Robot::Find(c_strGiveUp, c_strStatus); }, 200);
+        m_robot.Shot(u"waiting"_s);
+        m_robot.Type(c_strLostText);
+        m_robot.Press(u"ctrl+s"_s);
+        QThread::msleep(500);
+        m_robot.Press(u"Escape"_s);
+        PressInBox(c_strRetry);
+        Signal(SIGCONT);
+        m_robot.WaitFor("the page to be saved", [] { return SavedText().contains(c_strLostText); });
+        m_robot.Shot(u"saved"_s);
+    }
+
     void LostSession() {
-        OpenRecent();
-        Login();
-        SelectFirstLeaf();
-        m_robot.Click(u"tool_32815"_s);
-        m_robot.WaitForWidget(u"button_32779"_s);
-        m_robot.Click(u"design"_s);
-        m_robot.Press(u"ctrl+End"_s);
+        EditFirstLeaf();
         m_robot.Type(c_strLostText);
         Sql(u"UPDATE Client SET Seen = 1"_s);
         m_robot.WaitFor(
@@ -229,6 +244,29 @@ private:
         m_robot.WaitForWidget(u"tool_32815"_s);
     }
 
+    void EditFirstLeaf() {
+        OpenRecent();
+        Login();
+        SelectFirstLeaf();
+        m_robot.Click(u"tool_32815"_s);
+        m_robot.WaitForWidget(u"button_32779"_s);
+        m_robot.Click(u"design"_s);
+        m_robot.Press(u"ctrl+End"_s);
+    }
+
+    /// All pages of the course on the disk.
+    static QString SavedText() {
+        QString strText;
+        QDirIterator pages(QFileInfo(qEnvironmentVariable("VOREL_JOURNEY_COURSE")).path(), {u"*.htm*"_s},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (pages.hasNext()) {
+            QFile page(pages.next());
+            if (page.open(QIODevice::ReadOnly))
+                strText += CodePage::Decode(page.readAll());
+        }
+        return strText;
+    }
+
     static void Signal(int nSignal) {
         ::kill(qEnvironmentVariableIntValue("VOREL_JOURNEY_SERVER"), nSignal);
         QThread::msleep(200);
@@ -261,6 +299,7 @@ const struct {
     {u"hold", &CPatient::Hold},
     {u"second-person", &CPatient::SecondPerson},
     {u"renamed", &CPatient::Renamed},
+    {u"silent-while-editing", &CPatient::SilentWhileEditing},
     {u"lost-session", &CPatient::LostSession},
     {u"server-away-at-close", &CPatient::ServerAwayAtClose},
 };

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # The troubles that the program may have with its course server, one run of the program each, and what the person saw.
 #   trials.sh BUILD_FOLDER [TRIAL...]
-# A lost session takes three minutes: the program asks the server no sooner.
+# A lost session takes three minutes, and so does a silence while editing: the program asks the server no sooner.
 set -euo pipefail
 . "$(dirname "$0")/stage.sh"
 all=(no-server hanging-server garbage wrong-password initial-password second-person renamed lost-session
-  server-away-at-close)
+  silent-while-editing server-away-at-close)
 lay_out "$1" "$1/trials"
 shift
 [ $# -eq 0 ] || all=("$@")
