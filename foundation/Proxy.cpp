@@ -4,7 +4,7 @@
 
 namespace Torvane::Net {
 
-QByteArray ProxyFor(QByteArrayView host) {
+Proxy ProxyFor(QByteArrayView scheme, QByteArrayView host) {
     const QByteArray name = host.toByteArray().toLower();
     if (name == "localhost" || name.startsWith("127.") || name == "[::1]")
         return {};
@@ -21,11 +21,16 @@ QByteArray ProxyFor(QByteArrayView host) {
         if (!domain.isEmpty() && (name == domain || name.endsWith(QByteArray('.' + domain))))
             return {};
     }
+    const bool bPlain = scheme == "http";
     // "HTTP_PROXY" in capitals is not looked at, since a web server's scripts get it from a request.
-    for (const char* szVariable : {"http_proxy", "all_proxy", "ALL_PROXY"}) {
-        const QByteArray proxy = qgetenv(szVariable);
+    const QByteArrayList variables =
+        bPlain ? QByteArrayList{"http_proxy", "all_proxy", "ALL_PROXY"}
+               : QByteArrayList{"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"};
+    for (const QByteArray& variable : variables) {
+        const QByteArray proxy = qgetenv(variable.constData());
+        // A tunnel, or what only hands bytes on, doesn't read the request.
         if (!proxy.isEmpty())
-            return proxy;
+            return {proxy, bPlain && !proxy.toLower().startsWith("socks")};
     }
     return {};
 }

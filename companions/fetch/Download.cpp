@@ -30,6 +30,7 @@ struct MultiDeleter {
 struct Address {
     /// Scheme, host and port with a "/" behind them.
     QByteArray Server;
+    QByteArray Scheme;
     QByteArray Host;
     /// What the request line names.
     QByteArray Target;
@@ -53,6 +54,7 @@ Address SplitAddress(const QByteArray& address) {
     Address parts;
     const QByteArray host = authority.mid(authority.lastIndexOf('@') + 1);
     parts.Server = scheme + "://" + host + '/';
+    parts.Scheme = scheme;
     parts.Target = address.sliced(nEnd);
     if (!parts.Target.startsWith('/'))
         parts.Target.prepend('/');
@@ -94,13 +96,12 @@ private:
             throw Torvane::CRunException(
                 FetchText::c_strUnexpected.arg(QString::fromUtf8(curl_easy_strerror(CURLE_FAILED_INIT))));
         CURL* pEasy = m_easy.get();
-        const QByteArray proxy = Torvane::Net::ProxyFor(parts.Host);
-        // A proxy wants the whole address in the request line.
-        const bool bWhole = !proxy.isEmpty() && parts.Server.startsWith("http:");
-        const QByteArray target = bWhole ? parts.Server.chopped(1) + parts.Target : parts.Target;
+        const Torvane::Net::Proxy proxy = Torvane::Net::ProxyFor(parts.Scheme, parts.Host);
+        const QByteArray target =
+            proxy.bTakesWholeAddress ? parts.Server.chopped(1) + parts.Target : parts.Target;
         curl_easy_setopt(pEasy, CURLOPT_URL, parts.Server.constData());
         curl_easy_setopt(pEasy, CURLOPT_REQUEST_TARGET, target.constData());
-        curl_easy_setopt(pEasy, CURLOPT_PROXY, proxy.constData());
+        curl_easy_setopt(pEasy, CURLOPT_PROXY, proxy.Address.constData());
         curl_easy_setopt(pEasy, CURLOPT_PROTOCOLS_STR, "http,https");
         curl_easy_setopt(pEasy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
         curl_easy_setopt(pEasy, CURLOPT_USERAGENT, "VorelFetch");

@@ -124,15 +124,13 @@ HeaderList MakeHeaders(const TransferRequest& request) {
 void SetAddress(CURL* pEasy, const TransferRequest& request) {
     const HttpUrl& url = request.Url;
     const QByteArray server = url.strScheme + "://" + url.strHost + ':' + QByteArray::number(url.nPort) + '/';
-    const QByteArray proxy = ProxyFor(url.strHost);
-    // The library would escape or refuse blanks and bytes above 127: the target goes out as it stands. A
-    // proxy wants the whole address there.
-    const bool bAbsolute = !proxy.isEmpty() && url.strScheme == "http";
-    const QByteArray target = bAbsolute ? server.chopped(1) + url.strPath : url.strPath;
+    const Proxy proxy = ProxyFor(url.strScheme, url.strHost);
+    // The library would escape or refuse blanks and bytes above 127: the target goes out as it stands.
+    const QByteArray target = proxy.bTakesWholeAddress ? server.chopped(1) + url.strPath : url.strPath;
     curl_easy_setopt(pEasy, CURLOPT_URL, server.constData());
     curl_easy_setopt(pEasy, CURLOPT_PATH_AS_IS, 1L);
     curl_easy_setopt(pEasy, CURLOPT_REQUEST_TARGET, target.constData());
-    curl_easy_setopt(pEasy, CURLOPT_PROXY, proxy.constData());
+    curl_easy_setopt(pEasy, CURLOPT_PROXY, proxy.Address.constData());
     curl_easy_setopt(pEasy, CURLOPT_PROTOCOLS_STR, "http,https");
 }
 
