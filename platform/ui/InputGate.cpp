@@ -92,13 +92,28 @@ private:
                !pModal->isAncestorOf(pWindow, QWindow::IncludeTransients);
     }
 
-    static void HandOn(const KeptInput& kept) {
+    void HandOn(const KeptInput& kept) {
         if (!kept.pWindow || !kept.pReceiver)
             return;
-        if (kept.pEvent->type() == QEvent::Close)
+        if (kept.pEvent->type() == QEvent::Close) {
             kept.pWindow->close();
-        else if (!IsTyped(kept.pReceiver, *kept.pEvent) || kept.pFocus == kept.pWindow->focusObject())
-            QCoreApplication::sendEvent(kept.pReceiver, kept.pEvent.get());
+            return;
+        }
+        QObject* pFocus = kept.pWindow->focusObject();
+        if (IsTyped(kept.pReceiver, *kept.pEvent) && kept.pFocus != pFocus)
+            return;
+        const bool bText = kept.pEvent->type() == QEvent::InputMethod;
+        QCoreApplication::sendEvent(bText ? pFocus : kept.pReceiver.data(), kept.pEvent.get());
+        if (kept.pWindow)
+            FollowFocus(*kept.pWindow, pFocus);
+    }
+
+    /// A key that goes on to another field takes there what was typed behind it.
+    void FollowFocus(QWindow& window, const QObject* pBefore) {
+        for (KeptInput& kept : m_kept) {
+            if (kept.pWindow == &window && kept.pFocus == pBefore)
+                kept.pFocus = window.focusObject();
+        }
     }
 
     static inline QPointer<CHandOn> s_pRunning;
