@@ -58,8 +58,8 @@ TEST(TreeRulesTest, CommandsAreOfferedByLineAndType) {
          {Case{32772, "001111 1"}, Case{32910, "001111 1"}, Case{32773, "011111 1"}, Case{32909, "011111 1"},
           Case{32869, "001111 0"}, Case{32870, "011111 0"}, Case{32774, "001111 0"}, Case{32775, "001111 0"},
           Case{32814, "001111 0"}, Case{32913, "011111 1"}, Case{32815, "000110 0"}, Case{32914, "000110 1"},
-          Case{32816, "001111 0"}, Case{32817, "001111 0"}, Case{32919, "000110 0"}, Case{32918, "000111 1"},
-          Case{32934, "000111 1"}, Case{32882, "000000 0"}}) {
+          Case{32816, "001111 0"}, Case{32817, "001111 0"}, Case{32919, "000110 0"}, Case{32911, "001111 0"},
+          Case{32918, "000111 0"}, Case{32934, "000111 1"}, Case{32882, "000000 0"}}) {
         std::string offered;
         for (const TreeSelection& selection : selections)
             offered += TreeCommand::IsEnabled(c.nCommand, selection, false) ? '1' : '0';
