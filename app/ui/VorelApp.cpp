@@ -273,7 +273,6 @@ void CVorelApp::NewCourse() {
         m_pFrame->activateWindow();
         return;
     }
-    wizard.hide();
     m_pFrame->repaint();
     CloseCourse();
 

@@ -71,7 +71,7 @@ bool CCreateProjectWizard::event(QEvent* pEvent) {
 }
 
 void CCreateProjectWizard::FetchCourses() {
-    if (m_bFetching)
+    if (m_bFetching || !isVisible())
         return;
     m_bFetching = true;
     if (!m_pCoursePage->FetchCourses())

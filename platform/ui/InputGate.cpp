@@ -4,6 +4,7 @@
 #include "platform/ui/WebBrowser.h"
 
 #include <QCoreApplication>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -150,6 +151,11 @@ bool CInputGate::IsOpen(QObject* pObject) const {
     return pWidget != nullptr && (pWidget == m_pOpen || m_pOpen->isAncestorOf(pWidget));
 }
 
+bool CInputGate::IsDialogBelow(QObject* pObject) const {
+    const auto* pDialog = m_pOpen ? qobject_cast<QDialog*>(m_pOpen->parentWidget()) : nullptr;
+    return pDialog != nullptr && pObject == pDialog->windowHandle();
+}
+
 void CInputGate::Keep(QObject* pObject, const QEvent& event) {
     const auto isThis = [&](const KeptInput& kept) {
         return kept.pWindow == pObject && kept.pEvent->type() == QEvent::Close;
@@ -210,7 +216,7 @@ bool CInputGate::eventFilter(QObject* pObject, QEvent* pEvent) {
         return true;
     }
     case QEvent::Close:
-        if (IsOpen(pObject))
+        if (IsOpen(pObject) || IsDialogBelow(pObject))
             return false;
         Keep(pObject, *pEvent);
         pEvent->ignore();

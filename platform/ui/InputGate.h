@@ -22,7 +22,8 @@ struct KeptInput {
 /// window means that window's Cancel. Other keys, what an input method makes of them, and the shortcuts that
 /// they are, are kept: they reach their windows, in their order, when nothing holds the thread any more and
 /// no dialog stands over them, so that a text typed on meanwhile has no hole and Ctrl+S saves. Clicks
-/// elsewhere are dropped, and a window that was to be closed is closed then.
+/// elsewhere are dropped, and a window that was to be closed is closed then. A dialog below the open window
+/// is closed at once: whoever waits over it gives up then.
 class CInputGate : public QObject {
 public:
     CInputGate(QWidget& open, std::function<void()> cancel);
@@ -38,6 +39,7 @@ public:
 
 private:
     bool IsOpen(QObject* pObject) const;
+    bool IsDialogBelow(QObject* pObject) const;
     bool TakeTyped(QObject* pObject, const QEvent& event);
     void Keep(QObject* pObject, const QEvent& event);
 

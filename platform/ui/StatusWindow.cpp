@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
@@ -40,6 +41,8 @@ QPalette StatusPalette(QPalette palette) {
 CStatusWindow::CStatusWindow(QWidget* pParent, Pump pump)
     : m_pParent(pParent ? pParent->window() : nullptr), m_pump(std::move(pump)) {
     s_open.append(this);
+    if (m_pParent && m_pParent->isVisible())
+        m_pDialog = qobject_cast<QDialog*>(m_pParent);
     auto* pFrame = new QFrame(m_pParent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     m_pWindow = pFrame;
     pFrame->setObjectName(QStringLiteral("statusWindow"));
@@ -145,6 +148,10 @@ void CStatusWindow::Cancel() {
         m_pCancel->setEnabled(false);
 }
 
+bool CStatusWindow::IsDialogLeft() const {
+    return m_pDialog && !m_pDialog->isVisible();
+}
+
 bool CStatusWindow::KeepWaiting() {
     if (m_pWindow && m_bMayCancel && !m_pGate && m_pWindow->isVisible() &&
         m_waited.elapsed() >= c_nCancelMilliseconds)
@@ -156,7 +163,7 @@ bool CStatusWindow::KeepWaiting() {
         m_pump(QEventLoop::AllEvents);
         m_pGate->SetActive(false);
     }
-    return !m_bCancelled;
+    return !m_bCancelled && !(m_bMayCancel && IsDialogLeft());
 }
 
 void CStatusWindow::ShowProgress(qint64 nDone, qint64 nTotal) {

@@ -10,6 +10,7 @@
 #include <memory>
 
 class CInputGate;
+class QDialog;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -17,7 +18,7 @@ class QWidget;
 
 /// The status window: one line, a bar where the amount of work is known, and "取消" where the step may be
 /// given up and takes long. It never takes the focus, so that nobody has to give it back: Escape reaches it
-/// from whichever window has it.
+/// from whichever window has it. Who closes the dialog below it gives the step up too.
 class CStatusWindow : public Torvane::Dialog::MFC::CShowStatusDlg {
 public:
     /// Processes events for a moment; called after each change, and lives as long as this.
@@ -39,10 +40,14 @@ private:
     void PaintNow();
     void OfferCancel();
     void Cancel();
+    /// Who closes it waits for nothing any more.
+    bool IsDialogLeft() const;
 
     /// Gone when the main window went.
     QPointer<QWidget> m_pWindow;
     QPointer<QWidget> m_pParent;
+    /// The window below, where it is a dialog that stood there when this came.
+    QPointer<QDialog> m_pDialog;
     QLabel* m_pText = nullptr;
     QProgressBar* m_pBar = nullptr;
     QPushButton* m_pCancel = nullptr;

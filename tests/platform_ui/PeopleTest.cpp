@@ -251,6 +251,40 @@ TEST_F(CPeople, AWindowClosedWhileAStepRunsGoesWhenItIsOver) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window.isVisible(); }));
 }
 
+TEST_F(CPeople, ClosingTheDialogThatWaitsEndsTheWaitAtOnce) {
+    // Right after it came up, with the first look, and when the button is there.
+    for (const int nMoment : {0, 1, 2}) {
+        QDialog below(&m_window);
+        below.setModal(true);
+        below.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&below));
+        QWindow* pBelow = below.windowHandle();
+        auto pStatus = m_people.OpenStatus();
+        const auto close = [&] {
+            QCloseEvent event;
+            QCoreApplication::sendEvent(pBelow, &event);
+            EXPECT_FALSE(below.isVisible());
+        };
+        pStatus->ShowStatus(u"正在获取..."_s);
+        if (nMoment == 0)
+            close();
+        pStatus->AllowCancel(true);
+        QTimer person;
+        QObject::connect(&person, &QTimer::timeout, [&] {
+            if (nMoment == 2 && !below.findChild<QPushButton*>(u"statusCancel"_s)->isVisible())
+                return;
+            person.stop();
+            close();
+        });
+        if (nMoment > 0)
+            person.start(20);
+        const QDeadlineTimer deadline(10000);
+        while (pStatus->KeepWaiting() && !deadline.hasExpired())
+            QTest::qSleep(5);
+        EXPECT_FALSE(deadline.hasExpired()) << nMoment;
+    }
+}
+
 TEST_F(CPeople, AHandlerCalledWhilePaintingDoesNotComeInAgain) {
     int nDepth = 0, nCalls = 0;
     QTimer timer;
