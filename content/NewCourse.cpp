@@ -22,6 +22,16 @@ bool IsAbsolute(const QString& strFolder) {
            (strFolder.size() >= 3 && strFolder.at(1) == u':' && strFolder.at(2) == u'\\');
 }
 
+/// A separator too many is no part of a path, and nobody should find it in the list of recent courses.
+QString Tidied(const QString& strFolder) {
+    QString strTidy = strFolder;
+    for (qsizetype n = strTidy.size() - 1; n > 1; --n) {
+        if (strTidy.at(n) == u'\\' && strTidy.at(n - 1) == u'\\')
+            strTidy.remove(n, 1);
+    }
+    return strTidy;
+}
+
 bool MakeFolder(const QString& strFolder) {
     if (!IsAbsolute(strFolder))
         return false;
@@ -47,7 +57,8 @@ void CCourseFolderStep::TakePicked(const QString& strPicked) {
     strFolder = CourseFolderBelow(strPicked, strName);
 }
 
-CCourseFolderStep::Fault CCourseFolderStep::Next() const {
+CCourseFolderStep::Fault CCourseFolderStep::Next() {
+    strFolder = Tidied(strFolder);
     if (strName.isEmpty())
         return {ContentText::c_strNoCourseName, true};
     if (strFolder.isEmpty())

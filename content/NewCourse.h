@@ -28,8 +28,9 @@ public:
         QString strWarning;
         bool bName = false;
     };
-    /// The checks of Next in their order; the folder is made at the end.
-    Fault Next() const;
+    /// The checks of Next in their order; the folder is made at the end. Takes needless separators out of
+    /// its path first.
+    Fault Next();
 
 private:
     QString m_strSeen;

@@ -43,12 +43,13 @@ QWidget* CSelectCourseFolderPropertyPage::GetFirstField() const {
 
 void CSelectCourseFolderPropertyPage::TakeFields() {
     m_step.strName = m_pName->text();
-    m_step.strFolder = Platform::FromNative(m_pFolder->text());
+    // A blank comes along with a copied path.
+    m_step.strFolder = Platform::FromNative(m_pFolder->text().trimmed());
 }
 
 void CSelectCourseFolderPropertyPage::ShowFields() {
     m_pName->setText(m_step.strName);
-    m_pFolder->setText(Platform::ToNativeExact(m_step.strFolder));
+    m_pFolder->setText(Platform::ToShown(m_step.strFolder));
 }
 
 void CSelectCourseFolderPropertyPage::Browse() {

@@ -15,7 +15,7 @@ CShowUserSelectPropertyPage::CShowUserSelectPropertyPage(CreateRecord& record)
 }
 
 void CShowUserSelectPropertyPage::Activate() {
-    m_pSummary->setPlainText(SummaryText(m_record, Platform::ToNativeExact(m_record.Folder)));
+    m_pSummary->setPlainText(SummaryText(m_record, Platform::ToShown(m_record.Folder)));
 }
 
 QWidget* CShowUserSelectPropertyPage::GetFirstField() const {

@@ -44,6 +44,8 @@ TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
           Case{u"C/C++"_s, m_folder.Path(u"空"_s), u"课程名不能包含“\\”和“/”，请您修改！"_s},
           Case{u"课"_s, m_folder.Path(u"满"_s),
                u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s},
+          Case{u"课"_s, m_folder.Path(u"满\\\\\\"_s),
+               u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s},
           Case{u"课"_s, m_folder.Path(u"满\\x.txt"_s), u"创建课程文件夹失败，请您重试!"_s},
           Case{u"课"_s, m_folder.Path(u"满\\x.txt\\y"_s), u"创建课程文件夹失败，请您重试!"_s},
           Case{u"课"_s, u"只有名字"_s, u"创建课程文件夹失败，请您重试!"_s},
