@@ -24,7 +24,7 @@ constexpr int c_nIconSide = 32;
 constexpr int c_nMaxIconSide = 1024;
 
 /// A template may come from anywhere: what would be no icon is not read as one.
-QIcon TemplateIcon(const QString& strPath) {
+QIcon ReadIcon(const QString& strPath) {
     if (!Torvane::File::IsFile(strPath))
         return {};
     const QString strFile = Platform::ToNative(strPath);
@@ -32,6 +32,16 @@ QIcon TemplateIcon(const QString& strPath) {
     if (size.isEmpty() || size.width() > c_nMaxIconSide || size.height() > c_nMaxIconSide)
         return {};
     return QIcon(strFile);
+}
+
+/// A template without an icon gets a blank one, so that all names stand in line.
+QIcon TemplateIcon(const QString& strPath) {
+    const QIcon icon = ReadIcon(strPath);
+    if (!icon.pixmap(c_nIconSide).isNull())
+        return icon;
+    QPixmap blank(c_nIconSide, c_nIconSide);
+    blank.fill(Qt::transparent);
+    return QIcon(blank);
 }
 
 /// A small button with an arrow; Enter presses it, as it does any button that has the focus.

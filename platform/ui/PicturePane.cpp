@@ -43,6 +43,8 @@ void CPicturePane::Load(const QString& strPath) {
 void CPicturePane::Ask() {
     m_room = size();
     m_dRatio = devicePixelRatioF();
+    // A window that is being drawn larger asks again and again.
+    m_reading.cancel();
     const auto pPromise = std::make_shared<QPromise<QImage>>();
     m_reading.setFuture(pPromise->future());
     QThreadPool::globalInstance()->start([pPromise, strPath = m_strPath, room = m_room, dRatio = m_dRatio] {
