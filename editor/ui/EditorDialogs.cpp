@@ -1,6 +1,7 @@
 #include "editor/ui/EditorDialogs.h"
 
 #include "editor/Texts.h"
+#include "platform/ui/DialogParts.h"
 
 #include <QColorDialog>
 #include <QDialog>
@@ -25,6 +26,7 @@ QDialogButtonBox* AddButtons(QDialog& dialog, QVBoxLayout& layout) {
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
     pButtons->button(QDialogButtonBox::Ok)->setText(EditorTexts::c_strOk);
     pButtons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("ok"));
+    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
     pButtons->button(QDialogButtonBox::Cancel)->setText(EditorTexts::c_strCancel);
     pButtons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancel"));
     QObject::connect(pButtons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
@@ -52,7 +54,7 @@ QLineEdit* AddColour(QFormLayout& form, const QString& strLabel, const char* szN
     pEdit->setObjectName(QLatin1StringView(szName));
     auto* pPicker = new QPushButton(QStringLiteral("..."));
     pPicker->setObjectName(QLatin1StringView(szName) + QStringLiteral("Picker"));
-    pPicker->setAutoDefault(false);
+    pPicker->setAccessibleName(DialogParts::NameOf(strLabel));
     QObject::connect(pPicker, &QPushButton::clicked, pEdit, [pEdit] {
         const QColor colour = QColorDialog::getColor(QColor(pEdit->text()), pEdit->window());
         if (colour.isValid())

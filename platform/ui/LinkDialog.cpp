@@ -1,5 +1,6 @@
 #include "platform/ui/LinkDialog.h"
 
+#include "platform/ui/DialogParts.h"
 #include "platform/ui/Texts.h"
 
 #include <QDialog>
@@ -16,11 +17,11 @@ std::optional<QString> AskLinkAddress(QWidget* pParent, const QString& strPresen
     pDialog->setObjectName(QStringLiteral("linkDialog"));
     pDialog->setWindowTitle(UiTexts::c_strLinkTitle);
     auto* pLayout = new QVBoxLayout(pDialog);
-    pLayout->addWidget(new QLabel(UiTexts::c_strLinkPrompt, pDialog));
     auto* pAddress = new QLineEdit(strPresent.isEmpty() ? QStringLiteral("http://") : strPresent, pDialog);
-    pAddress->setObjectName(QStringLiteral("linkAddress"));
+    DialogParts::SetNames(pAddress, "linkAddress", UiTexts::c_strLinkPrompt);
     pAddress->setMinimumWidth(360);
     pAddress->selectAll();
+    pLayout->addWidget(DialogParts::LabelFor(UiTexts::c_strLinkPrompt, pAddress));
     pLayout->addWidget(pAddress);
     auto* pButtons = new QDialogButtonBox(pDialog);
     pButtons->addButton(UiTexts::c_strOk, QDialogButtonBox::AcceptRole)->setObjectName(QStringLiteral("ok"));
