@@ -1,12 +1,12 @@
 #include "content/ui/CoursePage.h"
 
 #include "content/Texts.h"
+#include "content/ui/ChoiceList.h"
 #include "platform/ui/DialogParts.h"
 
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QScopedValueRollback>
 
@@ -16,7 +16,7 @@ CGetCourseInfoPropertyPage::CGetCourseInfoPropertyPage(CCourseChoice& choice, Cr
     : CNewCoursePage(ContentText::c_strCoursePage), m_choice(choice), m_record(record) {
     using namespace ContentText;
     m_pSearch = Named(new QLineEdit(this), "courseSearch", c_strCourseSearch);
-    m_pList = Named(new QListWidget(this), "courseList", c_strCourseList);
+    m_pList = Named(new CChoiceList(this), "courseList", c_strCourseList);
     // Thousands of courses are laid out at once.
     m_pList->setUniformItemSizes(true);
     m_pDetails = Named(ReadOnlyText(this), "courseDetails", c_strCourseDetails);

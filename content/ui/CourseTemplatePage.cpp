@@ -1,6 +1,7 @@
 #include "content/ui/CourseTemplatePage.h"
 
 #include "content/Texts.h"
+#include "content/ui/ChoiceList.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
@@ -12,7 +13,6 @@
 #include <QImageReader>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QListWidget>
 #include <QToolButton>
 #include <QWizard>
 
@@ -69,7 +69,7 @@ CSelectCourseTempletePropertyPage::CSelectCourseTempletePropertyPage(Torvane::Di
     : CNewCoursePage(ContentText::c_strTemplatePage), m_people(people), m_record(record),
       m_store(CSysInfo::Instance().GetTemplatesFolder(false)) {
     using namespace ContentText;
-    m_pTemplates = Named(new QListWidget(this), "templateList", c_strTemplateList);
+    m_pTemplates = Named(new CChoiceList(this), "templateList", c_strTemplateList);
     m_pTemplates->setIconSize(QSize(c_nIconSide, c_nIconSide));
     m_pPages = Named(new QComboBox(this), "pageCombo", c_strPageCombo);
     // A page with a long name must not push the wizard apart.

@@ -158,7 +158,13 @@ TEST_F(NewCourseWizardTest, KeepsWhatWasTypedUntilAnotherCourseIsChosen) {
         ChooseCourse(u"计算"_s, u"wangluo8"_s);
         EXPECT_EQ(The(u"courseName"_s).text() + The(u"courseFolder"_s).text(), u"网络"_s + strFolder);
         m_pWizard->back();
-        The<QListWidget>(u"courseList"_s).setCurrentRow(0);
+        auto& list = The<QListWidget>(u"courseList"_s);
+        list.clearSelection();
+        list.setCurrentItem(nullptr);
+        list.setFocus();
+        QTest::keyClick(&list, Qt::Key_Down);
+        EXPECT_EQ(list.currentRow(), 0) << "the first line was passed over";
+        The(u"courseSearch"_s).setFocus();
         EXPECT_EQ(The(u"courseSearch"_s).text(), u"大学物理"_s);
         ChooseCourse(u"大学物理"_s, u"123456"_s);
         EXPECT_EQ(The(u"courseName"_s).text(), u"大学物理"_s);
