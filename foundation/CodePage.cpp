@@ -94,6 +94,11 @@ QByteArray Encode(QStringView strText) {
     return bytes + Encode(strText.mid(nFrom));
 }
 
+void Prepare() {
+    // One character of two bytes brings the tables' common pages along.
+    Encode(Decode("\xCA\xBE"));
+}
+
 QString Decode(QByteArrayView bytes) {
     if (IsAscii(bytes))
         return QString::fromLatin1(bytes);

@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTabWidget>
@@ -77,9 +78,18 @@ QWidget* CStartupDialog::MakeOpenTab() {
     m_pRecent->setAccessibleName(AppTexts::c_strTabOpen);
     m_pRecent->setRootIsDecorated(false);
     m_pRecent->setAllColumnsShowFocus(true);
+    m_pRecent->header()->hide();
+    connect(m_pRecent, &QTreeWidget::itemSelectionChanged, this, &CStartupDialog::UpdateButtons);
+    connect(m_pRecent, &QTreeWidget::itemDoubleClicked, this, &CStartupDialog::accept);
+    return m_pRecent;
+}
+
+// Only when it is asked for: a header loads the bold Chinese font, which nothing else at the start needs.
+void CStartupDialog::FillRecent() {
     m_pRecent->setHeaderLabels({AppTexts::c_strColumnCourse, AppTexts::c_strColumnPath});
     m_pRecent->setColumnWidth(0, 100);
     m_pRecent->setColumnWidth(1, 350);
+    m_pRecent->header()->show();
     for (const StartupCourse& course : ListStartupCourses()) {
         auto* pItem =
             new QTreeWidgetItem(m_pRecent, {course.strTitle, Platform::ToNativeExact(course.strFolder)});
@@ -88,9 +98,6 @@ QWidget* CStartupDialog::MakeOpenTab() {
     }
     if (m_pRecent->topLevelItemCount() > 0)
         m_pRecent->setCurrentItem(m_pRecent->topLevelItem(0));
-    connect(m_pRecent, &QTreeWidget::itemSelectionChanged, this, &CStartupDialog::UpdateButtons);
-    connect(m_pRecent, &QTreeWidget::itemDoubleClicked, this, &CStartupDialog::accept);
-    return m_pRecent;
 }
 
 bool CStartupDialog::IsDontShowChecked() const {
@@ -102,6 +109,8 @@ void CStartupDialog::UpdateButtons() {
     if (!m_pOk)
         return;
     const bool bOpenTab = m_pTabs->currentWidget() == m_pRecent;
+    if (bOpenTab && m_pRecent->header()->isHidden())
+        FillRecent();
     m_pBrowse->setVisible(bOpenTab);
     m_pOk->setEnabled(bOpenTab ? !m_pRecent->selectedItems().isEmpty()
                                : !m_pNewList->selectedItems().isEmpty());

@@ -25,6 +25,7 @@ public:
 private:
     QWidget* MakeNewTab();
     QWidget* MakeOpenTab();
+    void FillRecent();
     void UpdateButtons();
     void Browse();
 

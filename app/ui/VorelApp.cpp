@@ -88,8 +88,10 @@ int CVorelApp::Run(const QStringList& arguments) {
         return 1;
     m_bHasPlayer = Platform::HasMediaPlayer(QCoreApplication::libraryPaths());
     m_bHasEncoder = Platform::HasMediaEncoder();
-    // The program works as well without.
-    Platform::RegisterFileType(CourseFileType(), OwnProgramEntry());
+    // The program works as well without, and nothing at the start waits for it.
+    m_registration = std::jthread([type = CourseFileType(), program = OwnProgramEntry()] {
+        Platform::RegisterFileType(type, program);
+    });
 
     MakeFrame(line.bShowSplash);
     RebuildRecentMenu();

@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <thread>
 
 class CSplashWindow;
 class QSessionManager;
@@ -89,6 +90,7 @@ private:
     Platform::CSingleInstance m_instance;
     bool m_bHasPlayer = false;
     bool m_bHasEncoder = false;
+    std::jthread m_registration;
     CQtPeople m_people;
     CSessionDialogs m_dialogs;
     CServerSession m_session;

@@ -4,9 +4,12 @@
 #include "platform/base/NativePath.h"
 
 #include <QBitmap>
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImageReader>
+
+#include <png.h>
 
 namespace Pictures {
 
@@ -29,8 +32,26 @@ QString FineFile(const QString& strFile) {
     return QFileInfo::exists(strFine) ? strFine : QString();
 }
 
+/// The start shows delivered pictures, and the toolkit's reader would load all of its format plug-ins with
+/// their libraries for the first of them.
+QImage ReadPng(const QString& strFile) {
+    png_image png{};
+    png.version = PNG_IMAGE_VERSION;
+    if (png_image_begin_read_from_file(&png, QFile::encodeName(strFile).constData()) == 0)
+        return {};
+    const bool bClear = (png.format & PNG_FORMAT_FLAG_ALPHA) != 0;
+    png.format = bClear ? PNG_FORMAT_RGBA : PNG_FORMAT_RGB;
+    QImage image(QSize(static_cast<int>(png.width), static_cast<int>(png.height)),
+                 bClear ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+    const bool bRead =
+        !image.isNull() && png_image_finish_read(&png, nullptr, image.bits(),
+                                                 static_cast<png_int_32>(image.bytesPerLine()), nullptr) != 0;
+    png_image_free(&png);
+    return bRead ? image : QImage();
+}
+
 QPixmap Load(const QString& strFile, bool bWhiteIsClear) {
-    QImage image(strFile);
+    QImage image = strFile.endsWith(QLatin1String(".png")) ? ReadPng(strFile) : QImage(strFile);
     if (image.isNull())
         return {};
     // Which of the two files it is stands in its name alone.
@@ -69,6 +90,17 @@ QIcon ResourceIcon(const QString& strSystemDataFolder, int nId) {
         FileOf(strSystemDataFolder,
                QStringLiteral("Resource\\") + QString::number(nId) + QStringLiteral(".png")),
         false, {QIcon::Normal, QIcon::Selected});
+    return icon;
+}
+
+QIcon ProgramIcon(const QString& strSystemDataFolder) {
+    QIcon icon;
+    for (const int nSize : {16, 32, 48, 256}) {
+        const QPixmap pixmap =
+            Load(FileOf(strSystemDataFolder, QStringLiteral("Resource\\128-%1.png").arg(nSize)), false);
+        if (!pixmap.isNull())
+            icon.addPixmap(pixmap);
+    }
     return icon;
 }
 

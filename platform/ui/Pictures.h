@@ -14,6 +14,9 @@ QPixmap Resource(const QString& strSystemDataFolder, int nId);
 /// The same in a selected line as in any other.
 QIcon ResourceIcon(const QString& strSystemDataFolder, int nId);
 
+/// Images\Resource\128-<size>.png: the program's icon in all of its sizes.
+QIcon ProgramIcon(const QString& strSystemDataFolder);
+
 /// Images\Resource\Toolbar\<id>.png, with "<id>-hot" under the mouse and "<id>-disabled" where there is one.
 QIcon ToolbarIcon(const QString& strSystemDataFolder, int nId);
 
