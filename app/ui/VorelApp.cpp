@@ -270,11 +270,8 @@ void CVorelApp::CloseCourse() {
 void CVorelApp::NewCourse() {
     CBusy busy(m_nBusy);
     CCreateProjectWizard wizard(m_people, m_session, m_pFrame.get());
-    if (!wizard.Run()) {
-        // It may go together with a box of its own, at which a window manager can lose the focus.
-        m_pFrame->activateWindow();
+    if (!wizard.Run())
         return;
-    }
     m_pFrame->repaint();
     CloseCourse();
 
