@@ -14,6 +14,7 @@ inline constexpr int c_nRoles = 8;
 /// The role that may be switched off, and whose title is short.
 inline constexpr int c_nIntroduction = 4;
 inline constexpr int c_nIntroductionBytes = 6;
+inline constexpr qint32 c_nSwitchedOff = -1;
 
 struct Role {
     /// As the file names it.
@@ -29,7 +30,7 @@ const std::array<Role, c_nRoles>& Roles();
 /// The titles in the order of the roles; empty where there is none.
 QStringList ReadTitles(const QString& strPath);
 
-/// The node that has the role; 0 for none, -1 where the role is switched off.
+/// The node that has the role; 0 for none, or c_nSwitchedOff.
 qint32 ReadNodeId(const QString& strPath, int nRole);
 
 /// Renames the node in the tree, with the tree's own rules and messages. False when the tree has no such
