@@ -39,6 +39,33 @@ std::optional<QByteArray> ReadTemplatePage(const QString& strTemplate, const QSt
     return LinesOf(ReadFileBytes(strPath));
 }
 
+/// So many rows go in one transaction: few enough that giving up is honoured soon, and enough that waiting
+/// for the disk weighs little.
+constexpr int c_nDeletedAtOnce = 32;
+
+/// Lets everything through, and asks before each entry.
+class CAskingFilter : public Torvane::File::IWalkFilter {
+public:
+    explicit CAskingFilter(std::function<bool()> ask) : m_ask(std::move(ask)) {}
+    bool Cancelled() override {
+        m_ask();
+        return false;
+    }
+    bool AcceptFile(const QString&) override { return true; }
+    bool AcceptFolder(const QString&) override { return true; }
+
+private:
+    std::function<bool()> m_ask;
+};
+
+void RemoveFolder(const QString& strFolder, Torvane::File::IWalkFilter& filter) {
+    try {
+        Torvane::File::DeleteFolder(strFolder, true, &filter);
+    } catch (const Torvane::File::CFileException&) {
+        // It stays behind as litter: no row leads to it, and its number never comes again.
+    }
+}
+
 } // namespace
 
 CBookNode::CBookNode(CCourse& course, const NodeHeader& header)
@@ -80,19 +107,21 @@ QList<NodeHeader> CBookNode::GetChildren() const {
 }
 
 QList<NodeHeader> CBookNode::GetDescendants() const {
-    // No recursion, since nothing limits how deep a tree is; no node twice, and no seed row, since a damaged
-    // store may lead in a circle.
+    // No recursion, since nothing limits how deep a tree is; no node twice, since a damaged store may lead in
+    // a circle. The store is asked once for each node with children, not for each leaf.
     QList<NodeHeader> found;
     QSet<qint32> seen{m_nId};
+    QHash<qint32, QList<NodeHeader>> families{{m_nId, GetChildren()}};
     QList<NodeHeader> waiting{NodeHeader{m_nId, m_strTitle, m_nType}};
     while (!waiting.isEmpty()) {
         const NodeHeader node = waiting.takeLast();
         if (node.Id != m_nId)
             found.append(node);
-        QList<NodeHeader> children;
-        Store().GetChildren(node.Id, children);
+        const QList<NodeHeader> children = families.take(node.Id);
+        if (!children.isEmpty())
+            families.insert(Store().GetGrandchildren(node.Id));
         for (auto it = children.crbegin(); it != children.crend(); ++it) {
-            if (it->Id > c_nRootNodeId && !seen.contains(it->Id)) {
+            if (!seen.contains(it->Id)) {
                 seen.insert(it->Id);
                 waiting.append(*it);
             }
@@ -132,22 +161,43 @@ bool CBookNode::SetTitle(const QString& strTitle) {
     return true;
 }
 
-bool CBookNode::Delete() {
-    QList<NodeHeader> nodes{NodeHeader{m_nId, m_strTitle, m_nType}};
-    nodes.append(GetDescendants());
-    {
-        // From the back: children before their parents, and last siblings first, so that closing the gap
-        // touches no rows.
-        CBookDatabase::CTransaction transaction(Store());
-        for (auto it = nodes.crbegin(); it != nodes.crend(); ++it) {
-            if (!Store().DeleteNode(it->Id))
-                return false;
-        }
-        transaction.Commit();
+Deletion CBookNode::Delete(const DeleteProgress& mayGoOn) {
+    Deletion result;
+    if (m_nId <= c_nRootNodeId) {
+        result.bFailed = true;
+        return result;
     }
-    for (auto it = nodes.crbegin(); it != nodes.crend(); ++it)
-        Torvane::File::TryDeleteFolder(m_course.GetPaths().GetNodeFolder(it->Id));
-    return true;
+    try {
+        // From the back: children before their parents, and last siblings first, so that closing the gap
+        // touches few rows.
+        QList<NodeHeader> left{NodeHeader{m_nId, m_strTitle, m_nType}};
+        left.append(GetDescendants());
+        const int nTotal = static_cast<int>(left.size());
+        bool bGoOn = true;
+        while (bGoOn && !left.isEmpty()) {
+            QList<qint32> batch;
+            int nDone = static_cast<int>(result.Gone.size());
+            const auto ask = [&] { return bGoOn = (!mayGoOn || mayGoOn(nDone, nTotal)) && bGoOn; };
+            for (; !left.isEmpty() && batch.size() < c_nDeletedAtOnce && ask(); ++nDone)
+                batch.append(left.takeLast().Id);
+            // The rows first: a crash in between leaves litter, and no node without its folder.
+            DeleteRows(batch);
+            result.Gone.append(batch);
+            CAskingFilter filter(ask);
+            for (const qint32 nId : batch)
+                RemoveFolder(m_course.GetPaths().GetNodeFolder(nId), filter);
+        }
+    } catch (const Torvane::COM::CCOMException&) {
+        result.bFailed = true;
+    }
+    return result;
+}
+
+void CBookNode::DeleteRows(const QList<qint32>& ids) const {
+    CBookDatabase::CTransaction transaction(Store());
+    for (const qint32 nId : ids)
+        Store().DeleteNode(nId);
+    transaction.Commit();
 }
 
 bool CBookNode::MoveUp() {
@@ -156,6 +206,14 @@ bool CBookNode::MoveUp() {
 
 bool CBookNode::MoveDown() {
     return Store().MoveDown(m_nId);
+}
+
+bool CBookNode::MoveBelow(qint32 nNewParentId) {
+    return Store().MoveTo(m_nId, nNewParentId);
+}
+
+bool CBookNode::SetOpenType(qint32 nOpenType) {
+    return Store().SetOpenType(m_nId, nOpenType);
 }
 
 bool CBookNode::InitFromTemplatePage(const QString& strTemplate, const QString& strPage) {

@@ -6,7 +6,20 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
+
+/// Asked before each step of a deletion: how many nodes are gone, of how many. False ends it between two
+/// nodes. Called outside of any transaction, also during the removal of large folders.
+using DeleteProgress = std::function<bool(int nDone, int nTotal)>;
+
+/// What a deletion did, whole or not.
+struct Deletion {
+    /// Rows and folders that went, in order. A folder that can't be removed stays behind as litter.
+    QList<qint32> Gone;
+    /// The store refused or failed; what is not in Gone stands as it was.
+    bool bFailed = false;
+};
 
 /// A node in memory: its row in the store and its folder. Shared by the tree and the right-hand views; owned
 /// by the tree while a course is open. Operations raise exceptions of the CRunException family with a
@@ -41,12 +54,15 @@ public:
     std::unique_ptr<CBookNode> AddChild(const QString& strTitle);
     /// Stores and takes the title; false when the store refused.
     bool SetTitle(const QString& strTitle);
-    /// The node with all below it, children first: all rows or none, then their folders. A folder that can't
-    /// be removed stays behind as litter.
-    bool Delete();
+    /// The node with all below it, children first. However it ends, the rest of the tree is whole. The three
+    /// rows that every course has are refused.
+    Deletion Delete(const DeleteProgress& mayGoOn = {});
     /// Among the siblings; false when the store refused.
     bool MoveUp();
     bool MoveDown();
+    /// As the first child of another node; false when the store refused.
+    bool MoveBelow(qint32 nNewParentId);
+    bool SetOpenType(qint32 nOpenType);
 
     /// Clears the folder, makes "res", copies the template's page (the general page where the template has no
     /// such page), writes the row. False, with nothing changed, when there is no page to copy.
@@ -64,6 +80,8 @@ public:
 
 private:
     CBookDatabase& Store() const;
+    /// In one step or not at all; the order stays dense.
+    void DeleteRows(const QList<qint32>& ids) const;
     /// Makes the node's folder where it has vanished.
     void EnsureFolder() const;
     void BuildEditorPage(const QByteArray* pPage, qint32 nOpenType);

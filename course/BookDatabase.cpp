@@ -51,6 +51,12 @@ void StepToRow(CStoreQuery& query) {
         ComError::Throw(ComError::c_nNoRow);
 }
 
+/// The three rows that every course has stand above the tree and are no one's children, whatever a damaged
+/// row says; nor is a row its own child, or one without a number that names it.
+bool IsChild(qint32 nId, qint32 nParentId) {
+    return nId > c_nRootNodeId && nId != nParentId;
+}
+
 QString LocalTime() {
     return QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s);
 }
@@ -148,8 +154,15 @@ NodeHeader CBookDatabase::GetNode(qint32 nId) {
     return Guarded([&](Connection& connection) {
         CStoreQuery query = connection.Query("SELECT Title, Type FROM Book WHERE Id = ?", nId);
         StepToRow(query);
-        return NodeHeader{nId, m_pTitles->Plain(nId, query.Bytes(0)), query.Int(1)};
+        return HeaderOf(nId, query, 0);
     });
+}
+
+/// The title and the type stand in two columns side by side. What can't be read leaves the node its place in
+/// the tree, empty.
+NodeHeader CBookDatabase::HeaderOf(qint32 nId, const CStoreQuery& query, int nTitleColumn) const {
+    return {nId, m_pTitles->Plain(nId, query.Bytes(nTitleColumn)),
+            query.IntOr(nTitleColumn + 1, NodeType::c_nEmpty)};
 }
 
 bool CBookDatabase::GetChildren(qint32 nParentId, QList<NodeHeader>& list) {
@@ -157,10 +170,46 @@ bool CBookDatabase::GetChildren(qint32 nParentId, QList<NodeHeader>& list) {
         CStoreQuery query = connection.Query(
             "SELECT Id, Title, Type FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
         while (query.Step()) {
-            const qint32 nId = query.Int(0);
-            list.append(NodeHeader{nId, m_pTitles->Plain(nId, query.Bytes(1)), query.Int(2)});
+            if (const qint32 nId = query.IntOr(0, -1); IsChild(nId, nParentId))
+                list.append(HeaderOf(nId, query, 1));
         }
         return true;
+    });
+}
+
+QList<qint32> CBookDatabase::GetChildIds(qint32 nParentId) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query =
+            connection.Query("SELECT Id FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
+        QList<qint32> ids;
+        while (query.Step()) {
+            if (const qint32 nId = query.IntOr(0, -1); IsChild(nId, nParentId))
+                ids.append(nId);
+        }
+        return ids;
+    });
+}
+
+QHash<qint32, QList<NodeHeader>> CBookDatabase::GetGrandchildren(qint32 nParentId) {
+    return Guarded([&](Connection& connection) {
+        // In the order of the index on parent and place: nothing is sorted, and only the rows asked for are
+        // read.
+        CStoreQuery query =
+            connection.Query("SELECT ParentId, Id, Title, Type FROM Book WHERE ParentId IN "
+                             "(SELECT Id FROM Book WHERE ParentId = ?) ORDER BY ParentId, [Index]",
+                             nParentId);
+        QHash<qint32, QList<NodeHeader>> families;
+        QList<NodeHeader>* pFamily = nullptr;
+        qint32 nChildId = -1;
+        while (query.Step()) {
+            const qint32 nParent = query.IntOr(0, -1), nId = query.IntOr(1, -1);
+            if (!IsChild(nParent, nParentId) || !IsChild(nId, nParent) || nId == nParentId)
+                continue;
+            if (pFamily == nullptr || nParent != nChildId)
+                pFamily = &families[nChildId = nParent];
+            pFamily->append(HeaderOf(nId, query, 2));
+        }
+        return families;
     });
 }
 
@@ -172,8 +221,8 @@ NodeHeader CBookDatabase::FindChild(qint32 nParentId, const QString& strTitle) {
         NodeHeader child;
         child.Title = strTitle;
         if (query.Step()) {
-            child.Id = query.Int(0);
-            child.Type = query.Int(2);
+            child.Id = query.IntOr(0, -1);
+            child.Type = query.IntOr(2, NodeType::c_nEmpty);
         }
         return child;
     });

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QVariant>
 
 #include <memory>
 
+class CStoreQuery;
 class CTitleCipher;
 
 /// Codes of the column Type.
@@ -82,10 +84,17 @@ public:
 
     /// Adds a node as the last child; its new Id.
     qint32 AddNode(qint32 nParentId, const QString& strTitle);
-    /// Throws when there is no such node. A title that the course's key does not open reads as garbage.
+    /// Throws when there is no such node. A title that the course's key does not open reads as garbage. Here
+    /// and in lists a title or type that can't be converted is empty, so that one bad row costs no course.
     NodeHeader GetNode(qint32 nId);
-    /// In sibling order.
+    /// In sibling order. The three rows that every course has are no one's children, nor is the parent
+    /// itself, whatever a damaged course says.
     bool GetChildren(qint32 nParentId, QList<NodeHeader>& list);
+    /// Their ids alone, in the same order.
+    QList<qint32> GetChildIds(qint32 nParentId);
+    /// The children of each child of the parent, by the child's Id, in sibling order; childless ones are not
+    /// in it. One statement, however many they are.
+    QHash<qint32, QList<NodeHeader>> GetGrandchildren(qint32 nParentId);
     /// Id is -1 when there is no such child. Exact; does not find titles with a single quote.
     NodeHeader FindChild(qint32 nParentId, const QString& strTitle);
     bool HasChild(qint32 nParentId, const QString& strTitle);
@@ -133,6 +142,7 @@ private:
     bool InOneTransaction(Step step);
     template <typename Reader>
     auto ReadField(qint32 nId, const QString& strColumn, Reader reader);
+    NodeHeader HeaderOf(qint32 nId, const CStoreQuery& query, int nTitleColumn) const;
     QString GetText(qint32 nId, const QString& strColumn);
     qint32 GetInt(qint32 nId, const QString& strColumn);
     Place GetPlace(qint32 nId);

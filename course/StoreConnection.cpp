@@ -1,6 +1,7 @@
 #include "course/StoreConnection.h"
 
 #include "course/ComError.h"
+#include "foundation/Exceptions.h"
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Exception.h>
@@ -49,6 +50,14 @@ qint32 CStoreQuery::Int(int nColumn) const {
     if (column.isText())
         return ToInt32(Bytes(nColumn));
     ComError::Throw(ComError::c_nMismatch);
+}
+
+qint32 CStoreQuery::IntOr(int nColumn, qint32 nOtherwise) const {
+    try {
+        return Int(nColumn);
+    } catch (const Torvane::COM::CCOMException&) {
+        return nOtherwise;
+    }
 }
 
 QString CStoreQuery::Text(int nColumn) const {

@@ -28,6 +28,8 @@ public:
     /// A column of the present row, converted as the database converts; throws CCOMException when that is
     /// impossible.
     qint32 Int(int nColumn) const;
+    /// The same, but for what can't be converted.
+    qint32 IntOr(int nColumn, qint32 nOtherwise) const;
     QString Text(int nColumn) const;
     QVariant Value(int nColumn) const;
     /// The bytes of a text, valid until the next step; empty for NULL.

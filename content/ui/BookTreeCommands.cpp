@@ -182,7 +182,7 @@ void CBookTreeView::DeleteNode() {
         return;
     if (!Confirm(ContentText::c_strDelete))
         return;
-    if (!node.Delete()) {
+    if (node.Delete().bFailed) {
         m_people.Error(ContentText::c_strNotDeleted);
         return;
     }

@@ -91,7 +91,7 @@ TEST_F(BookNodeTest, DeletingTakesTheWholeSubtreeAndKeepsTheOrderDense) {
     const auto pLeaf = pInner->AddChild(u"叶"_s);
     pSecond->AddChild(u"二之二"_s);
     EXPECT_EQ(Titles(pSecond->GetDescendants()), (QStringList{u"二之一"_s, u"叶"_s, u"二之二"_s}));
-    EXPECT_TRUE(pSecond->Delete());
+    EXPECT_FALSE(pSecond->Delete().bFailed);
     EXPECT_EQ(Titles(m_pRoot->GetDescendants()), (QStringList{u"一"_s, u"三"_s}));
     EXPECT_EQ(m_disk.Store().GetNodeCount(), 5);
     EXPECT_EQ(m_disk.Store().GetField(pThird->GetId(), u"Index"_s).toInt(), 2);
@@ -100,11 +100,72 @@ TEST_F(BookNodeTest, DeletingTakesTheWholeSubtreeAndKeepsTheOrderDense) {
     EXPECT_TRUE(FileExists(pFirst->GetId(), QString()));
 }
 
+TEST_F(BookNodeTest, ADeletionEndsBetweenTwoNodesAndLeavesAWholeTree) {
+    constexpr int c_nChildren = 70;
+    for (const int nAllowed : {0, 1, 40, 64, c_nChildren + 1}) {
+        const auto pChapter = m_pRoot->AddChild(u"章"_s);
+        const auto pNext = m_pRoot->AddChild(u"尾"_s);
+        for (int n = 0; n < c_nChildren; ++n)
+            m_disk.Folder.Write(m_disk.NodePath(pChapter->AddChild(u"节"_s)->GetId(), u"a\b.htm"_s), "x");
+        const QList<qint32> before = m_disk.Store().GetChildIds(pChapter->GetId());
+        int nLast = 0;
+        const Deletion deletion = pChapter->Delete([&](int nDone, int nTotal) {
+            EXPECT_TRUE(nDone >= nLast && nDone <= nTotal && nTotal == c_nChildren + 1);
+            nLast = nDone;
+            return nDone < nAllowed;
+        });
+        EXPECT_FALSE(deletion.bFailed);
+        QList<qint32> gone(before.crbegin(), before.crend());
+        gone.append(pChapter->GetId());
+        EXPECT_EQ(deletion.Gone, gone.first(nAllowed));
+        for (const qint32 nId : gone)
+            EXPECT_EQ(FileExists(nId, QString()), !deletion.Gone.contains(nId)) << nId;
+        EXPECT_EQ(m_disk.Store().GetChildIds(pChapter->GetId()),
+                  before.first(std::max(0, c_nChildren - nAllowed)));
+        EXPECT_EQ(m_disk.Store().GetField(pNext->GetId(), u"Index"_s).toInt(),
+                  m_disk.Store().GetChildrenCount(c_nRootNodeId));
+        pChapter->Delete();
+        pNext->Delete();
+    }
+}
+
+TEST_F(BookNodeTest, ACancelDuringALargeFolderWaitsForItsEnd) {
+    const auto pChapter = m_pRoot->AddChild(u"章"_s);
+    const auto pSite = pChapter->AddChild(u"网站"_s);
+    for (int n = 0; n < 50; ++n)
+        m_disk.Folder.Write(m_disk.NodePath(pSite->GetId(), u"a\\%1.htm"_s.arg(n)), "x");
+    int nAsked = 0;
+    const Deletion deletion = pSite->Delete([&](int, int) { return ++nAsked < 10; });
+    EXPECT_EQ(deletion.Gone, QList<qint32>{pSite->GetId()});
+    EXPECT_GT(nAsked, 50) << "also between the files";
+    EXPECT_FALSE(FileExists(pSite->GetId(), QString()));
+}
+
+TEST_F(BookNodeTest, ADeletionThatTheStoreEndsTellsWhatIsGone) {
+    const auto pChapter = m_pRoot->AddChild(u"章"_s);
+    for (int n = 0; n < 70; ++n)
+        pChapter->AddChild(u"节"_s);
+    const Deletion deletion = pChapter->Delete([&](int nDone, int) {
+        if (nDone == 50)
+            m_disk.Store().DeleteNode(pChapter->GetId() + 5);
+        return true;
+    });
+    EXPECT_TRUE(deletion.bFailed);
+    EXPECT_EQ(deletion.Gone.size(), 64) << "whole steps only";
+    EXPECT_EQ(m_disk.Store().GetChildrenCount(pChapter->GetId()), 5);
+    for (const NodeHeader& left : pChapter->GetChildren())
+        EXPECT_TRUE(FileExists(left.Id, QString()));
+    EXPECT_TRUE(m_pRoot->Delete().bFailed);
+    EXPECT_EQ(m_pRoot->GetDescendants().size(), 6) << "refused before anything goes";
+}
+
 TEST_F(BookNodeTest, ADamagedStoreThatLeadsInACircleNeverTakesTheRootAlong) {
     const auto pNode = m_pRoot->AddChild(u"章"_s);
-    m_disk.Store().MoveTo(c_nRootNodeId, pNode->GetId());
-    EXPECT_TRUE(pNode->GetDescendants().isEmpty());
-    EXPECT_TRUE(pNode->Delete());
+    m_disk.Damage("UPDATE Book SET ParentId = 4 WHERE Id IN (2, 3)");
+    ASSERT_EQ(pNode->GetId(), 4);
+    ASSERT_EQ(m_disk.Store().GetChildrenCount(4), 2);
+    EXPECT_TRUE(pNode->GetChildren().isEmpty() && pNode->GetDescendants().isEmpty());
+    EXPECT_FALSE(pNode->Delete().bFailed);
     EXPECT_EQ(m_disk.Store().GetNodeCount(), 3);
 }
 

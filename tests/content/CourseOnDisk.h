@@ -44,6 +44,13 @@ public:
     CourseServices Services() { return {People, m_session, m_templates, m_nodes}; }
     CBookDatabase& Store() { return *pCourse->GetDatabase(); }
 
+    /// Changes the open store behind its back.
+    void Damage(const char* pszScript) const {
+        SQLite::Database store(Platform::ToNativeExact(pCourse->GetPaths().GetDatabasePath()).toStdString(),
+                               SQLite::OPEN_READWRITE);
+        store.exec(pszScript);
+    }
+
     /// What stands below a node's folder, "N<id>\…".
     QString NodePath(qint32 nId, const QString& strBelow = QString()) const {
         return QStringLiteral("课程\\Data\\Courseware\\NodeResource\\N%1\\").arg(nId) + strBelow;

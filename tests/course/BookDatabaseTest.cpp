@@ -89,6 +89,21 @@ TEST_F(BookDatabaseTest, OrderStaysDense) {
     EXPECT_EQ(Children(nB), "c1 y2");
 }
 
+TEST_F(BookDatabaseTest, GrandchildrenComeByTheirParentInSiblingOrder) {
+    const qint32 nA = Add(3, u"a"_s), nB = Add(3, u"b"_s), nC = Add(3, u"c"_s);
+    const qint32 nX = Add(nB, u"x"_s), nY = Add(nB, u"章'"_s), nZ = Add(nA, u"z"_s);
+    Add(nX, u"deeper"_s);
+    ASSERT_TRUE(Database->MoveUp(nY) && Database->MoveUp(nC));
+    ASSERT_TRUE(Database->SetContent(nY, {NodeType::c_nVideo, {}, 0, {}, {}}));
+    EXPECT_EQ(Database->GetChildIds(3), (QList{nA, nC, nB}));
+    const auto families = Database->GetGrandchildren(3);
+    EXPECT_EQ(families.size(), 2) << "no family for the childless";
+    EXPECT_EQ(families[nA].value(0).Id, nZ);
+    ASSERT_EQ(families[nB].size(), 2);
+    EXPECT_EQ(families[nB][0].Title + families[nB][1].Title, u"章''x"_s);
+    EXPECT_EQ(families[nB][0].Type, NodeType::c_nVideo);
+}
+
 TEST_F(BookDatabaseTest, SettersWriteTheirColumnsAndTheTime) {
     const qint32 nId = Add(3, u"a"_s);
     ASSERT_TRUE(Database->SetContent(nId, {1, u"N4\\讲义's.doc"_s, 2, u"讲义's.doc"_s, u"附注"_s}));

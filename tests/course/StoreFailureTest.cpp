@@ -67,16 +67,17 @@ TEST_F(StoreFailureTest, ImpossibleConversionsThrow) {
     RunScript("CREATE TABLE Book (Id, ParentId, [Index], Title, Type, Path, OpenType, FileName, "
               "Comment, [Size], TimeLastModified);"
               "INSERT INTO Book (Id, ParentId, Type, Title, Path, OpenType) VALUES"
-              " (4, 3, NULL, NULL, NULL, '12'), (5, 9, 1e12, x'ff00', 7, 'x'), (6, 8, 2.5, 1, '', 0)");
+              " (4, 3, NULL, NULL, NULL, '12'), (5, 9, 1e12, x'ff00', 7, 'x'), (6, 8, 2.5, 1, '', 1e12)");
     ASSERT_TRUE(Database.Open());
-    EXPECT_EQ(MessageOf([&] { Database.GetNode(4); }) + MessageOf([&] { Database.GetOpenType(5); }) +
-                  MessageOf([&] { Database.GetPath(4); }),
-              "类型不匹配。类型不匹配。类型不匹配。");
-    EXPECT_EQ(MessageOf([&] { Database.GetNode(5); }), "超出当前范围。");
+    EXPECT_EQ(MessageOf([&] { Database.GetOpenType(5); }) + MessageOf([&] { Database.GetPath(4); }) +
+                  MessageOf([&] { Database.GetOpenType(6); }),
+              "类型不匹配。类型不匹配。超出当前范围。");
     EXPECT_EQ(MessageOf([&] { Database.GetPath(99); }), "Unknown error 0x800A0BCD");
     EXPECT_EQ(MessageOf([&] { Database.GetField(4, u"1; DROP TABLE Book"_s); }), "Unknown error 0x800A0CC1");
     EXPECT_TRUE(Database.GetOpenType(4) == 12 && Database.GetPath(5) == u"7"_s);
     EXPECT_EQ(Database.GetNode(6).Type, 2) << "halves go to the even neighbour";
+    EXPECT_TRUE(Database.GetNode(4).Type == -1 && Database.GetNode(5).Type == -1)
+        << "a tree shows them empty";
 }
 
 TEST_F(StoreFailureTest, FullDiskUndoesTheWholeStepAndIsTold) {
