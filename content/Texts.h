@@ -44,6 +44,12 @@ inline const QString c_strTitleTaken = u"对不起，父栏目下已有同名栏
 inline const QString c_strTitleTooLong = u"对不起，栏目名称最大为%1个字符！"_s;
 inline const QString c_strTitleNotStored = u"数据库操作失败！可能是父栏目下有同名栏目存在！"_s;
 
+inline const QString c_strDropTitleTaken = u"父栏目下已有同名栏目存在！"_s;
+
+// What a long step shows.
+inline const QString c_strAdding = u"正在添加栏目..."_s;
+inline const QString c_strDeleting = u"正在删除栏目..."_s;
+
 // Failures.
 inline const QString c_strNotDeleted = u"数据库操作失败！"_s;
 inline const QString c_strNotMoved = u"数据库操作失败!"_s;

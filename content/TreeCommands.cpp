@@ -137,6 +137,8 @@ bool IsActionAllowed(EAction action, ETreeLine line) {
     switch (action) {
     case EAction::None:
         return false;
+    case EAction::CustomTitles:
+        return true;
     case EAction::AddChild:
     case EAction::AddManyChildren:
     case EAction::CreateContent:

@@ -60,6 +60,7 @@ enum class EAction {
     Export,
     Import,
     SetOpenType,
+    CustomTitles,
 };
 
 struct Row : CommandRow {

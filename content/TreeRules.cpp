@@ -10,6 +10,33 @@ bool IsFixedItem(ETreeLine line) {
     return IsHeadItem(line) || line == ETreeLine::Root;
 }
 
+int TreeImage::Of(ETreeLine line, bool bHasChildren, bool bExpanded) {
+    switch (line) {
+    case ETreeLine::School:
+        return c_nSchool;
+    case ETreeLine::Course:
+        return c_nCourse;
+    case ETreeLine::Root:
+        return c_nRoot;
+    case ETreeLine::None:
+    case ETreeLine::Node:
+        break;
+    }
+    if (!bHasChildren)
+        return c_nLeaf;
+    return bExpanded ? c_nExpanded : c_nCollapsed;
+}
+
+QString OneLine(const QString& strTitle) {
+    QString strLine = strTitle;
+    for (QChar& c : strLine) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u' ';
+    }
+    return strLine;
+}
+
 QString NewTitle(const TitleTaken& taken) {
     QString strTitle = ContentText::c_strNewTitle;
     for (int nNumber = 2; taken(strTitle); ++nNumber)

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <functional>
 
 /// The rules of the book tree's commands, apart from its window.
@@ -21,7 +22,25 @@ bool IsFixedItem(ETreeLine line);
 struct TreeSelection {
     ETreeLine Line = ETreeLine::None;
     qint32 Type = NodeType::c_nEmpty;
+    bool bCourseOpen = false;
 };
+
+/// The images of lines: in the tree's own order, and as the delivered data names them.
+namespace TreeImage {
+inline constexpr int c_nSchool = 0;
+inline constexpr int c_nCourse = 1;
+inline constexpr int c_nRoot = 2;
+inline constexpr int c_nCollapsed = 3;
+inline constexpr int c_nExpanded = 4;
+inline constexpr int c_nLeaf = 5;
+inline constexpr int c_nImages = 6;
+inline constexpr std::array<int, c_nImages> c_resources{136, 139, 140, 141, 339, 142};
+/// The image of a line; None has that of a leaf.
+int Of(ETreeLine line, bool bHasChildren, bool bExpanded);
+} // namespace TreeImage
+
+/// A title as it is shown in one line: line ends and other control characters are blanks there.
+QString OneLine(const QString& strTitle);
 
 /// Answers whether a title is taken among the siblings in question.
 using TitleTaken = std::function<bool(const QString&)>;

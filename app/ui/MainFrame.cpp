@@ -144,7 +144,7 @@ void CMainFrame::MakePanes() {
     pSplitter->setSizes({c_nTreeWidth, width() - c_nTreeWidth});
     setCentralWidget(pSplitter);
     m_pPaneMark = new CPaneMark(this);
-    connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CMainFrame::UpdateCommandsSoon);
+    connect(m_pTree, &CBookTreeView::SelectionMoved, this, &CMainFrame::UpdateCommandsSoon);
     m_pStack->addWidget(GetViewByKind(EViewKind::Empty));
     m_pTree->setFocus();
 }

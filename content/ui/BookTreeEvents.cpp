@@ -12,31 +12,38 @@ void CBookTreeView::mousePressEvent(QMouseEvent* pEvent) {
     // The right button selects when its menu comes: here too would ask the view for leave twice.
     if (pEvent->button() == Qt::RightButton)
         return;
-    QTreeWidget::mousePressEvent(pEvent);
+    // The left one selects when it goes up: until then this may become a drag, which leaves the selection,
+    // and a page that is being edited, alone.
+    m_pressed = m_actions.GetSelection().WantedBy([&] { QTreeView::mousePressEvent(pEvent); });
 }
 
 void CBookTreeView::mouseMoveEvent(QMouseEvent* pEvent) {
     // A pressed mouse that wanders over other lines selects none of them.
-    if (pEvent->buttons() == Qt::NoButton)
-        QTreeWidget::mouseMoveEvent(pEvent);
+    if (pEvent->buttons() == Qt::NoButton || m_actions.MayDrag(m_pressed))
+        QTreeView::mouseMoveEvent(pEvent);
+}
+
+void CBookTreeView::mouseReleaseEvent(QMouseEvent* pEvent) {
+    QTreeView::mouseReleaseEvent(pEvent);
+    const QModelIndex pressed = std::exchange(m_pressed, QPersistentModelIndex());
+    if (pressed.isValid() && indexAt(pEvent->position().toPoint()) == pressed)
+        m_actions.GetSelection().Select(pressed);
 }
 
 void CBookTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent) {
     if (pEvent->button() == Qt::LeftButton)
-        Guarded([&] { ShowSelection(SelectedItem()); });
-    QTreeWidget::mouseDoubleClickEvent(pEvent);
+        m_actions.ShowSelection();
+    QTreeView::mouseDoubleClickEvent(pEvent);
 }
 
 void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
     const bool bMouse = pEvent->reason() == QContextMenuEvent::Mouse;
-    QTreeWidgetItem* pItem = bMouse ? itemAt(pEvent->pos()) : SelectedItem();
-    if (IsHeadItem(LineOf(pItem)) || (pItem != SelectedItem() && !Select(pItem)))
+    const QPersistentModelIndex line(bMouse ? indexAt(pEvent->pos()) : currentIndex());
+    const bool bHeading = m_tree.NodeOf(line) == nullptr;
+    if (bHeading || !m_actions.GetSelection().Select(line) || m_actions.MenuOf(line).empty())
         return;
-    if (pItem->childCount() > 0 && pItem != m_pRootItem)
-        return;
-
-    QMenu* pMenu = MakeMenu(pItem == m_pRootItem ? TreeCommand::RootMenu() : TreeCommand::NodeMenu());
-    pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualItemRect(pItem).bottomLeft()));
+    QMenu* pMenu = MakeMenu(m_actions.MenuOf(line));
+    pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualRect(line).bottomLeft()));
 }
 
 QMenu* CBookTreeView::MakeMenu(std::span<const int> commands) {
@@ -67,11 +74,5 @@ QMenu* CBookTreeView::MakeMenu(std::span<const int> commands) {
 void CBookTreeView::resizeEvent(QResizeEvent* pEvent) {
     // A selected line shines over the whole pane, and a long one can still be scrolled to.
     header()->setMinimumSectionSize(viewport()->width());
-    QTreeWidget::resizeEvent(pEvent);
-}
-
-void CBookTreeView::closeEditor(QWidget* pEditor, QAbstractItemDelegate::EndEditHint) {
-    // Neither Tab nor an arrow goes on to edit the next title.
-    QTreeWidget::closeEditor(pEditor, QAbstractItemDelegate::NoHint);
-    Guarded([&] { FinishRename(); });
+    QTreeView::resizeEvent(pEvent);
 }

@@ -1,14 +1,25 @@
 #pragma once
 
+#include "content/TreeRules.h"
+
+#include <QIcon>
 #include <QStyledItemDelegate>
 
-/// Draws the tree's lines at their fixed height and edits a title in place. The text that was typed is not
-/// written to the line: it goes out as a signal, since the checks come first.
+#include <array>
+
+class QAbstractItemView;
+
+/// Draws the lines of a CBookTree, each with its image and the selected one in bold, and edits a title in
+/// place. The text that was typed is not written to the line: it goes out as a signal, since the checks come
+/// first.
 class CTitleDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    /// strSystemData: the folder of delivered data, with the images.
+    CTitleDelegate(const QString& strSystemData, QAbstractItemView* pView);
 
+    void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override;
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QWidget* createEditor(QWidget* pParent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
@@ -19,4 +30,8 @@ public:
 
 Q_SIGNALS:
     void TitleTyped(const QString& strTitle) const;
+
+private:
+    const QAbstractItemView& m_view;
+    std::array<QIcon, TreeImage::c_nImages> m_images;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QItemSelectionModel>
+#include <QPersistentModelIndex>
 
 #include <functional>
 
@@ -8,23 +9,29 @@
 /// it (mouse, keys, type-ahead, a command) passes here, and is asked once; a refusal leaves the selection as
 /// it is, so that nothing flickers.
 class CTreeSelectionModel : public QItemSelectionModel {
-    Q_OBJECT
 public:
     using MayMove = std::function<bool(const QModelIndex&)>;
 
-    CTreeSelectionModel(QAbstractItemModel* pModel, MayMove mayMove, QObject* pParent);
+    CTreeSelectionModel(QAbstractItemModel* pModel, MayMove mayMove, QObject* pParent = nullptr);
 
     using QItemSelectionModel::select;
     void setCurrentIndex(const QModelIndex& index, QItemSelectionModel::SelectionFlags command) override;
     void select(const QItemSelection& selection, QItemSelectionModel::SelectionFlags command) override;
 
+    /// Moves where it may; false when it stays.
+    bool Select(const QModelIndex& index);
     /// Moves without asking.
     void Force(const QModelIndex& index);
     /// Lets go of the selection without a word to anyone: its line is about to be removed.
     void Drop();
 
+    /// Runs a step of a view in which nothing moves; the line that it wanted to select.
+    QModelIndex WantedBy(const std::function<void()>& step);
+
 private:
     MayMove m_mayMove;
     bool m_bAsking = false;
     bool m_bOwnSelect = false;
+    /// Where a wish is noted instead of being followed.
+    QPersistentModelIndex* m_pWanted = nullptr;
 };

@@ -1,6 +1,5 @@
-#include "content/ui/TreeSelectionModel.h"
+#include "content/TreeSelectionModel.h"
 
-#include <QPersistentModelIndex>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 
@@ -8,9 +7,18 @@ CTreeSelectionModel::CTreeSelectionModel(QAbstractItemModel* pModel, MayMove may
     : QItemSelectionModel(pModel, pParent), m_mayMove(std::move(mayMove)) {}
 
 void CTreeSelectionModel::setCurrentIndex(const QModelIndex& index, QItemSelectionModel::SelectionFlags) {
+    if (m_pWanted == nullptr)
+        Select(index);
+    else
+        *m_pWanted = index;
+}
+
+bool CTreeSelectionModel::Select(const QModelIndex& index) {
     // Asking may show a question; what comes meanwhile is not a wish of the person's.
-    if (m_bAsking || !index.isValid() || index == currentIndex())
-        return;
+    if (m_bAsking || !index.isValid())
+        return false;
+    if (index == currentIndex())
+        return true;
     const QPersistentModelIndex target(index);
     bool bMayMove = false;
     {
@@ -18,8 +26,10 @@ void CTreeSelectionModel::setCurrentIndex(const QModelIndex& index, QItemSelecti
         bMayMove = m_mayMove(index);
     }
     // The course may have been closed behind the question.
-    if (bMayMove && target.isValid())
-        Force(target);
+    if (!bMayMove || !target.isValid())
+        return false;
+    Force(target);
+    return currentIndex() == target;
 }
 
 void CTreeSelectionModel::select(const QItemSelection& selection,
@@ -41,4 +51,11 @@ void CTreeSelectionModel::Drop() {
     const QSignalBlocker silent(this);
     const QScopedValueRollback own(m_bOwnSelect, true);
     clear();
+}
+
+QModelIndex CTreeSelectionModel::WantedBy(const std::function<void()>& step) {
+    QPersistentModelIndex wanted;
+    const QScopedValueRollback noted(m_pWanted, &wanted);
+    step();
+    return wanted;
 }

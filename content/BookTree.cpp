@@ -1,0 +1,370 @@
+#include "content/BookTree.h"
+
+#include "content/Texts.h"
+#include "foundation/Exceptions.h"
+#include "foundation/SysInfo.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <utility>
+
+struct CBookTree::Line {
+    ETreeLine Kind = ETreeLine::Node;
+    Line* pParent = nullptr;
+    int nRow = 0;
+    /// Whether the children have been read; without it none of them stands here.
+    bool bRead = false;
+    /// Null for a heading.
+    std::unique_ptr<CBookNode> pNode;
+    Lines children;
+
+    Line() = default;
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+    /// No recursion: nothing limits how deep a tree is.
+    ~Line() {
+        Lines waiting = std::move(children);
+        while (!waiting.empty()) {
+            const std::unique_ptr<Line> pLine = std::move(waiting.back());
+            waiting.pop_back();
+            std::ranges::move(pLine->children, std::back_inserter(waiting));
+            pLine->children.clear();
+        }
+    }
+
+    int ChildCount() const { return static_cast<int>(children.size()); }
+    Line& Child(int nChild) const { return *children[static_cast<std::size_t>(nChild)]; }
+    void Number(int nFrom) {
+        for (int nChild = nFrom; nChild < ChildCount(); ++nChild)
+            Child(nChild).nRow = nChild;
+    }
+};
+
+CBookTree::CBookTree(QObject* pParent) : QAbstractItemModel(pParent) {}
+
+CBookTree::~CBookTree() = default;
+
+// Lines.
+
+CBookTree::Line* CBookTree::At(const QModelIndex& index) const {
+    return static_cast<Line*>(index.internalPointer());
+}
+
+QModelIndex CBookTree::IndexOf(const Line& line) const {
+    return createIndex(line.nRow, 0, &line);
+}
+
+QModelIndex CBookTree::GetRoot() const {
+    return m_top.empty() ? QModelIndex() : IndexOf(*m_top.back());
+}
+
+ETreeLine CBookTree::LineOf(const QModelIndex& index) const {
+    return index.isValid() ? At(index)->Kind : ETreeLine::None;
+}
+
+CBookNode* CBookTree::NodeOf(const QModelIndex& index) const {
+    return index.isValid() ? At(index)->pNode.get() : nullptr;
+}
+
+QModelIndex CBookTree::Find(qint32 nId) const {
+    const Line* pLine = m_lines.value(nId);
+    return pLine == nullptr ? QModelIndex() : IndexOf(*pLine);
+}
+
+QModelIndex CBookTree::Reveal(qint32 nId) {
+    if (m_pCourse == nullptr)
+        return {};
+    // Up from the node to a line that stands, then down again.
+    QList<qint32> way;
+    QSet<qint32> seen;
+    qint32 nStep = nId;
+    while (!m_lines.contains(nStep) && nStep > c_nRootNodeId && !seen.contains(nStep)) {
+        seen.insert(nStep);
+        way.append(nStep);
+        nStep = Store().GetField(nStep, QStringLiteral("ParentId")).toInt();
+    }
+    while (!way.isEmpty()) {
+        Line* pLine = m_lines.value(nStep);
+        if (pLine == nullptr)
+            return {};
+        LoadChildren(*pLine);
+        nStep = way.takeLast();
+    }
+    return Find(nId);
+}
+
+TitleTaken CBookTree::TakenBelow(const QModelIndex& parent, const QModelIndex& except) const {
+    const Line& line = *At(parent);
+    QSet<QString> titles;
+    titles.reserve(line.ChildCount());
+    for (const auto& pChild : line.children) {
+        if (!except.isValid() || pChild.get() != At(except))
+            titles.insert(pChild->pNode->GetTitle());
+    }
+    return [titles](const QString& strTitle) { return titles.contains(strTitle); };
+}
+
+// Reading.
+
+void CBookTree::Load(CCourse& course) {
+    Clear();
+    beginResetModel();
+    m_pCourse = &course;
+    try {
+        std::unique_ptr<CBookNode> pRoot = CBookNode::Root(course);
+        AddHeading(ETreeLine::School, CSysInfo::Instance().GetSchoolName());
+        AddHeading(ETreeLine::Course, course.GetInfo().Name);
+        Line& root = AddHeading(ETreeLine::Root, course.GetInfo().TeacherName);
+        m_lines.insert(pRoot->GetId(), &root);
+        root.pNode = std::move(pRoot);
+        root.children = MakeLines(root, root.pNode->GetChildren());
+        root.bRead = true;
+        const auto below = Store().GetGrandchildren(root.pNode->GetId());
+        for (const auto& pChild : root.children) {
+            pChild->children = MakeLines(*pChild, below.value(pChild->pNode->GetId()));
+            pChild->bRead = true;
+        }
+    } catch (...) {
+        endResetModel();
+        Clear();
+        throw;
+    }
+    endResetModel();
+}
+
+void CBookTree::Clear() {
+    beginResetModel();
+    m_pCourse = nullptr;
+    m_top.clear();
+    m_lines.clear();
+    m_gone.clear();
+    endResetModel();
+}
+
+CBookTree::Line& CBookTree::AddHeading(ETreeLine kind, const QString& strText) {
+    auto pLine = std::make_unique<Line>();
+    pLine->Kind = kind;
+    pLine->nRow = static_cast<int>(m_top.size());
+    m_headings[m_top.size()] = strText;
+    m_top.push_back(std::move(pLine));
+    return *m_top.back();
+}
+
+void CBookTree::ShowCourseInfo() {
+    if (m_pCourse == nullptr)
+        return;
+    const CCourseInfo& info = m_pCourse->GetInfo();
+    m_headings = {m_headings[0], info.Name, info.TeacherName};
+    Q_EMIT dataChanged(index(1, 0), GetRoot());
+    CBookNode& root = *NodeOf(GetRoot());
+    try {
+        if (root.GetTitle() != info.TeacherName)
+            root.SetTitle(info.TeacherName);
+    } catch (const Torvane::CRunException&) {
+        // The course has said so itself where it took the name over.
+    }
+}
+
+CBookDatabase& CBookTree::Store() const {
+    return *m_pCourse->GetDatabase();
+}
+
+CBookTree::Lines CBookTree::MakeLines(Line& parent, const QList<NodeHeader>& headers) {
+    Lines lines;
+    lines.reserve(static_cast<std::size_t>(headers.size()));
+    int nRow = parent.ChildCount();
+    for (const NodeHeader& header : headers) {
+        // A node stands in the tree once: a damaged store could lead round and round.
+        Line*& pKnown = m_lines[header.Id];
+        if (pKnown != nullptr)
+            continue;
+        auto pLine = std::make_unique<Line>();
+        pLine->pParent = &parent;
+        pLine->nRow = nRow++;
+        pLine->pNode = std::make_unique<CBookNode>(*m_pCourse, header);
+        pKnown = pLine.get();
+        lines.push_back(std::move(pLine));
+    }
+    return lines;
+}
+
+/// Adds lines that MakeLines made for this parent.
+void CBookTree::Hang(Line& parent, Lines lines) {
+    if (lines.empty())
+        return;
+    const int nFirst = parent.ChildCount();
+    beginInsertRows(IndexOf(parent), nFirst, nFirst + static_cast<int>(lines.size()) - 1);
+    std::ranges::move(lines, std::back_inserter(parent.children));
+    endInsertRows();
+}
+
+void CBookTree::LoadChildren(Line& line) {
+    if (line.bRead)
+        return;
+    const QList<NodeHeader> headers = line.pNode->GetChildren();
+    line.bRead = true;
+    Hang(line, MakeLines(line, headers));
+}
+
+void CBookTree::LoadAhead(const QModelIndex& index) {
+    if (IsHeadItem(LineOf(index)))
+        return;
+    Line& line = *At(index);
+    LoadChildren(line);
+    if (std::ranges::all_of(line.children, [](const auto& pChild) { return pChild->bRead; }))
+        return;
+    const auto below = Store().GetGrandchildren(line.pNode->GetId());
+    for (const auto& pChild : line.children) {
+        if (!std::exchange(pChild->bRead, true))
+            Hang(*pChild, MakeLines(*pChild, below.value(pChild->pNode->GetId())));
+    }
+}
+
+// Changing.
+
+QModelIndex CBookTree::Add(const QModelIndex& parent, const QString& strTitle) {
+    Line& line = *At(parent);
+    LoadChildren(line);
+    std::unique_ptr<CBookNode> pNode = line.pNode->AddChild(strTitle);
+    auto pLine = std::make_unique<Line>();
+    pLine->pParent = &line;
+    pLine->nRow = line.ChildCount();
+    pLine->bRead = true;
+    pLine->pNode = std::move(pNode);
+    Line& added = *pLine;
+    m_lines.insert(added.pNode->GetId(), &added);
+    Lines lines;
+    lines.push_back(std::move(pLine));
+    Hang(line, std::move(lines));
+    return IndexOf(added);
+}
+
+bool CBookTree::Rename(const QModelIndex& index, const QString& strTitle) {
+    if (!NodeOf(index)->SetTitle(strTitle))
+        return false;
+    Q_EMIT dataChanged(index, index);
+    return true;
+}
+
+bool CBookTree::Move(const QModelIndex& index, bool bUp) {
+    Line& line = *At(index);
+    if (!(bUp ? line.pNode->MoveUp() : line.pNode->MoveDown()))
+        return false;
+    Arrange(*line.pParent);
+    return true;
+}
+
+bool CBookTree::MoveBelow(const QModelIndex& index, const QModelIndex& target) {
+    Line& line = *At(index);
+    Line& newParent = *At(target);
+    LoadChildren(newParent);
+    if (!line.pNode->MoveBelow(newParent.pNode->GetId()))
+        return false;
+    MoveRow(*line.pParent, line.nRow, newParent, 0);
+    Arrange(newParent);
+    return true;
+}
+
+void CBookTree::MoveRow(Line& from, int nFrom, Line& to, int nTo) {
+    const bool bDown = &from == &to && nTo > nFrom;
+    beginMoveRows(IndexOf(from), nFrom, nFrom, IndexOf(to), bDown ? nTo + 1 : nTo);
+    std::unique_ptr<Line> pMoved = std::move(from.children[static_cast<std::size_t>(nFrom)]);
+    from.children.erase(from.children.begin() + nFrom);
+    pMoved->pParent = &to;
+    to.children.insert(to.children.begin() + nTo, std::move(pMoved));
+    from.Number(&from == &to ? std::min(nFrom, nTo) : nFrom);
+    if (&from != &to)
+        to.Number(nTo);
+    endMoveRows();
+}
+
+void CBookTree::Arrange(Line& parent) {
+    int nRow = 0;
+    for (const qint32 nId : Store().GetChildIds(parent.pNode->GetId())) {
+        const Line* pLine = m_lines.value(nId);
+        if (pLine == nullptr || pLine->pParent != &parent)
+            continue;
+        // A line that steps one down is a neighbour that steps one up: one move either way.
+        if (pLine->nRow != nRow)
+            MoveRow(parent, pLine->nRow, parent, nRow);
+        ++nRow;
+    }
+}
+
+void CBookTree::Forget(const QList<qint32>& ids) {
+    const QSet<qint32> gone(ids.begin(), ids.end());
+    // The topmost lines alone; what hangs below goes with them.
+    QHash<Line*, QList<int>> rows;
+    for (const qint32 nId : ids) {
+        const Line* pLine = m_lines.value(nId);
+        if (pLine != nullptr && pLine->pParent != nullptr && !gone.contains(pLine->pParent->pNode->GetId()))
+            rows[pLine->pParent].append(pLine->nRow);
+    }
+    for (auto it = rows.begin(); it != rows.end(); ++it) {
+        // From the back, so that the rows in front keep their numbers; neighbours in one go.
+        std::ranges::sort(*it, std::greater());
+        while (!it->isEmpty()) {
+            const int nLast = it->takeFirst();
+            int nFirst = nLast;
+            while (!it->isEmpty() && it->first() == nFirst - 1)
+                nFirst = it->takeFirst();
+            RemoveRows(*it.key(), nFirst, nLast);
+        }
+    }
+}
+
+void CBookTree::RemoveRows(Line& parent, int nFirst, int nLast) {
+    beginRemoveRows(IndexOf(parent), nFirst, nLast);
+    Lines removed;
+    const auto begin = parent.children.begin() + nFirst;
+    const auto end = parent.children.begin() + nLast + 1;
+    std::move(begin, end, std::back_inserter(removed));
+    parent.children.erase(begin, end);
+    parent.Number(nFirst);
+    endRemoveRows();
+    while (!removed.empty()) {
+        const std::unique_ptr<Line> pLine = std::move(removed.back());
+        removed.pop_back();
+        std::ranges::move(pLine->children, std::back_inserter(removed));
+        pLine->children.clear();
+        m_lines.remove(pLine->pNode->GetId());
+        m_gone.push_back(std::move(pLine->pNode));
+    }
+}
+
+// The model's questions.
+
+QModelIndex CBookTree::index(int nRow, int nColumn, const QModelIndex& parent) const {
+    const Lines& lines = parent.isValid() ? At(parent)->children : m_top;
+    if (nColumn != 0 || nRow < 0 || nRow >= static_cast<int>(lines.size()))
+        return {};
+    return createIndex(nRow, 0, lines[static_cast<std::size_t>(nRow)].get());
+}
+
+QModelIndex CBookTree::parent(const QModelIndex& index) const {
+    const Line* pParent = index.isValid() ? At(index)->pParent : nullptr;
+    return pParent == nullptr ? QModelIndex() : IndexOf(*pParent);
+}
+
+int CBookTree::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? At(parent)->ChildCount() : static_cast<int>(m_top.size());
+}
+
+int CBookTree::columnCount(const QModelIndex&) const {
+    return 1;
+}
+
+QVariant CBookTree::data(const QModelIndex& index, int nRole) const {
+    if (!index.isValid() || (nRole != Qt::DisplayRole && nRole != Qt::EditRole))
+        return {};
+    const Line& line = *At(index);
+    return line.pParent == nullptr ? m_headings[static_cast<std::size_t>(line.nRow)] : line.pNode->GetTitle();
+}
+
+Qt::ItemFlags CBookTree::flags(const QModelIndex& index) const {
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags all = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    return IsFixedItem(LineOf(index)) ? all : all | Qt::ItemIsEditable;
+}

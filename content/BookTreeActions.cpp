@@ -1,0 +1,194 @@
+#include "content/BookTreeActions.h"
+
+#include "content/Texts.h"
+#include "foundation/Exceptions.h"
+
+#include <stdexcept>
+
+using Torvane::Dialog::MFC::BoxAnswer;
+
+CBookTreeActions::CBookTreeActions(CBookTree& tree, ITreeWindow& window, ITreeDialogs& dialogs,
+                                   INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people)
+    : m_tree(tree), m_window(window), m_dialogs(dialogs), m_host(host), m_people(people),
+      m_selection(&tree, [this](const QModelIndex& index) { return MaySelect(index); }) {
+    QObject::connect(&m_selection, &QItemSelectionModel::currentChanged, &m_selection,
+                     [this] { ShowSelection(); });
+}
+
+CBookTreeActions::~CBookTreeActions() {
+    // The lines go without being asked where the selection moves.
+    m_selection.Drop();
+    m_selection.disconnect();
+}
+
+void CBookTreeActions::Guarded(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const Torvane::CException& e) {
+        m_people.Error(e.GetMessage());
+    } catch (const std::exception& e) {
+        m_people.Error(QString::fromLocal8Bit(e.what()));
+    }
+}
+
+bool CBookTreeActions::Confirm(const QString& strQuestion, const Line& line) {
+    return m_people.Question(strQuestion) == BoxAnswer::Ok && line.isValid();
+}
+
+// Selection.
+
+void CBookTreeActions::Open(CCourse& course) {
+    Close();
+    m_tree.Load(course);
+    m_window.Expand(m_tree.GetRoot());
+    m_selection.Select(m_tree.GetRoot());
+}
+
+void CBookTreeActions::Close() {
+    m_selection.Drop();
+    m_tree.Clear();
+}
+
+CBookNode* CBookTreeActions::GetSelectedNode() const {
+    return m_tree.NodeOf(m_selection.currentIndex());
+}
+
+TreeSelection CBookTreeActions::Selection() const {
+    const CBookNode* pNode = GetSelectedNode();
+    return {m_tree.LineOf(m_selection.currentIndex()),
+            pNode == nullptr ? NodeType::c_nEmpty : pNode->GetType(), m_tree.GetCourse() != nullptr};
+}
+
+bool CBookTreeActions::MaySelect(const QModelIndex& index) {
+    return !IsHeadItem(m_tree.LineOf(index)) && m_host.LeaveCurrentView(true);
+}
+
+void CBookTreeActions::ShowSelection() {
+    Guarded([this] {
+        const Line line(m_selection.currentIndex());
+        CBookNode* pNode = m_tree.NodeOf(line);
+        if (pNode == nullptr)
+            return;
+        m_host.ShowNodeView(KindOfSelection(*pNode, HasChildren(line)), pNode);
+        // The course may have been closed while the views changed.
+        if (line.isValid() && HasChildren(line) && pNode->HasContent())
+            m_window.Expand(line);
+    });
+}
+
+void CBookTreeActions::SelectNode(qint32 nId) {
+    Guarded([&] {
+        const QModelIndex index = m_tree.Reveal(nId);
+        for (QModelIndex above = index.parent(); above.isValid(); above = above.parent())
+            m_window.Expand(above);
+        m_selection.Select(index);
+    });
+}
+
+void CBookTreeActions::LoadAhead(const QModelIndex& index) {
+    Guarded([&] { m_tree.LoadAhead(index); });
+}
+
+// Commands.
+
+bool CBookTreeActions::IsEnabled(int nCommand) const {
+    const TreeSelection selection = Selection();
+    return !TreeCommand::IsHeldBack(nCommand, selection) &&
+           TreeCommand::IsEnabled(nCommand, selection, m_host.IsEditorShowing());
+}
+
+bool CBookTreeActions::Run(int nCommand) {
+    const TreeCommand::EAction action = TreeCommand::ActionOf(nCommand);
+    const TreeSelection selection = Selection();
+    if (action == TreeCommand::EAction::None || TreeCommand::IsHeldBack(nCommand, selection))
+        return false;
+    if (selection.bCourseOpen && TreeCommand::IsActionAllowed(action, selection.Line))
+        Guarded([&] { RunAction(action); });
+    return true;
+}
+
+void CBookTreeActions::RunAction(TreeCommand::EAction action) {
+    using TreeCommand::EAction;
+    switch (action) {
+    case EAction::AddNode:
+        return AddNode();
+    case EAction::AddChild:
+        return AddChild();
+    case EAction::AddMany:
+        return AddManySiblings();
+    case EAction::AddManyChildren:
+        return AddManyChildren();
+    case EAction::Delete:
+        return DeleteNode();
+    case EAction::Rename:
+        return StartRename(m_selection.currentIndex());
+    case EAction::CreateContent:
+        return CreateContent();
+    case EAction::EditContent:
+        return EditContent();
+    case EAction::MoveUp:
+        return MoveNode(true);
+    case EAction::MoveDown:
+        return MoveNode(false);
+    case EAction::ClearContent:
+        return ClearContent();
+    case EAction::SetOpenType:
+        return SetOpenType();
+    case EAction::CustomTitles:
+        return SetCustomTitles();
+    case EAction::None:
+    case EAction::Export:
+    case EAction::Import:
+        return;
+    }
+}
+
+std::span<const int> CBookTreeActions::MenuOf(const QModelIndex& index) const {
+    const ETreeLine line = m_tree.LineOf(index);
+    if (IsHeadItem(line) || (line != ETreeLine::Root && HasChildren(index)))
+        return {};
+    return line == ETreeLine::Root ? TreeCommand::RootMenu() : TreeCommand::NodeMenu();
+}
+
+// Content.
+
+void CBookTreeActions::ClearContent() {
+    const Line line(m_selection.currentIndex());
+    if (!Confirm(ContentText::c_strClearContent, line))
+        return;
+    CBookNode& node = *m_tree.NodeOf(line);
+    node.ClearContent();
+    m_host.ShowNodeView(HasChildren(line) ? EViewKind::ChildrenList : KindView(node), &node);
+}
+
+void CBookTreeActions::CreateContent() {
+    const Line line(m_selection.currentIndex());
+    CBookNode& node = *m_tree.NodeOf(line);
+    if (node.HasContent()) {
+        if (!Confirm(ContentText::c_strOverwriteContent, line))
+            return;
+    } else if (HasChildren(line) && !Confirm(ContentText::c_strContentAboveChildren, line)) {
+        return;
+    }
+    node.CreateEditorPage(0);
+    EditContent();
+}
+
+void CBookTreeActions::EditContent() {
+    CBookNode& node = *GetSelectedNode();
+    if (node.GetType() != NodeType::c_nEditorPage)
+        return;
+    m_tree.GetCourse()->CountChange();
+    m_host.ShowNodeView(EViewKind::Editor, &node);
+}
+
+void CBookTreeActions::SetOpenType() {
+    const Line line(m_selection.currentIndex());
+    CBookNode& node = *m_tree.NodeOf(line);
+    const std::optional<qint32> chosen = m_dialogs.AskOpenType(node.GetOpenType());
+    if (!chosen || !line.isValid())
+        return;
+    if (!node.SetOpenType(*chosen))
+        m_people.Error(ContentText::c_strNotMoved);
+    ShowSelection();
+}

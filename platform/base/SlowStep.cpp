@@ -1,0 +1,30 @@
+#include "platform/base/SlowStep.h"
+
+namespace {
+
+/// Whatever is done by then needs no window.
+constexpr qint64 c_nQuietMilliseconds = 250;
+constexpr qint64 c_nPaintMilliseconds = 40;
+
+} // namespace
+
+CSlowStep::CSlowStep(Torvane::Dialog::MFC::IPeople& people, const QString& strText)
+    : m_people(people), m_strText(strText) {
+    m_painted.start();
+}
+
+CSlowStep::~CSlowStep() = default;
+
+bool CSlowStep::GoOn(qint64 nDone, qint64 nTotal) {
+    if (m_painted.elapsed() < (m_pStatus == nullptr ? c_nQuietMilliseconds : c_nPaintMilliseconds))
+        return true;
+    if (m_pStatus == nullptr) {
+        m_pStatus = m_people.OpenStatus();
+        m_pStatus->ShowStatus(m_strText);
+        m_pStatus->AllowCancel(true);
+    }
+    m_pStatus->ShowProgress(nDone, nTotal);
+    const bool bGoOn = m_pStatus->KeepWaiting();
+    m_painted.restart();
+    return bGoOn;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/base/People.h"
+
+#include <QElapsedTimer>
+
+/// A step that may take long. Once it has lasted a moment, the person sees a status window with the progress,
+/// and may give the step up.
+class CSlowStep {
+public:
+    CSlowStep(Torvane::Dialog::MFC::IPeople& people, const QString& strText);
+    ~CSlowStep();
+    CSlowStep(const CSlowStep&) = delete;
+    CSlowStep& operator=(const CSlowStep&) = delete;
+
+    /// Called between any two pieces of the step, however small; false when the person has given it up.
+    bool GoOn(qint64 nDone, qint64 nTotal);
+
+private:
+    Torvane::Dialog::MFC::IPeople& m_people;
+    QString m_strText;
+    QElapsedTimer m_painted;
+    std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> m_pStatus;
+};
