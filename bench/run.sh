@@ -8,12 +8,14 @@ place="$(mktemp -d "${1:-/dev/shm}/vorel-bench-XXXXXX")"
 trap 'rm -rf "$place"' EXIT
 cmake --preset release >/dev/null
 cmake --build build/release --target portable bench_ciphers bench_files bench_store bench_empty_window \
-  voreljourney vorelstalls vorel-site-check >/dev/null
+  bench_make_courses bench_names_tree voreljourney vorelstalls vorel-site-check >/dev/null
 for bench in ciphers store files; do
   echo "== $bench"
   build/release/bin/bench_$bench "$place"
 done
 echo "== start"
 bench/start.sh
+echo "== open"
+bench/open.sh 5 "${1:-/dev/shm}"
 echo "== stalls"
 bench/stalls.sh 1
