@@ -1,8 +1,9 @@
 #include "editor/ui/ChildrenNodeListView.h"
 
-#include "editor/DisplayRules.h"
 #include "editor/Texts.h"
+#include "editor/ui/ChildrenModel.h"
 #include "editor/ui/ShowFailure.h"
+#include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "platform/ui/Pictures.h"
 
@@ -10,7 +11,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QShortcut>
-#include <QTreeWidget>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace {
@@ -21,14 +22,13 @@ constexpr int c_nSideWidth = 160;
 constexpr int c_nTitleHeight = 18;
 constexpr int c_nMargin = 12;
 constexpr int c_nSidePicture = 324;
-constexpr int c_images[] = {326, 345};
-constexpr int c_nIdRole = Qt::UserRole;
 
 } // namespace
 
 CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pParent)
     : CBookShowView(host, pParent), m_pTitle(new QLabel(this)), m_pSelected(new QLabel(this)),
-      m_pList(new QTreeWidget(this)) {
+      m_pList(new QTreeView(this)),
+      m_pChildren(new CChildrenModel([this](qint32 nId) { return HasChildren(nId); }, this)) {
     setObjectName(QStringLiteral("CChildrenNodeListView"));
     setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white));
     setAutoFillBackground(true);
@@ -48,7 +48,7 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
 
     m_pList->setObjectName(QStringLiteral("childrenList"));
     m_pList->setAccessibleName(EditorTexts::c_strChildColumn);
-    m_pList->setHeaderLabels({EditorTexts::c_strChildColumn, EditorTexts::c_strTypeColumn});
+    m_pList->setModel(m_pChildren);
     m_pList->setRootIsDecorated(false);
     m_pList->setUniformRowHeights(true);
     m_pList->setIconSize(c_imageSize);
@@ -71,44 +71,39 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
     pLayout->addLayout(pSide);
     pLayout->addWidget(m_pList, 1);
 
-    connect(m_pList, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* pItem) {
-        m_pSelected->setText(pItem == nullptr ? QString() : pItem->text(0));
-    });
-    const auto open = [this](const QTreeWidgetItem* pItem) {
-        if (pItem != nullptr)
-            m_host.SelectNode(pItem->data(0, c_nIdRole).toInt());
+    connect(m_pList->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& index) {
+                m_pSelected->setText(index.siblingAtColumn(0).data().toString());
+            });
+    const auto open = [this](const QModelIndex& index) {
+        if (index.isValid())
+            m_host.SelectNode(m_pChildren->IdOf(index));
     };
-    connect(m_pList, &QTreeWidget::itemDoubleClicked, this, open);
+    connect(m_pList, &QTreeView::doubleClicked, this, open);
     // Not the list's own activation: some desktops let a single click do that.
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
         auto* pEnter = new QShortcut(key, m_pList, nullptr, nullptr, Qt::WidgetShortcut);
-        connect(pEnter, &QShortcut::activated, this, [this, open] { open(m_pList->currentItem()); });
+        connect(pEnter, &QShortcut::activated, this, [this, open] { open(m_pList->currentIndex()); });
     }
 }
 
 void CChildrenNodeListView::ShowNode() {
-    m_pList->clear();
+    m_pChildren->Show({});
     m_pSelected->clear();
     m_pTitle->setText(m_pNode == nullptr ? QString() : m_pNode->GetTitle());
-    if (m_pNode == nullptr)
-        return;
-    ShowFailure(this, [this] { FillList(); });
+    if (m_pNode != nullptr)
+        ShowFailure(this, [this] { m_pChildren->Show(m_pNode->GetChildren()); });
 }
 
-void CChildrenNodeListView::FillList() {
-    const QString strFolder = CSysInfo::Instance().GetSysDataFolder(false);
-    const QIcon images[] = {Pictures::ResourceIcon(strFolder, c_images[0]),
-                            Pictures::ResourceIcon(strFolder, c_images[1])};
-    CBookDatabase* pDatabase = m_pNode->GetCourse().GetDatabase();
-    const QList<NodeHeader> children = m_pNode->GetChildren();
-    QList<QTreeWidgetItem*> items;
-    for (const NodeHeader& child : children) {
-        const auto row = DisplayRules::RowOfChild(child.Type, pDatabase != nullptr &&
-                                                                  pDatabase->GetChildrenCount(child.Id) > 0);
-        auto* pItem = new QTreeWidgetItem({child.Title, row.strType});
-        pItem->setIcon(0, images[row.nImage]);
-        pItem->setData(0, c_nIdRole, child.Id);
-        items.append(pItem);
+std::optional<bool> CChildrenNodeListView::HasChildren(qint32 nId) const {
+    // Out of sight the list keeps its lines, and the course may go.
+    CBookDatabase* pDatabase = m_pNode == nullptr ? nullptr : m_pNode->GetCourse().GetDatabase();
+    if (pDatabase == nullptr)
+        return std::nullopt;
+    try {
+        return pDatabase->GetChildrenCount(nId) > 0;
+    } catch (const Torvane::CRunException&) {
+        // No time for a box: the line is being painted.
+        return std::nullopt;
     }
-    m_pList->addTopLevelItems(items);
 }

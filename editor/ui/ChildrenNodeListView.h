@@ -2,9 +2,11 @@
 
 #include "content/ui/BookShowView.h"
 
+#include <optional>
+
 class QLabel;
-class QTreeWidget;
-class QTreeWidgetItem;
+class QTreeView;
+class CChildrenModel;
 
 /// Lists the children of a node that has no content of its own.
 class CChildrenNodeListView : public CBookShowView {
@@ -15,9 +17,10 @@ public:
     void ShowNode() override;
 
 private:
-    void FillList();
+    std::optional<bool> HasChildren(qint32 nId) const;
 
     QLabel* m_pTitle;
     QLabel* m_pSelected;
-    QTreeWidget* m_pList;
+    QTreeView* m_pList;
+    CChildrenModel* m_pChildren;
 };

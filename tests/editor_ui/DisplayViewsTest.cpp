@@ -4,7 +4,7 @@
 #include "tests/editor_ui/ViewHarness.h"
 
 #include <QLabel>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -30,12 +30,13 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     ShowOnScreen(*pView);
     pView->ShowNode();
     EXPECT_EQ(Child<QLabel>(*pView, u"nodeTitle"_s).text(), u"第一章 <b>"_s);
-    auto& list = Child<QTreeWidget>(*pView, u"childrenList"_s);
-    ASSERT_EQ(list.topLevelItemCount(), 2);
-    EXPECT_EQ(list.topLevelItem(0)->text(1), u"<空栏目>"_s);
-    EXPECT_EQ(list.topLevelItem(1)->text(1), u"<目录栏目>"_s);
-    EXPECT_FALSE(list.topLevelItem(0)->icon(0).isNull());
-    const QPoint at = list.visualItemRect(list.topLevelItem(1)).center();
+    auto& list = Child<QTreeView>(*pView, u"childrenList"_s);
+    const QAbstractItemModel& lines = *list.model();
+    ASSERT_EQ(lines.rowCount(), 2);
+    EXPECT_EQ(lines.index(0, 1).data().toString(), u"<空栏目>"_s);
+    EXPECT_EQ(lines.index(1, 1).data().toString(), u"<目录栏目>"_s);
+    EXPECT_FALSE(lines.index(0, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
+    const QPoint at = list.visualRect(lines.index(1, 0)).center();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);
     EXPECT_EQ(Child<QLabel>(*pView, u"selectedTitle"_s).text(), u"夹"_s);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
