@@ -3,7 +3,6 @@
 #include "editor/Texts.h"
 #include "editor/ui/ChildrenModel.h"
 #include "editor/ui/ShowFailure.h"
-#include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "platform/ui/Pictures.h"
 
@@ -28,7 +27,9 @@ constexpr int c_nSidePicture = 324;
 CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pParent)
     : CBookShowView(host, pParent), m_pTitle(new QLabel(this)), m_pSelected(new QLabel(this)),
       m_pList(new QTreeView(this)),
-      m_pChildren(new CChildrenModel([this](qint32 nId) { return HasChildren(nId); }, this)) {
+      m_pChildren(new CChildrenModel(
+          // Out of sight the view shows no node but keeps its lines, and the course may go.
+          [this] { return m_pNode == nullptr ? nullptr : m_pNode->GetCourse().GetDatabase(); }, this)) {
     setObjectName(QStringLiteral("CChildrenNodeListView"));
     setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white));
     setAutoFillBackground(true);
@@ -88,22 +89,9 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
 }
 
 void CChildrenNodeListView::ShowNode() {
-    m_pChildren->Show({});
+    m_pChildren->Clear();
     m_pSelected->clear();
     m_pTitle->setText(m_pNode == nullptr ? QString() : m_pNode->GetTitle());
     if (m_pNode != nullptr)
-        ShowFailure(this, [this] { m_pChildren->Show(m_pNode->GetChildren()); });
-}
-
-std::optional<bool> CChildrenNodeListView::HasChildren(qint32 nId) const {
-    // Out of sight the list keeps its lines, and the course may go.
-    CBookDatabase* pDatabase = m_pNode == nullptr ? nullptr : m_pNode->GetCourse().GetDatabase();
-    if (pDatabase == nullptr)
-        return std::nullopt;
-    try {
-        return pDatabase->GetChildrenCount(nId) > 0;
-    } catch (const Torvane::CRunException&) {
-        // No time for a box: the line is being painted.
-        return std::nullopt;
-    }
+        ShowFailure(this, [this] { m_pChildren->Show(m_pNode->GetId()); });
 }

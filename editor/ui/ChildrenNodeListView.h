@@ -2,8 +2,6 @@
 
 #include "content/ui/BookShowView.h"
 
-#include <optional>
-
 class QLabel;
 class QTreeView;
 class CChildrenModel;
@@ -17,8 +15,6 @@ public:
     void ShowNode() override;
 
 private:
-    std::optional<bool> HasChildren(qint32 nId) const;
-
     QLabel* m_pTitle;
     QLabel* m_pSelected;
     QTreeView* m_pList;

@@ -43,6 +43,8 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     EXPECT_EQ(m_world.Host.Selected, QList<qint32>{pFolder->GetId()});
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_EQ(m_world.Host.Selected.size(), 2);
+    list.keyboardSearch(u"空"_s);
+    EXPECT_EQ(list.currentIndex().row(), 0);
 }
 
 TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
