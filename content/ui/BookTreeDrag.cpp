@@ -5,7 +5,6 @@
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QPainter>
-#include <QStyleOption>
 
 namespace {
 
@@ -13,34 +12,46 @@ namespace {
 const QString c_strMimeType = QStringLiteral("application/x-vorel-node");
 /// The picture of the line hangs beside the pointer, so that the target stays in sight.
 constexpr QPoint c_hotSpot(-12, -8);
+/// How much of the frame's colour lies over the line in it, of 255.
+constexpr int c_nTint = 48;
+/// A dragged line that rests on a closed one opens it.
+constexpr int c_nOpenMilliseconds = 700;
 
 } // namespace
 
-void CBookTreeView::startDrag(Qt::DropActions) {
-    m_dragged = m_pressed;
+void CBookTreeView::Drag(const QModelIndex& index) {
+    m_dragged = index;
     auto* pMimeData = new QMimeData;
-    pMimeData->setData(c_strMimeType, QByteArray::number(m_tree.NodeOf(m_dragged)->GetId()));
+    pMimeData->setData(c_strMimeType, QByteArray::number(m_tree.NodeOf(index)->GetId()));
     auto* pDrag = new QDrag(this);
     pDrag->setMimeData(pMimeData);
-    pDrag->setPixmap(PictureOf(m_dragged));
+    pDrag->setPixmap(PictureOf(index));
     pDrag->setHotSpot(c_hotSpot);
-    pDrag->exec(Qt::MoveAction);
+    const bool bDropped = pDrag->exec(Qt::MoveAction) == Qt::MoveAction;
 
-    // The questions come when the mouse is free again.
+    m_rest.stop();
+    stopAutoScroll();
+    m_under = QPersistentModelIndex();
     const QPersistentModelIndex target = m_dropTarget;
-    const QPersistentModelIndex source = std::exchange(m_dragged, QPersistentModelIndex());
     SetDropTarget(QModelIndex());
-    m_pressed = QPersistentModelIndex();
-    if (source.isValid() && target.isValid())
-        m_actions.Drop(source, target);
+    // The questions come now that the mouse is free again.
+    if (bDropped && m_dragged.isValid() && target.isValid()) {
+        m_actions.Drop(m_dragged, target);
+        // The course may have been closed behind a question.
+        if (m_dragged.isValid() && m_dragged.parent() == target)
+            scrollTo(m_dragged);
+    }
+    m_dragged = QPersistentModelIndex();
 }
 
 QPixmap CBookTreeView::PictureOf(const QModelIndex& index) const {
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
     const QRect line = visualRect(index);
-    const int nWidth = std::min(line.width(), itemDelegate()->sizeHint(option, index).width());
-    return viewport()->grab(QRect(line.topLeft(), QSize(nWidth, line.height())));
+    const int nWidth = std::min(line.width(), sizeHintForIndex(index).width());
+    QPixmap picture = viewport()->grab(QRect(line.topLeft(), QSize(nWidth, line.height())));
+    QPainter painter(&picture);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(0, 0, nWidth - 1, line.height() - 1);
+    return picture;
 }
 
 void CBookTreeView::SetDropTarget(const QModelIndex& index) {
@@ -48,6 +59,20 @@ void CBookTreeView::SetDropTarget(const QModelIndex& index) {
         return;
     m_dropTarget = index;
     viewport()->update();
+}
+
+void CBookTreeView::Aim(const QPoint& at) {
+    const QModelIndex under = indexAt(at);
+    if (m_under != under) {
+        m_under = under;
+        m_rest.start(c_nOpenMilliseconds);
+    }
+    SetDropTarget(m_actions.MayDrop(m_dragged, under) ? under : QModelIndex());
+}
+
+void CBookTreeView::OpenUnderDrag() {
+    if (m_dragged.isValid() && m_under != m_dragged)
+        expand(m_under);
 }
 
 void CBookTreeView::dragEnterEvent(QDragEnterEvent* pEvent) {
@@ -59,22 +84,25 @@ void CBookTreeView::dragEnterEvent(QDragEnterEvent* pEvent) {
 }
 
 void CBookTreeView::dragMoveEvent(QDragMoveEvent* pEvent) {
-    // Opens a line that the drag rests on, and scrolls at the edges.
-    QTreeView::dragMoveEvent(pEvent);
-    const QModelIndex target = indexAt(pEvent->position().toPoint());
-    const bool bMay = m_dragged.isValid() && m_actions.MayDrop(m_dragged, target);
-    SetDropTarget(bMay ? target : QModelIndex());
+    // Scrolls at the edges.
+    QAbstractItemView::dragMoveEvent(pEvent);
+    if (m_dragged.isValid())
+        Aim(pEvent->position().toPoint());
     pEvent->setDropAction(Qt::MoveAction);
-    pEvent->setAccepted(bMay);
+    pEvent->setAccepted(m_dropTarget.isValid());
 }
 
 void CBookTreeView::dragLeaveEvent(QDragLeaveEvent* pEvent) {
+    m_rest.stop();
+    m_under = QPersistentModelIndex();
     SetDropTarget(QModelIndex());
     QTreeView::dragLeaveEvent(pEvent);
 }
 
 void CBookTreeView::dropEvent(QDropEvent* pEvent) {
-    // startDrag goes on from here, with the target that was shown last.
+    // Drag goes on from here.
+    if (m_dragged.isValid())
+        Aim(pEvent->position().toPoint());
     pEvent->setDropAction(Qt::MoveAction);
     pEvent->setAccepted(m_dropTarget.isValid());
     stopAutoScroll();
@@ -85,9 +113,12 @@ void CBookTreeView::paintEvent(QPaintEvent* pEvent) {
     QTreeView::paintEvent(pEvent);
     if (!m_dropTarget.isValid())
         return;
+    const QColor highlight = palette().color(QPalette::Highlight);
+    QColor tint = highlight;
+    tint.setAlpha(c_nTint);
     QPainter painter(viewport());
-    QStyleOption frame;
-    frame.initFrom(this);
-    frame.rect = visualRect(m_dropTarget);
-    style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemDrop, &frame, &painter, this);
+    painter.setBrush(tint);
+    const bool bSelected = m_dropTarget == currentIndex();
+    painter.setPen(QPen(bSelected ? palette().color(QPalette::HighlightedText) : highlight, 2));
+    painter.drawRect(visualRect(m_dropTarget).intersected(viewport()->rect()).adjusted(1, 1, -1, -1));
 }

@@ -10,20 +10,27 @@
 
 void CBookTreeView::mousePressEvent(QMouseEvent* pEvent) {
     // The right button selects when its menu comes: here too would ask the view for leave twice.
-    if (pEvent->button() == Qt::RightButton)
+    if (pEvent->button() != Qt::LeftButton)
         return;
     // The left one selects when it goes up: until then this may become a drag, which leaves the selection,
     // and a page that is being edited, alone.
+    m_pressedAt = pEvent->position().toPoint();
     m_pressed = m_actions.GetSelection().WantedBy([&] { QTreeView::mousePressEvent(pEvent); });
 }
 
 void CBookTreeView::mouseMoveEvent(QMouseEvent* pEvent) {
+    if (pEvent->buttons() == Qt::NoButton)
+        return QTreeView::mouseMoveEvent(pEvent);
     // A pressed mouse that wanders over other lines selects none of them.
-    if (pEvent->buttons() == Qt::NoButton || m_actions.MayDrag(m_pressed))
-        QTreeView::mouseMoveEvent(pEvent);
+    const int nWay = (pEvent->position().toPoint() - m_pressedAt).manhattanLength();
+    if (pEvent->buttons() == Qt::LeftButton && nWay >= QApplication::startDragDistance() &&
+        m_actions.MayDrag(m_pressed))
+        Drag(std::exchange(m_pressed, QPersistentModelIndex()));
 }
 
 void CBookTreeView::mouseReleaseEvent(QMouseEvent* pEvent) {
+    if (pEvent->button() != Qt::LeftButton)
+        return;
     QTreeView::mouseReleaseEvent(pEvent);
     const QModelIndex pressed = std::exchange(m_pressed, QPersistentModelIndex());
     if (pressed.isValid() && indexAt(pEvent->position().toPoint()) == pressed)
@@ -42,6 +49,8 @@ void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
     const bool bHeading = m_tree.NodeOf(line) == nullptr;
     if (bHeading || !m_actions.GetSelection().Select(line) || m_actions.MenuOf(line).empty())
         return;
+    if (!bMouse)
+        scrollTo(line);
     QMenu* pMenu = MakeMenu(m_actions.MenuOf(line));
     pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualRect(line).bottomLeft()));
 }
@@ -75,4 +84,23 @@ void CBookTreeView::resizeEvent(QResizeEvent* pEvent) {
     // A selected line shines over the whole pane, and a long one can still be scrolled to.
     header()->setMinimumSectionSize(viewport()->width());
     QTreeView::resizeEvent(pEvent);
+}
+
+QModelIndex CBookTreeView::HiddenBy(const QModelIndex& index) const {
+    QModelIndex closed;
+    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
+        if (!isExpanded(above))
+            closed = above;
+    }
+    return closed;
+}
+
+QModelIndex CBookTreeView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    // A line in a closed branch has no neighbours: the keys go on from the branch.
+    const QModelIndex closed = HiddenBy(currentIndex());
+    if (closed.isValid())
+        return closed;
+    // The headings are never selected: the first line for Home and the page keys is the root.
+    const QModelIndex next = QTreeView::moveCursor(action, modifiers);
+    return next.isValid() && IsHeadItem(m_tree.LineOf(next)) ? m_tree.GetRoot() : next;
 }

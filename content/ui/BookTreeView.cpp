@@ -5,14 +5,14 @@
 #include "course/TemplateStore.h"
 #include "foundation/SysInfo.h"
 
+#include <QDrag>
 #include <QHeaderView>
+#include <QScrollBar>
 
 namespace {
 
 constexpr quint32 c_nFirstBackColor = 0xFFFAF4;
 constexpr QSize c_imageSize(18, 18);
-/// A dragged line that rests on a closed one opens it.
-constexpr int c_nOpenMilliseconds = 700;
 
 } // namespace
 
@@ -29,10 +29,10 @@ CBookTreeView::CBookTreeView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople&
     setUniformRowHeights(true);
     setIconSize(c_imageSize);
     setEditTriggers(NoEditTriggers);
-    setDragEnabled(true);
     setAcceptDrops(true);
     setDropIndicatorShown(false); // paintEvent frames the line that would take the dragged one
-    setAutoExpandDelay(c_nOpenMilliseconds);
+    m_rest.setSingleShot(true);
+    connect(&m_rest, &QTimer::timeout, this, &CBookTreeView::OpenUnderDrag);
     SetBackColor(c_nFirstBackColor);
 
     auto* pDelegate = new CTitleDelegate(CSysInfo::Instance().GetSysDataFolder(false), this);
@@ -43,7 +43,12 @@ CBookTreeView::CBookTreeView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople&
     connect(this, &QTreeView::expanded, this,
             [this](const QModelIndex& index) { m_actions.LoadAhead(index); });
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this, &CBookTreeView::SelectionMoved);
-    connect(&m_tree, &QAbstractItemModel::rowsMoved, this, [this] { scrollTo(currentIndex()); });
+    connect(&m_tree, &QAbstractItemModel::rowsMoved, this, &CBookTreeView::FollowMoved);
+    // Lines that scroll by below a resting mouse.
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (m_dragged.isValid())
+            Aim(viewport()->mapFromGlobal(QCursor::pos()));
+    });
 }
 
 CBookTreeView::~CBookTreeView() {
@@ -56,8 +61,11 @@ CBookTreeView::~CBookTreeView() {
 
 void CBookTreeView::SetBackColor(quint32 nColor) {
     const auto byte = [nColor](int nShift) { return static_cast<int>(nColor >> nShift & 0xFF); };
+    const QColor back(byte(0), byte(8), byte(16));
     QPalette colors = palette();
-    colors.setColor(QPalette::Base, QColor(byte(0), byte(8), byte(16)));
+    colors.setColor(QPalette::Base, back);
+    // A template may be dark.
+    colors.setColor(QPalette::Text, qGray(back.rgb()) < 128 ? Qt::white : Qt::black);
     setPalette(colors);
 }
 
@@ -70,9 +78,34 @@ void CBookTreeView::LoadTree(CCourse& course) {
 }
 
 void CBookTreeView::ResetTree() {
-    m_edited = m_pressed = m_dragged = m_dropTarget = QPersistentModelIndex();
+    // What the mouse still holds is gone.
+    if (m_dragged.isValid())
+        QDrag::cancel();
+    m_edited = m_pressed = m_dragged = m_under = m_dropTarget = QPersistentModelIndex();
     m_typedTitle.reset();
     m_actions.Close();
+}
+
+void CBookTreeView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    // The toolkit looks at the whole column, and would go back to its left edge with every line.
+    QScrollBar& bar = *horizontalScrollBar();
+    const int nBefore = bar.value();
+    QTreeView::scrollTo(index, hint);
+    bar.setValue(nBefore);
+    const QRect line = visualRect(index);
+    if (line.isEmpty())
+        return;
+    const int nRight = line.left() + std::min(line.width(), sizeHintForIndex(index).width());
+    if (line.left() < 0)
+        bar.setValue(nBefore + line.left());
+    else if (nRight > viewport()->width())
+        bar.setValue(nBefore + std::min(line.left(), nRight - viewport()->width()));
+}
+
+void CBookTreeView::FollowMoved() {
+    // What was dropped is shown by whoever drops it.
+    if (!m_dragged.isValid())
+        scrollTo(currentIndex());
 }
 
 void CBookTreeView::EditTitle(const QModelIndex& index) {

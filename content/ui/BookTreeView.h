@@ -4,6 +4,7 @@
 #include "content/ui/TreeDialogs.h"
 
 #include <QPersistentModelIndex>
+#include <QTimer>
 #include <QTreeView>
 
 #include <optional>
@@ -36,6 +37,9 @@ public:
     /// Opens the tree down to the node and selects it.
     void SelectNode(qint32 nId) { m_actions.SelectNode(nId); }
 
+    /// Brings a line into sight, upright and sideways, and moves nothing that is in sight already.
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
     /// Whether a tree command is enabled for the present selection.
     bool IsCommandEnabled(int nCommand) const { return m_actions.IsEnabled(nCommand); }
     /// Runs a tree command; false when the id is none of the tree's.
@@ -53,8 +57,8 @@ protected:
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
-    void startDrag(Qt::DropActions actions) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
     void dragMoveEvent(QDragMoveEvent* pEvent) override;
     void dragLeaveEvent(QDragLeaveEvent* pEvent) override;
@@ -67,8 +71,17 @@ private:
     void Expand(const QModelIndex& index) override { expand(index); }
     void EditTitle(const QModelIndex& index) override;
     QMenu* MakeMenu(std::span<const int> commands);
+    /// The outermost closed line that hides this one; no line where none does.
+    QModelIndex HiddenBy(const QModelIndex& index) const;
+    void FollowMoved();
+
+    /// Returns when the mouse has let go of the line, or the drag was given up.
+    void Drag(const QModelIndex& index);
     QPixmap PictureOf(const QModelIndex& index) const;
+    /// What the dragged line is over now, in the viewport.
+    void Aim(const QPoint& at);
     void SetDropTarget(const QModelIndex& index);
+    void OpenUnderDrag();
 
     CBookTree m_tree;
     CTreeDialogs m_dialogs;
@@ -76,9 +89,12 @@ private:
 
     QPersistentModelIndex m_edited;
     std::optional<QString> m_typedTitle;
-    /// The line under the pressed mouse, which a drag takes along.
+    /// The line under the pressed mouse, which a drag takes along, and where in the viewport that was.
     QPersistentModelIndex m_pressed;
-    /// While a drag is under way: its line, and the one that would take it now.
+    QPoint m_pressedAt;
+    /// While a drag is under way: its line, the one that it is over, and that one if it would take it.
     QPersistentModelIndex m_dragged;
+    QPersistentModelIndex m_under;
     QPersistentModelIndex m_dropTarget;
+    QTimer m_rest;
 };

@@ -6,6 +6,7 @@
 #include "tests/content/CourseOnDisk.h"
 #include "tests/content_ui/RecordingHost.h"
 
+#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 using BoxAnswer = CScriptedPeople::BoxAnswer;
@@ -27,6 +29,7 @@ protected:
     CCourseOnDisk m_disk;
     CRecordingHost m_host;
     std::unique_ptr<CBookTreeView> m_pTree;
+    std::unique_ptr<QAbstractItemModelTester> m_pTester;
     qint32 m_nOne, m_nTwo, m_nDetail;
 
     /// 一 (节 (点 (细))), 二: a node of each depth, and one without anything below.
@@ -38,6 +41,8 @@ protected:
         m_nTwo = pRoot->AddChild(u"二"_s)->GetId();
 
         m_pTree = std::make_unique<CBookTreeView>(m_host, m_disk.People);
+        m_pTester = std::make_unique<QAbstractItemModelTester>(
+            m_pTree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         m_pTree->resize(300, 400);
         m_pTree->show();
         m_pTree->activateWindow();
@@ -79,6 +84,26 @@ protected:
     void Click(const QModelIndex& index) {
         QTest::mouseClick(m_pTree->viewport(), Qt::LeftButton, {}, m_pTree->visualRect(index).center());
         QApplication::processEvents();
+    }
+    /// A true drag with the mouse; at the target the key is pressed, if any, and then the mouse let go.
+    void Drag(const QModelIndex& source, const QModelIndex& target, Qt::Key key = {}) {
+        QWindow* pWindow = m_pTree->windowHandle();
+        const auto middle = [&](const QModelIndex& index) {
+            return m_pTree->viewport()->mapTo(m_pTree.get(), m_pTree->visualRect(index).center());
+        };
+        const QPoint from = middle(source);
+        const QPoint to = middle(target);
+        // The drag has an event loop of its own, out of which the rest of the way comes.
+        QTimer::singleShot(100, m_pTree.get(), [=] {
+            QTest::mouseMove(pWindow, to - QPoint(3, 0));
+            QTest::mouseMove(pWindow, to);
+            if (key != Qt::Key())
+                QTest::keyClick(pWindow, key);
+            QTest::mouseRelease(pWindow, Qt::LeftButton, {}, to);
+        });
+        QTest::mousePress(pWindow, Qt::LeftButton, {}, from);
+        QTest::mouseMove(pWindow, from + QPoint(QApplication::startDragDistance() + 1, 0));
+        QTest::qWait(200);
     }
     /// Types into the title that is being edited, and ends with the key.
     void TypeTitle(const char* pszText, Qt::Key key) {
@@ -201,6 +226,62 @@ TEST_F(BookTreeViewTest, MovingKeepsSelectionAndOpenBranches) {
     EXPECT_EQ(Titles(), (QStringList{u"二"_s, u"一"_s}));
     EXPECT_EQ(SelectedId(), m_nTwo);
     EXPECT_TRUE(m_pTree->isExpanded(Line(1)) && m_pTree->isExpanded(Below(Line(1), 0)));
+}
+
+TEST_F(BookTreeViewTest, ADroppedBranchStaysOpenAndThePageStaysAlone) {
+    m_pTree->expand(Line(0));
+    m_pTree->expand(Below(Line(0), 0));
+    Click(Line(1));
+    m_host.nAsked = 0;
+    const QPersistentModelIndex branch(Below(Line(0), 0));
+    Drag(branch, Root());
+    EXPECT_EQ(Titles(), (QStringList{u"节"_s, u"一"_s, u"二"_s}));
+    EXPECT_EQ(branch, Line(0));
+    EXPECT_TRUE(m_pTree->isExpanded(branch));
+    EXPECT_TRUE(Shows(Line(1), 142));
+    // Into a leaf, which opens.
+    Drag(branch, Line(1));
+    EXPECT_EQ(branch.parent(), Line(0));
+    EXPECT_TRUE(m_pTree->isExpanded(Line(0)) && m_pTree->isExpanded(branch));
+    EXPECT_EQ(SelectedId(), m_nTwo);
+    EXPECT_EQ(m_host.nAsked, 0);
+}
+
+TEST_F(BookTreeViewTest, ADragThatEndsNowhereChangesNothing) {
+    m_pTree->expand(Line(0));
+    const QModelIndex child = Below(Line(0), 0);
+    const struct {
+        QModelIndex source, target;
+        Qt::Key key = {};
+    } cases[]{{Line(0), child},  {Line(0), Line(0)},
+              {child, Line(0)},  {child, Root().siblingAtRow(1)},
+              {Root(), Line(1)}, {child, Line(1), Qt::Key_Escape}};
+    for (const auto& step : cases)
+        Drag(step.source, step.target, step.key);
+    EXPECT_EQ(Titles(), (QStringList{u"一"_s, u"二"_s}));
+    EXPECT_EQ(Rows(Line(0)) + Rows(Line(1)), 1);
+    EXPECT_EQ(SelectedId(), c_nRootNodeId);
+    // The mouse is free again.
+    Click(Line(1));
+    EXPECT_EQ(SelectedId(), m_nTwo);
+}
+
+TEST_F(BookTreeViewTest, ACourseThatClosesTakesTheDragAlong) {
+    QTimer::singleShot(50, m_pTree.get(), [&] { m_pTree->ResetTree(); });
+    Drag(Line(1), Line(0));
+    EXPECT_EQ(m_pTree->model()->rowCount(), 0);
+    EXPECT_EQ(CBookNode::Root(*m_disk.pCourse)->GetChildren().size(), 2);
+}
+
+TEST_F(BookTreeViewTest, KeysGoOnFromABranchThatHidesTheSelection) {
+    m_pTree->SelectNode(m_nDetail);
+    m_pTree->collapse(Line(0));
+    QTest::keyClick(m_pTree.get(), Qt::Key_Down);
+    EXPECT_EQ(SelectedId(), m_nOne);
+    QTest::keyClick(m_pTree.get(), Qt::Key_Down);
+    EXPECT_EQ(SelectedId(), m_nTwo);
+    QTest::keyClick(m_pTree.get(), Qt::Key_Home);
+    EXPECT_EQ(SelectedId(), c_nRootNodeId);
 }
 
 TEST_F(BookTreeViewTest, ACourseThatClosesWhileATitleIsTypedLeavesNothingBehind) {
