@@ -2,15 +2,12 @@
 
 #include "foundation/CodePage.h"
 #include "tests/journey/Steps.h"
-#include "tests/support/CommandWalk.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QThread>
-#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +20,6 @@ const QString c_strNewNode = u"学生作品展示"_s;
 const QString c_strNewPassword = u"vorel2026"_s;
 
 const QString c_strFileName = u"fileNameEdit"_s;
-const QString c_strBoldButton = u"button_32779"_s;
 
 /// One part of the way.
 class CTeacher : public CSteps {
@@ -72,11 +68,10 @@ public:
     }
 
     void WritePage() {
-        SelectFirstLeaf(u"page"_s);
+        SelectFirstLeaf();
+        m_robot.Shot(u"page"_s);
         EnterEditor();
 
-        m_robot.Click(u"design"_s);
-        m_robot.Press(u"ctrl+End"_s);
         m_robot.Press(u"Return"_s);
         m_robot.Type(c_strTyped);
         PressBold(true);
@@ -107,7 +102,6 @@ public:
     void AddNode() {
         ClickLine(c_strTree, RootText(), 3);
         m_robot.Shot(u"context-menu"_s);
-        WriteCommands(u"menu"_s);
         m_robot.ClickMenuEntry(u"添加子栏目"_s);
         m_robot.WaitForWidget(u"titleEdit"_s);
         m_robot.Press(u"ctrl+a"_s);
@@ -121,7 +115,6 @@ public:
         m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
         m_robot.Press(u"ctrl+Tab"_s);
         m_robot.Shot(u"recent"_s);
-        WriteCommands(u"no-course"_s);
         m_robot.Click(u"ok"_s, c_strStartup);
         m_robot.Fill(u"password"_s, c_strNewPassword);
         m_robot.Shot(u"password"_s);
@@ -133,14 +126,9 @@ public:
     void FindAllAsLeft() {
         m_robot.WaitFor("the node that was added", [] { return Line(c_strTree, c_strNewNode).isValid(); });
         const QString strBefore = SavedPage();
-        SelectFirstLeaf(u"page-again"_s);
+        SelectFirstLeaf();
         // Opened for editing and left untouched, the page asks nothing and stays what it is.
-        WriteCommands(u"page"_s);
         EnterEditor();
-        m_robot.WaitFor("the frame to know of the editor", [] {
-            return !qobject_cast<QAbstractButton*>(Robot::Find(u"tool_32815"_s))->isEnabled();
-        });
-        WriteCommands(u"editor"_s);
         ClickLine(c_strTree, c_strNewNode);
         m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
         if (SavedPage() != strBefore || strBefore.isEmpty())
@@ -159,15 +147,6 @@ public:
     }
 
 private:
-    /// What the window offers just now, "commands-<state>.tsv".
-    void WriteCommands(const QString& strState) const {
-        const auto strTable = Robot::Ask<QString>(
-            [] { return CCommandWalk(*qobject_cast<QMainWindow*>(Robot::Find(c_strFrame))).Table(); });
-        QFile file(m_strFolder + u"/commands-%1.tsv"_s.arg(strState));
-        if (!file.open(QIODevice::WriteOnly) || file.write(strTable.toUtf8()) < 0)
-            throw Robot::Failure("the table of commands can't be written");
-    }
-
     /// The page that holds the typed text, as it lies on the disk; empty when there is none.
     QString SavedPage() const {
         const QDir nodes(Fact(u"course"_s) + u"/Data/Courseware/NodeResource"_s);
@@ -183,26 +162,6 @@ private:
 
     void WaitForSaved(const QString& strText) {
         m_robot.WaitFor("the page on the disk", [&] { return SavedPage().contains(strText); });
-    }
-
-    /// The tree opens one level at a time, as it is clicked.
-    void SelectFirstLeaf(const QString& strShot) {
-        for (QString strNext = RootText(); !strNext.isEmpty();) {
-            ClickLine(c_strTree, strNext);
-            strNext = Robot::Ask<QString>([&] {
-                const QModelIndex line = Line(c_strTree, strNext);
-                qobject_cast<QTreeView*>(Robot::Find(c_strTree))->expand(line);
-                return line.model()->index(0, 0, line).data().toString();
-            });
-        }
-        m_robot.WaitForWidget(u"tool_32815"_s);
-        QThread::msleep(1500);
-        m_robot.Shot(strShot);
-    }
-
-    void EnterEditor() {
-        m_robot.Click(u"tool_32815"_s);
-        m_robot.WaitForWidget(c_strBoldButton);
     }
 
     void PressBold(bool bOn) {

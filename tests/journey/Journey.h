@@ -2,9 +2,8 @@
 
 #include <QString>
 
-/// The ways through the real program that a person may go. The folder takes the screenshots, "seen.txt" with
-/// every box, dialog and status line that came, and "facts.txt" with what the caller has to know afterwards.
-/// Each throws Robot::Failure.
+/// The ways through the real program that a person may go. The folder takes the screenshots, and
+/// "facts.txt" with what the caller has to know afterwards. Each throws Robot::Failure.
 
 /// A teacher's way through a whole course. Part 1: the start-up dialog, the wizard, a page edited and saved,
 /// a node added, the program closed. Part 2: the course opened again from the recent list, found as it was

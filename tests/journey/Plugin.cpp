@@ -1,15 +1,12 @@
 #include "tests/journey/Journey.h"
-#include "tests/journey/WindowCheck.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QGenericPlugin>
 #include <QThread>
 #include <QTimer>
 
 #include <exception>
-#include <memory>
 
 namespace {
 
@@ -24,21 +21,6 @@ void RunWay(const QString& strFolder, const QString& strWay) {
         MakeCourse(strFolder);
     else
         RunTrial(strFolder, strWay);
-}
-
-/// Appends what comes to "seen.txt", with the time since the start.
-void WriteDown(const QString& strFolder) {
-    auto pTimer = std::make_shared<QElapsedTimer>();
-    pTimer->start();
-    // Owned by the application.
-    new CWindowLog([strFolder, pTimer](const QString& strLine) {
-        QFile seen(strFolder + QStringLiteral("/seen.txt"));
-        if (seen.open(QIODevice::Append))
-            seen.write(QStringLiteral("%1 s  %2\n")
-                           .arg(double(pTimer->elapsed()) / 1000, 6, 'f', 1)
-                           .arg(QString(strLine).replace(u'\n', QStringLiteral("\\n")))
-                           .toUtf8());
-    });
 }
 
 } // namespace
@@ -67,10 +49,7 @@ public:
                 _exit(3);
         });
         // Plug-ins come before the application object is whole: begin with its first event.
-        QTimer::singleShot(0, qApp, [pThread] {
-            WriteDown(qEnvironmentVariable("VOREL_JOURNEY_FOLDER"));
-            pThread->start();
-        });
+        QTimer::singleShot(0, qApp, [pThread] { pThread->start(); });
         return pThread;
     }
 };

@@ -2,13 +2,14 @@
 // that holds a text, and looks whether the text and every picture of the page are there. Usage:
 // vorel-site-check START_PAGE TEXT SCREENSHOT_FOLDER; ends with 0 when all was found.
 #include <QApplication>
-#include <QDir>
 #include <QUrl>
 #include <QWebEngineView>
 #include <QtTest/QTest>
 
 #include <cstdio>
 #include <optional>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,11 +30,6 @@ QVariant Script(QWebEngineView& view, const QString& strScript) {
     return pResult->value_or(QVariant());
 }
 
-void Shot(QWebEngineView& view, const QString& strFile) {
-    QTest::qWait(1000);
-    view.grab().save(strFile);
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -42,32 +38,27 @@ int main(int argc, char** argv) {
         return 2;
     const QString strStart = QString::fromLocal8Bit(argv[1]);
     const QString strText = QString::fromLocal8Bit(argv[2]);
-    const QDir shots(QString::fromLocal8Bit(argv[3]));
 
     QWebEngineView view;
     view.resize(1200, 850);
     view.show();
-    if (!Load(view, QUrl::fromLocalFile(strStart))) {
-        std::puts("the start page does not load");
-        return 1;
-    }
-    Shot(view, shots.filePath(QStringLiteral("90-site-start.png")));
     const QStringList pages =
-        Script(view, QStringLiteral("[...document.querySelectorAll('nav a[href]')].map(a => a.href)"))
-            .toStringList();
+        Load(view, QUrl::fromLocalFile(strStart))
+            ? Script(view, u"[...document.querySelectorAll('nav a[href]')].map(a => a.href)"_s).toStringList()
+            : QStringList();
     for (const QString& strPage : pages) {
-        if (!strPage.startsWith(QStringLiteral("file:")) || !Load(view, QUrl(strPage)))
+        if (!strPage.startsWith(u"file:"_s) || !Load(view, QUrl(strPage)) ||
+            !Script(view, u"document.body.innerText"_s).toString().contains(strText))
             continue;
-        if (!Script(view, QStringLiteral("document.body.innerText")).toString().contains(strText))
-            continue;
-        Shot(view, shots.filePath(QStringLiteral("91-site-page.png")));
-        const bool bShown =
-            Script(view, QStringLiteral("(p => p.length > 0 && p.every(i => i.naturalWidth > 0))"
-                                        "([...document.querySelectorAll('main img')])"))
-                .toBool();
+        QTest::qWait(1000);
+        view.grab().save(QString::fromLocal8Bit(argv[3]) + u"/90-site-page.png"_s);
+        const bool bShown = Script(view, u"(p => p.length > 0 && p.every(i => i.naturalWidth > 0))"
+                                         "([...document.querySelectorAll('main img')])"_s)
+                                .toBool();
         std::puts(bShown ? "the page shows its text and pictures" : "the page lacks a picture");
         return bShown ? 0 : 1;
     }
-    std::printf("no page of %d holds the text\n", static_cast<int>(pages.size()));
+    std::printf("no page of %d that the start page leads to holds the text\n",
+                static_cast<int>(pages.size()));
     return 1;
 }

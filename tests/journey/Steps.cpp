@@ -10,6 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
+const QString CSteps::c_strBoldButton = u"button_32779"_s;
 const QString CSteps::c_strFrame = u"CMainFrame"_s;
 const QString CSteps::c_strStartup = u"CStartupDialog"_s;
 const QString CSteps::c_strTree = u"CBookTreeView"_s;
@@ -74,6 +75,25 @@ void CSteps::ClickLine(const QString& strView, const QString& strText, int nButt
 
 QString CSteps::RootText() {
     return Robot::Ask<QString>([] { return Line(c_strTree).siblingAtRow(2).data().toString(); });
+}
+
+void CSteps::SelectFirstLeaf() {
+    for (QString strNext = RootText(); !strNext.isEmpty();) {
+        ClickLine(c_strTree, strNext);
+        m_robot.Press(u"Right"_s);
+        strNext = Robot::Ask<QString>([&] {
+            const QModelIndex line = Line(c_strTree, strNext);
+            return line.model()->index(0, 0, line).data().toString();
+        });
+    }
+    m_robot.WaitForWidget(u"tool_32815"_s);
+}
+
+void CSteps::EnterEditor() {
+    m_robot.Click(u"tool_32815"_s);
+    m_robot.WaitForWidget(c_strBoldButton);
+    m_robot.Click(u"design"_s);
+    m_robot.Press(u"ctrl+End"_s);
 }
 
 void CSteps::WaitForOpenCourse() {

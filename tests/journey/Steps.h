@@ -14,6 +14,7 @@ public:
         : m_strFolder(strFolder), m_robot(strFolder + QStringLiteral("/shots")) {}
 
 protected:
+    static const QString c_strBoldButton;
     static const QString c_strFrame;
     static const QString c_strStartup;
     static const QString c_strTree;
@@ -35,6 +36,10 @@ protected:
     void AnswerBox(const QString& strText, const QString& strButton);
     void ClickLine(const QString& strView, const QString& strText = QString(), int nButton = 1);
     QString RootText();
+    /// Goes down the first line of each level to the page at the end.
+    void SelectFirstLeaf();
+    /// Opens the selected page for editing, with the caret behind its text.
+    void EnterEditor();
     void WaitForOpenCourse();
     /// Chooses a command in the main menu that holds it, with the menu's own letter.
     void Command(int nId);

@@ -4,7 +4,6 @@
 #include "tests/journey/Steps.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
@@ -18,9 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString c_strCourse = u"计算机网络"_s;
 const QString c_strPassword = u"wangluo8"_s;
-constexpr qint32 c_nCourse = 5;
 const QString c_strRetry = u"retry"_s;
 const QString c_strCancel = u"cancel"_s;
 const QString c_strGiveUp = u"statusCancel"_s;
@@ -63,86 +60,6 @@ public:
         Close();
         GiveUp(QString());
         Signal(SIGCONT);
-    }
-
-    void Garbage() {
-        Start();
-        PressInBox(c_strCancel);
-        StandsEmpty();
-        OpenFromFile();
-        PressInBox(c_strCancel);
-        StandsEmpty();
-        Command(32854);
-        m_robot.WaitForWidget(u"address"_s);
-        m_robot.Press(u"Return"_s);
-        PressInBox(u"ok"_s);
-        m_robot.Press(u"Escape"_s);
-        StandsEmpty();
-    }
-
-    void WrongPassword() {
-        OpenRecent();
-        for (const QString& strWrong : {u"one"_s, u"two"_s, u"three"_s}) {
-            m_robot.Fill(u"password"_s, strWrong);
-            m_robot.Press(u"Return"_s);
-            AnswerBox(u"密码错误，请您重新输入!"_s, u"ok"_s);
-        }
-        m_robot.WaitForWidget(u"password"_s);
-        m_robot.Shot(u"after-three"_s);
-        Login();
-    }
-
-    void InitialPassword() {
-        Sql(u"UPDATE Course SET InitialPassword = 1 WHERE Id = %1"_s.arg(c_nCourse));
-        OpenRecent();
-        m_robot.Fill(u"password"_s, c_strPassword);
-        m_robot.Press(u"Return"_s);
-        PressInBox(u"ok"_s);
-        m_robot.Fill(u"old"_s, c_strPassword);
-        m_robot.Fill(u"new"_s, u"short"_s);
-        m_robot.Fill(u"confirm"_s, u"short"_s);
-        m_robot.Press(u"Return"_s);
-        AnswerBox(u"为了保障您的课程的安全，密码不得低于6位!"_s, u"ok"_s);
-        m_robot.Fill(u"new"_s, u"wangluo9"_s);
-        m_robot.Press(u"Return"_s);
-        AnswerBox(u"两次输入密码不一致，请您重新输入！"_s, u"ok"_s);
-        m_robot.Fill(u"confirm"_s, u"wangluo9"_s);
-        m_robot.Press(u"Return"_s);
-        AnswerBox(u"密码已修改，请您牢记！"_s, u"ok"_s);
-        WaitForOpenCourse();
-    }
-
-    /// Keeps the course open until the caller says that it is enough.
-    void Hold() {
-        OpenRecent();
-        Login();
-        Mark(u"held"_s);
-        m_robot.WaitFor(
-            "the other person", [&] { return QFile::exists(Flag(u"enough"_s)); }, 120);
-    }
-
-    void SecondPerson() {
-        OpenRecent();
-        m_robot.Fill(u"password"_s, c_strPassword);
-        m_robot.Press(u"Return"_s);
-        PressInBox(c_strRetry);
-        PressInBox(c_strCancel);
-        StandsEmpty();
-        Mark(u"enough"_s);
-        QThread::sleep(6);
-        // The password was proven a moment ago, and the course is free now.
-        OpenFromFile();
-        WaitForOpenCourse();
-    }
-
-    void Renamed() {
-        Sql(u"UPDATE Course SET Name = '%1（二）' WHERE Id = %2"_s.arg(c_strCourse).arg(c_nCourse));
-        OpenRecent();
-        Login();
-        const auto strTitle = Robot::Ask<QString>([] { return Robot::Find(c_strFrame)->windowTitle(); });
-        if (!strTitle.contains(u"（二）"_s))
-            throw Robot::Failure("the window has the old name: " + strTitle.toStdString());
-        m_robot.Shot(u"renamed"_s);
     }
 
     /// The server falls silent while a page is written: what is typed on, and the saving, come behind.
@@ -232,26 +149,11 @@ private:
         });
     }
 
-    void SelectFirstLeaf() {
-        for (QString strNext = RootText(); !strNext.isEmpty();) {
-            ClickLine(c_strTree, strNext);
-            m_robot.Press(u"Right"_s);
-            strNext = Robot::Ask<QString>([&] {
-                const QModelIndex line = Line(c_strTree, strNext);
-                return line.model()->index(0, 0, line).data().toString();
-            });
-        }
-        m_robot.WaitForWidget(u"tool_32815"_s);
-    }
-
     void EditFirstLeaf() {
         OpenRecent();
         Login();
         SelectFirstLeaf();
-        m_robot.Click(u"tool_32815"_s);
-        m_robot.WaitForWidget(u"button_32779"_s);
-        m_robot.Click(u"design"_s);
-        m_robot.Press(u"ctrl+End"_s);
+        EnterEditor();
     }
 
     /// All pages of the course on the disk.
@@ -277,14 +179,6 @@ private:
         if (QProcess::execute(u"sqlite3"_s, {strStore, u".timeout 2000"_s, strStatement}) != 0)
             throw Robot::Failure("the server's state can't be changed");
     }
-
-    QString Flag(const QString& strName) const { return QDir(m_strFolder).filePath(u"../"_s + strName); }
-
-    void Mark(const QString& strName) const {
-        QFile file(Flag(strName));
-        if (!file.open(QIODevice::WriteOnly))
-            throw Robot::Failure("no place for a mark");
-    }
 };
 
 const struct {
@@ -293,12 +187,6 @@ const struct {
 } c_trials[]{
     {u"no-server", &CPatient::NoServer},
     {u"hanging-server", &CPatient::HangingServer},
-    {u"garbage", &CPatient::Garbage},
-    {u"wrong-password", &CPatient::WrongPassword},
-    {u"initial-password", &CPatient::InitialPassword},
-    {u"hold", &CPatient::Hold},
-    {u"second-person", &CPatient::SecondPerson},
-    {u"renamed", &CPatient::Renamed},
     {u"silent-while-editing", &CPatient::SilentWhileEditing},
     {u"lost-session", &CPatient::LostSession},
     {u"server-away-at-close", &CPatient::ServerAwayAtClose},

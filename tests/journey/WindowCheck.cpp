@@ -2,14 +2,10 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QApplication>
 #include <QDialog>
-#include <QEvent>
 #include <QKeySequence>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
-#include <QWizard>
 
 using namespace Qt::StringLiterals;
 
@@ -87,31 +83,4 @@ QStringList WindowCheck::Faults(const QWidget& window) {
             add(u"nothing has the focus"_s);
     }
     return faults;
-}
-
-CWindowLog::CWindowLog(std::function<void(const QString&)> write) : QObject(qApp), m_write(std::move(write)) {
-    qApp->installEventFilter(this);
-}
-
-bool CWindowLog::eventFilter(QObject* pObject, QEvent* pEvent) {
-    const auto* pWidget = qobject_cast<QWidget*>(pObject);
-    if (!pWidget || !pWidget->isWindow())
-        return false;
-    if (pEvent->type() == QEvent::Show) {
-        if (const auto* pBox = qobject_cast<const QMessageBox*>(pWidget)) {
-            QStringList buttons;
-            for (const QAbstractButton* pButton : pBox->buttons())
-                buttons.append(pButton->text());
-            static const QStringList c_icons{u"-"_s, u"i"_s, u"!"_s, u"x"_s, u"?"_s};
-            m_write(u"box (%1) \"%2\": \"%3\" [%4]"_s.arg(c_icons.value(pBox->icon()), pBox->windowTitle(),
-                                                          pBox->text(), buttons.join(u" | "_s)));
-        } else if (qobject_cast<const QDialog*>(pWidget)) {
-            m_write(u"dialog \"%1\""_s.arg(pWidget->windowTitle()));
-        }
-    } else if (pEvent->type() == QEvent::Paint && pWidget->objectName() == "statusWindow"_L1) {
-        const auto* pText = pWidget->findChild<QLabel*>(u"statusText"_s);
-        if (pText && pText->text() != m_strStatus)
-            m_write(u"status \"%1\""_s.arg(m_strStatus = pText->text()));
-    }
-    return false;
 }

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QObject>
 #include <QString>
 #include <QStringList>
-
-#include <functional>
 
 class QWidget;
 
@@ -19,17 +16,3 @@ QString Describe(const QWidget& window);
 QStringList Faults(const QWidget& window);
 
 } // namespace WindowCheck
-
-/// Writes down what the person gets to see besides the main window: each box with its title, text and
-/// buttons, each dialog, each line of a status window. Lives on the interface thread.
-class CWindowLog : public QObject {
-public:
-    /// Takes each line as it comes.
-    explicit CWindowLog(std::function<void(const QString&)> write);
-
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
-
-private:
-    std::function<void(const QString&)> m_write;
-    QString m_strStatus;
-};

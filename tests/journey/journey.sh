@@ -2,7 +2,7 @@
 # A course from its creation to its site in the real windows: the plug-in plays the teacher in two runs of the program
 # against the real course server, and the site is opened.
 #   journey.sh BUILD_FOLDER [PLACE]
-# Ends with the paths of course, site, tables of the commands that the window offered, and screenshots.
+# Ends with the paths of course, site and screenshots.
 set -euo pipefail
 . "$(dirname "$0")/stage.sh"
 lay_out "$1" "${2:-$1/journey}"
@@ -19,5 +19,4 @@ done
   "本课程面向全校本科生，讲授数据结构与算法。" "$place/shots" 2>>"$log"
 echo "course: $(fact "$place" course)"
 echo "site: $(fact "$place" site)"
-echo "commands: $place/commands-*.tsv"
 echo "screenshots: $place/shots"

@@ -48,25 +48,6 @@ public:
 
     const QList<CommandSeen>& Seen() const { return m_seen; }
 
-    /// A line for each, fields parted by tabs.
-    QString Table() const {
-        QString strTable =
-            QStringLiteral("place\tid\ttext\twords on the button\tstatus text\tshortcut\tenabled\n");
-        for (const CommandSeen& seen : m_seen) {
-            if (seen.nId != 0)
-                strTable += QStringList{seen.strPlace,
-                                        QString::number(seen.nId),
-                                        seen.strText,
-                                        seen.strButton,
-                                        seen.strStatus,
-                                        seen.strShortcut,
-                                        seen.bEnabled ? QStringLiteral("yes") : QStringLiteral("no")}
-                                .join(QLatin1Char('\t')) +
-                            QLatin1Char('\n');
-        }
-        return strTable;
-    }
-
 private:
     static int IdOf(const QObject& object) {
         return object.objectName().section(QLatin1Char('_'), -1).toInt();
