@@ -1,19 +1,12 @@
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
-#include "server/CourseServer.h"
 #include "server/HttpClient.h"
 #include "tests/support/CourseServiceThread.h"
 #include "tests/support/Printing.h"
 
-#include <QProcess>
-
 #include <gtest/gtest.h>
 
-#include <archive.h>
-#include <archive_entry.h>
 #include <arpa/inet.h>
-#include <csignal>
-#include <map>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -122,43 +115,6 @@ TEST_F(ServiceTest, OffersTemplates) {
           u"/Down/DownTemplate.asp?Type=ReportTemplates&Name=.."_s,
           u"/Down/DownTemplate.asp?Type=ReportTemplates&Name="_s, u"/Down/DownTemplate.asp"_s})
         EXPECT_THROW(Get(strNothing), Torvane::Net::CHttpClientException) << strNothing.toStdString();
-
-    const QByteArray zip = Get(u"/Down/DownTemplate.asp?Type=ReportTemplates&Name=蓝 色&x"_s);
-    std::map<std::string, la_int64_t> found;
-    archive* pArchive = archive_read_new();
-    archive_read_support_format_zip(pArchive);
-    archive_read_open_memory(pArchive, zip.constData(), static_cast<size_t>(zip.size()));
-    for (archive_entry* pEntry = nullptr; archive_read_next_header(pArchive, &pEntry) == ARCHIVE_OK;)
-        found[archive_entry_pathname_utf8(pEntry)] = archive_entry_size(pEntry);
-    archive_read_free(pArchive);
-    EXPECT_EQ(found, (std::map<std::string, la_int64_t>{{"Preview.jpg", 7}, {"Skin/图/a.gif", 300'000}}));
-}
-
-TEST(CourseServerProgram, ListensServesAndEnds) {
-    CTempFolder folder;
-    QProcess program;
-    program.start(QStringLiteral(VOREL_COURSE_SERVER),
-                  {u"--port"_s, u"0"_s, u"--data"_s, folder.Native(u"data"_s), u"--sample"_s,
-                   u"--sample-school"_s, u"某校"_s});
-    ASSERT_TRUE(program.waitForReadyRead(10'000));
-    const QByteArray line = program.readLine();
-    ASSERT_TRUE(line.startsWith("listening on 127.0.0.1:")) << line.toStdString();
-    CCourseServer client;
-    client.SetBaseUrl(QString::fromLatin1(line.trimmed().mid(13)));
-    EXPECT_EQ(client.GetCourseList(0, u"某校"_s).size(), 5);
-    EXPECT_TRUE(client.GetCourseList(0, u"示范大学"_s).isEmpty());
-    CCourseInfo info{2, {}, {}};
-    EXPECT_TRUE(client.EditPassword(info, u"123456"_s, u"secret"_s));
-    EXPECT_EQ(info.Name, u"高等数学"_s);
-    EXPECT_TRUE(folder.Read(u"data\\access.log"_s).endsWith(" 127.0.0.1 EditPassword course 2 error 0\n"));
-    ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
-    ASSERT_TRUE(program.waitForFinished(10'000));
-    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(program.exitCode(), 0);
-
-    program.start(QStringLiteral(VOREL_COURSE_SERVER), {u"--port"_s, u"70000"_s});
-    ASSERT_TRUE(program.waitForFinished(10'000));
-    EXPECT_EQ(program.exitCode(), 1);
 }
 
 } // namespace

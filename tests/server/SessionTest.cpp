@@ -86,6 +86,19 @@ TEST_F(SessionTest, ACourseRenamedOnTheServerIsRenamedHere) {
     EXPECT_EQ(file.GetCourseInfo(), World.Record().Info);
 }
 
+TEST_F(SessionTest, ACourseThatAnotherPersonHoldsOpensWithoutAPasswordWhenItIsFree) {
+    const auto other = [&](bool bHolds) {
+        Server.OpenStore().PutClient(42, {"other", bHolds, QDateTime::currentMSecsSinceEpoch()});
+    };
+    other(true);
+    Dialogs.Passwords.push_back(u"123456"_s);
+    for (const BoxAnswer answer : {BoxAnswer::Retry, BoxAnswer::Cancel})
+        World.People.Expect(u"对不起，多人无法同时使用本课程！"_s, answer);
+    EXPECT_FALSE(Course.Open());
+    other(false);
+    EXPECT_TRUE(CCourse(World.ProjectPath(), Services).Open());
+}
+
 TEST_F(SessionTest, ALostSessionEndsTheReport) {
     OpenCourse();
     const QByteArray tag = Server.OpenStore().ListClients(42).first().strTag;
