@@ -1,5 +1,4 @@
 #include "companions/fetch/ui/FetchWindow.h"
-#include "tests/companions/ArchiveHelp.h"
 #include "tests/support/StrangeServer.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
@@ -20,14 +19,6 @@ constexpr int c_nPatienceMilliseconds = 10000;
 FetchRequest Request(const CStrangeServer& server, const CTempFolder& folder) {
     return ReadFetchArgument(QString::fromUtf8(server.Url("/?Name=x")) + u',' +
                              folder.Path(u"SysData\\T\\甲<b>"_s));
-}
-
-TEST(FetchWindow, ClosesByItselfOnSuccess) {
-    const CTempFolder folder;
-    const CStrangeServer server("HTTP/1.0 200 OK\r\n\r\n" + Pack({{u"eht/htm/通用页面.htm"_s}}));
-    CFetchWindow window(Request(server, folder));
-    EXPECT_EQ(window.exec(), QDialog::Accepted);
-    EXPECT_TRUE(folder.Exists(u"SysData/T/甲<b>/eht"_s));
 }
 
 TEST(FetchWindow, KeepsAFaultToBeRead) {

@@ -1,13 +1,12 @@
 #include "course/ui/TemplateChooserDialog.h"
 #include "platform/ui/PicturePane.h"
 #include "tests/support/CourseFakes.h"
+#include "tests/support/WindowHelp.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QImage>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -23,15 +22,9 @@ protected:
         ASSERT_TRUE(picture.save(World.Folder.Native(World.Template(u"Preview.jpg"_s))));
         World.Write(World.Template(u"Preview.jpg"_s, u"模板二"_s), u"no picture"_s);
     }
-    /// Runs the chooser and does the step on its dialog as soon as that is open.
     std::optional<QString> Choose(const QString& strCurrent, const std::function<void(QDialog&)>& step) {
-        CTemplateChooser chooser;
-        QTimer::singleShot(0, [&] {
-            auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            ASSERT_NE(pDialog, nullptr);
-            step(*pDialog);
-        });
-        return chooser.ChooseTemplate(strCurrent);
+        WhenDialogOpens(step);
+        return CTemplateChooser().ChooseTemplate(strCurrent);
     }
     static QComboBox& List(QDialog& dialog) { return *dialog.findChild<QComboBox*>(u"templateList"_s); }
     static CPicturePane& Picture(QDialog& dialog) {

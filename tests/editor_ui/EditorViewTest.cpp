@@ -3,6 +3,7 @@
 #include "foundation/CodePage.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
+#include "tests/support/WindowHelp.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -10,7 +11,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabBar>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -62,30 +62,6 @@ protected:
     int m_nPages = 0;
     CEditorView m_view{m_world.Host, m_world.People};
 };
-
-TEST_F(EditorViewTest, TypedTextAndAPictureReachTheCourse) {
-    Open("<p>old</p>");
-    m_world.Folder.Write(u"图片 夹\\图 &[1].GIF"_s, "GIF89a");
-    Action(32823).trigger();
-    Type(u"第一章 绪论"_s);
-    Action(32823).trigger();
-    Action(32779).trigger();
-    EXPECT_TRUE(Html().contains(u"<b>第一章"_s) || Html().contains(u"bold"_s)) << Html().toStdString();
-    m_world.People.Files.push_back(m_world.Folder.Path(u"图片 夹\\图 &[1].GIF"_s));
-    Action(32790).trigger();
-    Type(u"后"_s);
-    m_view.RunCommand(32825);
-
-    const QStringList copies = QDir(m_world.Folder.Native(PageFile(u"res"_s))).entryList(QDir::Files);
-    ASSERT_EQ(copies.size(), 1);
-    EXPECT_EQ(m_world.Folder.Read(PageFile(u"res\\"_s + copies.first())), "GIF89a");
-    EXPECT_TRUE(OnDisk().contains(u"src=\"res/"_s + copies.first() + u'"')) << OnDisk().toStdString();
-    EXPECT_FALSE(OnDisk().contains(u"file:"_s)) << OnDisk().toStdString();
-    const QString strSaved = OnDisk();
-    m_view.RunCommand(32826);
-    EXPECT_EQ(OnDisk(), strSaved);
-    EXPECT_EQ(m_world.Host.Last().kind, EViewKind::ShowContent);
-}
 
 TEST_F(EditorViewTest, WhatIsChosenAtTheCaretHoldsForWhatIsTypedThere) {
     Open("<p>x</p>");
@@ -155,17 +131,11 @@ TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
 
 TEST_F(EditorViewTest, DialogsBuildWhatIsInserted) {
     Open("<p>x</p>");
-    // Fills the dialog that the next command opens.
-    const auto answer = [this](const QString& strField, const QString& strText) {
-        auto* pTimer = new QTimer(&m_view);
-        QObject::connect(pTimer, &QTimer::timeout, pTimer, [=] {
-            if (QWidget* pDialog = QApplication::activeModalWidget()) {
-                pTimer->deleteLater();
-                pDialog->findChild<QLineEdit*>(strField)->setText(strText);
-                pDialog->findChild<QPushButton*>(u"ok"_s)->click();
-            }
+    const auto answer = [](const QString& strField, const QString& strText) {
+        WhenDialogOpens([=](QDialog& dialog) {
+            dialog.findChild<QLineEdit*>(strField)->setText(strText);
+            dialog.findChild<QPushButton*>(u"ok"_s)->click();
         });
-        pTimer->start(20);
     };
     Action(32823).trigger();
     answer(u"text"_s, u"帮\"助"_s);

@@ -5,7 +5,6 @@
 #include "tests/support/WindowHelp.h"
 
 #include <QCloseEvent>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QImageWriter>
@@ -35,6 +34,31 @@ protected:
     BoxAnswer Answer(BoxButtons buttons, const std::function<void(QDialog&)>& act) {
         WhenDialogOpens(act);
         return m_people.Ask(u"<b>文字</b>"_s, u"提示"_s, buttons, BoxIcon::Question);
+    }
+    /// Waits in a step that may be given up, over this window, until the person ends it. She acts as soon as
+    /// the button for it shows, or with the first look.
+    std::unique_ptr<CShowStatusDlg> WaitFor(QWidget& window, const std::function<void(QPushButton&)>& act,
+                                            bool bAtOnce = false) {
+        auto pStatus = m_people.OpenStatus();
+        EXPECT_EQ(m_people.GetStatus(), pStatus.get());
+        pStatus->ShowStatus(u"正在验证课程..."_s);
+        pStatus->AllowCancel(true);
+        QElapsedTimer waited;
+        waited.start();
+        QTimer person;
+        QObject::connect(&person, &QTimer::timeout, [&] {
+            auto* pCancel = window.findChild<QPushButton*>(u"statusCancel"_s);
+            if (!bAtOnce && !pCancel->isVisible())
+                return;
+            person.stop();
+            EXPECT_TRUE(bAtOnce || waited.elapsed() >= 1000) << "a quick answer would have made it flash";
+            act(*pCancel);
+        });
+        person.start(20);
+        while (pStatus->KeepWaiting() && waited.elapsed() < 10000)
+            QTest::qSleep(5);
+        EXPECT_LT(waited.elapsed(), 10000) << "nothing ends the wait";
+        return pStatus;
     }
 
     QMainWindow m_window;
@@ -137,35 +161,20 @@ TEST_F(CPeople, ALongWaitCanBeGivenUpOverADialog) {
     field.setFocus();
     for (const bool bByKey : {false, true}) {
         field.clear();
-        auto pStatus = m_people.OpenStatus();
-        EXPECT_EQ(m_people.GetStatus(), pStatus.get());
-        pStatus->ShowStatus(u"正在验证..."_s);
-        auto* pCancel = below.findChild<QPushButton*>(u"statusCancel"_s);
-        pStatus->AllowCancel(true);
-        QElapsedTimer waited;
-        waited.start();
-        QTimer person;
-        QObject::connect(&person, &QTimer::timeout, [&] {
-            if (!pCancel->isVisible())
-                return;
-            person.stop();
-            EXPECT_GE(waited.elapsed(), 1000) << "a quick answer would have made it flash";
-            QTest::mouseClick(below.windowHandle(), Qt::LeftButton, {}, command.geometry().center());
-            QTest::keyClick(below.windowHandle(), Qt::Key_A);
-            QTest::keyClick(below.windowHandle(), Qt::Key_B);
+        QWindow* pBelow = below.windowHandle();
+        auto pStatus = WaitFor(below, [&](QPushButton& cancel) {
+            QTest::mouseClick(pBelow, Qt::LeftButton, {}, command.geometry().center());
+            QTest::keyClick(pBelow, Qt::Key_A);
+            QTest::keyClick(pBelow, Qt::Key_B);
             EXPECT_EQ(field.text(), QString()) << "input while the step runs";
-            bByKey ? QTest::keyClick(below.windowHandle(), Qt::Key_Escape)
-                   : QTest::mouseClick(pCancel->window()->windowHandle(), Qt::LeftButton, {},
-                                       pCancel->geometry().center());
+            bByKey ? QTest::keyClick(pBelow, Qt::Key_Escape)
+                   : QTest::mouseClick(cancel.window()->windowHandle(), Qt::LeftButton, {},
+                                       cancel.geometry().center());
         });
-        person.start(20);
-        while (pStatus->KeepWaiting() && waited.elapsed() < 10000)
-            QTest::qSleep(5);
-        EXPECT_LT(waited.elapsed(), 10000) << (bByKey ? "Escape" : "the button") << " does nothing";
         EXPECT_TRUE(below.isVisible()) << "Escape closed the dialog";
         // The next step begins afresh.
         pStatus->AllowCancel(true);
-        EXPECT_FALSE(pCancel->isVisible());
+        EXPECT_FALSE(below.findChild<QPushButton*>(u"statusCancel"_s)->isVisible());
         EXPECT_TRUE(pStatus->KeepWaiting());
         pStatus.reset();
         EXPECT_EQ(m_people.GetStatus(), nullptr);
@@ -186,14 +195,7 @@ TEST_F(CPeople, WhatIsTypedDuringALongWaitComesInItsOrderWhenTheBoxAtItsEndIsGon
     m_window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&m_window));
     field.setFocus();
-    auto pStatus = m_people.OpenStatus();
-    pStatus->ShowStatus(u"正在验证课程..."_s);
-    pStatus->AllowCancel(true);
-    QTimer person;
-    QObject::connect(&person, &QTimer::timeout, [&] {
-        if (!m_window.findChild<QPushButton*>(u"statusCancel"_s)->isVisible())
-            return;
-        person.stop();
+    auto pStatus = WaitFor(m_window, [&](QPushButton&) {
         QWindow* pWindow = m_window.windowHandle();
         QTest::keyClick(pWindow, Qt::Key_A);
         QInputMethodEvent written;
@@ -205,10 +207,6 @@ TEST_F(CPeople, WhatIsTypedDuringALongWaitComesInItsOrderWhenTheBoxAtItsEndIsGon
         QTest::keyClick(pWindow, Qt::Key_C);
         QTest::keyClick(pWindow, Qt::Key_Escape);
     });
-    person.start(20);
-    const QDeadlineTimer deadline(10000);
-    while (pStatus->KeepWaiting() && !deadline.hasExpired())
-        QTest::qSleep(5);
     pStatus->AllowCancel(false);
     WhenDialogOpens([&](QDialog& box) {
         QTest::qWait(100);
@@ -223,23 +221,12 @@ TEST_F(CPeople, WhatIsTypedDuringALongWaitComesInItsOrderWhenTheBoxAtItsEndIsGon
 }
 
 TEST_F(CPeople, AWindowClosedWhileAStepRunsGoesWhenItIsOver) {
-    auto pStatus = m_people.OpenStatus();
-    pStatus->ShowStatus(u"正在关闭课程..."_s);
-    pStatus->AllowCancel(true);
-    QTimer person;
-    QObject::connect(&person, &QTimer::timeout, [&] {
-        if (!m_window.findChild<QPushButton*>(u"statusCancel"_s)->isVisible())
-            return;
-        person.stop();
+    auto pStatus = WaitFor(m_window, [&](QPushButton&) {
         QCloseEvent close;
         QCoreApplication::sendEvent(m_window.windowHandle(), &close);
         EXPECT_FALSE(close.isAccepted());
         QTest::keyClick(m_window.windowHandle(), Qt::Key_Escape);
     });
-    person.start(20);
-    const QDeadlineTimer deadline(10000);
-    while (pStatus->KeepWaiting() && !deadline.hasExpired())
-        QTest::qSleep(5);
     pStatus->AllowCancel(false);
     // The step goes on: its course would be closed under it.
     for (int n = 0; n < 10; ++n) {
@@ -259,29 +246,21 @@ TEST_F(CPeople, ClosingTheDialogThatWaitsEndsTheWaitAtOnce) {
         below.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&below));
         QWindow* pBelow = below.windowHandle();
-        auto pStatus = m_people.OpenStatus();
         const auto close = [&] {
             QCloseEvent event;
             QCoreApplication::sendEvent(pBelow, &event);
             EXPECT_FALSE(below.isVisible());
         };
+        if (nMoment > 0) {
+            WaitFor(
+                below, [&](QPushButton&) { close(); }, nMoment == 1);
+            continue;
+        }
+        const auto pStatus = m_people.OpenStatus();
         pStatus->ShowStatus(u"正在获取..."_s);
-        if (nMoment == 0)
-            close();
+        close();
         pStatus->AllowCancel(true);
-        QTimer person;
-        QObject::connect(&person, &QTimer::timeout, [&] {
-            if (nMoment == 2 && !below.findChild<QPushButton*>(u"statusCancel"_s)->isVisible())
-                return;
-            person.stop();
-            close();
-        });
-        if (nMoment > 0)
-            person.start(20);
-        const QDeadlineTimer deadline(10000);
-        while (pStatus->KeepWaiting() && !deadline.hasExpired())
-            QTest::qSleep(5);
-        EXPECT_FALSE(deadline.hasExpired()) << nMoment;
+        EXPECT_FALSE(pStatus->KeepWaiting());
     }
 }
 
