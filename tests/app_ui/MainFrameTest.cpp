@@ -3,15 +3,18 @@
 #include "app/Texts.h"
 #include "foundation/SysInfo.h"
 #include "tests/app/WrittenCommands.h"
-#include "tests/support/CommandWalk.h"
 #include "tests/support/ScriptedPeople.h"
 #include "tests/support/TempFolder.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusTipEvent>
+#include <QToolBar>
+#include <QToolButton>
 #include <QtTest/QTest>
 
 using namespace Qt::StringLiterals;
@@ -69,36 +72,45 @@ protected:
     std::unique_ptr<CMainFrame> m_pFrame;
 };
 
+/// The ids that a menu or bar shows in their order, 0 for a separator, a sub-menu's entries in its place.
+QStringList Ids(const QWidget& place) {
+    const auto* pBar = qobject_cast<const QToolBar*>(&place);
+    QStringList ids;
+    for (QAction* pAction : place.actions()) {
+        const auto* pButton = pBar ? qobject_cast<QToolButton*>(pBar->widgetForAction(pAction)) : nullptr;
+        const QAction* pShown = pButton && pButton->defaultAction() ? pButton->defaultAction() : pAction;
+        if (pAction->text().contains(u"最近课程"_s))
+            ids.append(u"32938"_s);
+        else if (pAction->menu() != nullptr)
+            ids += Ids(*pAction->menu());
+        else
+            ids.append(QString::number(pShown->objectName().section(u'_', -1).toInt()));
+    }
+    return ids;
+}
+
 // A command that the table knows but the window does not show, or shows elsewhere or under other words.
 TEST_F(MainFrameTest, ShowsEveryWrittenCommandInItsPlace) {
-    m_pFrame->SetRecentCourses({u"Z:\\a.vcp"_s});
-    const CCommandWalk walk(*m_pFrame);
-    QMap<QString, QStringList> ids;
-    QMap<QString, CommandSeen> seen;
-    for (const CommandSeen& each : walk.Seen()) {
-        const bool bRecent = each.strPlace.contains(u" > 最近课程"_s);
-        const QString strPlace = each.strPlace == u"mainToolBar"_s ? u"toolbar"_s : each.strPlace;
-        ids[strPlace.section(u" > "_s, 0, 0)].append(QString::number(bRecent ? 32938 : each.nId));
-        CommandSeen& row = seen[QString::number(each.nId)];
-        const QString strButton = row.strButton + each.strButton;
-        row = each;
-        row.strButton = strButton;
-    }
+    QMap<QString, QStringList> ids{{u"toolbar"_s, Ids(Child<QToolBar>(u"mainToolBar"_s))}};
+    for (const QAction* pMenu : m_pFrame->menuBar()->actions())
+        ids[u"menu "_s + pMenu->text()] = Ids(*pMenu->menu());
     for (const QStringList& place : WrittenCommands(u"place"_s)) {
         if (ids.contains(place[0])) {
             EXPECT_EQ(ids.take(place[0]).join(u' ').toStdString(),
                       QString(place[1]).remove(u"+ "_s).toStdString());
         }
     }
-    ids.remove(u"shortcut"_s);
-    ids.remove(u"no place"_s);
     EXPECT_TRUE(ids.isEmpty()) << ids.firstKey().toStdString();
     for (const QStringList& written : WrittenCommands(u"command"_s)) {
-        const CommandSeen& shown = seen.value(written[0]);
-        const QStringList said{written[0], shown.strText, shown.strButton, shown.strStatus,
-                               shown.strShortcut};
+        const auto* pAction = m_pFrame->findChild<QAction*>(u"command_"_s + written[0]);
+        const auto* pButton = m_pFrame->findChild<QToolButton*>(u"tool_"_s + written[0]);
         // The window at rest has no editor and no context menu.
-        for (qsizetype n = 1; shown.nId != 0 && shown.nId != 32825 && n < said.size(); ++n)
+        if (pAction == nullptr || written[0] == u"32825"_s)
+            continue;
+        const bool bWords = pButton && pButton->toolButtonStyle() != Qt::ToolButtonIconOnly;
+        const QStringList said{written[0], pAction->text(), bWords ? pButton->text() : QString(),
+                               pAction->statusTip(), pAction->shortcut().toString()};
+        for (qsizetype n = 1; n < said.size(); ++n)
             EXPECT_TRUE(written[n] == u"*"_s || written[n] == said[n])
                 << written[0].toStdString() << ": " << said[n].toStdString();
     }

@@ -4,12 +4,9 @@
 #include "tests/support/CourseServiceThread.h"
 #include "tests/support/Printing.h"
 
-#include <gtest/gtest.h>
+#include <QTcpSocket>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using Torvane::Net::CHttpClient;
@@ -17,44 +14,24 @@ using Torvane::Net::EHttpMethod;
 
 namespace {
 
-/// A raw client of the loopback address.
-class CRawClient {
-public:
-    explicit CRawClient(quint16 nPort) : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(nPort);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        EXPECT_EQ(::connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    }
-    ~CRawClient() { ::close(m_socket); }
-    Q_DISABLE_COPY(CRawClient)
-
-    const CRawClient& Send(const QByteArray& bytes) const {
-        std::ignore = ::send(m_socket, bytes.constData(), static_cast<size_t>(bytes.size()), MSG_NOSIGNAL);
-        return *this;
-    }
-    /// All that comes until the server closes.
-    QByteArray Receive() const {
-        QByteArray all;
-        char block[4096];
-        for (ssize_t n = 0; (n = ::recv(m_socket, block, sizeof block, 0)) > 0;)
-            all.append(block, n);
-        return all;
-    }
-
-private:
-    int m_socket;
-};
-
 class ServiceTest : public testing::Test {
 protected:
     CTempFolder Offered;
     CCourseServiceThread Server{u"示范大学"_s, Offered.Native()};
 
-    QByteArray Exchange(const QByteArray& bytes) const {
-        return CRawClient(Server.Port()).Send(bytes).Receive();
+    std::unique_ptr<QTcpSocket> Connect(const QByteArray& bytes) const {
+        auto pClient = std::make_unique<QTcpSocket>();
+        pClient->connectToHost(QHostAddress::LocalHost, Server.Port());
+        EXPECT_TRUE(pClient->waitForConnected());
+        pClient->write(bytes);
+        return pClient;
     }
+    /// All that comes until the server closes.
+    static QByteArray Receive(QTcpSocket& client) {
+        EXPECT_TRUE(client.waitForDisconnected());
+        return client.readAll();
+    }
+    QByteArray Exchange(const QByteArray& bytes) const { return Receive(*Connect(bytes)); }
     QByteArray Log() const { return Server.Folder().Read(u"data\\access.log"_s); }
     QByteArray Get(const QString& strTarget) const {
         CHttpClient client;
@@ -90,12 +67,11 @@ TEST_F(ServiceTest, TakesWhateverIsSent) {
 
 TEST_F(ServiceTest, SlowAndSilentClientsKeepNobodyWaiting) {
     Server.Server().SetRequestTimeout(300);
-    std::vector<std::unique_ptr<CRawClient>> silent;
+    std::vector<std::unique_ptr<QTcpSocket>> silent;
     for (int n = 0; n < 450; ++n)
-        silent.push_back(std::make_unique<CRawClient>(Server.Port()));
-    silent.front()->Send("GET / HT");
+        silent.push_back(Connect(n == 0 ? "GET / HT" : ""));
     EXPECT_TRUE(Exchange("GET / HTTP/1.0\r\n\r\n").startsWith("HTTP/1.0 404"));
-    EXPECT_EQ(silent.front()->Receive(), "") << "closed without an answer";
+    EXPECT_EQ(Receive(*silent.front()), "") << "closed without an answer";
 }
 
 TEST_F(ServiceTest, OffersTemplates) {

@@ -43,13 +43,6 @@ TEST_F(IniFile, FindsAValueAsIniReadersDo) {
     EXPECT_EQ(ReadProfileString(u"A"_s, u"k"_s, u"d"_s, m_folder.Path(u"none"_s)), u"d"_s);
 }
 
-TEST_F(IniFile, NumbersHaveADefaultOnlyWhenTheKeyIsMissing) {
-    m_folder.Write(u"t.ini"_s, "[S]\na= 12x\nb=-4\nc=text\nd=\n");
-    const auto number = [&](const QString& strKey) { return ReadProfileInt(u"S"_s, strKey, 9, m_strPath); };
-    EXPECT_TRUE(number(u"a"_s) == 12 && number(u"b"_s) == -4);
-    EXPECT_TRUE(number(u"c"_s) == 0 && number(u"d"_s) == 0 && number(u"e"_s) == 9);
-}
-
 TEST_F(IniFile, AWriteChangesOneKeyAndNoOtherByte) {
     const struct {
         const char* szWhat;

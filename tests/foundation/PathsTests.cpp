@@ -53,22 +53,6 @@ TEST(Paths, QueriesSeeWhatIsThere) {
     EXPECT_FALSE(IsLocalAddress(folder.Path()) || IsLocalAddress(u"http://x"_s));
 }
 
-TEST(Paths, PartsAndSearches) {
-    EXPECT_EQ(BareName(u"Z:\\a.b\\c.d.e"_s), u"c.d.e"_s);
-    EXPECT_EQ(ParentFolder(u"Z:\\a.b\\c"_s) + ParentFolder(u"c"_s), u"Z:\\a.b"_s);
-    EXPECT_EQ(FileTitle(u"Z:\\a.b\\c"_s) + Extension(u"Z:\\a.b\\c"_s), u"c"_s);
-    const QString str = u"a.b.c"_s;
-    EXPECT_TRUE(FindLastChar(str, u'.') == 3 && FindLastChar(str, u'.', 99) == 3);
-    EXPECT_TRUE(FindLastChar(str, u'.', 3) == 3 && FindLastChar(str, u'.', 2) == 1);
-    EXPECT_TRUE(FindLastChar(str, u'.', 0) == -1 && FindLastChar(str, QChar()) == -1);
-    QString strTrailing = u"x\\\\"_s;
-    EXPECT_TRUE(TrimTrailingChar(strTrailing, u'\\') == 1 && strTrailing == u"x\\"_s);
-    EXPECT_EQ(TrimTrailingChar(strTrailing, u'x'), 0);
-    const QByteArray bytes("ab\0abc", 6);
-    EXPECT_EQ(FindBytes(bytes.begin(), bytes.end(), "abc"), bytes.begin() + 3);
-    EXPECT_EQ(FindBytes(bytes.begin(), bytes.end() - 1, "abc"), nullptr) << "not beyond the end";
-}
-
 TEST(Paths, WhatLiesBelowAFolder) {
     const struct {
         QString strBase, strPath;
@@ -96,6 +80,7 @@ TEST(Paths, AUniqueNameKeepsStemAndExtension) {
         folder.Write(str, "x");
     const std::pair<QString, QString> cases[] = {
         {u"C:\\some\\where\\new.txt"_s, u"new\\.txt"_s},
+        {u"C:\\some.x\\new"_s, u"new"_s},
         {u"A.B.TXT"_s, u"A\\.B\\[\\d{1,5}\\]\\.TXT"_s},
         {u"N"_s, u"N\\[\\d{1,5}\\]"_s},
         {u".txt"_s, u"20\\d\\d[01]\\d[0-3]\\d[0-2]\\d[0-5]\\d\\.txt"_s},

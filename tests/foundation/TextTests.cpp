@@ -29,12 +29,6 @@ TEST(Text, NumbersAreReadAsFarAsTheyGo) {
         EXPECT_EQ(ParseInt(strText), nValue) << strText.toStdString();
 }
 
-TEST(Text, OnlyAsciiLettersHaveACase) {
-    EXPECT_EQ(LowerAscii(u"AZ[É课İ"_s), u"az[É课İ"_s);
-    EXPECT_TRUE(EqualsIgnoringCase(u"Recent0", u"rECENT0"));
-    EXPECT_FALSE(EqualsIgnoringCase(u"É", u"é") || EqualsIgnoringCase(u"a@", u"a`"));
-}
-
 TEST(TextFile, LinesAreJoinedByALineFeedAndTheLastOneIsDropped) {
     const CTempFolder folder;
     const std::pair<QByteArray, QString> cases[] = {

@@ -4,61 +4,33 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QHash>
 #include <QImage>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPixmap>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QThread>
 #include <QWidget>
 #include <QWindow>
 
-// After Qt: these headers define words that Qt uses.
-#include <X11/Xlib.h>
-#include <X11/extensions/XTest.h>
-#include <X11/keysym.h>
-
-struct Robot::Input {
-    Display* pDisplay = XOpenDisplay(nullptr);
-    ~Input() {
-        if (pDisplay)
-            XCloseDisplay(pDisplay);
-    }
-
-    void Move(const QPoint& point) const {
-        XTestFakeMotionEvent(pDisplay, -1, point.x(), point.y(), 0);
-        XSync(pDisplay, 0);
-        QThread::msleep(30);
-    }
-    void Button(int nButton) const {
-        XTestFakeButtonEvent(pDisplay, static_cast<unsigned>(nButton), 1, 0);
-        XTestFakeButtonEvent(pDisplay, static_cast<unsigned>(nButton), 0, 0);
-        XSync(pDisplay, 0);
-    }
-    void Key(const QString& strName, bool bDown) const {
-        static const QHash<QString, QString> c_modifiers{
-            {QStringLiteral("ctrl"), QStringLiteral("Control_L")},
-            {QStringLiteral("alt"), QStringLiteral("Alt_L")},
-            {QStringLiteral("shift"), QStringLiteral("Shift_L")}};
-        const QString strSymbol = c_modifiers.value(strName, strName);
-        const KeyCode nCode = XKeysymToKeycode(pDisplay, XStringToKeysym(strSymbol.toLatin1().constData()));
-        XTestFakeKeyEvent(pDisplay, nCode, bDown ? 1 : 0, 0);
-        XSync(pDisplay, 0);
-    }
-};
-
-Robot::Robot(QString strShotFolder)
-    : m_pInput(std::make_unique<Input>()), m_strShotFolder(std::move(strShotFolder)) {
-    if (!m_pInput->pDisplay)
-        throw Failure("no display");
+Robot::Robot(QString strShotFolder) : m_strShotFolder(std::move(strShotFolder)) {
     QDir().mkpath(m_strShotFolder);
     m_nShot = static_cast<int>(QDir(m_strShotFolder).entryList({QStringLiteral("*.png")}).size());
 }
 
-Robot::~Robot() = default;
+void Robot::Send(const QStringList& input) {
+    if (QProcess::execute(QStringLiteral("xdotool"), input) != 0)
+        throw Failure("the display does not take " + input.join(QLatin1Char(' ')).toStdString());
+}
+
+void Robot::SendClick(const QPoint& point, int nButton) {
+    Send({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
+          QStringLiteral("sleep"), QStringLiteral("0.03"), QStringLiteral("click"),
+          QString::number(nButton)});
+}
 
 void Robot::OnGui(const std::function<void()>& work) {
     QMetaObject::invokeMethod(
@@ -134,8 +106,7 @@ void Robot::Click(const QString& strName, const QString& strWindow) {
 void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton,
                     const QString& strWindow) {
     WaitForWidget(strName, strWindow);
-    m_pInput->Move(Settle(strName, strWindow, place));
-    m_pInput->Button(nButton);
+    SendClick(Settle(strName, strWindow, place), nButton);
 }
 
 void Robot::ClickMenuEntry(const QString& strText) {
@@ -149,16 +120,11 @@ void Robot::ClickMenuEntry(const QString& strText) {
     };
     WaitFor(("the menu entry " + strText.toStdString()).c_str(), [&] { return !place().isNull(); });
     QThread::msleep(100);
-    m_pInput->Move(Ask<QPoint>(place));
-    m_pInput->Button(1);
+    SendClick(Ask<QPoint>(place), 1);
 }
 
 void Robot::Press(const QString& strKeys) {
-    const QStringList keys = strKeys.split(QLatin1Char('+'));
-    for (const QString& strKey : keys)
-        m_pInput->Key(strKey, true);
-    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
-        m_pInput->Key(*key, false);
+    Send({QStringLiteral("key"), strKeys});
     QThread::msleep(60);
 }
 
@@ -195,8 +161,7 @@ void Robot::Fill(const QString& strName, const QString& strText, const QString& 
 void Robot::Type(const QString& strText) {
     static const QRegularExpression plain(QStringLiteral("^[a-z0-9]*$"));
     if (plain.match(strText).hasMatch()) {
-        for (const QChar c : strText)
-            Press(QString(c));
+        Send({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("60"), strText});
         return;
     }
     WaitFor("a place to type", [] { return qApp->focusObject() != nullptr; });

@@ -3,9 +3,9 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
-#include <memory>
 #include <stdexcept>
 #include <utility>
 
@@ -23,9 +23,6 @@ public:
     };
 
     explicit Robot(QString strShotFolder);
-    ~Robot();
-    Robot(const Robot&) = delete;
-    Robot& operator=(const Robot&) = delete;
 
     /// Runs on the interface thread and answers its result.
     static void OnGui(const std::function<void()>& work);
@@ -65,10 +62,11 @@ public:
     static QWidget* Find(const QString& strName, const QString& strWindow = QString());
 
 private:
-    struct Input;
+    /// Gives a line of commands to xdotool.
+    static void Send(const QStringList& input);
+    static void SendClick(const QPoint& point, int nButton);
     QPoint Settle(const QString& strName, const QString& strWindow,
                   const std::function<QRect(QWidget*)>& place);
-    std::unique_ptr<Input> m_pInput;
     QString m_strShotFolder;
     int m_nShot = 0;
 };

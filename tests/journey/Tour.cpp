@@ -84,7 +84,7 @@ public:
     void ChangeTemplate() {
         Command(32921);
         m_robot.WaitForWidget(u"templateList"_s, u"templateDialog"_s);
-        m_robot.ClickInto(u"templateList"_s, u"templateDialog"_s);
+        m_robot.Click(u"templateList"_s, u"templateDialog"_s);
         m_robot.WaitFor("the list below the box",
                         [] { return QApplication::activePopupWidget() != nullptr; });
         m_robot.Press(u"Escape"_s);

@@ -158,19 +158,6 @@ TEST(HttpClient, EndsAStrangeServersReply) {
         EXPECT_THAT(Outcome(szCut), testing::StartsWith("http: "));
 }
 
-TEST(HttpClient, WaitStepGivesASilentServerUp) {
-    CStrangeServer server("", CStrangeServer::EEnd::Hang);
-    CHttpClient client;
-    int nSteps = 0;
-    client.SetWaitStep([&] { return ++nSteps < 5; });
-    EXPECT_EQ(FailureOf([&] { client.Request(server.Url(), EHttpMethod::Get, "a"); }),
-              "http: 已取消与服务器的通信。");
-    EXPECT_EQ(nSteps, 5);
-    CStrangeServer next(c_ok + "x");
-    client.SetWaitStep({});
-    EXPECT_EQ(client.Request(next.Url(), EHttpMethod::Get, "a"), 1) << "the object stays usable";
-}
-
 TEST(PortHolder, HoldsThePortsOfItsFile) {
     const CTempFolder folder;
     CPortHolder none(folder.Path(QStringLiteral("Port.txt")));

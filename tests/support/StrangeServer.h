@@ -2,18 +2,15 @@
 
 #include <QByteArray>
 #include <QString>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QThread>
 
 #include <atomic>
-#include <thread>
+#include <future>
 
-/// A raw socket on the loopback address that takes one connection after the other, records what comes, and
-/// sends whatever bytes it was told to, be they HTTP or not.
+/// A server on the loopback address that takes one connection after the other, records what comes, and sends
+/// whatever bytes it was told to, be they HTTP or not.
 class CStrangeServer {
 public:
     enum class EEnd {
@@ -24,24 +21,26 @@ public:
         Hang
     };
 
-    explicit CStrangeServer(const QByteArray& reply, EEnd end = EEnd::Close)
-        : m_reply(reply), m_end(end), m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t nSize = sizeof address;
-        if (::bind(m_listener, reinterpret_cast<const sockaddr*>(&address), nSize) != 0 ||
-            ::listen(m_listener, 8) != 0 ||
-            ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &nSize) != 0)
-            qFatal("no loopback socket");
-        m_nPort = ntohs(address.sin_port);
-        m_thread = std::thread([this] { Serve(); });
+    explicit CStrangeServer(const QByteArray& reply, EEnd end = EEnd::Close) : m_reply(reply), m_end(end) {
+        std::promise<quint16> port;
+        m_pThread.reset(QThread::create([this, &port] {
+            QTcpServer listener;
+            if (!listener.listen(QHostAddress::LocalHost))
+                qFatal("no loopback socket");
+            port.set_value(listener.serverPort());
+            while (!m_bStop) {
+                if (!listener.waitForNewConnection(10))
+                    continue;
+                QTcpSocket& client = *listener.nextPendingConnection();
+                ReadRequest(client);
+                Answer(client);
+                client.close();
+            }
+        }));
+        m_pThread->start();
+        m_nPort = port.get_future().get();
     }
-    ~CStrangeServer() {
-        m_bStop = true;
-        m_thread.join();
-        ::close(m_listener);
-    }
+    ~CStrangeServer() { Stop(); }
     Q_DISABLE_COPY(CStrangeServer)
 
     QByteArray Url(const QByteArray& path = "/") const { return "http://" + Host() + path; }
@@ -49,38 +48,23 @@ public:
 
     /// What the last client sent. To be asked for when its request has ended.
     QByteArray Received() {
-        m_bStop = true;
-        if (m_thread.joinable())
-            m_thread.join();
-        m_thread = std::thread([] {});
+        Stop();
         return m_received;
     }
 
 private:
-    bool Wait(int nSocket, short nEvents) const {
-        while (!m_bStop) {
-            pollfd wait{nSocket, nEvents, 0};
-            if (::poll(&wait, 1, 10) > 0)
-                return true;
-        }
-        return false;
+    void Stop() {
+        m_bStop = true;
+        m_pThread->wait();
     }
-    void Serve() {
-        while (Wait(m_listener, POLLIN)) {
-            const int nClient = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-            m_received.clear();
-            ReadRequest(nClient);
-            Answer(nClient);
-            ::close(nClient);
-        }
+    bool IsHeard(const QTcpSocket& client) const {
+        return !m_bStop && client.state() == QAbstractSocket::ConnectedState;
     }
-    void ReadRequest(int nClient) {
-        char block[4096];
-        while (!IsWhole() && Wait(nClient, POLLIN)) {
-            const ssize_t nRead = ::recv(nClient, block, sizeof block, 0);
-            if (nRead <= 0)
-                return;
-            m_received.append(block, nRead);
+    void ReadRequest(QTcpSocket& client) {
+        m_received.clear();
+        while (!IsWhole() && (client.bytesAvailable() > 0 || IsHeard(client))) {
+            client.waitForReadyRead(10);
+            m_received += client.readAll();
         }
     }
     bool IsWhole() const {
@@ -91,25 +75,20 @@ private:
         const QByteArray number = m_received.sliced(nLength + 16);
         return m_received.size() >= nEnd + 4 + number.first(number.indexOf('\r')).toInt();
     }
-    void Answer(int nClient) const {
+    void Answer(QTcpSocket& client) const {
         do {
-            for (qsizetype nSent = 0; nSent < m_reply.size() && Wait(nClient, POLLOUT);) {
-                const ssize_t n = ::send(nClient, m_reply.constData() + nSent,
-                                         static_cast<size_t>(m_reply.size() - nSent), MSG_NOSIGNAL);
-                if (n < 0)
-                    return;
-                nSent += n;
-            }
-        } while (m_end == EEnd::Repeat && !m_bStop);
-        if (m_end == EEnd::Hang)
-            Wait(nClient, POLLIN);
+            client.write(m_reply);
+            while (client.bytesToWrite() > 0 && IsHeard(client))
+                client.waitForBytesWritten(10);
+        } while (m_end == EEnd::Repeat && IsHeard(client));
+        while (m_end == EEnd::Hang && IsHeard(client))
+            client.waitForDisconnected(10);
     }
 
     QByteArray m_reply;
     EEnd m_end;
-    int m_listener;
-    int m_nPort = 0;
+    quint16 m_nPort = 0;
     QByteArray m_received;
     std::atomic<bool> m_bStop{false};
-    std::thread m_thread;
+    std::unique_ptr<QThread> m_pThread;
 };
