@@ -1,18 +1,22 @@
 #!/usr/bin/env bash
 # Every benchmark, each against its peer in the same run, with the ratio printed. What writes thousands of files works in a
-# folder on a memory file system, both sides alike.
+# folder on a memory file system, both sides alike; what waits for the disk works in the build folder.
 #   bench/run.sh [FOLDER]      default: /dev/shm
 set -euo pipefail
 cd "$(dirname "$0")/.."
 place="$(mktemp -d "${1:-/dev/shm}/vorel-bench-XXXXXX")"
-trap 'rm -rf "$place"' EXIT
+mkdir -p build
+disk="$(mktemp -d "$PWD/build/vorel-bench-XXXXXX")"
+trap 'rm -rf "$place" "$disk"' EXIT
 cmake --preset release >/dev/null
-cmake --build build/release --target portable bench_ciphers bench_files bench_store bench_empty_window \
+cmake --build build/release --target portable bench_ciphers bench_files bench_store bench_tree_ops bench_empty_window \
   bench_make_courses bench_names_tree voreljourney vorelstalls vorel-site-check >/dev/null
 for bench in ciphers store files; do
   echo "== $bench"
   build/release/bin/bench_$bench "$place"
 done
+echo "== tree_ops"
+build/release/bin/bench_tree_ops "$disk"
 echo "== start"
 bench/start.sh
 echo "== open"

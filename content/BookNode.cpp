@@ -142,8 +142,10 @@ std::unique_ptr<CBookNode> CBookNode::AddChild(const QString& strTitle) {
     CBookDatabase::CTransaction transaction(Store());
     const NodeHeader header{Store().AddNode(m_nId, strTitle), strTitle, NodeType::c_nEmpty};
     auto pChild = std::make_unique<CBookNode>(m_course, header);
-    const bool bStood = Torvane::File::IsFolder(pChild->GetFolder());
-    pChild->EnsureFolder();
+    const bool bMade = Torvane::File::TryMakeFolder(Torvane::File::WithoutBackslash(pChild->GetFolder()));
+    const bool bStood = !bMade && Torvane::File::IsFolder(pChild->GetFolder());
+    if (!bMade)
+        pChild->EnsureFolder();
     try {
         transaction.Commit();
     } catch (...) {
@@ -184,8 +186,10 @@ Deletion CBookNode::Delete(const DeleteProgress& mayGoOn) {
             DeleteRows(batch);
             result.Gone.append(batch);
             CAskingFilter filter(ask);
-            for (const qint32 nId : batch)
+            for (const qint32 nId : batch) {
+                ask();
                 RemoveFolder(m_course.GetPaths().GetNodeFolder(nId), filter);
+            }
         }
     } catch (const Torvane::COM::CCOMException&) {
         result.bFailed = true;

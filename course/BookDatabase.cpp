@@ -9,8 +9,11 @@
 #include <SQLiteCpp/Exception.h>
 
 #include <QDateTime>
+#include <QSet>
 
+#include <algorithm>
 #include <array>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -46,16 +49,34 @@ const char* FieldWording(const QString& strColumn) {
     ComError::Throw(ComError::c_nNoSuchColumn);
 }
 
+/// Stands for a parent or a place that can't be read.
+constexpr qint32 c_nNoPlace = std::numeric_limits<qint32>::min();
+
 void StepToRow(CStoreQuery& query) {
     if (!query.Step())
         ComError::Throw(ComError::c_nNoRow);
 }
 
-/// The three rows that every course has stand above the tree and are no one's children, whatever a damaged
-/// row says; nor is a row its own child, or one without a number that names it.
-bool IsChild(qint32 nId, qint32 nParentId) {
-    return nId > c_nRootNodeId && nId != nParentId;
-}
+/// Says whose child a row is. The three rows that every course has stand above the tree and are no one's
+/// children, whatever a damaged row says; nor is a row its own child, nor one without a number that names it,
+/// and a number that stands in two rows names the first.
+class CChildren {
+public:
+    explicit CChildren(bool bUniqueIds) : m_bUniqueIds(bUniqueIds) {}
+    bool Has(qint32 nId, qint32 nParentId) {
+        if (nId <= c_nRootNodeId || nId == nParentId)
+            return false;
+        if (m_bUniqueIds)
+            return true;
+        const qsizetype nMet = m_met.size();
+        m_met.insert(nId);
+        return m_met.size() > nMet;
+    }
+
+private:
+    bool m_bUniqueIds;
+    QSet<qint32> m_met;
+};
 
 QString LocalTime() {
     return QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s);
@@ -140,11 +161,14 @@ qint32 CBookDatabase::AddNode(qint32 nParentId, const QString& strTitle) {
     qint32 nId = -1;
     const QByteArray title = m_pTitles->Stored(strTitle);
     InOneTransaction([&](Connection& connection) {
-        const qint32 nIndex = GetChildrenCount(nParentId) + 1;
+        const qint32 nIndex = LastIndex(nParentId) + 1;
         connection.Query("SELECT * FROM Book WHERE 1 = 0").Step();
-        connection.Run("INSERT INTO Book (Title, ParentId, [Index]) VALUES (?, ?, ?)", title, nParentId,
-                       nIndex);
-        nId = connection.LastId();
+        CStoreQuery query =
+            connection.Query("INSERT INTO Book (Title, ParentId, [Index]) VALUES (?, ?, ?) RETURNING Id",
+                             title, nParentId, nIndex);
+        StepToRow(query);
+        // Throws, and takes the row back, where a stranger's table gives no number.
+        nId = query.Int(0);
         return true;
     });
     return nId;
@@ -169,8 +193,9 @@ bool CBookDatabase::GetChildren(qint32 nParentId, QList<NodeHeader>& list) {
     return Guarded([&](Connection& connection) {
         CStoreQuery query = connection.Query(
             "SELECT Id, Title, Type FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
+        CChildren children(connection.HasUniqueIds());
         while (query.Step()) {
-            if (const qint32 nId = query.IntOr(0, -1); IsChild(nId, nParentId))
+            if (const qint32 nId = query.IntOr(0, -1); children.Has(nId, nParentId))
                 list.append(HeaderOf(nId, query, 1));
         }
         return true;
@@ -181,9 +206,10 @@ QList<qint32> CBookDatabase::GetChildIds(qint32 nParentId) {
     return Guarded([&](Connection& connection) {
         CStoreQuery query =
             connection.Query("SELECT Id FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
+        CChildren children(connection.HasUniqueIds());
         QList<qint32> ids;
         while (query.Step()) {
-            if (const qint32 nId = query.IntOr(0, -1); IsChild(nId, nParentId))
+            if (const qint32 nId = query.IntOr(0, -1); children.Has(nId, nParentId))
                 ids.append(nId);
         }
         return ids;
@@ -198,12 +224,14 @@ QHash<qint32, QList<NodeHeader>> CBookDatabase::GetGrandchildren(qint32 nParentI
             connection.Query("SELECT ParentId, Id, Title, Type FROM Book WHERE ParentId IN "
                              "(SELECT Id FROM Book WHERE ParentId = ?) ORDER BY ParentId, [Index]",
                              nParentId);
+        CChildren children(connection.HasUniqueIds());
         QHash<qint32, QList<NodeHeader>> families;
         QList<NodeHeader>* pFamily = nullptr;
         qint32 nChildId = -1;
         while (query.Step()) {
             const qint32 nParent = query.IntOr(0, -1), nId = query.IntOr(1, -1);
-            if (!IsChild(nParent, nParentId) || !IsChild(nId, nParent) || nId == nParentId)
+            if (nParent <= c_nRootNodeId || nParent == nParentId || nId == nParentId ||
+                !children.Has(nId, nParent))
                 continue;
             if (pFamily == nullptr || nParent != nChildId)
                 pFamily = &families[nChildId = nParent];
@@ -243,6 +271,17 @@ qint32 CBookDatabase::GetChildrenCount(qint32 nParentId) {
             connection.Query("SELECT COUNT(*) AS ChildrenCount FROM Book WHERE ParentId = ?", nParentId);
         StepToRow(query);
         return query.Int(0);
+    });
+}
+
+/// The place of the last child, which is their number: it is found at the end of the index, where counting
+/// would read all of them. What is no place, or leaves none behind it, counts for nothing.
+qint32 CBookDatabase::LastIndex(qint32 nParentId) {
+    return Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query(
+            "SELECT MAX([Index]) FROM Book WHERE ParentId = ? AND [Index] < 2147483647", nParentId);
+        StepToRow(query);
+        return std::max(query.IntOr(0, 0), 0);
     });
 }
 
@@ -371,13 +410,30 @@ CBookDatabase::Place CBookDatabase::GetPlace(qint32 nId) {
     return {nParentId, GetInt(nId, u"Index"_s)};
 }
 
+/// Closes the gap that a node leaves among its siblings. One whose place can't be read leaves none, so that
+/// it can be deleted and moved to a sound place like any other; siblings without a sound place stay as they
+/// are.
+void CBookDatabase::CloseGap(qint32 nId) {
+    Guarded([&](Connection& connection) {
+        Place place{};
+        {
+            CStoreQuery query = connection.Query("SELECT ParentId, [Index] FROM Book WHERE Id = ?", nId);
+            StepToRow(query);
+            place = {query.IntOr(0, c_nNoPlace), query.IntOr(1, c_nNoPlace)};
+        }
+        if (place.nIndex == c_nNoPlace || place.nParentId == c_nNoPlace)
+            return;
+        connection.Run("UPDATE Book Set [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ? AND "
+                       "[Index] <= 2147483647",
+                       place.nParentId, place.nIndex);
+    });
+}
+
 bool CBookDatabase::DeleteNode(qint32 nId) {
     if (nId <= c_nRootNodeId)
         return false;
     return InOneTransaction([&](Connection& connection) {
-        const auto [nParentId, nIndex] = GetPlace(nId);
-        connection.Run("UPDATE Book Set [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ?", nParentId,
-                       nIndex);
+        CloseGap(nId);
         connection.Run("DELETE FROM Book WHERE Id = ?", nId);
         return true;
     });
@@ -386,7 +442,7 @@ bool CBookDatabase::DeleteNode(qint32 nId) {
 bool CBookDatabase::MoveUp(qint32 nId) {
     return InOneTransaction([&](Connection& connection) {
         const auto [nParentId, nIndex] = GetPlace(nId);
-        if (nIndex == 1)
+        if (nIndex <= 1)
             return true;
         connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
                        nIndex - 1);
@@ -398,7 +454,7 @@ bool CBookDatabase::MoveUp(qint32 nId) {
 bool CBookDatabase::MoveDown(qint32 nId) {
     return InOneTransaction([&](Connection& connection) {
         const auto [nParentId, nIndex] = GetPlace(nId);
-        if (nIndex >= GetChildrenCount(nParentId))
+        if (nIndex >= LastIndex(nParentId))
             return true;
         connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
                        nIndex + 1);
@@ -407,29 +463,33 @@ bool CBookDatabase::MoveDown(qint32 nId) {
     });
 }
 
-/// Whether the node is the ancestor or lies below it. The number of rows ends the climb in a damaged tree.
-bool CBookDatabase::IsBelow(qint32 nId, qint32 nAncestorId) {
+/// Whether a branch of the node may hang below the new parent: that must be there, and neither be the node
+/// nor lie below it. A damaged tree may lead in a circle.
+bool CBookDatabase::MayHangBelow(qint32 nId, qint32 nNewParentId) {
     return Guarded([&](Connection& connection) {
-        for (qint32 nLeft = GetNodeCount(); nLeft >= 0; --nLeft) {
-            if (nId == nAncestorId)
-                return true;
-            CStoreQuery query = connection.Query(FieldWording(u"ParentId"_s), nId);
-            if (!query.Step())
+        QSet<qint32> met;
+        for (qint32 nAncestor = nNewParentId; !met.contains(nAncestor);) {
+            if (nAncestor == nId)
                 return false;
-            nId = query.Int(0);
+            CStoreQuery query = connection.Query(FieldWording(u"ParentId"_s), nAncestor);
+            if (!query.Step())
+                return !met.isEmpty();
+            met.insert(nAncestor);
+            nAncestor = query.IntOr(0, nAncestor);
         }
-        return false;
+        return true;
     });
 }
 
 bool CBookDatabase::MoveTo(qint32 nId, qint32 nNewParentId) {
+    if (nId <= c_nRootNodeId)
+        return false;
     return InOneTransaction([&](Connection& connection) {
-        const auto [nParentId, nIndex] = GetPlace(nId);
-        if (IsBelow(nNewParentId, nId))
+        if (!MayHangBelow(nId, nNewParentId))
             return false;
-        connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] > ?", nParentId,
-                       nIndex);
-        connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE ParentId = ?", nNewParentId);
+        CloseGap(nId);
+        connection.Run("UPDATE Book SET [Index] = [Index] + 1 WHERE ParentId = ? AND [Index] < 2147483647",
+                       nNewParentId);
         connection.Run("UPDATE Book SET [Index] = 1, ParentId = ? WHERE Id = ?", nNewParentId, nId);
         return true;
     });

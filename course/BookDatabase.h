@@ -126,8 +126,9 @@ public:
     /// True also at the end of the line, where nothing moves.
     bool MoveUp(qint32 nId);
     bool MoveDown(qint32 nId);
-    /// As the first child of the new parent. False, with nothing moved, for a parent that is the node itself
-    /// or lies below it: the branch would hang on itself and be lost from the tree.
+    /// As the first child of the new parent. False, with nothing moved, for the three rows that every course
+    /// has, and for a parent that is not there, is the node itself or lies below it: the branch would be lost
+    /// from the tree.
     bool MoveTo(qint32 nId, qint32 nNewParentId);
 
 private:
@@ -146,7 +147,9 @@ private:
     QString GetText(qint32 nId, const QString& strColumn);
     qint32 GetInt(qint32 nId, const QString& strColumn);
     Place GetPlace(qint32 nId);
-    bool IsBelow(qint32 nId, qint32 nAncestorId);
+    qint32 LastIndex(qint32 nParentId);
+    void CloseGap(qint32 nId);
+    bool MayHangBelow(qint32 nId, qint32 nNewParentId);
 
     QString m_strPath;
     std::unique_ptr<CTitleCipher> m_pTitles;

@@ -23,6 +23,11 @@ constexpr char c_szAllColumns[] =
     "SELECT Id, ParentId, [Index], Title, Type, Path, OpenType, FileName, Comment, [Size], TimeLastModified "
     "FROM Book WHERE 1 = 0";
 
+/// Whether Id alone is the key by which the engine itself finds a row.
+constexpr char c_szUniqueIds[] =
+    "SELECT COUNT(*) = 1 AND MAX(lower(name) = 'id' AND upper(type) = 'INTEGER') "
+    "FROM pragma_table_info('Book') WHERE pk > 0";
+
 qint32 ToInt32(double dValue) {
     const double dRounded = std::nearbyint(dValue);
     if (!(dRounded >= std::numeric_limits<qint32>::min() && dRounded <= std::numeric_limits<qint32>::max()))
@@ -107,12 +112,35 @@ CBookDatabase::Connection::Connection(const QString& strNativePath)
     m_database.exec("PRAGMA cell_size_check = ON");
     // Before anything is written: a file that is not ours stays as it is.
     SQLite::Statement(m_database, c_szAllColumns).executeStep();
+    m_bUniqueIds = m_database.execAndGet(c_szUniqueIds).getInt() != 0;
     // A file system without shared memory answers with the old mode, which serves as well.
-    m_database.execAndGet("PRAGMA journal_mode = WAL");
+    const std::string mode = m_database.execAndGet("PRAGMA journal_mode = WAL").getString();
     m_database.exec("PRAGMA synchronous = FULL");
+    if (mode == "wal")
+        ExtendLog();
 }
 
 CBookDatabase::Connection::~Connection() = default;
+
+/// Gives an empty log the length that it has when it is folded in and begun anew. A file that grows with each
+/// step makes the file system write its own journal each time, which takes it many times as long as the step.
+/// Zeros are no log to the engine, in a crash neither. Done under its lock for writers; what the disk has no
+/// room for is given back, and the log grows by itself then.
+void CBookDatabase::Connection::ExtendLog() {
+    constexpr sqlite3_int64 c_nLogBytes = 32 + 1000 * (24 + 4096);
+    Run("BEGIN IMMEDIATE");
+    sqlite3_file* pLog = nullptr;
+    sqlite3_int64 nSize = 0;
+    if (sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &pLog) ==
+            SQLITE_OK &&
+        pLog != nullptr && pLog->pMethods != nullptr &&
+        pLog->pMethods->xFileSize(pLog, &nSize) == SQLITE_OK && nSize == 0) {
+        const QByteArray zeros(c_nLogBytes, '\0');
+        if (pLog->pMethods->xWrite(pLog, zeros.constData(), static_cast<int>(c_nLogBytes), 0) != SQLITE_OK)
+            pLog->pMethods->xTruncate(pLog, 0);
+    }
+    Run("ROLLBACK");
+}
 
 SQLite::Statement& CBookDatabase::Connection::Prepared(const char* pszWording) {
     auto found = m_statements.find(pszWording);
@@ -127,10 +155,6 @@ void CBookDatabase::Connection::Bind(SQLite::Statement& statement, int nPlace, c
 
 void CBookDatabase::Connection::Bind(SQLite::Statement& statement, int nPlace, const QByteArray& ascii) {
     statement.bind(nPlace, std::string(ascii.constData(), static_cast<std::size_t>(ascii.size())));
-}
-
-qint32 CBookDatabase::Connection::LastId() const {
-    return ToInt32(static_cast<double>(m_database.getLastInsertRowid()));
 }
 
 /// A full disk or a failing one makes the engine undo the whole transaction by itself. The steps that follow

@@ -64,7 +64,8 @@ struct CBookDatabase::Connection {
         Query(pszWording, values...).Run();
     }
 
-    qint32 LastId() const;
+    /// False where a stranger's table lets a number stand in several rows.
+    bool HasUniqueIds() const { return m_bUniqueIds; }
 
     /// Only the outermost writes to the disk; an inner one that is undone takes back its own steps alone.
     void Begin();
@@ -85,8 +86,10 @@ private:
     static void Bind(SQLite::Statement& statement, int nPlace, const QString& strValue);
     static void Bind(SQLite::Statement& statement, int nPlace, const QByteArray& ascii);
     bool IsLost() const;
+    void ExtendLog();
 
     SQLite::Database m_database;
     std::unordered_map<std::string_view, SQLite::Statement> m_statements;
     int m_nDepth = 0;
+    bool m_bUniqueIds = false;
 };

@@ -26,7 +26,9 @@ QByteArray CTitleCipher::Stored(const QString& strTitle) const {
 }
 
 QByteArray CTitleCipher::Searched(const QString& strTitle) const {
-    return m_key.EncryptHex(CodePage::Encode(strTitle));
+    // What follows a NUL would not come out of the cipher again: then two titles would be told apart that
+    // read the same.
+    return m_key.EncryptHex(CodePage::Encode(QStringView(strTitle).left(strTitle.indexOf(QChar(u'\0')))));
 }
 
 QString CTitleCipher::Plain(qint32 nId, QByteArrayView stored) const {

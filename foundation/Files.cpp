@@ -169,6 +169,10 @@ bool TryCreateFolderPath(const QString& strPath) {
     return Succeeds([&] { CreateFolderPath(strPath); });
 }
 
+bool TryMakeFolder(const QString& strPath) {
+    return !IsTooLong(strPath) && Platform::MakeFolder(NativeForCreating(strPath)) == 0;
+}
+
 bool TryGetFolderSize(const QString& strPath, double& dSize) {
     return Succeeds([&] { dSize = GetFolderSize(strPath); });
 }

@@ -67,6 +67,9 @@ bool TryCopyFolder(const QString& strSource, const QString& strTarget);
 bool TryDeleteFolder(const QString& strPath);
 bool TryClearFolder(const QString& strPath);
 bool TryCreateFolderPath(const QString& strPath);
+/// Makes one folder in one that stands; false also when its name is taken. The name is not looked for in
+/// other letter cases, for which all entries beside it would be read.
+bool TryMakeFolder(const QString& strPath);
 bool TryGetFolderSize(const QString& strPath, double& dSize);
 
 } // namespace Torvane::File

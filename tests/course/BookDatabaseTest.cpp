@@ -69,6 +69,40 @@ TEST_F(BookDatabaseTest, TitlesAreStoredUnderTheCourseKey) {
     EXPECT_NE(Database->GetNode(8).Title, u"A"_s) << "the key of another course";
 }
 
+TEST_F(BookDatabaseTest, TitlesOfAnyCharactersComeBack) {
+    const struct {
+        QString strCharacter, strRead, strWhy;
+    } cases[] = {{u"'"_s, u"''"_s, u"doubled on the way in"_s},
+                 {u","_s, u","_s, {}},
+                 {u"\r"_s, u"\r"_s, {}},
+                 {u"\n"_s, u"\n"_s, {}},
+                 {u"\t"_s, u"\t"_s, {}},
+                 {QString(QChar(0)), {}, u"where the cipher's text ends"_s},
+                 {u"?"_s, u"?"_s, {}},
+                 {u"題"_s, u"題"_s, {}},
+                 {u"ก"_s, u"ก"_s, u"outside of GBK"_s},
+                 {u"€"_s, u"€"_s, {}},
+                 {u"\u200F"_s, u"\u200F"_s, u"right to left"_s},
+                 {u"\u0301"_s, u"\u0301"_s, {}},
+                 {u"\uE5E5"_s, u"\uE5E5"_s, u"private"_s},
+                 {u"\uFFFF"_s, u"\uFFFF"_s, u"no character"_s},
+                 {u"😀"_s, u"😀"_s, {}},
+                 {QString(QChar(0xD83D)), u"\uFFFD"_s, u"half a pair is no text"_s},
+                 {QString(QChar(0xDE00)), u"\uFFFD"_s, u"half a pair is no text"_s}};
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.strRead.toStdString() + ' ' + one.strWhy.toStdString());
+        const qsizetype nTimes = c_nMaxTitleLength / one.strCharacter.size();
+        const QString strTitle = one.strCharacter.repeated(nTimes), strRead = one.strRead.repeated(nTimes);
+        const qint32 nParent = Add(3, u"x"_s), nAdded = Add(nParent, strTitle), nNamed = Add(nParent, u"y"_s);
+        ASSERT_TRUE(Database->SetTitle(nNamed, strTitle));
+        QList<NodeHeader> list;
+        Database->GetChildren(nParent, list);
+        EXPECT_EQ(list.value(0).Title, strRead);
+        EXPECT_EQ(list.value(1).Title, strRead);
+        EXPECT_EQ(Database->FindChild(nParent, strTitle).Id, one.strCharacter == u"'"_s ? -1 : nAdded);
+    }
+}
+
 TEST_F(BookDatabaseTest, OrderStaysDense) {
     const qint32 nA = Add(3, u"a"_s), nB = Add(3, u"b"_s), nC = Add(3, u"c"_s);
     EXPECT_TRUE(Database->MoveUp(nA) && Database->MoveDown(nC));

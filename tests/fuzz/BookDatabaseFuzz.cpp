@@ -26,6 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     QList<NodeHeader> list;
     qint32 nNew = 4;
     Try([&] { database.GetChildren(3, list); });
+    Try([&] { database.GetChildIds(3); });
+    Try([&] { database.GetGrandchildren(3); });
     Try([&] { database.GetNode(3); });
     Try([&] { database.GetTotalSize(); });
     Try([&] { nNew = database.AddNode(3, QStringLiteral("栏目")); });
