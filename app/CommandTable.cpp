@@ -28,7 +28,6 @@ constexpr std::array c_own{
     CommandRow{c_nFirstRecent + 2, u"", u"打开最近的课程", Always},
     CommandRow{c_nLastRecent, u"", u"打开最近的课程", Always},
     CommandRow{c_nExit, u"退出(&X)", u"退出", Always},
-    CommandRow{c_nCustomTitles, u"设置自定义标题...", u"设置自定义标题", CourseOpen},
     CommandRow{c_nToolBar, u"工具栏(&T)", u"显示或隐藏工具栏", Always},
     CommandRow{c_nStatusBar, u"状态栏(&S)", u"显示或隐藏状态栏", Always},
     CommandRow{c_nOverallPreview, u"预览(&P)", u"总体效果预览", CourseOpen},
@@ -39,9 +38,6 @@ constexpr std::array c_own{
     CommandRow{c_nNextPane, u"下一窗格", u"转到下一窗格", Always},
     CommandRow{c_nPreviousPane, u"上一窗格", u"转到上一窗格", Always},
 };
-
-// There is no dialog for them yet.
-constexpr std::array c_heldBack{c_nCustomTitles};
 
 constexpr Accelerator c_accelerators[] = {
     {u"Ctrl+N", c_nNewCourse},       {u"Ctrl+O", c_nOpenCourse}, {u"Ctrl+S", EditorCommands::Id::c_nSave},
@@ -57,10 +53,10 @@ constexpr Button c_buttons[] = {
     {c_nOpenCourse, u"打开课程"},
     {c_nCompile, u"合成"},
     {TreeCommand::c_nEditContent, u"编辑内容"},
-    {c_nCustomTitles, u"自定义名称"},
+    {TreeCommand::c_nCustomTitles, u"自定义名称"},
 };
 constexpr std::array c_toolBar{
-    c_nNewCourse, c_nOpenCourse, c_nCompile, 0, TreeCommand::c_nEditContent, c_nCustomTitles,
+    c_nNewCourse, c_nOpenCourse, c_nCompile, 0, TreeCommand::c_nEditContent, TreeCommand::c_nCustomTitles,
 };
 
 Command Join(const CommandRow& row, EOwner owner) {
@@ -104,10 +100,6 @@ std::span<const Command> All() {
 const Command* Find(int nId) {
     const auto found = std::ranges::find(All(), nId, &Command::nId);
     return found == All().end() ? nullptr : &*found;
-}
-
-bool IsHeldBack(int nId) {
-    return std::ranges::find(c_heldBack, nId) != c_heldBack.end();
 }
 
 const QList<Menu>& MainMenu() {
@@ -176,7 +168,7 @@ bool IsEnabled(const Command& command, const State& state) {
     case EOwner::Application:
         break;
     }
-    if (IsHeldBack(command.nId) || (command.nId == c_nExportWord && !state.bWordExport))
+    if (command.nId == c_nExportWord && !state.bWordExport)
         return false;
     return command.Rule == Always || state.bCourseOpen;
 }

@@ -20,7 +20,6 @@ inline constexpr int c_nCompileClassroom = 32929;
 inline constexpr int c_nExportWord = 32941;
 inline constexpr int c_nSetTemplate = 32921;
 inline constexpr int c_nDownloadTemplate = 32935;
-inline constexpr int c_nCustomTitles = 32939;
 inline constexpr int c_nOverallPreview = 32873;
 inline constexpr int c_nChangePassword = 32852;
 inline constexpr int c_nOptions = 32853;
@@ -49,10 +48,6 @@ struct Command : CommandRow {
 std::span<const Command> All();
 /// Null when there is no such command.
 const Command* Find(int nId);
-
-/// The application's commands that this version knows but can't carry out. The tree and the editor hold
-/// their own back.
-bool IsHeldBack(int nId);
 
 /// Ids in order, 0 for a separator, c_nRecentPlaceholder for the sub-menu of recent courses.
 struct Menu {

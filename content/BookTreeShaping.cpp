@@ -122,6 +122,8 @@ void CBookTreeActions::SetCustomTitles() {
         Rename(line, strTitle);
         return true;
     });
+    const QModelIndex selected = m_selection.currentIndex();
+    ShowAgainWhereListed(selected, selected);
 }
 
 // Removing.

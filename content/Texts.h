@@ -31,6 +31,8 @@ inline const QString c_strDelete = u"删除栏目将不可恢复，您确认删�
 inline const QString c_strConfirmDeleteTitle = u"确认删除"_s;
 inline const QString c_strConfirmDelete = u"该栏目及以下子栏目有内容,删除后，将不可恢复，您确定继续吗？"_s;
 inline const QString c_strNoDescendants = u"<该栏目没有有内容的子栏目>"_s;
+/// What a reader of the screen says of the list.
+inline const QString c_strDeletedTitles = u"将被删除的子栏目"_s;
 
 // Titles.
 inline const QString c_strNewTitle = u"新建栏目"_s;
@@ -49,6 +51,12 @@ inline const QString c_strDropTitleTaken = u"父栏目下已有同名栏目存�
 // What a long step shows.
 inline const QString c_strAdding = u"正在添加栏目..."_s;
 inline const QString c_strDeleting = u"正在删除栏目..."_s;
+
+// The dialogs of the open type, whose texts stand in the order of its values, and of the custom titles.
+inline const QString c_strOpenTypeDialog = u"设置打开类型"_s;
+inline const QString c_strOpenTypes[] = {u"不打开新窗口(&T)"_s, u"新窗口普通(&N)"_s, u"新窗口最大化(&M)"_s,
+                                         u"新窗口全屏(&F)"_s};
+inline const QString c_strCustomTitlesDialog = u"自定义标题"_s;
 
 // Failures.
 inline const QString c_strNotDeleted = u"数据库操作失败！"_s;

@@ -24,7 +24,8 @@ constexpr std::array c_rows{
     // People know the export by this hint, whatever it says.
     Row{{c_nExport, u"导出(&X)", u"导入该栏目及其所有子栏目", Node}, EAction::Export},
     Row{{c_nImport, u"导入(&I)", u"导入栏目内容", Node}, EAction::Import},
-    Row{{c_nSetOpenType, u"设置打开类型", u"设置打开类型", Content}, EAction::SetOpenType},
+    Row{{c_nSetOpenType, u"设置打开类型...", u"设置打开类型", Content}, EAction::SetOpenType},
+    Row{{c_nCustomTitles, u"设置自定义标题...", u"设置自定义标题", CourseOpen}, EAction::CustomTitles},
 
     Row{{c_nAddMany, u"添加单个（或多个）栏目", u"添加单个（或多个）栏目", BelowRoot, true},
         EAction::AddMany},
@@ -55,8 +56,7 @@ constexpr std::array c_rows{
         EAction::CreateContent},
 };
 
-// Of the content kinds, the editor page alone can be made; subtrees can't leave or come in; and no open type
-// is looked at.
+// Of the content kinds, the editor page alone can be made; and subtrees can't leave or come in.
 constexpr std::array c_heldBack{
     c_nCreateExternalEditor,
     c_nCreateExternalFile,
@@ -68,14 +68,14 @@ constexpr std::array c_heldBack{
     c_nCreateInSiteLink,
     c_nExport,
     c_nImport,
-    c_nSetOpenType,
 };
 
 // Behind export and import: what shapes the tree, at the place where it is worked on.
 constexpr std::array c_rootMenu{c_nExport, c_nImport, 0, c_nAddChildInTree};
 constexpr std::array c_nodeMenu{
     c_nEditContentInTree, c_nExport,       c_nImport,         0, c_nAddNodeInTree,      c_nAddChildInTree,
-    c_nRenameInTree,      c_nMoveUpInTree, c_nMoveDownInTree, 0, c_nClearContentInTree, c_nDeleteInTree};
+    c_nRenameInTree,      c_nMoveUpInTree, c_nMoveDownInTree, 0, c_nClearContentInTree, c_nSetOpenType,
+    c_nDeleteInTree};
 constexpr std::array c_kindMenu{c_nCreateEditorPage,   c_nCreateExternalEditor, c_nCreateExternalFile,
                                 c_nCreateExternalLink, c_nCreateVideo,          c_nCreateCourseware,
                                 c_nCreateSite,         c_nCreateFolder,         c_nCreateInSiteLink};
@@ -98,6 +98,7 @@ bool Holds(ECommandRule rule, const TreeSelection& selection) {
     case ContentNoLink:
         return bContent && selection.Type != NodeType::c_nExternalLink;
     case CourseOpen:
+        return selection.bCourseOpen;
     case Design:
     case DesignOrSource:
         return false;

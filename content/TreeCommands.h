@@ -32,6 +32,7 @@ inline constexpr int c_nClearContentInTree = 32918;
 inline constexpr int c_nExport = 32932;
 inline constexpr int c_nImport = 32933;
 inline constexpr int c_nSetOpenType = 32934;
+inline constexpr int c_nCustomTitles = 32939;
 /// Creating content of a kind that is known beforehand.
 inline constexpr int c_nCreateEditorPage = 32874;
 inline constexpr int c_nCreateExternalEditor = 32875;

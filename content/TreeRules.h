@@ -18,7 +18,8 @@ bool IsHeadItem(ETreeLine line);
 /// A line that no command moves, renames or deletes: a heading or the root.
 bool IsFixedItem(ETreeLine line);
 
-/// What the rules look at: the selected line, and its node's type where it is a node.
+/// What the rules look at: the selected line, its node's type where it is a node, and whether the tree shows
+/// a course at all.
 struct TreeSelection {
     ETreeLine Line = ETreeLine::None;
     qint32 Type = NodeType::c_nEmpty;

@@ -1,9 +1,10 @@
 #include "content/ui/TreeDialogs.h"
 
 #include "content/Texts.h"
+#include "content/ui/CustomTitlesDialog.h"
+#include "content/ui/OpenTypeDialog.h"
+#include "platform/ui/DialogParts.h"
 
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -13,69 +14,82 @@
 
 namespace {
 
-QDialogButtonBox* AddButtons(QDialog& dialog, QVBoxLayout& layout) {
-    auto* pBox = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
-    pBox->button(QDialogButtonBox::Ok)->setText(ContentText::c_strOk);
-    pBox->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("ok"));
-    pBox->button(QDialogButtonBox::Cancel)->setText(ContentText::c_strCancel);
-    pBox->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancel"));
-    QObject::connect(pBox, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-    QObject::connect(pBox, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    layout.addWidget(pBox);
-    return pBox;
+// In characters, so that larger letters get a larger dialog.
+constexpr int c_nTextWidth = 27;
+constexpr int c_nListLines = 9;
+/// Room for several thousand titles in one input.
+constexpr int c_nMaxInput = 1 << 20;
+
+int WidthOf(const QWidget& widget, int nCharacters) {
+    return widget.fontMetrics().horizontalAdvance(QString(nCharacters, u'栏'));
+}
+
+QLabel* TextLabel(const QString& strText, QWidget& dialog) {
+    auto* pLabel = new QLabel(strText, &dialog);
+    pLabel->setWordWrap(true);
+    pLabel->setMinimumWidth(WidthOf(dialog, c_nTextWidth));
+    return pLabel;
 }
 
 } // namespace
 
-bool ConfirmDeletion(const QString& strTitles, QWidget* pParent) {
-    QDialog dialog(pParent);
-    dialog.setObjectName(QStringLiteral("confirmDeletion"));
-    dialog.setWindowTitle(ContentText::c_strConfirmDeleteTitle);
-    auto* pLayout = new QVBoxLayout(&dialog);
-
-    auto* pLine = new QHBoxLayout;
-    auto* pPicture = new QLabel(&dialog);
-    pPicture->setPixmap(dialog.style()->standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(32, 32));
-    pLine->addWidget(pPicture, 0, Qt::AlignTop);
-    auto* pText = new QLabel(ContentText::c_strConfirmDelete, &dialog);
-    pText->setWordWrap(true);
-    pLine->addWidget(pText, 1);
-    pLayout->addLayout(pLine);
-
-    auto* pTitles = new QPlainTextEdit(strTitles, &dialog);
-    pTitles->setObjectName(QStringLiteral("titles"));
-    pTitles->setAccessibleName(ContentText::c_strConfirmDelete);
-    pTitles->setReadOnly(true);
-    pTitles->setTabChangesFocus(true);
-    pLayout->addWidget(pTitles);
-
-    QPushButton* pCancel = AddButtons(dialog, *pLayout)->button(QDialogButtonBox::Cancel);
-    pCancel->setDefault(true);
-    pCancel->setFocus();
-    dialog.resize(420, 300);
-    return dialog.exec() == QDialog::Accepted;
+QWidget* CTreeDialogs::Window() const {
+    return m_pParent != nullptr ? m_pParent->window() : nullptr;
 }
 
-std::optional<QString> AskTitles(const QString& strPreset, QWidget* pParent) {
-    QDialog dialog(pParent);
-    dialog.setObjectName(QStringLiteral("askTitles"));
-    dialog.setWindowTitle(ContentText::c_strTitleDialog);
-    auto* pLayout = new QVBoxLayout(&dialog);
-    auto* pPrompt = new QLabel(ContentText::c_strTitlePrompt, &dialog);
-    pPrompt->setWordWrap(true);
-    pLayout->addWidget(pPrompt);
-    auto* pTitles = new QLineEdit(strPreset, &dialog);
-    pTitles->setObjectName(QStringLiteral("titles"));
-    pTitles->setAccessibleName(ContentText::c_strTitleDialog);
-    // Room for several hundred titles of the greatest length.
-    pTitles->setMaxLength(1 << 20);
+bool CTreeDialogs::ConfirmDeletion(const QString& strTitles) {
+    auto* pDialog = new QDialog(Window());
+    pDialog->setObjectName(QStringLiteral("confirmDeletion"));
+    pDialog->setWindowTitle(ContentText::c_strConfirmDeleteTitle);
+    // No control has the question for its name: whoever listens to the dialog hears it here.
+    pDialog->setAccessibleDescription(ContentText::c_strConfirmDelete);
+
+    auto* pPicture = new QLabel(pDialog);
+    const QStyle& style = *pDialog->style();
+    const int nSize = style.pixelMetric(QStyle::PM_MessageBoxIconSize);
+    pPicture->setPixmap(style.standardIcon(QStyle::SP_MessageBoxQuestion)
+                            .pixmap({nSize, nSize}, pDialog->devicePixelRatioF()));
+    auto* pLine = new QHBoxLayout;
+    pLine->addWidget(pPicture, 0, Qt::AlignTop);
+    pLine->addWidget(TextLabel(ContentText::c_strConfirmDelete, *pDialog), 1);
+
+    QPlainTextEdit* pTitles = DialogParts::ReadOnlyText(pDialog);
+    DialogParts::SetNames(pTitles, "titles", ContentText::c_strDeletedTitles);
+    pTitles->setPlainText(strTitles);
+    pTitles->setMinimumHeight(c_nListLines * pTitles->fontMetrics().lineSpacing());
+
+    auto* pLayout = new QVBoxLayout(pDialog);
+    pLayout->addLayout(pLine);
+    pLayout->addWidget(pTitles, 1);
+    DialogParts::AddOkAndCancel(*pDialog, *pLayout, DialogParts::EDefaultButton::Cancel)->setFocus();
+    return DialogParts::Run(pDialog, [](const QDialog&) { return true; }).has_value();
+}
+
+std::optional<QString> CTreeDialogs::AskTitles(const QString& strPreset) {
+    auto* pDialog = new QDialog(Window());
+    pDialog->setObjectName(QStringLiteral("askTitles"));
+    pDialog->setWindowTitle(ContentText::c_strTitleDialog);
+    auto* pTitles = DialogParts::Named(new QLineEdit(pDialog), "titles", ContentText::c_strTitleDialog);
+    pTitles->setMaxLength(c_nMaxInput);
+    pTitles->setText(strPreset);
     pTitles->selectAll();
+    QLabel* pPrompt = TextLabel(ContentText::c_strTitlePrompt, *pDialog);
     pPrompt->setBuddy(pTitles);
+
+    auto* pLayout = new QVBoxLayout(pDialog);
+    pLayout->addWidget(pPrompt);
     pLayout->addWidget(pTitles);
-    AddButtons(dialog, *pLayout);
+    pLayout->addStretch();
+    DialogParts::AddOkAndCancel(*pDialog, *pLayout);
     pTitles->setFocus();
-    dialog.resize(460, dialog.sizeHint().height());
-    if (dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return pTitles->text();
+    return DialogParts::Run(pDialog, [pTitles](const QDialog&) { return DialogParts::TextOf(*pTitles); });
+}
+
+std::optional<qint32> CTreeDialogs::AskOpenType(qint32 nPresent) {
+    return DialogParts::Run(new COpenTypeDialog(nPresent, Window()), &COpenTypeDialog::GetOpenType);
+}
+
+std::optional<QStringList> CTreeDialogs::AskCustomTitles(const QStringList& titles, bool bIntroduction) {
+    return DialogParts::Run(new CCustomTitlesDialog(titles, bIntroduction, Window()),
+                            &CCustomTitlesDialog::GetTitles);
 }

@@ -1,7 +1,13 @@
 #include "platform/ui/DialogParts.h"
 
+#include "platform/ui/Texts.h"
+
+#include <QBoxLayout>
+#include <QDialogButtonBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 
 namespace DialogParts {
@@ -31,6 +37,29 @@ QPlainTextEdit* ReadOnlyText(QWidget* pParent) {
     palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     pText->setPalette(palette);
     return pText;
+}
+
+QString TextOf(const QLineEdit& field) {
+    QString strText = field.text();
+    for (QChar& c : strText) {
+        if (c < u' ' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = u' ';
+    }
+    return strText;
+}
+
+QPushButton* AddOkAndCancel(QDialog& dialog, QBoxLayout& layout, EDefaultButton button) {
+    auto* pBox = new QDialogButtonBox(&dialog);
+    QPushButton* pOk =
+        Named(pBox->addButton(UiTexts::c_strOk, QDialogButtonBox::AcceptRole), "ok", UiTexts::c_strOk);
+    QPushButton* pCancel = Named(pBox->addButton(UiTexts::c_strCancel, QDialogButtonBox::RejectRole),
+                                 "cancel", UiTexts::c_strCancel);
+    QObject::connect(pBox, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QObject::connect(pBox, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    layout.addWidget(pBox);
+    QPushButton* pDefault = button == EDefaultButton::Ok ? pOk : pCancel;
+    pDefault->setDefault(true);
+    return pDefault;
 }
 
 } // namespace DialogParts

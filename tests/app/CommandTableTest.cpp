@@ -78,7 +78,6 @@ TEST(CommandTable, ACommandIsEnabledByItsOwner) {
         {c_nExportWord, {.bCourseOpen = true}, false},
         {c_nExportWord, {.bCourseOpen = true, .bWordExport = true}, true},
         {c_nExportWord, {.bWordExport = true}, false},
-        {c_nCustomTitles, {.bCourseOpen = true}, false},
         {TreeCommand::c_nEditContent, {.bCourseOpen = true}, false},
         {TreeCommand::c_nEditContent, {.bTreeSaysYes = true}, true},
         {32825, {.bCourseOpen = true, .bTreeSaysYes = true}, false},

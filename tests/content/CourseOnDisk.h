@@ -1,6 +1,7 @@
 #pragma once
 
 #include "content/BookNode.h"
+#include "content/NewCourse.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
@@ -25,17 +26,24 @@ public:
     std::optional<QString> ChooseTemplate(const QString&) override { return std::nullopt; }
 };
 
-/// A real course, made and opened in a temporary folder by an installation of its own: templates template
-/// "红", the delivered pictures and the delivered seed.
+/// A real course, made and opened in a temporary folder by an installation of its own: template "红", the
+/// delivered pictures and the delivered seed. Or one of a delivered template, with its full suggested tree.
 class CCourseOnDisk {
 public:
     CTempFolder Folder;
     CScriptedPeople People;
     std::unique_ptr<CCourse> pCourse;
 
-    CCourseOnDisk() {
+    explicit CCourseOnDisk(const QString& strDelivered = QString()) {
         try {
-            Make();
+            CSysInfo::Reset(Folder.Path(QStringLiteral("程序\\Vorel.exe")));
+            MakeSeed(CSysInfo::Instance().GetSysDataFolder(true) + QStringLiteral("Data\\"));
+            if (strDelivered.isEmpty())
+                MakeTemplate();
+            else
+                LinkDelivered({"VorelTemplates", "SelfDefineTitle.ini"});
+            LinkDelivered({"Images"});
+            Make(strDelivered.isEmpty() ? QStringLiteral("红") : strDelivered);
         } catch (const Torvane::CException& e) {
             ADD_FAILURE() << "no course: " << e.GetMessage().toStdString();
         }
@@ -57,19 +65,30 @@ public:
     }
 
 private:
-    void Make() {
+    void MakeTemplate() {
         using namespace Qt::StringLiterals;
-        CSysInfo::Reset(Folder.Path(u"程序\\Vorel.exe"_s));
         const QString strTemplate = u"程序\\SysData\\VorelTemplates\\红\\"_s;
         Folder.Write(u"程序\\SysData\\SelfDefineTitle.ini"_s, "[x]\r\n");
         Folder.Write(strTemplate + u"eht\\htm\\通用页面.htm"_s, "<p>general</p>\r\nend\r\n");
         Folder.Write(strTemplate + u"eht\\htm\\简介.htm"_s, "<p>intro\xFF\n\n");
         Folder.Write(strTemplate + u"背景色.txt"_s, "#102030");
-        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/Images"), Folder.Native(u"程序/SysData/Images"_s));
-        MakeSeed(CSysInfo::Instance().GetSysDataFolder(true) + u"Data\\"_s);
+    }
+
+    void LinkDelivered(std::initializer_list<const char*> names) {
+        for (const char* pszName : names) {
+            const QString strName = QString::fromLatin1(pszName);
+            QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName,
+                        Folder.Native(QStringLiteral("程序/SysData/") + strName));
+        }
+    }
+
+    void Make(const QString& strTemplate) {
+        using namespace Qt::StringLiterals;
         const QString strProject = Folder.Path(u"课程\\课.vcp"_s);
+        CreateRecord record{{7, u"物理"_s, u"王老师"_s}, u"课"_s, Folder.Path(u"课程"_s), {}, strTemplate};
+        CompleteRecord(record);
         CCourse fresh(strProject, Services());
-        fresh.Create({{7, u"物理"_s, u"王老师"_s}, u"课"_s, Folder.Path(u"课程"_s), {}, u"红"_s});
+        fresh.Create(record);
         pCourse = std::make_unique<CCourse>(strProject, Services());
         if (!pCourse->Open())
             ADD_FAILURE() << "the course does not open";

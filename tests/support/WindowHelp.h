@@ -13,9 +13,10 @@ inline void WhenDialogOpens(const std::function<void(QDialog&)>& act) {
         auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (!pDialog || !pDialog->isVisible())
             return;
-        pTimer->deleteLater();
         pTimer->stop();
         act(*pDialog);
+        // Not before: a step that waits would delete the timer, and the step with it, under its own feet.
+        pTimer->deleteLater();
     });
     pTimer->start(10);
 }
