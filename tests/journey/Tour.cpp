@@ -56,6 +56,12 @@ public:
         VisitDialog(32921, u"templateDialog"_s);
         VisitDialog(32935, u"CTemplateDownloadDialog"_s);
         VisitDialog(32778, u"fileDialog"_s);
+        VisitDialog(32939, u"CCustomTitlesDialog"_s);
+        VisitDialog(32869, u"askTitles"_s);
+        VisitDialog(32774, u"confirmDeletion"_s);
+        ClickLine(c_strTree, Robot::Ask<QString>([] { return Selected(c_strTree); }), 3);
+        m_robot.ClickMenuEntry(u"设置打开类型..."_s);
+        Visit(u"COpenTypeDialog"_s);
     }
 
     void OpenMenus() {
@@ -114,6 +120,10 @@ private:
 
     void VisitDialog(int nId, const QString& strDialog) {
         Command(nId);
+        Visit(strDialog);
+    }
+
+    void Visit(const QString& strDialog) {
         m_robot.WaitFor(qPrintable(strDialog), [&] {
             const QWidget* pDialog = Robot::Find(strDialog);
             return pDialog && pDialog->isActiveWindow();
