@@ -120,8 +120,9 @@ public:
     CBareStore(const QByteArray& path, CBareCipher& cipher) : m_cipher(cipher) {
         if (sqlite3_open_v2(path.constData(), &m_pDatabase, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
             Fail("can't open the bare database");
-        sqlite3_exec(m_pDatabase, "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL", nullptr, nullptr,
-                     nullptr);
+        sqlite3_exec(m_pDatabase,
+                     "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA wal_autocheckpoint = 250",
+                     nullptr, nullptr, nullptr);
         m_pBegin = Prepare("BEGIN IMMEDIATE");
         m_pCommit = Prepare("COMMIT");
         m_pLast = Prepare("SELECT MAX([Index]) FROM Book WHERE ParentId = ? AND [Index] < 2147483647");

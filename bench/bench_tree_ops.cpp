@@ -1,11 +1,11 @@
 // What one durable operation on the tree costs: bench_tree_ops FOLDER_ON_A_DISK [NODES...].
 //
 // Each operation is one transaction of the store, synchronised with the disk, in a course shaped like a book
-// (20 chapters of 25 sections of pages) and in one with all nodes below the root. After each the disk alone
-// does as much: the same number of bytes is appended to a file in the same folder and synchronised. Medians
-// and 95th percentiles are printed. An operation in a book may take 1 ms; where the disk alone takes longer,
-// as long as the disk. In a flat course the dense order of the siblings forces rows to be written that follow
-// or precede the node, so its figures have no limit.
+// (20 chapters of 25 sections of pages) and in one with all nodes below the root. In turns with them the disk
+// alone does as much: the same numbers of bytes are appended to a file in the same folder, each synchronised.
+// Medians and 95th percentiles are printed. An operation in a book may take 1 ms, or 1.3 times as long as the
+// disk alone where that is more. In a flat course the dense order of the siblings forces all rows to be
+// written that follow the node, so its figures have no limit.
 #include "course/BookDatabase.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
@@ -31,6 +31,11 @@ constexpr int c_nChapters = 20;
 constexpr int c_nSections = 25;
 constexpr int c_nTimes = 300;
 constexpr int c_nTimesFlat = 30;
+/// The two sides take turns by so many: the file that grows keeps the file system's journal busy, which the
+/// step behind it would wait for.
+constexpr int c_nInARow = 15;
+/// Above what the disk alone takes.
+constexpr double c_dAboveDisk = 1.3;
 
 [[noreturn]] void Fail(const char* pszWhat) {
     std::fprintf(stderr, "bench_tree_ops: %s\n", pszWhat);
@@ -153,15 +158,20 @@ bool Measure(Course& course, const Operation& operation, const QString& strShape
     std::vector<double> ours, disk;
     qint64 nAllBytes = 0;
     const int nTimes = bFlat ? c_nTimesFlat : c_nTimes;
-    for (int n = 0; n < nTimes; ++n) {
-        const qint64 nBefore = BytesWritten();
-        ours.push_back(MillisecondsOf([&] {
-            if (!operation.run(course))
-                Fail("an operation was refused");
-        }));
-        const qint64 nBytes = BytesWritten() - nBefore;
-        nAllBytes += nBytes;
-        disk.push_back(log.Append(nBytes));
+    for (int n = 0; n < nTimes; n += c_nInARow) {
+        std::vector<qint64> bytes;
+        for (int i = 0; i < c_nInARow; ++i) {
+            const qint64 nBefore = BytesWritten();
+            ours.push_back(MillisecondsOf([&] {
+                if (!operation.run(course))
+                    Fail("an operation was refused");
+            }));
+            bytes.push_back(BytesWritten() - nBefore);
+        }
+        for (const qint64 nBytes : bytes) {
+            nAllBytes += nBytes;
+            disk.push_back(log.Append(nBytes));
+        }
     }
     const QByteArray name = strShape.toLatin1() + '_' + operation.pszName;
     const double dOurs = Quantile(ours, 0.5), dDisk = Quantile(disk, 0.5);
@@ -174,7 +184,7 @@ bool Measure(Course& course, const Operation& operation, const QString& strShape
         std::printf("ratio %s: %.2f (limit: %.0f ms, took %.2f)\n", name.constData(), dOurs / dDisk,
                     c_dLimitMilliseconds, dOurs);
     std::fflush(stdout);
-    return bFlat || dOurs <= std::max(c_dLimitMilliseconds, dDisk);
+    return bFlat || dOurs <= std::max(c_dLimitMilliseconds, dDisk * c_dAboveDisk);
 }
 
 bool MeasureCourse(const QString& strFolder, int nNodes, bool bFlat) {

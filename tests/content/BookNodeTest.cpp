@@ -3,6 +3,11 @@
 #include "foundation/Exceptions.h"
 #include "tests/content/CourseOnDisk.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -157,6 +162,36 @@ TEST_F(BookNodeTest, ADeletionThatTheStoreEndsTellsWhatIsGone) {
         EXPECT_TRUE(FileExists(left.Id, QString()));
     EXPECT_TRUE(m_pRoot->Delete().bFailed);
     EXPECT_EQ(m_pRoot->GetDescendants().size(), 6) << "refused before anything goes";
+}
+
+TEST_F(BookNodeTest, ADeletionThatIsKilledLeavesNoNodeWithoutItsFolder) {
+    for (int n = 0; n < 20; ++n)
+        for (auto pNode = m_pRoot->AddChild(u"章"_s); m_disk.Store().GetNodeCount() % 16 != 0;)
+            pNode->AddChild(u"节"_s);
+    int nEnded = 0;
+    for (int nRound = 0; nRound < 8; ++nRound) {
+        m_disk.pCourse->Close();
+        const pid_t nChild = fork();
+        ASSERT_GE(nChild, 0) << "never kill(-1)";
+        if (nChild == 0) {
+            CCourse course(m_disk.Folder.Path(u"课程\\课.vcp"_s), m_disk.Services());
+            course.Open();
+            for (const NodeHeader& chapter : CBookNode::Root(course)->GetChildren())
+                CBookNode(course, chapter).Delete();
+            _exit(0);
+        }
+        usleep(4'000 + 3'000 * nRound);
+        kill(nChild, SIGKILL);
+        int nStatus = 0;
+        waitpid(nChild, &nStatus, 0);
+        nEnded += WIFEXITED(nStatus);
+        ASSERT_TRUE(m_disk.pCourse->Open());
+        const QList<NodeHeader> left = m_pRoot->GetDescendants();
+        EXPECT_EQ(left.size() + 3, m_disk.Store().GetNodeCount()) << "all hang in the tree";
+        for (const NodeHeader& node : left)
+            EXPECT_TRUE(FileExists(node.Id, QString())) << node.Id;
+    }
+    EXPECT_LT(nEnded, 8) << "else nothing was interrupted";
 }
 
 TEST_F(BookNodeTest, ADamagedStoreThatLeadsInACircleNeverTakesTheRootAlong) {
