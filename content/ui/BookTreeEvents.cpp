@@ -102,5 +102,8 @@ QModelIndex CBookTreeView::moveCursor(CursorAction action, Qt::KeyboardModifiers
         return closed;
     // The headings are never selected: the first line for Home and the page keys is the root.
     const QModelIndex next = QTreeView::moveCursor(action, modifiers);
-    return next.isValid() && IsHeadItem(m_tree.LineOf(next)) ? m_tree.GetRoot() : next;
+    if (!next.isValid() || !IsHeadItem(m_tree.LineOf(next)))
+        return next;
+    scrollToTop();
+    return m_tree.GetRoot();
 }

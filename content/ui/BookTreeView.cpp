@@ -13,6 +13,10 @@ namespace {
 
 constexpr quint32 c_nFirstBackColor = 0xFFFAF4;
 constexpr QSize c_imageSize(18, 18);
+/// So much of a title tells which it is.
+constexpr int c_nEnoughLetters = 5;
+/// A title is written in no less than this, in pixels, where the pane is as wide.
+constexpr int c_nEditWidth = 180;
 
 } // namespace
 
@@ -69,6 +73,13 @@ void CBookTreeView::SetBackColor(quint32 nColor) {
     setPalette(colors);
 }
 
+void CBookTreeView::initViewItemOption(QStyleOptionViewItem* pOption) const {
+    QTreeView::initViewItemOption(pOption);
+    // The arrows of branches, and not those of the scroll bars, go with the colour of the template.
+    for (const QPalette::ColorRole role : {QPalette::ButtonText, QPalette::WindowText})
+        pOption->palette.setColor(role, palette().color(QPalette::Text));
+}
+
 void CBookTreeView::LoadTree(CCourse& course) {
     ResetTree();
     const CTemplateStore templates(CSysInfo::Instance().GetTemplatesFolder(false));
@@ -88,18 +99,21 @@ void CBookTreeView::ResetTree() {
 
 void CBookTreeView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     // The toolkit looks at the whole column, and would go back to its left edge with every line.
-    QScrollBar& bar = *horizontalScrollBar();
-    const int nBefore = bar.value();
+    const int nBefore = horizontalScrollBar()->value();
     QTreeView::scrollTo(index, hint);
-    bar.setValue(nBefore);
+    horizontalScrollBar()->setValue(nBefore);
+    ShowSideways(index, iconSize().width() + c_nEnoughLetters * fontMetrics().height());
+}
+
+void CBookTreeView::ShowSideways(const QModelIndex& index, int nEnough) {
     const QRect line = visualRect(index);
-    if (line.isEmpty())
+    const int nPane = viewport()->width();
+    if (line.isEmpty() || (line.left() >= 0 && line.left() + std::min(nEnough, line.width()) <= nPane))
         return;
-    const int nRight = line.left() + std::min(line.width(), sizeHintForIndex(index).width());
-    if (line.left() < 0)
-        bar.setValue(nBefore + line.left());
-    else if (nRight > viewport()->width())
-        bar.setValue(nBefore + std::min(line.left(), nRight - viewport()->width()));
+    // As much of it as there is room for.
+    const int nRight = line.left() + std::max(nEnough, sizeHintForIndex(index).width());
+    const int nStep = line.left() < 0 ? line.left() : std::min(line.left(), nRight - nPane);
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + nStep);
 }
 
 void CBookTreeView::FollowMoved() {
@@ -112,6 +126,7 @@ void CBookTreeView::EditTitle(const QModelIndex& index) {
     m_typedTitle.reset();
     m_edited = index;
     scrollTo(index);
+    ShowSideways(index, c_nEditWidth);
     edit(index);
 }
 

@@ -57,6 +57,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
+    void initViewItemOption(QStyleOptionViewItem* pOption) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
@@ -74,6 +75,8 @@ private:
     /// The outermost closed line that hides this one; no line where none does.
     QModelIndex HiddenBy(const QModelIndex& index) const;
     void FollowMoved();
+    /// Scrolls until nEnough pixels of the line are in sight, where the line and the pane are as wide.
+    void ShowSideways(const QModelIndex& index, int nEnough);
 
     /// Returns when the mouse has let go of the line, or the drag was given up.
     void Drag(const QModelIndex& index);

@@ -5,14 +5,17 @@
 #include "platform/ui/Pictures.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QStyle>
+#include <QToolTip>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int c_nLineHeight = 22;
-/// A new title may be much longer than the one it replaces.
-constexpr int c_nMinEditWidth = 180;
 
 } // namespace
 
@@ -55,7 +58,11 @@ QWidget* CTitleDelegate::createEditor(QWidget* pParent, const QStyleOptionViewIt
     auto* pEdit = new QLineEdit(pParent);
     pEdit->setObjectName(QStringLiteral("titleEdit"));
     pEdit->setAccessibleName(ContentText::c_strTitleEdit);
-    pEdit->setFrame(false);
+    // The place to write is white, whatever colour the template gives the tree.
+    QPalette colors = QApplication::palette(pEdit);
+    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Text})
+        colors.setColor(role, colors.color(role));
+    pEdit->setPalette(colors);
     return pEdit;
 }
 
@@ -74,9 +81,20 @@ void CTitleDelegate::updateEditorGeometry(QWidget* pEditor, const QStyleOptionVi
     QStyleOptionViewItem detailed = option;
     initStyleOption(&detailed, index);
     QRect place = pEditor->style()->subElementRect(QStyle::SE_ItemViewItemText, &detailed, option.widget);
-    place.setWidth(std::max(place.width(), c_nMinEditWidth));
-    if (pEditor->parentWidget() != nullptr)
-        place.setRight(
-            std::min(place.right(), std::max(place.left() + 40, pEditor->parentWidget()->width() - 1)));
+    // A new title may be much longer than the one it replaces.
+    place.setRight(m_view.viewport()->width() - 1);
     pEditor->setGeometry(place);
+}
+
+bool CTitleDelegate::helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView,
+                               const QStyleOptionViewItem& option, const QModelIndex& index) {
+    // What the pane cuts off.
+    const QRect seen = option.rect & m_view.viewport()->rect();
+    const bool bWhole = option.rect.left() >= 0 && sizeHint(option, index).width() <= seen.width();
+    if (pEvent->type() != QEvent::ToolTip || bWhole)
+        return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
+    const QString strTitle = OneLine(index.data().toString()).toHtmlEscaped();
+    QToolTip::showText(pEvent->globalPos(), u"<p style='white-space:pre'>%1</p>"_s.arg(strTitle),
+                       m_view.viewport(), option.rect);
+    return true;
 }

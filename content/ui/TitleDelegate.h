@@ -27,6 +27,9 @@ public:
     void setModelData(QWidget* pEditor, QAbstractItemModel* pModel, const QModelIndex& index) const override;
     void updateEditorGeometry(QWidget* pEditor, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const override;
+    /// Tells the whole title of a line that the pane cuts off.
+    bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
 
 Q_SIGNALS:
     void TitleTyped(const QString& strTitle) const;
