@@ -109,6 +109,28 @@ void Robot::ClickAt(const QString& strName, const std::function<QRect(QWidget*)>
     SendClick(Settle(strName, strWindow, place), nButton);
 }
 
+void Robot::Drag(const QString& strName, const std::function<QRect(QWidget*)>& from,
+                 const std::function<QRect(QWidget*)>& to) {
+    WaitForWidget(strName);
+    const QPoint start = Settle(strName, QString(), from);
+    const QPoint end = Settle(strName, QString(), to);
+    QStringList input;
+    // A hand goes through what lies between.
+    constexpr int c_nSteps = 5;
+    for (int nStep = 0; nStep <= c_nSteps; ++nStep) {
+        const QPoint at = start + (end - start) * nStep / c_nSteps;
+        input += {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()),
+                  QStringLiteral("sleep"), QStringLiteral("0.05")};
+        if (nStep == 0)
+            input += {QStringLiteral("mousedown"), QStringLiteral("1")};
+    }
+    Send(input);
+}
+
+void Robot::LetGo() {
+    Send({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
 void Robot::ClickMenuEntry(const QString& strText) {
     const auto place = [&] {
         auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());

@@ -42,6 +42,10 @@ public:
     void Click(const QString& strName, const QString& strWindow = QString());
     void ClickAt(const QString& strName, const std::function<QRect(QWidget*)>& place, int nButton = 1,
                  const QString& strWindow = QString());
+    /// Presses the mouse on one place of a widget and takes it to another, where it rests until LetGo.
+    void Drag(const QString& strName, const std::function<QRect(QWidget*)>& from,
+              const std::function<QRect(QWidget*)>& to);
+    static void LetGo();
     /// Clicks the entry of the open menu.
     void ClickMenuEntry(const QString& strText);
 

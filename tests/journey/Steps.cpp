@@ -61,16 +61,21 @@ void CSteps::AnswerBox(const QString& strText, const QString& strButton) {
     m_robot.WaitFor("the box to go", [] { return !ShownBox(); });
 }
 
+std::function<QRect(QWidget*)> CSteps::PlaceOf(const QString& strView, const QString& strText) {
+    return [=](QWidget* pWidget) {
+        auto* pView = qobject_cast<QAbstractItemView*>(pWidget);
+        pView->scrollTo(Line(strView, strText));
+        return pView->visualRect(Line(strView, strText)).translated(pView->viewport()->pos());
+    };
+}
+
 void CSteps::ClickLine(const QString& strView, const QString& strText, int nButton) {
     m_robot.WaitFor("the line", [&] { return Line(strView, strText).isValid(); });
-    m_robot.ClickAt(
-        strView,
-        [&](QWidget* pWidget) {
-            auto* pView = qobject_cast<QAbstractItemView*>(pWidget);
-            pView->scrollTo(Line(strView, strText));
-            return pView->visualRect(Line(strView, strText)).translated(pView->viewport()->pos());
-        },
-        nButton);
+    m_robot.ClickAt(strView, PlaceOf(strView, strText), nButton);
+}
+
+void CSteps::DragLine(const QString& strText, const QString& strTarget) {
+    m_robot.Drag(c_strTree, PlaceOf(c_strTree, strText), PlaceOf(c_strTree, strTarget));
 }
 
 QString CSteps::RootText() {

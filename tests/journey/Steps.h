@@ -35,6 +35,8 @@ protected:
     /// Waits for a box, takes a picture, checks its text and presses a button.
     void AnswerBox(const QString& strText, const QString& strButton);
     void ClickLine(const QString& strView, const QString& strText = QString(), int nButton = 1);
+    /// Takes a line of the tree over another with the mouse, which stays pressed.
+    void DragLine(const QString& strText, const QString& strTarget);
     QString RootText();
     /// Goes down the first line of each level to the page at the end.
     void SelectFirstLeaf();
@@ -49,4 +51,8 @@ protected:
 
     QString m_strFolder;
     Robot m_robot;
+
+private:
+    /// Where a line of a view stands, brought into sight.
+    static std::function<QRect(QWidget*)> PlaceOf(const QString& strView, const QString& strText);
 };

@@ -1,9 +1,10 @@
+#include "content/Texts.h"
 #include "tests/journey/Journey.h"
 #include "tests/journey/Steps.h"
 #include "tests/journey/WindowCheck.h"
 
 #include <QApplication>
-#include <QWidget>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +12,11 @@ namespace {
 
 const QString c_strCourse = u"计算机网络"_s;
 const QString c_strPassword = u"wangluo8"_s;
+/// Nodes that every course begins with: pages and a branch below the root.
+const QString c_strPage = u"教学条件"_s;
+const QString c_strOtherPage = u"教学效果"_s;
+const QString c_strLastPage = u"申报表"_s;
+const QString c_strBranch = u"教学内容"_s;
 
 /// Opens every window of the shell once, takes its picture and looks at what it offers without a mouse.
 class CVisitor : public CSteps {
@@ -83,8 +89,36 @@ public:
         Command(32815);
         m_robot.WaitForWidget(u"button_32826"_s);
         Look(u"editor"_s, c_strFrame);
+        // A page that is being edited is left alone by a branch that is taken elsewhere.
+        DragLine(c_strPage, c_strBranch);
+        m_robot.WaitFor("the branch to open below the mouse", [] { return IsOpen(c_strBranch); });
+        m_robot.Shot(u"tree-drag"_s);
+        Robot::LetGo();
+        m_robot.WaitFor("the line that was dropped", [] { return IsBelow(c_strPage, c_strBranch); });
+        m_robot.Shot(u"tree-dropped"_s);
         m_robot.Click(u"button_32826"_s);
         m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
+    }
+
+    void ShapeTree() {
+        // The question comes when the mouse is free to answer it.
+        DragLine(c_strOtherPage, c_strLastPage);
+        Robot::LetGo();
+        AnswerBox(ContentText::c_strChildBelowContent, u"cancel"_s);
+        DragLine(c_strOtherPage, c_strBranch);
+        m_robot.Press(u"Escape"_s);
+        Robot::LetGo();
+        ClickLine(c_strTree, c_strOtherPage);
+        m_robot.WaitFor("the click behind the drags", [] { return Selected(c_strTree) == c_strOtherPage; });
+        const QString strRoot = RootText();
+        if (!Robot::Ask<bool>([&] { return IsBelow(c_strOtherPage, strRoot); }))
+            throw Robot::Failure("a drag that was given up has moved its line");
+        m_robot.Shot(u"tree"_s);
+        m_robot.Press(u"F2"_s);
+        m_robot.WaitForWidget(u"titleEdit"_s);
+        m_robot.Shot(u"tree-rename"_s);
+        m_robot.Press(u"Escape"_s);
+        m_robot.WaitFor("the title to close", [] { return !Robot::Find(u"titleEdit"_s); });
     }
 
     void ChangeTemplate() {
@@ -108,6 +142,13 @@ public:
     }
 
 private:
+    static bool IsOpen(const QString& strText) {
+        return qobject_cast<QTreeView*>(Robot::Find(c_strTree))->isExpanded(Line(c_strTree, strText));
+    }
+    static bool IsBelow(const QString& strText, const QString& strParent) {
+        return Line(c_strTree, strText).parent() == Line(c_strTree, strParent);
+    }
+
     void Look(const QString& strShot, const QString& strWindow) {
         m_robot.WaitFor(qPrintable(strWindow), [&] { return Robot::Find(strWindow); });
         m_robot.Shot(strShot);
@@ -156,6 +197,7 @@ void RunTour(const QString& strFolder) {
     visitor.MakeCourse();
     visitor.OpenMenus();
     visitor.OpenEditor();
+    visitor.ShapeTree();
     visitor.OpenDialogs();
     visitor.ChangeTemplate();
     visitor.Finish();
