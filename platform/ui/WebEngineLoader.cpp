@@ -1,6 +1,7 @@
 #include "platform/ui/WebEngineLoader.h"
 
 #include "platform/base/Module.h"
+#include "platform/ui/QtPeople.h"
 #include "platform/ui/WebEngine.h"
 
 #include <QCoreApplication>
@@ -8,6 +9,7 @@
 #include <QOpenGLContext>
 #include <QPointer>
 #include <QThread>
+#include <QTimer>
 #include <QWidget>
 
 // Exported by the toolkit for the engine's own start, and declared in no public header of it.
@@ -17,6 +19,8 @@ Q_GUI_EXPORT QOpenGLContext* qt_gl_global_share_context();
 QT_END_NAMESPACE
 
 namespace {
+
+constexpr int c_nAgainMilliseconds = 10;
 
 void DropShareContext() {
     delete qt_gl_global_share_context();
@@ -69,6 +73,11 @@ public:
 
 private:
     void Start(WebEngineStart pStart, WebEngineFactory pFactory) {
+        // It holds the thread for longer than all else of a course's opening: behind that, then.
+        if (!m_pLoop && CQtPeople::IsKeepingPainting()) {
+            QTimer::singleShot(c_nAgainMilliseconds, this, [=, this] { Start(pStart, pFactory); });
+            return;
+        }
         if (pStart && pFactory) {
             pStart();
             m_pFactory = pFactory;

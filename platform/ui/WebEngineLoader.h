@@ -6,7 +6,8 @@ class IWebEngine;
 class QWidget;
 
 /// Begins to load the engine's module on another thread, and starts the engine when that is done, from the
-/// event loop. Whoever knows that a page will be shown soon calls this; a second call does nothing.
+/// event loop, but not within a step that only keeps the windows painted. Whoever knows that a page will be
+/// shown soon calls this; a second call does nothing.
 void PrepareWebEngine();
 
 /// Makes an engine, and the engine's module ready before, while the windows are painted: the parent may go
