@@ -102,7 +102,8 @@ void CBookTreeView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     const int nBefore = horizontalScrollBar()->value();
     QTreeView::scrollTo(index, hint);
     horizontalScrollBar()->setValue(nBefore);
-    ShowSideways(index, iconSize().width() + c_nEnoughLetters * fontMetrics().height());
+    const int nTelling = iconSize().width() + c_nEnoughLetters * fontMetrics().height();
+    ShowSideways(index, std::min(nTelling, sizeHintForIndex(index).width()));
 }
 
 void CBookTreeView::ShowSideways(const QModelIndex& index, int nEnough) {
@@ -110,9 +111,9 @@ void CBookTreeView::ShowSideways(const QModelIndex& index, int nEnough) {
     const int nPane = viewport()->width();
     if (line.isEmpty() || (line.left() >= 0 && line.left() + std::min(nEnough, line.width()) <= nPane))
         return;
-    // As much of it as there is room for.
+    // As much of it as there is room for; from the left with its arrow.
     const int nRight = line.left() + std::max(nEnough, sizeHintForIndex(index).width());
-    const int nStep = line.left() < 0 ? line.left() : std::min(line.left(), nRight - nPane);
+    const int nStep = line.left() < 0 ? line.left() - indentation() : std::min(line.left(), nRight - nPane);
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + nStep);
 }
 

@@ -7,12 +7,14 @@
 #include "tests/content_ui/RecordingHost.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
@@ -282,6 +284,45 @@ TEST_F(BookTreeViewTest, KeysGoOnFromABranchThatHidesTheSelection) {
     EXPECT_EQ(SelectedId(), m_nTwo);
     QTest::keyClick(m_pTree.get(), Qt::Key_Home);
     EXPECT_EQ(SelectedId(), c_nRootNodeId);
+}
+
+TEST_F(BookTreeViewTest, SelectingMovesNothingThatIsInSight) {
+    m_pTree->resize(110, 400);
+    m_pTree->SelectNode(m_nDetail);
+    const QScrollBar& bar = *m_pTree->horizontalScrollBar();
+    EXPECT_GT(bar.value(), 0);
+    EXPECT_GE(m_pTree->visualRect(m_pTree->currentIndex()).left(), 0);
+    const int nPlace = bar.value();
+    const QModelIndex above = m_pTree->currentIndex().parent();
+    QTest::mouseClick(m_pTree->viewport(), Qt::LeftButton, {},
+                      m_pTree->visualRect(above).topLeft() + QPoint(40, 5));
+    EXPECT_EQ(m_pTree->currentIndex(), above);
+    EXPECT_EQ(bar.value(), nPlace);
+    QTest::keyClick(m_pTree.get(), Qt::Key_Home);
+    EXPECT_EQ(bar.value(), 0);
+}
+
+TEST_F(BookTreeViewTest, SpeaksOfItsLines) {
+    m_pTree->expand(Line(0));
+    QAccessibleInterface* pTree = QAccessible::queryAccessibleInterface(m_pTree.get());
+    const struct {
+        QString strName;
+        bool bBranch, bOpen, bSelected;
+    } lines[]{{u"王老师"_s, true, true, true},
+              {u"一"_s, true, true, false},
+              {u"节"_s, true, false, false},
+              {u"二"_s, false, false, false}};
+    int nLine = 3; // behind the hidden header and the headings
+    for (const auto& line : lines) {
+        QAccessibleInterface* pLine = pTree->child(nLine++);
+        ASSERT_NE(pLine, nullptr);
+        const QAccessible::State state = pLine->state();
+        EXPECT_EQ(pLine->role(), QAccessible::TreeItem);
+        EXPECT_EQ(pLine->text(QAccessible::Name), line.strName);
+        EXPECT_EQ(state.expandable, line.bBranch) << nLine;
+        EXPECT_EQ(state.expanded, line.bOpen) << nLine;
+        EXPECT_EQ(state.selected, line.bSelected) << nLine;
+    }
 }
 
 TEST_F(BookTreeViewTest, ACourseThatClosesWhileATitleIsTypedLeavesNothingBehind) {
