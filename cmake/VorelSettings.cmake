@@ -17,7 +17,8 @@ if(VOREL_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network)
+# Test stands on Core alone.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network Test)
 find_package(SQLiteCpp REQUIRED)
 find_package(SQLite3 REQUIRED)
 find_package(CURL REQUIRED)
@@ -25,7 +26,7 @@ find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 find_package(LibArchive REQUIRED)
 find_package(Threads REQUIRED)
 if(VOREL_WINDOWS)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets WebEngineWidgets Test)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets WebEngineWidgets)
 endif()
 
 add_library(vorel_settings INTERFACE)

@@ -240,16 +240,16 @@ void CBookNode::BuildEditorPage(const QByteArray* pPage, qint32 nOpenType) {
     Torvane::File::CreateFolderPath(GetFolder() + QStringLiteral("res"));
     if (pPage != nullptr)
         ReplaceFile(GetFolder() + c_strPageFile, *pPage);
-    m_nType = NodeType::c_nEditorPage;
 
     NodeContent content;
-    content.Type = m_nType;
+    content.Type = NodeType::c_nEditorPage;
     content.Path = QStringLiteral("N%1\\").arg(m_nId) + c_strPageFile;
     content.OpenType = nOpenType;
     CBookDatabase::CTransaction transaction(Store());
     Store().SetContent(m_nId, content);
     UpdateSize();
     transaction.Commit();
+    m_nType = content.Type;
 }
 
 bool CBookNode::ClearContent() {

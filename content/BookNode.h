@@ -54,6 +54,8 @@ public:
     std::unique_ptr<CBookNode> AddChild(const QString& strTitle);
     /// Stores and takes the title; false when the store refused.
     bool SetTitle(const QString& strTitle);
+    /// Takes the title anew from the store, where the root's may have come from the server.
+    void ReadTitle() { m_strTitle = Store().GetNode(m_nId).Title; }
     /// The node with all below it, children first. However it ends, the rest of the tree is whole. The three
     /// rows that every course has are refused.
     Deletion Delete(const DeleteProgress& mayGoOn = {});

@@ -157,10 +157,8 @@ void CBookTree::ShowCourseInfo() {
     const CCourseInfo& info = m_pCourse->GetInfo();
     m_headings = {m_headings[0], info.Name, info.TeacherName};
     Q_EMIT dataChanged(index(1, 0), GetRoot());
-    CBookNode& root = *NodeOf(GetRoot());
     try {
-        if (root.GetTitle() != info.TeacherName)
-            root.SetTitle(info.TeacherName);
+        NodeOf(GetRoot())->ReadTitle();
     } catch (const Torvane::CRunException&) {
         // The course has said so itself where it took the name over.
     }
@@ -207,6 +205,11 @@ void CBookTree::LoadChildren(Line& line) {
     Hang(line, MakeLines(line, headers));
 }
 
+void CBookTree::Read(const QModelIndex& index) {
+    if (!IsHeadItem(LineOf(index)))
+        LoadChildren(*At(index));
+}
+
 void CBookTree::LoadAhead(const QModelIndex& index) {
     if (IsHeadItem(LineOf(index)))
         return;
@@ -237,6 +240,7 @@ QModelIndex CBookTree::Add(const QModelIndex& parent, const QString& strTitle) {
     Lines lines;
     lines.push_back(std::move(pLine));
     Hang(line, std::move(lines));
+    Arrange(line);
     return IndexOf(added);
 }
 
@@ -261,7 +265,9 @@ bool CBookTree::MoveBelow(const QModelIndex& index, const QModelIndex& target) {
     LoadChildren(newParent);
     if (!line.pNode->MoveBelow(newParent.pNode->GetId()))
         return false;
-    MoveRow(*line.pParent, line.nRow, newParent, 0);
+    Line& oldParent = *line.pParent;
+    MoveRow(oldParent, line.nRow, newParent, 0);
+    Arrange(oldParent);
     Arrange(newParent);
     return true;
 }
@@ -280,10 +286,17 @@ void CBookTree::MoveRow(Line& from, int nFrom, Line& to, int nTo) {
 }
 
 void CBookTree::Arrange(Line& parent) {
+    QList<qint32> ids;
+    try {
+        ids = Store().GetChildIds(parent.pNode->GetId());
+    } catch (const Torvane::CRunException&) {
+        // The store has taken the change; an order that can't be read stays as it is shown.
+    }
     int nRow = 0;
-    for (const qint32 nId : Store().GetChildIds(parent.pNode->GetId())) {
+    for (const qint32 nId : ids) {
         const Line* pLine = m_lines.value(nId);
-        if (pLine == nullptr || pLine->pParent != &parent)
+        // A damaged store may name a child twice: its first place counts.
+        if (pLine == nullptr || pLine->pParent != &parent || pLine->nRow < nRow)
             continue;
         // A line that steps one down is a neighbour that steps one up: one move either way.
         if (pLine->nRow != nRow)
@@ -311,6 +324,8 @@ void CBookTree::Forget(const QList<qint32>& ids) {
                 nFirst = it->takeFirst();
             RemoveRows(*it.key(), nFirst, nLast);
         }
+        // Where a damaged store has gaps or doubles, closing the gap may have changed the order.
+        Arrange(*it.key());
     }
 }
 

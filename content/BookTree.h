@@ -40,12 +40,15 @@ public:
     QModelIndex Find(qint32 nId) const;
     /// Reads the way down to the node where it must; no line when none leads there.
     QModelIndex Reveal(qint32 nId);
+    /// Reads a line's children where a failure has left them unread.
+    void Read(const QModelIndex& index);
     /// Reads the children of each child where they have not been read: called when a line opens.
     void LoadAhead(const QModelIndex& index);
     /// The titles below a line, but for one line's.
     TitleTaken TakenBelow(const QModelIndex& parent, const QModelIndex& except = {}) const;
 
-    /// The new node's line, the last below the parent. The title is not checked.
+    /// The new node's line, the last below the parent where the store's order has no gaps. The title is not
+    /// checked.
     QModelIndex Add(const QModelIndex& parent, const QString& strTitle);
     /// False when the store refused.
     bool Rename(const QModelIndex& index, const QString& strTitle);

@@ -78,10 +78,10 @@ void CBookTreeActions::ShowSelection() {
 
 void CBookTreeActions::SelectNode(qint32 nId) {
     Guarded([&] {
-        const QModelIndex index = m_tree.Reveal(nId);
-        for (QModelIndex above = index.parent(); above.isValid(); above = above.parent())
+        const Line line(m_tree.Reveal(nId));
+        for (Line above(line.parent()); above.isValid(); above = above.parent())
             m_window.Expand(above);
-        m_selection.Select(index);
+        m_selection.Select(line);
     });
 }
 
@@ -109,6 +109,8 @@ bool CBookTreeActions::Run(int nCommand) {
 
 void CBookTreeActions::RunAction(TreeCommand::EAction action) {
     using TreeCommand::EAction;
+    // A line that only looks childless would lose its children without a question.
+    m_tree.Read(m_selection.currentIndex());
     switch (action) {
     case EAction::AddNode:
         return AddNode();

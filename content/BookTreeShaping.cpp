@@ -159,6 +159,9 @@ void CBookTreeActions::TakeAway(const QList<qint32>& gone) {
     const int nRow = selected.row();
     m_selection.Drop();
     m_tree.Forget(gone);
+    // In a damaged store a node may have stood below what it hangs above.
+    if (!parent.isValid())
+        return m_selection.Force(m_tree.GetRoot());
     // The next line, or the one before, or the parent: what a tree does of itself. The view is asked for
     // leave when it is switched.
     const int nLeft = m_tree.rowCount(parent);
@@ -211,7 +214,10 @@ void CBookTreeActions::Drop(const QModelIndex& sourceIndex, const QModelIndex& t
     Guarded([&] {
         const Line source(sourceIndex);
         const Line target(targetIndex);
-        if (!MayDrop(source, target) || !ConfirmDrop(source, target))
+        if (!MayDrop(source, target))
+            return;
+        m_tree.Read(target);
+        if (!ConfirmDrop(source, target))
             return;
         const Line parent(source.parent());
         bool bMoved = false;

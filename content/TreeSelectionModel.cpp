@@ -29,7 +29,7 @@ bool CTreeSelectionModel::Select(const QModelIndex& index) {
     if (!bMayMove || !target.isValid())
         return false;
     Force(target);
-    return currentIndex() == target;
+    return target.isValid() && currentIndex() == target;
 }
 
 void CTreeSelectionModel::select(const QItemSelection& selection,

@@ -53,6 +53,9 @@ public:
     /// The status window that was opened last and still stands, or null. It stays with who opened it.
     virtual CShowStatusDlg* GetStatus() = 0;
 
+    /// A step that is over sooner needs no status window. Milliseconds.
+    virtual qint64 GetPatience() const { return 250; }
+
     /// Keeps every window painted for a moment without taking input; called again and again by whoever blocks
     /// the interface thread. Cheap enough to be called every few milliseconds.
     virtual void KeepPainting() = 0;

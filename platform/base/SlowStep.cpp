@@ -2,8 +2,6 @@
 
 namespace {
 
-/// Whatever is done by then needs no window.
-constexpr qint64 c_nQuietMilliseconds = 250;
 constexpr qint64 c_nPaintMilliseconds = 40;
 
 } // namespace
@@ -16,7 +14,7 @@ CSlowStep::CSlowStep(Torvane::Dialog::MFC::IPeople& people, const QString& strTe
 CSlowStep::~CSlowStep() = default;
 
 bool CSlowStep::GoOn(qint64 nDone, qint64 nTotal) {
-    if (m_painted.elapsed() < (m_pStatus == nullptr ? c_nQuietMilliseconds : c_nPaintMilliseconds))
+    if (m_painted.elapsed() < (m_pStatus == nullptr ? m_people.GetPatience() : c_nPaintMilliseconds))
         return true;
     if (m_pStatus == nullptr) {
         m_pStatus = m_people.OpenStatus();
