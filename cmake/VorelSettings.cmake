@@ -17,7 +17,7 @@ if(VOREL_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
-# Test stands on Core alone.
+# Network and Test stand on Core alone.
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network Test)
 find_package(SQLiteCpp REQUIRED)
 find_package(SQLite3 REQUIRED)

@@ -240,7 +240,6 @@ QModelIndex CBookTree::Add(const QModelIndex& parent, const QString& strTitle) {
     Lines lines;
     lines.push_back(std::move(pLine));
     Hang(line, std::move(lines));
-    Arrange(line);
     return IndexOf(added);
 }
 

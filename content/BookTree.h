@@ -47,8 +47,7 @@ public:
     /// The titles below a line, but for one line's.
     TitleTaken TakenBelow(const QModelIndex& parent, const QModelIndex& except = {}) const;
 
-    /// The new node's line, the last below the parent where the store's order has no gaps. The title is not
-    /// checked.
+    /// The new node's line, the last below the parent. The title is not checked.
     QModelIndex Add(const QModelIndex& parent, const QString& strTitle);
     /// False when the store refused.
     bool Rename(const QModelIndex& index, const QString& strTitle);

@@ -1,0 +1,380 @@
+// Whatever a person does in the tree, in whatever order, and whatever refuses: tree, store and folders agree.
+#include "content/CustomTitlesCommand.h"
+#include "foundation/IniFile.h"
+#include "tests/content/TreeOnDisk.h"
+
+#include <QAbstractItemModelTester>
+#include <QElapsedTimer>
+
+#include <map>
+#include <random>
+
+using namespace Qt::StringLiterals;
+using BoxAnswer = CTreeOnDisk::BoxAnswer;
+
+namespace {
+
+/// Sequences to run: "300" for those of the seeds 1 to 300, "17-17" for one of them again.
+const char c_szSequences[] = "VOREL_SEQUENCES";
+constexpr unsigned c_nSequences = 300;
+constexpr unsigned c_nLeastSteps = 20;
+constexpr unsigned c_nMostSteps = 40;
+
+QStringList s_modelFaults;
+void NoteModelFault(QtMsgType, const QMessageLogContext&, const QString& strText) {
+    s_modelFaults.append(strText);
+}
+
+class CPlay {
+public:
+    CPlay() {
+        m_tree.OnBox = [this](const QString& strBox) { return AnswerBox(strBox); };
+        m_tree.OnConfirmDeletion = [this](const QString&) { return Dialog("confirm deletion", 80); };
+        m_tree.OnAskOpenType = [this](qint32) {
+            return Dialog("open type", 80) ? std::optional(qint32(Pick(5))) : std::nullopt;
+        };
+        m_tree.OnAskTitles = [this](const QString& strPreset) -> std::optional<QString> {
+            if (!Dialog("titles", 85))
+                return std::nullopt;
+            QString strTitles = strPreset;
+            for (unsigned n = Pick(5); n > 0; --n)
+                strTitles += (Chance(50) ? u"，"_s : u","_s) + Title();
+            return strTitles;
+        };
+        m_tree.OnAskCustomTitles = [this](QStringList titles, bool) -> std::optional<QStringList> {
+            if (!Dialog("custom titles", 85))
+                return std::nullopt;
+            for (QString& strTitle : titles)
+                strTitle = Chance(40) ? Title() : strTitle;
+            return titles;
+        };
+    }
+
+    /// One sequence from a small course; false when something was wrong.
+    bool Run(unsigned nSeed) {
+        m_random.seed(nSeed);
+        m_trace.clear();
+        m_strFault.clear();
+        Begin();
+        const auto nSteps = c_nLeastSteps + Pick(c_nMostSteps - c_nLeastSteps + 1);
+        for (unsigned nStep = 0; nStep < nSteps && m_strFault.isEmpty(); ++nStep) {
+            Step();
+            Check();
+        }
+        ++m_counts["sequences"];
+        EXPECT_TRUE(m_strFault.isEmpty())
+            << m_strFault.toStdString() << "\nagain with " << c_szSequences << '=' << nSeed << '-' << nSeed
+            << "\nsteps: " << m_trace.join(u" | "_s).toStdString();
+        return m_strFault.isEmpty();
+    }
+
+    void Report() const {
+        for (const auto& [name, nCount] : m_counts)
+            std::printf("%9d  %s\n", nCount, name.c_str());
+    }
+
+private:
+    unsigned Pick(unsigned nBelow) { return static_cast<unsigned>(m_random() % nBelow); }
+    bool Chance(unsigned nPercent) { return Pick(100) < nPercent; }
+    void Count(const std::string& name) {
+        ++m_counts[name];
+        m_trace.append(QString::fromStdString(name));
+    }
+
+    QString Title() {
+        static const QStringList c_titles{
+            u"第一章"_s, u"第二章"_s,    u"'"_s,           u"a'b"_s,       u"a''b"_s, u"新建栏目"_s,
+            u"<b>&"_s,   u"新建栏目2"_s, u"A"_s,           u"a"_s,         u" 空 "_s, u"\u3000"_s,
+            u"\t"_s,     u"一\r\n二"_s,  u"\u202Eאבג"_s,   u"😀"_s,         u"𠀀€"_s,  u"%1%2%n"_s,
+            u"\uFFFD"_s, u"\"\\/:*?"_s,  QString(1, u' '), u"龘\uE5E5é"_s, QString()};
+        switch (Pick(10)) {
+        case 0:
+            return QString(40, u'章');
+        case 1:
+            return QString(41, u'章');
+        case 2:
+            return QString(1, QChar(Chance(50) ? 0xD83D : 0xDE00)) + QString(u"x"_s).repeated(Pick(2));
+        case 3:
+            return u"节"_s + QString::number(Pick(30));
+        default:
+            return c_titles[Pick(static_cast<unsigned>(c_titles.size()))];
+        }
+    }
+
+    // The person, and the world behind the person's back.
+
+    bool Dialog(const char* pszName, unsigned nPercentOk) {
+        const bool bOk = Chance(nPercentOk);
+        Count(std::string(bOk ? "dialog " : "dialog cancelled ") + pszName);
+        MayLoseCourse();
+        return bOk;
+    }
+
+    BoxAnswer AnswerBox(const QString& strBox) {
+        static const QStringList c_known{u'?' + ContentText::c_strChildBelowContent,
+                                         u'?' + ContentText::c_strContentAboveChildren,
+                                         u'?' + ContentText::c_strOverwriteContent,
+                                         u'?' + ContentText::c_strClearContent,
+                                         u'?' + ContentText::c_strDelete,
+                                         u'i' + ContentText::c_strFirstNode,
+                                         u'i' + ContentText::c_strLastNode,
+                                         u'!' + ContentText::c_strTitleTaken,
+                                         u'!' + ContentText::c_strDropTitleTaken,
+                                         u'!' + ContentText::c_strTitleTooLong.arg(40)};
+        static const QStringList c_failures{u'x' + ContentText::c_strNotMoved,
+                                            u'x' + ContentText::c_strNotDeleted,
+                                            u'x' + ContentText::c_strTitleNotStored};
+        const bool bFailure = c_failures.contains(strBox) || strBox.startsWith("xUnknown error"_L1) ||
+                              strBox.startsWith("xIDispatch error"_L1);
+        const bool bNewTitle = strBox.startsWith(u"!父栏目下已有名为\""_s) ||
+                               strBox.startsWith(u"!栏目名称最多为40个字符, \""_s);
+        if (!(bFailure ? m_bFailing : bNewTitle || c_known.contains(strBox)))
+            m_strFault = u"an unexpected box: "_s + strBox;
+        const bool bOk = strBox[0] != u'?' || Chance(80);
+        Count(std::string("box ") + strBox[0].toLatin1() + (bOk ? "" : " cancelled"));
+        MayLoseCourse();
+        return bOk ? BoxAnswer::Ok : BoxAnswer::Cancel;
+    }
+
+    /// The course closes behind what the person has before her.
+    void MayLoseCourse() {
+        if (!Chance(2) || m_tree.Tree.GetCourse() == nullptr)
+            return;
+        Count("course closed behind a question");
+        m_tree.CloseCourse();
+    }
+
+    /// Makes the store refuse some changes, or everything.
+    void MakeStoreFail() {
+        QString strCheck = u"Id <= %1"_s.arg(Ids().last());
+        m_bUnreadable = Chance(25);
+        if (Chance(70)) {
+            SQLite::Statement row(m_tree.Raw(),
+                                  "SELECT ParentId, [Index], Title, Type FROM Book WHERE Id = ?");
+            const qint32 nId = AnyId();
+            row.bind(1, nId);
+            row.executeStep();
+            strCheck = u"Id <> %1 OR (ParentId = %2 AND [Index] = %3 AND Title = '%4' AND Type = %5)"_s;
+            strCheck = strCheck.arg(nId);
+            for (const int nColumn : {0, 1, 2, 3})
+                strCheck = strCheck.arg(QString::fromUtf8(row.getColumn(nColumn).getText()));
+        }
+        const QString strScript =
+            m_bUnreadable
+                ? u"ALTER TABLE Book RENAME TO Away"_s
+                : u"ALTER TABLE Book ADD COLUMN Refused INTEGER DEFAULT 0 CHECK (%1)"_s.arg(strCheck);
+        m_tree.Raw().exec(strScript.toStdString());
+        m_bFailing = true;
+        m_bBroken |= m_bUnreadable;
+        Count(m_bUnreadable ? "store made unreadable" : "store made to refuse");
+    }
+    void MendStore() {
+        if (m_bFailing)
+            m_tree.Raw().exec(m_bUnreadable ? "ALTER TABLE Away RENAME TO Book"
+                                            : "ALTER TABLE Book DROP COLUMN Refused");
+        m_bFailing = false;
+        m_tree.Raw();
+    }
+
+    QList<qint32> Ids() {
+        SQLite::Statement rows(m_tree.Raw(), "SELECT Id FROM Book WHERE Id > 2 ORDER BY Id");
+        QList<qint32> ids;
+        while (rows.executeStep())
+            ids.append(rows.getColumn(0).getInt());
+        return ids;
+    }
+    qint32 AnyId() {
+        const QList<qint32> ids = Ids();
+        return ids[Pick(static_cast<unsigned>(ids.size()))];
+    }
+    QModelIndex AnyLine(bool bSeen) {
+        QList<QModelIndex> lines{{}, m_tree.Tree.index(0, 0), m_tree.Tree.index(1, 0)};
+        for (const auto& [line, bIsSeen] : m_tree.Lines()) {
+            if (bIsSeen || !bSeen)
+                lines.append(line);
+        }
+        const auto nFirst = Chance(90) ? 3U : 0U;
+        return lines[nFirst + Pick(static_cast<unsigned>(lines.size()) - nFirst)];
+    }
+
+    // Steps.
+
+    void Begin() {
+        m_tree.Actions.Close();
+        for (const qint32 nId : Ids().sliced(1))
+            Torvane::File::TryDeleteFolder(m_tree.Disk.Folder.Path(m_tree.Disk.NodePath(nId)).chopped(1));
+        m_tree.Raw().exec("DELETE FROM Book WHERE Id > 3; UPDATE Book SET Type = -1, Path = '' WHERE Id = 3;"
+                          "UPDATE sqlite_sequence SET seq = 3");
+        for (const CustomTitles::Role& role : CustomTitles::Roles())
+            WriteProfileString(u"Id"_s, role.strKey, QString::number(Pick(12)),
+                               m_tree.Disk.pCourse->GetPaths().GetCustomTitlesPath());
+        Grow();
+        m_tree.Host.bRefuse = m_bBroken = false;
+        m_tree.Open();
+    }
+    /// A few nodes to begin with, some with a page.
+    void Grow() {
+        CBookDatabase::CTransaction transaction(m_tree.Disk.Store());
+        QList<qint32> ids{c_nRootNodeId};
+        for (unsigned nLeft = Pick(16); nLeft > 0; --nLeft) {
+            const qint32 nParent = ids[Pick(static_cast<unsigned>(ids.size()))];
+            const auto pNode =
+                CBookNode(*m_tree.Disk.pCourse, {nParent, {}, {}}).AddChild(u"第%1节"_s.arg(ids.size()));
+            if (Chance(25))
+                pNode->CreateEditorPage(0);
+            ids.append(pNode->GetId());
+        }
+        transaction.Commit();
+    }
+
+    void Step() {
+        m_tree.Host.bRefuse = Chance(8);
+        m_tree.Host.Views.clear();
+        m_tree.nPieces = Chance(15) ? Pick(6) : std::numeric_limits<qint64>::max();
+        m_rows = Ids();
+        m_bMayAdd = m_bMayDelete = false;
+        if (Chance(10))
+            MakeStoreFail();
+        CBookTreeActions& actions = m_tree.Actions;
+        switch (Pick(10)) {
+        case 0:
+            Count("expand");
+            if (const QModelIndex line = AnyLine(true); m_tree.Tree.NodeOf(line) != nullptr)
+                m_tree.Expand(line);
+            break;
+        case 1:
+            Count("collapse");
+            // A line that closes takes the selection from below it.
+            if (const QModelIndex line = m_tree.Actions.GetSelection().currentIndex(); line.isValid())
+                m_tree.Expanded.remove(m_tree.Tree.NodeOf(line)->GetId());
+            break;
+        case 2:
+            Count("select");
+            if (!actions.GetSelection().Select(AnyLine(true)))
+                Count("not selected");
+            break;
+        case 3:
+            Count("select by id");
+            actions.SelectNode(
+                static_cast<qint32>(Chance(95) ? m_rows[Pick(unsigned(m_rows.size()))] : Pick(3)));
+            break;
+        case 4:
+            Drop();
+            break;
+        default:
+            Command();
+        }
+        MendStore();
+        if (m_tree.Tree.GetCourse() == nullptr || Chance(3)) {
+            Count("course reopened");
+            m_bBroken = m_tree.Host.bRefuse = false;
+            m_tree.ReopenCourse();
+        }
+    }
+
+    void Drop() {
+        Count("drop");
+        const QModelIndex source = AnyLine(true), target = AnyLine(true);
+        m_trace.last() += u" %1 on %2"_s.arg(source.data().toString(), target.data().toString());
+        if (!m_tree.Actions.MayDrop(source, target))
+            Count("drop refused");
+        m_tree.Actions.Drop(source, target);
+    }
+
+    void Command() {
+        using namespace TreeCommand;
+        static constexpr std::array c_commands{c_nAddNode,
+                                               c_nAddNodeInTree,
+                                               c_nAddChild,
+                                               c_nAddChildInTree,
+                                               c_nAddMany,
+                                               c_nAddMany,
+                                               c_nAddManyChildren,
+                                               c_nRename,
+                                               c_nDelete,
+                                               c_nDeleteInTree,
+                                               c_nClearContent,
+                                               c_nCreateContentInTree,
+                                               c_nMoveUp,
+                                               c_nMoveUpInTree,
+                                               c_nMoveDown,
+                                               c_nEditContent,
+                                               c_nClearContentInTree,
+                                               c_nRename,
+                                               c_nRenameInTree,
+                                               c_nAddManyChildren,
+                                               c_nMoveDown,
+                                               c_nCreateContent,
+                                               c_nSetOpenType,
+                                               32939};
+        const int nCommand = c_commands[Pick(c_commands.size())];
+        const EAction action = ActionOf(nCommand);
+        m_bMayAdd = action == EAction::AddNode || action == EAction::AddChild || action == EAction::AddMany ||
+                    action == EAction::AddManyChildren;
+        m_bMayDelete = action == EAction::Delete;
+        Count("command " + std::to_string(nCommand));
+        m_trace.last() += u" at "_s + m_tree.Actions.GetSelection().currentIndex().data().toString();
+        if (m_tree.nPieces < 6 && (m_bMayAdd || m_bMayDelete))
+            Count("patience of a few pieces");
+        m_tree.Edited = QPersistentModelIndex();
+        m_tree.Actions.Run(nCommand);
+        if (const QModelIndex edited = m_tree.Edited; edited.isValid()) {
+            const std::optional<QString> typed = Chance(70) ? std::optional(Title()) : std::nullopt;
+            Count(typed ? "title typed" : "title cancelled");
+            m_tree.Actions.FinishRename(edited, typed);
+        }
+    }
+
+    void Check() {
+        const auto must = [this](bool bHolds, const QString& strFault) {
+            ++m_counts["checks"];
+            if (!bHolds && m_strFault.isEmpty())
+                m_strFault = strFault;
+        };
+        const auto none = [&](const QString& strFault) { must(strFault.isEmpty(), strFault); };
+        none(m_tree.StoreFault());
+        none(m_tree.TreeFault(m_bBroken));
+        const QList<qint32> rows = Ids();
+        const auto within = [](const QList<qint32>& some, const QList<qint32>& all) {
+            return std::ranges::all_of(some, [&](qint32 nId) { return all.contains(nId); });
+        };
+        must(m_bMayAdd || within(rows, m_rows), u"a node came that nobody added"_s);
+        must(m_bMayDelete || within(m_rows, rows), u"a node went that nobody deleted"_s);
+        must(s_modelFaults.isEmpty(), s_modelFaults.join(u' '));
+        s_modelFaults.clear();
+    }
+
+    CTreeOnDisk m_tree;
+    QAbstractItemModelTester m_tester{&m_tree.Tree, QAbstractItemModelTester::FailureReportingMode::Warning};
+    std::mt19937 m_random;
+    std::map<std::string, int> m_counts;
+    QStringList m_trace;
+    QString m_strFault;
+    QList<qint32> m_rows;
+    bool m_bMayAdd = false;
+    bool m_bMayDelete = false;
+    bool m_bFailing = false;
+    bool m_bUnreadable = false;
+    /// A line may have been left unread since the tree was filled.
+    bool m_bBroken = false;
+};
+
+TEST(BookTreePropertyTest, TreeStoreAndFoldersAgreeAfterEveryStep) {
+    const QStringList range = qEnvironmentVariable(c_szSequences, QString::number(c_nSequences)).split(u'-');
+    const unsigned nFirst = range.size() > 1 ? range[0].toUInt() : 1;
+    const auto noteBefore = qInstallMessageHandler(NoteModelFault);
+    QElapsedTimer lasted;
+    lasted.start();
+    {
+        CPlay play;
+        for (unsigned nSeed = nFirst, nLast = range.last().toUInt(); nSeed <= nLast; ++nSeed) {
+            if (!play.Run(nSeed))
+                break;
+        }
+        play.Report();
+    }
+    std::printf("%9lld  milliseconds\n", static_cast<long long>(lasted.elapsed()));
+    qInstallMessageHandler(noteBefore);
+}
+
+} // namespace

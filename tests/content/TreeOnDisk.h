@@ -1,0 +1,212 @@
+#pragma once
+
+#include "content/BookTreeActions.h"
+#include "content/Texts.h"
+#include "foundation/CodePage.h"
+#include "tests/content/CourseOnDisk.h"
+#include "tests/content_ui/RecordingHost.h"
+
+#include <SQLiteCpp/Statement.h>
+
+#include <functional>
+#include <limits>
+
+/// Temporary folders in memory, where the machine offers some: how long a disk takes to be sure is no part of
+/// these tests.
+class CTempInMemory {
+public:
+    CTempInMemory() {
+        if (QFileInfo(QStringLiteral("/dev/shm")).isWritable())
+            qputenv("TMPDIR", "/dev/shm");
+    }
+    ~CTempInMemory() { qputenv("TMPDIR", m_before); }
+    Q_DISABLE_COPY(CTempInMemory)
+
+private:
+    QByteArray m_before = qgetenv("TMPDIR");
+};
+
+/// The tree of a real course with its commands. The test plays the window in front of it, its dialogs and the
+/// person, and can compare the tree with the store and the folders.
+class CTreeOnDisk : public ITreeWindow, public ITreeDialogs, public Torvane::Dialog::MFC::IPeople {
+public:
+    using BoxAnswer = Torvane::Dialog::MFC::BoxAnswer;
+
+    CTempInMemory TempInMemory;
+    CCourseOnDisk Disk;
+    CRecordingHost Host;
+    CBookTree Tree;
+    CBookTreeActions Actions{Tree, *this, *this, Host, *this};
+
+    /// A box: the sign of its form (? i ! x) before its text. One that has no known form begins with "#".
+    std::function<BoxAnswer(const QString&)> OnBox;
+    std::function<bool(const QString&)> OnConfirmDeletion;
+    std::function<std::optional<QString>(const QString&)> OnAskTitles;
+    std::function<std::optional<qint32>(qint32)> OnAskOpenType;
+    std::function<std::optional<QStringList>(const QStringList&, bool)> OnAskCustomTitles;
+    QPersistentModelIndex Edited;
+    QSet<qint32> Expanded;
+    /// A long step shows its window, and is given up, after so many pieces.
+    mutable qint64 nPieces = std::numeric_limits<qint64>::max();
+
+    void Open() {
+        Expanded.clear();
+        Actions.Open(*Disk.pCourse);
+    }
+    /// The tree and the course, as when the server's session is lost.
+    void CloseCourse() {
+        Actions.Close();
+        m_pRaw.reset();
+        Disk.pCourse->Close();
+    }
+    void ReopenCourse() {
+        const QString strProject = Disk.pCourse->GetPaths().GetProjectPath();
+        CloseCourse();
+        Disk.pCourse = std::make_unique<CCourse>(strProject, Disk.Services());
+        ASSERT_TRUE(Disk.pCourse->Open());
+        Open();
+    }
+    /// The open store, behind its back.
+    SQLite::Database& Raw() {
+        if (!m_pRaw)
+            m_pRaw = std::make_unique<SQLite::Database>(
+                Platform::ToNativeExact(Disk.pCourse->GetPaths().GetDatabasePath()).toStdString(),
+                SQLite::OPEN_READWRITE);
+        return *m_pRaw;
+    }
+    QModelIndex Line(qint32 nId) const { return Tree.Find(nId); }
+
+    /// All lines but the headings, and whether each can be seen; parents before their children.
+    QList<std::pair<QModelIndex, bool>> Lines() const {
+        QList<std::pair<QModelIndex, bool>> lines{{Tree.GetRoot(), true}};
+        for (qsizetype n = 0; n < lines.size(); ++n) {
+            const auto [line, bSeen] = lines[n];
+            for (int nRow = 0; nRow < Tree.rowCount(line); ++nRow)
+                lines.append({Tree.index(nRow, 0, line), bSeen && IsOpen(line)});
+        }
+        return lines;
+    }
+    bool IsOpen(const QModelIndex& line) const { return Expanded.contains(Tree.NodeOf(line)->GetId()); }
+
+    /// What is wrong with the table or the folders by themselves; empty for nothing.
+    QString StoreFault() {
+        QHash<qint32, QList<qint32>> families;
+        SQLite::Statement rows(Raw(), "SELECT Id, ParentId, [Index] FROM Book WHERE Id > 3 ORDER BY 2, 3, 1");
+        while (rows.executeStep()) {
+            QList<qint32>& family = families[rows.getColumn(1).getInt()];
+            family.append(rows.getColumn(0).getInt());
+            if (rows.getColumn(2).getInt() != family.size())
+                return QStringLiteral("the place of %1 is not dense").arg(family.last());
+        }
+        QList<qint32> reached{c_nRootNodeId};
+        for (qsizetype n = 0; n < reached.size(); ++n)
+            reached += families.take(reached[n]);
+        if (!families.isEmpty())
+            return QStringLiteral("rows below %1 hang nowhere").arg(families.constBegin().key());
+        const QStringList found = QDir(Disk.Folder.Native(Disk.NodePath(0).section(u'\\', 0, -3)))
+                                      .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        QSet<QString> folders(found.begin(), found.end());
+        folders.remove(QStringLiteral("N%1").arg(reached.takeFirst()));
+        for (const qint32 nId : reached) {
+            if (!folders.remove(QStringLiteral("N%1").arg(nId)))
+                return QStringLiteral("no folder of %1").arg(nId);
+        }
+        return folders.isEmpty() ? QString() : *folders.constBegin() + QStringLiteral(" has no row");
+    }
+
+    /// Where the tree differs from the store; empty for nowhere. With bBroken a line need not have been read,
+    /// and what the store names in two places or in a circle need not be shown.
+    QString TreeFault(bool bBroken = false) {
+        const auto lines = Lines();
+        for (const auto& [line, bSeen] : lines) {
+            QList<NodeHeader> children;
+            Disk.Store().GetChildren(Tree.NodeOf(line)->GetId(), children);
+            if (bBroken) {
+                QSet<qint32> seen;
+                erase_if(children, [&](const NodeHeader& child) {
+                    const bool bAgain = seen.contains(child.Id);
+                    seen.insert(child.Id);
+                    return bAgain || Tree.Find(child.Id).parent() != line;
+                });
+            }
+            const int nRows = Tree.rowCount(line);
+            if (nRows != children.size() && (nRows != 0 || bSeen || bBroken))
+                return At(line) + QStringLiteral("%1 lines for %2 rows").arg(nRows).arg(children.size());
+            QSet<QString> titles;
+            for (int nRow = 0; nRow < nRows; ++nRow) {
+                const QModelIndex child = Tree.index(nRow, 0, line);
+                const CBookNode& node = *Tree.NodeOf(child);
+                const NodeHeader& row = children[nRow];
+                if (node.GetId() != row.Id || node.GetType() != row.Type || Tree.Find(row.Id) != child ||
+                    child.parent() != line)
+                    return At(child) + QStringLiteral("another row %1").arg(row.Id);
+                // As the store gives a title back: a quote is doubled, half a pair is no character.
+                QString strTitle = CodePage::Decode(CodePage::Encode(node.GetTitle()));
+                if (row.Title != strTitle && row.Title != strTitle.replace(u'\'', QLatin1String("''")))
+                    return At(child) + row.Title;
+                if (!bBroken && !row.Title.contains(u'\'') && !row.Title.contains(QChar(0xFFFD)) &&
+                    titles.contains(row.Title))
+                    return At(child) + QStringLiteral("a sibling of one title");
+                titles.insert(row.Title);
+            }
+        }
+        const QModelIndex selected = Actions.GetSelection().currentIndex();
+        const QModelIndexList marked = Actions.GetSelection().selectedIndexes();
+        const bool bLive = lines.contains(std::pair(selected, true)) && marked == QModelIndexList{selected};
+        return bLive ? QString() : QStringLiteral("the selection is no line in sight");
+    }
+
+    // What the tree asks of its window, its dialogs and the person.
+    void Expand(const QModelIndex& index) override {
+        if (Tree.rowCount(index) == 0 || IsOpen(index))
+            return;
+        Expanded.insert(Tree.NodeOf(index)->GetId());
+        Actions.LoadAhead(index);
+    }
+    void EditTitle(const QModelIndex& index) override { Edited = index; }
+    bool ConfirmDeletion(const QString& strTitles) override { return OnConfirmDeletion(strTitles); }
+    std::optional<QString> AskTitles(const QString& strPreset) override { return OnAskTitles(strPreset); }
+    std::optional<qint32> AskOpenType(qint32 nPresent) override { return OnAskOpenType(nPresent); }
+    std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) override {
+        return OnAskCustomTitles(titles, bIntroduction);
+    }
+    BoxAnswer Ask(const QString& strText, const QString& strTitle, Torvane::Dialog::MFC::BoxButtons buttons,
+                  Torvane::Dialog::MFC::BoxIcon icon) override {
+        using namespace Torvane::Dialog::MFC;
+        const auto is = [&](const char16_t* pszTitle, BoxButtons itsButtons, BoxIcon itsIcon) {
+            return strTitle == QStringView(pszTitle) && buttons == itsButtons && icon == itsIcon;
+        };
+        QChar sign = u'#';
+        if (is(u"提示", BoxButtons::OkCancel, BoxIcon::Question))
+            sign = u'?';
+        else if (is(u"提示", BoxButtons::Ok, BoxIcon::Information))
+            sign = u'i';
+        else if (is(u"警告", BoxButtons::Ok, BoxIcon::Warning))
+            sign = u'!';
+        else if (is(u"错误", BoxButtons::Ok, BoxIcon::Stop))
+            sign = u'x';
+        return OnBox(sign + strText);
+    }
+    std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override {
+        class CGivenUp : public Torvane::Dialog::MFC::CShowStatusDlg {
+            void ShowStatus(const QString&) override {}
+            void ShowProgress(qint64, qint64) override {}
+            void AllowCancel(bool) override {}
+            bool KeepWaiting() override { return false; }
+        };
+        return std::make_unique<CGivenUp>();
+    }
+    qint64 GetPatience() const override { return nPieces-- > 0 ? std::numeric_limits<qint64>::max() : 0; }
+    Torvane::Dialog::MFC::CShowStatusDlg* GetStatus() override { return nullptr; }
+    void KeepPainting() override {}
+    std::optional<QString> PickOpenFile(const QString&, const QString&, const QString&) override {
+        return {};
+    }
+    std::optional<QString> PickFolder(const QString&, const QString&) override { return {}; }
+
+private:
+    QString At(const QModelIndex& line) const {
+        return QStringLiteral("node %1: ").arg(Tree.NodeOf(line)->GetId());
+    }
+    std::unique_ptr<SQLite::Database> m_pRaw;
+};
