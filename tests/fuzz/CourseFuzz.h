@@ -1,9 +1,7 @@
 #pragma once
 
+#include "tests/support/FuzzCheck.h"
 #include "tests/support/TempFolder.h"
-
-#include <cstdio>
-#include <cstdlib>
 
 /// The input as a file in a folder that one run of the target keeps.
 inline const CTempFolder& FuzzFolder() {
@@ -15,12 +13,4 @@ inline QString FuzzFile(const QString& strName, const std::uint8_t* pData, std::
     FuzzFolder().Write(strName,
                        QByteArray(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize)));
     return FuzzFolder().Path(strName);
-}
-
-/// A rule that every input must keep.
-inline void FuzzCheck(bool bHolds, const char* pszRule) {
-    if (bHolds)
-        return;
-    std::fprintf(stderr, "broken: %s\n", pszRule);
-    std::abort();
 }

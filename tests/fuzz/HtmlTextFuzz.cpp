@@ -1,9 +1,7 @@
 #include "companions/compiler/HtmlText.h"
+#include "tests/support/FuzzCheck.h"
 
 #include <gumbo.h>
-
-#include <cstdint>
-#include <cstdlib>
 
 namespace {
 
@@ -38,7 +36,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     };
     HtmlText::RewriteReferences(page.Text, rewrite);
     const auto fragment = HtmlText::TakeFragment(page.Text, rewrite);
-    if (fragment && !StaysInside(fragment->Body))
-        std::abort();
+    Check(!fragment || StaysInside(fragment->Body));
     return 0;
 }

@@ -14,11 +14,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     file.Save();
     CProjectFile again;
     again.SetPath(FuzzFolder().Path(QStringLiteral("a.vcp")));
-    FuzzCheck(again.Load(), "a saved file loads");
-    FuzzCheck(again.GetTemplateName() == QStringLiteral("模板"), "the template is stored");
-    FuzzCheck(again.GetCourseInfo().Id == info.Id, "the id stays");
+    Check(again.Load(), "a saved file loads");
+    Check(again.GetTemplateName() == QStringLiteral("模板"), "the template is stored");
+    Check(again.GetCourseInfo().Id == info.Id, "the id stays");
     // Bytes that are no text can't be written back as they were, and a zero becomes a blank.
     if (!strLastDir.contains(QChar::ReplacementCharacter) && !strLastDir.contains(QChar::Null))
-        FuzzCheck(again.GetLastDir() == strLastDir, "the compiler's folder stays");
+        Check(again.GetLastDir() == strLastDir, "the compiler's folder stays");
     return 0;
 }

@@ -3,11 +3,9 @@
 #include "editor/ResourceText.h"
 
 #include "foundation/CodePage.h"
+#include "tests/support/FuzzCheck.h"
 
 #include <QSet>
-
-#include <cstdint>
-#include <cstdlib>
 
 using namespace ResourceText;
 
@@ -38,11 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     const QString strResult = ApplyReplacements(strHtml, replacements);
     QSet<QString> names;
     for (const ResourceCopy& copy : std::as_const(copies)) {
-        if (copy.bCopy && names.contains(copy.strName))
-            std::abort();
+        Check(!copy.bCopy || !names.contains(copy.strName));
         names.insert(copy.strName);
     }
-    if (replacements.isEmpty() && strResult != strHtml)
-        std::abort();
+    Check(!replacements.isEmpty() || strResult == strHtml);
     return 0;
 }

@@ -1,12 +1,10 @@
 #include "companions/fetch/Unpack.h"
+#include "tests/support/FuzzCheck.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
-
-#include <cstdint>
-#include <cstdlib>
 
 // Any bytes at all may come as a template: nothing leaves the folder, only plain files and folders come out,
 // and no more than the limits say.
@@ -16,9 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     const QString strArchive = s_strRoot + QStringLiteral("/archive");
     const QString strFolder = s_strRoot + QStringLiteral("/in/new");
     QFile file(strArchive);
-    if (!QDir().mkpath(strFolder) || !file.open(QIODevice::WriteOnly) ||
-        file.write(reinterpret_cast<const char*>(pData), qint64(nSize)) != qint64(nSize))
-        std::abort();
+    Check(QDir().mkpath(strFolder) && file.open(QIODevice::WriteOnly) &&
+          file.write(reinterpret_cast<const char*>(pData), qint64(nSize)) == qint64(nSize));
     file.close();
     const UnpackLimits limits{.nMaxBytes = 100000, .nMaxEntries = 20};
     FetchProgress progress;
@@ -31,14 +28,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
                      QDirIterator::Subdirectories);
     while (all.hasNext()) {
         all.next();
-        if (all.fileInfo().isSymLink() || (!all.fileInfo().isFile() && !all.fileInfo().isDir()))
-            std::abort();
+        Check(!all.fileInfo().isSymLink() && (all.fileInfo().isFile() || all.fileInfo().isDir()));
         nBytes += all.fileInfo().isFile() ? all.fileInfo().size() : 0;
     }
     const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    if (nBytes > limits.nMaxBytes || QDir(s_strRoot).count() != 4 ||
-        QDir(s_strRoot + QStringLiteral("/in")).entryList(everything).size() != 1)
-        std::abort();
+    Check(nBytes <= limits.nMaxBytes && QDir(s_strRoot).count() == 4 &&
+          QDir(s_strRoot + QStringLiteral("/in")).entryList(everything).size() == 1);
     QDir(strFolder).removeRecursively();
     return 0;
 }

@@ -31,17 +31,6 @@ public:
     using CSteps::Close;
     using CSteps::CSteps;
 
-    void NoServer() {
-        Start();
-        PressInBox(c_strRetry);
-        PressInBox(c_strCancel);
-        StandsEmpty();
-        OpenFromFile();
-        PressInBox(c_strRetry);
-        PressInBox(c_strCancel);
-        StandsEmpty();
-    }
-
     void HangingServer() {
         Signal(SIGSTOP);
         Start();
@@ -185,7 +174,6 @@ const struct {
     QStringView strName;
     void (CPatient::*pRun)();
 } c_trials[]{
-    {u"no-server", &CPatient::NoServer},
     {u"hanging-server", &CPatient::HangingServer},
     {u"silent-while-editing", &CPatient::SilentWhileEditing},
     {u"lost-session", &CPatient::LostSession},

@@ -4,7 +4,7 @@
 # A lost session takes three minutes, and so does a silence while editing: the program asks the server no sooner.
 set -euo pipefail
 . "$(dirname "$0")/stage.sh"
-all=(no-server hanging-server lost-session silent-while-editing server-away-at-close)
+all=(hanging-server lost-session silent-while-editing server-away-at-close)
 lay_out "$1" "$1/trials"
 shift
 [ $# -eq 0 ] || all=("$@")
@@ -24,7 +24,7 @@ for trial in "${all[@]}"; do
   rm -rf "$stage" "$place/CourseServer"
   cp -r "$place/Fresh" "$stage"
   cp -r "$place/FreshServer" "$place/CourseServer"
-  [ "$trial" = no-server ] || start_server
+  start_server
   echo "== $trial"
   play "$trial" "$place/$trial" 300 || failed=1
   stop_server
