@@ -120,18 +120,17 @@ public:
     CBareStore(const QByteArray& path, CBareCipher& cipher) : m_cipher(cipher) {
         if (sqlite3_open_v2(path.constData(), &m_pDatabase, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
             Fail("can't open the bare database");
-        sqlite3_exec(m_pDatabase,
-                     "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA wal_autocheckpoint = 250",
-                     nullptr, nullptr, nullptr);
+        sqlite3_exec(m_pDatabase, "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL", nullptr, nullptr,
+                     nullptr);
         m_pBegin = Prepare("BEGIN IMMEDIATE");
         m_pCommit = Prepare("COMMIT");
-        m_pLast = Prepare("SELECT MAX([Index]) FROM Book WHERE ParentId = ? AND [Index] < 2147483647");
+        m_pCount = Prepare("SELECT COUNT(*) AS ChildrenCount FROM Book WHERE ParentId = ?");
         m_pNone = Prepare("SELECT * FROM Book WHERE 1 = 0");
         m_pInsert = Prepare("INSERT INTO Book (Title, ParentId, [Index]) VALUES (?, ?, ?)");
         m_pChildren = Prepare("SELECT Id, Title, Type FROM Book WHERE ParentId = ? ORDER BY [Index] ASC");
     }
     ~CBareStore() {
-        for (sqlite3_stmt* pStatement : {m_pBegin, m_pCommit, m_pLast, m_pNone, m_pInsert, m_pChildren})
+        for (sqlite3_stmt* pStatement : {m_pBegin, m_pCommit, m_pCount, m_pNone, m_pInsert, m_pChildren})
             sqlite3_finalize(pStatement);
         sqlite3_exec(m_pDatabase, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
         sqlite3_close(m_pDatabase);
@@ -143,14 +142,14 @@ public:
         std::array<char, 2048> title;
         const int nLength = m_cipher.Encrypt(strTitle, title.data());
         Run(m_pBegin);
-        sqlite3_bind_int(m_pLast, 1, nParentId);
-        sqlite3_step(m_pLast);
-        const int nLast = sqlite3_column_int(m_pLast, 0);
-        sqlite3_reset(m_pLast);
+        sqlite3_bind_int(m_pCount, 1, nParentId);
+        sqlite3_step(m_pCount);
+        const int nCount = sqlite3_column_int(m_pCount, 0);
+        sqlite3_reset(m_pCount);
         Run(m_pNone);
         sqlite3_bind_text(m_pInsert, 1, title.data(), nLength, SQLITE_STATIC);
         sqlite3_bind_int(m_pInsert, 2, nParentId);
-        sqlite3_bind_int(m_pInsert, 3, nLast + 1);
+        sqlite3_bind_int(m_pInsert, 3, nCount + 1);
         Run(m_pInsert);
         sqlite3_last_insert_rowid(m_pDatabase);
         Run(m_pCommit);
@@ -183,7 +182,7 @@ private:
     sqlite3* m_pDatabase = nullptr;
     sqlite3_stmt* m_pBegin;
     sqlite3_stmt* m_pCommit;
-    sqlite3_stmt* m_pLast;
+    sqlite3_stmt* m_pCount;
     sqlite3_stmt* m_pNone;
     sqlite3_stmt* m_pInsert;
     sqlite3_stmt* m_pChildren;

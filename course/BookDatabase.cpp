@@ -161,7 +161,7 @@ qint32 CBookDatabase::AddNode(qint32 nParentId, const QString& strTitle) {
     qint32 nId = -1;
     const QByteArray title = m_pTitles->Stored(strTitle);
     InOneTransaction([&](Connection& connection) {
-        const qint32 nIndex = LastIndex(nParentId) + 1;
+        const qint32 nIndex = GetChildrenCount(nParentId) + 1;
         connection.Query("SELECT * FROM Book WHERE 1 = 0").Step();
         CStoreQuery query =
             connection.Query("INSERT INTO Book (Title, ParentId, [Index]) VALUES (?, ?, ?) RETURNING Id",
@@ -271,17 +271,6 @@ qint32 CBookDatabase::GetChildrenCount(qint32 nParentId) {
             connection.Query("SELECT COUNT(*) AS ChildrenCount FROM Book WHERE ParentId = ?", nParentId);
         StepToRow(query);
         return query.Int(0);
-    });
-}
-
-/// The place of the last child, which is their number: it is found at the end of the index, where counting
-/// would read all of them. What is no place, or leaves none behind it, counts for nothing.
-qint32 CBookDatabase::LastIndex(qint32 nParentId) {
-    return Guarded([&](Connection& connection) {
-        CStoreQuery query = connection.Query(
-            "SELECT MAX([Index]) FROM Book WHERE ParentId = ? AND [Index] < 2147483647", nParentId);
-        StepToRow(query);
-        return std::max(query.IntOr(0, 0), 0);
     });
 }
 
@@ -454,7 +443,7 @@ bool CBookDatabase::MoveUp(qint32 nId) {
 bool CBookDatabase::MoveDown(qint32 nId) {
     return InOneTransaction([&](Connection& connection) {
         const auto [nParentId, nIndex] = GetPlace(nId);
-        if (nIndex >= LastIndex(nParentId))
+        if (nIndex >= GetChildrenCount(nParentId))
             return true;
         connection.Run("UPDATE Book SET [Index] = [Index] - 1 WHERE ParentId = ? AND [Index] = ?", nParentId,
                        nIndex + 1);

@@ -147,7 +147,6 @@ private:
     QString GetText(qint32 nId, const QString& strColumn);
     qint32 GetInt(qint32 nId, const QString& strColumn);
     Place GetPlace(qint32 nId);
-    qint32 LastIndex(qint32 nParentId);
     void CloseGap(qint32 nId);
     bool MayHangBelow(qint32 nId, qint32 nNewParentId);
 

@@ -9,8 +9,6 @@
 
 #include <QByteArray>
 
-#include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -19,10 +17,6 @@ namespace {
 
 /// A second program may hold the file for a moment only: a reader that is just letting go.
 constexpr int c_nBusyMilliseconds = 2000;
-
-/// The log is folded in when it has so many pages: a megabyte, which a slow stick takes well at the opening,
-/// and some sixty steps of a person.
-constexpr int c_nLogPages = 250;
 
 /// Every column that the store ever names.
 constexpr char c_szAllColumns[] =
@@ -120,38 +114,11 @@ CBookDatabase::Connection::Connection(const QString& strNativePath)
     SQLite::Statement(m_database, c_szAllColumns).executeStep();
     m_bUniqueIds = m_database.execAndGet(c_szUniqueIds).getInt() != 0;
     // A file system without shared memory answers with the old mode, which serves as well.
-    const std::string mode = m_database.execAndGet("PRAGMA journal_mode = WAL").getString();
+    m_database.execAndGet("PRAGMA journal_mode = WAL");
     m_database.exec("PRAGMA synchronous = FULL");
-    sqlite3_wal_autocheckpoint(m_database.getHandle(), c_nLogPages);
-    if (mode == "wal")
-        ExtendLog();
 }
 
 CBookDatabase::Connection::~Connection() = default;
-
-/// Gives an empty log the length that it has when it is folded in and begun anew. A file that grows with each
-/// step makes the file system write its own journal each time, which takes it longer than the step. Zeros are
-/// no log to the engine, in a crash neither. Done under its lock for writers; what the disk has no room for
-/// is given back, and the log grows by itself then.
-void CBookDatabase::Connection::ExtendLog() {
-    // The header, and a header before each page; in pieces, since the engine writes no large ones.
-    constexpr int c_nLogBytes = 32 + c_nLogPages * (24 + 4096);
-    const std::array<char, 32768> zeros{};
-    Run("BEGIN IMMEDIATE");
-    sqlite3_file* pLog = nullptr;
-    sqlite3_int64 nSize = -1;
-    sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &pLog);
-    if (pLog != nullptr && pLog->pMethods != nullptr)
-        pLog->pMethods->xFileSize(pLog, &nSize);
-    for (int nDone = 0; nSize == 0 && nDone < c_nLogBytes; nDone += static_cast<int>(zeros.size())) {
-        const int nPiece = std::min(static_cast<int>(zeros.size()), c_nLogBytes - nDone);
-        if (pLog->pMethods->xWrite(pLog, zeros.data(), nPiece, nDone) != SQLITE_OK) {
-            pLog->pMethods->xTruncate(pLog, 0);
-            break;
-        }
-    }
-    Run("ROLLBACK");
-}
 
 SQLite::Statement& CBookDatabase::Connection::Prepared(const char* pszWording) {
     auto found = m_statements.find(pszWording);

@@ -86,7 +86,6 @@ private:
     static void Bind(SQLite::Statement& statement, int nPlace, const QString& strValue);
     static void Bind(SQLite::Statement& statement, int nPlace, const QByteArray& ascii);
     bool IsLost() const;
-    void ExtendLog();
 
     SQLite::Database m_database;
     std::unordered_map<std::string_view, SQLite::Statement> m_statements;
