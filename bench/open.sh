@@ -62,12 +62,14 @@ start_vorel() { # SHAPE-NODES
   # The last step of an opening.
   grep -aq "^Recent0=.*$1.course.vcp" "$stage/AppInfo.ini" || { echo "the course $1 did not open" >&2; exit 1; }
 }
-# The first round only warms the caches.
+# The first round only warms the caches. Which size goes first changes, so that neither always follows the heavy one.
 for round in $(seq 0 "$rounds"); do
+  [ $((round % 2)) -eq 0 ] && sizes="10000 100000" || sizes="100000 10000"
   for shape in book flat; do
-    start_vorel "$shape-10000"
+    for nodes in $sizes; do
+      start_vorel "$shape-$nodes"
+    done
     start "cherrytree-$shape-10000" cherrytree "$work/$shape-10000.ctb"
-    start_vorel "$shape-100000"
   done
   for nodes in 10000 100000; do
     start "names-book-$nodes" "$build/bin/bench_names_tree" "$work/book-$nodes.ctb"
