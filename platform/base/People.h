@@ -54,7 +54,7 @@ public:
     virtual CShowStatusDlg* GetStatus() = 0;
 
     /// A step that is over sooner needs no status window. Milliseconds.
-    virtual qint64 GetPatience() const { return 250; }
+    virtual qint64 GetPatience() { return 250; }
 
     /// Keeps every window painted for a moment without taking input; called again and again by whoever blocks
     /// the interface thread. Cheap enough to be called every few milliseconds.

@@ -7,14 +7,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString c_strChildBelow = u"?本栏目已经拥有内容，当您为本栏目添加了下级栏目（子栏目）后，系统默认的"
-                                u"自动显示下级栏目功能将被自动关闭，您的用户将只能通过树型目录访问本栏目"
-                                u"的子栏目。如果您以后希望恢复系统提供的自动显示下级栏目功能，请选择\""
-                                u"编辑\"菜单中的\"清空栏目内容\"功能。"_s;
-const QString c_strContentAbove = u"?本栏目已经拥有下级栏目（子栏目），当您为本栏目输入内容后，系统默认的"
-                                  u"自动显示下级栏目功能将被自动关闭，您的用户将只能通过树型目录访问本栏目"
-                                  u"的子栏目。如果您以后希望恢复系统提供的自动显示下级栏目功能，请选择\""
-                                  u"编辑\"菜单中的\"清空栏目内容\"功能。"_s;
+const QString c_strNoList =
+    u"系统默认的自动显示下级栏目功能将被自动关闭，您的用户将只能通过树型目录访问本栏目"
+    u"的子栏目。如果您以后希望恢复系统提供的自动显示下级栏目功能，请选择\"编辑\""
+    u"菜单中的\"清空栏目内容\"功能。"_s;
+const QString c_strChildBelow =
+    u"?本栏目已经拥有内容，当您为本栏目添加了下级栏目（子栏目）后，"_s + c_strNoList;
+const QString c_strContentAbove =
+    u"?本栏目已经拥有下级栏目（子栏目），当您为本栏目输入内容后，"_s + c_strNoList;
+const QString c_strOverwrite = u"?该栏目已有内容，再次创建将覆盖已有内容，您要继续吗？"_s;
+const QString c_strNotStored = u"x数据库操作失败！可能是父栏目下有同名栏目存在！"_s;
+const QString c_strNotDeleted = u"x数据库操作失败！"_s;
+const QString c_strNotMoved = u"x数据库操作失败!"_s;
+const QString c_strTaken = u"!父栏目下已有名为\"%1\"的栏目存在。"_s;
+const QString c_strLeafList = u"d<该栏目没有有内容的子栏目>"_s;
+const QString c_strList = u"d节\r\n点\r\n"_s;
 const QString c_strDelete = u"?删除栏目将不可恢复，您确认删除吗？"_s;
 const QString c_strClear = u"?清空栏目内容后，栏目现有内容将无法恢复，您确定继续吗？"_s;
 const QString c_strLong(41, u'章');
@@ -51,6 +58,9 @@ public:
         Open();
         OnBox = [this](const QString& strBox) { return Next(strBox) ? BoxAnswer::Ok : BoxAnswer::Cancel; };
         OnConfirmDeletion = [this](const QString& strTitles) { return Next(u'd' + strTitles); };
+        OnAskOpenType = [this](qint32 nPresent) {
+            return Next(u'o' + QString::number(nPresent)) ? std::optional<qint32>(3) : std::nullopt;
+        };
     }
 
     void Run(const Case& test) {
@@ -131,15 +141,13 @@ private:
 };
 
 const QList<Case>& Cases() {
-    static const QString c_strTaken = u"!父栏目下已有名为\"%1\"的栏目存在。"_s;
-    static const QString c_strNotMoved = u"x数据库操作失败!"_s;
     static const QList<Case> cases{
         {u"三"_s, 32772, {}, u"一(节(点)) 二* 三 点 新建栏目"_s},
         {u"节"_s, 32910, {}, u"一(节(点) 名) 二* 三 点"_s, u"名"_s},
         {u"root"_s, 32772, {}},
         {u"root"_s, 32909, {}, c_strBase + u" 新建栏目"_s},
         {u"一"_s, 32773, {}, u"一(节(点) 新建栏目) 二* 三 点"_s},
-        {u"二"_s, 32773, {c_cCancel + c_strChildBelow}},
+        {u"二"_s, 32773, {u'~' + c_strChildBelow}},
         {u"二"_s, 32909, {c_strChildBelow}, u"一(节(点)) 二*(新建栏目) 三 点"_s},
 
         {u"节"_s,
@@ -152,44 +160,35 @@ const QList<Case>& Cases() {
         {u"三"_s, 32869, {u"t新建栏目"_s}, c_strBase, u"，"_s},
         {u"三"_s, 32870, {u"~t新建栏目"_s}},
         {u"三"_s, 32870, {u"t新建栏目"_s}, u"一(节(点)) 二* 三(甲 乙) 点"_s, u"甲,乙,丙"_s, {}, false, 1},
-        {u"二"_s, 32870, {c_cCancel + c_strChildBelow}},
+        {u"二"_s, 32870, {u'~' + c_strChildBelow}},
         {u"二"_s, 32870, {c_strChildBelow, u"t新建栏目"_s}, u"一(节(点)) 二*(甲) 三 点"_s, u"甲"_s},
 
         {u"三"_s, 32775, {}, u"一(节(点)) 二* 新 点"_s, u"新"_s},
         {u"三"_s, 32912, {u"!对不起，父栏目下已有同名栏目存在！"_s}, c_strBase, u"一"_s},
         {u"三"_s, 32775, {u"!对不起，栏目名称最大为40个字符！"_s}, c_strBase, c_strLong},
-        {u"三"_s,
-         32775,
-         {u"x数据库操作失败！可能是父栏目下有同名栏目存在！"_s},
-         c_strBase,
-         u"新"_s,
-         {},
-         true},
+        {u"三"_s, 32775, {c_strNotStored}, c_strBase, u"新"_s, {}, true},
         {u"root"_s, 32775, {}, c_strBase, u"新"_s},
 
-        {u"一"_s, 32774, {u"~d节\r\n点\r\n"_s}},
-        {u"一"_s, 32774, {u"d节\r\n点\r\n"_s, c_cCancel + c_strDelete}},
-        {u"一"_s, 32911, {u"d节\r\n点\r\n"_s, c_strDelete}, u"二* 三 点"_s},
-        {u"一"_s, 32911, {u"d节\r\n点\r\n"_s, c_strDelete}, u"一(节) 二* 三 点"_s, {}, {}, false, 1},
-        {u"二"_s, 32774, {u"d<该栏目没有有内容的子栏目>"_s, c_strDelete}, u"一(节(点)) 三 点"_s},
+        {u"一"_s, 32774, {u'~' + c_strList}},
+        {u"一"_s, 32774, {c_strList, u'~' + c_strDelete}},
+        {u"一"_s, 32911, {c_strList, c_strDelete}, u"二* 三 点"_s},
+        {u"一"_s, 32911, {c_strList, c_strDelete}, u"一(节) 二* 三 点"_s, {}, {}, false, 1},
+        {u"二"_s, 32774, {c_strLeafList, c_strDelete}, u"一(节(点)) 三 点"_s},
         {u"三"_s, 32774, {c_strDelete}, u"一(节(点)) 二* 点"_s},
-        {u"二"_s,
-         32774,
-         {u"d<该栏目没有有内容的子栏目>"_s, c_strDelete, u"x数据库操作失败！"_s},
-         c_strBase,
-         {},
-         {},
-         true},
+        {u"二"_s, 32774, {c_strLeafList, c_strDelete, c_strNotDeleted}, c_strBase, {}, {}, true},
         {u"root"_s, 32774, {}},
 
-        {u"二"_s, 32919, {c_cCancel + c_strClear}},
+        {u"二"_s, 32919, {u'~' + c_strClear}},
         {u"二"_s, 32918, {c_strClear}, u"一(节(点)) 二 三 点"_s},
         {u"root"_s, 32918, {c_strClear}},
-        {u"二"_s, 32913, {u"~?该栏目已有内容，再次创建将覆盖已有内容，您要继续吗？"_s}},
-        {u"二"_s, 32814, {u"?该栏目已有内容，再次创建将覆盖已有内容，您要继续吗？"_s}},
-        {u"一"_s, 32814, {c_cCancel + c_strContentAbove}},
+        {u"二"_s, 32913, {u'~' + c_strOverwrite}},
+        {u"二"_s, 32814, {c_strOverwrite}},
+        {u"一"_s, 32814, {u'~' + c_strContentAbove}},
         {u"一"_s, 32874, {c_strContentAbove}, u"一*(节(点)) 二* 三 点"_s},
         {u"三"_s, 32814, {}, u"一(节(点)) 二* 三* 点"_s},
+
+        {u"二"_s, 32934, {u"~o0"_s}},
+        {u"二"_s, 32934, {u"o0"_s}},
 
         {u"一"_s, 32816, {u"i该栏目为第一个栏目，无法上移!"_s}},
         {u"点"_s, 32916, {u"i该栏目为最后一个栏目，无法下移!"_s}},
@@ -205,7 +204,7 @@ const QList<Case>& Cases() {
         {u"三"_s, 0, {}, u"一(三 节(点)) 二* 点"_s, {}, u"一"_s},
         {u"一"_s, 0, {}, u"二* 三(一(节(点))) 点"_s, {}, u"三"_s},
         {u"点"_s, 0, {u"!父栏目下已有同名栏目存在！"_s}, c_strBase, {}, u"节"_s},
-        {u"三"_s, 0, {c_cCancel + c_strChildBelow}, c_strBase, {}, u"二"_s},
+        {u"三"_s, 0, {u'~' + c_strChildBelow}, c_strBase, {}, u"二"_s},
         {u"三"_s, 0, {c_strChildBelow}, u"一(节(点)) 二*(三) 点"_s, {}, u"二"_s},
         {u"三"_s, 0, {c_strNotMoved}, c_strBase, {}, u"一"_s, true},
     };

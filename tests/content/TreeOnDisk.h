@@ -28,10 +28,8 @@ private:
 
 /// The tree of a real course with its commands. The test plays the window in front of it, its dialogs and the
 /// person, and can compare the tree with the store and the folders.
-class CTreeOnDisk : public ITreeWindow, public ITreeDialogs, public Torvane::Dialog::MFC::IPeople {
+class CTreeOnDisk : public ITreeWindow, public ITreeDialogs, public CScriptedPeople {
 public:
-    using BoxAnswer = Torvane::Dialog::MFC::BoxAnswer;
-
     CTempInMemory TempInMemory;
     CCourseOnDisk Disk;
     CRecordingHost Host;
@@ -47,7 +45,7 @@ public:
     QPersistentModelIndex Edited;
     QSet<qint32> Expanded;
     /// A long step shows its window, and is given up, after so many pieces.
-    mutable qint64 nPieces = std::numeric_limits<qint64>::max();
+    qint64 nPieces = std::numeric_limits<qint64>::max();
 
     void Open() {
         Expanded.clear();
@@ -170,39 +168,24 @@ public:
     std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) override {
         return OnAskCustomTitles(titles, bIntroduction);
     }
-    BoxAnswer Ask(const QString& strText, const QString& strTitle, Torvane::Dialog::MFC::BoxButtons buttons,
-                  Torvane::Dialog::MFC::BoxIcon icon) override {
-        using namespace Torvane::Dialog::MFC;
-        const auto is = [&](const char16_t* pszTitle, BoxButtons itsButtons, BoxIcon itsIcon) {
-            return strTitle == QStringView(pszTitle) && buttons == itsButtons && icon == itsIcon;
-        };
+    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
+                  BoxIcon icon) override {
+        const bool bCancel = buttons == BoxButtons::OkCancel;
         QChar sign = u'#';
-        if (is(u"提示", BoxButtons::OkCancel, BoxIcon::Question))
-            sign = u'?';
-        else if (is(u"提示", BoxButtons::Ok, BoxIcon::Information))
-            sign = u'i';
-        else if (is(u"警告", BoxButtons::Ok, BoxIcon::Warning))
+        if (strTitle == u"提示" && bCancel == (icon == BoxIcon::Question))
+            sign = bCancel ? u'?' : icon == BoxIcon::Information ? u'i' : sign;
+        else if (strTitle == u"警告" && !bCancel && icon == BoxIcon::Warning)
             sign = u'!';
-        else if (is(u"错误", BoxButtons::Ok, BoxIcon::Stop))
+        else if (strTitle == u"错误" && !bCancel && icon == BoxIcon::Stop)
             sign = u'x';
         return OnBox(sign + strText);
     }
-    std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override {
-        class CGivenUp : public Torvane::Dialog::MFC::CShowStatusDlg {
-            void ShowStatus(const QString&) override {}
-            void ShowProgress(qint64, qint64) override {}
-            void AllowCancel(bool) override {}
-            bool KeepWaiting() override { return false; }
-        };
-        return std::make_unique<CGivenUp>();
+    qint64 GetPatience() override {
+        if (nPieces-- > 0)
+            return std::numeric_limits<qint64>::max();
+        GiveUps = {true};
+        return 0;
     }
-    qint64 GetPatience() const override { return nPieces-- > 0 ? std::numeric_limits<qint64>::max() : 0; }
-    Torvane::Dialog::MFC::CShowStatusDlg* GetStatus() override { return nullptr; }
-    void KeepPainting() override {}
-    std::optional<QString> PickOpenFile(const QString&, const QString&, const QString&) override {
-        return {};
-    }
-    std::optional<QString> PickFolder(const QString&, const QString&) override { return {}; }
 
 private:
     QString At(const QModelIndex& line) const {
