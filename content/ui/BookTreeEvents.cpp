@@ -97,13 +97,24 @@ QModelIndex CBookTreeView::HiddenBy(const QModelIndex& index) const {
 
 QModelIndex CBookTreeView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     // A line in a closed branch has no neighbours: the keys go on from the branch.
-    const QModelIndex closed = HiddenBy(currentIndex());
+    const QModelIndex current = currentIndex();
+    const QModelIndex closed = HiddenBy(current);
     if (closed.isValid())
         return closed;
+    if (action == MoveLeft && current.isValid())
+        return MoveOut(current);
     // The headings are never selected: the first line for Home and the page keys is the root.
     const QModelIndex next = QTreeView::moveCursor(action, modifiers);
     if (!next.isValid() || !IsHeadItem(m_tree.LineOf(next)))
         return next;
     scrollToTop();
     return m_tree.GetRoot();
+}
+
+/// The toolkit closes no branch while the pane is scrolled sideways, and closes leaves that it once opened.
+QModelIndex CBookTreeView::MoveOut(const QModelIndex& index) {
+    if (m_tree.rowCount(index) == 0 || !isExpanded(index))
+        return index.parent().isValid() ? index.parent() : index;
+    collapse(index);
+    return index;
 }

@@ -74,6 +74,8 @@ private:
     QMenu* MakeMenu(std::span<const int> commands);
     /// The outermost closed line that hides this one; no line where none does.
     QModelIndex HiddenBy(const QModelIndex& index) const;
+    /// Closes an open branch; of any other line the one that it stands below.
+    QModelIndex MoveOut(const QModelIndex& index);
     void FollowMoved();
     /// Scrolls until nEnough pixels of the line are in sight, where the line and the pane are as wide.
     void ShowSideways(const QModelIndex& index, int nEnough);
