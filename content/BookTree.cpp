@@ -15,7 +15,9 @@ struct CBookTree::Line {
     int nRow = 0;
     /// Whether the children have been read; without it none of them stands here.
     bool bRead = false;
-    /// Null for a heading.
+    /// -1 for a heading.
+    qint32 nId = -1;
+    /// Made when somebody first looks at the line; null for a heading.
     std::unique_ptr<CBookNode> pNode;
     Lines children;
 
@@ -63,8 +65,36 @@ ETreeLine CBookTree::LineOf(const QModelIndex& index) const {
     return index.isValid() ? At(index)->Kind : ETreeLine::None;
 }
 
+qint32 CBookTree::IdOf(const QModelIndex& index) const {
+    return index.isValid() ? At(index)->nId : -1;
+}
+
 CBookNode* CBookTree::NodeOf(const QModelIndex& index) const {
-    return index.isValid() ? At(index)->pNode.get() : nullptr;
+    return IdOf(index) >= 0 ? &Node(*At(index)) : nullptr;
+}
+
+CBookNode& CBookTree::Node(Line& line) const {
+    if (line.pNode == nullptr)
+        line.pNode = std::make_unique<CBookNode>(*m_pCourse, Store().GetNode(line.nId));
+    return *line.pNode;
+}
+
+/// Makes the nodes of all children in one go.
+void CBookTree::ReadNodes(const Line& parent) const {
+    if (std::ranges::all_of(parent.children, [](const auto& pChild) { return pChild->pNode != nullptr; }))
+        return;
+    QList<NodeHeader> headers;
+    Store().GetChildren(parent.nId, headers);
+    for (const NodeHeader& header : headers) {
+        Line* pLine = m_lines.value(header.Id);
+        if (pLine != nullptr && pLine->pParent == &parent && pLine->pNode == nullptr)
+            pLine->pNode = std::make_unique<CBookNode>(*m_pCourse, header);
+    }
+}
+
+void CBookTree::ReadAllTitles() const {
+    for (const Line* pLine : m_lines)
+        ReadNodes(*pLine);
 }
 
 QModelIndex CBookTree::Find(qint32 nId) const {
@@ -96,11 +126,12 @@ QModelIndex CBookTree::Reveal(qint32 nId) {
 
 TitleTaken CBookTree::TakenBelow(const QModelIndex& parent, const QModelIndex& except) const {
     const Line& line = *At(parent);
+    ReadNodes(line);
     QSet<QString> titles;
     titles.reserve(line.ChildCount());
     for (const auto& pChild : line.children) {
         if (!except.isValid() || pChild.get() != At(except))
-            titles.insert(pChild->pNode->GetTitle());
+            titles.insert(Node(*pChild).GetTitle());
     }
     return [titles](const QString& strTitle) { return titles.contains(strTitle); };
 }
@@ -116,13 +147,14 @@ void CBookTree::Load(CCourse& course) {
         AddHeading(ETreeLine::School, CSysInfo::Instance().GetSchoolName());
         AddHeading(ETreeLine::Course, course.GetInfo().Name);
         Line& root = AddHeading(ETreeLine::Root, course.GetInfo().TeacherName);
-        m_lines.insert(pRoot->GetId(), &root);
+        root.nId = pRoot->GetId();
         root.pNode = std::move(pRoot);
-        root.children = MakeLines(root, root.pNode->GetChildren());
+        m_lines.insert(root.nId, &root);
+        root.children = MakeLines(root, Store().GetChildIds(root.nId));
         root.bRead = true;
-        const auto below = Store().GetGrandchildren(root.pNode->GetId());
+        const auto below = Store().GetGrandchildIds(root.nId);
         for (const auto& pChild : root.children) {
-            pChild->children = MakeLines(*pChild, below.value(pChild->pNode->GetId()));
+            pChild->children = MakeLines(*pChild, below.value(pChild->nId));
             pChild->bRead = true;
         }
     } catch (...) {
@@ -168,19 +200,20 @@ CBookDatabase& CBookTree::Store() const {
     return *m_pCourse->GetDatabase();
 }
 
-CBookTree::Lines CBookTree::MakeLines(Line& parent, const QList<NodeHeader>& headers) {
+CBookTree::Lines CBookTree::MakeLines(Line& parent, const QList<qint32>& ids) {
     Lines lines;
-    lines.reserve(static_cast<std::size_t>(headers.size()));
+    lines.reserve(static_cast<std::size_t>(ids.size()));
+    m_lines.reserve(m_lines.size() + ids.size());
     int nRow = parent.ChildCount();
-    for (const NodeHeader& header : headers) {
+    for (const qint32 nId : ids) {
         // A node stands in the tree once: a damaged store could lead round and round.
-        Line*& pKnown = m_lines[header.Id];
+        Line*& pKnown = m_lines[nId];
         if (pKnown != nullptr)
             continue;
         auto pLine = std::make_unique<Line>();
         pLine->pParent = &parent;
         pLine->nRow = nRow++;
-        pLine->pNode = std::make_unique<CBookNode>(*m_pCourse, header);
+        pLine->nId = nId;
         pKnown = pLine.get();
         lines.push_back(std::move(pLine));
     }
@@ -200,9 +233,9 @@ void CBookTree::Hang(Line& parent, Lines lines) {
 void CBookTree::LoadChildren(Line& line) {
     if (line.bRead)
         return;
-    const QList<NodeHeader> headers = line.pNode->GetChildren();
+    const QList<qint32> ids = Store().GetChildIds(line.nId);
     line.bRead = true;
-    Hang(line, MakeLines(line, headers));
+    Hang(line, MakeLines(line, ids));
 }
 
 void CBookTree::Read(const QModelIndex& index) {
@@ -217,10 +250,10 @@ void CBookTree::LoadAhead(const QModelIndex& index) {
     LoadChildren(line);
     if (std::ranges::all_of(line.children, [](const auto& pChild) { return pChild->bRead; }))
         return;
-    const auto below = Store().GetGrandchildren(line.pNode->GetId());
+    const auto below = Store().GetGrandchildIds(line.nId);
     for (const auto& pChild : line.children) {
         if (!std::exchange(pChild->bRead, true))
-            Hang(*pChild, MakeLines(*pChild, below.value(pChild->pNode->GetId())));
+            Hang(*pChild, MakeLines(*pChild, below.value(pChild->nId)));
     }
 }
 
@@ -229,18 +262,33 @@ void CBookTree::LoadAhead(const QModelIndex& index) {
 QModelIndex CBookTree::Add(const QModelIndex& parent, const QString& strTitle) {
     Line& line = *At(parent);
     LoadChildren(line);
-    std::unique_ptr<CBookNode> pNode = line.pNode->AddChild(strTitle);
+    std::unique_ptr<CBookNode> pNode = Node(line).AddChild(strTitle);
     auto pLine = std::make_unique<Line>();
     pLine->pParent = &line;
     pLine->nRow = line.ChildCount();
     pLine->bRead = true;
+    pLine->nId = pNode->GetId();
     pLine->pNode = std::move(pNode);
     Line& added = *pLine;
-    m_lines.insert(added.pNode->GetId(), &added);
+    m_lines.insert(added.nId, &added);
     Lines lines;
     lines.push_back(std::move(pLine));
     Hang(line, std::move(lines));
+    if (added.nRow > 0 && !IsBehind(added, line.Child(added.nRow - 1)))
+        Arrange(line);
     return IndexOf(added);
+}
+
+/// False in a damaged store alone, where a number of siblings is no place behind them.
+bool CBookTree::IsBehind(const Line& line, const Line& other) const {
+    const auto place = [this](const Line& sibling) {
+        return Store().GetField(sibling.nId, QStringLiteral("Index")).toInt();
+    };
+    try {
+        return place(line) > place(other);
+    } catch (const Torvane::CRunException&) {
+        return false;
+    }
 }
 
 bool CBookTree::Rename(const QModelIndex& index, const QString& strTitle) {
@@ -252,7 +300,7 @@ bool CBookTree::Rename(const QModelIndex& index, const QString& strTitle) {
 
 bool CBookTree::Move(const QModelIndex& index, bool bUp) {
     Line& line = *At(index);
-    if (!(bUp ? line.pNode->MoveUp() : line.pNode->MoveDown()))
+    if (!(bUp ? Node(line).MoveUp() : Node(line).MoveDown()))
         return false;
     Arrange(*line.pParent);
     return true;
@@ -262,7 +310,7 @@ bool CBookTree::MoveBelow(const QModelIndex& index, const QModelIndex& target) {
     Line& line = *At(index);
     Line& newParent = *At(target);
     LoadChildren(newParent);
-    if (!line.pNode->MoveBelow(newParent.pNode->GetId()))
+    if (!Node(line).MoveBelow(newParent.nId))
         return false;
     Line& oldParent = *line.pParent;
     MoveRow(oldParent, line.nRow, newParent, 0);
@@ -287,7 +335,7 @@ void CBookTree::MoveRow(Line& from, int nFrom, Line& to, int nTo) {
 void CBookTree::Arrange(Line& parent) {
     QList<qint32> ids;
     try {
-        ids = Store().GetChildIds(parent.pNode->GetId());
+        ids = Store().GetChildIds(parent.nId);
     } catch (const Torvane::CRunException&) {
         // The store has taken the change; an order that can't be read stays as it is shown.
     }
@@ -310,7 +358,7 @@ void CBookTree::Forget(const QList<qint32>& ids) {
     QHash<Line*, QList<int>> rows;
     for (const qint32 nId : ids) {
         const Line* pLine = m_lines.value(nId);
-        if (pLine != nullptr && pLine->pParent != nullptr && !gone.contains(pLine->pParent->pNode->GetId()))
+        if (pLine != nullptr && pLine->pParent != nullptr && !gone.contains(pLine->pParent->nId))
             rows[pLine->pParent].append(pLine->nRow);
     }
     for (auto it = rows.begin(); it != rows.end(); ++it) {
@@ -342,8 +390,9 @@ void CBookTree::RemoveRows(Line& parent, int nFirst, int nLast) {
         removed.pop_back();
         std::ranges::move(pLine->children, std::back_inserter(removed));
         pLine->children.clear();
-        m_lines.remove(pLine->pNode->GetId());
-        m_gone.push_back(std::move(pLine->pNode));
+        m_lines.remove(pLine->nId);
+        if (pLine->pNode != nullptr)
+            m_gone.push_back(std::move(pLine->pNode));
     }
 }
 
@@ -365,6 +414,10 @@ int CBookTree::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? At(parent)->ChildCount() : static_cast<int>(m_top.size());
 }
 
+bool CBookTree::hasChildren(const QModelIndex& parent) const {
+    return rowCount(parent) > 0;
+}
+
 int CBookTree::columnCount(const QModelIndex&) const {
     return 1;
 }
@@ -372,8 +425,15 @@ int CBookTree::columnCount(const QModelIndex&) const {
 QVariant CBookTree::data(const QModelIndex& index, int nRole) const {
     if (!index.isValid() || (nRole != Qt::DisplayRole && nRole != Qt::EditRole))
         return {};
-    const Line& line = *At(index);
-    return line.pParent == nullptr ? m_headings[static_cast<std::size_t>(line.nRow)] : line.pNode->GetTitle();
+    Line& line = *At(index);
+    if (line.pParent == nullptr)
+        return m_headings[static_cast<std::size_t>(line.nRow)];
+    try {
+        return Node(line).GetTitle();
+    } catch (const Torvane::CRunException&) {
+        // The next look asks again; whoever wants more than a look is told.
+        return {};
+    }
 }
 
 Qt::ItemFlags CBookTree::flags(const QModelIndex& index) const {

@@ -11,9 +11,10 @@
 #include <vector>
 
 /// The open course as a tree of lines: the school, the course, and the root with all nodes below it. A model
-/// over the store that reads no more than is needed: one level beyond what was ever opened. Each change goes
-/// to the store and the node's folder first and to the lines after it, so that a refused change leaves the
-/// tree as it was. Failures of the store are Torvane::CRunException.
+/// over the store that reads no more than is needed: the numbers of one level beyond what was ever opened,
+/// and the title of a line that is looked at. Each change goes to the store and the node's folder first and
+/// to the lines after it, so that a refused change leaves the tree as it was. Failures of the store are
+/// Torvane::CRunException.
 ///
 /// A store may be damaged: rows that lead back into the tree, or stand in it twice, are left out, and the
 /// order of siblings is always the store's.
@@ -34,7 +35,10 @@ public:
 
     QModelIndex GetRoot() const;
     ETreeLine LineOf(const QModelIndex& index) const;
+    /// -1 for no line and for a heading.
+    qint32 IdOf(const QModelIndex& index) const;
     /// Null for no line and for a heading. Lives until Clear, even when its line goes: a view may show it.
+    /// Throws when the store can't be read, the first time that it is asked for.
     CBookNode* NodeOf(const QModelIndex& index) const;
     /// Among the lines read so far.
     QModelIndex Find(qint32 nId) const;
@@ -44,6 +48,8 @@ public:
     void Read(const QModelIndex& index);
     /// Reads the children of each child where they have not been read: called when a line opens.
     void LoadAhead(const QModelIndex& index);
+    /// Makes all lines ready for a search: a title is read when it is first looked at.
+    void ReadAllTitles() const;
     /// The titles below a line, but for one line's.
     TitleTaken TakenBelow(const QModelIndex& parent, const QModelIndex& except = {}) const;
 
@@ -60,6 +66,7 @@ public:
     QModelIndex index(int nRow, int nColumn, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
+    bool hasChildren(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int nRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
@@ -72,8 +79,11 @@ private:
     QModelIndex IndexOf(const Line& line) const;
     Line& AddHeading(ETreeLine kind, const QString& strText);
     CBookDatabase& Store() const;
+    CBookNode& Node(Line& line) const;
+    void ReadNodes(const Line& parent) const;
+    bool IsBehind(const Line& line, const Line& other) const;
     /// Lines behind the parent's own for those nodes that the tree does not hold yet.
-    Lines MakeLines(Line& parent, const QList<NodeHeader>& headers);
+    Lines MakeLines(Line& parent, const QList<qint32>& ids);
     void Hang(Line& parent, Lines lines);
     void LoadChildren(Line& line);
     void RemoveRows(Line& parent, int nFirst, int nLast);

@@ -50,7 +50,12 @@ void CBookTreeActions::Close() {
 }
 
 CBookNode* CBookTreeActions::GetSelectedNode() const {
-    return m_tree.NodeOf(m_selection.currentIndex());
+    try {
+        return m_tree.NodeOf(m_selection.currentIndex());
+    } catch (const Torvane::CRunException&) {
+        // Who selected it was told.
+        return nullptr;
+    }
 }
 
 TreeSelection CBookTreeActions::Selection() const {
@@ -87,6 +92,10 @@ void CBookTreeActions::SelectNode(qint32 nId) {
 
 void CBookTreeActions::LoadAhead(const QModelIndex& index) {
     Guarded([&] { m_tree.LoadAhead(index); });
+}
+
+void CBookTreeActions::ReadAllTitles() {
+    Guarded([this] { m_tree.ReadAllTitles(); });
 }
 
 // Commands.
@@ -177,7 +186,7 @@ void CBookTreeActions::CreateContent() {
 }
 
 void CBookTreeActions::EditContent() {
-    CBookNode& node = *GetSelectedNode();
+    CBookNode& node = *m_tree.NodeOf(m_selection.currentIndex());
     if (node.GetType() != NodeType::c_nEditorPage)
         return;
     m_tree.GetCourse()->CountChange();

@@ -48,6 +48,8 @@ public:
     /// Shows the selected node in the view that is its own.
     void ShowSelection();
     void LoadAhead(const QModelIndex& index);
+    /// A search by typed letters is about to look at every line.
+    void ReadAllTitles();
 
     bool IsEnabled(int nCommand) const;
     /// False when the id is none of the tree's.

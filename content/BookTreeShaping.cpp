@@ -150,7 +150,7 @@ void CBookTreeActions::DeleteNode() {
 /// Takes the lines of what was deleted away; the selected one is gone, or some below it are.
 void CBookTreeActions::TakeAway(const QList<qint32>& gone) {
     const QModelIndex selected = m_selection.currentIndex();
-    if (!gone.contains(m_tree.NodeOf(selected)->GetId())) {
+    if (!gone.contains(m_tree.IdOf(selected))) {
         m_tree.Forget(gone);
         ShowSelection();
         return;

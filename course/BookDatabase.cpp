@@ -49,6 +49,9 @@ const char* FieldWording(const QString& strColumn) {
     ComError::Throw(ComError::c_nNoSuchColumn);
 }
 
+/// From here on looking for each child's children costs more than passing over the course's parents.
+constexpr qint32 c_nManyChildren = 2000;
+
 /// Stands for a parent or a place that can't be read.
 constexpr qint32 c_nNoPlace = std::numeric_limits<qint32>::min();
 
@@ -216,29 +219,72 @@ QList<qint32> CBookDatabase::GetChildIds(qint32 nParentId) {
     });
 }
 
+/// Gathers rows that begin with the parent's and the row's own Id, and come by their parents.
+template <typename Item, typename Reader>
+QHash<qint32, QList<Item>> CBookDatabase::Families(CStoreQuery query, qint32 nAboveId, bool bUniqueIds,
+                                                   Reader reader) {
+    CChildren children(bUniqueIds);
+    QHash<qint32, QList<Item>> families;
+    QList<Item>* pFamily = nullptr;
+    qint32 nFamilyId = -1;
+    while (query.Step()) {
+        const qint32 nParent = query.IntOr(0, -1), nId = query.IntOr(1, -1);
+        if (nParent <= c_nRootNodeId || nParent == nAboveId || nId == nAboveId || !children.Has(nId, nParent))
+            continue;
+        if (pFamily == nullptr || nParent != nFamilyId)
+            pFamily = &families[nFamilyId = nParent];
+        pFamily->append(reader(nId, query));
+    }
+    return families;
+}
+
+// Both in the order of the index on parent and place: nothing is sorted, and only the rows asked for are
+// read.
+
 QHash<qint32, QList<NodeHeader>> CBookDatabase::GetGrandchildren(qint32 nParentId) {
     return Guarded([&](Connection& connection) {
-        // In the order of the index on parent and place: nothing is sorted, and only the rows asked for are
-        // read.
-        CStoreQuery query =
+        return Families<NodeHeader>(
             connection.Query("SELECT ParentId, Id, Title, Type FROM Book WHERE ParentId IN "
                              "(SELECT Id FROM Book WHERE ParentId = ?) ORDER BY ParentId, [Index]",
-                             nParentId);
-        CChildren children(connection.HasUniqueIds());
-        QHash<qint32, QList<NodeHeader>> families;
-        QList<NodeHeader>* pFamily = nullptr;
-        qint32 nChildId = -1;
-        while (query.Step()) {
-            const qint32 nParent = query.IntOr(0, -1), nId = query.IntOr(1, -1);
-            if (nParent <= c_nRootNodeId || nParent == nParentId || nId == nParentId ||
-                !children.Has(nId, nParent))
-                continue;
-            if (pFamily == nullptr || nParent != nChildId)
-                pFamily = &families[nChildId = nParent];
-            pFamily->append(HeaderOf(nId, query, 2));
-        }
-        return families;
+                             nParentId),
+            nParentId, connection.HasUniqueIds(),
+            [this](qint32 nId, const CStoreQuery& row) { return HeaderOf(nId, row, 2); });
     });
+}
+
+QHash<qint32, QList<qint32>> CBookDatabase::GetGrandchildIds(qint32 nParentId) {
+    if (GetChildrenCount(nParentId) > c_nManyChildren)
+        return GetFamiliesAmong(nParentId);
+    return Guarded([&](Connection& connection) {
+        return Families<qint32>(connection.Query("SELECT ParentId, Id FROM Book WHERE ParentId IN "
+                                                 "(SELECT Id FROM Book WHERE ParentId = ?) "
+                                                 "ORDER BY ParentId, [Index]",
+                                                 nParentId),
+                                nParentId, connection.HasUniqueIds(),
+                                [](qint32 nId, const CStoreQuery&) { return nId; });
+    });
+}
+
+/// The same for very many children, of which few have any: it steps through the index from one parent of the
+/// course to the next, instead of looking for each child's.
+QHash<qint32, QList<qint32>> CBookDatabase::GetFamiliesAmong(qint32 nParentId) {
+    QList<qint32> inner;
+    Guarded([&](Connection& connection) {
+        CStoreQuery query = connection.Query(
+            "WITH RECURSIVE Parents(Id) AS (SELECT MIN(ParentId) FROM Book UNION ALL "
+            "SELECT (SELECT MIN(ParentId) FROM Book WHERE ParentId > Parents.Id) FROM Parents "
+            "WHERE Parents.Id IS NOT NULL) "
+            "SELECT Book.Id FROM Parents JOIN Book ON Book.Id = Parents.Id WHERE Book.ParentId = ?",
+            nParentId);
+        while (query.Step())
+            inner.append(query.IntOr(0, -1));
+    });
+    QHash<qint32, QList<qint32>> families;
+    for (const qint32 nId : inner) {
+        if (nId > c_nRootNodeId && nId != nParentId)
+            families.insert(nId, GetChildIds(nId));
+    }
+    return families;
 }
 
 NodeHeader CBookDatabase::FindChild(qint32 nParentId, const QString& strTitle) {

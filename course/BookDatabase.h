@@ -95,6 +95,8 @@ public:
     /// The children of each child of the parent, by the child's Id, in sibling order; childless ones are not
     /// in it. One statement, however many they are.
     QHash<qint32, QList<NodeHeader>> GetGrandchildren(qint32 nParentId);
+    /// Their ids alone. A child of a damaged course may come with an empty list.
+    QHash<qint32, QList<qint32>> GetGrandchildIds(qint32 nParentId);
     /// Id is -1 when there is no such child. Exact; does not find titles with a single quote.
     NodeHeader FindChild(qint32 nParentId, const QString& strTitle);
     bool HasChild(qint32 nParentId, const QString& strTitle);
@@ -144,6 +146,10 @@ private:
     template <typename Reader>
     auto ReadField(qint32 nId, const QString& strColumn, Reader reader);
     NodeHeader HeaderOf(qint32 nId, const CStoreQuery& query, int nTitleColumn) const;
+    template <typename Item, typename Reader>
+    static QHash<qint32, QList<Item>> Families(CStoreQuery query, qint32 nAboveId, bool bUniqueIds,
+                                               Reader reader);
+    QHash<qint32, QList<qint32>> GetFamiliesAmong(qint32 nParentId);
     QString GetText(qint32 nId, const QString& strColumn);
     qint32 GetInt(qint32 nId, const QString& strColumn);
     Place GetPlace(qint32 nId);

@@ -22,7 +22,7 @@ constexpr int c_nOpenMilliseconds = 700;
 void CBookTreeView::Drag(const QModelIndex& index) {
     m_dragged = index;
     auto* pMimeData = new QMimeData;
-    pMimeData->setData(c_strMimeType, QByteArray::number(m_tree.NodeOf(index)->GetId()));
+    pMimeData->setData(c_strMimeType, QByteArrayLiteral("node"));
     auto* pDrag = new QDrag(this);
     pDrag->setMimeData(pMimeData);
     pDrag->setPixmap(PictureOf(index));

@@ -37,6 +37,11 @@ void CBookTreeView::mouseReleaseEvent(QMouseEvent* pEvent) {
         m_actions.GetSelection().Select(pressed);
 }
 
+void CBookTreeView::keyboardSearch(const QString& strTyped) {
+    m_actions.ReadAllTitles();
+    QTreeView::keyboardSearch(strTyped);
+}
+
 void CBookTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent) {
     if (pEvent->button() == Qt::LeftButton)
         m_actions.ShowSelection();
@@ -46,8 +51,8 @@ void CBookTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent) {
 void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
     const bool bMouse = pEvent->reason() == QContextMenuEvent::Mouse;
     const QPersistentModelIndex line(bMouse ? indexAt(pEvent->pos()) : currentIndex());
-    const bool bHeading = m_tree.NodeOf(line) == nullptr;
-    if (bHeading || !m_actions.GetSelection().Select(line) || m_actions.MenuOf(line).empty())
+    if (IsHeadItem(m_tree.LineOf(line)) || !m_actions.GetSelection().Select(line) ||
+        m_actions.MenuOf(line).empty())
         return;
     if (!bMouse)
         scrollTo(line);

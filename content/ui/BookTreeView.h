@@ -39,6 +39,7 @@ public:
 
     /// Brings a line into sight, upright and sideways, and moves nothing that is in sight already.
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    void keyboardSearch(const QString& strTyped) override;
 
     /// Whether a tree command is enabled for the present selection.
     bool IsCommandEnabled(int nCommand) const { return m_actions.IsEnabled(nCommand); }

@@ -275,13 +275,14 @@ TEST(BookTreeActionsTest, ANameFromTheServerReachesTheRootAsItIs) {
 
 TEST(BookTreeActionsTest, ALineThatCouldNotBeReadStillGuardsItsChildren) {
     CScriptedTree tree;
+    const QModelIndex one = tree.LineOf(u"一"_s);
     tree.Raw().exec("ALTER TABLE Book RENAME TO Away");
     QStringList boxes;
     const auto onBox = std::exchange(tree.OnBox, [&](const QString& strBox) {
         boxes.append(strBox);
         return CTreeOnDisk::BoxAnswer::Ok;
     });
-    tree.Expand(tree.LineOf(u"一"_s));
+    tree.Expand(one);
     EXPECT_EQ(boxes.size(), 1);
     tree.Raw().exec("ALTER TABLE Away RENAME TO Book");
     tree.OnBox = onBox;

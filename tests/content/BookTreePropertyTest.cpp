@@ -239,14 +239,14 @@ private:
         switch (Pick(10)) {
         case 0:
             Count("expand");
-            if (const QModelIndex line = AnyLine(true); m_tree.Tree.NodeOf(line) != nullptr)
+            if (const QModelIndex line = AnyLine(true); m_tree.Tree.IdOf(line) >= 0)
                 m_tree.Expand(line);
             break;
         case 1:
             Count("collapse");
             // A line that closes takes the selection from below it.
             if (const QModelIndex line = m_tree.Actions.GetSelection().currentIndex(); line.isValid())
-                m_tree.Expanded.remove(m_tree.Tree.NodeOf(line)->GetId());
+                m_tree.Expanded.remove(m_tree.Tree.IdOf(line));
             break;
         case 2:
             Count("select");

@@ -84,7 +84,7 @@ public:
         }
         return lines;
     }
-    bool IsOpen(const QModelIndex& line) const { return Expanded.contains(Tree.NodeOf(line)->GetId()); }
+    bool IsOpen(const QModelIndex& line) const { return Expanded.contains(Tree.IdOf(line)); }
 
     /// What is wrong with the table or the folders by themselves; empty for nothing.
     QString StoreFault() {
@@ -118,7 +118,7 @@ public:
         const auto lines = Lines();
         for (const auto& [line, bSeen] : lines) {
             QList<NodeHeader> children;
-            Disk.Store().GetChildren(Tree.NodeOf(line)->GetId(), children);
+            Disk.Store().GetChildren(Tree.IdOf(line), children);
             if (bBroken) {
                 QSet<qint32> seen;
                 erase_if(children, [&](const NodeHeader& child) {
@@ -158,7 +158,7 @@ public:
     void Expand(const QModelIndex& index) override {
         if (Tree.rowCount(index) == 0 || IsOpen(index))
             return;
-        Expanded.insert(Tree.NodeOf(index)->GetId());
+        Expanded.insert(Tree.IdOf(index));
         Actions.LoadAhead(index);
     }
     void EditTitle(const QModelIndex& index) override { Edited = index; }
@@ -188,8 +188,6 @@ public:
     }
 
 private:
-    QString At(const QModelIndex& line) const {
-        return QStringLiteral("node %1: ").arg(Tree.NodeOf(line)->GetId());
-    }
+    QString At(const QModelIndex& line) const { return QStringLiteral("node %1: ").arg(Tree.IdOf(line)); }
     std::unique_ptr<SQLite::Database> m_pRaw;
 };
