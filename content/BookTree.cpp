@@ -144,9 +144,9 @@ void CBookTree::Load(CCourse& course) {
     m_pCourse = &course;
     try {
         std::unique_ptr<CBookNode> pRoot = CBookNode::Root(course);
-        AddHeading(ETreeLine::School, CSysInfo::Instance().GetSchoolName());
-        AddHeading(ETreeLine::Course, course.GetInfo().Name);
-        Line& root = AddHeading(ETreeLine::Root, course.GetInfo().TeacherName);
+        AddTopLine(ETreeLine::School, CSysInfo::Instance().GetSchoolName());
+        AddTopLine(ETreeLine::Course, course.GetInfo().Name);
+        Line& root = AddTopLine(ETreeLine::Root, course.GetInfo().TeacherName);
         root.nId = pRoot->GetId();
         root.pNode = std::move(pRoot);
         m_lines.insert(root.nId, &root);
@@ -174,11 +174,11 @@ void CBookTree::Clear() {
     endResetModel();
 }
 
-CBookTree::Line& CBookTree::AddHeading(ETreeLine kind, const QString& strText) {
+CBookTree::Line& CBookTree::AddTopLine(ETreeLine kind, const QString& strText) {
     auto pLine = std::make_unique<Line>();
     pLine->Kind = kind;
     pLine->nRow = static_cast<int>(m_top.size());
-    m_headings[m_top.size()] = strText;
+    m_topTexts[m_top.size()] = strText;
     m_top.push_back(std::move(pLine));
     return *m_top.back();
 }
@@ -187,7 +187,7 @@ void CBookTree::ShowCourseInfo() {
     if (m_pCourse == nullptr)
         return;
     const CCourseInfo& info = m_pCourse->GetInfo();
-    m_headings = {m_headings[0], info.Name, info.TeacherName};
+    m_topTexts = {m_topTexts[0], info.Name, info.TeacherName};
     Q_EMIT dataChanged(index(1, 0), GetRoot());
     try {
         NodeOf(GetRoot())->ReadTitle();
@@ -427,7 +427,7 @@ QVariant CBookTree::data(const QModelIndex& index, int nRole) const {
         return {};
     Line& line = *At(index);
     if (line.pParent == nullptr)
-        return m_headings[static_cast<std::size_t>(line.nRow)];
+        return m_topTexts[static_cast<std::size_t>(line.nRow)];
     try {
         return Node(line).GetTitle();
     } catch (const Torvane::CRunException&) {

@@ -77,7 +77,7 @@ private:
 
     Line* At(const QModelIndex& index) const;
     QModelIndex IndexOf(const Line& line) const;
-    Line& AddHeading(ETreeLine kind, const QString& strText);
+    Line& AddTopLine(ETreeLine kind, const QString& strText);
     CBookDatabase& Store() const;
     CBookNode& Node(Line& line) const;
     void ReadNodes(const Line& parent) const;
@@ -93,7 +93,7 @@ private:
 
     CCourse* m_pCourse = nullptr;
     Lines m_top;
-    std::array<QString, 3> m_headings;
+    std::array<QString, 3> m_topTexts;
     QHash<qint32, Line*> m_lines;
     /// Nodes whose lines are gone.
     std::vector<std::unique_ptr<CBookNode>> m_gone;

@@ -10,15 +10,13 @@ using Torvane::Dialog::MFC::BoxAnswer;
 CBookTreeActions::CBookTreeActions(CBookTree& tree, ITreeWindow& window, ITreeDialogs& dialogs,
                                    INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people)
     : m_tree(tree), m_window(window), m_dialogs(dialogs), m_host(host), m_people(people),
-      m_selection(&tree, [this](const QModelIndex& index) { return MaySelect(index); }) {
-    QObject::connect(&m_selection, &QItemSelectionModel::currentChanged, &m_selection,
-                     [this] { ShowSelection(); });
+      m_selection(
+          &tree, [this](const QModelIndex& index) { return MaySelect(index); }, [this] { ShowSelection(); }) {
 }
 
 CBookTreeActions::~CBookTreeActions() {
     // The lines go without being asked where the selection moves.
     m_selection.Drop();
-    m_selection.disconnect();
 }
 
 void CBookTreeActions::Guarded(const std::function<void()>& step) {
@@ -31,7 +29,7 @@ void CBookTreeActions::Guarded(const std::function<void()>& step) {
     }
 }
 
-bool CBookTreeActions::Confirm(const QString& strQuestion, const Line& line) {
+bool CBookTreeActions::Confirm(const QString& strQuestion, const QPersistentModelIndex& line) {
     return m_people.Question(strQuestion) == BoxAnswer::Ok && line.isValid();
 }
 
@@ -65,12 +63,15 @@ TreeSelection CBookTreeActions::Selection() const {
 }
 
 bool CBookTreeActions::MaySelect(const QModelIndex& index) {
-    return !IsHeadItem(m_tree.LineOf(index)) && m_host.LeaveCurrentView(true);
+    bool bMayLeave = false;
+    if (!IsHeadItem(m_tree.LineOf(index)))
+        Guarded([&] { bMayLeave = m_host.LeaveCurrentView(true); });
+    return bMayLeave;
 }
 
 void CBookTreeActions::ShowSelection() {
     Guarded([this] {
-        const Line line(m_selection.currentIndex());
+        const QPersistentModelIndex line(m_selection.currentIndex());
         CBookNode* pNode = m_tree.NodeOf(line);
         if (pNode == nullptr)
             return;
@@ -83,8 +84,8 @@ void CBookTreeActions::ShowSelection() {
 
 void CBookTreeActions::SelectNode(qint32 nId) {
     Guarded([&] {
-        const Line line(m_tree.Reveal(nId));
-        for (Line above(line.parent()); above.isValid(); above = above.parent())
+        const QPersistentModelIndex line(m_tree.Reveal(nId));
+        for (QPersistentModelIndex above(line.parent()); above.isValid(); above = above.parent())
             m_window.Expand(above);
         m_selection.Select(line);
     });
@@ -154,6 +155,11 @@ void CBookTreeActions::RunAction(TreeCommand::EAction action) {
     }
 }
 
+std::span<const int> CBookTreeActions::OpenMenu(const QModelIndex& index) {
+    const QPersistentModelIndex line(index);
+    return m_selection.Select(line) ? MenuOf(line) : std::span<const int>();
+}
+
 std::span<const int> CBookTreeActions::MenuOf(const QModelIndex& index) const {
     const ETreeLine line = m_tree.LineOf(index);
     if (IsHeadItem(line) || (line != ETreeLine::Root && HasChildren(index)))
@@ -164,7 +170,7 @@ std::span<const int> CBookTreeActions::MenuOf(const QModelIndex& index) const {
 // Content.
 
 void CBookTreeActions::ClearContent() {
-    const Line line(m_selection.currentIndex());
+    const QPersistentModelIndex line(m_selection.currentIndex());
     if (!Confirm(ContentText::c_strClearContent, line))
         return;
     CBookNode& node = *m_tree.NodeOf(line);
@@ -173,7 +179,7 @@ void CBookTreeActions::ClearContent() {
 }
 
 void CBookTreeActions::CreateContent() {
-    const Line line(m_selection.currentIndex());
+    const QPersistentModelIndex line(m_selection.currentIndex());
     CBookNode& node = *m_tree.NodeOf(line);
     if (node.HasContent()) {
         if (!Confirm(ContentText::c_strOverwriteContent, line))
@@ -194,7 +200,7 @@ void CBookTreeActions::EditContent() {
 }
 
 void CBookTreeActions::SetOpenType() {
-    const Line line(m_selection.currentIndex());
+    const QPersistentModelIndex line(m_selection.currentIndex());
     CBookNode& node = *m_tree.NodeOf(line);
     const std::optional<qint32> chosen = m_dialogs.AskOpenType(node.GetOpenType());
     if (!chosen || !line.isValid())

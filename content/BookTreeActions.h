@@ -54,7 +54,9 @@ public:
     bool IsEnabled(int nCommand) const;
     /// False when the id is none of the tree's.
     bool Run(int nCommand);
-    /// The commands of a line's context menu; none where no menu opens.
+    /// Selects a line for its context menu and gives the menu's commands; none where no menu opens.
+    std::span<const int> OpenMenu(const QModelIndex& index);
+    /// The commands of a line's context menu; none where it has none.
     std::span<const int> MenuOf(const QModelIndex& index) const;
 
     /// The end of typing a title; nothing for a cancelled one. Selects the line in every case.
@@ -66,8 +68,6 @@ public:
     void Drop(const QModelIndex& source, const QModelIndex& target);
 
 private:
-    using Line = QPersistentModelIndex;
-
     bool MaySelect(const QModelIndex& index);
     bool HasChildren(const QModelIndex& index) const { return m_tree.rowCount(index) > 0; }
     /// Runs a step and shows what it throws; nothing may pass into the event loop.
@@ -75,23 +75,23 @@ private:
     void RunAction(TreeCommand::EAction action);
     /// The question with OK and Cancel. Also false when the line went meanwhile: a box lets the program run
     /// on, and a lost session closes the course.
-    bool Confirm(const QString& strQuestion, const Line& line);
+    bool Confirm(const QString& strQuestion, const QPersistentModelIndex& line);
 
     void AddNode();
     void AddChild();
-    bool ConfirmChildBelowContent(const Line& line);
-    bool AddMany(const Line& parent);
-    bool AddTitles(const Line& parent, const QStringList& titles);
+    bool ConfirmChildBelowContent(const QPersistentModelIndex& line);
+    bool AddMany(const QPersistentModelIndex& parent);
+    bool AddTitles(const QPersistentModelIndex& parent, const QStringList& titles);
     void AddManySiblings();
     void AddManyChildren();
-    void StartRename(const Line& line);
-    void Rename(const Line& line, const QString& strTitle);
-    void StoreTitle(const Line& line, const QString& strTitle);
+    void StartRename(const QPersistentModelIndex& line);
+    void Rename(const QPersistentModelIndex& line, const QString& strTitle);
+    void StoreTitle(const QPersistentModelIndex& line, const QString& strTitle);
     void SetCustomTitles();
     void DeleteNode();
     void TakeAway(const QList<qint32>& gone);
     void MoveNode(bool bUp);
-    bool ConfirmDrop(const Line& source, const Line& target);
+    bool ConfirmDrop(const QPersistentModelIndex& source, const QPersistentModelIndex& target);
     /// A view that lists children shows them as they are now.
     void ShowAgainWhereListed(const QModelIndex& one, const QModelIndex& other);
     void ClearContent();

@@ -8,6 +8,20 @@
 
 #include <QSet>
 
+namespace {
+
+/// Whether the store took a change: one message serves for its refusal and its failure.
+template <typename Change>
+bool IsStored(Change change) {
+    try {
+        return change();
+    } catch (const Torvane::CRunException&) {
+        return false;
+    }
+}
+
+} // namespace
+
 // Adding.
 
 void CBookTreeActions::AddNode() {
@@ -16,21 +30,21 @@ void CBookTreeActions::AddNode() {
 }
 
 void CBookTreeActions::AddChild() {
-    const Line parent(m_selection.currentIndex());
+    const QPersistentModelIndex parent(m_selection.currentIndex());
     if (!ConfirmChildBelowContent(parent))
         return;
-    const Line added(m_tree.Add(parent, NewTitle(m_tree.TakenBelow(parent))));
+    const QPersistentModelIndex added(m_tree.Add(parent, NewTitle(m_tree.TakenBelow(parent))));
     m_window.Expand(parent);
     StartRename(added);
 }
 
-bool CBookTreeActions::ConfirmChildBelowContent(const Line& line) {
+bool CBookTreeActions::ConfirmChildBelowContent(const QPersistentModelIndex& line) {
     return HasChildren(line) || !m_tree.NodeOf(line)->HasContent() ||
            Confirm(ContentText::c_strChildBelowContent, line);
 }
 
 /// False when the person cancelled, or the line went.
-bool CBookTreeActions::AddMany(const Line& parent) {
+bool CBookTreeActions::AddMany(const QPersistentModelIndex& parent) {
     const std::optional<QString> input = m_dialogs.AskTitles(NewTitle(m_tree.TakenBelow(parent)));
     if (!input || !parent.isValid() || !AddTitles(parent, SplitTitles(*input)))
         return false;
@@ -39,7 +53,7 @@ bool CBookTreeActions::AddMany(const Line& parent) {
     return true;
 }
 
-bool CBookTreeActions::AddTitles(const Line& parent, const QStringList& titles) {
+bool CBookTreeActions::AddTitles(const QPersistentModelIndex& parent, const QStringList& titles) {
     CSlowStep step(m_people, ContentText::c_strAdding);
     QSet<QString> made;
     const TitleTaken before = m_tree.TakenBelow(parent);
@@ -54,6 +68,7 @@ bool CBookTreeActions::AddTitles(const Line& parent, const QStringList& titles) 
             made.insert(strTitle);
         } else {
             m_people.Warn(strWarning);
+            step.Pause();
         }
         const bool bGoOn = step.GoOn(nTitle + 1, titles.size());
         if (!parent.isValid())
@@ -65,20 +80,20 @@ bool CBookTreeActions::AddTitles(const Line& parent, const QStringList& titles) 
 }
 
 void CBookTreeActions::AddManySiblings() {
-    const Line parent(m_selection.currentIndex().parent());
+    const QPersistentModelIndex parent(m_selection.currentIndex().parent());
     if (AddMany(parent) && HasChildren(parent))
         m_selection.Select(m_tree.index(m_tree.rowCount(parent) - 1, 0, parent));
 }
 
 void CBookTreeActions::AddManyChildren() {
-    const Line parent(m_selection.currentIndex());
+    const QPersistentModelIndex parent(m_selection.currentIndex());
     if (ConfirmChildBelowContent(parent) && AddMany(parent) && HasChildren(parent))
         m_host.ShowNodeView(EViewKind::ChildrenList, m_tree.NodeOf(parent));
 }
 
 // Titles.
 
-void CBookTreeActions::StartRename(const Line& line) {
+void CBookTreeActions::StartRename(const QPersistentModelIndex& line) {
     // A view that refuses to be left keeps the person where they are, and no title opens behind their back.
     if (m_selection.Select(line))
         m_window.EditTitle(line);
@@ -86,13 +101,13 @@ void CBookTreeActions::StartRename(const Line& line) {
 
 void CBookTreeActions::FinishRename(const QModelIndex& index, const std::optional<QString>& typed) {
     Guarded([&] {
-        const Line line(index);
+        const QPersistentModelIndex line(index);
         Rename(line, typed.value_or(QString()));
         m_selection.Select(line);
     });
 }
 
-void CBookTreeActions::Rename(const Line& line, const QString& strTitle) {
+void CBookTreeActions::Rename(const QPersistentModelIndex& line, const QString& strTitle) {
     const QString strPresent = m_tree.NodeOf(line)->GetTitle();
     const RenameCheck check = CheckRename(strTitle, strPresent, m_tree.TakenBelow(line.parent(), line));
     if (!check.strWarning.isEmpty())
@@ -101,14 +116,8 @@ void CBookTreeActions::Rename(const Line& line, const QString& strTitle) {
         StoreTitle(line, strTitle);
 }
 
-void CBookTreeActions::StoreTitle(const Line& line, const QString& strTitle) {
-    bool bStored = false;
-    try {
-        bStored = m_tree.Rename(line, strTitle);
-    } catch (const Torvane::CRunException&) {
-        // The one message below serves for a refusal and a failure.
-    }
-    if (bStored)
+void CBookTreeActions::StoreTitle(const QPersistentModelIndex& line, const QString& strTitle) {
+    if (IsStored([&] { return m_tree.Rename(line, strTitle); }))
         ShowAgainWhereListed(line, line.parent());
     else
         m_people.Error(ContentText::c_strTitleNotStored);
@@ -116,20 +125,18 @@ void CBookTreeActions::StoreTitle(const Line& line, const QString& strTitle) {
 
 void CBookTreeActions::SetCustomTitles() {
     RunCustomTitles(m_tree.GetCourse()->GetPaths(), m_dialogs, [this](qint32 nId, const QString& strTitle) {
-        const Line line(m_tree.Find(nId));
+        const QPersistentModelIndex line(m_tree.Find(nId));
         if (IsFixedItem(m_tree.LineOf(line)))
             return line.isValid();
         Rename(line, strTitle);
         return true;
     });
-    const QModelIndex selected = m_selection.currentIndex();
-    ShowAgainWhereListed(selected, selected);
 }
 
 // Removing.
 
 void CBookTreeActions::DeleteNode() {
-    const Line line(m_selection.currentIndex());
+    const QPersistentModelIndex line(m_selection.currentIndex());
     CBookNode& node = *m_tree.NodeOf(line);
     if ((HasChildren(line) || node.HasContent()) &&
         (!m_dialogs.ConfirmDeletion(DeletionListText(node.GetDescendants())) || !line.isValid()))
@@ -141,8 +148,8 @@ void CBookTreeActions::DeleteNode() {
         CSlowStep step(m_people, ContentText::c_strDeleting);
         deletion = node.Delete([&](int nDone, int nTotal) { return step.GoOn(nDone, nTotal); });
     }
-    if (line.isValid())
-        TakeAway(deletion.Gone);
+    // Nobody closes the course while a step keeps the windows painted, so the line still stands.
+    TakeAway(deletion.Gone);
     if (deletion.bFailed)
         m_people.Error(ContentText::c_strNotDeleted);
 }
@@ -155,7 +162,7 @@ void CBookTreeActions::TakeAway(const QList<qint32>& gone) {
         ShowSelection();
         return;
     }
-    const Line parent(selected.parent());
+    const QPersistentModelIndex parent(selected.parent());
     const int nRow = selected.row();
     m_selection.Drop();
     m_tree.Forget(gone);
@@ -171,18 +178,12 @@ void CBookTreeActions::TakeAway(const QList<qint32>& gone) {
 // Moving.
 
 void CBookTreeActions::MoveNode(bool bUp) {
-    const Line line(m_selection.currentIndex());
+    const QPersistentModelIndex line(m_selection.currentIndex());
     if (line.row() == (bUp ? 0 : m_tree.rowCount(line.parent()) - 1)) {
         m_people.Notice(bUp ? ContentText::c_strFirstNode : ContentText::c_strLastNode);
         return;
     }
-    bool bMoved = false;
-    try {
-        bMoved = m_tree.Move(line, bUp);
-    } catch (const Torvane::CRunException&) {
-        // The one message below serves for a refusal and a failure.
-    }
-    if (!bMoved)
+    if (!IsStored([&] { return m_tree.Move(line, bUp); }))
         m_people.Error(ContentText::c_strNotMoved);
 }
 
@@ -201,7 +202,7 @@ bool CBookTreeActions::MayDrop(const QModelIndex& source, const QModelIndex& tar
     return true;
 }
 
-bool CBookTreeActions::ConfirmDrop(const Line& source, const Line& target) {
+bool CBookTreeActions::ConfirmDrop(const QPersistentModelIndex& source, const QPersistentModelIndex& target) {
     if (m_tree.TakenBelow(target, source)(m_tree.NodeOf(source)->GetTitle())) {
         m_people.Warn(ContentText::c_strDropTitleTaken);
         return false;
@@ -212,21 +213,15 @@ bool CBookTreeActions::ConfirmDrop(const Line& source, const Line& target) {
 
 void CBookTreeActions::Drop(const QModelIndex& sourceIndex, const QModelIndex& targetIndex) {
     Guarded([&] {
-        const Line source(sourceIndex);
-        const Line target(targetIndex);
+        const QPersistentModelIndex source(sourceIndex);
+        const QPersistentModelIndex target(targetIndex);
         if (!MayDrop(source, target))
             return;
         m_tree.Read(target);
         if (!ConfirmDrop(source, target))
             return;
-        const Line parent(source.parent());
-        bool bMoved = false;
-        try {
-            bMoved = m_tree.MoveBelow(source, target);
-        } catch (const Torvane::CRunException&) {
-            // The one message below serves for a refusal and a failure.
-        }
-        if (!bMoved) {
+        const QPersistentModelIndex parent(source.parent());
+        if (!IsStored([&] { return m_tree.MoveBelow(source, target); })) {
             m_people.Error(ContentText::c_strNotMoved);
             return;
         }

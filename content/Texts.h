@@ -7,9 +7,6 @@ namespace ContentText {
 
 using namespace Qt::StringLiterals;
 
-// Captions of boxes that are none of the four common forms.
-inline const QString c_strWarningTitle = u"警告"_s;
-
 // The tree's questions before something is lost or changes its look.
 /// A node with content gets its first child.
 inline const QString c_strChildBelowContent = u"本栏目已经拥有内容，当您为本栏目添加了下级栏目（子栏目）后，"

@@ -77,15 +77,17 @@ EAction ActionOf(int nCommand);
 /// Commands that this version knows but can't carry out; they are disabled wherever they stand.
 bool IsHeldBack(int nCommand, const TreeSelection& selection);
 
-/// Whether the rule of a command holds. A disabled id that arrives all the same is refused by its action.
+/// Whether the rule of a command holds. A disabled id that arrives all the same meets
+/// IsActionAllowed alone.
 bool IsEnabled(int nCommand, const TreeSelection& selection, bool bEditorShowing);
 
 /// Whether the action does anything for this line; where not, it ends in silence.
 bool IsActionAllowed(EAction action, ETreeLine line);
 
-/// The entries of the context menu (130), 0 for a separator: of the root, and of every other node.
+/// The two context menus (130): of the root, and of every other node.
 inline constexpr QStringView c_strRootMenu = u"教师名栏目";
 inline constexpr QStringView c_strNodeMenu = u"普通栏目";
+/// Their entries, 0 for a separator.
 std::span<const int> RootMenu();
 std::span<const int> NodeMenu();
 

@@ -36,7 +36,7 @@ inline constexpr int c_nExpanded = 4;
 inline constexpr int c_nLeaf = 5;
 inline constexpr int c_nImages = 6;
 inline constexpr std::array<int, c_nImages> c_resources{136, 139, 140, 141, 339, 142};
-/// The image of a line; None has that of a leaf.
+/// The image of a line.
 int Of(ETreeLine line, bool bHasChildren, bool bExpanded);
 } // namespace TreeImage
 

@@ -3,8 +3,11 @@
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 
-CTreeSelectionModel::CTreeSelectionModel(QAbstractItemModel* pModel, MayMove mayMove, QObject* pParent)
-    : QItemSelectionModel(pModel, pParent), m_mayMove(std::move(mayMove)) {}
+#include <utility>
+
+CTreeSelectionModel::CTreeSelectionModel(QAbstractItemModel* pModel, MayMove mayMove, Moved moved,
+                                         QObject* pParent)
+    : QItemSelectionModel(pModel, pParent), m_mayMove(std::move(mayMove)), m_moved(std::move(moved)) {}
 
 void CTreeSelectionModel::setCurrentIndex(const QModelIndex& index, QItemSelectionModel::SelectionFlags) {
     if (m_pWanted == nullptr)
@@ -45,6 +48,7 @@ void CTreeSelectionModel::Force(const QModelIndex& index) {
                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     }
     QItemSelectionModel::setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    m_moved();
 }
 
 void CTreeSelectionModel::Drop() {

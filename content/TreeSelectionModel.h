@@ -11,8 +11,11 @@
 class CTreeSelectionModel : public QItemSelectionModel {
 public:
     using MayMove = std::function<bool(const QModelIndex&)>;
+    using Moved = std::function<void()>;
 
-    CTreeSelectionModel(QAbstractItemModel* pModel, MayMove mayMove, QObject* pParent = nullptr);
+    /// moved is called when all who listen to the selection are through with it: unlike them it may close
+    /// the course, and take the lines away.
+    CTreeSelectionModel(QAbstractItemModel* pModel, MayMove mayMove, Moved moved, QObject* pParent = nullptr);
 
     using QItemSelectionModel::select;
     void setCurrentIndex(const QModelIndex& index, QItemSelectionModel::SelectionFlags command) override;
@@ -30,6 +33,7 @@ public:
 
 private:
     MayMove m_mayMove;
+    Moved m_moved;
     bool m_bAsking = false;
     bool m_bOwnSelect = false;
     /// Where a wish is noted instead of being followed.

@@ -32,16 +32,16 @@ void CBookTreeView::Drag(const QModelIndex& index) {
     m_rest.stop();
     stopAutoScroll();
     m_under = QPersistentModelIndex();
+    const QPersistentModelIndex source = std::exchange(m_dragged, QPersistentModelIndex());
     const QPersistentModelIndex target = m_dropTarget;
     SetDropTarget(QModelIndex());
     // The questions come now that the mouse is free again.
-    if (bDropped && m_dragged.isValid() && target.isValid()) {
-        m_actions.Drop(m_dragged, target);
+    if (bDropped && source.isValid() && target.isValid()) {
+        m_actions.Drop(source, target);
         // The course may have been closed behind a question.
-        if (m_dragged.isValid() && m_dragged.parent() == target)
-            scrollTo(m_dragged);
+        if (source.isValid() && source.parent() == target)
+            scrollTo(source);
     }
-    m_dragged = QPersistentModelIndex();
 }
 
 QPixmap CBookTreeView::PictureOf(const QModelIndex& index) const {

@@ -51,12 +51,12 @@ void CBookTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent) {
 void CBookTreeView::contextMenuEvent(QContextMenuEvent* pEvent) {
     const bool bMouse = pEvent->reason() == QContextMenuEvent::Mouse;
     const QPersistentModelIndex line(bMouse ? indexAt(pEvent->pos()) : currentIndex());
-    if (IsHeadItem(m_tree.LineOf(line)) || !m_actions.GetSelection().Select(line) ||
-        m_actions.MenuOf(line).empty())
+    const std::span<const int> commands = m_actions.OpenMenu(line);
+    if (commands.empty())
         return;
     if (!bMouse)
         scrollTo(line);
-    QMenu* pMenu = MakeMenu(m_actions.MenuOf(line));
+    QMenu* pMenu = MakeMenu(commands);
     pMenu->popup(bMouse ? pEvent->globalPos() : viewport()->mapToGlobal(visualRect(line).bottomLeft()));
 }
 
@@ -98,6 +98,16 @@ QModelIndex CBookTreeView::HiddenBy(const QModelIndex& index) const {
             closed = above;
     }
     return closed;
+}
+
+void CBookTreeView::SelectWhatHides(const QModelIndex& index) {
+    const QPersistentModelIndex line(index);
+    // Commands would work on a line that nobody sees.
+    if (HiddenBy(currentIndex()) != index || !m_actions.GetSelection().Select(index))
+        return;
+    // A node with content opens when it is selected; here it was just closed.
+    if (line.isValid())
+        collapse(line);
 }
 
 QModelIndex CBookTreeView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {

@@ -46,6 +46,7 @@ CBookTreeView::CBookTreeView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople&
 
     connect(this, &QTreeView::expanded, this,
             [this](const QModelIndex& index) { m_actions.LoadAhead(index); });
+    connect(this, &QTreeView::collapsed, this, &CBookTreeView::SelectWhatHides);
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this, &CBookTreeView::SelectionMoved);
     connect(&m_tree, &QAbstractItemModel::rowsMoved, this, &CBookTreeView::FollowMoved);
     // Lines that scroll by below a resting mouse.
@@ -121,6 +122,13 @@ void CBookTreeView::FollowMoved() {
     // What was dropped is shown by whoever drops it.
     if (!m_dragged.isValid())
         scrollTo(currentIndex());
+}
+
+bool CBookTreeView::RunCommand(int nCommand) {
+    // A title that is being typed is done with before anything else happens.
+    if (m_edited.isValid())
+        setFocus();
+    return m_actions.Run(nCommand);
 }
 
 void CBookTreeView::EditTitle(const QModelIndex& index) {

@@ -44,10 +44,10 @@ public:
     /// Whether a tree command is enabled for the present selection.
     bool IsCommandEnabled(int nCommand) const { return m_actions.IsEnabled(nCommand); }
     /// Runs a tree command; false when the id is none of the tree's.
-    bool RunCommand(int nCommand) { return m_actions.Run(nCommand); }
+    bool RunCommand(int nCommand);
 
 Q_SIGNALS:
-    /// Another line is selected, or none.
+    /// Another line is selected.
     void SelectionMoved();
 
 protected:
@@ -75,6 +75,8 @@ private:
     QMenu* MakeMenu(std::span<const int> commands);
     /// The outermost closed line that hides this one; no line where none does.
     QModelIndex HiddenBy(const QModelIndex& index) const;
+    /// Takes the selection to a branch that was closed over it.
+    void SelectWhatHides(const QModelIndex& index);
     /// Closes an open branch; of any other line the one that it stands below.
     QModelIndex MoveOut(const QModelIndex& index);
     void FollowMoved();

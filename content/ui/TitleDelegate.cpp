@@ -2,6 +2,7 @@
 
 #include "content/BookTree.h"
 #include "content/Texts.h"
+#include "platform/ui/DialogParts.h"
 #include "platform/ui/Pictures.h"
 
 #include <QAbstractItemView>
@@ -72,8 +73,11 @@ void CTitleDelegate::setEditorData(QWidget* pEditor, const QModelIndex& index) c
     pEdit->selectAll();
 }
 
-void CTitleDelegate::setModelData(QWidget* pEditor, QAbstractItemModel*, const QModelIndex&) const {
-    Q_EMIT TitleTyped(qobject_cast<QLineEdit*>(pEditor)->text());
+void CTitleDelegate::setModelData(QWidget* pEditor, QAbstractItemModel*, const QModelIndex& index) const {
+    const auto* pEdit = qobject_cast<QLineEdit*>(pEditor);
+    // A title that came with line breaks stays as it is unless it is changed.
+    const bool bChanged = pEdit->text() != index.data(Qt::EditRole).toString();
+    Q_EMIT TitleTyped(bChanged ? DialogParts::TextOf(*pEdit) : pEdit->text());
 }
 
 void CTitleDelegate::updateEditorGeometry(QWidget* pEditor, const QStyleOptionViewItem& option,

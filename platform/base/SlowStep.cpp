@@ -26,3 +26,8 @@ bool CSlowStep::GoOn(qint64 nDone, qint64 nTotal) {
     m_painted.restart();
     return bGoOn;
 }
+
+void CSlowStep::Pause() {
+    m_pStatus.reset();
+    m_painted.restart();
+}

@@ -15,6 +15,8 @@ public:
 
     /// Called between any two pieces of the step, however small; false when the person has given it up.
     bool GoOn(qint64 nDone, qint64 nTotal);
+    /// Called behind a box: how long the person reads is no part of the step.
+    void Pause();
 
 private:
     Torvane::Dialog::MFC::IPeople& m_people;

@@ -42,7 +42,7 @@ QPlainTextEdit* ReadOnlyText(QWidget* pParent) {
 QString TextOf(const QLineEdit& field) {
     QString strText = field.text();
     for (QChar& c : strText) {
-        if (c < u' ' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+        if (c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             c = u' ';
     }
     return strText;

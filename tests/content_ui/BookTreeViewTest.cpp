@@ -275,15 +275,29 @@ TEST_F(BookTreeViewTest, ACourseThatClosesTakesTheDragAlong) {
     EXPECT_EQ(CBookNode::Root(*m_disk.pCourse)->GetChildren().size(), 2);
 }
 
-TEST_F(BookTreeViewTest, KeysGoOnFromABranchThatHidesTheSelection) {
+TEST_F(BookTreeViewTest, ABranchThatClosesOverTheSelectionTakesIt) {
     m_pTree->SelectNode(m_nDetail);
     m_pTree->collapse(Line(0));
+    EXPECT_EQ(SelectedId(), m_nOne);
+    EXPECT_FALSE(m_pTree->isExpanded(Line(0)));
+    // Where it may not, the keys go on from the branch.
+    m_pTree->SelectNode(m_nDetail);
+    m_host.bRefuse = true;
+    m_pTree->collapse(Line(0));
+    EXPECT_EQ(SelectedId(), m_nDetail);
+    m_host.bRefuse = false;
     QTest::keyClick(m_pTree.get(), Qt::Key_Down);
     EXPECT_EQ(SelectedId(), m_nOne);
     QTest::keyClick(m_pTree.get(), Qt::Key_Down);
     EXPECT_EQ(SelectedId(), m_nTwo);
     QTest::keyClick(m_pTree.get(), Qt::Key_Home);
     EXPECT_EQ(SelectedId(), c_nRootNodeId);
+}
+
+TEST_F(BookTreeViewTest, ACourseMayCloseWhileANodeIsShown) {
+    m_host.OnShow = [this] { m_pTree->ResetTree(); };
+    Click(Line(0));
+    EXPECT_EQ(m_pTree->model()->rowCount(), 0);
 }
 
 TEST_F(BookTreeViewTest, SelectingMovesNothingThatIsInSight) {

@@ -3,6 +3,7 @@
 #include "content/BookNode.h"
 #include "content/ViewKind.h"
 
+#include <functional>
 #include <vector>
 
 /// A frame that only notes what a view or the tree asks of it, and lets go of its own view as told.
@@ -17,12 +18,15 @@ public:
     std::vector<Shown> Views;
     QList<qint32> Selected;
     QList<int> Commands;
+    std::function<void()> OnShow;
     bool bRefuse = false;
     int nAsked = 0;
 
     bool ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam) override {
         if (!bRefuse)
             Views.push_back({kind, pNode->GetId(), nParam});
+        if (OnShow)
+            OnShow();
         return !bRefuse;
     }
     bool LeaveCurrentView(bool) override { return ++nAsked, !bRefuse; }
