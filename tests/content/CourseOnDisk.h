@@ -2,54 +2,43 @@
 
 #include "content/BookNode.h"
 #include "content/NewCourse.h"
-#include "foundation/Exceptions.h"
 #include "foundation/Files.h"
-#include "foundation/Paths.h"
-#include "foundation/SysInfo.h"
 #include "foundation/TextFile.h"
-#include "platform/base/NativePath.h"
-#include "tests/support/ScriptedPeople.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/CourseFakes.h"
 
 #include <SQLiteCpp/Database.h>
-#include <gtest/gtest.h>
 
-/// A course server that agrees with everything.
-class CAgreeingSession : public ICourseSession {
+/// A real course, made and opened in an installation of its own: template "红", the delivered pictures and
+/// the delivered seed. Or one of a delivered template, with its full suggested tree.
+class CCourseOnDisk : public CCourseWorldOf<CNodeMakerFactory> {
 public:
-    bool ReportStatus(CCourse&, int, const CourseFigures&, bool) override { return true; }
-};
-
-/// The template always exists, so nobody is asked.
-class CNoTemplateChooser : public ITemplateChooser {
-public:
-    std::optional<QString> ChooseTemplate(const QString&) override { return std::nullopt; }
-};
-
-/// A real course, made and opened in a temporary folder by an installation of its own: template "红", the
-/// delivered pictures and the delivered seed. Or one of a delivered template, with its full suggested tree.
-class CCourseOnDisk {
-public:
-    CTempFolder Folder;
-    CScriptedPeople People;
     std::unique_ptr<CCourse> pCourse;
 
-    explicit CCourseOnDisk(const QString& strDelivered = QString()) {
-        try {
-            CSysInfo::Reset(Folder.Path(QStringLiteral("程序\\Vorel.exe")));
-            MakeSeed(CSysInfo::Instance().GetSysDataFolder(true) + QStringLiteral("Data\\"));
-            if (strDelivered.isEmpty())
-                MakeTemplate();
-            else
-                LinkDelivered({"VorelTemplates", "SelfDefineTitle.ini"});
-            LinkDelivered({"Images"});
-            Make(strDelivered.isEmpty() ? QStringLiteral("红") : strDelivered);
-        } catch (const Torvane::CException& e) {
-            ADD_FAILURE() << "no course: " << e.GetMessage().toStdString();
+    explicit CCourseOnDisk(const QString& strDelivered = QString(),
+                           const QString& strPlace = QDir::tempPath())
+        : CCourseWorldOf(strPlace) {
+        using namespace Qt::StringLiterals;
+        const QString strTemplate = strDelivered.isEmpty() ? u"红"_s : strDelivered;
+        LinkDelivered(u"Images"_s);
+        if (strDelivered.isEmpty()) {
+            Write(Template(u"eht\\htm\\通用页面.htm"_s, strTemplate), u"<p>general</p>\r\nend\r\n"_s);
+            Folder.Write(Template(u"eht\\htm\\简介.htm"_s, strTemplate), "<p>intro\xFF\n\n");
+            Write(Template(u"背景色.txt"_s, strTemplate), u"#102030"_s);
+        } else {
+            LinkDelivered(u"VorelTemplates/"_s + strDelivered);
+            LinkDelivered(u"SelfDefineTitle.ini"_s);
         }
+        const std::string failure = MessageOf([&] {
+            CreateRecord record = Record();
+            record.TemplateName = strTemplate;
+            CompleteRecord(record);
+            CCourse(ProjectPath(), Services).Create(record);
+            pCourse = std::make_unique<CCourse>(ProjectPath(), Services);
+            EXPECT_TRUE(pCourse->Open());
+        });
+        EXPECT_EQ(failure, "nothing was thrown");
     }
 
-    CourseServices Services() { return {People, m_session, m_templates, m_nodes}; }
     CBookDatabase& Store() { return *pCourse->GetDatabase(); }
 
     /// Changes the open store behind its back.
@@ -60,52 +49,14 @@ public:
     }
 
     /// What stands below a node's folder, "N<id>\…".
-    QString NodePath(qint32 nId, const QString& strBelow = QString()) const {
-        return QStringLiteral("课程\\Data\\Courseware\\NodeResource\\N%1\\").arg(nId) + strBelow;
+    static QString NodePath(qint32 nId, const QString& strBelow = QString()) {
+        return InCourse(QStringLiteral("Data\\Courseware\\NodeResource\\N%1\\")).arg(nId) + strBelow;
     }
 
 private:
-    void MakeTemplate() {
-        using namespace Qt::StringLiterals;
-        const QString strTemplate = u"程序\\SysData\\VorelTemplates\\红\\"_s;
-        Folder.Write(u"程序\\SysData\\SelfDefineTitle.ini"_s, "[x]\r\n");
-        Folder.Write(strTemplate + u"eht\\htm\\通用页面.htm"_s, "<p>general</p>\r\nend\r\n");
-        Folder.Write(strTemplate + u"eht\\htm\\简介.htm"_s, "<p>intro\xFF\n\n");
-        Folder.Write(strTemplate + u"背景色.txt"_s, "#102030");
+    void LinkDelivered(const QString& strName) const {
+        const QString strPlace = Folder.Native(QStringLiteral("程序/SysData/")) + strName;
+        QFile::remove(strPlace);
+        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName, strPlace);
     }
-
-    void LinkDelivered(std::initializer_list<const char*> names) {
-        for (const char* pszName : names) {
-            const QString strName = QString::fromLatin1(pszName);
-            QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName,
-                        Folder.Native(QStringLiteral("程序/SysData/") + strName));
-        }
-    }
-
-    void Make(const QString& strTemplate) {
-        using namespace Qt::StringLiterals;
-        const QString strProject = Folder.Path(u"课程\\课.vcp"_s);
-        CreateRecord record{{7, u"物理"_s, u"王老师"_s}, u"课"_s, Folder.Path(u"课程"_s), {}, strTemplate};
-        CompleteRecord(record);
-        CCourse fresh(strProject, Services());
-        fresh.Create(record);
-        pCourse = std::make_unique<CCourse>(strProject, Services());
-        if (!pCourse->Open())
-            ADD_FAILURE() << "the course does not open";
-    }
-
-    static void MakeSeed(const QString& strData) {
-        Torvane::File::CreateFolderPath(strData + QStringLiteral("DataBase"));
-        Torvane::File::CreateFolderPath(strData + QStringLiteral("Courseware\\NodeResource"));
-        SQLite::Database seed(
-            Platform::ToNativeExact(strData + QStringLiteral("DataBase\\VorelCourse.mdb")).toStdString(),
-            SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        const QString strScript =
-            Platform::FromNative(QStringLiteral(VOREL_DELIVERED_DATA "/../seed/seed.sql"));
-        seed.exec(ReadFileBytes(strScript).toStdString());
-    }
-
-    CAgreeingSession m_session;
-    CNoTemplateChooser m_templates;
-    CNodeMakerFactory m_nodes;
 };

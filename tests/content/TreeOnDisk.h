@@ -2,46 +2,22 @@
 
 #include "content/BookTreeActions.h"
 #include "content/Texts.h"
-#include "foundation/CodePage.h"
 #include "tests/content/CourseOnDisk.h"
 #include "tests/content_ui/RecordingHost.h"
 
 #include <SQLiteCpp/Statement.h>
 
-#include <functional>
 #include <limits>
 
-/// Temporary folders in memory, where the machine offers some: how long a disk takes to be sure is no part of
-/// these tests.
-class CTempInMemory {
-public:
-    CTempInMemory() {
-        if (QFileInfo(QStringLiteral("/dev/shm")).isWritable())
-            qputenv("TMPDIR", "/dev/shm");
-    }
-    ~CTempInMemory() { qputenv("TMPDIR", m_before); }
-    Q_DISABLE_COPY(CTempInMemory)
-
-private:
-    QByteArray m_before = qgetenv("TMPDIR");
-};
-
-/// The tree of a real course with its commands. The test plays the window in front of it, its dialogs and the
-/// person, and can compare the tree with the store and the folders.
+/// The tree of a real course with its commands. The test plays the window in front of it and the person, who
+/// agrees with everything unless a test says otherwise; it can compare the tree with the store and the
+/// folders.
 class CTreeOnDisk : public ITreeWindow, public ITreeDialogs, public CScriptedPeople {
 public:
-    CTempInMemory TempInMemory;
-    CCourseOnDisk Disk;
+    CCourseOnDisk Disk{{}, CTempFolder::InMemory()};
     CRecordingHost Host;
     CBookTree Tree;
     CBookTreeActions Actions{Tree, *this, *this, Host, *this};
-
-    /// A box: the sign of its form (? i ! x) before its text. One that has no known form begins with "#".
-    std::function<BoxAnswer(const QString&)> OnBox;
-    std::function<bool(const QString&)> OnConfirmDeletion;
-    std::function<std::optional<QString>(const QString&)> OnAskTitles;
-    std::function<std::optional<qint32>(qint32)> OnAskOpenType;
-    std::function<std::optional<QStringList>(const QStringList&, bool)> OnAskCustomTitles;
     QPersistentModelIndex Edited;
     QSet<qint32> Expanded;
     /// A long step shows its window, and is given up, after so many pieces.
@@ -58,9 +34,7 @@ public:
         Disk.pCourse->Close();
     }
     void ReopenCourse() {
-        const QString strProject = Disk.pCourse->GetPaths().GetProjectPath();
         CloseCourse();
-        Disk.pCourse = std::make_unique<CCourse>(strProject, Disk.Services());
         ASSERT_TRUE(Disk.pCourse->Open());
         Open();
     }
@@ -72,7 +46,11 @@ public:
                 SQLite::OPEN_READWRITE);
         return *m_pRaw;
     }
-    QModelIndex Line(qint32 nId) const { return Tree.Find(nId); }
+    /// The store refuses to change a row, or to take one beyond an id. (It runs no triggers.)
+    void RefuseChangesOf(qint32 nId) {
+        Refuse("Id <> " + std::to_string(nId) + " OR coalesce(ParentId, [Index], Title, Type) IS NULL");
+    }
+    void RefuseBeyond(qint32 nId) { Refuse("Id <= " + std::to_string(nId)); }
 
     /// All lines but the headings, and whether each can be seen; parents before their children.
     QList<std::pair<QModelIndex, bool>> Lines() const {
@@ -154,7 +132,16 @@ public:
         return bLive ? QString() : QStringLiteral("the selection is no line in sight");
     }
 
-    // What the tree asks of its window, its dialogs and the person.
+    /// A box: the sign of its form (? i ! x) before its text. One that has no known form begins with "#".
+    virtual BoxAnswer OnBox(const QString& strBox) {
+        EXPECT_NE(strBox[0], u'#') << strBox.toStdString();
+        return BoxAnswer::Ok;
+    }
+    bool ConfirmDeletion(const QString&) override { return true; }
+    std::optional<QString> AskTitles(const QString&) override { return std::nullopt; }
+    std::optional<qint32> AskOpenType(qint32) override { return std::nullopt; }
+    std::optional<QStringList> AskCustomTitles(const QStringList&, bool) override { return std::nullopt; }
+
     void Expand(const QModelIndex& index) override {
         if (Tree.rowCount(index) == 0 || IsOpen(index))
             return;
@@ -162,12 +149,6 @@ public:
         Actions.LoadAhead(index);
     }
     void EditTitle(const QModelIndex& index) override { Edited = index; }
-    bool ConfirmDeletion(const QString& strTitles) override { return OnConfirmDeletion(strTitles); }
-    std::optional<QString> AskTitles(const QString& strPreset) override { return OnAskTitles(strPreset); }
-    std::optional<qint32> AskOpenType(qint32 nPresent) override { return OnAskOpenType(nPresent); }
-    std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) override {
-        return OnAskCustomTitles(titles, bIntroduction);
-    }
     BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
                   BoxIcon icon) override {
         const bool bCancel = buttons == BoxButtons::OkCancel;
@@ -188,6 +169,12 @@ public:
     }
 
 private:
+    void Refuse(const std::string& check) {
+        // Else the row that is there could not stay.
+        Raw().exec("PRAGMA ignore_check_constraints = ON;"
+                   "ALTER TABLE Book ADD COLUMN Refused INTEGER DEFAULT 0 CHECK (" +
+                   check + ")");
+    }
     QString At(const QModelIndex& line) const { return QStringLiteral("node %1: ").arg(Tree.IdOf(line)); }
     std::unique_ptr<SQLite::Database> m_pRaw;
 };

@@ -1,5 +1,4 @@
 #include "course/Companions.h"
-#include "course/CustomTitles.h"
 #include "course/SetTemplate.h"
 #include "tests/support/CourseFakes.h"
 
@@ -80,22 +79,6 @@ TEST_F(CourseCommandsTest, CompanionFindsAClosedDatabaseAndItsCommandLine) {
                   u"Z:\\my p\\VorelCompiler.exe \"Z:\\课 一.vcp%1\""_s.arg(strMark));
     EXPECT_EQ(Companions::DocExportCommandLine(u"Z:\\p"_s, u"Z:\\课 一.vcp"_s),
               u"Z:\\p\\VorelDocExport.exe \"Z:\\课 一.vcp\""_s);
-}
-
-TEST_F(CourseCommandsTest, CustomTitlesGoToNodesInTheTree) {
-    World.Write(u"t.ini"_s, u"[Id]\r\n主讲教师一=5\r\n主讲教师二=0\r\n主讲教师三=9\r\n课程介绍=-1\r\n"
-                            "课程录像三=7\r\n[Title]\r\n主讲教师二=old\r\n"_s);
-    const QString strPath = World.Folder.Path(u"t.ini"_s);
-    EXPECT_EQ(CustomTitles::ReadTitles(strPath).join(u'|'), u"|old||||||"_s);
-    EXPECT_EQ(CustomTitles::ReadNodeId(strPath, CustomTitles::c_nIntroduction), -1);
-    QString strRenamed;
-    CustomTitles::Apply(strPath, u"张老师|new|gone|four|intro|||第三讲"_s.split(u'|'),
-                        [&](qint32 nId, const QString& strTitle) {
-                            strRenamed += QString::number(nId) + strTitle;
-                            return nId != 9;
-                        });
-    EXPECT_EQ(strRenamed, u"5张老师9gone7第三讲"_s);
-    EXPECT_EQ(CustomTitles::ReadTitles(strPath).join(u'|'), u"张老师|old||||||第三讲"_s);
 }
 
 } // namespace

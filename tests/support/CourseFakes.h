@@ -83,16 +83,17 @@ inline std::string MessageOf(const std::function<void()>& step) {
 
 /// A whole installation in a folder of its own, with one template, "模板一", and everything that a course
 /// works with faked. Its program needs VOREL_SEED_DATA (target vorel_seed_data).
-class CCourseWorld {
+template <typename CNodes>
+class CCourseWorldOf {
 public:
     CTempFolder Folder;
     CScriptedPeople People;
     CFakeSession Session;
     CFakeTemplateChooser Templates;
-    CFakeNodeMakerFactory Nodes;
+    CNodes Nodes;
     CourseServices Services{People, Session, Templates, Nodes};
 
-    CCourseWorld() {
+    explicit CCourseWorldOf(const QString& strPlace = QDir::tempPath()) : Folder(strPlace) {
         Write(QStringLiteral("程序\\AppInfo.ini"),
               QStringLiteral("[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\n"));
         CopySeed(QStringLiteral("程序\\SysData\\Data\\DataBase\\VorelCourse.mdb"));
@@ -129,3 +130,4 @@ public:
     }
     void MakeCourse() const { CCourse(ProjectPath(), Services).Create(Record()); }
 };
+using CCourseWorld = CCourseWorldOf<CFakeNodeMakerFactory>;

@@ -11,7 +11,14 @@
 /// meets them.
 class CTempFolder {
 public:
-    CTempFolder() : m_dir(QDir::tempPath() + QStringLiteral("/vorel 测试 XXXXXX")) {}
+    explicit CTempFolder(const QString& strPlace = QDir::tempPath())
+        : m_dir(strPlace + QStringLiteral("/vorel 测试 XXXXXX")) {}
+    /// A place in memory, where the machine offers one: for tests to which it is no matter how long a disk
+    /// takes to be sure.
+    static QString InMemory() {
+        const QString strMemory = QStringLiteral("/dev/shm");
+        return QFileInfo(strMemory).isWritable() ? strMemory : QDir::tempPath();
+    }
 
     /// Backslash form, no trailing backslash.
     QString Path() const { return Platform::FromNative(m_dir.path()); }
