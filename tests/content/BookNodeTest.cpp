@@ -155,12 +155,14 @@ TEST_F(BookNodeTest, TheNodesOfANewCourseComeFromItsList) {
     CreateRecord record = m_disk.Record();
     record.Folder = m_disk.Folder.Path(u"新\\"_s);
     record.TemplateName = u"红"_s;
-    record.InitialNodes = {
-        {u"章"_s, 1, 2, {}, true}, {u"节"_s, -1, -1, u"简介"_s, true}, {u"尾"_s, -1, -1, {}, true}};
+    record.InitialNodes = {{u"章"_s, 1, 3, {}, true},
+                           {u"节"_s, -1, 2, u"简介"_s, true},
+                           {u"末"_s, -1, -1, {}, true},
+                           {u"尾"_s, -1, -1, {}, true}};
     course.Create(record);
     ASSERT_TRUE(course.Open());
     const QList<NodeHeader> nodes = CBookNode::Root(course)->GetDescendants();
-    EXPECT_EQ(Titles(nodes), (QStringList{u"章"_s, u"节"_s, u"尾"_s}));
+    EXPECT_EQ(Titles(nodes), (QStringList{u"章"_s, u"节"_s, u"末"_s, u"尾"_s}));
     EXPECT_EQ(nodes.at(0).Type, NodeType::c_nEmpty);
     EXPECT_EQ(ReadFileBytes(CBookNode(course, nodes.at(1)).GetContentPath()), "<p>intro\xFF\r\n");
     EXPECT_EQ(ReadFileBytes(CBookNode(course, nodes.at(2)).GetContentPath()), "<p>general</p>\r\nend");

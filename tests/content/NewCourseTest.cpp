@@ -17,20 +17,6 @@ protected:
     NewCourseTest() { CSysInfo::Reset(m_folder.Path(u"程序\\Vorel.exe"_s)); }
 };
 
-TEST_F(NewCourseTest, AnotherCoursePresetsTheFieldsAnew) {
-    const QString strProjects = CSysInfo::Instance().GetProjectsFolder(true);
-    m_step.Enter(u"物理"_s);
-    EXPECT_EQ(m_step.strName, u"物理"_s);
-    EXPECT_EQ(m_step.strFolder, strProjects + u"物理\\申报网站"_s);
-    m_step.strName = u"力学"_s;
-    m_step.TakePicked(u"Z:\\d"_s);
-    EXPECT_EQ(m_step.strFolder, u"Z:\\d\\力学\\申报网站"_s);
-    m_step.Enter(u"物理"_s);
-    EXPECT_EQ(m_step.strName, u"力学"_s);
-    m_step.Enter(u"化学"_s);
-    EXPECT_EQ(m_step.strFolder, strProjects + u"化学\\申报网站"_s);
-}
-
 TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
     m_folder.Write(u"满\\x.txt"_s, "x");
     m_folder.MakeFolder(u"空"_s);
@@ -56,20 +42,6 @@ TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
         EXPECT_EQ(m_step.Next().strWarning, c.strWarning) << c.strFolder.toStdString();
     }
     EXPECT_TRUE(m_folder.Exists(u"新\\深"_s));
-}
-
-TEST_F(NewCourseTest, ATemplateWithoutItsOwnListTakesTheProgramsNodes) {
-    m_folder.Write(u"程序\\SysData\\VorelTemplates\\红\\InitialNodes.txt"_s, "a,-1,1,,1\r\nb,-1,-1,p,0\r\n");
-    m_folder.Write(u"程序\\SysData\\VorelInitialNodes.txt"_s, "d,-1,-1,,1\r\n");
-    CreateRecord record{{9, u"物理"_s, u"王"_s}, u"课"_s, u"Z:\\d"_s, {}, u"红"_s};
-    CompleteRecord(record);
-    EXPECT_EQ(record.Folder, u"Z:\\d\\"_s);
-    ASSERT_EQ(record.InitialNodes.size(), 2);
-    EXPECT_FALSE(record.InitialNodes.at(1).Selected);
-    record.TemplateName = u"没有表"_s;
-    CompleteRecord(record);
-    ASSERT_EQ(record.InitialNodes.size(), 1);
-    EXPECT_EQ(record.InitialNodes.at(0).Title, u"d"_s);
 }
 
 TEST_F(NewCourseTest, AListThatIsNoTreeHasNoRows) {

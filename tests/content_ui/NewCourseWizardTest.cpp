@@ -8,7 +8,6 @@
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QAccessible>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -215,19 +214,6 @@ TEST_F(NewCourseWizardTest, ShowsPreviewsAndFinishesWithTheRecord) {
     EXPECT_TRUE(record.Folder.endsWith(u"\\Projects\\计算机网络\\申报网站\\"_s));
     ASSERT_EQ(record.InitialNodes.size(), 1);
     EXPECT_EQ(record.InitialNodes.first().Title, u"红"_s);
-}
-
-TEST_F(NewCourseWizardTest, NamesEveryControlThatTakesTheKeyboard) {
-    Run([&] {
-        for (const QWidget* pWidget : m_pWizard->findChildren<QWidget*>()) {
-            if ((pWidget->focusPolicy() & Qt::TabFocus) == 0 || pWidget->window() != m_pWizard.get())
-                continue;
-            QAccessibleInterface* pInterface =
-                QAccessible::queryAccessibleInterface(const_cast<QWidget*>(pWidget));
-            EXPECT_FALSE(pInterface->text(QAccessible::Name).isEmpty())
-                << pWidget->metaObject()->className() << pWidget->objectName().toStdString();
-        }
-    });
 }
 
 TEST_F(NewCourseWizardTest, ThePageOfNodesGivesBackTheBoxes) {

@@ -12,6 +12,7 @@
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 
@@ -143,15 +144,10 @@ TEST_F(TreeDialogsTest, CustomTitlesRenameTheNodesOfTheTreeThatAreLoaded) {
     // A title that a sibling has draws its message, and is stored for the dialog all the same.
     m_disk.People.Expect(u"对不起，父栏目下已有同名栏目存在！"_s);
     InNextDialog([](QDialog& dialog) {
-        QTest::keyClicks(dialog.focusWidget(), u"First"_s);
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-        QTest::keyClicks(dialog.focusWidget(), u"First"_s);
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-        QTest::keyClicks(dialog.focusWidget(), u"Third"_s);
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-        QTest::keyClicks(dialog.focusWidget(), u"Deep"_s);
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-        QTest::keyClicks(dialog.focusWidget(), u"Root"_s);
+        for (const QString& strTitle : {u"First"_s, u"First"_s, u"Third"_s, u"Deep"_s, u"Root"_s}) {
+            QTest::keyClicks(dialog.focusWidget(), strTitle);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        }
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
     ASSERT_TRUE(m_tree.IsCommandEnabled(TreeCommand::c_nCustomTitles));
@@ -161,7 +157,7 @@ TEST_F(TreeDialogsTest, CustomTitlesRenameTheNodesOfTheTreeThatAreLoaded) {
               (QStringList{u"First"_s, u"乙"_s, u"Third"_s, u"深"_s}));
     EXPECT_EQ(CustomTitles::ReadTitles(m_strIni).mid(0, 5),
               (QStringList{u"First"_s, u"First"_s, u"Third"_s, {}, u"Root"_s}));
-    EXPECT_EQ(TitleOf(c_nRootNodeId), u"王老师"_s);
+    EXPECT_EQ(TitleOf(c_nRootNodeId), u"李老师"_s);
     // Nobody was asked to leave for a title, and the list of children shows the new ones.
     EXPECT_EQ(m_tree.GetSelectedNode()->GetId(), nTeam);
     EXPECT_EQ(m_host.nAsked, 0);
@@ -197,8 +193,26 @@ TEST_F(TreeDialogsTest, TheOpenTypeIsChosenWithTheArrowKeys) {
     EXPECT_EQ(m_host.Views.size(), nShown + 1);
 }
 
+TEST(TreeDialogs, TypingReplacesThePresetAndReturnDeletesNothing) {
+    CTreeDialogs dialogs(nullptr);
+    InNextDialog([](QDialog& dialog) {
+        QTest::keyClicks(dialog.focusWidget(), u"a, b"_s);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs.AskTitles(u"新建栏目"_s), u"a, b"_s);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
+        InNextDialog([=](QDialog& dialog) {
+            EXPECT_EQ(dialog.findChild<QPlainTextEdit*>(u"titles"_s)->toPlainText(), u"节\n点\n"_s);
+            if (key == Qt::Key_Space)
+                dialog.findChild<QPushButton*>(u"ok"_s)->setFocus();
+            QTest::keyClick(dialog.focusWidget(), key);
+        });
+        EXPECT_EQ(dialogs.ConfirmDeletion(u"节\r\n点\r\n"_s), key == Qt::Key_Space);
+    }
+}
+
 // The window under a dialog goes with the course: the dialog goes too, and nothing is read out of it.
-TEST_F(TreeDialogsTest, ADialogGoesWithItsWindow) {
+TEST(TreeDialogs, ADialogGoesWithItsWindow) {
     auto pWindow = std::make_unique<QWidget>();
     pWindow->show();
     CTreeDialogs dialogs(pWindow.get());

@@ -4,8 +4,12 @@
 #include "tests/support/CourseFakes.h"
 
 #include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -120,55 +124,73 @@ TEST_F(StoreFailureTest, FileInUseOrGoneIsToldAndTheStoreGoesOn) {
     EXPECT_EQ(MessageOf([&] { Database.Open(); }), "系统找不到指定的文件。");
 }
 
-// A table of a stranger, without keys and types, below each kind of damage: 4, 5 and 6 hang below the root, 7
-// below 4. What can be read is shown, and a node whose place is damaged can be moved to a sound one.
+// A table of a stranger, without keys and types: nothing gets an id or a place that is none.
 TEST_F(StoreFailureTest, DamagedRowsCostNoMoreThanThemselves) {
-    const struct {
-        const char* pszDamage;
-        QList<qint32> Children;
-    } cases[] = {
-        {"UPDATE Book SET [Index] = 1", {4, 5, 6}},
-        {"UPDATE Book SET [Index] = NULL WHERE Id = 5", {5, 4, 6}},
-        {"UPDATE Book SET [Index] = 'x' WHERE Id = 5", {4, 6, 5}},
-        {"UPDATE Book SET [Index] = 2147483647 WHERE Id = 6", {4, 5, 6}},
-        {"UPDATE Book SET [Index] = 9223372036854775807 WHERE Id = 6", {4, 5, 6}},
-        {"UPDATE Book SET [Index] = -2147483648 WHERE Id = 5", {5, 4, 6}},
-        {"UPDATE Book SET Type = 'x', Title = 'no digits' WHERE Id = 5", {4, 5, 6}},
-        {"UPDATE Book SET Type = 1e12, Title = x'ff00' WHERE Id = 5", {4, 5, 6}},
-        {"UPDATE Book SET ParentId = NULL WHERE Id = 5", {4, 6}},
-        {"UPDATE Book SET ParentId = 7 WHERE Id = 4", {5, 6}},
-        {"INSERT INTO Book (Id, ParentId, [Index]) VALUES (5, 4, 1), (5, 3, 7), (3, 4, 2)", {4, 5, 6}},
-        {"INSERT INTO Book (Id, ParentId) VALUES (0, 3), (-7, 3), (NULL, 3), ('x', 3), (1e12, 3)",
-         {4, 5, 6}}};
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.pszDamage);
-        RunScript("DROP TABLE IF EXISTS Book; CREATE TABLE Book (Id, ParentId, [Index], Title, Type, Path, "
-                  "OpenType, FileName, Comment, [Size], TimeLastModified);"
-                  "INSERT INTO Book (Id, ParentId, [Index], Type) VALUES (1, 0, 1, -1), (2, 0, 2, -1),"
-                  " (3, 0, 3, -1), (4, 3, 1, 0), (5, 3, 2, 0), (6, 3, 3, 0), (7, 4, 1, 0)");
-        RunScript(one.pszDamage);
-        ASSERT_TRUE(Database.Open());
-        EXPECT_EQ(Database.GetChildIds(3), one.Children);
-        const qint32 nRows = Database.GetNodeCount();
-        EXPECT_NE(MessageOf([&] { Database.AddNode(3, u"a"_s); }), "nothing was thrown")
-            << "it has no number";
-        EXPECT_EQ(Database.GetNodeCount(), nRows);
-        for (const qint32 nId : {4, 5, 6, 7}) {
-            // Swapping with a neighbour needs a place; the others get along without.
-            MessageOf([&] { Database.MoveUp(nId); });
-            MessageOf([&] { Database.MoveDown(nId); });
-            EXPECT_TRUE(Database.SetTitle(nId, u"章"_s));
-            EXPECT_EQ(Database.GetNode(nId).Title, u"章"_s);
+    RunScript(
+        "CREATE TABLE Book (Id, ParentId, [Index], Title, Type, Path, OpenType, FileName, Comment, [Size],"
+        " TimeLastModified);"
+        "INSERT INTO Book (Id, ParentId, [Index], Type, Title) VALUES (3, 0, 3, -1, NULL),"
+        " (4, 3, -2147483648, 0, 'no digits'), (5, NULL, NULL, 1e12, x'ff00'),"
+        " (6, 3, 9223372036854775807, 'x', NULL), (7, 3, 'x', 0, ''), (NULL, 3, 1, 0, ''),"
+        " ('x', 3, 2, 0, ''), (1e12, 3, 3, 0, ''), (3, 4, 1, 0, '')");
+    ASSERT_TRUE(Database.Open());
+    EXPECT_EQ(Database.GetChildIds(3), (QList<qint32>{4, 6, 7}));
+    EXPECT_NE(MessageOf([&] { Database.AddNode(3, u"a"_s); }), "nothing was thrown") << "it has no number";
+    EXPECT_EQ(Database.GetNodeCount(), 9);
+    for (const qint32 nId : {4, 5, 6, 7}) {
+        // Swapping with a neighbour needs a place; the others get along without.
+        MessageOf([&] { Database.MoveUp(nId); });
+        MessageOf([&] { Database.MoveDown(nId); });
+        EXPECT_TRUE(Database.SetTitle(nId, u"章"_s) && Database.GetNode(nId).Title == u"章"_s);
+    }
+    EXPECT_TRUE(Database.MoveTo(5, 3));
+    EXPECT_EQ(Database.GetField(5, u"Index"_s).toInt(), 1);
+    EXPECT_FALSE(Database.MoveTo(5, 98) || Database.MoveTo(3, 5));
+    EXPECT_GE(Database.GetField(6, u"Index"_s).toLongLong(), 2147483646) << "no number overflows";
+    for (const qint32 nId : {7, 6, 5, 4})
+        EXPECT_TRUE(Database.DeleteNode(nId));
+    EXPECT_TRUE(Database.GetChildIds(3).isEmpty());
+}
+
+TEST_F(StoreFailureTest, KilledProgramLeavesAWholeTree) {
+    qint32 nMost = 0;
+    for (unsigned nRound = 0; nRound < 8; ++nRound) {
+        World.CopySeed(u"data\\a.mdb"_s);
+        const pid_t nChild = fork();
+        ASSERT_GE(nChild, 0) << "never kill(-1)";
+        if (nChild == 0) {
+            Database.Open();
+            std::mt19937 random(nRound);
+            for (qint32 nLast = 3;; nLast += 2) {
+                const auto any = [&] { return 3 + static_cast<qint32>(random() % (nLast - 2U)); };
+                CBookDatabase::CTransaction transaction(Database);
+                Database.AddNode(any(), u"甲"_s);
+                Database.AddNode(any(), u"乙"_s);
+                transaction.Commit();
+                Database.MoveTo(any(), any());
+                Database.MoveUp(any());
+            }
         }
-        EXPECT_TRUE(Database.MoveTo(5, 3));
-        EXPECT_EQ(Database.GetField(5, u"Index"_s).toInt(), 1);
-        EXPECT_FALSE(Database.MoveTo(5, 98) || Database.MoveTo(3, 5));
-        const QVariant last = Database.GetField(6, u"Index"_s);
-        EXPECT_TRUE(last.toLongLong() <= 9 || last.toLongLong() >= 2147483646) << "no number overflows";
-        for (const qint32 nId : {7, 6, 5, 4})
-            EXPECT_TRUE(Database.DeleteNode(nId));
+        usleep(20'000 + 17'000 * nRound);
+        kill(nChild, SIGKILL);
+        int nStatus = 0;
+        waitpid(nChild, &nStatus, 0);
+        ASSERT_TRUE(WIFSIGNALED(nStatus) && WTERMSIG(nStatus) == SIGKILL);
+        ASSERT_TRUE(Database.Open());
+        // Every sibling list counts 1, 2, 3, and every node hangs in the tree.
+        qint32 nMet = 3;
+        for (QList<qint32> open{3}; !open.isEmpty();) {
+            const QList<qint32> children = Database.GetChildIds(open.takeLast());
+            for (qsizetype n = 0; n < children.size(); ++n)
+                EXPECT_EQ(Database.GetField(children[n], u"Index"_s).toInt(), n + 1);
+            nMet += static_cast<qint32>(children.size());
+            open += children;
+        }
+        EXPECT_EQ(nMet, Database.GetNodeCount());
+        nMost = std::max(nMost, nMet);
         Database.Close();
     }
+    EXPECT_GT(nMost, 10) << "else nothing was interrupted";
 }
 
 } // namespace
