@@ -1,4 +1,6 @@
 // The tree's commands by their questions and messages, to the letter and in order, and what they leave.
+#include "course/CustomTitles.h"
+#include "foundation/IniFile.h"
 #include "tests/content/TreeOnDisk.h"
 
 #include <array>
@@ -67,6 +69,9 @@ public:
     }
     std::optional<QString> AskTitles(const QString& strPreset) override {
         return Next(u't' + strPreset) ? std::optional(m_strTyped) : std::nullopt;
+    }
+    std::optional<QStringList> AskCustomTitles(const QStringList&, bool) override {
+        return Next(u"c"_s) ? std::optional(m_strTyped.split(u'|')) : std::nullopt;
     }
 
     void Run(const Case& test) {
@@ -178,7 +183,6 @@ const QList<Case>& Cases() {
         {u"三"_s, 32814, {}, u"一(节(点)) 二* 三* 点"_s},
 
         {u"二"_s, 32934, {u"~o0"_s}},
-        {u"二"_s, 32934, {u"o0"_s}},
 
         {u"一"_s, 32816, {u"i该栏目为第一个栏目，无法上移!"_s}},
         {u"点"_s, 32916, {u"i该栏目为最后一个栏目，无法下移!"_s}},
@@ -229,6 +233,36 @@ TEST(BookTreeActionsTest, MenusAndViewsFollowTheLine) {
     EXPECT_FALSE(tree.Edited.isValid());
     EXPECT_EQ(tree.Actions.GetSelectedNode()->GetTitle(), u"三"_s);
     EXPECT_EQ(tree.Left(), c_strBase + u" 新建栏目"_s);
+}
+
+TEST(BookTreeActionsTest, TheOpenTypeIsStoredAndShown) {
+    CScriptedTree tree;
+    tree.Actions.SelectNode(7);
+    const size_t nShown = tree.Host.Views.size();
+    tree.Run({u"二"_s, 32934, {u"o0"_s}});
+    EXPECT_EQ(tree.Disk.Store().GetOpenType(7), 3);
+    EXPECT_EQ(tree.Host.Views.size(), nShown + 1);
+}
+
+// The deepest node is not read yet, and the root keeps its name.
+TEST(BookTreeActionsTest, CustomTitlesRenameTheNodesThatAreLoaded) {
+    CScriptedTree tree;
+    const QString strIni = tree.Disk.pCourse->GetPaths().GetCustomTitlesPath();
+    const int ids[]{5, 6, c_nRootNodeId, 8, 7};
+    for (size_t nRole = 0; nRole < 5; ++nRole)
+        WriteProfileString(u"Id"_s, CustomTitles::Roles()[nRole].strKey, QString::number(ids[nRole]), strIni);
+    tree.Actions.SelectNode(4);
+    tree.Host.nAsked = 0;
+    const size_t nShown = tree.Host.Views.size();
+    tree.Run({u"一"_s,
+              32939,
+              {u"c"_s, u"!对不起，父栏目下已有同名栏目存在！"_s},
+              u"一(甲(点)) 丁* 三 点"_s,
+              u"甲|乙|丙|二|丁"_s});
+    EXPECT_EQ(CustomTitles::ReadTitles(strIni).join(u'|'), u"甲||丙|二|丁|||"_s);
+    EXPECT_EQ(tree.Disk.Store().GetNode(c_nRootNodeId).Title, u"李老师"_s);
+    EXPECT_EQ(tree.Host.nAsked, 0) << "nobody has to leave for a title";
+    EXPECT_EQ(tree.Host.Views.size(), nShown + 1) << "the list of children shows the new ones";
 }
 
 TEST(BookTreeActionsTest, ANameFromTheServerReachesTheRootAsItIs) {

@@ -26,6 +26,12 @@ void NoteModelFault(QtMsgType, const QMessageLogContext&, const QString& strText
 
 class CPlay : public CTreeOnDisk {
 public:
+    CPlay() {
+        Host.OnShow = [this] {
+            if (m_bInStep)
+                MayLoseCourse();
+        };
+    }
     /// One sequence from a small course; false when something was wrong.
     bool Run(unsigned nSeed) {
         m_random.seed(nSeed);
@@ -75,6 +81,7 @@ private:
     // The person, and the world behind the person's back.
 
     bool Agrees(const std::string& name, unsigned nPercentOk) {
+        Must(Tree.GetCourse() != nullptr, u"a question behind a closed course"_s);
         const bool bOk = Chance(nPercentOk);
         Count(name + (bOk ? "" : " cancelled"));
         MayLoseCourse();
@@ -111,7 +118,7 @@ private:
     void MayLoseCourse() {
         if (!Chance(6) || Tree.GetCourse() == nullptr)
             return;
-        Count("course closed behind a question");
+        Count("course closed behind a question or a view");
         CloseCourse();
         Host.Views.clear();
         m_closed = StoreBytes();
@@ -198,6 +205,7 @@ private:
         m_bAddsOrDeletes = false;
         if (Chance(10))
             MakeStoreFail();
+        m_bInStep = true;
         switch (Pick(10)) {
         case 0:
             Count("expand");
@@ -226,6 +234,7 @@ private:
         default:
             Command();
         }
+        m_bInStep = false;
         const bool bClosed = Tree.GetCourse() == nullptr;
         Must(!bClosed || (Host.Views.empty() && StoreBytes() == m_closed),
              u"it went on behind a closed course"_s);
@@ -287,6 +296,7 @@ private:
     QString m_strFault;
     QList<qint32> m_rows;
     QByteArray m_closed;
+    bool m_bInStep = false;
     bool m_bAddsOrDeletes = false;
     bool m_bFailing = false;
     bool m_bUnreadable = false;

@@ -73,24 +73,6 @@ TEST_F(CustomTitlesTest, TheIntroductionIsSwitchedOffByMinusOneAlone) {
     EXPECT_TRUE(m_renamed.isEmpty());
 }
 
-TEST_F(CustomTitlesTest, ATitleThatCantBeStoredEndsTheRun) {
-    m_dialogs.Typed = {{0, u"王"_s}, {1, u"李"_s}};
-    m_folder.Write(u"Data\\SelfDefineTitle.ini"_s,
-                   CodePage::Encode(u"[Id]\n主讲教师一=10\n主讲教师二=11\n"_s));
-    const QString strFile = m_folder.Native(u"Data\\SelfDefineTitle.ini"_s);
-    int nRenamed = 0;
-    try {
-        RunCustomTitles(m_paths, m_dialogs, [&](qint32, const QString&) {
-            ++nRenamed;
-            return QFile::remove(strFile) && QDir().mkdir(strFile);
-        });
-        ADD_FAILURE() << "nothing was said";
-    } catch (const Torvane::CRunException& e) {
-        EXPECT_EQ(e.GetMessage(), Torvane::File::FormatSystemError(EISDIR));
-    }
-    EXPECT_EQ(nRenamed, 1);
-}
-
 // The numbers of the delivered roles hold for the nodes that a real course gets from the delivered seed and
 // the full suggested tree of every delivered template.
 TEST(DeliveredCustomTitles, FitACourseMadeFromTheDeliveredData) {

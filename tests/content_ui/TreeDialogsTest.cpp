@@ -1,12 +1,9 @@
 #include "content/ui/TreeDialogs.h"
-#include "content/ui/BookTreeView.h"
 #include "content/ui/CustomTitlesDialog.h"
 #include "course/CustomTitles.h"
-#include "foundation/CodePage.h"
-#include "foundation/IniFile.h"
-#include "tests/content/CourseOnDisk.h"
-#include "tests/content_ui/RecordingHost.h"
 #include "tests/support/WindowHelp.h"
+
+#include <gtest/gtest.h>
 
 #include <QClipboard>
 #include <QInputMethodEvent>
@@ -110,77 +107,15 @@ TEST(CustomTitlesDialogTest, ASwitchedOffIntroductionIsPassedOver) {
     EXPECT_EQ(dialog.GetTitles().join(u'|'), u"a|1|2|3||5|6|7"_s);
 }
 
-class TreeDialogsTest : public ::testing::Test {
-protected:
-    CCourseOnDisk m_disk;
-    CRecordingHost m_host;
-    CBookTreeView m_tree{m_host, m_disk.People};
-    QString m_strIni = m_disk.pCourse->GetPaths().GetCustomTitlesPath();
-
-    TreeDialogsTest() {
-        m_tree.resize(300, 400);
-        m_tree.show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_tree));
-    }
-    qint32 Add(qint32 nParent, const QString& strTitle) { return m_disk.Store().AddNode(nParent, strTitle); }
-    QString TitleOf(qint32 nId) { return m_disk.Store().GetNode(nId).Title; }
-};
-
-TEST_F(TreeDialogsTest, CustomTitlesRenameTheNodesOfTheTreeThatAreLoaded) {
-    const qint32 nTeam = Add(c_nRootNodeId, u"队伍"_s);
-    const qint32 nFirst = Add(nTeam, u"甲"_s);
-    const qint32 nSecond = Add(nTeam, u"乙"_s);
-    const qint32 nThird = Add(nTeam, u"丙"_s);
-    // Two levels below what is open: the tree has not read it.
-    const qint32 nDeep = Add(Add(nThird, u"层"_s), u"深"_s);
-    const qint32 ids[]{nFirst, nSecond, nThird, nDeep, c_nRootNodeId};
-    for (int nRole = 0; nRole < 5; ++nRole)
-        WriteProfileString(u"Id"_s, CustomTitles::Roles().at(static_cast<size_t>(nRole)).strKey,
-                           QString::number(ids[nRole]), m_strIni);
-    m_tree.LoadTree(*m_disk.pCourse);
-    m_tree.SelectNode(nTeam);
-    m_host.nAsked = 0;
-
-    // A title that a sibling has draws its message, and is stored for the dialog all the same.
-    m_disk.People.Expect(u"对不起，父栏目下已有同名栏目存在！"_s);
-    InNextDialog([](QDialog& dialog) {
-        for (const QString& strTitle : {u"First"_s, u"First"_s, u"Third"_s, u"Deep"_s, u"Root"_s}) {
-            QTest::keyClicks(dialog.focusWidget(), strTitle);
-            QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-        }
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
-    });
-    ASSERT_TRUE(m_tree.IsCommandEnabled(TreeCommand::c_nCustomTitles));
-    ASSERT_TRUE(m_tree.RunCommand(TreeCommand::c_nCustomTitles));
-
-    EXPECT_EQ((QStringList{TitleOf(nFirst), TitleOf(nSecond), TitleOf(nThird), TitleOf(nDeep)}),
-              (QStringList{u"First"_s, u"乙"_s, u"Third"_s, u"深"_s}));
-    EXPECT_EQ(CustomTitles::ReadTitles(m_strIni).mid(0, 5),
-              (QStringList{u"First"_s, u"First"_s, u"Third"_s, {}, u"Root"_s}));
-    EXPECT_EQ(TitleOf(c_nRootNodeId), u"李老师"_s);
-    // Nobody was asked to leave for a title, and the list of children shows the new ones.
-    EXPECT_EQ(m_tree.GetSelectedNode()->GetId(), nTeam);
-    EXPECT_EQ(m_host.nAsked, 0);
-    EXPECT_EQ(m_host.Last(), (CRecordingHost::Shown{EViewKind::ChildrenList, nTeam}));
-    m_tree.ResetTree();
-    EXPECT_FALSE(m_tree.IsCommandEnabled(TreeCommand::c_nCustomTitles));
-}
-
-TEST_F(TreeDialogsTest, TheOpenTypeIsChosenWithTheArrowKeys) {
-    const qint32 nId = Add(c_nRootNodeId, u"页"_s);
-    m_disk.Store().SetContent(nId, {NodeType::c_nExternalLink, u"http://x/"_s, 9, {}, {}});
-    m_tree.LoadTree(*m_disk.pCourse);
-    m_tree.SelectNode(nId);
-    const size_t nShown = m_host.Views.size();
+TEST(TreeDialogs, TheOpenTypeIsChosenWithTheArrowKeys) {
+    CTreeDialogs dialogs(nullptr);
     InNextDialog([](QDialog& dialog) {
         EXPECT_TRUE(dialog.findChild<QRadioButton*>(u"openType0"_s)->isChecked());
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
-    m_tree.RunCommand(TreeCommand::c_nSetOpenType);
-    EXPECT_EQ(m_disk.Store().GetOpenType(nId), 2);
-    EXPECT_EQ(m_host.Views.size(), nShown + 1);
+    EXPECT_EQ(dialogs.AskOpenType(9), 2) << "from a type that is none";
     InNextDialog([](QDialog& dialog) {
         EXPECT_TRUE(dialog.findChild<QRadioButton*>(u"openType2"_s)->hasFocus());
         QTest::keyClick(dialog.focusWidget(), Qt::Key_F, Qt::AltModifier);
@@ -188,9 +123,7 @@ TEST_F(TreeDialogsTest, TheOpenTypeIsChosenWithTheArrowKeys) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return pLast->isChecked() && !pLast->isDown(); }));
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Escape);
     });
-    m_tree.RunCommand(TreeCommand::c_nSetOpenType);
-    EXPECT_EQ(m_disk.Store().GetOpenType(nId), 2);
-    EXPECT_EQ(m_host.Views.size(), nShown + 1);
+    EXPECT_EQ(dialogs.AskOpenType(2), std::nullopt);
 }
 
 TEST(TreeDialogs, TypingReplacesThePresetAndReturnDeletesNothing) {
@@ -200,6 +133,11 @@ TEST(TreeDialogs, TypingReplacesThePresetAndReturnDeletesNothing) {
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
     EXPECT_EQ(dialogs.AskTitles(u"新建栏目"_s), u"a, b"_s);
+    InNextDialog([](QDialog& dialog) {
+        QTest::keyClicks(dialog.focusWidget(), u"First"_s);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs.AskCustomTitles({u"old"_s}, true).value_or(QStringList()).value(0), u"First"_s);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
         InNextDialog([=](QDialog& dialog) {
             EXPECT_EQ(dialog.findChild<QPlainTextEdit*>(u"titles"_s)->toPlainText(), u"节\n点\n"_s);
