@@ -33,17 +33,24 @@ TEST_F(BookNodeTest, AFolderThatCannotBeMadeLeavesNoRow) {
     EXPECT_EQ(m_disk.Store().GetNodeCount(), 4);
 }
 
-TEST_F(BookNodeTest, AnEditorPageReplacesTheOldContent) {
+TEST_F(BookNodeTest, AnEditorPageReplacesTheOldContentAndIsCleared) {
     const auto pNode = m_pRoot->AddChild(u"章"_s);
-    m_disk.Folder.Write(m_disk.NodePath(pNode->GetId(), u"old\\x.txt"_s), "old");
+    const qint32 nId = pNode->GetId();
+    m_disk.Folder.Write(m_disk.NodePath(nId, u"old\\x.txt"_s), "old");
     pNode->CreateEditorPage(2);
-    EXPECT_FALSE(FileExists(pNode->GetId(), u"old"_s));
-    EXPECT_TRUE(FileExists(pNode->GetId(), u"res"_s));
-    EXPECT_EQ(PageOf(pNode->GetId()), "<p>general</p>\r\nend");
-    EXPECT_EQ(m_disk.Store().GetNode(pNode->GetId()).Type, NodeType::c_nEditorPage);
-    EXPECT_EQ(pNode->GetContentPath(), m_disk.Folder.Path(m_disk.NodePath(pNode->GetId(), u"Content.htm"_s)));
+    EXPECT_FALSE(FileExists(nId, u"old"_s));
+    EXPECT_TRUE(FileExists(nId, u"res"_s));
+    EXPECT_EQ(PageOf(nId), "<p>general</p>\r\nend");
+    EXPECT_EQ(m_disk.Store().GetNode(nId).Type, NodeType::c_nEditorPage);
+    EXPECT_EQ(pNode->GetContentPath(), m_disk.Folder.Path(m_disk.NodePath(nId, u"Content.htm"_s)));
     EXPECT_EQ(pNode->GetOpenType(), 2);
-    EXPECT_EQ(StoredSize(pNode->GetId()), PageOf(pNode->GetId()).size());
+    const double dSize = StoredSize(nId);
+    EXPECT_EQ(dSize, PageOf(nId).size());
+    EXPECT_TRUE(pNode->ClearContent());
+    EXPECT_TRUE(FileExists(nId, QString()) && !FileExists(nId, u"Content.htm"_s));
+    EXPECT_EQ(m_disk.Store().GetNode(nId).Type, NodeType::c_nEmpty);
+    EXPECT_EQ(pNode->GetContentPath(), QString());
+    EXPECT_EQ(StoredSize(nId), dSize) << "the size stays";
 }
 
 TEST_F(BookNodeTest, WhatCanBeCheckedIsCheckedBeforeTheContentGoes) {
@@ -68,19 +75,6 @@ TEST_F(BookNodeTest, SavingReplacesThePageAndTheSizeOrSaysSo) {
     Torvane::File::TryDeleteFolder(pNode->GetFolder().chopped(1));
     m_disk.Folder.MakeFolder(m_disk.NodePath(pNode->GetId(), u"Content.htm\\x"_s));
     EXPECT_THROW(pNode->SaveContent(u"text"_s), Torvane::CRunException);
-}
-
-TEST_F(BookNodeTest, ClearingKeepsFolderChildrenAndSize) {
-    const auto pNode = m_pRoot->AddChild(u"章"_s);
-    pNode->CreateEditorPage(1);
-    const double dSize = StoredSize(pNode->GetId());
-    const auto pChild = pNode->AddChild(u"节"_s);
-    EXPECT_TRUE(pNode->ClearContent());
-    EXPECT_TRUE(FileExists(pNode->GetId(), QString()) && !FileExists(pNode->GetId(), u"Content.htm"_s));
-    EXPECT_EQ(m_disk.Store().GetNode(pNode->GetId()).Type, NodeType::c_nEmpty);
-    EXPECT_EQ(pNode->GetContentPath(), QString());
-    EXPECT_EQ(StoredSize(pNode->GetId()), dSize);
-    EXPECT_EQ(Titles(pNode->GetChildren()), QStringList{u"节"_s});
 }
 
 TEST_F(BookNodeTest, ADeletionEndsBetweenTwoNodesAndLeavesAWholeTree) {

@@ -70,8 +70,9 @@ public:
     std::optional<QString> AskTitles(const QString& strPreset) override {
         return Next(u't' + strPreset) ? std::optional(m_strTyped) : std::nullopt;
     }
-    std::optional<QStringList> AskCustomTitles(const QStringList&, bool) override {
-        return Next(u"c"_s) ? std::optional(m_strTyped.split(u'|')) : std::nullopt;
+    std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) override {
+        const bool bOk = Next((bIntroduction ? u"c"_s : u"c, no introduction: "_s) + titles.join(u'|'));
+        return bOk ? std::optional(m_strTyped.split(u'|')) : std::nullopt;
     }
 
     void Run(const Case& test) {
@@ -244,25 +245,32 @@ TEST(BookTreeActionsTest, TheOpenTypeIsStoredAndShown) {
     EXPECT_EQ(tree.Host.Views.size(), nShown + 1);
 }
 
-// The deepest node is not read yet, and the root keeps its name.
 TEST(BookTreeActionsTest, CustomTitlesRenameTheNodesThatAreLoaded) {
     CScriptedTree tree;
     const QString strIni = tree.Disk.pCourse->GetPaths().GetCustomTitlesPath();
-    const int ids[]{5, 6, c_nRootNodeId, 8, 7};
-    for (size_t nRole = 0; nRole < 5; ++nRole)
-        WriteProfileString(u"Id"_s, CustomTitles::Roles()[nRole].strKey, QString::number(ids[nRole]), strIni);
+    const auto write = [&](const QString& strSection, size_t nRole, const QString& strText) {
+        WriteProfileString(strSection, CustomTitles::Roles()[nRole].strKey, strText, strIni);
+    };
+    // One is not read yet, the root keeps its name; one is gone, one role has no node, one field is emptied.
+    const int ids[]{5, 6, c_nRootNodeId, 8, 7, 99, 0, 9};
+    for (size_t nRole = 0; nRole < CustomTitles::c_nRoles; ++nRole)
+        write(u"Id"_s, nRole, QString::number(ids[nRole]));
+    write(u"Title"_s, 7, u"旧"_s);
     tree.Actions.SelectNode(4);
     tree.Host.nAsked = 0;
     const size_t nShown = tree.Host.Views.size();
+    // A title that a sibling has draws its message, and is stored for the dialog all the same.
+    const QString strLeft = u"一(甲(点)) 丁* 三 点"_s;
     tree.Run({u"一"_s,
               32939,
-              {u"c"_s, u"!对不起，父栏目下已有同名栏目存在！"_s},
-              u"一(甲(点)) 丁* 三 点"_s,
-              u"甲|乙|丙|二|丁"_s});
-    EXPECT_EQ(CustomTitles::ReadTitles(strIni).join(u'|'), u"甲||丙|二|丁|||"_s);
+              {u"c|||||||旧"_s, u"!对不起，父栏目下已有同名栏目存在！"_s},
+              strLeft,
+              u"甲|乙|丙|二|丁|戊|己|"_s});
     EXPECT_EQ(tree.Disk.Store().GetNode(c_nRootNodeId).Title, u"李老师"_s);
     EXPECT_EQ(tree.Host.nAsked, 0) << "nobody has to leave for a title";
     EXPECT_EQ(tree.Host.Views.size(), nShown + 1) << "the list of children shows the new ones";
+    write(u"Id"_s, CustomTitles::c_nIntroduction, u"-1"_s);
+    tree.Run({u"一"_s, 32939, {u"~c, no introduction: 甲||丙|二|丁|||旧"_s}, strLeft});
 }
 
 TEST(BookTreeActionsTest, ANameFromTheServerReachesTheRootAsItIs) {

@@ -6,8 +6,6 @@
 #include "foundation/TextFile.h"
 #include "tests/support/CourseFakes.h"
 
-#include <SQLiteCpp/Database.h>
-
 /// A real course, made and opened in an installation of its own: template "红", the delivered pictures and
 /// the delivered seed. Or one of a delivered template, with its full suggested tree.
 class CCourseOnDisk : public CCourseWorldOf<CNodeMakerFactory> {
@@ -40,13 +38,6 @@ public:
     }
 
     CBookDatabase& Store() { return *pCourse->GetDatabase(); }
-
-    /// Changes the open store behind its back.
-    void Damage(const char* pszScript) const {
-        SQLite::Database store(Platform::ToNativeExact(pCourse->GetPaths().GetDatabasePath()).toStdString(),
-                               SQLite::OPEN_READWRITE);
-        store.exec(pszScript);
-    }
 
     /// What stands below a node's folder, "N<id>\…".
     static QString NodePath(qint32 nId, const QString& strBelow = QString()) {

@@ -5,6 +5,7 @@
 #include "tests/content/CourseOnDisk.h"
 #include "tests/content_ui/RecordingHost.h"
 
+#include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
 #include <limits>
