@@ -144,13 +144,6 @@ private:
         m_bFailing = false;
     }
 
-    QList<qint32> Ids() {
-        SQLite::Statement rows(Raw(), "SELECT Id FROM Book WHERE Id > 2 ORDER BY Id");
-        QList<qint32> ids;
-        while (rows.executeStep())
-            ids.append(rows.getColumn(0).getInt());
-        return ids;
-    }
     qint32 AnyId() {
         const QList<qint32> ids = Ids();
         return ids[Pick(static_cast<unsigned>(ids.size()))];

@@ -1,6 +1,5 @@
 #include "content/NewCourse.h"
 
-#include "foundation/SysInfo.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -9,17 +8,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class NewCourseTest : public ::testing::Test {
-protected:
-    CTempFolder m_folder;
-    CCourseFolderStep m_step;
-
-    NewCourseTest() { CSysInfo::Reset(m_folder.Path(u"程序\\Vorel.exe"_s)); }
-};
-
-TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
-    m_folder.Write(u"满\\x.txt"_s, "x");
-    m_folder.MakeFolder(u"空"_s);
+TEST(NewCourseTest, TheFolderIsCheckedAndMade) {
+    const CTempFolder folder;
+    CCourseFolderStep step;
+    folder.Write(u"满\\x.txt"_s, "x");
+    folder.MakeFolder(u"空"_s);
     struct Case {
         QString strName;
         QString strFolder;
@@ -27,24 +20,24 @@ TEST_F(NewCourseTest, TheFolderIsCheckedAndMade) {
     };
     for (const Case& c :
          {Case{{}, {}, u"请您填写课程名"_s}, Case{u"课"_s, {}, u"请您填写课程路径"_s},
-          Case{u"C/C++"_s, m_folder.Path(u"空"_s), u"课程名不能包含“\\”和“/”，请您修改！"_s},
-          Case{u"课"_s, m_folder.Path(u"满"_s),
+          Case{u"C/C++"_s, folder.Path(u"空"_s), u"课程名不能包含“\\”和“/”，请您修改！"_s},
+          Case{u"课"_s, folder.Path(u"满"_s),
                u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s},
-          Case{u"课"_s, m_folder.Path(u"满\\\\\\"_s),
+          Case{u"课"_s, folder.Path(u"满\\\\\\"_s),
                u"您输入的课程文件夹已经存在，并且非空，请您删除或重新选择！"_s},
-          Case{u"课"_s, m_folder.Path(u"满\\x.txt"_s), u"创建课程文件夹失败，请您重试!"_s},
-          Case{u"课"_s, m_folder.Path(u"满\\x.txt\\y"_s), u"创建课程文件夹失败，请您重试!"_s},
+          Case{u"课"_s, folder.Path(u"满\\x.txt"_s), u"创建课程文件夹失败，请您重试!"_s},
+          Case{u"课"_s, folder.Path(u"满\\x.txt\\y"_s), u"创建课程文件夹失败，请您重试!"_s},
           Case{u"课"_s, u"只有名字"_s, u"创建课程文件夹失败，请您重试!"_s},
-          Case{u"课"_s, m_folder.Path(u"空"_s), {}}, Case{u"课"_s, m_folder.Path(u"新\\深\\"_s), {}},
-          Case{u"课"_s, m_folder.Path(u"新\\深"_s), {}}}) {
-        m_step.strName = c.strName;
-        m_step.strFolder = c.strFolder;
-        EXPECT_EQ(m_step.Next().strWarning, c.strWarning) << c.strFolder.toStdString();
+          Case{u"课"_s, folder.Path(u"空"_s), {}}, Case{u"课"_s, folder.Path(u"新\\深\\"_s), {}},
+          Case{u"课"_s, folder.Path(u"新\\深"_s), {}}}) {
+        step.strName = c.strName;
+        step.strFolder = c.strFolder;
+        EXPECT_EQ(step.Next().strWarning, c.strWarning) << c.strFolder.toStdString();
     }
-    EXPECT_TRUE(m_folder.Exists(u"新\\深"_s));
+    EXPECT_TRUE(folder.Exists(u"新\\深"_s));
 }
 
-TEST_F(NewCourseTest, AListThatIsNoTreeHasNoRows) {
+TEST(NewCourseTest, AListThatIsNoTreeHasNoRows) {
     const auto shape = [](const QList<std::pair<qint32, qint32>>& lines) {
         QList<InitialNode> list;
         for (const auto& [nChild, nSibling] : lines)

@@ -65,26 +65,30 @@ public:
     }
     bool IsOpen(const QModelIndex& line) const { return Expanded.contains(Tree.IdOf(line)); }
 
+    /// The rows from the root on.
+    QList<qint32> Ids() {
+        SQLite::Statement rows(Raw(), "SELECT Id FROM Book WHERE Id >= 3 ORDER BY Id");
+        QList<qint32> ids;
+        while (rows.executeStep())
+            ids.append(rows.getColumn(0).getInt());
+        return ids;
+    }
     /// What is wrong with the table or the folders by themselves; empty for nothing.
     QString StoreFault() {
-        QHash<qint32, QList<qint32>> families;
-        SQLite::Statement rows(Raw(), "SELECT Id, ParentId, [Index] FROM Book WHERE Id > 3 ORDER BY 2, 3, 1");
-        while (rows.executeStep()) {
-            QList<qint32>& family = families[rows.getColumn(1).getInt()];
-            family.append(rows.getColumn(0).getInt());
-            if (rows.getColumn(2).getInt() != family.size())
-                return QStringLiteral("the place of %1 is not dense").arg(family.last());
-        }
-        QList<qint32> reached{c_nRootNodeId};
-        for (qsizetype n = 0; n < reached.size(); ++n)
-            reached += families.take(reached[n]);
-        if (!families.isEmpty())
-            return QStringLiteral("rows below %1 hang nowhere").arg(families.constBegin().key());
+        SQLite::Statement misplaced(
+            Raw(), "WITH RECURSIVE Reached(Id) AS "
+                   "(VALUES (3) UNION SELECT Book.Id FROM Book JOIN Reached ON ParentId = Reached.Id) "
+                   "SELECT Id FROM (SELECT Id, [Index] AS Place, row_number() OVER "
+                   "(PARTITION BY ParentId ORDER BY [Index], Id) AS Due FROM Book WHERE Id > 3) "
+                   "WHERE Place <> Due OR Id NOT IN Reached");
+        if (misplaced.executeStep())
+            return QStringLiteral("%1 hangs nowhere, or beside its place")
+                .arg(misplaced.getColumn(0).getInt());
         const QStringList found = QDir(Disk.Folder.Native(Disk.NodePath(0).section(u'\\', 0, -3)))
                                       .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         QSet<QString> folders(found.begin(), found.end());
-        folders.remove(QStringLiteral("N%1").arg(reached.takeFirst()));
-        for (const qint32 nId : reached) {
+        folders.remove(QStringLiteral("N3"));
+        for (const qint32 nId : Ids().sliced(1)) {
             if (!folders.remove(QStringLiteral("N%1").arg(nId)))
                 return QStringLiteral("no folder of %1").arg(nId);
         }
