@@ -58,6 +58,38 @@ private:
     std::function<bool()> m_ask;
 };
 
+qint32 IdOf(qint32 nId) {
+    return nId;
+}
+qint32 IdOf(const NodeHeader& node) {
+    return node.Id;
+}
+
+/// A node and all below it, depth first, parents before their children. No recursion, since nothing limits
+/// how deep a tree is; no node twice, since a damaged store may lead in a circle. The store is asked for the
+/// grandchildren of each node with children, and never for those of a leaf.
+template <typename Item, typename Grandchildren>
+QList<Item> WalkBelow(const Item& top, const QList<Item>& children, Grandchildren grandchildren) {
+    QList<Item> found;
+    QSet<qint32> seen{IdOf(top)};
+    QHash<qint32, QList<Item>> families{{IdOf(top), children}};
+    QList<Item> waiting{top};
+    while (!waiting.isEmpty()) {
+        found.append(waiting.takeLast());
+        const qint32 nId = IdOf(found.constLast());
+        const QList<Item> below = families.take(nId);
+        if (!below.isEmpty())
+            families.insert(grandchildren(nId));
+        for (auto it = below.crbegin(); it != below.crend(); ++it) {
+            if (!seen.contains(IdOf(*it))) {
+                seen.insert(IdOf(*it));
+                waiting.append(*it);
+            }
+        }
+    }
+    return found;
+}
+
 void RemoveFolder(const QString& strFolder, Torvane::File::IWalkFilter& filter) {
     try {
         Torvane::File::DeleteFolder(strFolder, true, &filter);
@@ -107,26 +139,9 @@ QList<NodeHeader> CBookNode::GetChildren() const {
 }
 
 QList<NodeHeader> CBookNode::GetDescendants() const {
-    // No recursion, since nothing limits how deep a tree is; no node twice, since a damaged store may lead in
-    // a circle. The store is asked once for each node with children, not for each leaf.
-    QList<NodeHeader> found;
-    QSet<qint32> seen{m_nId};
-    QHash<qint32, QList<NodeHeader>> families{{m_nId, GetChildren()}};
-    QList<NodeHeader> waiting{NodeHeader{m_nId, m_strTitle, m_nType}};
-    while (!waiting.isEmpty()) {
-        const NodeHeader node = waiting.takeLast();
-        if (node.Id != m_nId)
-            found.append(node);
-        const QList<NodeHeader> children = families.take(node.Id);
-        if (!children.isEmpty())
-            families.insert(Store().GetGrandchildren(node.Id));
-        for (auto it = children.crbegin(); it != children.crend(); ++it) {
-            if (!seen.contains(it->Id)) {
-                seen.insert(it->Id);
-                waiting.append(*it);
-            }
-        }
-    }
+    QList<NodeHeader> found = WalkBelow(NodeHeader{m_nId, m_strTitle, m_nType}, GetChildren(),
+                                        [this](qint32 nId) { return Store().GetGrandchildren(nId); });
+    found.removeFirst();
     return found;
 }
 
@@ -172,8 +187,8 @@ Deletion CBookNode::Delete(const DeleteProgress& mayGoOn) {
     try {
         // From the back: children before their parents, and last siblings first, so that closing the gap
         // touches few rows.
-        QList<NodeHeader> left{NodeHeader{m_nId, m_strTitle, m_nType}};
-        left.append(GetDescendants());
+        QList<qint32> left = WalkBelow(m_nId, Store().GetChildIds(m_nId),
+                                       [this](qint32 nId) { return Store().GetGrandchildIds(nId); });
         const int nTotal = static_cast<int>(left.size());
         bool bGoOn = true;
         while (bGoOn && !left.isEmpty()) {
@@ -181,7 +196,7 @@ Deletion CBookNode::Delete(const DeleteProgress& mayGoOn) {
             int nDone = static_cast<int>(result.Gone.size());
             const auto ask = [&] { return bGoOn = (!mayGoOn || mayGoOn(nDone, nTotal)) && bGoOn; };
             for (; !left.isEmpty() && batch.size() < c_nDeletedAtOnce && ask(); ++nDone)
-                batch.append(left.takeLast().Id);
+                batch.append(left.takeLast());
             // The rows first: a crash in between leaves litter, and no node without its folder.
             DeleteRows(batch);
             result.Gone.append(batch);

@@ -197,7 +197,10 @@ void CBookTree::ShowCourseInfo() {
 }
 
 CBookDatabase& CBookTree::Store() const {
-    return *m_pCourse->GetDatabase();
+    CBookDatabase* pDatabase = m_pCourse->GetDatabase();
+    if (pDatabase == nullptr)
+        throw Torvane::CRunException(ContentText::c_strNoStore);
+    return *pDatabase;
 }
 
 CBookTree::Lines CBookTree::MakeLines(Line& parent, const QList<qint32>& ids) {
@@ -309,6 +312,7 @@ bool CBookTree::Move(const QModelIndex& index, bool bUp) {
 bool CBookTree::MoveBelow(const QModelIndex& index, const QModelIndex& target) {
     Line& line = *At(index);
     Line& newParent = *At(target);
+    Q_ASSERT(line.pParent != &newParent);
     LoadChildren(newParent);
     if (!Node(line).MoveBelow(newParent.nId))
         return false;
@@ -384,13 +388,14 @@ void CBookTree::RemoveRows(Line& parent, int nFirst, int nLast) {
     std::move(begin, end, std::back_inserter(removed));
     parent.children.erase(begin, end);
     parent.Number(nFirst);
+    // Nobody finds them from here on; they go when everybody has been told.
+    for (std::size_t nLine = 0; nLine < removed.size(); ++nLine) {
+        m_lines.remove(removed[nLine]->nId);
+        Lines below = std::move(removed[nLine]->children);
+        std::ranges::move(below, std::back_inserter(removed));
+    }
     endRemoveRows();
-    while (!removed.empty()) {
-        const std::unique_ptr<Line> pLine = std::move(removed.back());
-        removed.pop_back();
-        std::ranges::move(pLine->children, std::back_inserter(removed));
-        pLine->children.clear();
-        m_lines.remove(pLine->nId);
+    for (const auto& pLine : removed) {
         if (pLine->pNode != nullptr)
             m_gone.push_back(std::move(pLine->pNode));
     }

@@ -42,7 +42,8 @@ public:
     CBookNode* NodeOf(const QModelIndex& index) const;
     /// Among the lines read so far.
     QModelIndex Find(qint32 nId) const;
-    /// Reads the way down to the node where it must; no line when none leads there.
+    /// Reads the way down to the node where it must; no line when none leads there. Throws when there is no
+    /// such node.
     QModelIndex Reveal(qint32 nId);
     /// Reads a line's children where a failure has left them unread.
     void Read(const QModelIndex& index);
@@ -58,7 +59,7 @@ public:
     /// False when the store refused.
     bool Rename(const QModelIndex& index, const QString& strTitle);
     bool Move(const QModelIndex& index, bool bUp);
-    /// As the first child of the target, which must not lie below it.
+    /// As the first child of the target, which must neither lie below it nor be its parent.
     bool MoveBelow(const QModelIndex& index, const QModelIndex& target);
     /// Takes the lines of deleted nodes away, with all below them.
     void Forget(const QList<qint32>& ids);

@@ -36,7 +36,6 @@ bool CBookTreeActions::Confirm(const QString& strQuestion, const QPersistentMode
 // Selection.
 
 void CBookTreeActions::Open(CCourse& course) {
-    Close();
     m_tree.Load(course);
     m_window.Expand(m_tree.GetRoot());
     m_selection.Select(m_tree.GetRoot());

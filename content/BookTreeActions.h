@@ -59,7 +59,7 @@ public:
     /// The commands of a line's context menu; none where it has none.
     std::span<const int> MenuOf(const QModelIndex& index) const;
 
-    /// The end of typing a title; nothing for a cancelled one. Selects the line in every case.
+    /// The end of typing a title; nothing for a cancelled one. Selects the line unless the store fails.
     void FinishRename(const QModelIndex& index, const std::optional<QString>& typed);
 
     bool MayDrag(const QModelIndex& index) const;

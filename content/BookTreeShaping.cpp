@@ -8,6 +8,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 /// Whether the store took a change: one message serves for its refusal and its failure.
@@ -109,7 +111,9 @@ void CBookTreeActions::FinishRename(const QModelIndex& index, const std::optiona
 
 void CBookTreeActions::Rename(const QPersistentModelIndex& line, const QString& strTitle) {
     const QString strPresent = m_tree.NodeOf(line)->GetTitle();
-    const RenameCheck check = CheckRename(strTitle, strPresent, m_tree.TakenBelow(line.parent(), line));
+    const RenameCheck check = CheckRename(strTitle, strPresent, [&](const QString& strAsked) {
+        return m_tree.TakenBelow(line.parent(), line)(strAsked);
+    });
     if (!check.strWarning.isEmpty())
         m_people.Warn(check.strWarning);
     else if (check.bStore)

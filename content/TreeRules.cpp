@@ -56,9 +56,22 @@ QStringList SplitTitles(const QString& strInput) {
     return titles;
 }
 
+namespace {
+
+/// As much of a title as a box can show: a pasted text without commas is one title of any length.
+QString Beginning(const QString& strTitle) {
+    constexpr int c_nShown = 200;
+    if (strTitle.size() <= c_nShown)
+        return strTitle;
+    const int nCut = strTitle[c_nShown - 1].isHighSurrogate() ? c_nShown - 1 : c_nShown;
+    return strTitle.left(nCut) + u'…';
+}
+
+} // namespace
+
 QString CheckNewTitle(const QString& strTitle, const TitleTaken& taken) {
     if (strTitle.size() > c_nMaxTitleLength)
-        return ContentText::c_strNewTitleTooLong.arg(QString::number(c_nMaxTitleLength), strTitle);
+        return ContentText::c_strNewTitleTooLong.arg(QString::number(c_nMaxTitleLength), Beginning(strTitle));
     if (taken(strTitle))
         return ContentText::c_strNewTitleTaken.arg(strTitle);
     return {};

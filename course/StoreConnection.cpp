@@ -116,6 +116,8 @@ CBookDatabase::Connection::Connection(const QString& strNativePath)
     // A file system without shared memory answers with the old mode, which serves as well.
     m_database.execAndGet("PRAGMA journal_mode = WAL");
     m_database.exec("PRAGMA synchronous = FULL");
+    // A stranger's course may lack the index, without which opening it takes time by the square of its nodes.
+    m_database.tryExec("CREATE INDEX IF NOT EXISTS BookOrder ON Book (ParentId, [Index])");
 }
 
 CBookDatabase::Connection::~Connection() = default;

@@ -252,6 +252,7 @@ void CMainFrame::RunCommand(int nId) {
     // A screen reader presses buttons without any input, a long step or not.
     if (CQtPeople::IsKeepingPainting())
         return;
+    m_pTree->FinishTyping();
     const bool bDone = (IsEditorShowing() && m_pEditor->RunCommand(nId)) || RunApplicationCommand(nId) ||
                        m_pTree->RunCommand(nId);
     if (!bDone)
@@ -391,6 +392,7 @@ bool CMainFrame::event(QEvent* pEvent) {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {
+    m_pTree->FinishTyping();
     if (!m_owner.MayClose() || !LeaveCurrentView(true)) {
         pEvent->ignore();
         return;

@@ -6,6 +6,8 @@
 #include <QMimeData>
 #include <QPainter>
 
+#include <utility>
+
 namespace {
 
 /// Nothing outside this window takes it.

@@ -8,6 +8,8 @@
 #include <QMouseEvent>
 #include <QStatusTipEvent>
 
+#include <utility>
+
 void CBookTreeView::mousePressEvent(QMouseEvent* pEvent) {
     // The right button selects when its menu comes: here too would ask the view for leave twice.
     if (pEvent->button() != Qt::LeftButton)

@@ -9,6 +9,8 @@
 #include <QHeaderView>
 #include <QScrollBar>
 
+#include <utility>
+
 namespace {
 
 constexpr quint32 c_nFirstBackColor = 0xFFFAF4;
@@ -25,6 +27,7 @@ CBookTreeView::CBookTreeView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople&
     setObjectName(QStringLiteral("CBookTreeView"));
     setAccessibleName(ContentText::c_strTreeName);
     setModel(&m_tree);
+    const std::unique_ptr<QItemSelectionModel> pToolkitsOwn(selectionModel());
     setSelectionModel(&m_actions.GetSelection());
     setHeaderHidden(true);
     header()->setStretchLastSection(false);
@@ -118,17 +121,20 @@ void CBookTreeView::ShowSideways(const QModelIndex& index, int nEnough) {
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + nStep);
 }
 
-void CBookTreeView::FollowMoved() {
+void CBookTreeView::FollowMoved(const QModelIndex& from, int, int, const QModelIndex& to) {
     // What was dropped is shown by whoever drops it.
-    if (!m_dragged.isValid())
+    if (from == to)
         scrollTo(currentIndex());
 }
 
 bool CBookTreeView::RunCommand(int nCommand) {
-    // A title that is being typed is done with before anything else happens.
+    FinishTyping();
+    return m_actions.Run(nCommand);
+}
+
+void CBookTreeView::FinishTyping() {
     if (m_edited.isValid())
         setFocus();
-    return m_actions.Run(nCommand);
 }
 
 void CBookTreeView::EditTitle(const QModelIndex& index) {

@@ -45,6 +45,8 @@ public:
     bool IsCommandEnabled(int nCommand) const { return m_actions.IsEnabled(nCommand); }
     /// Runs a tree command; false when the id is none of the tree's.
     bool RunCommand(int nCommand);
+    /// Takes over a title that is being typed, before anything else happens to the course.
+    void FinishTyping();
 
 Q_SIGNALS:
     /// Another line is selected.
@@ -79,7 +81,7 @@ private:
     void SelectWhatHides(const QModelIndex& index);
     /// Closes an open branch; of any other line the one that it stands below.
     QModelIndex MoveOut(const QModelIndex& index);
-    void FollowMoved();
+    void FollowMoved(const QModelIndex& from, int nFirst, int nLast, const QModelIndex& to);
     /// Scrolls until nEnough pixels of the line are in sight, where the line and the pane are as wide.
     void ShowSideways(const QModelIndex& index, int nEnough);
 

@@ -14,7 +14,11 @@ CSlowStep::CSlowStep(Torvane::Dialog::MFC::IPeople& people, const QString& strTe
 CSlowStep::~CSlowStep() = default;
 
 bool CSlowStep::GoOn(qint64 nDone, qint64 nTotal) {
-    if (m_painted.elapsed() < (m_pStatus == nullptr ? m_people.GetPatience() : c_nPaintMilliseconds))
+    if (m_pStatus == nullptr && m_painted.elapsed() < m_people.GetPatience()) {
+        m_people.KeepPainting();
+        return true;
+    }
+    if (m_pStatus != nullptr && m_painted.elapsed() < c_nPaintMilliseconds)
         return true;
     if (m_pStatus == nullptr) {
         m_pStatus = m_people.OpenStatus();

@@ -4,6 +4,8 @@
 
 #include <QElapsedTimer>
 
+#include <memory>
+
 /// A step that may take long. Once it has lasted a moment, the person sees a status window with the progress,
 /// and may give the step up.
 class CSlowStep {

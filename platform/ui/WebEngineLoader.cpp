@@ -47,11 +47,12 @@ public:
     /// Runs the event loop until the module is loaded or known to be missing.
     WebEngineFactory Wait() {
         Prepare();
+        // A page may be wanted while another one waits.
         QEventLoop loop;
-        m_pLoop = &loop;
+        m_loops.append(&loop);
         if (!m_bReady)
             loop.exec(QEventLoop::ExcludeUserInputEvents);
-        m_pLoop = nullptr;
+        m_loops.removeOne(&loop);
         return m_pFactory;
     }
 
@@ -74,7 +75,7 @@ public:
 private:
     void Start(WebEngineStart pStart, WebEngineFactory pFactory) {
         // It holds the thread for longer than all else of a course's opening: behind that, then.
-        if (!m_pLoop && CQtPeople::IsKeepingPainting()) {
+        if (m_loops.isEmpty() && CQtPeople::IsKeepingPainting()) {
             QTimer::singleShot(c_nAgainMilliseconds, this, [=, this] { Start(pStart, pFactory); });
             return;
         }
@@ -83,14 +84,14 @@ private:
             m_pFactory = pFactory;
         }
         m_bReady = true;
-        if (m_pLoop)
-            m_pLoop->quit();
+        for (QEventLoop* pLoop : m_loops)
+            pLoop->quit();
     }
 
     bool m_bBegun = false;
     bool m_bReady = false;
     WebEngineFactory m_pFactory = nullptr;
-    QEventLoop* m_pLoop = nullptr;
+    QList<QEventLoop*> m_loops;
 };
 
 } // namespace
