@@ -119,10 +119,12 @@ QByteArray TemporaryName() {
     return "~vorel-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(++nNext) + ".tmp";
 }
 
-// Creates a file under a temporary name; a leftover of the same name from a crashed run is stepped over.
-int CreateTemporary(int nFolder, mode_t nMode, QByteArray& name, int& nFile) {
+// Creates a file under a temporary name beside the target, whose name may be a path; a leftover of the same
+// name from a crashed run is stepped over.
+int CreateTemporary(int nFolder, const QByteArray& target, mode_t nMode, QByteArray& name, int& nFile) {
+    const QByteArray beside = target.left(target.lastIndexOf('/') + 1);
     for (int nTry = 0; nTry < 1000; ++nTry) {
-        name = TemporaryName();
+        name = beside + TemporaryName();
         nFile = ::openat(nFolder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, nMode);
         if (nFile >= 0)
             return 0;
@@ -286,7 +288,7 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
             if (old.nDevice == state.st_dev && old.nInode == state.st_ino)
                 return 0;
         }
-        if (const int nError = CreateTemporary(to.Descriptor(), nMode, written, nFile))
+        if (const int nError = CreateTemporary(to.Descriptor(), target, nMode, written, nFile))
             return nError;
     }
     CDescriptor copy(nFile);
@@ -321,7 +323,7 @@ int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes) {
 
     QByteArray temporary;
     int nFile = -1;
-    if (const int nError = CreateTemporary(folder, 0666, temporary, nFile))
+    if (const int nError = CreateTemporary(folder, name, 0666, temporary, nFile))
         return nError;
     CDescriptor file(nFile);
     if (bOld)

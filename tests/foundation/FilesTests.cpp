@@ -2,6 +2,7 @@
 #include "foundation/Files.h"
 #include "tests/support/TempFolder.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 
 #include <gtest/gtest.h>
@@ -66,6 +67,13 @@ TEST(Files, OperationsTouchTheOneFile) {
     ASSERT_TRUE(QFile::link(u"a"_s, folder.Native(u"link"_s)));
     CopyOneFile(folder.Path(u"link"_s), folder.Path(u"Copy"_s), false);
     EXPECT_FALSE(QFileInfo(folder.Native(u"Copy"_s)).isSymLink());
+    // Wherever the program was started: nothing is written there on the way, were it possible or not.
+    const QString strStarted = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(u"/proc"_s));
+    folder.Write(u"Copy"_s, "older");
+    CopyOneFile(folder.Path(u"a"_s), folder.Path(u"Copy"_s), true);
+    QDir::setCurrent(strStarted);
+    EXPECT_EQ(QFileInfo(folder.Native(u"Copy"_s)).size(), 1);
     DeleteOneFile(folder.Path(u"link"_s), true);
     EXPECT_TRUE(folder.Exists(u"a"_s) && !folder.Exists(u"link"_s));
     EXPECT_THROW(DeleteOneFile(folder.Path(), true), CFileException);
