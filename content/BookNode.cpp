@@ -1,5 +1,6 @@
 #include "content/BookNode.h"
 
+#include "content/NodeInfo.h"
 #include "content/Texts.h"
 #include "course/TemplateStore.h"
 #include "foundation/Exceptions.h"
@@ -126,6 +127,10 @@ QString CBookNode::GetContentPath() const {
     if (m_nType == NodeType::c_nEmpty || strPath.contains(QLatin1String("://")))
         return strPath;
     return m_course.GetPaths().GetNodeResourceFolder(true) + strPath;
+}
+
+QString CBookNode::GetStoredPath() const {
+    return Store().GetPath(m_nId);
 }
 
 qint32 CBookNode::GetOpenType() const {
@@ -286,6 +291,27 @@ bool CBookNode::SaveContent(const QString& strHtml) {
 
 void CBookNode::UpdateSize() {
     Store().SetSize(m_nId, Torvane::File::GetFolderSize(GetFolder()));
+}
+
+void CBookNode::ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const {
+    // The copy would look for it among its many neighbours in other letter cases too.
+    Torvane::File::TryMakeFolder(strFolder);
+    Torvane::File::ForceCopyFolder(GetFolder(), strFolder, true, pFilter);
+}
+
+void CBookNode::ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const {
+    Torvane::File::ForceCopyFolder(strFolder, GetFolder(), true, pFilter);
+}
+
+bool CBookNode::ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType) {
+    NodeContent content;
+    content.Type = nType;
+    content.Path = ImportedPath(nType, strPath, m_nId);
+    content.OpenType = nOpenType;
+    if (!Store().SetContent(m_nId, content))
+        return false;
+    m_nType = nType;
+    return true;
 }
 
 void CBookNode::EnsureFolder() const {

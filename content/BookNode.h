@@ -1,6 +1,7 @@
 #pragma once
 
 #include "course/Course.h"
+#include "foundation/FolderWalk.h"
 
 #include <QByteArray>
 #include <QList>
@@ -39,6 +40,8 @@ public:
 
     /// "…\N<id>\"
     QString GetFolder() const;
+    /// The content's path as the store holds it.
+    QString GetStoredPath() const;
     /// The content's absolute path; a link as it stands.
     QString GetContentPath() const;
     qint32 GetOpenType() const;
@@ -80,12 +83,21 @@ public:
     bool SaveContent(const QString& strHtml);
     void UpdateSize();
 
+    /// Copies the node's files into a folder of an export, which is made where it does not stand. Looks at
+    /// files alone, so that another thread may call it.
+    void ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const;
+    /// The same the other way: what comes replaces files of the same names, and no others.
+    void ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const;
+    /// The node's row as it stood in the course that it comes from; the path is led into this node's folder.
+    /// The children and the stored size stay. False when the store refused.
+    bool ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType);
+    /// Makes the node's folder where it has vanished.
+    void EnsureFolder() const;
+
 private:
     CBookDatabase& Store() const;
     /// In one step or not at all; the order stays dense.
     void DeleteRows(const QList<qint32>& ids) const;
-    /// Makes the node's folder where it has vanished.
-    void EnsureFolder() const;
     void BuildEditorPage(const QByteArray* pPage, qint32 nOpenType);
 
     CCourse& m_course;

@@ -246,6 +246,14 @@ void CBookTree::Read(const QModelIndex& index) {
         LoadChildren(*At(index));
 }
 
+void CBookTree::Reload(const QModelIndex& index) {
+    Line& line = *At(index);
+    if (line.ChildCount() > 0)
+        RemoveRows(line, 0, line.ChildCount() - 1);
+    line.bRead = false;
+    LoadAhead(index);
+}
+
 void CBookTree::LoadAhead(const QModelIndex& index) {
     if (IsHeadItem(LineOf(index)))
         return;

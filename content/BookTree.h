@@ -47,6 +47,8 @@ public:
     QModelIndex Reveal(qint32 nId);
     /// Reads a line's children where a failure has left them unread.
     void Read(const QModelIndex& index);
+    /// Reads a line's children anew, where the store has changed behind the tree's back, and theirs.
+    void Reload(const QModelIndex& index);
     /// Reads the children of each child where they have not been read: called when a line opens.
     void LoadAhead(const QModelIndex& index);
     /// Makes all lines ready for a search: a title is read when it is first looked at.

@@ -1,7 +1,9 @@
 #include "content/BookTreeActions.h"
 
+#include "content/SubtreeTransfer.h"
 #include "content/Texts.h"
 #include "foundation/Exceptions.h"
+#include "platform/base/NativePath.h"
 
 #include <stdexcept>
 
@@ -147,9 +149,11 @@ void CBookTreeActions::RunAction(TreeCommand::EAction action) {
         return SetOpenType();
     case EAction::CustomTitles:
         return SetCustomTitles();
-    case EAction::None:
     case EAction::Export:
+        return Export();
     case EAction::Import:
+        return Import();
+    case EAction::None:
         return;
     }
 }
@@ -207,4 +211,43 @@ void CBookTreeActions::SetOpenType() {
     if (!node.SetOpenType(*chosen))
         m_people.Error(ContentText::c_strNotMoved);
     ShowSelection();
+}
+
+// Subtrees that leave and come in.
+
+void CBookTreeActions::Export() {
+    const QPersistentModelIndex line(m_selection.currentIndex());
+    CBookNode& node = *m_tree.NodeOf(line);
+    // What is exported is what she sees, and not the page as it was before she began to edit it.
+    if (m_host.IsEditorShowing() && !m_host.LeaveCurrentView(true))
+        return;
+    const std::optional<QString> folder =
+        m_people.PickNewFolder(ContentText::c_strPickExportFolder, QString(), FolderNameOf(node.GetTitle()));
+    if (!folder || !line.isValid())
+        return;
+    CSubtreeTransfer transfer(m_people, node, *folder, CSubtreeTransfer::EMode::Export);
+    if (transfer.Run())
+        m_people.Notice(ContentText::c_strExported.arg(node.GetTitle(), Platform::ToNative(*folder)));
+}
+
+void CBookTreeActions::Import() {
+    const QPersistentModelIndex line(m_selection.currentIndex());
+    CBookNode& node = *m_tree.NodeOf(line);
+    // The editor would write its page over the imported one when it is left.
+    if (m_host.IsEditorShowing() && !m_host.ShowNodeView(KindView(node), &node))
+        return;
+    const std::optional<QString> folder = m_people.PickFolder(ContentText::c_strPickImportFolder, QString());
+    if (!folder || !line.isValid())
+        return;
+    CSubtreeTransfer transfer(m_people, node, *folder, CSubtreeTransfer::EMode::Import);
+    const bool bWhole = transfer.Run();
+    // The box of a failure lets the program run on.
+    if (!line.isValid() || !(bWhole || transfer.HasBegun()))
+        return;
+    // Whatever came in stays, so the tree has to show it.
+    m_tree.Reload(line);
+    if (bWhole)
+        m_host.ShowNodeView(KindView(node), &node);
+    else
+        ShowSelection();
 }

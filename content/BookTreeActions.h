@@ -98,6 +98,8 @@ private:
     void CreateContent();
     void EditContent();
     void SetOpenType();
+    void Export();
+    void Import();
 
     CBookTree& m_tree;
     ITreeWindow& m_window;

@@ -49,6 +49,28 @@ inline const QString c_strDropTitleTaken = u"父栏目下已有同名栏目存�
 inline const QString c_strAdding = u"正在添加栏目..."_s;
 inline const QString c_strDeleting = u"正在删除栏目..."_s;
 
+// Subtrees that leave and come in. One name of the step serves both ways.
+inline const QString c_strTransferTitle = u"导入目录"_s;
+inline const QString c_strPickExportFolder = u"请您选择导出目录"_s;
+inline const QString c_strPickImportFolder = u"请您选择导入目录"_s;
+inline const QString c_strExportReading = u"正在分析导出栏目信息"_s;
+inline const QString c_strExporting = u"正在导出栏目\"%1\""_s;
+inline const QString c_strExported = u"\"%1\"及其所有子栏目已成功导出至%2"_s;
+inline const QString c_strImportChecking = u"正在分析文件夹合法性..."_s;
+inline const QString c_strImportReading = u"正在分析导入信息..."_s;
+inline const QString c_strImporting = u"正在导入栏目\"%1\""_s;
+inline const QString c_strCancelled = u"用户取消了操作！"_s;
+inline const QString c_strFilesNotExported = u"拷贝资源文件失败！"_s;
+inline const QString c_strStoreNotRead = u"读取数据库失败！"_s;
+inline const QString c_strIndexNotWritten = u"记录导出信息失败！"_s;
+inline const QString c_strNoImportFolder = u"指定的文件夹不存在！"_s;
+inline const QString c_strNoIndex = u"指定的文件夹不合法！"_s;
+inline const QString c_strIndexNotRead = u"打开栏目信息文件失败！"_s;
+inline const QString c_strNotImported = u"数据库操作失败！"_s;
+/// Lines with too few fields, or numbers that lead nowhere or round and round.
+inline const QString c_strNodeInfoDamaged = u"栏目信息文件已损坏，无法导入！"_s;
+inline const QString c_strPathLeadsOut = u"栏目信息文件中的路径\"%1\"不合法，无法导入！"_s;
+
 // The dialogs of the open type, whose texts stand in the order of its values, and of the custom titles.
 inline const QString c_strOpenTypeDialog = u"设置打开类型"_s;
 inline const QString c_strOpenTypes[] = {u"不打开新窗口(&T)"_s, u"新窗口普通(&N)"_s, u"新窗口最大化(&M)"_s,

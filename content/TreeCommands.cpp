@@ -56,18 +56,10 @@ constexpr std::array c_rows{
         EAction::CreateContent},
 };
 
-// Of the content kinds, the editor page alone can be made; and subtrees can't leave or come in.
+// Of the content kinds, the editor page alone can be made.
 constexpr std::array c_heldBack{
-    c_nCreateExternalEditor,
-    c_nCreateExternalFile,
-    c_nCreateExternalLink,
-    c_nCreateVideo,
-    c_nCreateCourseware,
-    c_nCreateSite,
-    c_nCreateFolder,
-    c_nCreateInSiteLink,
-    c_nExport,
-    c_nImport,
+    c_nCreateExternalEditor, c_nCreateExternalFile, c_nCreateExternalLink, c_nCreateVideo,
+    c_nCreateCourseware,     c_nCreateSite,         c_nCreateFolder,       c_nCreateInSiteLink,
 };
 
 // Behind export and import: what shapes the tree, at the place where it is worked on.

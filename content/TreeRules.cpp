@@ -87,6 +87,15 @@ RenameCheck CheckRename(const QString& strNew, const QString& strPresent, const 
     return {true, {}};
 }
 
+QString FolderNameOf(const QString& strTitle) {
+    QString strName = OneLine(strTitle).trimmed();
+    strName.replace(u'/', u'_').replace(u'\\', u'_');
+    // One that begins with a dot is hidden.
+    if (strName.isEmpty() || strName.startsWith(u'.'))
+        strName.prepend(u'_');
+    return strName;
+}
+
 QString DeletionListText(const QList<NodeHeader>& descendants) {
     if (descendants.isEmpty())
         return ContentText::c_strNoDescendants;

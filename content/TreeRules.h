@@ -67,5 +67,8 @@ struct RenameCheck {
 /// length second. A cancelled edit is an empty text.
 RenameCheck CheckRename(const QString& strNew, const QString& strPresent, const TitleTaken& taken);
 
+/// A name for a folder that is made from a title.
+QString FolderNameOf(const QString& strTitle);
+
 /// The list of titles in the confirmation of a deletion.
 QString DeletionListText(const QList<NodeHeader>& descendants);

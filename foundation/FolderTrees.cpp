@@ -10,6 +10,7 @@
 #include <QHash>
 
 #include <cerrno>
+#include <functional>
 #include <vector>
 
 using namespace FileText;
@@ -22,8 +23,11 @@ namespace {
 // relative path.
 class CCopier : public ITreeVisitor {
 public:
-    CCopier(const QString& strTarget, bool bOverwrite)
-        : m_strTarget(AddBackslash(strTarget)), m_bOverwrite(bOverwrite) {}
+    CCopier(const QString& strTarget, bool bOverwrite, IWalkFilter* pFilter)
+        : m_strTarget(AddBackslash(strTarget)), m_bOverwrite(bOverwrite) {
+        if (pFilter)
+            m_stop = [pFilter] { return pFilter->Cancelled(); };
+    }
 
     // A target inside the source would be copied into itself without end.
     bool GoesInto(const TreeFolder& folder) override {
@@ -53,8 +57,10 @@ public:
         if (nError == 0 && EntryPathBytes(target.nPathBytes, name) > c_nMaxPathBytes)
             nError = ENAMETOOLONG;
         if (nError == 0)
-            nError = Platform::CopyFileBytes(folder.Folder, entry.name, target.Folder, name, m_bOverwrite);
-        if (nError != 0)
+            nError =
+                Platform::CopyFileBytes(folder.Folder, entry.name, target.Folder, name, m_bOverwrite, m_stop);
+        // The walk asks the filter itself, and ends, before the next entry.
+        if (nError != 0 && nError != ECANCELED)
             throw CFileException(c_strCannotCopy, EntryPath(folder, entry.name), EntryPath(target, name),
                                  nError);
     }
@@ -110,6 +116,7 @@ private:
 
     QString m_strTarget;
     bool m_bOverwrite;
+    std::function<bool()> m_stop;
     Platform::CFileState m_rootState;
     std::vector<Target> m_stack;
 };
@@ -196,7 +203,7 @@ void RemoveTree(const QString& strPath, const QString& strProtected, bool bForce
 
 void ForceCopyFolder(const QString& strSource, const QString& strTarget, bool bOverwrite,
                      IWalkFilter* pFilter) {
-    CCopier copier(strTarget, bOverwrite);
+    CCopier copier(strTarget, bOverwrite, pFilter);
     TreeOptions options;
     options.pFilter = pFilter;
     WalkTree(strSource, copier, options);

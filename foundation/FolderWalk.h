@@ -30,7 +30,8 @@ public:
 class IWalkFilter {
 public:
     virtual ~IWalkFilter() = default;
-    /// True stops the walk at once. Asked before each entry.
+    /// True stops the walk at once. Asked before each entry, and by a copy within large files too, of which
+    /// it leaves nothing then.
     virtual bool Cancelled() = 0;
     virtual bool AcceptFile(const QString& strPath) = 0;
     virtual bool AcceptFolder(const QString& strPath) = 0;

@@ -80,14 +80,19 @@ int WriteAll(int nFile, const char* pBytes, size_t nSize) {
 }
 
 constexpr size_t c_nBlock = size_t{128} * 1024;
+// So much is copied between two looks whether to stop: some milliseconds on any disk.
+constexpr size_t c_nPiece = size_t{4} * 1024 * 1024;
 
 // Small files go through one read and one write; large ones are copied inside the kernel where it can.
-int CopyContent(int nFrom, int nTo, off_t nSize) {
+int CopyContent(int nFrom, int nTo, off_t nSize, const std::function<bool()>& stop) {
+    const size_t nPiece = stop ? c_nPiece : size_t{1} << 30;
     if (nSize > static_cast<off_t>(c_nBlock)) {
         for (;;) {
-            const ssize_t n = ::copy_file_range(nFrom, nullptr, nTo, nullptr, size_t{1} << 30, 0);
+            const ssize_t n = ::copy_file_range(nFrom, nullptr, nTo, nullptr, nPiece, 0);
             if (n == 0)
                 return 0;
+            if (stop && stop())
+                return ECANCELED;
             if (n < 0) {
                 if (errno == EINTR)
                     continue;
@@ -98,7 +103,7 @@ int CopyContent(int nFrom, int nTo, off_t nSize) {
         }
     }
     static thread_local const std::unique_ptr<char[]> pBlock(new char[c_nBlock]);
-    for (;;) {
+    for (size_t nCopied = 0;;) {
         const ssize_t n = ::read(nFrom, pBlock.get(), c_nBlock);
         if (n < 0) {
             if (errno == EINTR)
@@ -109,6 +114,12 @@ int CopyContent(int nFrom, int nTo, off_t nSize) {
             return 0;
         if (const int nError = WriteAll(nTo, pBlock.get(), static_cast<size_t>(n)))
             return nError;
+        nCopied += static_cast<size_t>(n);
+        if (stop && nCopied >= c_nPiece) {
+            if (stop())
+                return ECANCELED;
+            nCopied = 0;
+        }
     }
 }
 
@@ -266,7 +277,7 @@ int CFolder::MakeWritable() const {
 }
 
 int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to, const QByteArray& target,
-                  bool bOverwrite) {
+                  bool bOverwrite, const std::function<bool()>& stop) {
     // Without waiting, so that a pipe put in the file's place can't hold the program up.
     CDescriptor source(::openat(from.Descriptor(), name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (source < 0)
@@ -292,7 +303,7 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
             return nError;
     }
     CDescriptor copy(nFile);
-    int nError = CopyContent(source, copy, state.st_size);
+    int nError = CopyContent(source, copy, state.st_size, stop);
     if (nError == 0) {
         const std::array<timespec, 2> times{state.st_atim, state.st_mtim};
         ::futimens(copy, times.data());

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -61,7 +62,8 @@ public:
     int MakeWritable() const;
 
 private:
-    friend int CopyFileBytes(const CFolder&, const QByteArray&, const CFolder&, const QByteArray&, bool);
+    friend int CopyFileBytes(const CFolder&, const QByteArray&, const CFolder&, const QByteArray&, bool,
+                             const std::function<bool()>&);
     int OpenAt(int nParent, const QByteArray& path, bool bFollow);
     int Descriptor() const;
     struct Closer;
@@ -71,9 +73,10 @@ private:
 
 /// Copies a plain file with its permissions (the owner may always write the copy) and its time of
 /// modification. An existing target is refused, or with bOverwrite replaced as a whole; a failed copy leaves
-/// nothing behind. A file copied onto itself stays as it is.
+/// nothing behind. A file copied onto itself stays as it is. stop is asked between the pieces of a large
+/// file: true ends the copy with ECANCELED.
 int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to, const QByteArray& target,
-                  bool bOverwrite);
+                  bool bOverwrite, const std::function<bool()>& stop = {});
 
 /// Replaces or creates the file as a whole: written beside under a name of its own, flushed to the disk,
 /// renamed. Permissions of the old file are kept. A link is replaced itself, never what it leads to.

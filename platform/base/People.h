@@ -26,6 +26,9 @@ public:
     /// Shows the text and paints it before returning.
     virtual void ShowStatus(const QString& strText) = 0;
 
+    /// What the step is called, above the line.
+    virtual void SetTitle(const QString&) {}
+
     /// Shows how much of a known amount is done; nTotal of 0 takes the bar away.
     virtual void ShowProgress(qint64 nDone, qint64 nTotal) = 0;
 
@@ -66,6 +69,13 @@ public:
 
     /// A folder, under a prompt.
     virtual std::optional<QString> PickFolder(const QString& strPrompt, const QString& strFolder) = 0;
+
+    /// A folder to write to, which is made where it does not stand yet; strName is proposed for it. Here, who
+    /// can make none picks one that stands.
+    virtual std::optional<QString> PickNewFolder(const QString& strPrompt, const QString& strFolder,
+                                                 const QString&) {
+        return PickFolder(strPrompt, strFolder);
+    }
 
     /// The four forms of boxes that the program knows.
     BoxAnswer Question(const QString& strText) {

@@ -6,12 +6,17 @@ constexpr qint64 c_nPaintMilliseconds = 40;
 
 } // namespace
 
-CSlowStep::CSlowStep(Torvane::Dialog::MFC::IPeople& people, const QString& strText)
-    : m_people(people), m_strText(strText) {
+CSlowStep::CSlowStep(Torvane::Dialog::MFC::IPeople& people, const QString& strText, const QString& strTitle)
+    : m_people(people), m_strText(strText), m_strTitle(strTitle) {
     m_painted.start();
 }
 
 CSlowStep::~CSlowStep() = default;
+
+void CSlowStep::SetText(const QString& strText) {
+    m_strText = strText;
+    m_bNewText = true;
+}
 
 bool CSlowStep::GoOn(qint64 nDone, qint64 nTotal) {
     if (m_pStatus == nullptr && m_painted.elapsed() < m_people.GetPatience()) {
@@ -22,9 +27,13 @@ bool CSlowStep::GoOn(qint64 nDone, qint64 nTotal) {
         return true;
     if (m_pStatus == nullptr) {
         m_pStatus = m_people.OpenStatus();
+        m_pStatus->SetTitle(m_strTitle);
         m_pStatus->ShowStatus(m_strText);
         m_pStatus->AllowCancel(true);
+    } else if (m_bNewText) {
+        m_pStatus->ShowStatus(m_strText);
     }
+    m_bNewText = false;
     m_pStatus->ShowProgress(nDone, nTotal);
     const bool bGoOn = m_pStatus->KeepWaiting();
     m_painted.restart();

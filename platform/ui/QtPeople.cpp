@@ -7,11 +7,15 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 #include <utility>
 
@@ -119,6 +123,25 @@ std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const Q
     return Platform::FromNative(files.first());
 }
 
+/// Makes the folder that was typed where there is none yet.
+class CNewFolderDialog : public QFileDialog {
+public:
+    using QFileDialog::QFileDialog;
+
+    void accept() override {
+        const QStringList typed = selectedFiles();
+        if (!typed.isEmpty() && !QFileInfo::exists(typed.first()))
+            QDir().mkdir(typed.first());
+        QFileDialog::accept();
+    }
+};
+
+void SetUpFolders(QFileDialog& dialog) {
+    dialog.setObjectName(QStringLiteral("folderDialog"));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+}
+
 void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
     static QElapsedTimer s_last;
     if (s_bBarred || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
@@ -209,8 +232,19 @@ std::optional<QString> CQtPeople::PickOpenFile(const QString& strTitle, const QS
 
 std::optional<QString> CQtPeople::PickFolder(const QString& strPrompt, const QString& strFolder) {
     auto* pDialog = new QFileDialog(Parent(), strPrompt);
-    pDialog->setObjectName(QStringLiteral("folderDialog"));
-    pDialog->setFileMode(QFileDialog::Directory);
-    pDialog->setOption(QFileDialog::ShowDirsOnly);
+    SetUpFolders(*pDialog);
+    return Pick(pDialog, strFolder, UiTexts::c_strChoose, UiTexts::c_strFolderName);
+}
+
+std::optional<QString> CQtPeople::PickNewFolder(const QString& strPrompt, const QString& strFolder,
+                                                const QString& strName) {
+    auto* pDialog = new CNewFolderDialog(Parent(), strPrompt);
+    SetUpFolders(*pDialog);
+    // After the folder has been entered, which clears the field.
+    QTimer::singleShot(0, pDialog, [pDialog, strName] {
+        auto* pField = pDialog->findChild<QLineEdit*>();
+        if (pField != nullptr)
+            pField->setText(strName);
+    });
     return Pick(pDialog, strFolder, UiTexts::c_strChoose, UiTexts::c_strFolderName);
 }

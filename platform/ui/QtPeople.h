@@ -47,6 +47,8 @@ public:
     std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
                                         const QString& strFilter) override;
     std::optional<QString> PickFolder(const QString& strPrompt, const QString& strFolder) override;
+    std::optional<QString> PickNewFolder(const QString& strPrompt, const QString& strFolder,
+                                         const QString& strName) override;
 
 private:
     QWidget* Parent() const;

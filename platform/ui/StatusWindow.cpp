@@ -53,6 +53,15 @@ CStatusWindow::CStatusWindow(QWidget* pParent, Pump pump)
     pFrame->setMinimumWidth(c_nMinimumWidth);
     auto* pLayout = new QVBoxLayout(pFrame);
     pLayout->setContentsMargins(24, 18, 24, 18);
+    m_pTitle = new QLabel(pFrame);
+    m_pTitle->setObjectName(QStringLiteral("statusTitle"));
+    m_pTitle->setTextFormat(Qt::PlainText);
+    m_pTitle->setAlignment(Qt::AlignCenter);
+    QFont bold = m_pTitle->font();
+    bold.setBold(true);
+    m_pTitle->setFont(bold);
+    m_pTitle->hide();
+    pLayout->addWidget(m_pTitle);
     m_pText = new QLabel(pFrame);
     m_pText->setObjectName(QStringLiteral("statusText"));
     m_pText->setTextFormat(Qt::PlainText);
@@ -122,6 +131,14 @@ void CStatusWindow::ShowStatus(const QString& strText) {
     QAccessibleEvent said(m_pWindow, QAccessible::Alert);
     QAccessible::updateAccessibility(&said);
     PaintNow();
+}
+
+void CStatusWindow::SetTitle(const QString& strTitle) {
+    if (!m_pWindow)
+        return;
+    m_pWindow->setWindowTitle(strTitle);
+    m_pTitle->setText(strTitle);
+    m_pTitle->setVisible(!strTitle.isEmpty());
 }
 
 void CStatusWindow::AllowCancel(bool bAllow) {

@@ -28,6 +28,7 @@ public:
     ~CStatusWindow() override;
 
     void ShowStatus(const QString& strText) override;
+    void SetTitle(const QString& strTitle) override;
     void ShowProgress(qint64 nDone, qint64 nTotal) override;
     void AllowCancel(bool bAllow) override;
     bool KeepWaiting() override;
@@ -48,6 +49,7 @@ private:
     QPointer<QWidget> m_pParent;
     /// The window below, where it is a dialog that stood there when this came.
     QPointer<QDialog> m_pDialog;
+    QLabel* m_pTitle = nullptr;
     QLabel* m_pText = nullptr;
     QProgressBar* m_pBar = nullptr;
     QPushButton* m_pCancel = nullptr;

@@ -76,6 +76,9 @@ TEST(FileCalls, ACopyIsWholeOrNotThere) {
     EXPECT_EQ(EntriesOf(folder), u"a old"_s);
     EXPECT_EQ(folder.Read(u"old"_s), "old");
     EXPECT_EQ(copy("old", false), EEXIST);
+    EXPECT_EQ(Platform::CopyFileBytes(open, "a", open, "old", true, [] { return true; }), ECANCELED);
+    EXPECT_EQ(EntriesOf(folder), u"a old"_s);
+    EXPECT_EQ(folder.Read(u"old"_s), "old");
     EXPECT_TRUE(copy("b", false) == 0 && copy("old", true) == 0 && copy("a", true) == 0);
     for (const QString& str : {u"a"_s, u"b"_s, u"old"_s})
         EXPECT_TRUE(folder.Read(str) == large);

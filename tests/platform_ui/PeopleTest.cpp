@@ -302,6 +302,17 @@ TEST_F(CPeople, PickersGiveBackslashPaths) {
     EXPECT_EQ(m_people.PickOpenFile(u"打开"_s, folder.Path(), QString()), std::nullopt);
     WhenDialogOpens([](QDialog& dialog) { dialog.accept(); });
     EXPECT_EQ(m_people.PickFolder(u"请您选择导入目录"_s, folder.Path()), folder.Path());
+    // The proposed folder is made, and may be taken once it stands.
+    for (int nTime = 0; nTime < 2; ++nTime) {
+        WhenDialogOpens([](QDialog& dialog) {
+            if (!qEnvironmentVariableIsEmpty("VOREL_SHOT"))
+                dialog.grab().save(qEnvironmentVariable("VOREL_SHOT"));
+            dialog.accept();
+        });
+        EXPECT_EQ(m_people.PickNewFolder(u"请您选择导出目录"_s, folder.Path(), u"第1.2章"_s),
+                  folder.Path(u"第1.2章"_s));
+        EXPECT_TRUE(folder.Exists(u"第1.2章"_s));
+    }
 }
 
 TEST(Pictures, AMissingFileGivesAnEmptyPictureAndWhiteIsClear) {

@@ -1,0 +1,119 @@
+#include "content/NodeInfo.h"
+
+#include "content/Texts.h"
+#include "course/BookDatabase.h"
+#include "foundation/CodePage.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Text.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr qsizetype c_nFields = 8;
+
+/// Records may share what lies below them, so that numbers which lead in no circle may still unfold without
+/// measure.
+constexpr qsizetype c_nMaxSteps = 100'000;
+
+[[noreturn]] void ThrowDamaged() {
+    throw Torvane::CRunException(ContentText::c_strNodeInfoDamaged);
+}
+
+qint32 NumberOf(const QByteArray& field) {
+    return ParseInt(QString::fromLatin1(field));
+}
+
+NodeInfoRecord ParseLine(const QByteArray& line) {
+    const QByteArrayList fields = line.split(',');
+    if (fields.size() < c_nFields)
+        ThrowDamaged();
+    return {NumberOf(fields[0]), NumberOf(fields[1]),         CodePage::Decode(fields[2]),
+            NumberOf(fields[3]), CodePage::Decode(fields[4]), NumberOf(fields[5]),
+            NumberOf(fields[6]), NumberOf(fields[7])};
+}
+
+/// Stays below the folder that it is read from. Names may hold what they like, but a slash separates them
+/// here as well as a backslash does.
+bool IsInside(const QString& strPath) {
+    if (strPath.startsWith(u'\\') || strPath.startsWith(u'/') || strPath.indexOf(u':') == 1)
+        return false;
+    const QStringList parts = QString(strPath).replace(u'/', u'\\').split(u'\\');
+    return !parts.contains(QLatin1String("..")) && !strPath.contains(QChar(0));
+}
+
+} // namespace
+
+QByteArray WriteNodeInfo(const QList<NodeInfoRecord>& records) {
+    QByteArray bytes;
+    for (const NodeInfoRecord& record : records) {
+        const QByteArrayList fields{
+            QByteArray::number(record.Number),     QByteArray::number(record.SourceId),
+            CodePage::Encode(record.Title),        QByteArray::number(record.Type),
+            CodePage::Encode(record.Path),         QByteArray::number(record.OpenType),
+            QByteArray::number(record.FirstChild), QByteArray::number(record.NextSibling)};
+        bytes += fields.join(',') + "\r\r\n";
+    }
+    return bytes;
+}
+
+QList<NodeInfoRecord> ParseNodeInfo(const QByteArray& bytes) {
+    // No byte of a character is a comma or a line feed.
+    QList<NodeInfoRecord> records;
+    QByteArrayList lines = bytes.split('\n');
+    while (!lines.isEmpty() && lines.last().trimmed().isEmpty())
+        lines.removeLast();
+    records.reserve(lines.size());
+    for (const QByteArray& line : lines)
+        records.append(ParseLine(line));
+    return records;
+}
+
+QList<NodeInfoStep> PlanImport(const QList<NodeInfoRecord>& records) {
+    if (records.isEmpty())
+        return {};
+    /// The children of one step: the next, and those on the way to it.
+    struct Level {
+        qsizetype nParent;
+        qint32 nNext;
+        std::vector<qint32> used;
+    };
+    QList<NodeInfoStep> steps{{0, -1}};
+    std::vector<bool> onRoad(static_cast<std::size_t>(records.size()));
+    std::vector<Level> levels{{0, records.first().FirstChild, {}}};
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        const qint32 nRecord = level.nNext;
+        if (nRecord <= 0) {
+            for (const qint32 nUsed : level.used)
+                onRoad[static_cast<std::size_t>(nUsed)] = false;
+            levels.pop_back();
+            continue;
+        }
+        if (nRecord >= records.size() || onRoad[static_cast<std::size_t>(nRecord)] ||
+            steps.size() >= c_nMaxSteps)
+            ThrowDamaged();
+        onRoad[static_cast<std::size_t>(nRecord)] = true;
+        level.used.push_back(nRecord);
+        level.nNext = records[nRecord].NextSibling;
+        steps.append({nRecord, level.nParent});
+        levels.push_back({steps.size() - 1, records[nRecord].FirstChild, {}});
+    }
+    return steps;
+}
+
+QString ImportedPath(qint32 nType, const QString& strPath, qint32 nId) {
+    if (nType == NodeType::c_nEmpty || nType == NodeType::c_nExternalLink)
+        return strPath;
+    QString strImported = strPath;
+    const qsizetype nHead = strPath.indexOf(u'\\');
+    if (nHead > 0)
+        strImported.replace(strPath.left(nHead), QStringLiteral("N%1").arg(nId));
+    // An in-site link may hold an address that a person typed.
+    const bool bAddress = nType == NodeType::c_nInSiteLink && strImported.contains(QLatin1String("://"));
+    const bool bOther = strImported.contains(QLatin1String("://")) && !bAddress;
+    if (bOther || (!bAddress && !IsInside(strImported)))
+        throw Torvane::CRunException(ContentText::c_strPathLeadsOut.arg(strPath));
+    return strImported;
+}
