@@ -1,13 +1,18 @@
 // A branch of 1,000 nodes with small files leaves a course and comes into it, beside cp -r of the same
 // folders, and for the import the rows as the engine alone inserts them. Usage: bench_subtree FOLDER [nodes]
+#include "bench/Nobody.h"
 #include "bench/Rounds.h"
 #include "content/SubtreeTransfer.h"
-#include "tests/content/CourseOnDisk.h"
+#include "course/TemplateStore.h"
+#include "foundation/SysInfo.h"
+#include "platform/base/NativePath.h"
 
-#include <SQLiteCpp/Statement.h>
-#include <SQLiteCpp/Transaction.h>
+#include <SQLiteCpp/SQLiteCpp.h>
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <cstdlib>
 
@@ -29,21 +34,46 @@ void RunTool(const QString& strTool, const QStringList& arguments) {
     MustHold(QProcess::execute(strTool, arguments) == 0, qPrintable(strTool));
 }
 
-std::unique_ptr<CBookNode> MakeBranch(CCourseOnDisk& disk, int nNodes) {
-    CBookDatabase::CTransaction transaction(disk.Store());
-    auto pBranch = CBookNode::Root(*disk.pCourse)->AddChild(u"教材"_s);
+void Write(const QString& strPath, qsizetype nBytes) {
+    QFile file(strPath);
+    MustHold(file.open(QIODevice::WriteOnly) && file.write(QByteArray(nBytes, 'x')) == nBytes, "write");
+}
+
+/// A new course, open, made by an installation of its own in the folder.
+std::unique_ptr<CCourse> MakeCourse(const QString& strFolder, const CourseServices& services) {
+    const QString strData = strFolder + u"/program/SysData"_s;
+    QDir().mkpath(strData);
+    QFile::link(QStringLiteral(VOREL_SEED_DATA), strData + u"/Data"_s);
+    for (const QString& strName : {u"VorelTemplates"_s, u"SelfDefineTitle.ini"_s, u"Images"_s})
+        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName, strData + u'/' + strName);
+    CSysInfo::Reset(Platform::FromNative(strFolder + u"/program/Vorel.exe"_s));
+    QStringList templates;
+    CTemplateStore(CSysInfo::Instance().GetTemplatesFolder(false)).ListTemplates(templates);
+    CreateRecord record{{7, u"物理"_s, u"王老师"_s}, u"课"_s, {}, {}, templates.value(0)};
+    record.Folder = Platform::FromNative(strFolder + u"/course"_s);
+    const QString strProject = record.Folder + u"\\课.vcp"_s;
+    CCourse(strProject, services).Create(record);
+    auto pCourse = std::make_unique<CCourse>(strProject, services);
+    MustHold(pCourse->Open(), "open the course");
+    return pCourse;
+}
+
+std::unique_ptr<CBookNode> MakeBranch(CCourse& course, int nNodes) {
+    CBookDatabase& store = *course.GetDatabase();
+    CBookDatabase::CTransaction transaction(store);
+    auto pBranch = CBookNode::Root(course)->AddChild(u"教材"_s);
     std::unique_ptr<CBookNode> pChapter;
     for (int n = 0; n < nNodes - 1; ++n) {
         if (n % c_nSections == 0)
             pChapter = pBranch->AddChild(u"第%1章"_s.arg(n));
         const auto pNode = n % c_nSections == 0 ? std::make_unique<CBookNode>(*pChapter)
                                                 : pChapter->AddChild(u"第%1节 课程内容"_s.arg(n));
-        const qint32 nId = pNode->GetId();
-        disk.Folder.Write(disk.NodePath(nId, u"Content.htm"_s), QByteArray(2000 + n % 3000, 'p'));
+        const QString strNode = Platform::ToNativeExact(pNode->GetFolder());
+        QDir().mkpath(strNode + u"/res"_s);
+        Write(strNode + u"/Content.htm"_s, 2000 + n % 3000);
         for (int nFile = 0; nFile < 3; ++nFile)
-            disk.Folder.Write(disk.NodePath(nId, u"res\\图片%1.png"_s.arg(nFile)),
-                              QByteArray(500 + n * 7 % 9000, 'x'));
-        disk.Store().SetContent(nId, {0, u"N%1\\Content.htm"_s.arg(nId), 0, {}, {}});
+            Write(strNode + u"/res/图片%1.png"_s.arg(nFile), 500 + n * 7 % 9000);
+        store.SetContent(pNode->GetId(), {0, u"N%1\\Content.htm"_s.arg(pNode->GetId()), 0, {}, {}});
     }
     transaction.Commit();
     return pBranch;
@@ -71,47 +101,45 @@ void InsertRows(const QString& strStore, int nNodes) {
 
 int main(int argc, char** argv) {
     MustHold(argc > 1, "usage: bench_subtree FOLDER [nodes]");
-    qputenv("TMPDIR", argv[1]);
+    const QTemporaryDir folder(QString::fromLocal8Bit(argv[1]) + u"/vorel-bench-XXXXXX"_s);
+    MustHold(folder.isValid(), "the work folder");
     const int nNodes = argc > 2 ? std::atoi(argv[2]) : 1000;
-    CCourseOnDisk disk;
-    const auto pBranch = MakeBranch(disk, nNodes);
+    CNobody people;
+    CNoSession session;
+    CNodeMakerFactory makers;
+    const auto pCourse = MakeCourse(folder.path(), {people, session, session, makers});
+    const auto pBranch = MakeBranch(*pCourse, nNodes);
     std::unique_ptr<CBookNode> pTarget;
-    const auto copyFrom = [&](const QString& strFrom) {
-        RunTool(u"cp"_s, {u"-r"_s, disk.Folder.Native(strFrom), disk.Folder.Native(u"抄"_s)});
-    };
-    const auto remove = [&](const QString& strFolder) {
-        RunTool(u"rm"_s, {u"-rf"_s, disk.Folder.Native(strFolder)});
-    };
+    const QString strOut = folder.filePath(u"out"_s), strCopy = folder.filePath(u"copy"_s);
+    const QString strStore = folder.filePath(u"store.mdb"_s);
+    const auto copy = [&](const QString& strFrom) { RunTool(u"cp"_s, {u"-r"_s, strFrom, strCopy}); };
+    const auto remove = [](const QString& strPath) { RunTool(u"rm"_s, {u"-rf"_s, strPath}); };
     const auto transfer = [&](CBookNode& node, CSubtreeTransfer::EMode eMode) {
-        MustHold(CSubtreeTransfer(disk.People, node, disk.Folder.Path(u"导出"_s), eMode).Run(), "transfer");
+        MustHold(CSubtreeTransfer(people, node, Platform::FromNative(strOut), eMode).Run(), "transfer");
     };
-    const QString strNodes = u"课程\\Data\\Courseware\\NodeResource"_s;
-    bool bKept =
-        Run({"subtree export", c_dLimit, [&] { transfer(*pBranch, CSubtreeTransfer::EMode::Export); },
-             [&] { copyFrom(strNodes); },
-             [&] {
-                 remove(u"导出"_s);
-                 remove(u"抄"_s);
-                 disk.Folder.MakeFolder(u"导出"_s);
-             }});
-    remove(u"导出"_s);
-    disk.Folder.MakeFolder(u"导出"_s);
+    const auto prepareExport = [&] {
+        remove(strOut);
+        remove(strCopy);
+        QDir().mkpath(strOut);
+    };
+    const auto prepareImport = [&] {
+        remove(strCopy);
+        if (pTarget)
+            pTarget->Delete();
+        pTarget = CBookNode::Root(*pCourse)->AddChild(u"导入"_s);
+        QFile::remove(strStore);
+        QFile::copy(QStringLiteral(VOREL_SEED_DATA "/DataBase/VorelCourse.mdb"), strStore);
+    };
+    bool bKept = Run(
+        {"subtree export", c_dLimit, [&] { transfer(*pBranch, CSubtreeTransfer::EMode::Export); },
+         [&] { copy(Platform::ToNative(pCourse->GetPaths().GetNodeResourceFolder(false))); }, prepareExport});
+    prepareExport();
     transfer(*pBranch, CSubtreeTransfer::EMode::Export);
-    const QString strStore = disk.Folder.Native(u"store.mdb"_s);
     bKept &= Run({"subtree import", c_dLimit, [&] { transfer(*pTarget, CSubtreeTransfer::EMode::Import); },
                   [&] {
-                      copyFrom(u"导出"_s);
+                      copy(strOut);
                       InsertRows(strStore, nNodes);
                   },
-                  [&] {
-                      remove(u"抄"_s);
-                      if (pTarget)
-                          pTarget->Delete();
-                      pTarget = CBookNode::Root(*disk.pCourse)->AddChild(u"导入"_s);
-                      QFile::remove(strStore);
-                      QFile::copy(Platform::ToNative(CSysInfo::Instance().GetSysDataFolder(true)) +
-                                      u"Data/DataBase/VorelCourse.mdb"_s,
-                                  strStore);
-                  }});
+                  prepareImport});
     return bKept ? 0 : 1;
 }

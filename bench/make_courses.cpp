@@ -8,6 +8,7 @@
 //   bench_make_courses password PROGRAM_FOLDER ID PASSWORD
 //     proves the course's password to the server, as the person does who is asked for it
 // SHAPE is "book" (20 chapters of 25 sections of pages, and what is left below the pages) or "flat".
+#include "bench/Nobody.h"
 #include "content/BookNode.h"
 #include "course/TemplateStore.h"
 #include "course/TitleCipher.h"
@@ -28,7 +29,6 @@
 #include <vector>
 
 using namespace Qt::StringLiterals;
-using namespace Torvane::Dialog::MFC;
 
 namespace {
 
@@ -79,37 +79,6 @@ std::vector<Leaf> MakeTree(const QString& strShape, int nNodes) {
 bool HasPage(const std::vector<Leaf>& tree, std::size_t nNode) {
     return !tree[nNode].bHasChildren && nNode % 2 == 0;
 }
-
-/// Nobody is there to be asked, and nobody looks.
-class CNobody : public IPeople {
-public:
-    BoxAnswer Ask(const QString& strText, const QString&, BoxButtons, BoxIcon) override {
-        throw std::runtime_error(strText.toStdString());
-    }
-    std::unique_ptr<CShowStatusDlg> OpenStatus() override { return std::make_unique<CUnseen>(); }
-    CShowStatusDlg* GetStatus() override { return nullptr; }
-    void KeepPainting() override {}
-    std::optional<QString> PickOpenFile(const QString&, const QString&, const QString&) override {
-        return {};
-    }
-    std::optional<QString> PickFolder(const QString&, const QString&) override { return {}; }
-
-private:
-    class CUnseen : public CShowStatusDlg {
-    public:
-        void ShowStatus(const QString&) override {}
-        void ShowProgress(qint64, qint64) override {}
-        void AllowCancel(bool) override {}
-        bool KeepWaiting() override { return true; }
-    };
-};
-
-/// The course is made without being opened at the server.
-class CNoSession : public ICourseSession, public ITemplateChooser {
-public:
-    bool ReportStatus(CCourse&, int, const CourseFigures&, bool) override { return true; }
-    std::optional<QString> ChooseTemplate(const QString&) override { return {}; }
-};
 
 CCourseServer& Server(CCourseServer& server) {
     server.SetBaseUrl(CSysInfo::Instance().GetServerURL());

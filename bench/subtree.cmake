@@ -1,3 +1,2 @@
-find_package(GTest REQUIRED)
-vorel_program(bench_subtree SOURCES bench_subtree.cpp Rounds.h USES vorel_content SQLiteCpp GTest::gtest)
+vorel_program(bench_subtree SOURCES bench_subtree.cpp Nobody.h Rounds.h USES vorel_content vorel_seed_data SQLiteCpp)
 target_compile_definitions(bench_subtree PRIVATE VOREL_DELIVERED_DATA="${CMAKE_SOURCE_DIR}/sysdata/data")
