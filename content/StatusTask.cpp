@@ -60,6 +60,8 @@ void CStatusTask::DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& 
     m_threads.start([pTask] { (*pTask)(); });
     try {
         while (end.wait_for(c_lookPause) != std::future_status::ready) {
+            // Also as long as no status window stands.
+            m_people.KeepPainting();
             m_step.SetText(statusOf(std::min<qsizetype>(m_nDone, nEnd - 1)));
             Look();
         }

@@ -12,6 +12,8 @@
 #include <clocale>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
+#include <thread>
 
 namespace Platform {
 namespace {
@@ -120,6 +122,14 @@ int CopyContent(int nFrom, int nTo, off_t nSize, const std::function<bool()>& st
                 return ECANCELED;
             nCopied = 0;
         }
+    }
+}
+
+void CloseBeside(int nFile) {
+    try {
+        std::thread([nFile] { ::close(nFile); }).detach();
+    } catch (const std::system_error&) {
+        ::close(nFile);
     }
 }
 
@@ -314,6 +324,9 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
             ErrorOf(::renameat(to.Descriptor(), written.constData(), to.Descriptor(), target.constData()));
     if (nError != 0)
         ::unlinkat(to.Descriptor(), written.constData(), 0);
+    // Giving gigabytes back to the disk takes seconds, for which nobody waits who has given up.
+    if (nError == ECANCELED)
+        CloseBeside(copy.Release());
     return nError;
 }
 
