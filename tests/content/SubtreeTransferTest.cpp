@@ -86,14 +86,18 @@ TEST(NodeInfoTest, APathIsLedIntoTheNodeAndNowhereElse) {
     }
 }
 
+/// Agrees to every box, and notes it.
+class CNotingTree : public CTreeOnDisk {
+public:
+    QStringList Noted;
+    BoxAnswer OnBox(const QString& strBox) override {
+        Noted.append(strBox);
+        return BoxAnswer::Ok;
+    }
+};
+
 class SubtreeTransferTest : public testing::Test {
 protected:
-    SubtreeTransferTest() {
-        m_tree.OnBox = [this](const QString& strBox) {
-            m_boxes.append(strBox);
-            return CScriptedPeople::BoxAnswer::Ok;
-        };
-    }
     /// Two chapters of two sections, pages all, and a link.
     void MakeBranch() {
         const auto pRoot = CBookNode::Root(*m_tree.Disk.pCourse);
@@ -110,7 +114,7 @@ protected:
         m_tree.Open();
     }
     void Run(qint32 nId, int nCommand, const QString& strFolder) {
-        m_boxes.clear();
+        m_tree.Noted.clear();
         m_tree.Folders = {m_tree.Disk.Folder.Path(strFolder)};
         m_tree.Actions.SelectNode(nId);
         EXPECT_TRUE(m_tree.Actions.IsEnabled(nCommand));
@@ -127,23 +131,22 @@ protected:
         return titles;
     }
 
-    CTreeOnDisk m_tree;
-    QStringList m_boxes;
+    CNotingTree m_tree;
 };
 
 TEST_F(SubtreeTransferTest, ABranchTravelsToAnotherPlaceAndRefillsByTitle) {
     MakeBranch();
     const auto pRoot = CBookNode::Root(*m_tree.Disk.pCourse);
     Run(3, 32932, u"出"_s);
-    EXPECT_EQ(m_boxes, QStringList{u"i\"王老师\"及其所有子栏目已成功导出至"_s +
-                                   Platform::ToNative(m_tree.Disk.Folder.Path(u"出"_s))});
+    EXPECT_EQ(m_tree.Noted, QStringList{u"i\"李老师\"及其所有子栏目已成功导出至"_s +
+                                        Platform::ToNative(m_tree.Disk.Folder.Path(u"出"_s))});
     EXPECT_EQ(m_tree.Disk.Folder.Read(u"出\\NodeInfo.tni"_s).count("\r\r\n"), 8);
     EXPECT_TRUE(m_tree.Disk.Folder.Exists(u"出\\1"_s)) << "an empty node's folder";
 
     const auto pTarget = pRoot->AddChild(u"新"_s);
     m_tree.Open();
     Run(pTarget->GetId(), 32933, u"出"_s);
-    EXPECT_EQ(m_boxes, QStringList());
+    EXPECT_EQ(m_tree.Noted, QStringList());
     EXPECT_EQ(Titles(*pTarget), (QStringList{u"一"_s, u"节"_s, u"末"_s, u"二"_s, u"节"_s, u"末"_s, u"链"_s}));
     const QList<NodeHeader> made = pTarget->GetDescendants();
     EXPECT_EQ(CBookNode(*m_tree.Disk.pCourse, made.last()).GetStoredPath(), u"http://a/N3\\x"_s);
@@ -190,7 +193,7 @@ TEST_F(SubtreeTransferTest, GivingUpLeavesAWholeTree) {
         m_tree.nPieces = nPieces;
         Run(pTarget->GetId(), 32933, u"出"_s);
         const qsizetype nMade = pTarget->GetDescendants().size();
-        EXPECT_EQ(m_boxes.value(0), nMade < c_nBelow ? u"x用户取消了操作！"_s : m_boxes.value(0));
+        EXPECT_EQ(m_tree.Noted.value(0), nMade < c_nBelow ? u"x用户取消了操作！"_s : m_tree.Noted.value(0));
         for (const NodeHeader& header : pTarget->GetDescendants().mid(0, 7))
             EXPECT_TRUE(header.Type != NodeType::c_nEmpty || !header.Title.contains(u'节')) << "half a node";
         left.insert(nMade);
@@ -203,12 +206,12 @@ TEST_F(SubtreeTransferTest, GivingUpLeavesAWholeTree) {
     // Behind the look at each node, while the files are copied.
     m_tree.nPieces = 2 + CBookNode::Root(*m_tree.Disk.pCourse)->GetDescendants().size();
     Run(3, 32932, u"出"_s);
-    EXPECT_EQ(m_boxes, QStringList{u"x用户取消了操作！"_s});
+    EXPECT_EQ(m_tree.Noted, QStringList{u"x用户取消了操作！"_s});
     m_tree.nPieces = std::numeric_limits<qint64>::max();
     Run(pTarget->GetId(), 32933, u"出"_s);
-    EXPECT_EQ(m_boxes, QStringList{u"x指定的文件夹不合法！"_s});
+    EXPECT_EQ(m_tree.Noted, QStringList{u"x指定的文件夹不合法！"_s});
     Run(pTarget->GetId(), 32933, u"无"_s);
-    EXPECT_EQ(m_boxes, QStringList{u"x指定的文件夹不存在！"_s});
+    EXPECT_EQ(m_tree.Noted, QStringList{u"x指定的文件夹不存在！"_s});
 }
 
 TEST_F(SubtreeTransferTest, AHostileIndexChangesNothing) {
@@ -221,7 +224,7 @@ TEST_F(SubtreeTransferTest, AHostileIndexChangesNothing) {
           QByteArray(1000, '\0')}) {
         m_tree.Disk.Folder.Write(u"坏\\NodeInfo.tni"_s, index);
         Run(pNode->GetId(), 32933, u"坏"_s);
-        EXPECT_EQ(m_boxes.size(), 1) << index.left(60).constData();
+        EXPECT_EQ(m_tree.Noted.size(), 1) << index.left(60).constData();
         EXPECT_EQ(m_tree.Disk.Store().GetNode(pNode->GetId()).Type, NodeType::c_nEmpty);
         EXPECT_TRUE(pNode->GetChildren().isEmpty());
     }
