@@ -79,6 +79,9 @@ public:
     }
 
     void Run(const QByteArray& address) {
+        // What an earlier download received is no part of this one.
+        m_progress.nReceived = 0;
+        m_progress.nTotal = 0;
         const Address parts = SplitAddress(address);
         Prepare(parts);
         const CURLcode code = Drive();
