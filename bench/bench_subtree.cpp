@@ -88,7 +88,7 @@ void InsertRows(const QString& strStore, int nNodes) {
                              "INSERT INTO Book (Title, ParentId, [Index], Type, Path, TimeLastModified) "
                              "VALUES (?, 3, ?, 0, ?, '2026-01-05 08:00:00')");
     for (int n = 0; n < nNodes; ++n) {
-        insert.bind(1, u"%1"_s.arg(n, 40, 16, u'A').toStdString());
+        insert.bind(1, u"%1"_s.arg(n, 40, 16, QChar(u'A')).toStdString());
         insert.bind(2, n + 10);
         insert.bind(3, "N" + std::to_string(n) + "\\Content.htm");
         insert.exec();
