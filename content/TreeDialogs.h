@@ -1,9 +1,13 @@
 #pragma once
 
+#include "content/NodeFileParams.h"
+
 #include <QString>
 #include <QStringList>
 
 #include <optional>
+
+class CBookNode;
 
 /// The dialogs of the tree's commands, apart from their windows.
 class ITreeDialogs {
@@ -19,4 +23,7 @@ public:
     /// "自定义标题": eight texts in the order of CustomTitles::Roles(), or nothing when cancelled. The field
     /// of the introduction is disabled where bIntroduction is false.
     virtual std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) = 0;
+    /// "创建栏目文件向导" for the node: what its content is to be made of, checked, or nothing when
+    /// cancelled.
+    virtual std::optional<CNodeFileParams> AskContent(const ContentPreset& preset, CBookNode& node) = 0;
 };

@@ -8,6 +8,7 @@ git ls-files -co --exclude-standard -- '*.h' '*.cpp' | awk '
   # The floors, from the ground up. A folder may include itself and what has a smaller number.
   BEGIN {
     floor["platform/base"] = 1;  floor["foundation"] = 2
+    floor["office"] = 2.5
     floor["course"] = 3;         floor["platform/ui"] = 3;   floor["course/ui"] = 4
     floor["server"] = 5;         floor["server/ui"] = 6
     floor["content"] = 7;        floor["content/ui"] = 8
@@ -20,7 +21,7 @@ git ls-files -co --exclude-standard -- '*.h' '*.cpp' | awk '
     # A companion may have windows of its own, apart from its logic; those of the application stay out.
     floor["companions/ui"] = 3.6
     floor["tests"] = 99;         floor["bench"] = 99
-    logicOnly = "^(foundation|course|server|content|editor|video|app|platform/base|companions|courseserver)$"
+    logicOnly = "^(foundation|office|course|server|content|editor|video|app|platform/base|companions|courseserver)$"
   }
   function room(path,   parts, n) {
     n = split(path, parts, "/")

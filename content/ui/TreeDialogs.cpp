@@ -93,3 +93,7 @@ std::optional<QStringList> CTreeDialogs::AskCustomTitles(const QStringList& titl
     return DialogParts::Run(new CCustomTitlesDialog(titles, bIntroduction, Window()),
                             &CCustomTitlesDialog::GetTitles);
 }
+
+std::optional<CNodeFileParams> CTreeDialogs::AskContent(const ContentPreset&, CBookNode&) {
+    return std::nullopt;
+}

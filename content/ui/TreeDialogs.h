@@ -13,6 +13,7 @@ public:
     std::optional<QString> AskTitles(const QString& strPreset) override;
     std::optional<qint32> AskOpenType(qint32 nPresent) override;
     std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) override;
+    std::optional<CNodeFileParams> AskContent(const ContentPreset& preset, CBookNode& node) override;
 
 private:
     QWidget* Window() const;

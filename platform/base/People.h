@@ -51,6 +51,17 @@ public:
     virtual BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
                           BoxIcon icon) = 0;
 
+    /// The answer to a question that comes again and again, and whether it holds for all that follow.
+    struct YesNoAll {
+        bool bYes = false;
+        bool bAll = false;
+    };
+    /// "提示" with yes, no and a box to tick. Closing it otherwise than by a button is a no, for this once.
+    virtual YesNoAll QueryYesNoAll(const QString& strText) {
+        return {Ask(strText, QStringLiteral("提示"), BoxButtons::YesNo, BoxIcon::Question) == BoxAnswer::Yes,
+                false};
+    }
+
     virtual std::unique_ptr<CShowStatusDlg> OpenStatus() = 0;
 
     /// The status window that was opened last and still stands, or null. It stays with who opened it.

@@ -15,6 +15,10 @@
 /// folders.
 class CTreeOnDisk : public ITreeWindow, public ITreeDialogs, public CScriptedPeople {
 public:
+    /// What the content wizard was opened with, and its answers.
+    std::vector<ContentPreset> Presets;
+    std::deque<std::optional<CNodeFileParams>> Contents;
+
     CCourseOnDisk Disk{{}, CTempFolder::InMemory()};
     CRecordingHost Host;
     CBookTree Tree;
@@ -152,6 +156,10 @@ public:
             return;
         Expanded.insert(Tree.IdOf(index));
         Actions.LoadAhead(index);
+    }
+    std::optional<CNodeFileParams> AskContent(const ContentPreset& preset, CBookNode&) override {
+        Presets.push_back(preset);
+        return NextAnswer(Contents);
     }
     void EditTitle(const QModelIndex& index) override { Edited = index; }
     BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,

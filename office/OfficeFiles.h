@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+/// Office files as web pages. LibreOffice does the converting, in a process of its own without a window and
+/// with a profile of its own; what it gives is made a page with its pictures beside it, or for a presentation
+/// a folder of slides.
+///
+/// All functions may be called from any thread; none shows anything. Paths are full, in backslash form.
+namespace Torvane::Office {
+
+/// A document, sheet or presentation, by the name's ending.
+bool IsOfficeFile(const QString& strName);
+
+/// Whether there is a program here that converts.
+bool IsConverterInstalled();
+
+/// Asked every few milliseconds while a conversion runs; false ends it at once.
+using MayGoOn = std::function<bool()>;
+
+enum class EConversion { Done, Failed, TimedOut, Cancelled, NoConverter };
+
+/// Saves an Office file as the web page strTarget, "…\a.htm". Pictures, and the slides of a presentation,
+/// come into the folder "…\a.files" beside it. Whatever the answer but Done, neither of them stands there.
+EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget,
+                                const MayGoOn& mayGoOn = {});
+
+/// Saves it under a free name in the folder. strResultName is what shows it, relative to the folder: the
+/// page, or for a presentation "….files\torvaneframe.htm" where that could be made.
+EConversion ConvertOfficeToHtml(const QString& strSource, const QString& strTargetFolder,
+                                QString& strResultName, const MayGoOn& mayGoOn = {});
+
+/// Puts "torvaneframe.htm", which shows the presentation of the page "strStem.htm", into the folder of its
+/// slides. False when it can't.
+bool FixFramePage(const QString& strStem, const QString& strFrameFolder);
+
+/// Whether it is the folder of a presentation that was saved as a web page: "fullscreen.htm" and "pres.xml"
+/// stand in it.
+bool IsPptFrameFolder(const QString& strFolder);
+
+} // namespace Torvane::Office
