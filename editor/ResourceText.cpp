@@ -5,6 +5,7 @@
 #include "foundation/Paths.h"
 #include "foundation/Random.h"
 #include "foundation/Text.h"
+#include "foundation/Urls.h"
 
 namespace ResourceText {
 
@@ -28,7 +29,7 @@ QString PathAsSpelled(const QString& strReference) {
         if (c >= u'A' && c <= u'Z' && !bEscapeDigit)
             strText[n] = QChar(static_cast<char16_t>(c_nPrivateBase + c));
     }
-    strText = AddressToPath(strText);
+    strText = FileUrlToPath(strText);
     for (QChar& c : strText) {
         if (c.unicode() >= c_nPrivateBase + u'A' && c.unicode() <= c_nPrivateBase + u'Z')
             c = QChar(static_cast<char16_t>(c.unicode() - c_nPrivateBase));
@@ -104,28 +105,6 @@ QString DocumentUrlInLinks(QString strUrl) {
 
 QString ResFolderOfPage(const QString& strPagePath) {
     return ParentFolder(strPagePath) + QStringLiteral("\\res\\");
-}
-
-QString FileUrlToPath(const QString& strUrl) {
-    return AddressToPath(strUrl);
-}
-
-QString PathToFileUrl(const QString& strPath) {
-    return PathToAddress(strPath);
-}
-
-bool IsLocalRef(const QString& strText) {
-    return IsLocalAddress(strText);
-}
-
-QString MakeRelativeUrl(const QString& strUrl, const QString& strBaseFolder) {
-    const QString strLower = LowerAscii(strUrl);
-    if (!IsLocalRef(strLower))
-        return strLower;
-    const qsizetype nFragment = strLower.indexOf(u'#');
-    const QString strFragment = nFragment < 0 ? QString() : strLower.mid(nFragment);
-    const QString strPath = FileUrlToPath(nFragment < 0 ? strLower : strLower.left(nFragment));
-    return WithSlashes(RelativeTail(LowerAscii(strBaseFolder), strPath, c_backslash) + strFragment);
 }
 
 QString MakeResourceName(const QString& strSource, const QString& strFolder, const QStringList* pNames) {

@@ -40,12 +40,6 @@ struct PageFolders {
 /// "…\res\" beside a page.
 QString ResFolderOfPage(const QString& strPagePath);
 
-/// The same conversions as AddressToPath and PathToAddress of the floor below, under the editor's names.
-QString FileUrlToPath(const QString& strUrl);
-QString PathToFileUrl(const QString& strPath);
-bool IsLocalRef(const QString& strText);
-QString MakeRelativeUrl(const QString& strUrl, const QString& strBaseFolder);
-
 /// A name for a resource in the folder. pNames null: the bare time-stamp name; otherwise the name holds a
 /// random number in brackets and is neither in the list nor in the folder.
 QString MakeResourceName(const QString& strSource, const QString& strFolder, const QStringList* pNames);

@@ -21,22 +21,6 @@ bool IsFolderWithoutEntries(const QString& strPath) {
     return folder.Open(Platform::NativeBytes(strPath)) != 0 || folder.List(entries) != 0 || entries.empty();
 }
 
-struct Escape {
-    const char16_t* szPlain;
-    const char16_t* szCoded;
-};
-
-// Applied from the top. "%" stands behind the blank and "#" on purpose: that is what pages hold.
-constexpr std::array<Escape, 9> c_escapes{{{u" ", u"%20"},
-                                           {u"#", u"%23"},
-                                           {u"%", u"%25"},
-                                           {u"^", u"%5E"},
-                                           {u"&", u"%26"},
-                                           {u"[", u"%5B"},
-                                           {u"]", u"%5D"},
-                                           {u"{", u"%7B"},
-                                           {u"}", u"%7D"}}};
-
 constexpr std::array c_addressHeads{u"http://", u"https://", u"ftp://", u"gopher://", u"mailto:",
                                     u"news:",   u"telnet:",  u"wais:",  u"file://"};
 
@@ -134,6 +118,11 @@ QString Extension(const QString& strPath) {
     return n < 0 ? QString() : strName.mid(n);
 }
 
+bool IsHtmlFile(const QString& strPath) {
+    const QString strExtension = LowerAscii(Extension(strPath));
+    return strExtension == QLatin1String(".htm") || strExtension == QLatin1String(".html");
+}
+
 QString FileTitle(const QString& strPath) {
     const QString strName = BareName(strPath);
     const qsizetype n = strName.lastIndexOf(u'.');
@@ -194,38 +183,6 @@ QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTarge
         }
     }
     return strBase + u'\\' + strRest.mid(nAt);
-}
-
-bool IsLocalAddress(const QString& strText) {
-    return IsFile(strText) || LowerAscii(strText).contains(QLatin1String("file://"));
-}
-
-QString AddressToPath(const QString& strAddress) {
-    QString str = LowerAscii(strAddress);
-    if (str.startsWith(QLatin1String("file:///")))
-        str.remove(0, 8);
-    else if (str.startsWith(QLatin1String("file://")))
-        str.remove(0, str.indexOf(QLatin1String(":\\")) >= 1 ? 7 : 5);
-    else
-        return str;
-    str.replace(u'/', u'\\');
-    for (const Escape& escape : c_escapes) {
-        const QString strPlain = QString::fromUtf16(escape.szPlain);
-        const QString strCoded = QString::fromUtf16(escape.szCoded);
-        str.replace(strCoded, strPlain);
-        str.replace(LowerAscii(strCoded), strPlain);
-    }
-    return str;
-}
-
-QString PathToAddress(const QString& strPath) {
-    if (strPath.contains(QLatin1String("://")))
-        return strPath;
-    QString str = strPath;
-    for (const Escape& escape : c_escapes)
-        str.replace(QString::fromUtf16(escape.szPlain), QString::fromUtf16(escape.szCoded));
-    str.replace(u'\\', u'/');
-    return QStringLiteral("file:///") + str;
 }
 
 } // namespace Torvane::File

@@ -44,6 +44,9 @@ QString ParentFolder(const QString& strPath);
 /// From the last "." of the bare name to its end, dot included; empty when there is none.
 QString Extension(const QString& strPath);
 
+/// A web page, by its extension: ".htm" or ".html".
+bool IsHtmlFile(const QString& strPath);
+
 /// The bare name up to its last ".", or the whole bare name.
 QString FileTitle(const QString& strPath);
 
@@ -62,11 +65,5 @@ QString MakeUniqueName(const QString& strName, const QString& strFolder);
 /// Where a found path lands when the source root is laid over the target root.
 QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTargetRoot,
                            const QString& strFound);
-
-/// Conversion between paths and "file:" addresses. The two keep their own order of escapes on purpose and are
-/// no exact inverse of each other: a blank becomes "%2520".
-bool IsLocalAddress(const QString& strText);
-QString AddressToPath(const QString& strAddress);
-QString PathToAddress(const QString& strPath);
 
 } // namespace Torvane::File

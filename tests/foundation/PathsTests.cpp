@@ -48,9 +48,7 @@ TEST(Paths, QueriesSeeWhatIsThere) {
         EXPECT_EQ(GetPathKind(c.strPath), c.eKind) << c.strPath.toStdString();
         EXPECT_EQ(IsFolderEmpty(c.strPath), c.bEmpty) << c.strPath.toStdString();
     }
-    EXPECT_TRUE(IsLocalAddress(folder.Path(u"课\\A.txt"_s)) && IsLocalAddress(u"x FILE://y"_s));
     EXPECT_FALSE(IsFile(u"Z:\\dev\\zero"_s)) << "reading it never ends";
-    EXPECT_FALSE(IsLocalAddress(folder.Path()) || IsLocalAddress(u"http://x"_s));
 }
 
 TEST(Paths, WhatLiesBelowAFolder) {
@@ -106,25 +104,6 @@ TEST(Paths, AFoundPathIsLaidOverTheTarget) {
                  {u"Z:\\a"_s, u"Z:\\t\\"_s, u"Z:\\a\\HTTP://x/y"_s, u"HTTP://x/y"_s}};
     for (const auto& c : cases)
         EXPECT_EQ(ResolveAgainstBase(c.strSource, c.strTarget, c.strFound), c.strResult);
-}
-
-TEST(Paths, AddressesAndPathsKeepTheirOrderOfEscapes) {
-    const std::pair<QString, QString> toPath[] = {
-        {u"file:///Z:/Home/A%20b%23.htm"_s, u"z:\\home\\a b#.htm"_s},
-        {u"FILE://C:\\X"_s, u"c:\\x"_s},
-        {u"file://server/Share/x"_s, u"\\\\server\\share\\x"_s},
-        {u"http://Host/A%20"_s, u"http://host/a%20"_s},
-        {u"file:///z:/É%5E%26%5B%5d%7B%7d"_s, u"z:\\É^&[]{}"_s},
-        // "%25" is taken after "%20" and before the rest.
-        {u"file:///z:/a%2520b%255B"_s, u"z:\\a%20b["_s}};
-    for (const auto& [strAddress, strPath] : toPath)
-        EXPECT_EQ(AddressToPath(strAddress), strPath);
-    const std::pair<QString, QString> toAddress[] = {
-        {u"Z:\\A b#"_s, u"file:///Z:/A%2520b%2523"_s},
-        {u"Z:\\%^&[]{}课"_s, u"file:///Z:/%25%5E%26%5B%5D%7B%7D课"_s},
-        {u"http://x/a b"_s, u"http://x/a b"_s}};
-    for (const auto& [strPath, strAddress] : toAddress)
-        EXPECT_EQ(PathToAddress(strPath), strAddress);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Addresses and paths out of pages: conversions end, and no path of another drive reaches this disk.
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
+#include "foundation/Urls.h"
 #include "platform/base/NativePath.h"
 #include "platform/base/Process.h"
 #include "tests/support/FuzzCheck.h"
@@ -10,9 +11,9 @@ using namespace Torvane::File;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
     const QString strText =
         QString::fromUtf8(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize));
-    const QString strPath = AddressToPath(strText);
+    const QString strPath = FileUrlToPath(strText);
     Check(LowerAscii(strPath) == strPath);
-    Check(PathToAddress(strText).contains(QLatin1String("://")));
+    Check(PathToFileUrl(strText).contains(QLatin1String("://")));
     const QString strNative = Platform::ToNativeExact(strPath);
     if (strPath.size() > 1 && strPath[1] == u':' && strPath[0] >= u'a' && strPath[0] < u'z')
         Check(strNative.startsWith(QLatin1String("/dev/null/")));

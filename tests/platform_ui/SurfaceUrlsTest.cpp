@@ -1,6 +1,6 @@
 #include "platform/ui/SurfaceUrls.h"
 
-#include "foundation/Paths.h"
+#include "foundation/Urls.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ TEST(SurfaceUrls, WhatTheEngineLoads) {
     // Other rules of the program escape a blank twice.
     for (const QString& strTarget :
          {strPath, folder.Path(u"a B\\content.HTM"_s), folder.Native(u"A b\\Content.htm"_s),
-          QString(u"file://"_s + strPath), Torvane::File::PathToAddress(strPath)})
+          QString(u"file://"_s + strPath), Torvane::File::PathToFileUrl(strPath)})
         EXPECT_EQ(SurfaceUrls::EngineUrl(strTarget), file) << strTarget.toStdString();
     QUrl place = file;
     place.setFragment(u"a"_s);

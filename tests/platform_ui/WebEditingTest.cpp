@@ -2,6 +2,7 @@
 
 #include "foundation/CodePage.h"
 #include "foundation/Paths.h"
+#include "foundation/Urls.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "tests/support/WindowHelp.h"
 
@@ -117,7 +118,7 @@ TEST_F(CWebEditing, ALocalPictureShowsAndIsFoundInTheText) {
     QStringList images;
     ASSERT_TRUE(m_browser->GetAllImageSrc(images));
     ASSERT_EQ(images.size(), 1);
-    EXPECT_TRUE(Torvane::File::IsFile(Torvane::File::AddressToPath(images[0]))) << images[0].toStdString();
+    EXPECT_TRUE(Torvane::File::IsFile(Torvane::File::FileUrlToPath(images[0]))) << images[0].toStdString();
     QStringList links;
     ASSERT_TRUE(m_browser->GetAllAnchorHref(links));
     const QString strPage = SurfaceUrls::PathToReference(m_folder.Path(u"course\\N5\\"_s));

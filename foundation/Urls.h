@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+/// Conversion between paths and "file:" URLs, and what a link inside a course becomes. Paths are in backslash
+/// form. The two directions keep their own order of escapes on purpose and are no exact inverse of each
+/// other: a blank becomes "%2520".
+namespace Torvane::File {
+
+/// The name of an existing file, or a text with "file://" in it, ignoring case.
+bool IsLocalRef(const QString& strText);
+
+/// In lower case; whatever is no "file:" URL comes back so as well.
+QString FileUrlToPath(const QString& strUrl);
+
+/// A text with "://" in it comes back as it is.
+QString PathToFileUrl(const QString& strPath);
+
+/// A local reference as it stands below the folder, with forward slashes and its fragment:
+/// "n13/content.htm#a". Outside of the folder the fragment alone is left; what is no local reference comes
+/// back. All in lower case.
+QString MakeRelativeUrl(const QString& strUrl, const QString& strBaseFolder);
+
+} // namespace Torvane::File
