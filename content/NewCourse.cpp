@@ -16,12 +16,6 @@ QString CourseFolderBelow(const QString& strFolder, const QString& strName) {
     return Torvane::File::AddBackslash(strFolder) + strName + u'\\' + ContentText::c_strCourseSubFolder;
 }
 
-/// A drive or a share comes first. A folder relative to wherever the program was started is nobody's wish.
-bool IsAbsolute(const QString& strFolder) {
-    return strFolder.startsWith(QLatin1String("\\\\")) ||
-           (strFolder.size() >= 3 && strFolder.at(1) == u':' && strFolder.at(2) == u'\\');
-}
-
 /// A separator too many is no part of a path, and nobody should find it in the list of recent courses.
 QString Tidied(const QString& strFolder) {
     QString strTidy = strFolder;
@@ -33,7 +27,7 @@ QString Tidied(const QString& strFolder) {
 }
 
 bool MakeFolder(const QString& strFolder) {
-    if (!IsAbsolute(strFolder))
+    if (!Torvane::File::IsAbsolute(strFolder))
         return false;
     try {
         Torvane::File::CreateFolderPath(strFolder);

@@ -135,4 +135,45 @@ inline const QString c_strPreviewNext = u"下一个预览"_s;
 inline const QString c_strSummary = u"用户选择"_s;
 inline const QString c_strOk = u"确定"_s;
 
+// The content wizard. First the kinds, as it offers them.
+inline const QString c_strEditorPageKind = u"内部编辑器(&I)： 使用内建的HTML编辑器编辑"_s;
+inline const QString c_strExternalFileKind = u"外部文件(&O)  ： 插入您已编辑好的外部文件"_s;
+inline const QString c_strExternalEditorKind = u"外部编辑器(&N)： 创建指定类型的空外部文件"_s;
+inline const QString c_strSiteKind = u"导入站点(&S)  ： 导入一组网页，及其相关资源"_s;
+inline const QString c_strExternalLinkKind = u"外部链接(&L)  ： 添加链接，指向外部网站"_s;
+inline const QString c_strCoursewareKind = u"导入奥思(&A)  ： 导入由“方正奥思”导出的网页"_s;
+inline const QString c_strVideoKind = u"新建视频(&V)  ： 录制PowerPoint授课实况"_s;
+inline const QString c_strFolderKind = u"导入目录(&D)  ： 导入整个目录，按照目录结构创建栏目"_s;
+inline const QString c_strInSiteLinkKind = u"站内链接(R)  ： 设置指向站内其他栏目内容的链接"_s;
+inline const QString c_strEditorPageTip =
+    u"创建内部编辑器类型的栏目。内部编辑器里，您可以象使用Word一样使用。"_s;
+inline const QString c_strExternalFileTip = u"创建外部文件类型的栏目"_s;
+inline const QString c_strExternalEditorTip = u"外部编辑器类型的栏目"_s;
+inline const QString c_strExternalLinkTip =
+    u"外部链接，您可以设置该栏目指向一个外部的地址，比如您建立的一个课程网站；"_s;
+/// The nodes of this title are advised to be links.
+inline const QString c_strReferencesTitle = u"参考文献"_s;
+inline const QString c_strAdviseLink = u"您选择的栏目是%1, 我们建议您采用外部链接的形势；"_s;
+inline const QString c_strAdviseEditor = u"您选择的栏目是%1, 我们建议您采用内部编辑器形势；"_s;
+// Its refusals.
+inline const QString c_strNoExternalFile = u"请您选择外部文件！"_s;
+inline const QString c_strExternalFileMissing = u"您选择外部文件不存在, 请您重新选择！"_s;
+inline const QString c_strNoOfficeKind = u"请您选择新建类型, 如果无法选择，请检查您的Office是否正确安装！"_s;
+inline const QString c_strNoSiteFolder = u"请您选择站点目录！"_s;
+inline const QString c_strSiteFolderMissing = u"站点目录文件夹不存在，请你重新选择！"_s;
+inline const QString c_strNoHomePage = u"请您选择站点首页！"_s;
+inline const QString c_strHomePageMissing = u"站点首页不存在，请你重新选择！"_s;
+inline const QString c_strHomePageOutside = u"站点首页不在站点目录内，请您重新选择!"_s;
+inline const QString c_strNoLink = u"链接地址不能为空！"_s;
+inline const QString c_strLinkNotValid = u"系统检测到您输入的网址不合法，您希望更正输入吗！"_s;
+inline const QString c_strNoCourseware = u"请您选择方正奥思课件目录！"_s;
+inline const QString c_strCoursewareMissing = u"奥思课件目录不存在，请你重新选择！"_s;
+inline const QString c_strNotCourseware = u"您选择的目录不是奥思课件目录, 请您重新选择！"_s;
+inline const QString c_strNoFolder = u"请您选择导入目录！"_s;
+inline const QString c_strFolderMissing = u"导入目录不存在，请你重新选择！"_s;
+inline const QString c_strNoFilter = u"请您输入过滤文件类型"_s;
+inline const QString c_strFilterNotValid = u"请您正确输入过滤文件类型"_s;
+inline const QString c_strNoInSiteLink = u"对不起，链接地址不能为空！请您选择。"_s;
+inline const QString c_strBadParams = u"参数错误！"_s;
+
 } // namespace ContentText

@@ -24,13 +24,6 @@ bool IsFolderWithoutEntries(const QString& strPath) {
 constexpr std::array c_addressHeads{u"http://", u"https://", u"ftp://", u"gopher://", u"mailto:",
                                     u"news:",   u"telnet:",  u"wais:",  u"file://"};
 
-bool IsWholeAddress(const QString& strText) {
-    return std::any_of(c_addressHeads.begin(), c_addressHeads.end(), [&](const char16_t* szHead) {
-        const QStringView head(szHead);
-        return EqualsIgnoringCase(QStringView(strText).left(head.size()), head);
-    });
-}
-
 QString TailBelow(const QString& strBase, const QString& strPath, QChar cSeparator) {
     if (!IsPathUnder(strBase, strPath, cSeparator))
         return {};
@@ -68,6 +61,11 @@ bool IsFile(const QString& strPath) {
 
 bool IsFolder(const QString& strPath) {
     return GetPathKind(strPath) == EPathKind::Folder;
+}
+
+bool IsAbsolute(const QString& strPath) {
+    return strPath.startsWith(QLatin1String("\\\\")) ||
+           (strPath.size() >= 3 && strPath.at(1) == u':' && strPath.at(2) == u'\\');
 }
 
 bool IsFolderEmpty(const QString& strPath) {
@@ -183,6 +181,13 @@ QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTarge
         }
     }
     return strBase + u'\\' + strRest.mid(nAt);
+}
+
+bool IsWholeAddress(const QString& strText) {
+    return std::any_of(c_addressHeads.begin(), c_addressHeads.end(), [&](const char16_t* szHead) {
+        const QStringView head(szHead);
+        return EqualsIgnoringCase(QStringView(strText).left(head.size()), head);
+    });
 }
 
 } // namespace Torvane::File

@@ -19,6 +19,9 @@ bool IsFolder(const QString& strPath);
 /// True when the folder holds nothing but "." and ".."; also when it can't be listed.
 bool IsFolderEmpty(const QString& strPath);
 
+/// A drive or a share comes first. Any other path would be looked for wherever the program was started.
+bool IsAbsolute(const QString& strPath);
+
 /// Index of the last occurrence at or before the start (negative: from the end); -1 for an empty text, a zero
 /// character or no occurrence.
 qsizetype FindLastChar(const QString& strText, QChar c, qsizetype nStart = -1);
@@ -65,5 +68,8 @@ QString MakeUniqueName(const QString& strName, const QString& strFolder);
 /// Where a found path lands when the source root is laid over the target root.
 QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTargetRoot,
                            const QString& strFound);
+
+/// An address that begins with one of the schemes that the program knows.
+bool IsWholeAddress(const QString& strText);
 
 } // namespace Torvane::File
