@@ -77,6 +77,21 @@ inline const QString c_strOpenTypes[] = {u"不打开新窗口(&T)"_s, u"新窗�
                                          u"新窗口全屏(&F)"_s};
 inline const QString c_strCustomTitlesDialog = u"自定义标题"_s;
 
+// The dialog of in-site links.
+inline const QString c_strInSiteLinkDialog = u"设置站内链接"_s;
+inline const QString c_strInSiteLinkPrompt =
+    u"请您选择站内栏目，如果想设置指向HTML页内的链接，请您点击相应的页内链接"_s;
+inline const QString c_strInSiteLocation = u"文件位置"_s;
+inline const QString c_strInSitePreview = u"内容预览"_s;
+inline const QString c_strInSiteSelf = u"不可以链接到自己。请您选择一个其他栏目"_s;
+inline const QString c_strNoInSiteLink = u"对不起，请您选择一个站内链接。"_s;
+/// Markup that the preview shows where there is no page.
+inline const QString c_strNoPageInside =
+    u"<p style=font-size:14px>该栏目内容不是可以选择内部链接的HTML页。</p>"_s;
+inline const QString c_strFileNotPreviewed =
+    u"<p style=font-size:14px>该栏目的内容是文件，无法在此预览。您可以链接到整个文件。</p>"_s;
+inline const QString c_strTip = u"提示"_s;
+
 // Failures.
 inline const QString c_strNotDeleted = u"数据库操作失败！"_s;
 inline const QString c_strNotMoved = u"数据库操作失败!"_s;

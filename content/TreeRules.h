@@ -36,6 +36,8 @@ inline constexpr int c_nExpanded = 4;
 inline constexpr int c_nLeaf = 5;
 inline constexpr int c_nImages = 6;
 inline constexpr std::array<int, c_nImages> c_resources{136, 139, 140, 141, 339, 142};
+/// Where a branch looks the same open and closed: a dialog that only chooses a node.
+inline constexpr std::array<int, c_nImages> c_choiceResources{136, 139, 140, 326, 326, 345};
 /// The image of a line.
 int Of(ETreeLine line, bool bHasChildren, bool bExpanded);
 } // namespace TreeImage

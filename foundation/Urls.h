@@ -16,6 +16,15 @@ QString FileUrlToPath(const QString& strUrl);
 /// A text with "://" in it comes back as it is.
 QString PathToFileUrl(const QString& strPath);
 
+/// "file://Z:\…\Content.htm", as a document tells its own URL: only "%" and "#" are escaped, so that the
+/// first
+/// "#" begins the fragment that may follow. FileUrlToPath gives the path back, in lower case. Inline, since
+/// the engine's module, which links no foundation, speaks of documents too.
+inline QString PathToDocumentUrl(QString strPath) {
+    strPath.replace(u'%', QLatin1String("%25")).replace(u'#', QLatin1String("%23"));
+    return QStringLiteral("file://") + strPath;
+}
+
 /// A local reference as it stands below the folder, with forward slashes and its fragment:
 /// "n13/content.htm#a". Outside of the folder the fragment alone is left; what is no local reference comes
 /// back. All in lower case.

@@ -20,10 +20,11 @@ constexpr int c_nLineHeight = 22;
 
 } // namespace
 
-CTitleDelegate::CTitleDelegate(const QString& strSystemData, QAbstractItemView* pView)
+CTitleDelegate::CTitleDelegate(const QString& strSystemData, QAbstractItemView* pView,
+                               const std::array<int, TreeImage::c_nImages>& images)
     : QStyledItemDelegate(pView), m_view(*pView) {
     for (size_t nImage = 0; nImage < m_images.size(); ++nImage)
-        m_images[nImage] = Pictures::ResourceIcon(strSystemData, TreeImage::c_resources[nImage]);
+        m_images[nImage] = Pictures::ResourceIcon(strSystemData, images[nImage]);
 }
 
 void CTitleDelegate::initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const {

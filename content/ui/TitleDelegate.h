@@ -16,7 +16,8 @@ class CTitleDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
     /// strSystemData: the folder of delivered data, with the images.
-    CTitleDelegate(const QString& strSystemData, QAbstractItemView* pView);
+    CTitleDelegate(const QString& strSystemData, QAbstractItemView* pView,
+                   const std::array<int, TreeImage::c_nImages>& images = TreeImage::c_resources);
 
     void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override;
     QString displayText(const QVariant& value, const QLocale& locale) const override;

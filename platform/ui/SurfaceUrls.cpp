@@ -1,5 +1,6 @@
 #include "platform/ui/SurfaceUrls.h"
 
+#include "foundation/Urls.h"
 #include "platform/base/NativePath.h"
 
 #include <QFileInfo>
@@ -116,7 +117,7 @@ QString DocumentUrl(const QUrl& url) {
         return url.toString();
     const QString strFragment =
         url.hasFragment() ? QString(u'#' + url.fragment(QUrl::FullyDecoded)) : QString();
-    return QStringLiteral("file://") + strPath + strFragment;
+    return Torvane::File::PathToDocumentUrl(strPath) + strFragment;
 }
 
 QString FindOnDisk(const QUrl& url) {

@@ -27,7 +27,7 @@ QString ReportedReference(const QString& strText, const QString& strResolved);
 /// The backslash path at which a file URL points; empty when it is none or names another machine.
 QString UrlToPath(const QUrl& url);
 
-/// "file://Z:\…" with a fragment as it came; every URL but a file URL as it stands.
+/// A file URL as PathToDocumentUrl has it, with a fragment as it came; every other URL as it stands.
 QString DocumentUrl(const QUrl& url);
 
 /// What the engine is to load for a path in backslash or native form, a file URL in any form, a web URL or

@@ -109,6 +109,7 @@ void CWebBrowser2Ex::ConnectEngine() {
     m_pEngine->OnNewWindow = [this](const QUrl& url) {
         Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()));
     };
+    m_pEngine->OnMoved = [this] { Q_EMIT NavigateComplete2(); };
     m_pEngine->OnPageLost = [this] { m_bPageLoaded = false; };
 }
 

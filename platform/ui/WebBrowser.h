@@ -48,7 +48,8 @@ public:
     /// False when no page is loaded. Off without a page is a success.
     bool SetBrowserDesignMode(bool bOn);
     /// "about:blank" while nothing is loaded; for a local page "file://Z:\…\Content.htm", as it stands on the
-    /// disk, with "#…" behind it when the page stands at a place of its own.
+    /// disk but for "%" and "#", which are escaped, with "#…" behind it when the page stands at a place of
+    /// its own.
     bool GetURL(QString& strUrl);
     bool GetBrowserBodyInnerHTML(QString& strHtml);
     bool SetBrowserBodyInnerHTML(const QString& strHtml);
@@ -98,6 +99,9 @@ public:
 Q_SIGNALS:
     /// The caret moved or the text changed; coalesced, at most some ten times a second.
     void SelectionChanged();
+    /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
+    /// Comes behind each step, also during a call, and as often as the page likes.
+    void NavigateComplete2();
     /// A page, or ExecuteScript, wants a new window, or a link leads to the web while there is no network.
     /// The URL comes from the page and is not to be trusted; a local one lies inside the allowed folders.
     void NewWindowRequested(const QString& strUrl);

@@ -66,6 +66,8 @@ public:
     /// Called from the event loop. Only OnSelectionChanged waits for a running call to end.
     std::function<void()> OnSelectionChanged;
     std::function<void(const QUrl&)> OnNewWindow;
+    /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
+    std::function<void()> OnMoved;
     /// The page's process ended; the engine goes on with the next Load.
     std::function<void()> OnPageLost;
 };

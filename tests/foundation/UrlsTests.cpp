@@ -18,6 +18,7 @@ TEST(Urls, ALocalReferenceStandsBelowItsFolder) {
     const std::pair<QString, QString> rows[] = {
         {u"file://"_s + strBase + u"N13\\Content.htm#A"_s, u"n13/content.htm#a"_s},
         {strUrl + u"N13/A%20%23%5B1].htm"_s, u"n13/a #[1].htm"_s},
+        {PathToDocumentUrl(strBase + u"N13\\C#%20.htm"_s) + u"#A%20"_s, u"n13/c#%20.htm#a%20"_s},
         {strBase + u"N13\\Clip.AVI"_s, u"n13/clip.avi"_s},
         {u"file:///Z:/else/where.htm#P1"_s, u"#p1"_s},
         {u"http://Host/A#B"_s, u"http://host/a#b"_s},

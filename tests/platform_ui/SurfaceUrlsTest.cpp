@@ -40,6 +40,10 @@ TEST(SurfaceUrls, WhatTheEngineLoads) {
     QUrl place = file;
     place.setFragment(u"a"_s);
     EXPECT_EQ(SurfaceUrls::EngineUrl(SurfaceUrls::PathToReference(strPath) + u"#a"_s), place);
+    QUrl odd = QUrl::fromLocalFile(u"/c#/a%20 b.htm"_s);
+    odd.setFragment(u"节"_s);
+    EXPECT_EQ(SurfaceUrls::DocumentUrl(odd), u"file://Z:\\c%23\\a%2520 b.htm#节"_s);
+    EXPECT_EQ(SurfaceUrls::EngineUrl(SurfaceUrls::DocumentUrl(odd)), odd);
     EXPECT_EQ(SurfaceUrls::EngineUrl(u"http://h/a?b#c"_s), QUrl(u"http://h/a?b#c"_s));
     for (const QString& strTarget : {u""_s, u"ftp://h/a"_s, u"javascript:alert(1)"_s, u"data:text/html,x"_s,
                                      u"view-source:file:///etc/passwd"_s, u"file://server/x"_s})

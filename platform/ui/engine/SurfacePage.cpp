@@ -6,6 +6,8 @@
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineQuotaRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInfo>
 
@@ -61,6 +63,18 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     s.setAttribute(S::AllowWindowActivationFromJavaScript, false);
     s.setUnknownUrlSchemePolicy(S::DisallowUnknownUrlSchemes);
     RefuseWishes();
+    ReportFrames();
+}
+
+/// The engine tells of its main frame alone.
+void CSurfacePage::ReportFrames() {
+    QWebEngineScript script;
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(
+        QStringLiteral("if (window !== window.top)\n  console.info('%1');").arg(FrameToken()));
+    scripts().insert(script);
 }
 
 void CSurfacePage::RefuseWishes() {
@@ -130,6 +144,8 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
                                             const QString&) {
     if (strText == m_strToken)
         Q_EMIT CaretMoved();
+    else if (strText == FrameToken())
+        Q_EMIT FrameShown();
 }
 
 QStringList CSurfacePage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {

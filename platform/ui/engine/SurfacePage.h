@@ -39,6 +39,8 @@ public:
 
 Q_SIGNALS:
     void CaretMoved();
+    /// A frame of the page shows another document.
+    void FrameShown();
     void WantsNewWindow(const QUrl& url);
 
 protected:
@@ -54,6 +56,8 @@ protected:
 
 private:
     void RefuseWishes();
+    void ReportFrames();
+    QString FrameToken() const { return m_strToken + QStringLiteral("-frame"); }
     void OnNewWindow(const QWebEngineNewWindowRequest& request);
 
     CRequestGuard& m_guard;

@@ -132,6 +132,12 @@ void CWebEngine::ConnectPage() {
                 OnNewWindow(url);
         },
         Qt::QueuedConnection);
+    const auto tellMoved = [this] {
+        if (OnMoved)
+            OnMoved();
+    };
+    connect(m_pPage.get(), &QWebEnginePage::urlChanged, this, tellMoved, Qt::QueuedConnection);
+    connect(m_pPage.get(), &CSurfacePage::FrameShown, this, tellMoved, Qt::QueuedConnection);
     connect(m_pPage.get(), &QWebEnginePage::renderProcessTerminated, this, [this] {
         m_bPageHangs = true;
         if (const auto pCall = m_pCall.lock())

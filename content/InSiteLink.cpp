@@ -1,0 +1,152 @@
+#include "content/InSiteLink.h"
+
+#include "content/BookNode.h"
+#include "content/Texts.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
+#include "foundation/Urls.h"
+#include "platform/base/NativePath.h"
+
+namespace InSiteLink {
+
+using namespace Torvane::File;
+
+namespace {
+
+constexpr QLatin1StringView c_strBlank("about:blank");
+constexpr QLatin1StringView c_strFile("file://");
+constexpr QLatin1StringView c_strFramePage("frame.htm");
+constexpr QLatin1StringView c_strWrapperPage("torvaneframe.htm");
+
+/// A path with what follows it from "#" on.
+struct FileAndFragment {
+    QString strFile;
+    QString strFragment;
+};
+
+/// A stored link joins both without an escape, and a file's name may hold a "#" as well: the disk tells.
+FileAndFragment SplitStored(const QString& strPath) {
+    if (IsFile(strPath))
+        return {strPath, {}};
+    for (qsizetype n = strPath.indexOf(u'#'); n >= 0; n = strPath.indexOf(u'#', n + 1)) {
+        if (IsFile(strPath.left(n)))
+            return {strPath.left(n), strPath.mid(n)};
+    }
+    const qsizetype nFirst = strPath.indexOf(u'#');
+    return nFirst < 0 ? FileAndFragment{strPath, {}}
+                      : FileAndFragment{strPath.left(nFirst), strPath.mid(nFirst)};
+}
+
+FileAndFragment ContentOf(const CBookNode& node, const QString& strPath) {
+    return node.GetType() == NodeType::c_nInSiteLink ? SplitStored(strPath) : FileAndFragment{strPath, {}};
+}
+
+bool IsWebAddress(const QString& strText) {
+    return strText.contains(QLatin1StringView("://")) && !LowerAscii(strText).startsWith(c_strFile);
+}
+
+/// The folder of a presentation that was saved as a web page.
+bool IsPptFrameFolder(const QString& strFolder) {
+    return IsFile(strFolder + QStringLiteral("\\fullscreen.htm")) &&
+           IsFile(strFolder + QStringLiteral("\\pres.xml"));
+}
+
+/// The presentation's own frame page behind the page that the program made for it.
+QString FramePageBehind(const QString& strPath) {
+    const QString strFolder = ParentFolder(strPath);
+    const QString strFrame = strFolder + u'\\' + c_strFramePage;
+    const bool bWrapper = IsHtmlFile(strPath) && LowerAscii(BareName(strPath)) == c_strWrapperPage;
+    return bWrapper && IsPptFrameFolder(strFolder) && IsFile(strFrame) ? strFrame : strPath;
+}
+
+/// What the surface shows besides pages. Of any other file it would make a download.
+bool IsShownAsItIs(const QString& strPath) {
+    static const QStringList s_extensions{QStringLiteral(".gif"), QStringLiteral(".jpg"),
+                                          QStringLiteral(".jpeg"), QStringLiteral(".png"),
+                                          QStringLiteral(".txt")};
+    return s_extensions.contains(LowerAscii(Extension(strPath)));
+}
+
+/// Splits a place before its first "#".
+qsizetype EndOfFile(const QString& strPlace) {
+    const qsizetype nHash = strPlace.indexOf(u'#');
+    return nHash > 0 ? nHash : strPlace.size();
+}
+
+} // namespace
+
+Preview PreviewOf(const CBookNode& node) {
+    const QString strContent = node.GetContentPath();
+    if (!node.HasContent() || strContent.isEmpty())
+        return {{}, ContentText::c_strNoPageInside, c_strBlank, false};
+    if (strContent.contains(QLatin1StringView("://")))
+        return {strContent, {}, strContent, IsWebAddress(strContent)};
+    auto [strFile, strFragment] = ContentOf(node, strContent);
+    if (node.GetType() == NodeType::c_nExternalFile)
+        strFile = FramePageBehind(strFile);
+    const QString strTarget = PathToFileUrl(strFile) + strFragment;
+    if (IsHtmlFile(strFile))
+        return {strTarget, {}, PathToDocumentUrl(strFile) + strFragment, false};
+    if (IsShownAsItIs(strFile))
+        return {strTarget, {}, strFile, false};
+    return {{}, ContentText::c_strFileNotPreviewed, strFile, false};
+}
+
+QString AddressOf(const CBookNode& node) {
+    const QString strContent = node.GetContentPath();
+    if (strContent.contains(QLatin1StringView("://")))
+        return strContent;
+    const auto [strFile, strFragment] = ContentOf(node, strContent);
+    return strFragment.isEmpty() ? strContent : PathToFileUrl(strFile) + strFragment;
+}
+
+QString PlaceOf(const QString& strUrl, const QString& strSlideUrl) {
+    // A frame that has not loaded yet stands nowhere.
+    if (!strSlideUrl.startsWith(c_strFile))
+        return strUrl;
+    const qsizetype nHash = strUrl.lastIndexOf(u'#');
+    return (nHash < 0 ? strUrl : strUrl.left(nHash)) + u'#' + BareName(strSlideUrl);
+}
+
+QString ShownPlace(const QString& strPlace) {
+    if (!strPlace.startsWith(c_strFile))
+        return strPlace.contains(QLatin1StringView("://")) || strPlace == c_strBlank
+                   ? strPlace
+                   : Platform::ToNativeExact(strPlace);
+    const qsizetype nEnd = EndOfFile(strPlace);
+    QString strPath = strPlace.left(nEnd).mid(c_strFile.size());
+    strPath.replace(QLatin1StringView("%23"), QLatin1StringView("#"))
+        .replace(QLatin1StringView("%25"), QLatin1StringView("%"));
+    return c_strFile + Platform::ToNativeExact(strPath) + strPlace.mid(nEnd);
+}
+
+std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeResourceFolder) {
+    if (strPlace.isEmpty() || strPlace == c_strBlank)
+        return std::nullopt;
+    QString strLink = strPlace;
+    if (strLink.startsWith(c_strFile)) {
+        const QString strPath = FileUrlToPath(strLink.left(EndOfFile(strLink)));
+        const QString strFolder = ParentFolder(strPath);
+        // A page beside the nodes has no place in them: the link would lead nowhere.
+        if (!IsPathUnder(strNodeResourceFolder, strPath, u'\\'))
+            return std::nullopt;
+        if (BareName(strPath) == c_strFramePage && IsPptFrameFolder(strFolder) &&
+            IsFile(strFolder + u'\\' + c_strWrapperPage))
+            strLink.replace(c_strFramePage, c_strWrapperPage);
+    }
+    return strLink;
+}
+
+QString StoredPath(const QString& strLink, const QString& strNodeResourceFolder) {
+    if (!IsLocalRef(strLink))
+        return strLink;
+    return MakeRelativeUrl(strLink, strNodeResourceFolder).replace(u'/', u'\\');
+}
+
+QString PageReference(const QString& strLink, const QString& strNodeResourceFolder) {
+    if (!IsLocalRef(strLink))
+        return strLink;
+    return QStringLiteral("../") + MakeRelativeUrl(strLink, strNodeResourceFolder);
+}
+
+} // namespace InSiteLink

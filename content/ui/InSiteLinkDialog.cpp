@@ -1,0 +1,246 @@
+#include "content/ui/InSiteLinkDialog.h"
+
+#include "content/Texts.h"
+#include "content/ui/TitleDelegate.h"
+#include "foundation/Exceptions.h"
+#include "foundation/SysInfo.h"
+#include "platform/ui/DialogParts.h"
+#include "platform/ui/QtPeople.h"
+#include "platform/ui/WebBrowser.h"
+
+#include <QFrame>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QSplitter>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+using namespace Torvane::Dialog::MFC;
+
+namespace {
+
+constexpr QSize c_imageSize(18, 18);
+// In lines of text, so that larger letters get a larger dialog.
+constexpr QSize c_sizeInLines(46, 32);
+constexpr int c_nTreeLines = 13;
+/// A page may move as often as it likes; the line follows at this pace.
+constexpr int c_nFollowMs = 100;
+/// While another surface waits for its engine.
+constexpr int c_nRetryMs = 50;
+
+} // namespace
+
+CInSiteLinkDialog::CInSiteLinkDialog(const CBookNode& self, IPeople& people, QWidget* pParent)
+    : QDialog(pParent), m_people(people), m_nSelf(self.GetId()),
+      m_selection(
+          &m_tree, [this](const QModelIndex& index) { return !IsHeadItem(m_tree.LineOf(index)); },
+          [this] { OnSelected(); }) {
+    m_tree.Load(self.GetCourse());
+    setObjectName(QStringLiteral("CInSiteLinkDialog"));
+    setWindowTitle(ContentText::c_strInSiteLinkDialog);
+    m_toShow.setSingleShot(true);
+    connect(&m_toShow, &QTimer::timeout, this, [this] { Guarded([this] { ShowPreview(); }); });
+    m_toFollow.setSingleShot(true);
+    m_toFollow.setInterval(c_nFollowMs);
+    connect(&m_toFollow, &QTimer::timeout, this, &CInSiteLinkDialog::Follow);
+    m_pTree = MakeTree();
+    m_pPreview = MakePreview();
+    LayOut();
+    m_pPreview->SetAllowedFolders(
+        {self.GetCourse().GetPaths().GetCourseFolder(false), CSysInfo::Instance().GetSysDataFolder(false)},
+        false);
+    m_selection.Select(m_tree.GetRoot());
+}
+
+CInSiteLinkDialog::~CInSiteLinkDialog() {
+    // Model and selection go before the window that shows them.
+    m_pTree->disconnect(this);
+    m_pTree->setModel(nullptr);
+}
+
+QTreeView* CInSiteLinkDialog::MakeTree() {
+    auto* pTree = DialogParts::Named(new QTreeView(this), "nodes", ContentText::c_strTreeName);
+    pTree->setModel(&m_tree);
+    const std::unique_ptr<QItemSelectionModel> pToolkitsOwn(pTree->selectionModel());
+    pTree->setSelectionModel(&m_selection);
+    pTree->setHeaderHidden(true);
+    pTree->header()->setStretchLastSection(false);
+    pTree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    pTree->setUniformRowHeights(true);
+    pTree->setIconSize(c_imageSize);
+    pTree->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // A click has opened the branch already.
+    pTree->setExpandsOnDoubleClick(false);
+    pTree->setItemDelegate(new CTitleDelegate(CSysInfo::Instance().GetSysDataFolder(false), pTree,
+                                              TreeImage::c_choiceResources));
+    connect(pTree, &QTreeView::expanded, this,
+            [this](const QModelIndex& index) { Guarded([&] { m_tree.LoadAhead(index); }); });
+    connect(pTree, &QTreeView::collapsed, this, &CInSiteLinkDialog::SelectWhatHides);
+    return pTree;
+}
+
+CWebBrowser2Ex* CInSiteLinkDialog::MakePreview() {
+    auto* pPreview = DialogParts::Named(new CWebBrowser2Ex(this), "preview", ContentText::c_strInSitePreview);
+    connect(pPreview, &CWebBrowser2Ex::NavigateComplete2, this, [this] {
+        if (!m_toFollow.isActive())
+            m_toFollow.start();
+    });
+    connect(pPreview, &CWebBrowser2Ex::NewWindowRequested, this, &CInSiteLinkDialog::OpenHere);
+    return pPreview;
+}
+
+void CInSiteLinkDialog::LayOut() {
+    auto* pPrompt = new QLabel(ContentText::c_strInSiteLinkPrompt, this);
+    pPrompt->setWordWrap(true);
+    m_pPlace = DialogParts::Named(new QLineEdit(this), "location", ContentText::c_strInSiteLocation);
+    m_pPlace->setReadOnly(true);
+
+    // Tree and page have frames of one kind.
+    auto* pFrame = new QFrame(this);
+    pFrame->setFrameStyle(m_pTree->frameStyle());
+    auto* pFramed = new QVBoxLayout(pFrame);
+    pFramed->setContentsMargins(0, 0, 0, 0);
+    pFramed->addWidget(m_pPreview);
+    auto* pPanes = new QSplitter(this);
+    pPanes->setChildrenCollapsible(false);
+    pPanes->addWidget(m_pTree);
+    pPanes->addWidget(pFrame);
+    pPanes->setStretchFactor(1, 1);
+
+    auto* pPlaceLine = new QHBoxLayout;
+    pPlaceLine->addWidget(DialogParts::LabelFor(ContentText::c_strInSiteLocation, m_pPlace));
+    pPlaceLine->addWidget(m_pPlace);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(pPrompt);
+    pLayout->addWidget(pPanes, 1);
+    pLayout->addLayout(pPlaceLine);
+    DialogParts::AddOkAndCancel(*this, *pLayout);
+
+    const int nLine = fontMetrics().lineSpacing();
+    resize((c_sizeInLines * nLine).boundedTo(screen()->availableSize() * 9 / 10));
+    pPanes->setSizes({c_nTreeLines * nLine, width()});
+    m_pTree->setFocus();
+}
+
+template <class Step>
+void CInSiteLinkDialog::Guarded(Step step) {
+    try {
+        step();
+    } catch (const Torvane::CRunException& exception) {
+        m_people.Error(exception.GetMessage());
+    }
+}
+
+/// A selected line in a closed branch would be seen by nobody.
+void CInSiteLinkDialog::SelectWhatHides(const QModelIndex& index) {
+    QModelIndex above = m_selection.currentIndex().parent();
+    while (above.isValid() && above != index)
+        above = above.parent();
+    if (above.isValid() && m_selection.Select(index))
+        m_pTree->collapse(index);
+}
+
+void CInSiteLinkDialog::OnSelected() {
+    const QModelIndex selected = m_selection.currentIndex();
+    if (m_tree.rowCount(selected) > 0)
+        m_pTree->expand(selected);
+    // Behind the event that has selected it, and only for the last of several.
+    m_toShow.start(0);
+}
+
+void CInSiteLinkDialog::ShowPreview() {
+    if (CWebBrowser2Ex::IsCallRunning() || CQtPeople::IsKeepingPainting()) {
+        m_toShow.start(c_nRetryMs);
+        return;
+    }
+    const CBookNode* pNode = m_tree.NodeOf(m_selection.currentIndex());
+    if (pNode == nullptr)
+        return;
+    if (pNode->GetId() == m_nSelf) {
+        m_people.Ask(ContentText::c_strInSiteSelf, ContentText::c_strTip, BoxButtons::Ok, BoxIcon::None);
+        return;
+    }
+    m_preview = InSiteLink::PreviewOf(*pNode);
+    SetPlace(m_preview.strPlace);
+    m_pPreview->SetNetworkAllowed(m_preview.bNetwork);
+    const QPointer<CInSiteLinkDialog> pAlive(this);
+    if (!m_preview.strTarget.isEmpty()) {
+        m_pPreview->NavigateAndWait(m_preview.strTarget);
+        if (pAlive)
+            Follow();
+        return;
+    }
+    m_pPreview->NavigateAndWait(QStringLiteral("about:blank"));
+    if (pAlive)
+        m_pPreview->SetBrowserBodyInnerHTML(m_preview.strText);
+}
+
+void CInSiteLinkDialog::Follow() {
+    if (CWebBrowser2Ex::IsCallRunning()) {
+        m_toFollow.start();
+        return;
+    }
+    QString strUrl;
+    m_pPreview->GetURL(strUrl);
+    const bool bFile = strUrl.startsWith(QLatin1StringView("file:"));
+    // What shows in place of a page stands nowhere.
+    if (m_preview.strTarget.isEmpty() || (!bFile && !strUrl.startsWith(QLatin1StringView("http"))))
+        return;
+    QString strSlide;
+    const QPointer<CInSiteLinkDialog> pAlive(this);
+    if (bFile)
+        m_pPreview->GetSlideFrameLocation(strSlide);
+    if (pAlive)
+        SetPlace(InSiteLink::PlaceOf(strUrl, strSlide));
+}
+
+/// What a page opens in a window of its own is chosen like any other place.
+void CInSiteLinkDialog::OpenHere(const QString& strUrl) {
+    if (strUrl.startsWith(QLatin1StringView("file:")) && !CWebBrowser2Ex::IsCallRunning())
+        m_pPreview->NavigateAndWait(strUrl);
+}
+
+void CInSiteLinkDialog::SetPlace(const QString& strPlace) {
+    m_strPlace = strPlace;
+    // The end tells the page and its anchor.
+    m_pPlace->setText(InSiteLink::ShownPlace(strPlace));
+    m_pPlace->setToolTip(m_pPlace->text());
+}
+
+QString CInSiteLinkDialog::NodeResourceFolder() const {
+    return m_tree.GetCourse()->GetPaths().GetNodeResourceFolder(true);
+}
+
+void CInSiteLinkDialog::accept() {
+    // The line still tells of another page.
+    if (m_toShow.isActive() || CWebBrowser2Ex::IsCallRunning())
+        return;
+    if (m_toFollow.isActive()) {
+        m_toFollow.stop();
+        const QPointer<CInSiteLinkDialog> pAlive(this);
+        Follow();
+        if (!pAlive)
+            return;
+    }
+    const std::optional<QString> link = InSiteLink::LinkTo(m_strPlace, NodeResourceFolder());
+    if (!link) {
+        m_people.Ask(ContentText::c_strNoInSiteLink, ContentText::c_strTip, BoxButtons::Ok, BoxIcon::None);
+        return;
+    }
+    m_strLink = *link;
+    QDialog::accept();
+}
+
+std::optional<QString> AskInSiteLink(CBookNode& self, QWidget* pParent) {
+    CQtPeople people;
+    people.SetParent(pParent);
+    try {
+        return DialogParts::Run(new CInSiteLinkDialog(self, people, pParent), &CInSiteLinkDialog::GetLink);
+    } catch (const Torvane::CRunException& exception) {
+        people.Error(exception.GetMessage());
+        return std::nullopt;
+    }
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "content/BookTree.h"
+#include "content/InSiteLink.h"
+#include "content/TreeSelectionModel.h"
+#include "platform/base/People.h"
+
+#include <QDialog>
+#include <QTimer>
+
+#include <optional>
+
+class CWebBrowser2Ex;
+class QLineEdit;
+class QTreeView;
+
+/// The dialog "设置站内链接": the tree of the course's nodes beside a live preview of the chosen one.
+/// Whatever page, anchor or slide the preview has reached is the link.
+class CInSiteLinkDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// self: the node that can't be chosen; read here alone. Its course and the people must outlive the
+    /// dialog. Throws Torvane::CRunException when the store can't be read.
+    CInSiteLinkDialog(const CBookNode& self, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent);
+    ~CInSiteLinkDialog() override;
+
+    /// The link that was chosen, once the dialog has ended with OK: a file URL with a fragment if any, an
+    /// address of the web, or the path of a file.
+    QString GetLink() const { return m_strLink; }
+
+    void accept() override;
+
+private:
+    void LayOut();
+    QTreeView* MakeTree();
+    CWebBrowser2Ex* MakePreview();
+    /// Runs a step that reads the store and shows what it throws; nothing may pass into the event loop.
+    template <class Step>
+    void Guarded(Step step);
+    void SelectWhatHides(const QModelIndex& index);
+    void OnSelected();
+    void ShowPreview();
+    void Follow();
+    void OpenHere(const QString& strUrl);
+    void SetPlace(const QString& strPlace);
+    QString NodeResourceFolder() const;
+
+    Torvane::Dialog::MFC::IPeople& m_people;
+    qint32 m_nSelf;
+    CBookTree m_tree;
+    CTreeSelectionModel m_selection;
+    QTreeView* m_pTree = nullptr;
+    CWebBrowser2Ex* m_pPreview = nullptr;
+    QLineEdit* m_pPlace = nullptr;
+    /// Runs until the selected node shows, and until the line follows the preview.
+    QTimer m_toShow;
+    QTimer m_toFollow;
+    InSiteLink::Preview m_preview;
+    QString m_strPlace;
+    QString m_strLink;
+};
+
+/// Lets the person choose a place inside the course for a link of the node; nothing when cancelled. A failure
+/// of the store is shown. The link is CNodeFileParams::SiteLinkUrl; see InSiteLink for its stored forms.
+std::optional<QString> AskInSiteLink(CBookNode& self, QWidget* pParent);

@@ -1,0 +1,143 @@
+#include "content/ui/InSiteLinkDialog.h"
+
+#include "content/Texts.h"
+#include "platform/ui/WebBrowser.h"
+#include "tests/content/CourseOnDisk.h"
+#include "tests/support/WindowHelp.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The dialog over a small course: the page that is edited, one with anchors, an empty node with a
+/// presentation below it, a document, and a link to the web.
+class InSiteLinkDialogTest : public ::testing::Test {
+protected:
+    InSiteLinkDialogTest() {
+        m_nSelf = AddPage("<p>self</p>");
+        m_nPage = AddPage("<a href=#b>b</a><p style=height:3000px><p><a name=b>B</a>"
+                          "<script>alert(1); setTimeout(() => confirm('?'));</script>");
+        m_nEmpty = Add(c_nRootNodeId, NodeType::c_nEmpty, {});
+        m_nSlides = Add(m_nEmpty, NodeType::c_nExternalFile, u"a.files\\torvaneframe.htm"_s);
+        for (const QString& strName : {u"pres.xml"_s, u"fullscreen.htm"_s, u"slide0001.htm"_s,
+                                       u"slide0002.htm"_s, u"torvaneframe.htm"_s})
+            Write(m_nSlides, u"a.files\\"_s + strName, "<p>slide</p>");
+        Write(m_nSlides, u"a.files\\frame.htm"_s,
+              "<frameset cols='30%,*'><frame src=outline.htm><frame name=PPTSld src=slide0001.htm>"
+              "</frameset>");
+        Write(m_nSlides, u"a.files\\outline.htm"_s, "<a href=slide0002.htm target=PPTSld>2</a>");
+        m_nDocument = Add(c_nRootNodeId, NodeType::c_nExternalFile, u"讲义.doc"_s);
+        Write(m_nDocument, u"讲义.doc"_s, "doc");
+        m_nWeb = Add(c_nRootNodeId, NodeType::c_nExternalLink, u"http://127.0.0.1:9/a.htm"_s);
+    }
+    qint32 Add(qint32 nParent, qint32 nType, const QString& strBelow) {
+        CBookNode parent(*m_disk.pCourse, m_disk.Store().GetNode(nParent));
+        const qint32 nId = parent.AddChild(u"栏目 %1"_s.arg(++m_nNodes))->GetId();
+        const bool bBelow = !strBelow.isEmpty() && !strBelow.contains(u"://"_s);
+        const QString strPath = bBelow ? u"N%1\\"_s.arg(nId) + strBelow : strBelow;
+        m_disk.Store().SetContent(nId, {nType, strPath, 0, {}, {}});
+        return nId;
+    }
+    qint32 AddPage(const QByteArray& html) {
+        const qint32 nId = Add(c_nRootNodeId, NodeType::c_nEditorPage, u"Content.htm"_s);
+        Write(nId, u"Content.htm"_s, html);
+        return nId;
+    }
+    void Write(qint32 nId, const QString& strBelow, const QByteArray& bytes) {
+        m_disk.Folder.Write(m_disk.NodePath(nId, strBelow), bytes);
+    }
+    /// The place of a file of a node, as the line shows it.
+    QString Line(qint32 nId, const QString& strBelow) const {
+        return m_disk.Folder.Native(m_disk.NodePath(nId, strBelow));
+    }
+
+    CCourseOnDisk m_disk;
+    int m_nNodes = 0;
+    qint32 m_nSelf, m_nPage, m_nEmpty, m_nSlides, m_nDocument, m_nWeb;
+};
+
+TEST_F(InSiteLinkDialogTest, TheLinkIsWhereThePreviewStands) {
+    const CBookNode self(*m_disk.pCourse, m_disk.Store().GetNode(m_nSelf));
+    CInSiteLinkDialog dialog(self, m_disk.People, nullptr);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto& tree = *dialog.findChild<QTreeView*>(u"nodes"_s);
+    auto& browser = *dialog.findChild<CWebBrowser2Ex*>(u"preview"_s);
+    auto& line = *dialog.findChild<QLineEdit*>(u"location"_s);
+    auto& ok = *dialog.findChild<QPushButton*>(u"ok"_s);
+    auto& lines = static_cast<CBookTree&>(*tree.model());
+    const auto select = [&](qint32 nId) {
+        tree.setFocus();
+        tree.setCurrentIndex(lines.Find(nId));
+    };
+    const auto shows = [&](const QString& strPlace) {
+        return QTest::qWaitFor([&] { return line.text() == strPlace && !browser.IsCallRunning(); });
+    };
+    const auto html = [&] {
+        QString strHtml;
+        browser.GetBrowserBodyInnerHTML(strHtml);
+        return strHtml;
+    };
+
+    // The root stands open and selected; the headings can't be.
+    EXPECT_EQ(tree.currentIndex(), lines.GetRoot());
+    EXPECT_TRUE(tree.isExpanded(lines.GetRoot()));
+    tree.setCurrentIndex(lines.index(0, 0));
+    EXPECT_EQ(tree.currentIndex(), lines.GetRoot());
+
+    // A page that asks the person is answered, and its anchors are followed.
+    select(m_nPage);
+    const QString strPage = u"file://"_s + Line(m_nPage, u"Content.htm"_s);
+    EXPECT_TRUE(shows(strPage)) << line.text().toStdString();
+    EXPECT_TRUE(tree.hasFocus());
+    browser.ExecuteScript(u"document.querySelector('a').click()"_s);
+    EXPECT_TRUE(shows(strPage + u"#b"_s)) << line.text().toStdString();
+
+    // The node itself leaves everything as it is.
+    m_disk.People.Expect(ContentText::c_strInSiteSelf);
+    select(m_nSelf);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_disk.People.Boxes.size() == 1; }));
+    EXPECT_EQ(line.text(), strPage + u"#b"_s);
+    EXPECT_TRUE(html().contains(u"name=\"b\""_s));
+
+    // A file that is no page, and a page that can't be reached.
+    select(m_nDocument);
+    EXPECT_TRUE(shows(Line(m_nDocument, u"讲义.doc"_s))) << line.text().toStdString();
+    select(m_nWeb);
+    EXPECT_TRUE(shows(u"http://127.0.0.1:9/a.htm"_s)) << line.text().toStdString();
+
+    // What has no page gives no link.
+    select(m_nEmpty);
+    EXPECT_TRUE(shows(u"about:blank"_s));
+    EXPECT_TRUE(tree.isExpanded(lines.Find(m_nEmpty)));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return html().contains(u"不是可以选择内部链接"_s); }));
+    m_disk.People.Expect(ContentText::c_strNoInSiteLink);
+    ok.click();
+    EXPECT_TRUE(dialog.isVisible());
+
+    // Slides: a step in the frame is one of the line, and the link leads to the wrapper.
+    select(m_nSlides);
+    const QString strFrame = u"file://"_s + Line(m_nSlides, u"a.files\\frame.htm"_s);
+    EXPECT_TRUE(shows(strFrame + u"#slide0001.htm"_s)) << line.text().toStdString();
+    EXPECT_TRUE(browser.ExecuteScript(u"frames[0].document.querySelector('a').click()"_s));
+    EXPECT_TRUE(shows(strFrame + u"#slide0002.htm"_s)) << line.text().toStdString();
+    ok.click();
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(
+        InSiteLink::StoredPath(dialog.GetLink(), m_disk.pCourse->GetPaths().GetNodeResourceFolder(true)),
+        u"n%1\\a.files\\torvaneframe.htm#slide0002.htm"_s.arg(m_nSlides));
+}
+
+TEST_F(InSiteLinkDialogTest, CancelGivesNothing) {
+    CBookNode self(*m_disk.pCourse, m_disk.Store().GetNode(m_nSelf));
+    WhenDialogOpens([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_EQ(AskInSiteLink(self, nullptr), std::nullopt);
+}
+
+} // namespace
