@@ -18,7 +18,7 @@ if(VOREL_CCACHE)
 endif()
 
 # Network and Test stand on Core alone.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Network Test)
 find_package(SQLiteCpp REQUIRED)
 find_package(SQLite3 REQUIRED)
 find_package(CURL REQUIRED)

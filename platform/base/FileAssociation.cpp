@@ -2,12 +2,11 @@
 
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
+#include "platform/base/Process.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
-#include <QStandardPaths>
 
 #include <cerrno>
 
@@ -104,20 +103,6 @@ QString QuotedArgument(const QString& strArgument) {
 bool IsOlder(const QString& strPath, const QString& strThan) {
     const QFileInfo than(strThan);
     return than.exists() && QFileInfo(strPath).lastModified() < than.lastModified();
-}
-
-void StartQuietly(const QString& strTool, const QString& strFolder) {
-    const QString strProgram = QStandardPaths::findExecutable(strTool);
-    if (strProgram.isEmpty())
-        return;
-    // Detached: its end is nobody's business here.
-    QProcess process;
-    process.setProgram(strProgram);
-    process.setArguments({strFolder});
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.startDetached();
 }
 
 } // namespace
@@ -223,7 +208,7 @@ void RefreshFileTypes(const FileType& type) {
     const QString strRead =
         strMime + u'/' + QString::fromUtf8(FileTypeTexts::MimeType(type)) + QStringLiteral(".xml");
     if (!QFileInfo::exists(strRead) || IsOlder(strMime + QStringLiteral("/mime.cache"), PackagePath(type)))
-        StartQuietly(QStringLiteral("update-mime-database"), strMime);
+        StartQuietly({QStringLiteral("update-mime-database"), strMime});
     const QString strEntries = strData + QStringLiteral("/applications");
     const QString strCache = strEntries + QStringLiteral("/mimeinfo.cache");
     const QFileInfoList entries = QDir(strEntries).entryInfoList({QStringLiteral("*.desktop")}, QDir::Files);
@@ -231,7 +216,7 @@ void RefreshFileTypes(const FileType& type) {
     for (const QFileInfo& entry : entries)
         bOld |= IsOlder(strCache, entry.filePath());
     if (bOld)
-        StartQuietly(QStringLiteral("update-desktop-database"), strEntries);
+        StartQuietly({QStringLiteral("update-desktop-database"), strEntries});
 }
 
 } // namespace Platform

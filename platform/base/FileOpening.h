@@ -10,11 +10,11 @@ namespace Platform {
 /// unknown.
 QString GetFileClass(const QString& strExtension);
 
-/// The same for a person, "Word 文档"; empty when unknown.
+/// The same for a person in the program's language, "Word 文档"; empty when unknown.
 QString GetFileTypeName(const QString& strExtension);
 
-/// The command line of the program that edits such files, with "%1" where the path comes; without one it is
-/// appended in double quotes. Empty when no program does.
+/// The command line of the program that edits such files, with "%1" where the path (native form) comes. Empty
+/// when no program does.
 QString GetEditCommand(const QString& strExtension);
 
 /// Opens a file in the program that edits it, or has the desktop ask for a program. Waits for nothing. False

@@ -2,6 +2,7 @@
 
 #include "platform/base/NativePath.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -137,6 +138,18 @@ bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whil
             whileWaiting();
     }
     return true;
+}
+
+bool StartQuietly(const QStringList& command, const QString& strFolder) {
+    QProcess process;
+    process.setProgram(command.first());
+    process.setArguments(command.mid(1));
+    // Not this program's folder, which may be on a disk that is to be taken out.
+    process.setWorkingDirectory(QFileInfo(strFolder).isDir() ? strFolder : QDir::homePath());
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    return process.startDetached();
 }
 
 bool IsProgram(const QString& strPath) {

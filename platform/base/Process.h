@@ -17,6 +17,11 @@ QStringList SplitCommandLine(const QString& strCommandLine);
 /// could not start.
 bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whileWaiting);
 
+/// Starts a program (a name on the search path or a native path) with its arguments as they stand, in a
+/// session of its own and with no streams of this one. It starts in the folder (native form), else in the
+/// person's home. Waits for nothing. False when it could not start.
+bool StartQuietly(const QStringList& command, const QString& strFolder = {});
+
 /// Whether a program stands at the path (backslash form), looked up with and without ".exe" as when it is
 /// started.
 bool IsProgram(const QString& strPath);
