@@ -84,7 +84,7 @@ inline const QString c_strInSiteLinkPrompt =
 inline const QString c_strInSiteLocation = u"文件位置"_s;
 inline const QString c_strInSitePreview = u"内容预览"_s;
 inline const QString c_strInSiteSelf = u"不可以链接到自己。请您选择一个其他栏目"_s;
-inline const QString c_strNoInSiteLink = u"对不起，请您选择一个站内链接。"_s;
+inline const QString c_strNoPlaceChosen = u"对不起，请您选择一个站内链接。"_s;
 /// Markup that the preview shows where there is no page.
 inline const QString c_strNoPageInside =
     u"<p style=font-size:14px>该栏目内容不是可以选择内部链接的HTML页。</p>"_s;

@@ -227,7 +227,7 @@ void CInSiteLinkDialog::accept() {
     }
     const std::optional<QString> link = InSiteLink::LinkTo(m_strPlace, NodeResourceFolder());
     if (!link) {
-        m_people.Ask(ContentText::c_strNoInSiteLink, ContentText::c_strTip, BoxButtons::Ok, BoxIcon::None);
+        m_people.Ask(ContentText::c_strNoPlaceChosen, ContentText::c_strTip, BoxButtons::Ok, BoxIcon::None);
         return;
     }
     m_strLink = *link;
