@@ -41,8 +41,15 @@ FileAndFragment ContentOf(const CBookNode& node, const QString& strPath) {
     return node.GetType() == NodeType::c_nInSiteLink ? SplitStored(strPath) : FileAndFragment{strPath, {}};
 }
 
-bool IsWebAddress(const QString& strText) {
-    return strText.contains(QLatin1StringView("://")) && !LowerAscii(strText).startsWith(c_strFile);
+bool IsUrl(const QString& strText) {
+    return strText.contains(QLatin1StringView("://"));
+}
+
+/// Of what a course holds only a link leads to the web, and only one that names no file.
+bool LeadsToWeb(const CBookNode& node, const QString& strUrl) {
+    const bool bLink =
+        node.GetType() == NodeType::c_nExternalLink || node.GetType() == NodeType::c_nInSiteLink;
+    return bLink && !LowerAscii(strUrl).startsWith(c_strFile);
 }
 
 /// The folder of a presentation that was saved as a web page.
@@ -79,8 +86,8 @@ Preview PreviewOf(const CBookNode& node) {
     const QString strContent = node.GetContentPath();
     if (!node.HasContent() || strContent.isEmpty())
         return {{}, ContentText::c_strNoPageInside, c_strBlank, false};
-    if (strContent.contains(QLatin1StringView("://")))
-        return {strContent, {}, strContent, IsWebAddress(strContent)};
+    if (IsUrl(strContent))
+        return {strContent, {}, strContent, LeadsToWeb(node, strContent)};
     auto [strFile, strFragment] = ContentOf(node, strContent);
     if (node.GetType() == NodeType::c_nExternalFile)
         strFile = FramePageBehind(strFile);
@@ -92,12 +99,12 @@ Preview PreviewOf(const CBookNode& node) {
     return {{}, ContentText::c_strFileNotPreviewed, strFile, false};
 }
 
-QString AddressOf(const CBookNode& node) {
+Address AddressOf(const CBookNode& node) {
     const QString strContent = node.GetContentPath();
-    if (strContent.contains(QLatin1StringView("://")))
-        return strContent;
+    if (IsUrl(strContent))
+        return {strContent, LeadsToWeb(node, strContent)};
     const auto [strFile, strFragment] = ContentOf(node, strContent);
-    return strFragment.isEmpty() ? strContent : PathToFileUrl(strFile) + strFragment;
+    return {strFragment.isEmpty() ? strContent : PathToFileUrl(strFile) + strFragment, false};
 }
 
 QString PlaceOf(const QString& strUrl, const QString& strSlideUrl) {
@@ -110,9 +117,7 @@ QString PlaceOf(const QString& strUrl, const QString& strSlideUrl) {
 
 QString ShownPlace(const QString& strPlace) {
     if (!strPlace.startsWith(c_strFile))
-        return strPlace.contains(QLatin1StringView("://")) || strPlace == c_strBlank
-                   ? strPlace
-                   : Platform::ToNativeExact(strPlace);
+        return IsUrl(strPlace) || strPlace == c_strBlank ? strPlace : Platform::ToNativeExact(strPlace);
     const qsizetype nEnd = EndOfFile(strPlace);
     QString strPath = strPlace.left(nEnd).mid(c_strFile.size());
     strPath.replace(QLatin1StringView("%23"), QLatin1StringView("#"))

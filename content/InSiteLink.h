@@ -27,8 +27,14 @@ struct Preview {
 Preview PreviewOf(const CBookNode& node);
 
 /// What a browser surface loads for a node's content: its path, or for a link into a page the page's URL with
-/// the fragment. Throws like PreviewOf.
-QString AddressOf(const CBookNode& node);
+/// the fragment.
+struct Address {
+    QString strTarget;
+    /// An address of the web.
+    bool bNetwork = false;
+};
+/// Throws like PreviewOf.
+Address AddressOf(const CBookNode& node);
 
 /// The place where the surface stands, by its URL and, where the page has a slide frame, by that frame's.
 QString PlaceOf(const QString& strUrl, const QString& strSlideUrl);

@@ -2,6 +2,18 @@
 
 namespace HtmlFragments {
 
+namespace {
+
+/// Around the selected content, with this text as the attribute that comes last.
+QString BlueLink(const QString& strAttribute, const QString& strText, const QString& strSelected) {
+    return QStringLiteral("<a ") + strAttribute + QStringLiteral("=\"") +
+           QString(strText).replace(u'"', QStringLiteral("&quot;")) +
+           QStringLiteral("\" style=\"{cursor:hand}\"><font \t\t\t\t\t\t\t\t\tcolor=\"#0000FF\">") +
+           strSelected + QStringLiteral("</font></a>");
+}
+
+} // namespace
+
 QString Image(const QString& strPath) {
     return QStringLiteral("<img src =\"") + strPath + QStringLiteral("\">");
 }
@@ -50,9 +62,11 @@ QString LineBreak() {
 }
 
 QString FloatingHelp(const QString& strHelp, const QString& strSelected) {
-    return QStringLiteral("<a title=\"") + QString(strHelp).replace(u'"', QStringLiteral("&quot;")) +
-           QStringLiteral("\" style=\"{cursor:hand}\"><font \t\t\t\t\t\t\t\t\tcolor=\"#0000FF\">") +
-           strSelected + QStringLiteral("</font></a>");
+    return BlueLink(QStringLiteral("title"), strHelp, strSelected);
+}
+
+QString InSiteLink(const QString& strUrl, const QString& strSelected) {
+    return BlueLink(QStringLiteral("id=\"innerlink\" href"), strUrl, strSelected);
 }
 
 QString HelpMark(const QString& strSysDataFolder, const QString& strHelp) {

@@ -28,6 +28,9 @@ QString Marquee(const QString& strText);
 QString LineBreak();
 /// Double quotes of the help are escaped; strSelected is markup already.
 QString FloatingHelp(const QString& strHelp, const QString& strSelected);
+/// A link to a place inside the course, marked as such. Double quotes of the address are escaped; strSelected
+/// is markup already.
+QString InSiteLink(const QString& strUrl, const QString& strSelected);
 /// strSysDataFolder without a trailing backslash.
 QString HelpMark(const QString& strSysDataFolder, const QString& strHelp);
 

@@ -68,6 +68,7 @@ private:
     void EditTable();
     void InsertText(const QString& strPrompt, QString (*build)(const QString&));
     void InsertFloatingHelp();
+    void InsertInSiteLink();
     void SetTemplate();
     void ClearContent();
     void ClearGarbage();

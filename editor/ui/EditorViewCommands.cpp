@@ -1,4 +1,5 @@
 // The commands of the editor's toolbars.
+#include "content/ui/InSiteLinkDialog.h"
 #include "course/TemplateStore.h"
 #include "editor/HtmlFragments.h"
 #include "editor/Texts.h"
@@ -16,8 +17,7 @@ using namespace EditorCommands;
 using namespace Torvane::Dialog::MFC;
 
 bool CEditorView::IsCommandEnabled(int nCommand) const {
-    // The dialog behind the in-site link is reached from the content wizard alone.
-    return nCommand != Id::c_nInSiteLink && IsAllowed(nCommand, m_mode);
+    return IsAllowed(nCommand, m_mode);
 }
 
 bool CEditorView::RunCommand(int nCommand) {
@@ -97,6 +97,8 @@ void CEditorView::RunOwn(int nCommand) {
         return Insert(HtmlFragments::LineBreak());
     case Id::c_nFloatingHelp:
         return InsertFloatingHelp();
+    case Id::c_nInSiteLink:
+        return InsertInSiteLink();
     case Id::c_nHelpMark:
         return InsertText(EditorTexts::c_strAskHelp, [](const QString& strText) {
             return HtmlFragments::HelpMark(CSysInfo::Instance().GetSysDataFolder(false), strText);
@@ -188,6 +190,18 @@ void CEditorView::InsertFloatingHelp() {
     QString strSelected;
     if (help && !help->isEmpty() && m_pDesign->GetSelectedText(strSelected))
         Insert(HtmlFragments::FloatingHelp(*help, strSelected));
+}
+
+void CEditorView::InsertInSiteLink() {
+    if (!m_pDesign->HasSelection()) {
+        m_people.Notice(EditorTexts::c_strNoSelection);
+        return;
+    }
+    const auto link = AskInSiteLink(*m_pNode, this);
+    QString strSelected;
+    if (link && m_pDesign->GetSelectedText(strSelected))
+        Insert(HtmlFragments::InSiteLink(
+            InSiteLink::PageReference(*link, m_saver.GetFolders().strNodeResourceFolder), strSelected));
 }
 
 void CEditorView::SetTemplate() {

@@ -1,5 +1,6 @@
 #include "editor/ui/ShowContentView.h"
 
+#include "content/InSiteLink.h"
 #include "editor/DisplayRules.h"
 #include "editor/Texts.h"
 #include "editor/ui/ContentWindow.h"
@@ -51,18 +52,17 @@ void CShowContentView::ShowNode() {
 }
 
 void CShowContentView::ShowContent() {
-    const QString strPath = m_pNode->GetContentPath();
-    const bool bNetwork = m_pNode->GetType() == NodeType::c_nExternalLink;
+    const auto [strTarget, bNetwork] = InSiteLink::AddressOf(*m_pNode);
     if (const auto form = DisplayRules::WindowFormOf(m_pNode->GetOpenType())) {
         const QStringList folders = AllowedFolders();
         const QString strTitle = m_pNode->GetTitle();
         m_host.ShowNodeView(EViewKind::Prompt, m_pNode, PromptCode::c_nNewWindow);
-        CContentWindow::Open(strTitle, strPath, folders, bNetwork, *form, window());
+        CContentWindow::Open(strTitle, strTarget, folders, bNetwork, *form, window());
         return;
     }
     m_pBrowser->SetAllowedFolders(AllowedFolders(), false);
     m_pBrowser->SetNetworkAllowed(bNetwork);
-    m_pBrowser->NavigateAndWait(strPath);
+    m_pBrowser->NavigateAndWait(strTarget);
 }
 
 void CShowContentView::hideEvent(QHideEvent* pEvent) {

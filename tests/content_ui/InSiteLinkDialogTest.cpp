@@ -117,7 +117,7 @@ TEST_F(InSiteLinkDialogTest, TheLinkIsWhereThePreviewStands) {
     EXPECT_TRUE(shows(u"about:blank"_s));
     EXPECT_TRUE(tree.isExpanded(lines.Find(m_nEmpty)));
     EXPECT_TRUE(QTest::qWaitFor([&] { return html().contains(u"不是可以选择内部链接"_s); }));
-    m_disk.People.Expect(ContentText::c_strNoInSiteLink);
+    m_disk.People.Expect(ContentText::c_strNoPlaceChosen);
     ok.click();
     EXPECT_TRUE(dialog.isVisible());
 

@@ -31,6 +31,9 @@ TEST(HtmlFragments, AreFixedToTheByte) {
         {FloatingHelp(u"<\"&"_s, u"<i>x</i>"_s),
          "<a title=\"<&quot;&\" style=\"{cursor:hand}\"><font \t\t\t\t\t\t\t\t\tcolor=\"#0000FF\">"
          "<i>x</i></font></a>"},
+        {InSiteLink(u"../n5/a.htm#\""_s, u"x"_s),
+         "<a id=\"innerlink\" href=\"../n5/a.htm#&quot;\" style=\"{cursor:hand}\">"
+         "<font \t\t\t\t\t\t\t\t\tcolor=\"#0000FF\">x</font></a>"},
         {HelpMark(u"Z:\\S"_s, u"a\"b"_s),
          "<img src=\"Z:\\S\\Images\\Help.gif\" style=\"{cursor:hand}\" alt=\"a\"b\">"},
     };

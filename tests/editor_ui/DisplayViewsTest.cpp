@@ -65,6 +65,21 @@ TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
     EXPECT_TRUE(m_world.Host.Views.empty());
 }
 
+TEST_F(DisplayViewsTest, ALinkOfANodeShowsItsPlaceInThePage) {
+    const auto pPage = m_world.MakePage(u"页"_s, "<p style=height:3000px><a name=b>B</a>");
+    const qint32 nId = m_world.MakePage(u"链接"_s, "")->GetId();
+    const QString strPath = u"n%1\\content.htm#b"_s.arg(pPage->GetId());
+    m_world.Store().SetContent(nId, {NodeType::c_nInSiteLink, strPath, 0, {}, {}});
+    CBookNode link(*m_world.pCourse, m_world.Store().GetNode(nId));
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
+    pView->m_pNode = &link;
+    ShowOnScreen(*pView);
+    pView->ShowNode();
+    QString strUrl;
+    Child<CWebBrowser2Ex>(*pView, u"content"_s).GetURL(strUrl);
+    EXPECT_EQ(strUrl, u"file://"_s + pPage->GetContentPath() + u"#b"_s);
+}
+
 TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {
     const std::pair<qint32, Qt::WindowStates> forms[] = {
         {1, Qt::WindowNoState}, {2, Qt::WindowMaximized}, {3, Qt::WindowFullScreen}};

@@ -1,5 +1,6 @@
 #include "editor/ui/EditorView.h"
 
+#include "content/BookTree.h"
 #include "foundation/CodePage.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
@@ -11,6 +12,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTimer>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -152,6 +155,29 @@ TEST_F(EditorViewTest, DialogsBuildWhatIsInserted) {
     const QStringList copies = QDir(m_world.Folder.Native(PageFile(u"res"_s))).entryList(QDir::Files);
     ASSERT_EQ(copies.size(), 1);
     EXPECT_TRUE(Html().contains(u"<a id=\"innerfile\" href=\"res/%1\">讲义 A.DOC</a>"_s.arg(copies.first())))
+        << Html().toStdString();
+}
+
+TEST_F(EditorViewTest, ALinkIntoTheCourseTakesTheSelectionsPlace) {
+    const auto pOther = m_world.MakePage(u"另一页"_s, "<p>b</p>");
+    Open("<p>x</p>");
+    m_world.People.Expect(u"对不起，请您先选中一段内容！"_s);
+    EXPECT_TRUE(m_view.RunCommand(32920));
+    Action(32823).trigger();
+    // A person's hand comes between the calls of the preview, never inside one.
+    QTimer hand;
+    QObject::connect(&hand, &QTimer::timeout, &hand, [&] {
+        const QWidget* pDialog = QApplication::activeModalWidget();
+        if (pDialog == nullptr || CWebBrowser2Ex::IsCallRunning())
+            return;
+        auto& tree = *pDialog->findChild<QTreeView*>(u"nodes"_s);
+        tree.setCurrentIndex(static_cast<CBookTree*>(tree.model())->Find(pOther->GetId()));
+        if (pDialog->findChild<QLineEdit*>(u"location"_s)->text().endsWith(u".htm"_s))
+            pDialog->findChild<QPushButton*>(u"ok"_s)->click();
+    });
+    hand.start(10);
+    EXPECT_TRUE(m_view.RunCommand(32920));
+    EXPECT_TRUE(Html().contains(u"<a id=\"innerlink\" href=\"../n%1/content.htm\""_s.arg(pOther->GetId())))
         << Html().toStdString();
 }
 
