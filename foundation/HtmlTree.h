@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <functional>
+#include <memory>
+
+#include <gumbo.h>
+
+/// Pages as trees, parsed by the rules that browsers keep. A page must pass IsTooDeep before it is parsed;
+/// then its tree is safe to go down by recursion.
+namespace HtmlTree {
+
+struct TreeDeleter {
+    void operator()(GumboOutput* pOutput) const;
+};
+using Tree = std::unique_ptr<GumboOutput, TreeDeleter>;
+
+/// The tree points into the bytes (UTF-8), which must outlive it.
+Tree Parse(const QByteArray& html);
+
+/// How deep tags could nest at most, by their count alone, is more than can be parsed: the parser frees its
+/// tree by recursion, and its work grows with the square of the depth. Elements that authors leave open and
+/// the parser closes by itself don't count.
+bool IsTooDeep(const QByteArray& html);
+
+bool IsElement(const GumboNode* pNode);
+/// An element that has no end tag.
+bool IsVoid(const QByteArray& name);
+/// In lower case.
+QByteArray TagName(const GumboElement& element);
+/// Empty when the element has no such attribute.
+QByteArray AttributeValue(const GumboElement& element, const char* szName);
+
+/// Calls visit for each element below and including the node.
+void ForEachElement(const GumboNode* pNode, const std::function<void(const GumboNode*)>& visit);
+
+} // namespace HtmlTree
