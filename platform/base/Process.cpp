@@ -6,13 +6,19 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QProcessEnvironment>
+#include <QStandardPaths>
 
+#include <csignal>
 #include <optional>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace Platform {
 namespace {
 
 constexpr int c_nWaitMs = 20;
+constexpr int c_nStopWaitMs = 5;
 
 bool IsBlank(QChar c) {
     return c == u' ' || c == u'\t';
@@ -150,6 +156,45 @@ bool StartQuietly(const QStringList& command, const QString& strFolder) {
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     return process.startDetached();
+}
+
+EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn) {
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (auto it = call.environment.begin(); it != call.environment.end(); ++it) {
+        if (it->isNull())
+            environment.remove(it.key());
+        else
+            environment.insert(it.key(), *it);
+    }
+    process.setProcessEnvironment(environment);
+    // A group of its own, so that it ends with all that it starts. Core files of a crash would be litter.
+    process.setChildProcessModifier([] {
+        ::setpgid(0, 0);
+        const rlimit none{0, 0};
+        ::setrlimit(RLIMIT_CORE, &none);
+    });
+    process.start(call.strProgram, call.arguments);
+    if (!process.waitForStarted(-1))
+        return EProgramEnd::NotStarted;
+    const auto nGroup = pid_t(process.processId());
+    EProgramEnd eEnd = EProgramEnd::Ended;
+    while (!process.waitForFinished(c_nStopWaitMs) && process.state() != QProcess::NotRunning) {
+        if (eEnd != EProgramEnd::Ended || mayGoOn())
+            continue;
+        eEnd = EProgramEnd::Stopped;
+        ::kill(-nGroup, SIGKILL);
+    }
+    // What it left running behind itself would go on with the files.
+    ::kill(-nGroup, SIGKILL);
+    return eEnd;
+}
+
+QString FindSystemProgram(const QString& strName) {
+    return QStandardPaths::findExecutable(strName);
 }
 
 bool IsProgram(const QString& strPath) {

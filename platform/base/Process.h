@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -21,6 +22,23 @@ bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whil
 /// session of its own and with no streams of this one. It starts in the folder (native form), else in the
 /// person's home. Waits for nothing. False when it could not start.
 bool StartQuietly(const QStringList& command, const QString& strFolder = {});
+
+/// A program of the system to be run without a person: full native path, and arguments as they stand.
+struct CProgramCall {
+    QString strProgram;
+    QStringList arguments;
+    /// Joined to the environment; a value that is null takes the name out of it.
+    QMap<QString, QString> environment;
+};
+
+enum class EProgramEnd { Ended, NotStarted, Stopped };
+
+/// Runs it and waits for its end, asking mayGoOn every few milliseconds: false ends it at once with every
+/// program that it started itself. What it says goes nowhere. Any thread may call.
+EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn);
+
+/// The native path of a program that stands where this system keeps programs; empty for none.
+QString FindSystemProgram(const QString& strName);
 
 /// Whether a program stands at the path (backslash form), looked up with and without ".exe" as when it is
 /// started.
