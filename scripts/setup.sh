@@ -9,6 +9,8 @@ build=(
   libarchive-dev libcurl4-openssl-dev libgumbo-dev libpng-dev libx11-dev libsqlite3-dev libsqlitecpp-dev libssl-dev
   libqt6opengl6-dev libgl-dev qt6-base-dev qt6-webengine-dev qt6-webengine-dev-tools qt6-translations-l10n
   sqlite3 libgtest-dev libgmock-dev
+  # What converts Office files, without windows of its own, and draws the slides.
+  libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui poppler-utils
   # What the running program needs of a bare machine: fonts, pictures, a display to start under.
   fonts-noto-cjk qt6-image-formats-plugins libqt6svg6 shared-mime-info xvfb xauth openbox
 )

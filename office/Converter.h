@@ -1,0 +1,48 @@
+#pragma once
+
+#include "office/OfficeFiles.h"
+
+#include <QElapsedTimer>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// One conversion's folder and programs. What stands in the folder goes with the object. Paths are native.
+namespace Torvane::Office {
+
+class CConverter {
+public:
+    /// The time limit counts from here.
+    CConverter(const MayGoOn& mayGoOn, qint64 nLimitMs);
+
+    /// False when there is no place for the folder.
+    bool IsReady() const { return m_folder.isValid(); }
+    QString Path(const QString& strName) const { return m_folder.filePath(strName); }
+
+    /// Has LibreOffice write the file in another format into the folder "out". The source stands in the
+    /// conversion's folder. filter as LibreOffice's "--convert-to" takes it. Failed also when no output came.
+    EConversion Convert(const QString& strSource, const QString& strFilter, const QString& strOutput);
+
+    /// Draws the pages of a PDF file as pictures into a folder, which must stand.
+    EConversion DrawPages(const QString& strPdf, const QStringList& options, const QString& strFolder);
+
+    /// Done, or why it may not go on.
+    EConversion State() const;
+
+private:
+    EConversion Run(const QString& strProgram, const QStringList& arguments);
+
+    QTemporaryDir m_folder;
+    MayGoOn m_mayGoOn;
+    QElapsedTimer m_time;
+    qint64 m_nLimitMs;
+};
+
+/// How long a file of that size may take: far longer than any that works takes on a slow machine.
+qint64 TimeLimitMs(quint64 nSourceBytes);
+
+/// Native path of the program; empty when it isn't here.
+QString OfficeProgram();
+QString PdfProgram();
+
+} // namespace Torvane::Office

@@ -1,0 +1,80 @@
+#include "office/PageCleaner.h"
+#include "office/SlideText.h"
+#include "tests/support/Printing.h"
+
+#include <QBuffer>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace Torvane::Office;
+
+namespace {
+
+QString BodyOf(EKind eKind, const QByteArray& html) {
+    const auto page = CleanPage(eKind, html, u"t"_s, [](const QString& strReference) {
+        return strReference.startsWith(u"pic") ? u"a.files/"_s + strReference : QString();
+    });
+    const QString strPage = QString::fromUtf8(page.value_or("<body>none</body>"));
+    return strPage.section(u"<body>"_s, 1).section(u"</body>"_s, 0, 0).trimmed();
+}
+
+TEST(PageCleaner, KeepsWhatIsKnownAndDropsTheRest) {
+    const std::pair<QByteArray, QString> cases[] = {
+        {"<p onclick=x() class=western>a<script>b</script><object>c</object></p>",
+         u"<p class=\"western\">a</p>"_s},
+        {"<a href=\"javascript:x()\">a</a><a href=\"../b.doc\">b</a>", u"ab"_s},
+        {"<a href=\" HTTPS://x/?a&amp;b\">a</a><a href=#n>b</a>",
+         u"<a href=\"HTTPS://x/?a&amp;b\">a</a><a href=\"#n\">b</a>"_s},
+        {"<a name=n></a>", u"<a id=\"n\"></a>"_s},
+        {"<p style=\"position:absolute;top:0;background:url(x);text-align:center\">a</p>",
+         u"<p style=\"text-align: center\">a</p>"_s},
+        {"<p style=\"color:red&quot; onload=&quot;x\">a</p>",
+         u"<p style=\"color: red&quot; onload=&quot;x\">a</p>"_s},
+        {"<font face=\"Noto Serif CJK SC\"><span lang=zh-CN>a</span></font>", u"a"_s},
+        {"<font face=楷体 color=#cc0000 size=4>a</font>",
+         u"<span style=\"color: #cc0000; font-family: 楷体; font-size: 13.5pt\">a</span>"_s},
+        {"<ol><li><h1>a</h1></ol>", u"<h1>a</h1>"_s},
+        {"<ol start=3><li><h1>a</h1><p>b</p></ol>", u"<ol start=\"3\"><li><h1>a</h1><p>b</p></li></ol>"_s},
+        {"<div title=header><p>a</p></div><div>b</div>", u"<div>b</div>"_s},
+        {"<img src=pic.png width=30 onerror=x()><img src=/etc/x.png alt=\"&lt;b>\">",
+         u"<img src=\"a.files/pic.png\" alt=\"\" width=\"30\">&lt;b&gt;"_s},
+        {"<form action=x><input value=a>b</form><sdfield type=PAGE>1</sdfield>", u"b1"_s},
+        {"<p style=\"line-height: 100%\">a</p>", u"<p style=\"line-height: 1.4\">a</p>"_s}};
+    for (const auto& [html, strBody] : cases)
+        EXPECT_EQ(BodyOf(EKind::Document, "<!DOCTYPE html><body>" + html), strBody);
+    QByteArray deep;
+    for (int i = 0; i < 100'000; ++i)
+        deep += "<div>";
+    EXPECT_EQ(BodyOf(EKind::Document, deep), u"none"_s);
+}
+
+TEST(PageCleaner, AStyleSheetHoldsPlainRulesAlone) {
+    const auto page =
+        CleanPage(EKind::Document,
+                  "<style>@import url(x); @page { margin: 1cm } p.a { color: red; so-language: zh }\n"
+                  "p { background: url(http://x/) } b:hover { color: blue }</style>",
+                  u"</title><script>"_s, [](const QString&) { return QString(); });
+    ASSERT_TRUE(page);
+    EXPECT_TRUE(page->contains("\np.a { color: red }\n")) << page->constData();
+    EXPECT_FALSE(page->contains("@import"));
+    EXPECT_FALSE(page->contains("http:"));
+    EXPECT_FALSE(page->contains("<script>"));
+}
+
+TEST(SlideText, ADamagedFileGivesWhatCameBefore) {
+    QByteArray xml =
+        "<office:document xmlns:office='o' xmlns:draw='d' xmlns:text='t' xmlns:presentation='p'>"
+        "<draw:page><draw:frame><text:p>\xF0\x9F\x98\x80  a\n b<text:s/>c</text:p></draw:frame>"
+        "<text:list><text:list-item><text:list><text:list-item><text:p>deep</text:p></text:list-item>"
+        "</text:list></text:list-item></text:list></draw:page><draw:page><text:p>last &lt;</text:p><text:p>";
+    QBuffer buffer(&xml);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    const QList<CSlide> slides = ReadSlides(buffer);
+    ASSERT_EQ(slides.size(), 2);
+    EXPECT_EQ(slides[0].strTitle, u"😀 a b c"_s);
+    EXPECT_EQ(slides[0].text, "<p>😀 a b c</p>\n<ul>\n<li>deep</li></ul>\n");
+    EXPECT_EQ(slides[1].strTitle, u"last <"_s);
+}
+
+} // namespace
