@@ -131,7 +131,9 @@ QString StyleOf(EKind eKind, const GumboElement& element, const QByteArray& name
     if (name == "font") {
         add(u"color"_s, Attribute(element, "color"));
         add(u"font-family"_s, Attribute(element, "face"));
-        add(u"font-size"_s, FontSize(Attribute(element, "size")));
+        // Beside a size of the old kind stands the exact one, if it differs.
+        if (!Attribute(element, "style").contains(u"font-size"))
+            add(u"font-size"_s, FontSize(Attribute(element, "size")));
     }
     QString strOwn = Attribute(element, "style");
     // A sheet's cells have the heights of their lines.
