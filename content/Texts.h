@@ -170,6 +170,49 @@ inline const QString c_strExternalLinkTip =
 inline const QString c_strReferencesTitle = u"参考文献"_s;
 inline const QString c_strAdviseLink = u"您选择的栏目是%1, 我们建议您采用外部链接的形势；"_s;
 inline const QString c_strAdviseEditor = u"您选择的栏目是%1, 我们建议您采用内部编辑器形势；"_s;
+// Its pages.
+inline const QString c_strContentWizard = u"创建栏目文件向导"_s;
+inline const QString c_strTypePage = u"创建栏目文件－－选择文件类型"_s;
+inline const QString c_strParamsPage = u"创建栏目文件－－参数设置"_s;
+/// With access keys that no kind and no field has.
+inline const QString c_strContentBack = u"上一步(&K)"_s;
+inline const QString c_strContentNext = u"下一步(&X)"_s;
+inline const QString c_strContentFinish = u"完成(&C)"_s;
+inline const QString c_strNoKind = u"请您选择栏目内容类型"_s;
+inline const QString c_strEditorPageWords =
+    u"内部编辑器提供象Word一样的编辑功能，您可以制作自己的网页。"
+    u"网页中您可以方便的实现常用的编辑功能，如排版，插入图片、插入Flash等。"_s;
+inline const QString c_strVideoWords = u"新建视频，您可以录制PowerPoint授课实况。"_s;
+inline const QString c_strFileField = u"请您选择文件(&F)"_s;
+inline const QString c_strCommentField = u"说明"_s;
+inline const QString c_strOfficeWords = u"请您选择要新建文件的类型，并设置是否另存为网页"_s;
+inline const QString c_strOfficeKinds[] = {u"Word"_s, u"PowerPoint"_s, u"Excel"_s};
+inline const QString c_strSaveAsHtml = u"保存为网页格式(&H)"_s;
+inline const QString c_strSiteWords = u"请您选择要导入的站点所在的目录(&D)"_s;
+inline const QString c_strSiteFolderField = u"所在目录"_s;
+inline const QString c_strHomePageField = u"站点首页(&H)"_s;
+inline const QString c_strUrlField = u"请您输入要的链接网址(&U)"_s;
+inline const QString c_strUrlHead = u"http://"_s;
+inline const QString c_strCoursewareField = u"请您选择要导入的奥思课件的目录(&P)"_s;
+inline const QString c_strFolderField = u"请您选择要导入的目录(&R)"_s;
+inline const QString c_strFilterField = u"只导入以下指定类型的文件："_s;
+inline const QString c_strTypedFilterField = u"设置自定义类型（例如.doc;.htm）："_s;
+inline const QString c_strInSiteLinkField = u"请您设置站内链接地址(&H)"_s;
+inline const QString c_strSetLink = u"设置(&B)..."_s;
+inline const QString c_strOpenTypeGroup = u"打开方式设置"_s;
+inline const QString c_strNewWindow = u"新窗口打开(&E)"_s;
+/// In the order of the open types from 1 on.
+inline const QString c_strWindows[] = {u"普通"_s, u"最大化"_s, u"全屏"_s};
+inline const QString c_strBrowsePath = u"浏览(&B)..."_s;
+inline const QString c_strBrowseHomePage = u"浏览(&W)..."_s;
+inline const QString c_strPickCourseware = u"请您选择方正奥思课件目录"_s;
+inline const QString c_strSiteFolderFirst = u"请您先选择站点目录"_s;
+inline const QString c_strPickedOutside = u"首页不在站点目录内，请您重新选择"_s;
+inline const QString c_strExternalFileFilter =
+    u"所有文件(*.*)|*.*|Office文件(*.doc, *.ppt, *.xls)|*.doc;*.ppt;*.xls|Word 文件(*.doc)|*.doc|"
+    u"PowerPoint文件(*.ppt)|*.ppt|Excel文件(*.xls)|*.xls|HTML文件(*.htm, *.html)|*.htm;*.html||"_s;
+inline const QString c_strHomePageFilter =
+    u"HTML文件(*.htm, *.html, *shtml)|*.htm;*.html;*.shtml|所有文件(*.*)|*.*||"_s;
 // Its refusals.
 inline const QString c_strNoExternalFile = u"请您选择外部文件！"_s;
 inline const QString c_strExternalFileMissing = u"您选择外部文件不存在, 请您重新选择！"_s;

@@ -23,7 +23,7 @@ constexpr int c_nEditWidth = 180;
 } // namespace
 
 CBookTreeView::CBookTreeView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
-    : QTreeView(pParent), m_dialogs(this), m_actions(m_tree, *this, m_dialogs, host, people) {
+    : QTreeView(pParent), m_dialogs(people, this), m_actions(m_tree, *this, m_dialogs, host, people) {
     setObjectName(QStringLiteral("CBookTreeView"));
     setAccessibleName(ContentText::c_strTreeName);
     setModel(&m_tree);

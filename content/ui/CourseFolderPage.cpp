@@ -15,7 +15,7 @@ using namespace DialogParts;
 
 CSelectCourseFolderPropertyPage::CSelectCourseFolderPropertyPage(Torvane::Dialog::MFC::IPeople& people,
                                                                  CreateRecord& record)
-    : CNewCoursePage(ContentText::c_strFolderPage), m_people(people), m_record(record) {
+    : CWizardPage(ContentText::c_strFolderPage), m_people(people), m_record(record) {
     using namespace ContentText;
     m_pName = Named(new QLineEdit(this), "courseName", c_strCourseName);
     m_pFolder = Named(new QLineEdit(this), "courseFolder", c_strCourseFolder);

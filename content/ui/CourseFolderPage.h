@@ -1,13 +1,13 @@
 #pragma once
 
 #include "content/NewCourse.h"
-#include "content/ui/NewCoursePage.h"
+#include "content/ui/WizardPage.h"
 #include "platform/base/People.h"
 
 class QLineEdit;
 
 /// Page 2: the name and the folder. Shows the folder in native form, takes either form.
-class CSelectCourseFolderPropertyPage : public CNewCoursePage {
+class CSelectCourseFolderPropertyPage : public CWizardPage {
     Q_OBJECT
 public:
     CSelectCourseFolderPropertyPage(Torvane::Dialog::MFC::IPeople& people, CreateRecord& record);

@@ -12,7 +12,7 @@ using Torvane::Control::MFC::CTriStateTreeCtrl;
 
 CSelectCourseNodePropertyPage::CSelectCourseNodePropertyPage(Torvane::Dialog::MFC::IPeople& people,
                                                              CreateRecord& record)
-    : CNewCoursePage(ContentText::c_strNodesPage), m_people(people), m_record(record) {
+    : CWizardPage(ContentText::c_strNodesPage), m_people(people), m_record(record) {
     m_pTree = DialogParts::Named(new CTriStateTreeCtrl(this), "nodeTree", ContentText::c_strTreeName);
     m_pTree->LoadStateImage();
     auto* pLayout = new QVBoxLayout(this);

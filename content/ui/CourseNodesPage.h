@@ -1,7 +1,7 @@
 #pragma once
 
 #include "content/NewCourse.h"
-#include "content/ui/NewCoursePage.h"
+#include "content/ui/WizardPage.h"
 #include "platform/base/People.h"
 
 class QTreeWidgetItem;
@@ -11,7 +11,7 @@ class CTriStateTreeCtrl;
 
 /// The page of the initial nodes. The wizard holds it without showing it: a new course takes all nodes that
 /// its template suggests.
-class CSelectCourseNodePropertyPage : public CNewCoursePage {
+class CSelectCourseNodePropertyPage : public CWizardPage {
     Q_OBJECT
 public:
     CSelectCourseNodePropertyPage(Torvane::Dialog::MFC::IPeople& people, CreateRecord& record);

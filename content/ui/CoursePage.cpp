@@ -13,7 +13,7 @@
 using namespace DialogParts;
 
 CGetCourseInfoPropertyPage::CGetCourseInfoPropertyPage(CCourseChoice& choice, CreateRecord& record)
-    : CNewCoursePage(ContentText::c_strCoursePage), m_choice(choice), m_record(record) {
+    : CWizardPage(ContentText::c_strCoursePage), m_choice(choice), m_record(record) {
     using namespace ContentText;
     m_pSearch = Named(new QLineEdit(this), "courseSearch", c_strCourseSearch);
     m_pList = Named(new CChoiceList(this), "courseList", c_strCourseList);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/ui/NewCoursePage.h"
+#include "content/ui/WizardPage.h"
 #include "server/CourseChoice.h"
 
 class QLineEdit;
@@ -8,7 +8,7 @@ class QListWidget;
 class QPlainTextEdit;
 
 /// Page 1: the course, out of the server's list, and its password.
-class CGetCourseInfoPropertyPage : public CNewCoursePage {
+class CGetCourseInfoPropertyPage : public CWizardPage {
     Q_OBJECT
 public:
     CGetCourseInfoPropertyPage(CCourseChoice& choice, CreateRecord& record);

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 CShowUserSelectPropertyPage::CShowUserSelectPropertyPage(CreateRecord& record)
-    : CNewCoursePage(ContentText::c_strSummaryPage), m_record(record) {
+    : CWizardPage(ContentText::c_strSummaryPage), m_record(record) {
     m_pSummary = DialogParts::Named(DialogParts::ReadOnlyText(this), "summary", ContentText::c_strSummary);
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addWidget(m_pSummary);

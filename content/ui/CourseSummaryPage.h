@@ -1,12 +1,12 @@
 #pragma once
 
 #include "content/NewCourse.h"
-#include "content/ui/NewCoursePage.h"
+#include "content/ui/WizardPage.h"
 
 class QPlainTextEdit;
 
 /// Page 4: what was chosen.
-class CShowUserSelectPropertyPage : public CNewCoursePage {
+class CShowUserSelectPropertyPage : public CWizardPage {
     Q_OBJECT
 public:
     explicit CShowUserSelectPropertyPage(CreateRecord& record);

@@ -66,7 +66,7 @@ protected:
 
 CSelectCourseTempletePropertyPage::CSelectCourseTempletePropertyPage(Torvane::Dialog::MFC::IPeople& people,
                                                                      CreateRecord& record)
-    : CNewCoursePage(ContentText::c_strTemplatePage), m_people(people), m_record(record),
+    : CWizardPage(ContentText::c_strTemplatePage), m_people(people), m_record(record),
       m_store(CSysInfo::Instance().GetTemplatesFolder(false)) {
     using namespace ContentText;
     m_pTemplates = Named(new CChoiceList(this), "templateList", c_strTemplateList);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "content/NewCourse.h"
-#include "content/ui/NewCoursePage.h"
+#include "content/ui/WizardPage.h"
 #include "platform/base/People.h"
 
 class CPicturePane;
@@ -10,7 +10,7 @@ class QListWidget;
 class QToolButton;
 
 /// Page 3: the template, with its previews.
-class CSelectCourseTempletePropertyPage : public CNewCoursePage {
+class CSelectCourseTempletePropertyPage : public CWizardPage {
     Q_OBJECT
 public:
     CSelectCourseTempletePropertyPage(Torvane::Dialog::MFC::IPeople& people, CreateRecord& record);

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "content/ui/PagedWizard.h"
 #include "course/Course.h"
 #include "server/CourseChoice.h"
-
-#include <QWizard>
 
 #include <memory>
 
@@ -11,7 +10,7 @@ class CGetCourseInfoPropertyPage;
 class CSelectCourseNodePropertyPage;
 
 /// The wizard "新建课程向导": course, folder, template, summary. Writes nothing but the empty course folder.
-class CCreateProjectWizard : public QWizard {
+class CCreateProjectWizard : public CPagedWizard {
     Q_OBJECT
 public:
     CCreateProjectWizard(Torvane::Dialog::MFC::IPeople& people, CServerSession& session, QWidget* pParent);
@@ -23,20 +22,15 @@ public:
     const CreateRecord& GetRecord() const { return m_record; }
 
 protected:
-    bool event(QEvent* pEvent) override;
+    void Begin() override;
 
 private:
-    void SetButtons();
     void AddPages();
-    void OnPage();
-    void FetchCourses();
 
     Torvane::Dialog::MFC::IPeople& m_people;
     CCourseChoice m_choice;
     /// The pages fill it, each its own part, as they are left.
     CreateRecord m_record;
-    /// The fetch has begun; there is one.
-    bool m_bFetching = false;
     CGetCourseInfoPropertyPage* m_pCoursePage = nullptr;
     /// Not among the pages: nobody is asked for the initial nodes.
     std::unique_ptr<CSelectCourseNodePropertyPage> m_pNodesPage;

@@ -1,7 +1,9 @@
 #include "content/ui/TreeDialogs.h"
 
 #include "content/Texts.h"
+#include "content/ui/CreateNodeFileWizard.h"
 #include "content/ui/CustomTitlesDialog.h"
+#include "content/ui/InSiteLinkDialog.h"
 #include "content/ui/OpenTypeDialog.h"
 #include "platform/ui/DialogParts.h"
 
@@ -94,6 +96,8 @@ std::optional<QStringList> CTreeDialogs::AskCustomTitles(const QStringList& titl
                             &CCustomTitlesDialog::GetTitles);
 }
 
-std::optional<CNodeFileParams> CTreeDialogs::AskContent(const ContentPreset&, CBookNode&) {
-    return std::nullopt;
+std::optional<CNodeFileParams> CTreeDialogs::AskContent(const ContentPreset& preset, CBookNode& node) {
+    const AskLink askLink = [&node](QWidget* pParent) { return AskInSiteLink(node, pParent); };
+    return DialogParts::Run(new CCreateNodeFileWizard(m_people, preset, askLink, Window()),
+                            &CCreateNodeFileWizard::GetParams);
 }

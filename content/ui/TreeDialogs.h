@@ -1,13 +1,16 @@
 #pragma once
 
 #include "content/TreeDialogs.h"
+#include "platform/base/People.h"
 
 class QWidget;
 
-/// The dialogs of the tree's commands as real windows, over the window of a widget that outlives this.
+/// The dialogs of the tree's commands as real windows, over the window of a widget that outlives this. What
+/// the wizard refuses the people are told.
 class CTreeDialogs : public ITreeDialogs {
 public:
-    explicit CTreeDialogs(QWidget* pParent) : m_pParent(pParent) {}
+    CTreeDialogs(Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
+        : m_people(people), m_pParent(pParent) {}
 
     bool ConfirmDeletion(const QString& strTitles) override;
     std::optional<QString> AskTitles(const QString& strPreset) override;
@@ -18,5 +21,6 @@ public:
 private:
     QWidget* Window() const;
 
+    Torvane::Dialog::MFC::IPeople& m_people;
     QWidget* m_pParent;
 };

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
@@ -23,6 +24,7 @@ using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
 using Torvane::Dialog::MFC::CShowStatusDlg;
+using Torvane::Dialog::MFC::IPeople;
 
 namespace {
 
@@ -98,6 +100,49 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
         break;
     }
     return QMessageBox::NoIcon;
+}
+
+/// A box with its buttons, of which the first is the default. The window under it may go meanwhile and take
+/// it along.
+struct SBox {
+    SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon, QWidget* pParent);
+
+    /// What was pressed; nothing for whatever else ended it.
+    std::optional<BoxAnswer> Run();
+
+    QPointer<QMessageBox> pBox;
+    QHash<QAbstractButton*, BoxAnswer> Answers;
+    /// Closing, where the box may be closed, answers like the last button.
+    BoxAnswer Closed = BoxAnswer::Ok;
+};
+
+SBox::SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+           QWidget* pParent)
+    : pBox(new QMessageBox(IconOf(icon), strTitle, strText, QMessageBox::NoButton, pParent)) {
+    pBox->setObjectName(QStringLiteral("messageBox"));
+    pBox->setTextFormat(Qt::PlainText);
+    auto* pHeldKeyStop = new CHeldKeyStop(pBox);
+    pBox->installEventFilter(pHeldKeyStop);
+    for (const SButton& button : ButtonsOf(buttons)) {
+        QPushButton* pButton = pBox->addButton(button.strText, button.Role);
+        pButton->setObjectName(QLatin1String(button.szName));
+        pButton->installEventFilter(pHeldKeyStop);
+        if (Answers.isEmpty())
+            pBox->setDefaultButton(pButton);
+        Answers.insert(pButton, button.Answer);
+        Closed = button.Answer;
+        if (buttons != BoxButtons::YesNo)
+            pBox->setEscapeButton(pButton);
+    }
+}
+
+std::optional<BoxAnswer> SBox::Run() {
+    pBox->exec();
+    if (!pBox)
+        return std::nullopt;
+    const auto pressed = Answers.constFind(pBox->clickedButton());
+    delete pBox;
+    return pressed == Answers.constEnd() ? std::nullopt : std::optional(*pressed);
 }
 
 /// Runs a picker and gives what was picked. The window under it may go meanwhile and take the picker along.
@@ -181,32 +226,23 @@ QWidget* CQtPeople::Parent() const {
 }
 
 BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon) {
-    const QPointer<QMessageBox> pBox(
-        new QMessageBox(IconOf(icon), strTitle, strText, QMessageBox::NoButton, Parent()));
-    pBox->setObjectName(QStringLiteral("messageBox"));
-    pBox->setTextFormat(Qt::PlainText);
-    auto* pHeldKeyStop = new CHeldKeyStop(pBox);
-    pBox->installEventFilter(pHeldKeyStop);
-    QHash<QAbstractButton*, BoxAnswer> answers;
-    // Closing, where the box may be closed, answers like the last button.
-    BoxAnswer closed = BoxAnswer::Ok;
-    for (const SButton& button : ButtonsOf(buttons)) {
-        QPushButton* pButton = pBox->addButton(button.strText, button.Role);
-        pButton->setObjectName(QLatin1String(button.szName));
-        pButton->installEventFilter(pHeldKeyStop);
-        if (answers.isEmpty())
-            pBox->setDefaultButton(pButton);
-        answers.insert(pButton, button.Answer);
-        closed = button.Answer;
-        if (buttons != BoxButtons::YesNo)
-            pBox->setEscapeButton(pButton);
-    }
-    pBox->exec();
-    if (!pBox)
-        return closed;
-    const BoxAnswer answer = answers.value(pBox->clickedButton(), closed);
-    delete pBox;
-    return answer;
+    SBox box(strText, strTitle, buttons, icon, Parent());
+    return box.Run().value_or(box.Closed);
+}
+
+IPeople::YesNoAll CQtPeople::QueryYesNoAll(const QString& strText) {
+    SBox box(strText, UiTexts::c_strQuestionTitle, BoxButtons::YesNo, BoxIcon::Question, Parent());
+    auto* pAll = new QCheckBox(UiTexts::c_strForAll, box.pBox);
+    pAll->setObjectName(QStringLiteral("forAll"));
+    bool bAll = false;
+    QObject::connect(pAll, &QCheckBox::toggled, [&bAll](bool bOn) { bAll = bOn; });
+    box.pBox->setCheckBox(pAll);
+    // Stands for Escape and closing, which answer for this once.
+    QPushButton* pClosed = box.pBox->addButton(UiTexts::c_strCancel, QMessageBox::RejectRole);
+    pClosed->hide();
+    box.pBox->setEscapeButton(pClosed);
+    const std::optional<BoxAnswer> answer = box.Run();
+    return answer ? YesNoAll{*answer == BoxAnswer::Yes, bAll} : YesNoAll{};
 }
 
 std::unique_ptr<CShowStatusDlg> CQtPeople::OpenStatus() {

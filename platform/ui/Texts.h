@@ -10,6 +10,8 @@ inline const QString c_strCancel = QStringLiteral("取消");
 inline const QString c_strYes = QStringLiteral("是(&Y)");
 inline const QString c_strNo = QStringLiteral("否(&N)");
 inline const QString c_strRetry = QStringLiteral("重试(&R)");
+inline const QString c_strQuestionTitle = QStringLiteral("提示");
+inline const QString c_strForAll = QStringLiteral("以后都这样处理，不再询问(&A)");
 
 inline const QString c_strOpen = QStringLiteral("打开(&O)");
 inline const QString c_strChoose = QStringLiteral("选择(&S)");

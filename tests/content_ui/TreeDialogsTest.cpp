@@ -1,6 +1,7 @@
 #include "content/ui/TreeDialogs.h"
 #include "content/ui/CustomTitlesDialog.h"
 #include "course/CustomTitles.h"
+#include "tests/support/ScriptedPeople.h"
 #include "tests/support/WindowHelp.h"
 
 #include <gtest/gtest.h>
@@ -101,7 +102,8 @@ TEST(CustomTitlesDialogTest, ASwitchedOffIntroductionIsPassedOver) {
 }
 
 TEST(TreeDialogs, TheOpenTypeIsChosenWithTheArrowKeys) {
-    CTreeDialogs dialogs(nullptr);
+    CScriptedPeople people;
+    CTreeDialogs dialogs(people, nullptr);
     InNextDialog([](QDialog& dialog) {
         EXPECT_TRUE(dialog.findChild<QRadioButton*>(u"openType0"_s)->isChecked());
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
@@ -120,7 +122,8 @@ TEST(TreeDialogs, TheOpenTypeIsChosenWithTheArrowKeys) {
 }
 
 TEST(TreeDialogs, TypingReplacesThePresetAndReturnDeletesNothing) {
-    CTreeDialogs dialogs(nullptr);
+    CScriptedPeople people;
+    CTreeDialogs dialogs(people, nullptr);
     InNextDialog([](QDialog& dialog) {
         QTest::keyClicks(dialog.focusWidget(), u"a, b"_s);
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
@@ -146,7 +149,8 @@ TEST(TreeDialogs, TypingReplacesThePresetAndReturnDeletesNothing) {
 TEST(TreeDialogs, ADialogGoesWithItsWindow) {
     auto pWindow = std::make_unique<QWidget>();
     pWindow->show();
-    CTreeDialogs dialogs(pWindow.get());
+    CScriptedPeople people;
+    CTreeDialogs dialogs(people, pWindow.get());
     WhenDialogOpens([&](QDialog&) { pWindow.reset(); });
     EXPECT_EQ(dialogs.AskTitles(u"a"_s), std::nullopt);
 }

@@ -4,6 +4,7 @@
 #include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
 
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QElapsedTimer>
 #include <QFileDialog>
@@ -122,6 +123,34 @@ TEST_F(CPeople, AKeyHeldSinceBeforeAnswersNothing) {
         dialog.findChild<QPushButton*>(u"retry"_s)->click();
     };
     EXPECT_EQ(Answer(BoxButtons::RetryCancel, hold), BoxAnswer::Retry);
+}
+
+TEST_F(CPeople, OnlyAButtonAnswersForAllThatFollow) {
+    struct Case {
+        QString strPressed;
+        bool bTicked, bYes, bAll;
+    };
+    for (const Case& c :
+         {Case{u"yes"_s, true, true, true}, Case{u"yes"_s, false, true, false},
+          Case{u"no"_s, true, false, true}, Case{u"Escape"_s, true, false, false},
+          Case{u"close"_s, true, false, false}, Case{u"its window goes"_s, true, false, false}}) {
+        auto pBelow = std::make_unique<QWidget>();
+        pBelow->show();
+        m_people.SetParent(pBelow.get());
+        WhenDialogOpens([&](QDialog& dialog) {
+            dialog.findChild<QCheckBox*>(u"forAll"_s)->setChecked(c.bTicked);
+            if (auto* pButton = dialog.findChild<QPushButton*>(c.strPressed))
+                pButton->click();
+            else if (c.strPressed == u"Escape")
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            else if (c.strPressed == u"close")
+                dialog.close();
+            else
+                pBelow.reset();
+        });
+        const auto answer = m_people.QueryYesNoAll(u"<b>文字</b>"_s);
+        EXPECT_TRUE(answer.bYes == c.bYes && answer.bAll == c.bAll) << c.strPressed.toStdString();
+    }
 }
 
 TEST_F(CPeople, TheStatusWindowIsPaintedAtOnce) {

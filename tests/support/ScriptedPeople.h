@@ -64,6 +64,12 @@ public:
         return next.answer;
     }
 
+    /// What she answers to a question that comes again and again holds for all that follow.
+    bool bForAll = false;
+    YesNoAll QueryYesNoAll(const QString& strText) override {
+        return {IPeople::QueryYesNoAll(strText).bYes, bForAll};
+    }
+
     std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override {
         return std::make_unique<CStatus>(*this);
     }

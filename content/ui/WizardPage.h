@@ -2,12 +2,12 @@
 
 #include <QWizardPage>
 
-/// What the pages of the new-course wizard have in common. Each fills its own part of the wizard's record as
-/// it is left.
-class CNewCoursePage : public QWizardPage {
+/// What the pages of the wizards have in common. Each fills its own part of the wizard's record as it is
+/// left.
+class CWizardPage : public QWizardPage {
     Q_OBJECT
 public:
-    explicit CNewCoursePage(const QString& strTitle) { setTitle(strTitle); }
+    explicit CWizardPage(const QString& strTitle) { setTitle(strTitle); }
 
     /// The page comes up, from the one before or from the one behind it.
     virtual void Activate() {}
