@@ -29,16 +29,12 @@ QByteArray Location(const QByteArray& headers) {
 
 } // namespace
 
-bool DownloadUrlToFile(const QString& strUrl, const QString& strPath,
-                       const std::function<void()>& whileWaiting) {
+bool DownloadUrlToFile(const QString& strUrl, const QString& strPath, const std::function<bool()>& goOn) {
     QElapsedTimer timer;
     timer.start();
     try {
         CHttpClient client;
-        client.SetWaitStep([&] {
-            whileWaiting();
-            return timer.elapsed() < c_nTimeLimitMs;
-        });
+        client.SetWaitStep([&] { return goOn() && timer.elapsed() < c_nTimeLimitMs; });
         QByteArray url = CodePage::Encode(strUrl);
         for (int nRequest = 0; nRequest <= c_nMaxRedirections; ++nRequest) {
             client.Request(url, EHttpMethod::Get, "Vorel");

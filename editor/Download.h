@@ -4,8 +4,7 @@
 
 #include <functional>
 
-/// Fetches a URL and makes a file of the answer's body, calling whileWaiting every few milliseconds. Follows
-/// a few redirections. False, with no file made, when the server doesn't answer well within a minute or the
-/// file can't be written.
-bool DownloadUrlToFile(const QString& strUrl, const QString& strPath,
-                       const std::function<void()>& whileWaiting);
+/// Fetches a URL and makes a file of the answer's body, asking goOn every few milliseconds, on whatever
+/// thread it is called. Follows a few redirections. False, with no file made, when the server doesn't answer
+/// well within a minute, the file can't be written, or goOn says no.
+bool DownloadUrlToFile(const QString& strUrl, const QString& strPath, const std::function<bool()>& goOn);

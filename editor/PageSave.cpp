@@ -5,7 +5,6 @@
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/TextFile.h"
-#include "platform/base/NativePath.h"
 
 #include <new>
 
@@ -16,9 +15,12 @@ namespace {
 
 constexpr qsizetype c_nMaxNamesShown = 15;
 
-/// As a person writes it: a path in native form, a URL as it is.
-QString ShownSource(const ResourceCopy& copy) {
-    return copy.bRemote ? copy.strSource : Platform::ToNativeExact(copy.strOpenPath);
+QString ListOf(QStringList names) {
+    if (names.size() > c_nMaxNamesShown) {
+        names.erase(names.begin() + c_nMaxNamesShown, names.end());
+        names.append(QStringLiteral("……"));
+    }
+    return names.join(u'\n');
 }
 
 } // namespace
@@ -77,8 +79,8 @@ void CPageSaver::RememberAsLoaded() {
         m_asLoaded = ProcessResources(strHtml, references, m_folders, copies);
 }
 
-bool CPageSaver::HasChanged(const QString& strText) const {
-    return strText != ReadTextFile(m_strPagePath) && (!m_asLoaded || strText != *m_asLoaded);
+bool CPageSaver::HasChanged(const QString& strText, const QString& strOnDisk) const {
+    return strText != strOnDisk && (!m_asLoaded || strText != *m_asLoaded);
 }
 
 ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {
@@ -102,72 +104,43 @@ ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {
     QList<ResourceCopy> copies;
     QList<Replacement> replacements = PlanReplacements(references, m_folders, copies);
     QString strText = ApplyReplacements(strHtml, replacements);
-    if (!HasChanged(strText))
+    const QString strOnDisk = ReadTextFile(m_strPagePath);
+    if (!HasChanged(strText, strOnDisk))
         return ESaveResult::Saved;
+    if (const ESaveResult answer = MayWrite(bAsk, bCanCancel); answer != ESaveResult::Saved)
+        return answer;
 
-    if (bAsk) {
-        const BoxAnswer answer =
-            m_people.Ask(EditorTexts::c_strAskSave, EditorTexts::c_strTip,
-                         bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo, BoxIcon::Question);
-        if (answer != BoxAnswer::Yes)
-            return answer == BoxAnswer::No ? ESaveResult::NotSaved : ESaveResult::Cancelled;
+    CResourceCopies task(m_people, copies, m_folders.strResFolder, m_fetch, bCanCancel);
+    if (!task.Run()) {
+        task.RemoveMade();
+        return ESaveResult::Cancelled;
     }
-
-    QList<qsizetype> failed;
-    const QStringList notCopied = MakeCopies(copies, failed);
-    if (!failed.isEmpty()) {
+    if (const QSet<qsizetype> failed = task.GetFailed(); !failed.isEmpty()) {
         replacements.removeIf([&](const Replacement& r) { return failed.contains(r.nCopy); });
         strText = ApplyReplacements(strHtml, replacements);
     }
-    if (!Write(strText))
+    if (!Write(strText)) {
+        // As long as the old page stands there, nothing refers to what was copied for the new one.
+        if (ReadTextFile(m_strPagePath) == strOnDisk)
+            task.RemoveMade();
         return ESaveResult::NotWritten;
+    }
     m_asLoaded.reset();
-    // A text that stands there already stays, and with it the caret and the steps to undo.
-    const bool bWrittenBack = !bWriteBack || strText == strHtml || m_page.SetCurrentHtml(strText);
-    if (!bWrittenBack)
-        m_people.Error(EditorTexts::c_strWriteBackFailed);
-    else if (bWriteBack)
-        RememberAsLoaded();
-    if (!notCopied.isEmpty())
-        m_people.Warn(EditorTexts::c_strNotCopied.arg(notCopied.join(u'\n')));
+    const bool bWrittenBack = !bWriteBack || WriteBack(strHtml, strText);
+    if (const QStringList names = task.GetFailedNames(); !names.isEmpty())
+        m_people.Warn(EditorTexts::c_strNotCopied.arg(ListOf(names)));
     return bWrittenBack ? ESaveResult::Saved : ESaveResult::NotSaved;
 }
 
-QStringList CPageSaver::MakeCopies(const QList<ResourceCopy>& copies, QList<qsizetype>& failed) {
-    const std::unique_ptr<CShowStatusDlg> pStatus = m_people.OpenStatus();
-    pStatus->ShowStatus(EditorTexts::c_strSaving);
-    QStringList notCopied;
-    for (qsizetype n = 0; n < copies.size(); ++n) {
-        if (!copies.at(n).bCopy)
-            continue;
-        m_people.KeepPainting();
-        if (CopyResource(copies.at(n)))
-            continue;
-        failed.append(n);
-        const QString strShown = ShownSource(copies.at(n));
-        if (!notCopied.contains(strShown))
-            notCopied.append(strShown);
-    }
-    if (notCopied.size() > c_nMaxNamesShown) {
-        notCopied.erase(notCopied.begin() + c_nMaxNamesShown, notCopied.end());
-        notCopied.append(QStringLiteral("……"));
-    }
-    return notCopied;
-}
-
-bool CPageSaver::CopyResource(const ResourceCopy& copy) {
-    // Like the local copy, a fetch never replaces what already lies there.
-    if (!Torvane::File::TryCreateFolderPath(m_folders.strResFolder) ||
-        Torvane::File::GetPathKind(copy.strDest) != Torvane::File::EPathKind::Nothing)
-        return false;
-    if (copy.bRemote)
-        return m_fetch && m_fetch(copy.strSource, copy.strDest);
-    try {
-        Torvane::File::CopyOneFile(copy.strOpenPath, copy.strDest, false);
-    } catch (const Torvane::CRunException&) {
-        return false;
-    }
-    return true;
+ESaveResult CPageSaver::MayWrite(bool bAsk, bool bCanCancel) {
+    if (!bAsk)
+        return ESaveResult::Saved;
+    const BoxAnswer answer =
+        m_people.Ask(EditorTexts::c_strAskSave, EditorTexts::c_strTip,
+                     bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo, BoxIcon::Question);
+    if (answer == BoxAnswer::Yes)
+        return ESaveResult::Saved;
+    return answer == BoxAnswer::No ? ESaveResult::NotSaved : ESaveResult::Cancelled;
 }
 
 bool CPageSaver::Write(const QString& strText) {
@@ -178,7 +151,23 @@ bool CPageSaver::Write(const QString& strText) {
     } catch (const Torvane::CRunException& exception) {
         m_people.Error(exception.GetMessage());
     }
-    return false;
+    return IsOnDisk(strText);
+}
+
+/// Whether the file holds the text, but for a line end behind it, which reading drops.
+bool CPageSaver::IsOnDisk(const QString& strText) const {
+    const QString strOnDisk = ReadTextFile(m_strPagePath);
+    return strOnDisk == strText || (strText.endsWith(u'\n') && strOnDisk == QStringView(strText).chopped(1));
+}
+
+bool CPageSaver::WriteBack(const QString& strHtml, const QString& strText) {
+    // A text that stands there already stays, and with it the caret and the steps to undo.
+    if (strText != strHtml && !m_page.SetCurrentHtml(strText)) {
+        m_people.Error(EditorTexts::c_strWriteBackFailed);
+        return false;
+    }
+    RememberAsLoaded();
+    return true;
 }
 
 bool CPageSaver::MayLeave(bool bCanCancel) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/ResourceText.h"
+#include "editor/ResourceCopies.h"
 #include "platform/base/People.h"
 
 #include <functional>
@@ -26,7 +26,7 @@ public:
 enum class ESaveResult {
     /// The page could not be written; the person has been told.
     NotWritten = -2,
-    /// The person wants to stay.
+    /// The person wants to stay, or has given up the copies.
     Cancelled = -1,
     /// Declined, or the live text could not be had; in the latter case the person has been told.
     NotSaved = 0,
@@ -38,10 +38,9 @@ enum class ESaveResult {
 /// there is no flag.
 class CPageSaver {
 public:
-    /// Fetches a URL into a new file; false when that failed, with nothing left at the path.
-    using FetchFile = std::function<bool(const QString& strUrl, const QString& strPath)>;
+    using FetchFile = CResourceCopies::FetchFile;
     /// Writes the page as a whole or not at all. False or an exception of the CRunException family when it
-    /// can't be written.
+    /// can't be written, or when what comes behind fails, as its size in the store.
     using WritePage = std::function<bool(const QString& strHtml)>;
 
     /// Page and people outlive the saver.
@@ -57,7 +56,8 @@ public:
     bool SurfaceHoldsPage();
 
     /// bWriteBack: the live text becomes what was written. bAsk: the person may decline, and with bCanCancel
-    /// stay.
+    /// stay. With bCanCancel she may give up the copies too, and with them the save, of which nothing is
+    /// left. A resource that does not come keeps its old reference in the page, and is named behind the save.
     ESaveResult SavePage(bool bWriteBack, bool bAsk, bool bCanCancel);
 
     /// Saves on the way out. False when the page is to stay: the person said so, or it could not be written
@@ -72,10 +72,11 @@ private:
     bool GetLiveText(QString& strHtml);
     bool GetReferences(ResourceText::References& references, QString& strFailure);
     void RememberAsLoaded();
-    bool HasChanged(const QString& strText) const;
-    QStringList MakeCopies(const QList<ResourceText::ResourceCopy>& copies, QList<qsizetype>& failed);
-    bool CopyResource(const ResourceText::ResourceCopy& copy);
+    bool HasChanged(const QString& strText, const QString& strOnDisk) const;
+    ESaveResult MayWrite(bool bAsk, bool bCanCancel);
     bool Write(const QString& strText);
+    bool IsOnDisk(const QString& strText) const;
+    bool WriteBack(const QString& strHtml, const QString& strText);
 
     ILivePage& m_page;
     Torvane::Dialog::MFC::IPeople& m_people;

@@ -7,6 +7,10 @@
 #include "foundation/Text.h"
 #include "foundation/Urls.h"
 
+#include <QUrl>
+
+#include <algorithm>
+
 namespace ResourceText {
 
 using namespace Torvane::File;
@@ -15,8 +19,20 @@ namespace {
 
 constexpr QChar c_backslash = u'\\';
 constexpr QLatin1StringView c_resUrl("res/");
+constexpr QLatin1StringView c_fileUrl("file:///");
+constexpr QLatin1StringView c_dataUrl("data:");
 /// Where letters wait while a text passes through the lower-casing conversion.
 constexpr char16_t c_nPrivateBase = 0xE000;
+
+/// The file that the surface shows for a reference: every escape taken back once. Empty where the reference
+/// is none to a file alone.
+QString PathAsShown(const QString& strReference) {
+    if (!LowerAscii(strReference.left(c_fileUrl.size())).startsWith(c_fileUrl) ||
+        strReference.contains(u'?') || strReference.contains(u'#'))
+        return {};
+    QString strPath = QUrl::fromPercentEncoding(strReference.sliced(c_fileUrl.size()).toUtf8());
+    return strPath.replace(u'/', c_backslash);
+}
 
 /// A local reference as a path in its own spelling. The conversion itself lower-cases, so upper-case letters
 /// pass through it as private characters; those of the scheme and of an escape's second digit are left to it.
@@ -37,16 +53,47 @@ QString PathAsSpelled(const QString& strReference) {
     return strText;
 }
 
-bool HasName(const QStringList& names, const QString& strName) {
-    for (const QString& strOther : names) {
-        if (EqualsIgnoringCase(strOther, strName))
-            return true;
+/// The file to open for a reference; empty when there is none.
+QString FindSource(const QString& strReference) {
+    // A picture that is its own text may be megabytes of it.
+    if (LowerAscii(strReference.left(c_dataUrl.size())) == c_dataUrl)
+        return {};
+    for (QString (*const read)(const QString&) : {&PathAsShown, &PathAsSpelled, &FileUrlToPath}) {
+        const QString strPath = read(strReference);
+        if (IsFile(strPath))
+            return strPath;
     }
-    return false;
+    return {};
 }
 
-QString WithSlashes(QString strPath) {
+/// Of a file in the resource folder. Three characters would make another file's name of it in a reference.
+QString UrlOfTail(QString strPath) {
+    strPath.replace(u'%', QLatin1StringView("%25"));
+    strPath.replace(u'#', QLatin1StringView("%23"));
+    strPath.replace(u'?', QLatin1StringView("%3F"));
     return strPath.replace(c_backslash, u'/');
+}
+
+/// A query or fragment behind a web picture's extension is no part of it, and in a file's name it would be
+/// taken for a query or fragment again.
+QString NameExtension(const QString& strSource) {
+    const QString strExtension = CodePage::Cut(Extension(strSource), c_nMaxPathBytes);
+    const auto isEnd = [](QChar c) { return c == u'?' || c == u'#' || c == u'%'; };
+    return strExtension.left(std::find_if(strExtension.begin(), strExtension.end(), isEnd) -
+                             strExtension.begin());
+}
+
+/// The bare names of all that stands in a folder but its folders.
+QStringList FilesIn(const QString& strFolder) {
+    struct CNames : IFileVisitor {
+        QStringList List;
+        void Visit(const QString&, const FindRecord& record) override {
+            if (!record.bFolder)
+                List.append(record.strName);
+        }
+    } names;
+    WalkFolder(strFolder, &names, nullptr, nullptr, false, nullptr, false);
+    return names.List;
 }
 
 /// "…\N13" of "…\N13\res\".
@@ -55,7 +102,7 @@ QString PageFolder(const PageFolders& folders) {
 }
 
 /// A resource that is to be copied or fetched into the page's folder.
-void PlanCopy(const PageFolders& folders, const QStringList* pNames, ResourceCopy& out) {
+void PlanCopy(const PageFolders& folders, CResourceNames* pNames, ResourceCopy& out) {
     out.bCopy = true;
     out.strName = MakeResourceName(BareName(out.strSource), folders.strResFolder, pNames);
     // The folder ends with a backslash already; the doubled one is read as one.
@@ -63,14 +110,13 @@ void PlanCopy(const PageFolders& folders, const QStringList* pNames, ResourceCop
     out.strUrl = c_resUrl + out.strName;
 }
 
-void PlanResources(const QStringList& sources, const PageFolders& folders, QStringList& names,
+void PlanResources(const QStringList& sources, const PageFolders& folders, CResourceNames& names,
                    QList<ResourceCopy>& copies, QList<Replacement>& replacements) {
     for (const QString& strSource : sources) {
         ResourceCopy copy;
         if (strSource.isEmpty() || !PlanResource(strSource, folders, &names, copy) || copy.strUrl.isEmpty())
             continue;
         replacements.append({strSource, copy.strUrl, copies.size()});
-        names.append(copy.strName);
         copies.append(copy);
     }
 }
@@ -107,26 +153,32 @@ QString ResFolderOfPage(const QString& strPagePath) {
     return ParentFolder(strPagePath) + QStringLiteral("\\res\\");
 }
 
-QString MakeResourceName(const QString& strSource, const QString& strFolder, const QStringList* pNames) {
-    const QString strExtension = CodePage::Cut(Extension(strSource), c_nMaxPathBytes);
-    QString strName = MakeUniqueName(strExtension, strFolder);
-    if (pNames == nullptr)
-        return strName;
-    const QString strBase = AddBackslash(strFolder);
-    bool bTaken = true;
-    while (bTaken) {
-        // Looked at anew on every pass, so that the loop ends. The name that comes out is looked at as well:
-        // two resources under one name would be one picture shown in place of the other.
-        bTaken = HasName(*pNames, strName);
-        const qsizetype nDot = strName.lastIndexOf(u'.');
-        strName = (nDot < 0 ? strName : strName.left(nDot)) + u'[' + QString::number(NextRandom()) + u']' +
-                  strExtension;
-        bTaken = bTaken || HasName(*pNames, strName) || GetPathKind(strBase + strName) != EPathKind::Nothing;
+QString CResourceNames::Make(const QString& strSource) {
+    if (!m_taken) {
+        m_taken.emplace();
+        const QStringList files = FilesIn(m_strFolder);
+        for (const QString& strFile : files)
+            m_taken->insert(LowerAscii(strFile));
     }
+    const QString strExtension = NameExtension(strSource);
+    if (!m_stems.contains(strExtension))
+        m_stems.insert(strExtension, FileTitle(MakeUniqueName(strExtension, m_strFolder)));
+    QString strName = m_stems.value(strExtension) + strExtension;
+    // The name that comes out is looked at as well: two resources under one name would be one picture shown
+    // in place of the other. It grows with each pass, so that one comes that is free.
+    do {
+        strName.chop(strExtension.size());
+        strName += u'[' + QString::number(NextRandom()) + u']' + strExtension;
+    } while (m_taken->contains(LowerAscii(strName)));
+    m_taken->insert(LowerAscii(strName));
     return strName;
 }
 
-bool PlanResource(const QString& strSource, const PageFolders& folders, const QStringList* pNames,
+QString MakeResourceName(const QString& strSource, const QString& strFolder, CResourceNames* pNames) {
+    return pNames != nullptr ? pNames->Make(strSource) : MakeUniqueName(NameExtension(strSource), strFolder);
+}
+
+bool PlanResource(const QString& strSource, const PageFolders& folders, CResourceNames* pNames,
                   ResourceCopy& out) {
     out = ResourceCopy();
     if (LowerAscii(strSource.left(7)) == QLatin1StringView("http://")) {
@@ -135,16 +187,14 @@ bool PlanResource(const QString& strSource, const PageFolders& folders, const QS
         PlanCopy(folders, pNames, out);
         return true;
     }
-    out.strSource = FileUrlToPath(strSource);
-    out.strOpenPath = PathAsSpelled(strSource);
-    if (!IsFile(out.strOpenPath))
-        out.strOpenPath = out.strSource;
-    if (!IsFile(out.strOpenPath))
+    out.strOpenPath = FindSource(strSource);
+    if (out.strOpenPath.isEmpty())
         return false;
+    out.strSource = LowerAscii(out.strOpenPath);
     if (IsPathUnder(folders.strResFolder, out.strSource, c_backslash)) {
         out.strName = BareName(out.strSource);
         out.strDest = out.strSource;
-        out.strUrl = WithSlashes(RelativeTail(PageFolder(folders), out.strSource, c_backslash));
+        out.strUrl = UrlOfTail(RelativeTail(PageFolder(folders), out.strSource, c_backslash));
         return true;
     }
     PlanCopy(folders, pNames, out);
@@ -154,7 +204,7 @@ bool PlanResource(const QString& strSource, const PageFolders& folders, const QS
 QList<Replacement> PlanReplacements(const References& references, const PageFolders& folders,
                                     QList<ResourceCopy>& copies) {
     QList<Replacement> replacements;
-    QStringList names;
+    CResourceNames names(folders.strResFolder);
     PlanResources(references.Images, folders, names, copies, replacements);
     PlanResources(references.Embeds, folders, names, copies, replacements);
     for (const QString& strAnchor : references.Anchors) {
@@ -167,31 +217,18 @@ QList<Replacement> PlanReplacements(const References& references, const PageFold
     return replacements;
 }
 
-QString ApplyReplacements(QString strHtml, const QList<Replacement>& replacements) {
-    for (const Replacement& replacement : replacements)
-        strHtml.replace(replacement.strFrom, replacement.strTo);
-    return strHtml;
-}
-
 QString ProcessResources(const QString& strHtml, const References& references, const PageFolders& folders,
                          QList<ResourceCopy>& copies) {
     return ApplyReplacements(strHtml, PlanReplacements(references, folders, copies));
 }
 
 QStringList FindGarbage(const QString& strHtml, const QString& strResFolder) {
-    struct CNames : IFileVisitor {
-        QStringList List;
-        void Visit(const QString&, const FindRecord& record) override {
-            if (!record.bFolder)
-                List.append(record.strName);
-        }
-    } names;
-    WalkFolder(strResFolder, &names, nullptr, nullptr, false, nullptr, false);
     // A link is lower-cased by rule and a surface may write escapes: the file behind such a reference is no
     // garbage, and what is deleted here is gone for good.
     const QString strDecoded = FileUrlToPath(QStringLiteral("file:///") + strHtml);
+    const QStringList names = FilesIn(strResFolder);
     QStringList garbage;
-    for (const QString& strName : std::as_const(names.List)) {
+    for (const QString& strName : names) {
         if (!strHtml.contains(strName) && !strDecoded.contains(LowerAscii(strName)))
             garbage.append(strName);
     }

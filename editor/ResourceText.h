@@ -1,8 +1,14 @@
 #pragma once
 
+#include "editor/Replacements.h"
+
+#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 /// Text work on a page so that it stands alone: which resources come into the page's folder, and what its
 /// references become. Pure functions of text, lists and the file system; paths in backslash form.
@@ -13,7 +19,7 @@ struct ResourceCopy {
     bool bCopy = false;
     bool bRemote = false;
     QString strSource;
-    /// The local source spelled as the page spells it. strSource is lower-cased, which on a disk that tells
+    /// The local source as it is spelled on the disk. strSource is lower-cased, which on a disk that tells
     /// case could name another file; this is the one to open.
     QString strOpenPath;
     QString strName;
@@ -40,28 +46,32 @@ struct PageFolders {
 /// "…\res\" beside a page.
 QString ResFolderOfPage(const QString& strPagePath);
 
-/// A name for a resource in the folder. pNames null: the bare time-stamp name; otherwise the name holds a
-/// random number in brackets and is neither in the list nor in the folder.
-QString MakeResourceName(const QString& strSource, const QString& strFolder, const QStringList* pNames);
+/// The names for the resources of one save. Each is given once, and none stands in the folder yet.
+class CResourceNames {
+public:
+    /// The folder is read when the first name is asked for.
+    explicit CResourceNames(QString strFolder) : m_strFolder(std::move(strFolder)) {}
+    /// "<time stamp>[<random number>]<the source's extension>".
+    QString Make(const QString& strSource);
+
+private:
+    QString m_strFolder;
+    /// Lower-cased. Empty until the folder has been read.
+    std::optional<QSet<QString>> m_taken;
+    /// What the names with an extension begin with.
+    QHash<QString, QString> m_stems;
+};
+
+/// A name for a resource in the folder. pNames null: the bare time-stamp name.
+QString MakeResourceName(const QString& strSource, const QString& strFolder, CResourceNames* pNames);
 
 /// False when the source is a local file that doesn't exist: the reference stays as it is.
-bool PlanResource(const QString& strSource, const PageFolders& folders, const QStringList* pNames,
+bool PlanResource(const QString& strSource, const PageFolders& folders, CResourceNames* pNames,
                   ResourceCopy& out);
-
-/// One change of the text: every occurrence of strFrom, telling case, becomes strTo.
-struct Replacement {
-    QString strFrom;
-    QString strTo;
-    /// Index of the planned resource that strTo names; -1 for a link.
-    qsizetype nCopy = -1;
-};
 
 /// What becomes of each reference, in the order in which the changes are to be made; fills copies.
 QList<Replacement> PlanReplacements(const References& references, const PageFolders& folders,
                                     QList<ResourceCopy>& copies);
-
-/// The changes one after the other, each over the whole text.
-QString ApplyReplacements(QString strHtml, const QList<Replacement>& replacements);
 
 /// Rewrites the references in the text and plans the copies: both of the above.
 QString ProcessResources(const QString& strHtml, const References& references, const PageFolders& folders,

@@ -22,6 +22,10 @@ inline const QString c_strNoLinks = QStringLiteral("获取链接路径失败!");
 inline const QString c_strResourcesFailed = QStringLiteral("处理编辑器外部资源失败！");
 inline const QString c_strAskSave = QStringLiteral("该文件内容已改变，您需要保存已修改的内容吗？");
 inline const QString c_strSaving = QStringLiteral("正在保存...");
+inline const QString c_strCopying = QStringLiteral("正在复制：%1");
+inline const QString c_strFetching = QStringLiteral("正在下载：%1");
+inline const QString c_strSaveCancelled =
+    QStringLiteral("您取消了保存，网页没有写入，您的修改仍在编辑器中。");
 inline const QString c_strSaveFailed = QStringLiteral("保存文件失败！");
 inline const QString c_strWriteBackFailed = QStringLiteral("更新编辑器源码失败！！");
 inline const QString c_strNotCopied =

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <functional>
 #include <thread>
 
 using namespace FileText;
@@ -100,14 +101,17 @@ quint32 GetFileSizeOf(const QString& strPath, quint32* pHigh) {
     return file.GetSize(pHigh);
 }
 
-void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite) {
+void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite, IWalkFilter* pFilter) {
     int nError = ENAMETOOLONG;
     if (!IsTooLong(strTarget) && !IsTooLong(strSource)) {
         const QByteArray target = NativeForCreating(strTarget);
         if (bOverwrite)
             MakeNormal(strTarget, target);
         const Platform::CFolder paths = Platform::CFolder::OfPaths();
-        nError = Platform::CopyFileBytes(paths, Platform::NativeBytes(strSource), paths, target, bOverwrite);
+        const std::function<bool()> stop =
+            pFilter ? [pFilter] { return pFilter->Cancelled(); } : std::function<bool()>();
+        nError =
+            Platform::CopyFileBytes(paths, Platform::NativeBytes(strSource), paths, target, bOverwrite, stop);
     }
     if (nError != 0)
         throw CFileException(c_strCannotCopy, strSource, strTarget, nError);

@@ -39,7 +39,9 @@ private:
 };
 
 quint32 GetFileSizeOf(const QString& strPath, quint32* pHigh = nullptr);
-void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite);
+/// The filter may cancel within a large file, of which nothing is left then; that throws as well.
+void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite,
+                 IWalkFilter* pFilter = nullptr);
 void DeleteOneFile(const QString& strPath, bool bForce);
 void ClearAttributes(const QString& strPath);
 

@@ -27,7 +27,7 @@ constexpr std::array<Escape, 9> c_escapes{{{u" ", u"%20"},
 } // namespace
 
 bool IsLocalRef(const QString& strText) {
-    return IsFile(strText) || LowerAscii(strText).contains(QLatin1String("file://"));
+    return LowerAscii(strText).contains(QLatin1String("file://")) || IsFile(strText);
 }
 
 QString FileUrlToPath(const QString& strUrl) {

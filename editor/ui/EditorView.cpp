@@ -24,10 +24,7 @@ const QString c_strBlank = QStringLiteral("about:blank");
 CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
     : CBookShowView(host, pParent), m_people(people), m_pBars(new CEditorToolBars(this)),
       m_pTabs(new QTabBar(this)), m_pSource(new QPlainTextEdit(this)), m_pDesign(new CWebBrowser2Ex(this)),
-      m_pPreview(new CWebBrowser2Ex(this)),
-      m_saver(*this, people, [&people](const QString& strUrl, const QString& strPath) {
-          return DownloadUrlToFile(strUrl, strPath, [&people] { people.KeepPainting(); });
-      }) {
+      m_pPreview(new CWebBrowser2Ex(this)), m_saver(*this, people, &DownloadUrlToFile) {
     setObjectName(QStringLiteral("CEditorView"));
     m_pDesign->setObjectName(QStringLiteral("design"));
     m_pPreview->setObjectName(QStringLiteral("preview"));

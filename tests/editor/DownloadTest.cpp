@@ -17,8 +17,8 @@ TEST(Download, TheBodyBecomesTheFileAlsoBehindARedirection) {
     const CStrangeServer moved("HTTP/1.0 302 Moved\r\nLocation: " + picture.Url("/b.gif") + "\r\n\r\n<html>");
     for (const CStrangeServer* pServer : {&picture, &moved}) {
         const QString strName = u"图 %1.gif"_s.arg(pServer == &moved);
-        EXPECT_TRUE(
-            DownloadUrlToFile(QString::fromLatin1(pServer->Url("/a.gif")), folder.Path(strName), [] {}));
+        EXPECT_TRUE(DownloadUrlToFile(QString::fromLatin1(pServer->Url("/a.gif")), folder.Path(strName),
+                                      [] { return true; }));
         EXPECT_EQ(folder.Read(strName), "GIF89a");
     }
 }
@@ -30,12 +30,13 @@ TEST(Download, NothingIsLeftOfAnythingElse) {
                                 "HTTP/1.0 302 Moved\r\nLocation: file:///etc/passwd\r\n\r\n", "nonsense"}) {
         const CStrangeServer server(szReply);
         EXPECT_FALSE(DownloadUrlToFile(QString::fromLatin1(server.Url("/a.gif")), folder.Path(strName), [] {
+            return true;
         })) << szReply;
         EXPECT_FALSE(folder.Exists(strName));
     }
     const CStrangeServer server(c_head + "GIF89a");
     EXPECT_FALSE(DownloadUrlToFile(QString::fromLatin1(server.Url("/a.gif")),
-                                   folder.Path(u"no\\such\\a.gif"_s), [] {}));
+                                   folder.Path(u"no\\such\\a.gif"_s), [] { return true; }));
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QThread>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -53,7 +55,10 @@ protected:
             if (m_bRefuse)
                 return false;
             m_written.append(strHtml);
-            return WriteTextFile(PagePath(), strHtml);
+            const bool bWritten = WriteTextFile(PagePath(), strHtml);
+            if (m_bThrowBehind)
+                throw Torvane::CRunException(u"磁盘已满"_s);
+            return bWritten;
         });
     }
     QString PagePath() const { return m_temp.Path(u"NodeResource\\N5\\Content.htm"_s); }
@@ -68,13 +73,23 @@ protected:
         m_page.Images = {Picture()};
     }
 
+    /// Is asked at once whether to give up.
+    struct CHastyPeople : CScriptedPeople {
+        qint64 GetPatience() override { return 0; }
+    };
+
     CTempFolder m_temp;
     CFakePage m_page;
-    CScriptedPeople m_people;
+    CHastyPeople m_people;
     QStringList m_written;
     bool m_bThrow = false;
+    bool m_bThrowBehind = false;
     bool m_bRefuse = false;
-    CPageSaver m_saver{m_page, m_people, [](const QString&, const QString&) { return false; }};
+    CPageSaver::FetchFile m_fetch;
+    CPageSaver m_saver{m_page, m_people,
+                       [this](const QString& strUrl, const QString& strPath, const auto& goOn) {
+                           return m_fetch && m_fetch(strUrl, strPath, goOn);
+                       }};
 };
 
 using BoxAnswer = CScriptedPeople::BoxAnswer;
@@ -107,6 +122,61 @@ TEST_F(PageSaveTest, APictureThatCannotBeFetchedKeepsItsReferenceAndIsNamed) {
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     ASSERT_EQ(ResFiles().size(), 1);
     EXPECT_EQ(ReadTextFile(PagePath()), QString(u"res/" + ResFiles().first() + u' ' + strUrl));
+}
+
+TEST_F(PageSaveTest, WhoGivesUpTheCopiesHasTheOldPageUnlessItHasToBeLeft) {
+    const QString strUrl = u"http://h/x.gif"_s;
+    m_fetch = [](const QString&, const QString&, const std::function<bool()>& goOn) {
+        while (goOn())
+            QThread::msleep(1);
+        return false;
+    };
+    for (const bool bMayStay : {true, false}) {
+        Open(u"old"_s, u"a"_s);
+        m_page.strHtml = Picture() + u' ' + strUrl;
+        m_page.Images = {Picture(), strUrl, strUrl};
+        m_people.GiveUps = {true};
+        m_people.Expect(c_strAsk, BoxAnswer::Yes);
+        m_people.Expect(bMayStay ? u"您取消了保存，网页没有写入，您的修改仍在编辑器中。"_s
+                                 : u"以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n"_s + strUrl);
+        EXPECT_EQ(m_saver.MayLeave(bMayStay), !bMayStay);
+        const QStringList files = ResFiles();
+        ASSERT_EQ(files.size(), bMayStay ? 0 : 1);
+        EXPECT_EQ(ReadTextFile(PagePath()),
+                  bMayStay ? u"old"_s : QString(u"res/" + files.first() + u' ' + strUrl));
+        EXPECT_TRUE(m_people.Statuses.contains(u"正在下载："_s + strUrl));
+    }
+}
+
+TEST_F(PageSaveTest, APictureThatGoesAwayBetweenPlanAndCopyKeepsItsReference) {
+    Open(u"a"_s, u"a"_s);
+    const QString strUrl = u"http://h/x.gif"_s;
+    m_page.strHtml = strUrl + u' ' + Picture();
+    m_page.Images = {strUrl, Picture()};
+    m_fetch = [this](const QString&, const QString& strPath, const auto&) {
+        QFile::remove(m_temp.Native(u"图 1.gif"_s));
+        return WriteTextFile(strPath, u"x"_s);
+    };
+    m_people.Expect(u"以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n"_s +
+                    m_temp.Native(u"图 1.gif"_s));
+    EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
+    ASSERT_EQ(ResFiles().size(), 1);
+    EXPECT_EQ(m_page.strHtml, QString(u"res/" + ResFiles().first() + u' ' + Picture()));
+}
+
+TEST_F(PageSaveTest, CopiesStayIfThePageThatRefersToThemIsOnTheDisk) {
+    for (const bool bWritten : {true, false}) {
+        Open(u"a"_s, u"a"_s);
+        InsertPicture();
+        m_bThrow = !bWritten;
+        m_bThrowBehind = bWritten;
+        const auto nFiles = ResFiles().size();
+        m_people.Expect(u"磁盘已满"_s);
+        EXPECT_EQ(m_saver.SavePage(true, false, true),
+                  bWritten ? ESaveResult::Saved : ESaveResult::NotWritten);
+        EXPECT_EQ(ResFiles().size(), nFiles + (bWritten ? 1 : 0));
+        EXPECT_EQ(m_page.strHtml.contains(u"res/"_s), bWritten);
+    }
 }
 
 TEST_F(PageSaveTest, EachFailureHasItsMessagesAndWritesNothing) {

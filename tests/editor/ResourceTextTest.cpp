@@ -44,7 +44,7 @@ protected:
 
 TEST_F(ResourceTextTest, PlansOutsideResourcesUnderANewName) {
     ResourceCopy copy;
-    const QStringList names;
+    CResourceNames names(m_folders.strResFolder);
     const QString strPath = m_temp.Path(u"图片\\My Pic[1].GIF"_s);
     ASSERT_TRUE(PlanResource(Reference(strPath), m_folders, &names, copy));
     EXPECT_TRUE(copy.bCopy);
