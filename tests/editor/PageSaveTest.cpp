@@ -2,6 +2,7 @@
 
 #include "foundation/Exceptions.h"
 #include "foundation/TextFile.h"
+#include "tests/editor/FakePage.h"
 #include "tests/support/ScriptedPeople.h"
 #include "tests/support/TempFolder.h"
 
@@ -14,31 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString c_strAsk = u"该文件内容已改变，您需要保存已修改的内容吗？"_s;
-
-class CFakePage : public ILivePage {
-public:
-    QString strHtml, strUrl;
-    QStringList Images, Embeds, Anchors;
-    QString strFailing;
-    bool bInSource = false;
-
-    bool IsInSource() const override { return bInSource; }
-    bool GetCurrentHtml(QString& strOut) override { return Give(u"html", strOut, strHtml); }
-    bool SetCurrentHtml(const QString& strNew) override { return Give(u"set", strHtml, strNew); }
-    bool GetAllImageSrc(QStringList& list) override { return Give(u"images", list, Images); }
-    bool GetAllEmbededSrc(QStringList& list) override { return Give(u"embeds", list, Embeds); }
-    bool GetAllAnchorHref(QStringList& list) override { return Give(u"anchors", list, Anchors); }
-    bool GetURL(QString& strOut) override { return Give(u"url", strOut, strUrl); }
-
-private:
-    template <class T>
-    bool Give(QStringView strWhat, T& out, const T& value) {
-        if (strFailing == strWhat)
-            return false;
-        out = value;
-        return true;
-    }
-};
 
 class PageSaveTest : public ::testing::Test {
 protected:

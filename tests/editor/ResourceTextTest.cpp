@@ -69,6 +69,30 @@ TEST_F(ResourceTextTest, OpensTheSpellingThatThePageNames) {
     }
 }
 
+TEST_F(ResourceTextTest, NamesThatLookLikeUrlsNameTheFileThatShows) {
+    CResourceNames names(m_folders.strResFolder);
+    const struct {
+        QString strName, strInUrl, strUrlInRes;
+    } rows[] = {{u"100%.png"_s, u"100%25.png"_s, u"res/100%25.png"_s},
+                {u"a%26b.png"_s, u"a%2526b.png"_s, u"res/a%2526b.png"_s},
+                {u"a#1?.p#g"_s, u"a%231%3F.p%23g"_s, u"res/a%231%3F.p%23g"_s},
+                {u"A&B.png"_s, u"A%26B.png"_s, u"res/a&b.png"_s}};
+    for (const auto& row : rows) {
+        m_temp.Write(u"图片\\"_s + row.strName, "x");
+        m_temp.Write(u"NodeResource\\N13\\res\\"_s + row.strName, "x");
+        ResourceCopy copy;
+        const QString strOutside = Reference(m_temp.Path(u"图片\\"_s)) + row.strInUrl;
+        ASSERT_TRUE(PlanResource(strOutside, m_folders, &names, copy));
+        EXPECT_EQ(copy.strOpenPath, m_temp.Path(u"图片\\"_s) + row.strName);
+        EXPECT_TRUE(Matches(copy.strUrl, "res/\\d{12}\\[\\d{1,5}\\]\\.pn?g?")) << copy.strUrl.toStdString();
+        ASSERT_TRUE(PlanResource(PageReference(u"N13\\res\\"_s) + row.strInUrl, m_folders, &names, copy));
+        EXPECT_EQ(copy.strUrl, row.strUrlInRes);
+    }
+    ResourceCopy copy;
+    ASSERT_TRUE(PlanResource(u"http://h/a.gif?size=1"_s, m_folders, &names, copy));
+    EXPECT_TRUE(copy.strName.endsWith(u"].gif"_s));
+}
+
 TEST_F(ResourceTextTest, LeavesAloneWhatIsNoResourceToCopy) {
     ResourceCopy copy;
     for (const char16_t* szSource :
