@@ -24,6 +24,7 @@ namespace {
 constexpr int c_nTipDelayMilliseconds = 10;
 constexpr int c_nTipMilliseconds = 20000;
 constexpr int c_nTipCharacters = 30;
+constexpr int c_nArrivalMilliseconds = 100;
 /// From the top left corner of what a tip belongs to.
 constexpr QPoint c_pointerPlace(10, 10);
 
@@ -84,7 +85,7 @@ void CSelectCreateTypePropertyPage::AddKinds(const ContentPreset& preset) {
 }
 
 void CSelectCreateTypePropertyPage::ShowAdvice() {
-    QAbstractButton* pKind = m_pKinds->checkedButton();
+    QWidget* pKind = m_pKinds->checkedButton();
     if (!m_bAdvice || !isVisible() || pKind == nullptr)
         return;
     const QPoint place = pKind->mapToGlobal(c_pointerPlace);
@@ -92,7 +93,12 @@ void CSelectCreateTypePropertyPage::ShowAdvice() {
     if (QGuiApplication::mouseButtons() == Qt::NoButton &&
         !QGuiApplication::platformName().startsWith(u"wayland"_s))
         QCursor::setPos(pKind->screen(), place);
-    QToolTip::showText(place, pKind->toolTip(), pKind, {}, c_nTipMilliseconds);
+    // The pointer brings the tip along, unless it could not go there. A tip that stood there before it would
+    // go away with what the pointer leaves.
+    QTimer::singleShot(c_nArrivalMilliseconds, pKind, [pKind, place] {
+        if (pKind->hasFocus() && !QToolTip::isVisible())
+            QToolTip::showText(place, pKind->toolTip(), pKind, {}, c_nTipMilliseconds);
+    });
 }
 
 QWidget* CSelectCreateTypePropertyPage::GetFirstField() const {

@@ -98,6 +98,7 @@ TEST_F(CreateNodeFileWizardTest, TheAdviceIsSeenAtOnceAndNotInTheWay) {
     const ContentPreset preset = ContentKinds::PresetFor(EContentKind::None, u"<b>课</b>"_s);
     Open(preset);
     EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }));
+    EXPECT_FALSE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 500)) << "it was shown too soon";
     EXPECT_TRUE(QToolTip::text().contains(ContentKinds::PresetTip(preset).toHtmlEscaped()));
     EXPECT_TRUE(The<QRadioButton>(u"kind0"_s).hasFocus());
     // A double click takes the kind and goes on.
