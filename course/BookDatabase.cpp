@@ -207,6 +207,9 @@ bool CBookDatabase::GetChildren(qint32 nParentId, QList<NodeHeader>& list) {
 
 QList<qint32> CBookDatabase::GetChildIds(qint32 nParentId) {
     return Guarded([&](Connection& connection) {
+        const Connection::State state = connection.GetState();
+        if (const auto& last = connection.LongFamily; last.nParentId == nParentId && last.ReadIn == state)
+            return last.Ids;
         CStoreQuery query =
             connection.Query("SELECT Id FROM Book WHERE ParentId = ? ORDER BY [Index] ASC", nParentId);
         CChildren children(connection.HasUniqueIds());
@@ -215,6 +218,8 @@ QList<qint32> CBookDatabase::GetChildIds(qint32 nParentId) {
             if (const qint32 nId = query.IntOr(0, -1); children.Has(nId, nParentId))
                 ids.append(nId);
         }
+        if (ids.size() > c_nManyChildren)
+            connection.LongFamily = {nParentId, state, ids};
         return ids;
     });
 }
@@ -253,7 +258,12 @@ QHash<qint32, QList<NodeHeader>> CBookDatabase::GetGrandchildren(qint32 nParentI
 }
 
 QHash<qint32, QList<qint32>> CBookDatabase::GetGrandchildIds(qint32 nParentId) {
-    if (GetChildrenCount(nParentId) > c_nManyChildren)
+    const bool bMany = Guarded([&](Connection& connection) {
+        return connection
+            .Query("SELECT 1 FROM Book WHERE ParentId = ? LIMIT 1 OFFSET ?", nParentId, c_nManyChildren)
+            .Step();
+    });
+    if (bMany)
         return GetFamiliesAmong(nParentId);
     return Guarded([&](Connection& connection) {
         return Families<qint32>(connection.Query("SELECT ParentId, Id FROM Book WHERE ParentId IN "

@@ -103,7 +103,9 @@ int CStoreQuery::DeclaredWidth(int nColumn) const {
 }
 
 CBookDatabase::Connection::Connection(const QString& strNativePath)
-    : m_database(strNativePath.toStdString(), SQLite::OPEN_READWRITE, c_nBusyMilliseconds) {
+    // One thread makes all calls, so none has to lock the engine.
+    : m_database(strNativePath.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX,
+                 c_nBusyMilliseconds) {
     // A course comes from anyone's disk: what its database brings along besides the table is never run.
     sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
@@ -137,6 +139,12 @@ void CBookDatabase::Connection::Bind(SQLite::Statement& statement, int nPlace, c
     statement.bind(nPlace, std::string(ascii.constData(), static_cast<std::size_t>(ascii.size())));
 }
 
+CBookDatabase::Connection::State CBookDatabase::Connection::GetState() {
+    CStoreQuery query = Query("PRAGMA data_version");
+    query.Step();
+    return {sqlite3_total_changes64(m_database.getHandle()), query.Int(0)};
+}
+
 /// A full disk or a failing one makes the engine undo the whole transaction by itself. The steps that follow
 /// must not land one by one then.
 bool CBookDatabase::Connection::IsLost() const {
@@ -166,6 +174,8 @@ void CBookDatabase::Connection::Commit() {
 void CBookDatabase::Connection::Undo() noexcept {
     if (m_nDepth == 0)
         return;
+    // It may show what is undone, and the count of changes never goes back.
+    LongFamily = {};
     if (!IsLost()) {
         if (m_nDepth == 1)
             m_database.tryExec("ROLLBACK");

@@ -67,6 +67,21 @@ struct CBookDatabase::Connection {
     /// False where a stranger's table lets a number stand in several rows.
     bool HasUniqueIds() const { return m_bUniqueIds; }
 
+    /// Another after each change to the store, by whomever.
+    struct State {
+        qint64 nOwnChanges = -1;
+        qint64 nOthersChanges = -1;
+        bool operator==(const State&) const = default;
+    };
+    State GetState();
+    /// The long list of children that was read last, and in which state: whoever shows a node asks for it
+    /// right behind the tree.
+    struct {
+        qint32 nParentId = -1;
+        State ReadIn;
+        QList<qint32> Ids;
+    } LongFamily;
+
     /// Only the outermost writes to the disk; an inner one that is undone takes back its own steps alone.
     void Begin();
     void Commit();

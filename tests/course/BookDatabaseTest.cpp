@@ -2,6 +2,8 @@
 #include "foundation/Exceptions.h"
 #include "tests/support/CourseFakes.h"
 
+#include <sqlite3.h>
+
 #include <QDateTime>
 #include <QFileInfo>
 
@@ -145,6 +147,36 @@ TEST_F(BookDatabaseTest, TransactionsNestAndOnlyTheOutermostLands) {
             outer.Commit();
     }
     EXPECT_EQ(Children(3), "a1 b2");
+}
+
+// A long list is kept for whoever asks next.
+TEST_F(BookDatabaseTest, LongListOfChildrenFollowsEveryChange) {
+    qsizetype nChildren = 2500;
+    {
+        CBookDatabase::CTransaction transaction(*Database);
+        for (int nChild = 0; nChild < nChildren; ++nChild)
+            Add(3, u"a"_s);
+        transaction.Commit();
+    }
+    const auto list = [&] { return Database->GetChildIds(3); };
+    ASSERT_EQ(list().size(), nChildren);
+    EXPECT_EQ(Database->GetChildIds(4).size(), 0);
+    {
+        CBookDatabase::CTransaction undone(*Database);
+        ASSERT_TRUE(Database->DeleteNode(4));
+        EXPECT_EQ(list().size(), nChildren - 1);
+    }
+    EXPECT_EQ(list().size(), nChildren);
+    ASSERT_TRUE(Database->MoveUp(5));
+    EXPECT_EQ(list().first(), 5);
+    ASSERT_TRUE(Database->DeleteNode(4));
+    EXPECT_EQ(list().size(), --nChildren);
+    sqlite3* pOther = nullptr;
+    ASSERT_EQ(sqlite3_open(World.Folder.Native(u"VorelCourse.mdb"_s).toUtf8().constData(), &pOther),
+              SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(pOther, "DELETE FROM Book WHERE Id = 5", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(pOther);
+    EXPECT_EQ(list().size(), --nChildren) << "another program's change";
 }
 
 TEST_F(BookDatabaseTest, ClosedCourseIsOneFile) {
