@@ -10,30 +10,16 @@
 #include <utility>
 
 struct CBookTree::Line {
-    ETreeLine Kind = ETreeLine::Node;
     Line* pParent = nullptr;
     int nRow = 0;
-    /// Whether the children have been read; without it none of them stands here.
-    bool bRead = false;
     /// -1 for a heading.
     qint32 nId = -1;
+    ETreeLine Kind = ETreeLine::Node;
+    /// Whether the children have been read; without it none of them stands here.
+    bool bRead = false;
     /// Made when somebody first looks at the line; null for a heading.
     std::unique_ptr<CBookNode> pNode;
     Lines children;
-
-    Line() = default;
-    Line(const Line&) = delete;
-    Line& operator=(const Line&) = delete;
-    /// No recursion: nothing limits how deep a tree is.
-    ~Line() {
-        Lines waiting = std::move(children);
-        while (!waiting.empty()) {
-            const std::unique_ptr<Line> pLine = std::move(waiting.back());
-            waiting.pop_back();
-            std::ranges::move(pLine->children, std::back_inserter(waiting));
-            pLine->children.clear();
-        }
-    }
 
     int ChildCount() const { return static_cast<int>(children.size()); }
     Line& Child(int nChild) const { return *children[static_cast<std::size_t>(nChild)]; }
@@ -81,7 +67,7 @@ CBookNode& CBookTree::Node(Line& line) const {
 
 /// Makes the nodes of all children in one go.
 void CBookTree::ReadNodes(const Line& parent) const {
-    if (std::ranges::all_of(parent.children, [](const auto& pChild) { return pChild->pNode != nullptr; }))
+    if (std::ranges::all_of(parent.children, [](const Line* pChild) { return pChild->pNode != nullptr; }))
         return;
     QList<NodeHeader> headers;
     Store().GetChildren(parent.nId, headers);
@@ -129,8 +115,8 @@ TitleTaken CBookTree::TakenBelow(const QModelIndex& parent, const QModelIndex& e
     ReadNodes(line);
     QSet<QString> titles;
     titles.reserve(line.ChildCount());
-    for (const auto& pChild : line.children) {
-        if (!except.isValid() || pChild.get() != At(except))
+    for (Line* pChild : line.children) {
+        if (!except.isValid() || pChild != At(except))
             titles.insert(Node(*pChild).GetTitle());
     }
     return [titles](const QString& strTitle) { return titles.contains(strTitle); };
@@ -153,7 +139,7 @@ void CBookTree::Load(CCourse& course) {
         root.children = MakeLines(root, Store().GetChildIds(root.nId));
         root.bRead = true;
         const auto below = Store().GetGrandchildIds(root.nId);
-        for (const auto& pChild : root.children) {
+        for (Line* pChild : root.children) {
             pChild->children = MakeLines(*pChild, below.value(pChild->nId));
             pChild->bRead = true;
         }
@@ -170,17 +156,17 @@ void CBookTree::Clear() {
     m_pCourse = nullptr;
     m_top.clear();
     m_lines.clear();
-    m_gone.clear();
+    m_blocks.clear();
     endResetModel();
 }
 
 CBookTree::Line& CBookTree::AddTopLine(ETreeLine kind, const QString& strText) {
-    auto pLine = std::make_unique<Line>();
-    pLine->Kind = kind;
-    pLine->nRow = static_cast<int>(m_top.size());
     m_topTexts[m_top.size()] = strText;
-    m_top.push_back(std::move(pLine));
-    return *m_top.back();
+    Line& line = m_blocks.emplace_back(1).front();
+    line.Kind = kind;
+    line.nRow = static_cast<int>(m_top.size());
+    m_top.push_back(&line);
+    return line;
 }
 
 void CBookTree::ShowCourseInfo() {
@@ -204,8 +190,12 @@ CBookDatabase& CBookTree::Store() const {
 }
 
 CBookTree::Lines CBookTree::MakeLines(Line& parent, const QList<qint32>& ids) {
+    if (ids.isEmpty())
+        return {};
     Lines lines;
     lines.reserve(static_cast<std::size_t>(ids.size()));
+    std::vector<Line>& block = m_blocks.emplace_back();
+    block.reserve(static_cast<std::size_t>(ids.size()));
     m_lines.reserve(m_lines.size() + ids.size());
     int nRow = parent.ChildCount();
     for (const qint32 nId : ids) {
@@ -213,23 +203,19 @@ CBookTree::Lines CBookTree::MakeLines(Line& parent, const QList<qint32>& ids) {
         Line*& pKnown = m_lines[nId];
         if (pKnown != nullptr)
             continue;
-        auto pLine = std::make_unique<Line>();
-        pLine->pParent = &parent;
-        pLine->nRow = nRow++;
-        pLine->nId = nId;
-        pKnown = pLine.get();
-        lines.push_back(std::move(pLine));
+        pKnown = &block.emplace_back(Line{.pParent = &parent, .nRow = nRow++, .nId = nId});
+        lines.push_back(pKnown);
     }
     return lines;
 }
 
 /// Adds lines that MakeLines made for this parent.
-void CBookTree::Hang(Line& parent, Lines lines) {
+void CBookTree::Hang(Line& parent, const Lines& lines) {
     if (lines.empty())
         return;
     const int nFirst = parent.ChildCount();
     beginInsertRows(IndexOf(parent), nFirst, nFirst + static_cast<int>(lines.size()) - 1);
-    std::ranges::move(lines, std::back_inserter(parent.children));
+    parent.children.insert(parent.children.end(), lines.begin(), lines.end());
     endInsertRows();
 }
 
@@ -259,10 +245,10 @@ void CBookTree::LoadAhead(const QModelIndex& index) {
         return;
     Line& line = *At(index);
     LoadChildren(line);
-    if (std::ranges::all_of(line.children, [](const auto& pChild) { return pChild->bRead; }))
+    if (std::ranges::all_of(line.children, [](const Line* pChild) { return pChild->bRead; }))
         return;
     const auto below = Store().GetGrandchildIds(line.nId);
-    for (const auto& pChild : line.children) {
+    for (Line* pChild : line.children) {
         if (!std::exchange(pChild->bRead, true))
             Hang(*pChild, MakeLines(*pChild, below.value(pChild->nId)));
     }
@@ -274,17 +260,14 @@ QModelIndex CBookTree::Add(const QModelIndex& parent, const QString& strTitle) {
     Line& line = *At(parent);
     LoadChildren(line);
     std::unique_ptr<CBookNode> pNode = Node(line).AddChild(strTitle);
-    auto pLine = std::make_unique<Line>();
-    pLine->pParent = &line;
-    pLine->nRow = line.ChildCount();
-    pLine->bRead = true;
-    pLine->nId = pNode->GetId();
-    pLine->pNode = std::move(pNode);
-    Line& added = *pLine;
+    Line& added = m_blocks.emplace_back(1).front();
+    added.pParent = &line;
+    added.nRow = line.ChildCount();
+    added.bRead = true;
+    added.nId = pNode->GetId();
+    added.pNode = std::move(pNode);
     m_lines.insert(added.nId, &added);
-    Lines lines;
-    lines.push_back(std::move(pLine));
-    Hang(line, std::move(lines));
+    Hang(line, {&added});
     if (added.nRow > 0 && !IsBehind(added, line.Child(added.nRow - 1)))
         Arrange(line);
     return IndexOf(added);
@@ -334,10 +317,10 @@ bool CBookTree::MoveBelow(const QModelIndex& index, const QModelIndex& target) {
 void CBookTree::MoveRow(Line& from, int nFrom, Line& to, int nTo) {
     const bool bDown = &from == &to && nTo > nFrom;
     beginMoveRows(IndexOf(from), nFrom, nFrom, IndexOf(to), bDown ? nTo + 1 : nTo);
-    std::unique_ptr<Line> pMoved = std::move(from.children[static_cast<std::size_t>(nFrom)]);
+    Line& moved = from.Child(nFrom);
     from.children.erase(from.children.begin() + nFrom);
-    pMoved->pParent = &to;
-    to.children.insert(to.children.begin() + nTo, std::move(pMoved));
+    moved.pParent = &to;
+    to.children.insert(to.children.begin() + nTo, &moved);
     from.Number(&from == &to ? std::min(nFrom, nTo) : nFrom);
     if (&from != &to)
         to.Number(nTo);
@@ -390,23 +373,18 @@ void CBookTree::Forget(const QList<qint32>& ids) {
 
 void CBookTree::RemoveRows(Line& parent, int nFirst, int nLast) {
     beginRemoveRows(IndexOf(parent), nFirst, nLast);
-    Lines removed;
     const auto begin = parent.children.begin() + nFirst;
     const auto end = parent.children.begin() + nLast + 1;
-    std::move(begin, end, std::back_inserter(removed));
+    Lines removed(begin, end);
     parent.children.erase(begin, end);
     parent.Number(nFirst);
-    // Nobody finds them from here on; they go when everybody has been told.
+    // Nobody finds them from here on. Breadth first: nothing limits how deep a tree is.
     for (std::size_t nLine = 0; nLine < removed.size(); ++nLine) {
         m_lines.remove(removed[nLine]->nId);
-        Lines below = std::move(removed[nLine]->children);
-        std::ranges::move(below, std::back_inserter(removed));
+        const Lines below = std::move(removed[nLine]->children);
+        removed.insert(removed.end(), below.begin(), below.end());
     }
     endRemoveRows();
-    for (const auto& pLine : removed) {
-        if (pLine->pNode != nullptr)
-            m_gone.push_back(std::move(pLine->pNode));
-    }
 }
 
 // The model's questions.
@@ -415,7 +393,7 @@ QModelIndex CBookTree::index(int nRow, int nColumn, const QModelIndex& parent) c
     const Lines& lines = parent.isValid() ? At(parent)->children : m_top;
     if (nColumn != 0 || nRow < 0 || nRow >= static_cast<int>(lines.size()))
         return {};
-    return createIndex(nRow, 0, lines[static_cast<std::size_t>(nRow)].get());
+    return createIndex(nRow, 0, lines[static_cast<std::size_t>(nRow)]);
 }
 
 QModelIndex CBookTree::parent(const QModelIndex& index) const {

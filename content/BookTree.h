@@ -76,7 +76,7 @@ public:
 
 private:
     struct Line;
-    using Lines = std::vector<std::unique_ptr<Line>>;
+    using Lines = std::vector<Line*>;
 
     Line* At(const QModelIndex& index) const;
     QModelIndex IndexOf(const Line& line) const;
@@ -87,7 +87,7 @@ private:
     bool IsBehind(const Line& line, const Line& other) const;
     /// Lines behind the parent's own for those nodes that the tree does not hold yet.
     Lines MakeLines(Line& parent, const QList<qint32>& ids);
-    void Hang(Line& parent, Lines lines);
+    void Hang(Line& parent, const Lines& lines);
     void LoadChildren(Line& line);
     void RemoveRows(Line& parent, int nFirst, int nLast);
     /// Brings the children into the store's order.
@@ -98,6 +98,7 @@ private:
     Lines m_top;
     std::array<QString, 3> m_topTexts;
     QHash<qint32, Line*> m_lines;
-    /// Nodes whose lines are gone.
-    std::vector<std::unique_ptr<CBookNode>> m_gone;
+    /// Where the lines and their nodes lie until Clear, those that have left the tree too. A block holds what
+    /// was read in one go, and keeps its place in memory.
+    std::vector<std::vector<Line>> m_blocks;
 };
