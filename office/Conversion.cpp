@@ -55,6 +55,19 @@ private:
     QHash<QString, QString> m_moved;
 };
 
+EConversion ReadPlainText(CConverter& converter, const QString& strSource, QString& strText) {
+    const EConversion eEnd = converter.Convert(strSource, u"txt:Text (encoded):UTF8"_s, u"source.txt"_s);
+    QFile file(converter.Path(u"out/source.txt"_s));
+    if (eEnd == EConversion::Done && file.open(QIODevice::ReadOnly)) {
+        strText = QString::fromUtf8(file.readAll());
+        // The mark of the coding would be a part of the first label.
+        if (strText.startsWith(QChar::ByteOrderMark))
+            strText.remove(0, 1);
+    }
+    // The page is worth having without it.
+    return eEnd == EConversion::Failed ? EConversion::Done : eEnd;
+}
+
 EConversion MakePage(CConverter& converter, EKind eKind, const QString& strSource, const QString& strStem,
                      const QString& strTitle) {
     const QString strFilter = eKind == EKind::Sheet ? u"html:HTML (StarCalc)"_s : u"html:HTML (StarWriter)"_s;
@@ -64,8 +77,15 @@ EConversion MakePage(CConverter& converter, EKind eKind, const QString& strSourc
     QFile file(converter.Path(u"out/source.html"_s));
     if (!file.open(QIODevice::ReadOnly))
         return EConversion::Failed;
+    const QByteArray html = file.readAll();
+    QString strPlainText;
+    if (eKind == EKind::Document && html.contains("<ol")) {
+        const EConversion eText = ReadPlainText(converter, strSource, strPlainText);
+        if (eText != EConversion::Done)
+            return eText;
+    }
     CPictureMover mover(converter, strStem);
-    const auto page = CleanPage(eKind, file.readAll(), strTitle, std::ref(mover));
+    const auto page = CleanPage(eKind, html, strTitle, std::ref(mover), strPlainText);
     return page && WriteBytes(converter.Path(u"page.htm"_s), *page) ? EConversion::Done : EConversion::Failed;
 }
 

@@ -1,6 +1,7 @@
 #include "office/PageCleaner.h"
 
 #include "foundation/HtmlTree.h"
+#include "office/ListLabels.h"
 #include "office/Parts.h"
 #include "office/Texts.h"
 
@@ -60,6 +61,30 @@ bool IsListOfHeadings(const GumboNode* pNode) {
         bAny = true;
     }
     return bAny;
+}
+
+/// The text of a list item's first paragraph.
+QString FirstLine(const GumboNode* pItem) {
+    QString strText;
+    for (unsigned i = 0; i < pItem->v.element.children.length; ++i) {
+        const GumboNode* pChild = ChildAt(pItem, i);
+        const QByteArray name = IsElement(pChild) ? TagName(pChild->v.element) : QByteArray();
+        if (name == "p" || IsHeading(name))
+            return strText.trimmed().isEmpty() ? TextOf(pChild) : strText;
+        if (IsList(name))
+            break;
+        strText += TextOf(pChild);
+    }
+    return strText;
+}
+
+/// A field that the converter shows on a grey ground, as its own windows do.
+bool IsShadedField(const GumboNode* pNode) {
+    const GumboVector& children = pNode->v.element.children;
+    const GumboNode* pOnly = children.length == 1 ? ChildAt(pNode, 0) : nullptr;
+    while (pOnly && IsElement(pOnly) && TagName(pOnly->v.element) != "sdfield")
+        pOnly = pOnly->v.element.children.length == 1 ? ChildAt(pOnly, 0) : nullptr;
+    return pOnly && IsElement(pOnly) && TagName(pNode->v.element) == "span";
 }
 
 /// Gone with all that they hold.
@@ -156,7 +181,8 @@ bool IsKeptAttribute(const QByteArray& element, const QByteArray& name) {
 
 class CCleaner {
 public:
-    CCleaner(EKind eKind, const PictureNamer& pictures) : m_eKind(eKind), m_pictures(pictures) {}
+    CCleaner(EKind eKind, const PictureNamer& pictures, const QString& strPlainText)
+        : m_eKind(eKind), m_pictures(pictures), m_labels(strPlainText) {}
 
     void WriteChildren(const GumboNode* pNode, QByteArray& out) {
         for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
@@ -184,18 +210,44 @@ private:
             return;
         if (name == "img")
             return WritePicture(element, out);
+        if (name == "ol" || name == "ul" || name == "li")
+            return WriteListPart(pNode, name, out);
         const QByteArray kept = KeptName(name);
-        const bool bTransparent = kept.isEmpty() || (IsList(name) && IsListOfHeadings(pNode)) ||
-                                  (name == "li" && IsListOfHeadings(pNode));
-        const QByteArray attributes = bTransparent ? QByteArray() : Attributes(element, name);
+        const QByteArray attributes =
+            kept.isEmpty() || IsShadedField(pNode) ? QByteArray() : Attributes(element, name);
         // An element that only carries attributes is nothing without one.
-        if (bTransparent || (attributes.isEmpty() && (kept == "span" || kept == "a")))
+        if (kept.isEmpty() || (attributes.isEmpty() && (kept == "span" || kept == "a")))
             return WriteChildren(pNode, out);
         out += '<' + kept + attributes + '>';
+        if (IsHeading(kept)) {
+            out += m_headingLabel;
+            m_headingLabel.clear();
+        }
         if (IsVoid(kept))
             return;
         WriteChildren(pNode, out);
         out += "</" + kept + '>';
+    }
+
+    void WriteListPart(const GumboNode* pNode, const QByteArray& name, QByteArray& out) {
+        const bool bHeadings = IsListOfHeadings(pNode);
+        QByteArray attributes = Attributes(pNode->v.element, name);
+        if (name == "li" && TagName(pNode->parent->v.element) == "ol") {
+            const QString strLabel = m_labels.Take(FirstLine(pNode));
+            bool bNumber = false;
+            const int nValue = strLabel.endsWith(u'.') ? strLabel.chopped(1).toInt(&bNumber) : 0;
+            if (bHeadings && !strLabel.isEmpty())
+                m_headingLabel = strLabel.toUtf8() + ' ';
+            else if (bNumber)
+                attributes += " value=\"" + QByteArray::number(nValue) + '"';
+            else if (!strLabel.isEmpty())
+                attributes += " style=\"list-style-type: '" + strLabel.toUtf8() + " '\"";
+        }
+        if (bHeadings)
+            return WriteChildren(pNode, out);
+        out += '<' + name + attributes + '>';
+        WriteChildren(pNode, out);
+        out += "</" + name + '>';
     }
 
     QByteArray Attributes(const GumboElement& element, const QByteArray& name) {
@@ -271,6 +323,8 @@ private:
 
     EKind m_eKind;
     const PictureNamer& m_pictures;
+    CListLabels m_labels;
+    QByteArray m_headingLabel;
     QList<Sheet> m_sheets;
     bool m_bInTable = false;
 };
@@ -318,11 +372,11 @@ QByteArray JumpList(const CCleaner& cleaner) {
 } // namespace
 
 std::optional<QByteArray> CleanPage(EKind eKind, const QByteArray& html, const QString& strTitle,
-                                    const PictureNamer& pictures) {
+                                    const PictureNamer& pictures, const QString& strPlainText) {
     if (IsTooDeep(html))
         return std::nullopt;
     const Tree tree = Parse(html);
-    CCleaner cleaner(eKind, pictures);
+    CCleaner cleaner(eKind, pictures, strPlainText);
     QByteArray body;
     for (unsigned i = 0; i < tree->root->v.element.children.length; ++i) {
         const GumboNode* pChild = ChildAt(tree->root, i);

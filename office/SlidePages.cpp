@@ -70,7 +70,7 @@ bool WriteSlidePages(const QString& strFolder, const QString& strTitle, const QL
         if (!write(SlideName(i), Part(u"slide.htm"_s, {{"TITLE", Escaped(TitleOf(slides, i))},
                                                        {"PICTURE", pictures[i].toUtf8()},
                                                        {"TEXT", text},
-                                                       {"HASTEXT", text.isEmpty() ? "hidden" : ""},
+                                                       {"HASTEXT", text.isEmpty() ? " hidden" : ""},
                                                        {"PREVIOUS", Neighbour(i - 1, slides.size())},
                                                        {"NEXT", Neighbour(i + 1, slides.size())}})))
             return false;

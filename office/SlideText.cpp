@@ -10,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace Torvane::Office {
 namespace {
 
-constexpr qsizetype c_nMaxTitle = 80;
+constexpr qsizetype c_nMaxTitle = 60;
 constexpr int c_nMaxListDepth = 9;
 
 /// Collects a slide's paragraphs and opens and closes the lists around them.

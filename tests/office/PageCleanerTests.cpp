@@ -11,10 +11,13 @@ using namespace Torvane::Office;
 
 namespace {
 
-QString BodyOf(EKind eKind, const QByteArray& html) {
-    const auto page = CleanPage(eKind, html, u"t"_s, [](const QString& strReference) {
-        return strReference.startsWith(u"pic") ? u"a.files/"_s + strReference : QString();
-    });
+QString BodyOf(EKind eKind, const QByteArray& html, const QString& strPlainText = {}) {
+    const auto page = CleanPage(
+        eKind, html, u"t"_s,
+        [](const QString& strReference) {
+            return strReference.startsWith(u"pic") ? u"a.files/"_s + strReference : QString();
+        },
+        strPlainText);
     const QString strPage = QString::fromUtf8(page.value_or("<body>none</body>"));
     return strPage.section(u"<body>"_s, 1).section(u"</body>"_s, 0, 0).trimmed();
 }
@@ -47,6 +50,21 @@ TEST(PageCleaner, KeepsWhatIsKnownAndDropsTheRest) {
     for (int i = 0; i < 100'000; ++i)
         deep += "<div>";
     EXPECT_EQ(BodyOf(EKind::Document, deep), u"none"_s);
+}
+
+TEST(PageCleaner, ListsKeepTheirOwnNumbers) {
+    const QByteArray html =
+        "<ol><li><p>same</p><ol><li><p>in\n ner</p></ol><li><p>same</p></ol>"
+        "<ol start=3><li><h1>head</h1></ol><ol><li>five</ol><ol><li>lost</ol><ul><li>dot</ul>";
+    EXPECT_EQ(
+        BodyOf(
+            EKind::Document, html,
+            u"    一、 same\n        （1） in ner\n    二、 same\n    三、 head\n    5. five\n    '\\ lost\n"
+            "    • dot"_s),
+        u"<ol><li style=\"list-style-type: '一、 '\"><p>same</p>"
+        "<ol><li style=\"list-style-type: '（1） '\"><p>in\n ner</p></li></ol></li>"
+        "<li style=\"list-style-type: '二、 '\"><p>same</p></li></ol>"
+        "<h1>三、 head</h1><ol><li value=\"5\">five</li></ol><ol><li>lost</li></ol><ul><li>dot</li></ul>"_s);
 }
 
 TEST(PageCleaner, AStyleSheetHoldsPlainRulesAlone) {
