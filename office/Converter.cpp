@@ -15,6 +15,8 @@ namespace {
 constexpr qint64 c_nLeastLimitMs = 180'000;
 constexpr qint64 c_nMostLimitMs = 1'200'000;
 constexpr qint64 c_nLimitMsPerMegabyte = 4'000;
+// A small file can unpack to more than the machine holds.
+constexpr quint64 c_nMaxBytes = quint64{6} << 30;
 
 // Strangers' files are converted: no macro runs, nothing that a document links to is loaded, be it a file of
 // this machine or an address, and what would ask the network all the same meets a closed door. The locale
@@ -79,8 +81,8 @@ EConversion CConverter::Run(const QString& strProgram, const QStringList& argume
     EConversion eState = State();
     if (eState != EConversion::Done)
         return eState;
-    const auto eEnd =
-        Platform::RunGroup({strProgram, arguments, ProgramEnvironment(Path(u"tmp"_s))}, [this, &eState] {
+    const auto eEnd = Platform::RunGroup(
+        {strProgram, arguments, ProgramEnvironment(Path(u"tmp"_s)), c_nMaxBytes}, [this, &eState] {
             eState = State();
             return eState == EConversion::Done;
         });

@@ -6,7 +6,9 @@
 
 /// Office files as web pages. LibreOffice does the converting, in a process of its own without a window and
 /// with a profile of its own; what it gives is made a page with its pictures beside it, or for a presentation
-/// a folder of slides.
+/// a folder of slides. What a file itself wants to run or to load is not run and not loaded; scripts, objects
+/// and links into this machine don't get into the pages, nor do hidden slides and sheets, comments and
+/// speakers' notes.
 ///
 /// All functions may be called from any thread; none shows anything. Paths are full, in backslash form.
 namespace Torvane::Office {
@@ -23,7 +25,9 @@ using MayGoOn = std::function<bool()>;
 enum class EConversion { Done, Failed, TimedOut, Cancelled, NoConverter };
 
 /// Saves an Office file as the web page strTarget, "…\a.htm". Pictures, and the slides of a presentation,
-/// come into the folder "…\a.files" beside it. Whatever the answer but Done, neither of them stands there.
+/// come into the folder "…\a.files" beside it. What stood there under these names is replaced once all is
+/// made: an answer but Done leaves it as it is, and nothing new, unless the writing itself failed, after
+/// which neither stands there. The source is only read.
 EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget,
                                 const MayGoOn& mayGoOn = {});
 
@@ -33,7 +37,8 @@ EConversion ConvertOfficeToHtml(const QString& strSource, const QString& strTarg
                                 QString& strResultName, const MayGoOn& mayGoOn = {});
 
 /// Puts "torvaneframe.htm", which shows the presentation of the page "strStem.htm", into the folder of its
-/// slides. False when it can't.
+/// slides. The stem goes into it as it stands, so one that would end the text around it is refused. False
+/// when it can't.
 bool FixFramePage(const QString& strStem, const QString& strFrameFolder);
 
 /// Whether it is the folder of a presentation that was saved as a web page: "fullscreen.htm" and "pres.xml"

@@ -146,7 +146,10 @@ QString StyleOf(EKind eKind, const GumboElement& element, const QByteArray& name
         add(u"width"_s, Length(Attribute(element, "width")));
     } else {
         add(u"text-align"_s, name == "center" ? u"center"_s : strAlign == u"left" ? QString() : strAlign);
-        add(u"vertical-align"_s, Attribute(element, "valign").toLower());
+        const QString strVertical = Attribute(element, "valign").toLower();
+        // Where a sheet's cells stand anyway.
+        if (eKind != EKind::Sheet || strVertical != u"bottom")
+            add(u"vertical-align"_s, strVertical);
         if (name == "td" || name == "th" || name == "col" || name == "colgroup")
             add(u"width"_s, Length(Attribute(element, "width")));
     }

@@ -29,6 +29,8 @@ struct CProgramCall {
     QStringList arguments;
     /// Joined to the environment; a value that is null takes the name out of it.
     QMap<QString, QString> environment;
+    /// How many bytes of memory each process may take, and how many a file that it writes; 0 for any number.
+    quint64 nMaxBytes = 0;
 };
 
 enum class EProgramEnd { Ended, NotStarted, Stopped };
