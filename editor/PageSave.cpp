@@ -84,6 +84,7 @@ bool CPageSaver::HasChanged(const QString& strText, const QString& strOnDisk) co
 }
 
 ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {
+    m_bSettled = false;
     QString strHtml;
     try {
         if (!GetLiveText(strHtml)) {
@@ -105,7 +106,8 @@ ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {
     QList<Replacement> replacements = PlanReplacements(references, m_folders, copies);
     QString strText = ApplyReplacements(strHtml, replacements);
     const QString strOnDisk = ReadTextFile(m_strPagePath);
-    if (!HasChanged(strText, strOnDisk))
+    m_bSettled = !HasChanged(strText, strOnDisk);
+    if (m_bSettled)
         return ESaveResult::Saved;
     if (const ESaveResult answer = MayWrite(bAsk, bCanCancel); answer != ESaveResult::Saved)
         return answer;
@@ -125,6 +127,7 @@ ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {
             task.RemoveMade();
         return ESaveResult::NotWritten;
     }
+    m_bSettled = true;
     m_asLoaded.reset();
     const bool bWrittenBack = !bWriteBack || WriteBack(strHtml, strText);
     if (const QStringList names = task.GetFailedNames(); !names.isEmpty())
@@ -140,6 +143,7 @@ ESaveResult CPageSaver::MayWrite(bool bAsk, bool bCanCancel) {
                      bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo, BoxIcon::Question);
     if (answer == BoxAnswer::Yes)
         return ESaveResult::Saved;
+    m_bSettled = answer == BoxAnswer::No;
     return answer == BoxAnswer::No ? ESaveResult::NotSaved : ESaveResult::Cancelled;
 }
 

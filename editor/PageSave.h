@@ -64,6 +64,10 @@ public:
     /// and the person may still cancel.
     bool MayLeave(bool bCanCancel);
 
+    /// Whether nothing is left for which the text would have to be kept: the last SavePage wrote it, found it
+    /// unchanged, or the person gave it up.
+    bool IsSettled() const { return m_bSettled; }
+
     /// Deletes the files in the resource folder that the live text doesn't refer to. False when the live text
     /// could not be had.
     bool ClearGarbage();
@@ -89,4 +93,5 @@ private:
     /// What the untouched page would be saved as. The surface writes markup in its own way, so that a page
     /// nobody has typed in may differ from its file; such a page asks nothing when it is left.
     std::optional<QString> m_asLoaded;
+    bool m_bSettled = false;
 };

@@ -27,9 +27,31 @@ inline const QString c_strFetching = QStringLiteral("正在下载：%1");
 inline const QString c_strSaveCancelled =
     QStringLiteral("您取消了保存，网页没有写入，您的修改仍在编辑器中。");
 inline const QString c_strSaveFailed = QStringLiteral("保存文件失败！");
+inline const QString c_strSourceTooLong =
+    QStringLiteral("对不起，您填写的内容过长，无法编辑源文件。\n系统建议您拆分成较小的页面。");
 inline const QString c_strWriteBackFailed = QStringLiteral("更新编辑器源码失败！！");
 inline const QString c_strNotCopied =
     QStringLiteral("以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n%1");
+
+// Pages that are kept while they are edited.
+inline const QString c_strAskKept =
+    QStringLiteral("上次编辑栏目“%1”时程序没有正常结束，%2 保留下了尚未保存的内容。\n"
+                   "您要打开该栏目，继续编辑这些内容吗？\n\n"
+                   "选“是”，内容放回编辑器，由您检查后保存；选“否”，放弃这些内容。");
+inline const QString c_strKeptPageChanged =
+    QStringLiteral("\n\n注意：此后该栏目的网页又改动过，保存时将被这些内容替换。");
+inline const QString c_strKeptNodeGone =
+    QStringLiteral("栏目“%1”已不存在，或者不再是网页。%2 保留下的未保存内容已另存为：\n%3");
+inline const QString c_strRescueFolder = QStringLiteral("未保存的网页");
+inline const QString c_strKeepFailed =
+    QStringLiteral("正在编辑的内容无法自动保留，如果断电或者程序意外结束，未保存的内容会丢失，"
+                   "请您及时保存。\n\n%1");
+inline const QString c_strPageRecovered =
+    QStringLiteral("显示网页的组件意外停止，已重新启动，正在编辑的内容已经恢复。\n"
+                   "最后几秒的改动可能没有包括在内，请您检查后保存。");
+inline const QString c_strPreviewLost = QStringLiteral("显示网页的组件意外停止，请您重新预览。");
+inline const QString c_strPageInSource = QStringLiteral("显示网页的组件意外停止，没有能够重新启动。\n"
+                                                        "正在编辑的内容已放在“源文件”中，您可以在那里保存。");
 
 // Commands of the page.
 inline const QString c_strAskTemplate = QStringLiteral("重新设置模板将丢失已有的内容，您继续吗？");

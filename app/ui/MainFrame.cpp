@@ -5,6 +5,7 @@
 #include "app/ui/PaneSplitter.h"
 #include "app/ui/ProgramIcon.h"
 #include "content/TreeCommands.h"
+#include "editor/KeptPageOffer.h"
 #include "editor/ui/DisplayViews.h"
 #include "editor/ui/EditorView.h"
 #include "foundation/SysInfo.h"
@@ -233,6 +234,20 @@ void CMainFrame::SwitchTo(EViewKind kind, CBookNode* pNode, int nParam) {
     UpdateCommands();
     pView->ShowNode();
     UpdateCommandsSoon();
+}
+
+void CMainFrame::OfferKeptPages(const CCourse& course) {
+    const std::optional<KeptPage> kept = ::OfferKeptPages(course, m_people);
+    if (!kept)
+        return;
+    m_pTree->SelectNode(kept->nNode);
+    const CBookNode* pNode = m_pTree->GetSelectedNode();
+    // A node that a damaged tree doesn't lead to can't be edited; its text is offered again.
+    if (pNode == nullptr || pNode->GetId() != kept->nNode)
+        return;
+    GetViewByKind(EViewKind::Editor);
+    m_pEditor->TakeUpNext(*kept);
+    RunCommand(TreeCommand::c_nEditContent);
 }
 
 bool CMainFrame::LeaveCurrentView(bool bCanCancel) {

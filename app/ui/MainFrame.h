@@ -62,6 +62,10 @@ public:
     /// Brings the enabled states of all commands up to date.
     void UpdateCommands();
 
+    /// Offers the person what was being edited when the program or the machine went away, and opens it in the
+    /// editor.
+    void OfferKeptPages(const CCourse& course);
+
     /// Leaves the present view without a way to stay, and shows none of the course any more: its nodes go.
     void ShowEmptyView();
 

@@ -251,6 +251,7 @@ void CVorelApp::LoadOpenedCourse(std::unique_ptr<CCourse> pCourse) {
         CSysInfo::Instance().AddRecentCourse(m_pCourse->GetProjectPath());
         RebuildRecentMenu();
     });
+    Guarded([&] { m_pFrame->OfferKeptPages(*m_pCourse); });
 }
 
 void CVorelApp::CloseCourse() {

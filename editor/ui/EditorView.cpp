@@ -12,19 +12,24 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QTabBar>
+#include <QTextCursor>
 
 using namespace EditorCommands;
 
 namespace {
 
 const QString c_strBlank = QStringLiteral("about:blank");
+/// More characters than this the source box can't show in bearable time.
+constexpr int c_nMaxSource = 8'000'000;
 
 } // namespace
 
 CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
     : CBookShowView(host, pParent), m_people(people), m_pBars(new CEditorToolBars(this)),
       m_pTabs(new QTabBar(this)), m_pSource(new QPlainTextEdit(this)), m_pDesign(new CWebBrowser2Ex(this)),
-      m_pPreview(new CWebBrowser2Ex(this)), m_saver(*this, people, &DownloadUrlToFile) {
+      m_pPreview(new CWebBrowser2Ex(this)), m_saver(*this, people, &DownloadUrlToFile),
+      m_keeper([this](const CPageKeeper::Answer& answer) { AskLiveText(answer); },
+               [this](const QString& strFailure) { TellKeepFailure(strFailure); }) {
     setObjectName(QStringLiteral("CEditorView"));
     m_pDesign->setObjectName(QStringLiteral("design"));
     m_pPreview->setObjectName(QStringLiteral("preview"));
@@ -43,7 +48,17 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
             [this](int nTab) { SwitchTo(static_cast<EMode>(nTab)); });
     connect(m_pBars, &CEditorToolBars::CommandTriggered, this, &CEditorView::RunCommand);
     connect(m_pBars, &CEditorToolBars::ValueChosen, this, &CEditorView::RunBox);
-    connect(m_pDesign, &CWebBrowser2Ex::SelectionChanged, this, &CEditorView::ShowStates);
+    connect(m_pDesign, &CWebBrowser2Ex::SelectionChanged, this, [this] {
+        m_keeper.Touch();
+        ShowStates();
+    });
+    connect(m_pDesign, &CWebBrowser2Ex::PageLost, this, &CEditorView::PageLost);
+    connect(m_pPreview, &CWebBrowser2Ex::PageLost, this, &CEditorView::PreviewLost);
+    connect(m_pSource, &QPlainTextEdit::textChanged, this, [this] { m_keeper.Touch(); });
+    // Cut behind the change: in the middle of it the box must be left alone.
+    connect(
+        m_pSource->document(), &QTextDocument::contentsChange, this,
+        [this](int nPosition, int, int nAdded) { CutSource(nPosition, nAdded); }, Qt::QueuedConnection);
     SetMode(EMode::Design);
 }
 
@@ -65,7 +80,8 @@ void CEditorView::ShowNode() {
     });
     if (!pThis || m_pNode != pNode)
         return;
-    m_bInSource = false;
+    m_bInSource = m_bPageLost = false;
+    m_recovered.invalidate();
     m_pSource->clear();
     SetMode(EMode::Design);
 
@@ -80,10 +96,18 @@ void CEditorView::ShowNode() {
     const bool bEditing = pThis && bLoaded && m_pDesign->SetBrowserDesignMode(true);
     if (!pThis)
         return;
-    m_saver.Open(strPath, paths.GetNodeResourceFolder(true),
-                 [pNode](const QString& strHtml) { return pNode->SaveContent(strHtml); });
+    m_saver.Open(strPath, paths.GetNodeResourceFolder(true), [this, pNode, strPath](const QString& strHtml) {
+        const bool bWritten = pNode->SaveContent(strHtml);
+        if (bWritten)
+            m_keeper.Saved(strHtml, KeptPages::HashOfPage(strPath));
+        return bWritten;
+    });
     if (!bEditing)
         m_people.Error(EditorTexts::c_strDesignModeFailed);
+    if (pThis && m_pNode == pNode)
+        BeginKeeping(bEditing);
+    if (!pThis)
+        return;
     // The preview loads the page when its tab is chosen: a second page kept alive behind the first would be
     // heard and not seen.
     FocusLive();
@@ -92,12 +116,21 @@ void CEditorView::ShowNode() {
 bool CEditorView::LeaveNode(bool bCanCancel) {
     if (bCanCancel && CWebBrowser2Ex::IsCallRunning())
         return false;
-    QString strUrl;
-    if (!m_bInSource && m_pDesign->GetURL(strUrl) && strUrl == c_strBlank)
-        return true;
     const QPointer<CEditorView> pThis(this);
+    if (m_bPageLost)
+        RecoverPage();
+    QString strUrl;
+    if (!pThis)
+        return true;
+    if (!m_bInSource && m_pDesign->GetURL(strUrl) && strUrl == c_strBlank) {
+        m_keeper.Close();
+        return true;
+    }
     if (!m_saver.MayLeave(bCanCancel))
         return false;
+    // A text that nobody decided about, as when it could not be had or written, is offered another time.
+    if (pThis)
+        m_saver.IsSettled() ? m_keeper.Drop() : m_keeper.Close();
     if (pThis)
         m_bInSource = false;
     if (pThis)
@@ -117,9 +150,13 @@ void CEditorView::Blank(CWebBrowser2Ex& surface) {
 }
 
 bool CEditorView::GetCurrentHtml(QString& strHtml) {
-    if (!m_bInSource)
-        return m_pDesign->GetBrowserBodyInnerHTML(strHtml);
-    strHtml = SourceText();
+    const QPointer<CEditorView> pThis(this);
+    if (m_bInSource)
+        strHtml = SourceText();
+    else if (!m_pDesign->GetBrowserBodyInnerHTML(strHtml))
+        return false;
+    if (pThis)
+        m_keeper.Know({strHtml, m_bInSource});
     return true;
 }
 
@@ -182,9 +219,27 @@ bool CEditorView::SwapToSource() {
             m_people.Error(EditorTexts::c_strNoContent);
         return false;
     }
+    if (strHtml.size() > c_nMaxSource) {
+        m_people.Warn(EditorTexts::c_strSourceTooLong);
+        return false;
+    }
     m_pSource->setPlainText(strHtml);
     m_bInSource = true;
     return true;
+}
+
+/// What is typed or pasted into a full box goes no further than it has room; what stood there stays.
+void CEditorView::CutSource(int nPosition, int nAdded) {
+    const int nTotal = m_pSource->document()->characterCount() - 1;
+    const bool bOwn = nAdded >= nTotal; // the program's own text, which comes as a whole
+    const int nCut = qMin(nTotal - c_nMaxSource, nAdded);
+    if (bOwn || nCut <= 0 || nPosition + nAdded > nTotal)
+        return;
+    QTextCursor cursor(m_pSource->document());
+    cursor.setPosition(nPosition + nAdded - nCut);
+    cursor.setPosition(nPosition + nAdded, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    m_people.Warn(EditorTexts::c_strSourceTooLong);
 }
 
 bool CEditorView::SwapToDesign() {

@@ -2,10 +2,14 @@
 
 #include "content/ui/BookShowView.h"
 #include "editor/EditorCommands.h"
+#include "editor/PageKeeper.h"
 #include "editor/PageSave.h"
 #include "platform/base/People.h"
 
+#include <QElapsedTimer>
+
 #include <memory>
+#include <optional>
 
 class CEditorToolBars;
 class CWebBrowser2Ex;
@@ -23,6 +27,10 @@ public:
 
     bool LeaveNode(bool bCanCancel) override;
     void ShowNode() override;
+
+    /// The next page that is shown, if it is this one's, goes on with the kept text. Any other kept text of a
+    /// node is asked about when its page is shown.
+    void TakeUpNext(const KeptPage& kept) { m_takeUp = kept; }
 
     /// Whether an editing command is enabled, and running one by its id; false when it is disabled or none of
     /// the editor's.
@@ -46,6 +54,7 @@ private:
     void SwitchTo(EditorCommands::EMode mode);
     bool SwapToSource();
     bool SwapToDesign();
+    void CutSource(int nPosition, int nAdded);
     void ShowPreview();
     void Blank(CWebBrowser2Ex& surface);
     void SetMode(EditorCommands::EMode mode);
@@ -53,6 +62,16 @@ private:
     void FocusLive();
     void ShowStates();
     QString SourceText() const;
+
+    // The text is kept while it is edited, and outlives the engine.
+    void AskLiveText(const CPageKeeper::Answer& answer);
+    void TellKeepFailure(const QString& strFailure);
+    void BeginKeeping(bool bEditing);
+    void PutBack(const CPageKeeper::Text& text);
+    void PageLost();
+    void PreviewLost();
+    void RecoverWhenFree();
+    void RecoverPage();
 
     // Commands.
     void RunPlain(const EditorCommands::Command& command);
@@ -84,6 +103,12 @@ private:
     EditorCommands::EMode m_mode = EditorCommands::EMode::Design;
     /// The text box holds the live text. A move to the preview leaves it as it is.
     bool m_bInSource = false;
+    CPageKeeper m_keeper;
+    std::optional<KeptPage> m_takeUp;
+    /// The engine went away with the page, and it has not been loaded anew.
+    bool m_bPageLost = false;
+    /// Since the page was loaded anew.
+    QElapsedTimer m_recovered;
     /// The colours chosen last, red in the low byte.
     quint32 m_crForeColor = 0;
     quint32 m_crBackColor = 0;

@@ -11,8 +11,11 @@ namespace PageEncoding {
 /// Whether the bytes begin with a byte order mark, or name an encoding within the first kilobyte.
 bool SaysItsEncoding(const QByteArray& bytes);
 
+/// Whether a page's file is the text of a body and nothing else: it has no tag of a document around it.
+bool IsBodyText(const QByteArray& bytes);
+
 /// The text of the page if the engine, which took it for the given character set, misread it. Unless strict,
-/// a page that the engine took for UTF-8 is believed to be so.
+/// a page that the engine took for UTF-8 is believed to be so, as long as most of it is.
 std::optional<QString> TextIfMisread(const QByteArray& bytes, const QString& strCharacterSet, bool bStrict);
 
 } // namespace PageEncoding

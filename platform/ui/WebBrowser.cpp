@@ -16,6 +16,8 @@
 #include <QLabel>
 #include <QPointer>
 
+#include <utility>
+
 namespace {
 
 constexpr int c_nScriptMilliseconds = 10000;
@@ -110,7 +112,11 @@ void CWebBrowser2Ex::ConnectEngine() {
         Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()));
     };
     m_pEngine->OnMoved = [this] { Q_EMIT NavigateComplete2(); };
-    m_pEngine->OnPageLost = [this] { m_bPageLoaded = false; };
+    m_pEngine->OnPageLost = [this] {
+        const bool bWasLoaded = std::exchange(m_bPageLoaded, false);
+        if (bWasLoaded)
+            Q_EMIT PageLost();
+    };
 }
 
 void CWebBrowser2Ex::ShowMissingEngine() {
@@ -172,10 +178,10 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
                            url.toDisplayString(QUrl::PreferLocalFile));
     }
     m_bPageLoaded = true;
-    return !url.isLocalFile() || MendEncoding(url.toLocalFile());
+    return !url.isLocalFile() || MendPage(url.toLocalFile());
 }
 
-bool CWebBrowser2Ex::MendEncoding(const QString& strNativeFile) {
+bool CWebBrowser2Ex::MendPage(const QString& strNativeFile) {
     const QPointer<CWebBrowser2Ex> pAlive(this);
     const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("encoding"), {}, c_nScriptMilliseconds);
     if (!pAlive)
@@ -186,10 +192,15 @@ bool CWebBrowser2Ex::MendEncoding(const QString& strNativeFile) {
     QFile file(strNativeFile);
     if (!file.open(QIODevice::ReadOnly))
         return !m_bEditing;
-    const auto strText = PageEncoding::TextIfMisread(
-        file.readAll(), answer.Value[QLatin1String("set")].toString(), m_bEditing);
-    return !strText ||
-           IsTrue(m_pEngine->Call(QStringLiteral("replaceDocument"), {*strText}, c_nScriptMilliseconds));
+    const QByteArray bytes = file.readAll();
+    const auto strText =
+        PageEncoding::TextIfMisread(bytes, answer.Value[QLatin1String("set")].toString(), m_bEditing);
+    if (strText &&
+        !IsTrue(m_pEngine->Call(QStringLiteral("replaceDocument"), {*strText}, c_nScriptMilliseconds)))
+        return false;
+    return pAlive &&
+           (!m_bEditing || IsTrue(m_pEngine->Call(QStringLiteral("prepare"),
+                                                  {PageEncoding::IsBodyText(bytes)}, c_nScriptMilliseconds)));
 }
 
 bool CWebBrowser2Ex::NavigateAndWait(const QString& strUrl) {
@@ -235,6 +246,15 @@ bool CWebBrowser2Ex::GetBrowserBodyInnerHTML(QString& strHtml) {
             return false;
     }
     return false;
+}
+
+void CWebBrowser2Ex::AskChangedHtml(std::function<void(std::optional<QString>)> answer) {
+    if (!m_bPageLoaded)
+        return;
+    m_pEngine->CallLater(QStringLiteral("changedHtml"), {},
+                         [answer = std::move(answer)](const SEngineAnswer& reply) {
+                             answer(reply.HasValue() ? std::optional(reply.Value.toString()) : std::nullopt);
+                         });
 }
 
 bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {

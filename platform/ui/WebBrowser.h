@@ -6,7 +6,9 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 class IWebEngine;
 class QLabel;
@@ -53,6 +55,11 @@ public:
     bool GetURL(QString& strUrl);
     bool GetBrowserBodyInnerHTML(QString& strHtml);
     bool SetBrowserBodyInnerHTML(const QString& strHtml);
+    /// Asks for the body's text without waiting, whatever else runs. The answer comes from the event loop:
+    /// the text, or nothing when it has not changed since the last asking. It never comes when there is no
+    /// page, or when the page or the surface goes away first. References that came in by pasting may still
+    /// have another form than GetBrowserBodyInnerHTML gives them.
+    void AskChangedHtml(std::function<void(std::optional<QString>)> answer);
     /// Runs a named editing command on the selection. A colour comes as a number with the low byte red.
     /// "CreateLink" with bShowUi asks for the address.
     bool ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value);
@@ -102,6 +109,9 @@ Q_SIGNALS:
     /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
     /// Comes behind each step, also during a call, and as often as the page likes.
     void NavigateComplete2();
+    /// The process that showed the page has ended. GetURL gives "about:blank" until the next navigation,
+    /// which starts another.
+    void PageLost();
     /// A page, or ExecuteScript, wants a new window, or a link leads to the web while there is no network.
     /// The URL comes from the page and is not to be trusted; a local one lies inside the allowed folders.
     void NewWindowRequested(const QString& strUrl);
@@ -121,8 +131,10 @@ private:
     void ApplyAccess(bool bWebPage);
     bool NavigateNow(const QString& strUrl);
     /// The engine guesses the encoding of a page that says none, and guesses wrong where there is little
-    /// text: the page is then put in its place once more. False when a page to be edited stays misread.
-    bool MendEncoding(const QString& strNativeFile);
+    /// text: the page is then put in its place once more. And what a file that is a body's text begins with
+    /// may have gone to the head, where an edited page would lose it; a declaration of the encoding, which
+    /// saving would make untrue, is taken out. False when a page to be edited stays misread.
+    bool MendPage(const QString& strNativeFile);
     bool ShowFailure(const QString& strText);
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();

@@ -12,6 +12,7 @@
 #include <QThread>
 
 #include <csignal>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -64,7 +65,8 @@ public:
         m_robot.Press(u"Escape"_s);
         PressInBox(c_strRetry);
         Signal(SIGCONT);
-        m_robot.WaitFor("the page to be saved", [] { return SavedText().contains(c_strLostText); });
+        m_robot.WaitFor("the page to be saved",
+                        [] { return TextOf(u"NodeResource"_s).contains(c_strLostText); });
         m_robot.Shot(u"saved"_s);
     }
 
@@ -87,6 +89,36 @@ public:
         OpenRecent();
         Login();
         Signal(SIGTERM);
+    }
+
+    /// What a power cut does: the program goes in the middle of editing.
+    void KilledWhileEditing() {
+        EditFirstLeaf();
+        m_robot.Type(c_strLostText);
+        m_robot.WaitFor("the text to be kept", [] { return TextOf(u"Unsaved"_s).contains(c_strLostText); });
+        m_robot.Shot(u"typed"_s);
+        QFile part(m_strFolder + u"/part.txt"_s);
+        if (part.open(QIODevice::WriteOnly) && part.write("ok") == 2) {
+            part.close();
+            ::kill(::getpid(), SIGKILL);
+        }
+    }
+
+    /// The next start after it.
+    void KeptText() {
+        // The server still knows the one that was killed.
+        OpenRecent();
+        PressInBox(u"yes"_s);
+        m_robot.WaitForWidget(u"design"_s);
+        WaitForOpenCourse();
+        m_robot.Shot(u"given-back"_s);
+        if (TextOf(u"NodeResource"_s).contains(c_strLostText))
+            throw Robot::Failure("the text was written over the page unasked");
+        m_robot.Press(u"ctrl+s"_s);
+        m_robot.WaitFor("the page to be saved",
+                        [] { return TextOf(u"NodeResource"_s).contains(c_strLostText); });
+        m_robot.WaitFor("the kept text to go", [] { return TextOf(u"Unsaved"_s).isEmpty(); });
+        m_robot.Shot(u"saved"_s);
     }
 
 private:
@@ -145,17 +177,21 @@ private:
         EnterEditor();
     }
 
-    /// All pages of the course on the disk.
-    static QString SavedText() {
+    /// All pages of the course on the disk that lie in a folder of this name.
+    static QString TextOf(const QString& strFolder) {
         QString strText;
         QDirIterator pages(QFileInfo(qEnvironmentVariable("VOREL_JOURNEY_COURSE")).path(), {u"*.htm*"_s},
                            QDir::Files, QDirIterator::Subdirectories);
         while (pages.hasNext()) {
             QFile page(pages.next());
-            if (page.open(QIODevice::ReadOnly))
-                strText += CodePage::Decode(page.readAll());
+            if (page.fileName().contains(strFolder) && page.open(QIODevice::ReadOnly))
+                strText += Text(page.readAll());
         }
         return strText;
+    }
+
+    static QString Text(const QByteArray& bytes) {
+        return bytes.contains("charset=utf-8") ? QString::fromUtf8(bytes) : CodePage::Decode(bytes);
     }
 
     static void Signal(int nSignal) {
@@ -178,6 +214,8 @@ const struct {
     {u"silent-while-editing", &CPatient::SilentWhileEditing},
     {u"lost-session", &CPatient::LostSession},
     {u"server-away-at-close", &CPatient::ServerAwayAtClose},
+    {u"killed-while-editing", &CPatient::KilledWhileEditing},
+    {u"kept-text", &CPatient::KeptText},
 };
 
 } // namespace

@@ -4,7 +4,7 @@
 # A lost session takes three minutes, and so does a silence while editing: the program asks the server no sooner.
 set -euo pipefail
 . "$(dirname "$0")/stage.sh"
-all=(hanging-server lost-session silent-while-editing server-away-at-close)
+all=(hanging-server lost-session silent-while-editing server-away-at-close killed-while-editing)
 lay_out "$1" "$1/trials"
 shift
 [ $# -eq 0 ] || all=("$@")
@@ -27,6 +27,8 @@ for trial in "${all[@]}"; do
   start_server
   echo "== $trial"
   play "$trial" "$place/$trial" 300 || failed=1
+  # The next start belongs to it.
+  [ "$trial" != killed-while-editing ] || play kept-text "$place/kept-text" 120 || failed=1
   stop_server
 done
 echo "screenshots: $place/*/shots"

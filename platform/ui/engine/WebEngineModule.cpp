@@ -40,6 +40,13 @@ SEngineAnswer ReadAnswer(const QVariant& reply) {
     return {EState::Value, answer.value(QLatin1String("value")), {}};
 }
 
+/// The script that calls a function of the editor's own.
+QString EditorCall(const QString& strFunction, const QJsonArray& arguments) {
+    const QJsonArray call{strFunction, arguments};
+    return EditorScript() + QStringLiteral("(...") +
+           QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact)) + u')';
+}
+
 /// Takes away from the pages of a course what reaches the network without a request that the guard sees.
 QWebEngineScript BareWorld() {
     QWebEngineScript script;
@@ -242,10 +249,18 @@ SEngineAnswer CWebEngine::RunScript(const QString& strScript, quint32 nWorld, in
 }
 
 SEngineAnswer CWebEngine::Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) {
-    const QJsonArray call{strFunction, arguments};
-    const QString strJson = QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact));
-    return RunScript(EditorScript() + QStringLiteral("(...") + strJson + u')',
-                     QWebEngineScript::ApplicationWorld, nMilliseconds);
+    return RunScript(EditorCall(strFunction, arguments), QWebEngineScript::ApplicationWorld, nMilliseconds);
+}
+
+void CWebEngine::CallLater(const QString& strFunction, const QJsonArray& arguments,
+                           std::function<void(const SEngineAnswer&)> answer) {
+    const QPointer<CWebEngine> pAlive(this);
+    m_pPage->runJavaScript(EditorCall(strFunction, arguments), QWebEngineScript::ApplicationWorld,
+                           [pAlive, answer = std::move(answer)](const QVariant& reply) {
+                               // The end of the page answers too.
+                               if (pAlive && reply.isValid())
+                                   answer(ReadAnswer(reply));
+                           });
 }
 
 SEngineAnswer CWebEngine::RunInPage(const QString& strScript, int nMilliseconds) {

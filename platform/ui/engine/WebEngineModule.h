@@ -20,6 +20,8 @@ public:
     SEngineAnswer Load(const QUrl& url, int nMilliseconds) override;
     SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) override;
     SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) override;
+    void CallLater(const QString& strFunction, const QJsonArray& arguments,
+                   std::function<void(const SEngineAnswer&)> answer) override;
     SEngineAnswer RunInPage(const QString& strScript, int nMilliseconds) override;
     QUrl Url() const override;
 

@@ -129,12 +129,54 @@
     return root.innerHTML;
   }
 
+  // A page of frames has no body; its frames are what there is of it.
+  function isFrameset(element) {
+    return element.localName === 'frameset';
+  }
+
+  // The parser drops the first line break in these, and writing the page would lose one each time.
+  function breakFirst(root) {
+    return Array.from(root.querySelectorAll('pre, textarea, listing'), (e) => e.firstChild)
+        .filter((first) => first && first.nodeType === Node.TEXT_NODE && first.data.startsWith('\n'));
+  }
+
   function innerHtml() {
-    if (!body().querySelector(HOLDER))
+    if (isFrameset(body()))
+      return body().outerHTML;
+    if (!body().querySelector(HOLDER) && breakFirst(body()).length === 0)
       return body().innerHTML;
     const copy = inert('');
     copy.replaceChildren(...copy.ownerDocument.importNode(body(), true).childNodes);
+    breakFirst(copy).forEach((text) => text.insertData(0, '\n'));
     return withoutHolders(copy);
+  }
+
+  function replaceDocument(fresh) {
+    document.replaceChild(document.adoptNode(fresh.documentElement), document.documentElement);
+  }
+
+  // The program writes pages in its own code page, where a page's declaration of another would be untrue.
+  function dropDeclarations() {
+    document.querySelectorAll('meta[charset], meta[http-equiv="content-type" i]').forEach((e) => e.remove());
+  }
+
+  function setBodyHtml(html) {
+    const fresh = /<frameset[\s>]/i.test(html) && new DOMParser().parseFromString(html, 'text/html');
+    if (fresh && isFrameset(fresh.body)) {
+      replaceDocument(fresh);
+    } else {
+      if (isFrameset(body()))
+        document.body = document.createElement('body');
+      body().innerHTML = html;
+    }
+    dropDeclarations();
+    return localReferences(body());
+  }
+
+  // What of the page stands outside of its body, in the page's order.
+  function strays() {
+    const before = Array.from(document.childNodes).filter((node) => node.nodeType === Node.COMMENT_NODE);
+    return before.concat(document.head ? Array.from(document.head.childNodes) : []);
   }
 
   const FRAGMENTS = {
@@ -272,6 +314,10 @@
     const tell = () => console.debug(token);
     document.addEventListener('selectionchange', tell);
     document.addEventListener('input', tell);
+    new MutationObserver(() => {
+      window.vorelChanged = true;
+      tell();
+    }).observe(document, {subtree: true, childList: true, characterData: true, attributes: true});
     return true;
   }
 
@@ -281,10 +327,13 @@
       return document.designMode === (on ? 'on' : 'off');
     },
     bodyHtml: () => ({html: innerHtml(), local: localReferences(body())}),
-    setBodyHtml: (html) => {
-      body().innerHTML = html;
-      return localReferences(body());
+    changedHtml: () => {
+      if (!window.vorelChanged)
+        return undefined;
+      window.vorelChanged = false;
+      return innerHtml();
     },
+    setBodyHtml: setBodyHtml,
     localReferences: (html) => localReferences(inert(html)),
     rename: (names) => {
       rename(body(), names);
@@ -315,8 +364,15 @@
     encoding: () => document.contentType !== 'text/html' ? undefined :
         {set: document.characterSet, scripts: document.querySelector('script') !== null},
     replaceDocument: (html) => {
-      const fresh = new DOMParser().parseFromString(html, 'text/html');
-      document.replaceChild(document.adoptNode(fresh.documentElement), document.documentElement);
+      replaceDocument(new DOMParser().parseFromString(html, 'text/html'));
+      return true;
+    },
+    // Before a page is edited. Where the file is a body's text and nothing else, the parser took what it
+    // begins with for a head.
+    prepare: (bodyText) => {
+      dropDeclarations();
+      if (bodyText && !isFrameset(body()))
+        body().prepend(...strays());
       return true;
     },
     watch: watch,

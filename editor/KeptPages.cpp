@@ -1,0 +1,126 @@
+#include "editor/KeptPages.h"
+
+#include "content/TreeRules.h"
+#include "editor/Texts.h"
+#include "foundation/Ciphers.h"
+#include "foundation/Exceptions.h"
+#include "foundation/Files.h"
+#include "foundation/FolderWalk.h"
+#include "foundation/Paths.h"
+#include "foundation/TextFile.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUuid>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace Torvane::File;
+
+namespace KeptPages {
+
+namespace {
+
+const QByteArray c_head = "<!DOCTYPE html><meta charset=utf-8><!-- vorel-unsaved ";
+const QByteArray c_headEnd = " -->\n";
+
+QString FolderOf(const CCoursePaths& paths) {
+    return paths.GetDataFolder(true) + u"Unsaved\\"_s;
+}
+
+QByteArray HeadOf(const KeptPage& page) {
+    const QJsonObject about{{u"node"_s, page.nNode},
+                            {u"title"_s, page.strTitle},
+                            {u"time"_s, page.Time.toUTC().toString(Qt::ISODate)},
+                            {u"page"_s, QString::fromLatin1(page.PageHash)},
+                            {u"source"_s, page.bInSource}};
+    return c_head + QJsonDocument(about).toJson(QJsonDocument::Compact) + c_headEnd;
+}
+
+std::optional<KeptPage> ReadOne(const QString& strPath) {
+    QByteArray bytes;
+    try {
+        bytes = ReadFileBytes(strPath);
+    } catch (const Torvane::CRunException&) {
+        return std::nullopt;
+    }
+    const qsizetype nEnd = bytes.indexOf(c_headEnd);
+    if (!bytes.startsWith(c_head) || nEnd < 0)
+        return std::nullopt;
+    const QJsonObject about =
+        QJsonDocument::fromJson(bytes.sliced(c_head.size(), nEnd - c_head.size())).object();
+    KeptPage page;
+    page.strPath = strPath;
+    page.nNode = about[u"node"].toInt(-1);
+    page.strTitle = about[u"title"].toString();
+    page.Time = QDateTime::fromString(about[u"time"].toString(), Qt::ISODate).toLocalTime();
+    page.PageHash = about[u"page"].toString().toLatin1();
+    page.bInSource = about[u"source"].toBool();
+    page.strHtml = QString::fromUtf8(QByteArrayView(bytes).sliced(nEnd + c_headEnd.size()));
+    if (page.nNode < 0 || !page.Time.isValid())
+        return std::nullopt;
+    return page;
+}
+
+class CCollector : public IFileVisitor {
+public:
+    void Visit(const QString& strPath, const FindRecord& record) override {
+        if (record.strName.startsWith(u'N') && IsHtmlFile(strPath))
+            Paths.append(strPath);
+    }
+    QStringList Paths;
+};
+
+} // namespace
+
+QString NewPath(const CCoursePaths& paths, qint32 nNode) {
+    return FolderOf(paths) +
+           u"N%1-%2.htm"_s.arg(QString::number(nNode), QUuid::createUuid().toString(QUuid::Id128).left(8));
+}
+
+void Write(const KeptPage& page) {
+    TryMakeFolder(WithoutBackslash(ParentFolder(page.strPath)));
+    ReplaceFile(page.strPath, HeadOf(page) + page.strHtml.toUtf8());
+}
+
+QList<KeptPage> Read(const CCoursePaths& paths) {
+    CCollector files;
+    WalkFolder(FolderOf(paths), &files, nullptr, nullptr, false, nullptr, true);
+    QList<KeptPage> pages;
+    for (const QString& strPath : files.Paths) {
+        if (const auto page = ReadOne(strPath))
+            pages.append(*page);
+    }
+    std::stable_sort(pages.begin(), pages.end(),
+                     [](const KeptPage& a, const KeptPage& b) { return a.Time > b.Time; });
+    return pages;
+}
+
+void Remove(const QString& strPath) {
+    try {
+        DeleteOneFile(strPath, true);
+    } catch (const Torvane::CRunException&) {
+        return;
+    }
+}
+
+QByteArray HashOfPage(const QString& strPagePath) {
+    try {
+        return Md5Hex(ReadFileBytes(strPagePath));
+    } catch (const Torvane::CRunException&) {
+        return {};
+    }
+}
+
+QString PutBeside(const KeptPage& page, const CCoursePaths& paths) {
+    const QString strFolder = paths.GetCourseFolder(true) + EditorTexts::c_strRescueFolder;
+    TryMakeFolder(strFolder);
+    const QString strName = MakeUniqueName(FolderNameOf(page.strTitle) + u".htm"_s, strFolder);
+    const QString strPath = AddBackslash(strFolder) + strName;
+    ReplaceFile(strPath, "<!DOCTYPE html><meta charset=utf-8>\n" + page.strHtml.toUtf8());
+    return strPath;
+}
+
+} // namespace KeptPages

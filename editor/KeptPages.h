@@ -1,0 +1,50 @@
+#pragma once
+
+#include "course/CoursePaths.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+#include <QString>
+
+/// The text of a page as it was being edited. It stands beside the course from the first seconds of editing
+/// until the page is saved or given up, so that a crash or a power cut costs no work.
+struct KeptPage {
+    /// The file that holds it, or will.
+    QString strPath;
+    qint32 nNode = -1;
+    QString strTitle;
+    QDateTime Time;
+    /// What the page on disk was when editing began, as HashOfPage says.
+    QByteArray PageHash;
+    /// The text was being typed in the source box, and may be anything.
+    bool bInSource = false;
+    QString strHtml;
+};
+
+/// The files of kept pages: "<course>\Data\Unsaved\N<id>-<random>.htm". Each is a web page in UTF-8 that any
+/// browser opens; a comment in its first line says what it is. Nothing else of a course looks into that
+/// folder.
+namespace KeptPages {
+
+/// A name that no other program working on the same course uses.
+QString NewPath(const CCoursePaths& paths, qint32 nNode);
+
+/// Replaces the file as a whole and flushes it to the disk; the folder is made where it is missing, in a
+/// course that stands. May run on any thread. Throws Torvane::File::CFileException.
+void Write(const KeptPage& page);
+
+/// All of a course, newest first. What can't be read, or is no kept page, is passed over.
+QList<KeptPage> Read(const CCoursePaths& paths);
+
+/// Removes the file. One that can't be removed stays, and will be offered once more.
+void Remove(const QString& strPath);
+
+/// MD5 of the file's bytes; empty when there is none.
+QByteArray HashOfPage(const QString& strPagePath);
+
+/// Puts the text into a page of its own, "<course>\未保存的网页\<title>.htm", for a node that is gone; its
+/// path. Throws Torvane::CRunException.
+QString PutBeside(const KeptPage& page, const CCoursePaths& paths);
+
+} // namespace KeptPages

@@ -1,0 +1,124 @@
+// The text of the page is kept while it is edited, and outlives the engine.
+#include "course/Course.h"
+#include "editor/KeptPageOffer.h"
+#include "editor/Texts.h"
+#include "editor/ui/EditorView.h"
+#include "platform/ui/WebBrowser.h"
+
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTabBar>
+#include <QTimer>
+
+#include <utility>
+
+using namespace EditorCommands;
+
+namespace {
+
+constexpr int c_nRetryMilliseconds = 200;
+/// A page that takes the engine down again so soon would do it for ever.
+constexpr int c_nSoonMilliseconds = 10000;
+
+} // namespace
+
+void CEditorView::AskLiveText(const CPageKeeper::Answer& answer) {
+    if (m_bInSource)
+        return answer(CPageKeeper::Text{SourceText(), true});
+    m_pDesign->AskChangedHtml([answer](const std::optional<QString>& html) {
+        answer(html ? std::optional(CPageKeeper::Text{*html, false}) : std::nullopt);
+    });
+}
+
+/// A box that came into a dialog or a step would not be read.
+void CEditorView::TellKeepFailure(const QString& strFailure) {
+    if (CWebBrowser2Ex::IsCallRunning() || QApplication::activeModalWidget() != nullptr)
+        QTimer::singleShot(c_nRetryMilliseconds, this, [this, strFailure] { TellKeepFailure(strFailure); });
+    else if (m_keeper.IsOpen())
+        m_people.Warn(EditorTexts::c_strKeepFailed.arg(strFailure));
+}
+
+void CEditorView::BeginKeeping(bool bEditing) {
+    const CCourse& course = m_pNode->GetCourse();
+    const qint32 nNode = m_pNode->GetId();
+    std::optional<KeptPage> kept = std::exchange(m_takeUp, std::nullopt);
+    const QPointer<CEditorView> pThis(this);
+    if (!kept || kept->nNode != nNode)
+        kept = OfferKeptPages(course, m_people, nNode);
+    if (!pThis || m_pNode == nullptr || m_pNode->GetId() != nNode)
+        return;
+    KeptPage about;
+    about.strPath = KeptPages::NewPath(course.GetPaths(), nNode);
+    about.nNode = nNode;
+    about.strTitle = m_pNode->GetTitle();
+    about.PageHash = KeptPages::HashOfPage(m_saver.GetPagePath());
+    if (bEditing && !GetCurrentHtml(about.strHtml))
+        bEditing = false;
+    if (!pThis || (!bEditing && !kept))
+        return;
+    m_keeper.Open(about);
+    if (kept) {
+        m_keeper.TakeUp(*kept);
+        PutBack({kept->strHtml, kept->bInSource});
+    }
+}
+
+/// Into the surface, or where that can't take it, into the source box: it holds any text.
+void CEditorView::PutBack(const CPageKeeper::Text& text) {
+    const QPointer<CEditorView> pThis(this);
+    if (!text.bInSource && m_pDesign->SetBrowserBodyInnerHTML(text.strHtml))
+        return;
+    if (!pThis)
+        return;
+    m_pSource->setPlainText(text.strHtml);
+    m_bInSource = true;
+    SetMode(EMode::Source);
+}
+
+void CEditorView::PageLost() {
+    if (!m_keeper.IsOpen())
+        return;
+    m_bPageLost = true;
+    // Once the step is over in which it happened, if there was one.
+    QTimer::singleShot(0, this, &CEditorView::RecoverWhenFree);
+}
+
+/// The text stands elsewhere: back to it.
+void CEditorView::PreviewLost() {
+    if (m_mode != EMode::Preview)
+        return;
+    m_pTabs->setCurrentIndex(static_cast<int>(m_bInSource ? EMode::Source : EMode::Design));
+    m_people.Warn(EditorTexts::c_strPreviewLost);
+}
+
+void CEditorView::RecoverWhenFree() {
+    if (CWebBrowser2Ex::IsCallRunning() || QApplication::activeModalWidget() != nullptr)
+        QTimer::singleShot(c_nRetryMilliseconds, this, &CEditorView::RecoverWhenFree);
+    else
+        RecoverPage();
+}
+
+/// Loads the page anew, with the text that was known last.
+void CEditorView::RecoverPage() {
+    if (!std::exchange(m_bPageLost, false) || !m_keeper.IsOpen())
+        return;
+    const bool bAgain = m_recovered.isValid() && m_recovered.elapsed() < c_nSoonMilliseconds;
+    m_recovered.start();
+    const bool bUnsaved = m_keeper.HasUnsaved();
+    CPageKeeper::Text text = m_keeper.GetText();
+    const QPointer<CEditorView> pThis(this);
+    const bool bShown = !bAgain && m_pDesign->NavigateAndWait(m_saver.GetPagePath()) && pThis &&
+                        m_pDesign->SetBrowserDesignMode(true);
+    if (!pThis || !m_keeper.IsOpen())
+        return;
+    if (!m_bInSource && (bUnsaved || !bShown)) {
+        text.bInSource = !bShown;
+        PutBack(text);
+    }
+    if (!pThis)
+        return;
+    m_people.Warn(m_bInSource && !bShown ? EditorTexts::c_strPageInSource : EditorTexts::c_strPageRecovered);
+    if (pThis)
+        FocusLive();
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "editor/ui/EditorView.h"
+
+#include "foundation/CodePage.h"
+#include "platform/ui/WebBrowser.h"
+#include "tests/editor_ui/ViewHarness.h"
+
+#include <QAction>
+#include <QPlainTextEdit>
+#include <QTabBar>
+
+enum { c_nDesign, c_nSource, c_nPreview };
+
+/// An editor in a window of its own, and the pages of a course.
+class CEditorFixture : public ::testing::Test {
+protected:
+    void Open(const QByteArray& html) {
+        m_pNode = m_world.MakePage(QStringLiteral("页 %1").arg(++m_nPages), html);
+        OpenAgain();
+    }
+    void OpenAgain() {
+        m_view.m_pNode = m_pNode.get();
+        ShowOnScreen(m_view);
+        m_view.ShowNode();
+        // The engine's first page makes the window anew.
+        m_view.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&m_view));
+    }
+    QString OnDisk() const { return CodePage::Decode(m_world.Folder.Read(PageFile())); }
+    QString PageFile(const QString& strBelow = QStringLiteral("Content.htm")) const {
+        return m_world.NodePath(m_pNode->GetId(), strBelow);
+    }
+    CWebBrowser2Ex& Surface(const char* szName) {
+        return *m_view.findChild<CWebBrowser2Ex*>(QLatin1StringView(szName));
+    }
+    QString Html(const char* szName = "design") {
+        QString strHtml = QStringLiteral("<no answer>");
+        EXPECT_TRUE(Surface(szName).GetBrowserBodyInnerHTML(strHtml));
+        return strHtml;
+    }
+    QPlainTextEdit& Source() { return *m_view.findChild<QPlainTextEdit*>(QStringLiteral("source")); }
+    void Tab(int nTab) { m_view.findChild<QTabBar*>(QStringLiteral("editorTabs"))->setCurrentIndex(nTab); }
+    QAction& Action(int nId) { return *m_view.findChild<QAction*>(QStringLiteral("command_%1").arg(nId)); }
+
+    /// As an input method types.
+    void Type(const QString& strText) {
+        Surface("design").setFocus();
+        ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusObject() != nullptr; }));
+        QInputMethodEvent composing(QStringLiteral("pin yin"), {});
+        QCoreApplication::sendEvent(QApplication::focusObject(), &composing);
+        QInputMethodEvent event;
+        event.setCommitString(strText);
+        QCoreApplication::sendEvent(QApplication::focusObject(), &event);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Html().contains(strText); })) << Html().toStdString();
+    }
+
+    CViewWorld m_world;
+    std::unique_ptr<CBookNode> m_pNode;
+    int m_nPages = 0;
+    CEditorView m_view{m_world.Host, m_world.People};
+};
