@@ -250,7 +250,7 @@ bool CWebBrowser2Ex::GetBrowserBodyInnerHTML(QString& strHtml) {
 
 void CWebBrowser2Ex::AskChangedHtml(std::function<void(std::optional<QString>)> answer) {
     if (!m_bPageLoaded)
-        return;
+        return answer(std::nullopt);
     m_pEngine->CallLater(QStringLiteral("changedHtml"), {},
                          [answer = std::move(answer)](const SEngineAnswer& reply) {
                              answer(reply.HasValue() ? std::optional(reply.Value.toString()) : std::nullopt);

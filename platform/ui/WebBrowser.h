@@ -55,10 +55,10 @@ public:
     bool GetURL(QString& strUrl);
     bool GetBrowserBodyInnerHTML(QString& strHtml);
     bool SetBrowserBodyInnerHTML(const QString& strHtml);
-    /// Asks for the body's text without waiting, whatever else runs. The answer comes from the event loop:
-    /// the text, or nothing when it has not changed since the last asking. It never comes when there is no
-    /// page, or when the page or the surface goes away first. References that came in by pasting may still
-    /// have another form than GetBrowserBodyInnerHTML gives them.
+    /// Asks for the body's text without waiting, whatever else runs. The answer comes at once or from the
+    /// event loop: the text, or nothing when it has not changed since the last asking or there is no page. It
+    /// may never come when the surface goes away first. References that came in by pasting may still have
+    /// another form than GetBrowserBodyInnerHTML gives them.
     void AskChangedHtml(std::function<void(std::optional<QString>)> answer);
     /// Runs a named editing command on the selection. A colour comes as a number with the low byte red.
     /// "CreateLink" with bShowUi asks for the address.

@@ -58,7 +58,7 @@ public:
     /// Calls a function of the editor's own script, in a world that the page's scripts don't see.
     virtual SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments,
                                int nMilliseconds) = 0;
-    /// The same without waiting: the answer comes from the event loop, or never when the page goes away
+    /// The same without waiting: the answer comes from the event loop, and is Gone when the page goes away
     /// first.
     virtual void CallLater(const QString& strFunction, const QJsonArray& arguments,
                            std::function<void(const SEngineAnswer&)> answer) = 0;

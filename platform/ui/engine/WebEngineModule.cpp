@@ -255,12 +255,13 @@ SEngineAnswer CWebEngine::Call(const QString& strFunction, const QJsonArray& arg
 void CWebEngine::CallLater(const QString& strFunction, const QJsonArray& arguments,
                            std::function<void(const SEngineAnswer&)> answer) {
     const QPointer<CWebEngine> pAlive(this);
-    m_pPage->runJavaScript(EditorCall(strFunction, arguments), QWebEngineScript::ApplicationWorld,
-                           [pAlive, answer = std::move(answer)](const QVariant& reply) {
-                               // The end of the page answers too.
-                               if (pAlive && reply.isValid())
-                                   answer(ReadAnswer(reply));
-                           });
+    m_pPage->runJavaScript(
+        EditorCall(strFunction, arguments), QWebEngineScript::ApplicationWorld,
+        [pAlive, answer = std::move(answer)](const QVariant& reply) {
+            // The end of the page answers too.
+            if (pAlive)
+                answer(reply.isValid() ? ReadAnswer(reply) : SEngineAnswer{EState::Gone, {}, {}});
+        });
 }
 
 SEngineAnswer CWebEngine::RunInPage(const QString& strScript, int nMilliseconds) {
