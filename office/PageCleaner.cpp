@@ -6,6 +6,7 @@
 #include "office/Texts.h"
 
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <QStringList>
 
@@ -22,6 +23,14 @@ const GumboNode* ChildAt(const GumboNode* pNode, unsigned i) {
 bool IsBlankText(const GumboNode* pNode) {
     return pNode->type == GUMBO_NODE_WHITESPACE || pNode->type == GUMBO_NODE_COMMENT ||
            (pNode->type == GUMBO_NODE_TEXT && QString::fromUtf8(pNode->v.text.text).trimmed().isEmpty());
+}
+
+bool IsBlank(const GumboNode* pElement) {
+    for (unsigned i = 0; i < pElement->v.element.children.length; ++i) {
+        if (!IsBlankText(ChildAt(pElement, i)))
+            return false;
+    }
+    return true;
 }
 
 QString Attribute(const GumboElement& element, const char* szName) {
@@ -182,6 +191,13 @@ bool IsKeptAttribute(const QByteArray& element, const QByteArray& name) {
     return name == "dir" || name == "alt" || (name == "class" && element != "span");
 }
 
+/// What a picture tells of itself; the converter's own numbering of shapes and pictures tells nothing.
+QString AltOf(const GumboElement& element) {
+    static const QRegularExpression ownName(u"^(Shape|Image|Picture|Frame|Graphic|Object|graphics) ?\\d*$"_s);
+    const QString strAlt = Attribute(element, "alt");
+    return ownName.match(strAlt).hasMatch() ? QString() : strAlt;
+}
+
 class CCleaner {
 public:
     CCleaner(EKind eKind, const PictureNamer& pictures, const QString& strPlainText)
@@ -201,9 +217,19 @@ public:
 private:
     void Write(const GumboNode* pNode, QByteArray& out) {
         if (IsElement(pNode))
-            WriteElement(pNode, out);
-        else if (pNode->type != GUMBO_NODE_COMMENT)
-            out += QString::fromUtf8(pNode->v.text.text).toHtmlEscaped().toUtf8();
+            return WriteElement(pNode, out);
+        if (pNode->type == GUMBO_NODE_COMMENT)
+            return;
+        QString strText = QString::fromUtf8(pNode->v.text.text);
+        // The converter begins a line behind each picture, also in the middle of a word.
+        if (strText.startsWith(u'\n') && m_bAfterPicture) {
+            qsizetype nText = 0;
+            while (nText < strText.size() && strText[nText].isSpace())
+                ++nText;
+            strText.remove(0, nText);
+        }
+        m_bAfterPicture = m_bAfterPicture && strText.isEmpty();
+        out += strText.toHtmlEscaped().toUtf8();
     }
 
     void WriteElement(const GumboNode* pNode, QByteArray& out) {
@@ -216,6 +242,10 @@ private:
         if (name == "ol" || name == "ul" || name == "li")
             return WriteListPart(pNode, name, out);
         const QByteArray kept = KeptName(name);
+        // One that the converter ended twice; a blank line of the document holds a break.
+        if (name == "p" && IsBlank(pNode))
+            return;
+        m_bAfterPicture = false;
         const QByteArray attributes =
             kept.isEmpty() || IsShadedField(pNode) ? QByteArray() : Attributes(element, name);
         // An element that only carries attributes is nothing without one.
@@ -276,7 +306,8 @@ private:
     }
 
     void WritePicture(const GumboElement& element, QByteArray& out) {
-        const QString strAlt = Attribute(element, "alt");
+        const QString strAlt = AltOf(element);
+        m_bAfterPicture = true;
         const QString strName = m_pictures(Attribute(element, "src"));
         if (strName.isEmpty()) {
             out += strAlt.toHtmlEscaped().toUtf8();
@@ -328,6 +359,7 @@ private:
     const PictureNamer& m_pictures;
     CListLabels m_labels;
     QByteArray m_headingLabel;
+    bool m_bAfterPicture = false;
     QList<Sheet> m_sheets;
     bool m_bInTable = false;
 };

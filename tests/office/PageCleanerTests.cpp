@@ -42,6 +42,8 @@ TEST(PageCleaner, KeepsWhatIsKnownAndDropsTheRest) {
         {"<div title=header><p>a</p></div><div>b</div>", u"<div>b</div>"_s},
         {"<img src=pic.png width=30 onerror=x()><img src=/etc/x.png alt=\"&lt;b>\">",
          u"<img src=\"a.files/pic.png\" alt=\"\" width=\"30\">&lt;b&gt;"_s},
+        {"<p>x<img src=pic.png alt=Shape12>\n y</p></p>",
+         u"<p>x<img src=\"a.files/pic.png\" alt=\"\">y</p>"_s},
         {"<form action=x><input value=a>b</form><sdfield type=PAGE>1</sdfield>", u"b1"_s},
         {"<p style=\"line-height: 100%\">a</p>", u"<p style=\"line-height: 1.4\">a</p>"_s}};
     for (const auto& [html, strBody] : cases)
