@@ -17,7 +17,7 @@ QString WithReason(const QString& strText, int nSystemError) {
 } // namespace
 
 CFileException::CFileException(const QString& strText, int nSystemError)
-    : CRunException(WithReason(strText, nSystemError)) {}
+    : CRunException(WithReason(strText, nSystemError)), m_nSystemError(nSystemError) {}
 
 CFileException::CFileException(const QString& strMessage, const QString& strPath, int nSystemError)
     : CFileException(strMessage.arg(Platform::ToShown(strPath)), nSystemError) {}

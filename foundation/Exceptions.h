@@ -37,6 +37,12 @@ public:
     /// A message with one place or two for paths, which are shown in native form.
     CFileException(const QString& strMessage, const QString& strPath, int nSystemError);
     CFileException(const QString& strMessage, const QString& strFrom, const QString& strTo, int nSystemError);
+
+    /// 0 when there was none.
+    int GetSystemError() const { return m_nSystemError; }
+
+private:
+    int m_nSystemError;
 };
 
 /// The system's text for an error code, in the person's language; "Unknown Error!" when it has none. At most

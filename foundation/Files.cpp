@@ -5,6 +5,7 @@
 #include "foundation/Texts.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
+#include "platform/base/PathSwap.h"
 
 #include <cerrno>
 #include <chrono>
@@ -19,10 +20,6 @@ namespace {
 constexpr int c_nOpenRetries = 50;
 constexpr std::chrono::milliseconds c_retryPause(100);
 
-bool IsTooLong(const QString& strPath) {
-    return CodePage::ByteLength(strPath) > c_nMaxPathBytes;
-}
-
 // A new file's own name stays as it is given; the folder that it goes into is looked up.
 QByteArray NativeForCreating(const QString& strPath) {
     const qsizetype n = strPath.lastIndexOf(u'\\');
@@ -36,6 +33,15 @@ void MakeNormal(const QString& strPath, const QByteArray& native) {
     const int nError = Platform::MakeWritable(native);
     if (nError != 0 && nError != ENOENT && nError != ENOTDIR)
         throw CFileException(c_strCannotSetAttributes, strPath, nError);
+}
+
+/// A call with paths as they are spelled, which nearly all of them stand under; only for the others every
+/// folder on the way is looked at. The call answers the system's error.
+template <typename TCall>
+int AsSpelledOrFound(TCall call, const QString& strCreated, const QString& strRead = {}) {
+    const int nError =
+        call(Platform::ToNativeExact(strCreated).toUtf8(), Platform::ToNativeExact(strRead).toUtf8());
+    return nError == ENOENT ? call(NativeForCreating(strCreated), Platform::NativeBytes(strRead)) : nError;
 }
 
 template <typename TOperation>
@@ -63,7 +69,7 @@ CReadFile::~CReadFile() = default;
 
 void CReadFile::Open(const QString& strPath, bool bWrite, bool bCreateIfMissing) {
     Close();
-    if ((bWrite || bCreateIfMissing) && IsTooLong(strPath))
+    if ((bWrite || bCreateIfMissing) && IsPathTooLong(strPath))
         throw CFileException(c_strCannotOpen, strPath, ENAMETOOLONG);
     const QByteArray path = Platform::NativeBytes(CodePage::Cut(strPath, c_nMaxPathBytes));
     int nDescriptor = -1;
@@ -103,15 +109,17 @@ quint32 GetFileSizeOf(const QString& strPath, quint32* pHigh) {
 
 void CopyOneFile(const QString& strSource, const QString& strTarget, bool bOverwrite, IWalkFilter* pFilter) {
     int nError = ENAMETOOLONG;
-    if (!IsTooLong(strTarget) && !IsTooLong(strSource)) {
-        const QByteArray target = NativeForCreating(strTarget);
+    if (!IsPathTooLong(strTarget) && !IsPathTooLong(strSource)) {
         if (bOverwrite)
-            MakeNormal(strTarget, target);
+            MakeNormal(strTarget, NativeForCreating(strTarget));
         const Platform::CFolder paths = Platform::CFolder::OfPaths();
         const std::function<bool()> stop =
             pFilter ? [pFilter] { return pFilter->Cancelled(); } : std::function<bool()>();
-        nError =
-            Platform::CopyFileBytes(paths, Platform::NativeBytes(strSource), paths, target, bOverwrite, stop);
+        nError = AsSpelledOrFound(
+            [&](const QByteArray& target, const QByteArray& source) {
+                return Platform::CopyFileBytes(paths, source, paths, target, bOverwrite, stop);
+            },
+            strTarget, strSource);
     }
     if (nError != 0)
         throw CFileException(c_strCannotCopy, strSource, strTarget, nError);
@@ -121,19 +129,19 @@ void DeleteOneFile(const QString& strPath, bool bForce) {
     if (bForce)
         ClearAttributes(strPath);
     const int nError =
-        IsTooLong(strPath) ? ENAMETOOLONG : Platform::RemoveFile(Platform::NativeBytes(strPath));
+        IsPathTooLong(strPath) ? ENAMETOOLONG : Platform::RemoveFile(Platform::NativeBytes(strPath));
     if (nError != 0)
         throw CFileException(c_strCannotDeleteFile, strPath, nError);
 }
 
 void ClearAttributes(const QString& strPath) {
-    if (IsTooLong(strPath))
+    if (IsPathTooLong(strPath))
         throw CFileException(c_strCannotSetAttributes, strPath, ENAMETOOLONG);
     MakeNormal(strPath, Platform::NativeBytes(strPath));
 }
 
 EPathKind CreateFolderPath(const QString& strPath) {
-    if (IsTooLong(strPath))
+    if (IsPathTooLong(strPath))
         throw CFileException(c_strCannotMakeFolder, strPath, ENAMETOOLONG);
     const EPathKind eKind = GetPathKind(strPath);
     if (eKind != EPathKind::Nothing)
@@ -174,7 +182,26 @@ bool TryCreateFolderPath(const QString& strPath) {
 }
 
 bool TryMakeFolder(const QString& strPath) {
-    return !IsTooLong(strPath) && Platform::MakeFolder(NativeForCreating(strPath)) == 0;
+    return !IsPathTooLong(strPath) &&
+           AsSpelledOrFound(
+               [](const QByteArray& path, const QByteArray&) { return Platform::MakeFolder(path); },
+               strPath) == 0;
+}
+
+void ExchangeFolders(const QString& strOne, const QString& strOther) {
+    const QByteArray one = Platform::NativeBytes(WithoutBackslash(strOne));
+    const QByteArray other = Platform::NativeBytes(WithoutBackslash(strOther));
+    int nError = Platform::ExchangePaths(one, other);
+    if (nError == EINVAL || nError == ENOSYS) {
+        const QByteArray away = one + ".old";
+        nError = Platform::MovePath(other, away);
+        if (nError == 0) {
+            nError = Platform::MovePath(one, other);
+            Platform::MovePath(away, nError == 0 ? one : other);
+        }
+    }
+    if (nError != 0)
+        throw CFileException(c_strCannotMakeFolder, WithoutBackslash(strOther), nError);
 }
 
 bool TryGetFolderSize(const QString& strPath, double& dSize) {

@@ -72,6 +72,9 @@ bool TryCreateFolderPath(const QString& strPath);
 /// Makes one folder in one that stands; false also when its name is taken. The name is not looked for in
 /// other letter cases, for which all entries beside it would be read.
 bool TryMakeFolder(const QString& strPath);
+/// Lets two folders beside one another change places, in one step where the volume has such a step. Throws,
+/// with each where it was.
+void ExchangeFolders(const QString& strOne, const QString& strOther);
 bool TryGetFolderSize(const QString& strPath, double& dSize);
 
 } // namespace Torvane::File

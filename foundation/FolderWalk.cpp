@@ -1,6 +1,10 @@
 #include "foundation/FolderWalk.h"
 
+#include "foundation/Paths.h"
 #include "foundation/TreeWalk.h"
+#include "platform/base/NativePath.h"
+
+#include <vector>
 
 namespace Torvane::File {
 namespace {
@@ -48,6 +52,33 @@ void WalkFolder(const QString& strFolder, IFileVisitor* pFiles, IFolderVisitor* 
     options.bSorted = true;
     options.pFilter = pFilter;
     WalkTree(strFolder, caller, options);
+}
+
+bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilter* pFilter) {
+    Platform::CFolder folder;
+    std::vector<Platform::CFolderEntry> found;
+    // A cut path could be that of another folder.
+    if (IsPathTooLong(strFolder) || folder.Open(Platform::NativeBytes(strFolder)) != 0 ||
+        folder.List(found) != 0)
+        return false;
+    for (const Platform::CFolderEntry& entry : found) {
+        if (pFilter && pFilter->Cancelled())
+            return true;
+        Platform::CFileState state;
+        FolderEntry next;
+        if (entry.name.startsWith('.') || entry.eType == Platform::EEntryType::Other ||
+            folder.GetStateAndBirth(entry.name, state, next.nBorn) != 0)
+            continue;
+        // What a link leads to may change at any time, also from a file to a folder.
+        next.bFolder = entry.eType == Platform::EEntryType::Folder;
+        if (next.bFolder ? !state.bFolder : !state.bPlainFile)
+            continue;
+        next.strName = QString::fromUtf8(entry.name);
+        next.nSize = state.nSize;
+        next.bNoText = !HasPath(entry.name);
+        entries.append(next);
+    }
+    return true;
 }
 
 } // namespace Torvane::File

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 /// A recursive walk through a folder, on which copying, deleting and measuring are built.
@@ -43,5 +44,21 @@ public:
 /// devices and names that are no text are passed over.
 void WalkFolder(const QString& strFolder, IFileVisitor* pFiles, IFolderVisitor* pEnter,
                 IFolderVisitor* pLeave, bool bRecursive, IWalkFilter* pFilter, bool bSkipSpecial);
+
+/// An entry of one folder.
+struct FolderEntry {
+    QString strName;
+    bool bFolder = false;
+    quint64 nSize = 0;
+    /// When it was created, in nanoseconds since 1970.
+    qint64 nBorn = 0;
+    /// A name that is no text, here spelled as far as it goes: the entry can't be named, and so not opened.
+    bool bNoText = false;
+};
+
+/// What stands directly in a folder: plain files, links to such, and folders, in no order. Hidden entries,
+/// links to folders, dangling links and devices are left out. False when it can't be listed. Returns early
+/// when the filter, which may be null, says so.
+bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilter* pFilter = nullptr);
 
 } // namespace Torvane::File

@@ -30,12 +30,31 @@ QString TailBelow(const QString& strBase, const QString& strPath, QChar cSeparat
     return strPath.mid(strBase.endsWith(cSeparator) ? strBase.size() : strBase.size() + 1);
 }
 
+/// Reckoned once a minute: whoever names thousands of files would else ask for the zone of each.
 QString TimeStem() {
-    const QDateTime now = QDateTime::currentDateTime();
-    return QString::asprintf("%d", now.date().year()) + now.toString(QStringLiteral("MMddhhmm"));
+    static thread_local qint64 nMinute = -1;
+    static thread_local QString strStem;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (const qint64 nNow = now.toSecsSinceEpoch() / 60; nNow != nMinute) {
+        nMinute = nNow;
+        const QDateTime local = now.toLocalTime();
+        strStem = QString::asprintf("%d", local.date().year()) + local.toString(QStringLiteral("MMddhhmm"));
+    }
+    return strStem;
 }
 
 } // namespace
+
+bool IsPathTooLong(QStringView path, QStringView more) {
+    // Most paths are far from it, which shows without encoding them: no unit takes more than four bytes.
+    qsizetype nMost = 0;
+    for (const QStringView part : {path, more}) {
+        for (const QChar c : part)
+            nMost += c.unicode() < 0x80 ? 1 : 4;
+    }
+    return nMost > c_nMaxPathBytes &&
+           CodePage::ByteLength(path) + CodePage::ByteLength(more) > c_nMaxPathBytes;
+}
 
 EPathKind GetPathKind(const QString& strPath) {
     QString str = CodePage::Cut(strPath, c_nMaxPathBytes);
@@ -138,13 +157,16 @@ QString RelativeTail(const QString& strBase, const QString& strPath, QChar cSepa
     return CodePage::Cut(TailBelow(strBase, strPath, cSeparator), c_nMaxPathBytes);
 }
 
+QString NameInEmptyFolder(const QString& strName) {
+    const QString strStem = FileTitle(strName);
+    return (strStem.isEmpty() ? TimeStem() : strStem) + Extension(strName);
+}
+
 QString MakeUniqueName(const QString& strName, const QString& strFolder) {
     const QString strRoot = AddBackslash(strFolder);
     const QString strExtension = Extension(strName);
-    QString strStem = FileTitle(strName);
-    if (strStem.isEmpty())
-        strStem = TimeStem();
-    QString strUnique = strStem + strExtension;
+    QString strUnique = NameInEmptyFolder(strName);
+    const QString strStem = strUnique.chopped(strExtension.size());
     const auto bytesBeyond = [&](const QString& str) {
         return CodePage::ByteLength(strRoot) + CodePage::ByteLength(str) - c_nMaxPathBytes;
     };

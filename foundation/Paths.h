@@ -2,6 +2,7 @@
 
 #include <QByteArrayView>
 #include <QString>
+#include <QStringView>
 
 /// Rules on backslash paths and what stands at them. Every path here is in backslash form. Queries look at
 /// the first 260 code page bytes of a path, ending on a character boundary.
@@ -10,6 +11,9 @@ namespace Torvane::File {
 enum class EPathKind { Nothing = 0, File = 1, Folder = 2 };
 
 constexpr int c_nMaxPathBytes = 260;
+
+/// Whether it takes more than that. It may be given in two parts.
+bool IsPathTooLong(QStringView path, QStringView more = {});
 
 EPathKind GetPathKind(const QString& strPath);
 /// A plain file: what only blocks or never ends when it is read (a pipe, a device) is none.
@@ -64,6 +68,8 @@ QString RelativeTail(const QString& strBase, const QString& strPath, QChar cSepa
 /// A bare name that is free in the folder. strName may be a bare name or a path. An empty stem becomes the
 /// local time as year, month, day, hour, minute; a name that is taken gets "[random number]" behind its stem.
 QString MakeUniqueName(const QString& strName, const QString& strFolder);
+/// The same for an empty folder, which need not be looked into then.
+QString NameInEmptyFolder(const QString& strName);
 
 /// Where a found path lands when the source root is laid over the target root.
 QString ResolveAgainstBase(const QString& strSourceRoot, const QString& strTargetRoot,

@@ -23,12 +23,6 @@ bool IsAscii(const QByteArray& name) {
     return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<uchar>(c) < 0x80; });
 }
 
-// A name that is no text, or holds what separates names in our paths, has no path: going on with something
-// like it could touch another file. Such an entry is passed over; a folder that holds it can't be deleted.
-bool HasPath(const QByteArray& name) {
-    return !name.contains('\\') && (IsAscii(name) || QString::fromUtf8(name).toUtf8() == name);
-}
-
 void SortByName(std::vector<CFolderEntry>& entries) {
     std::sort(entries.begin(), entries.end(), [](const CFolderEntry& a, const CFolderEntry& b) {
         const QString strA = LowerAscii(QString::fromUtf8(a.name));
@@ -88,6 +82,12 @@ private:
 };
 
 } // namespace
+
+// Going on with something like such a name could touch another file. The entry is passed over; a folder that
+// holds it can't be deleted.
+bool HasPath(const QByteArray& name) {
+    return !name.contains('\\') && (IsAscii(name) || QString::fromUtf8(name).toUtf8() == name);
+}
 
 void WalkTree(const QString& strFolder, ITreeVisitor& visitor, const TreeOptions& options) {
     TreeFolder root;

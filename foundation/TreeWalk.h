@@ -50,6 +50,9 @@ void WalkTree(const QString& strFolder, ITreeVisitor& visitor, const TreeOptions
 /// The full path of an entry, backslash form.
 QString EntryPath(const TreeFolder& folder, const QByteArray& name);
 
+/// Whether a name can be part of a path: it is a text, and holds nothing that separates names in paths.
+bool HasPath(const QByteArray& name);
+
 /// How many code page bytes a path takes, given those of its folder.
 qsizetype EntryPathBytes(qsizetype nFolderBytes, const QByteArray& name);
 

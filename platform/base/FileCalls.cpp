@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <array>
@@ -105,6 +106,7 @@ int CopyContent(int nFrom, int nTo, off_t nSize, const std::function<bool()>& st
         }
     }
     static thread_local const std::unique_ptr<char[]> pBlock(new char[c_nBlock]);
+    off_t nWhole = 0;
     for (size_t nCopied = 0;;) {
         const ssize_t n = ::read(nFrom, pBlock.get(), c_nBlock);
         if (n < 0) {
@@ -116,6 +118,9 @@ int CopyContent(int nFrom, int nTo, off_t nSize, const std::function<bool()>& st
             return 0;
         if (const int nError = WriteAll(nTo, pBlock.get(), static_cast<size_t>(n)))
             return nError;
+        nWhole += n;
+        if (nWhole == nSize)
+            return 0;
         nCopied += static_cast<size_t>(n);
         if (stop && nCopied >= c_nPiece) {
             if (stop())
@@ -264,6 +269,22 @@ int CFolder::GetOwnState(CFileState& state) const {
     if (::fstat(Descriptor(), &found) != 0)
         return errno;
     state = StateOf(found);
+    return 0;
+}
+
+int CFolder::GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const {
+    struct statx found {};
+    const unsigned nWanted = STATX_TYPE | STATX_MODE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME;
+    if (::statx(Descriptor(), name.constData(), 0, nWanted, &found) != 0)
+        return errno;
+    state = CFileState();
+    state.bPlainFile = S_ISREG(found.stx_mode);
+    state.bFolder = S_ISDIR(found.stx_mode);
+    state.nSize = state.bPlainFile ? found.stx_size : 0;
+    state.nDevice = makedev(found.stx_dev_major, found.stx_dev_minor);
+    state.nInode = found.stx_ino;
+    const statx_timestamp& time = (found.stx_mask & STATX_BTIME) != 0 ? found.stx_btime : found.stx_mtime;
+    nBorn = qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
     return 0;
 }
 

@@ -53,6 +53,9 @@ public:
     int List(std::vector<CFolderEntry>& list);
     int GetState(const QByteArray& name, CFileState& state, bool bFollow = true) const;
     int GetOwnState(CFileState& state) const;
+    /// Also when it was created, in nanoseconds since 1970; where the volume doesn't keep that, when it was
+    /// last modified. Links are followed.
+    int GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const;
 
     int MakeFolder(const QByteArray& name) const;
     /// Removes a file, or a link itself.
