@@ -81,8 +81,16 @@ private:
     QSet<qint32> m_met;
 };
 
+/// Reckoned once a second, since thousands of rows may ask for it.
 QString LocalTime() {
-    return QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s);
+    static qint64 nSecond = -1;
+    static QString strTime;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (now.toSecsSinceEpoch() != nSecond) {
+        nSecond = now.toSecsSinceEpoch();
+        strTime = now.toLocalTime().toString(u"yyyy-MM-dd HH:mm:ss"_s);
+    }
+    return strTime;
 }
 
 } // namespace
@@ -175,6 +183,27 @@ qint32 CBookDatabase::AddNode(qint32 nParentId, const QString& strTitle) {
         return true;
     });
     return nId;
+}
+
+qint32 CBookDatabase::GetNextId() {
+    // Undone again, so that only the number is learnt, whatever table gives it.
+    const CTransaction transaction(*this);
+    return AddNode(c_nRootNodeId, QString());
+}
+
+void CBookDatabase::InsertNode(const NewNode& node) {
+    const QByteArray title = m_pTitles->Stored(node.Title);
+    const NodeContent& content = node.Content;
+    Guarded([&](Connection& connection) {
+        if (content.Type == NodeType::c_nEmpty)
+            connection.Run("INSERT INTO Book (Id, Title, ParentId, [Index]) VALUES (?, ?, ?, ?)", node.Id,
+                           title, node.ParentId, node.Place);
+        else
+            connection.Run("INSERT INTO Book (Id, Title, ParentId, [Index], Type, Path, OpenType, FileName, "
+                           "Comment, [Size], TimeLastModified) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                           node.Id, title, node.ParentId, node.Place, content.Type, content.Path,
+                           content.OpenType, content.FileName, content.Comment, node.Size, LocalTime());
+    });
 }
 
 NodeHeader CBookDatabase::GetNode(qint32 nId) {
@@ -391,6 +420,16 @@ bool CBookDatabase::SetContent(qint32 nId, const NodeContent& content) {
                 content.Type, content.Path, content.OpenType, content.FileName, content.Comment, nId);
             TouchModified(nId);
         }
+        return true;
+    });
+}
+
+bool CBookDatabase::SetContent(qint32 nId, const NodeContent& content, double dBytes) {
+    return Guarded([&](Connection& connection) {
+        connection.Run("UPDATE Book SET Type = ?, Path = ?, OpenType = ?, FileName = ?, Comment = ?, "
+                       "[Size] = ?, TimeLastModified = ? WHERE Id = ?",
+                       content.Type, content.Path, content.OpenType, content.FileName, content.Comment,
+                       dBytes, LocalTime(), nId);
         return true;
     });
 }

@@ -42,6 +42,16 @@ struct NodeContent {
     QString Comment;
 };
 
+struct NewNode {
+    qint32 Id = -1;
+    qint32 ParentId = -1;
+    /// Among its siblings, from 1.
+    qint32 Place = 1;
+    QString Title;
+    NodeContent Content;
+    double Size = 0;
+};
+
 /// The store of a course's tree: one SQLite file, one table "Book", one row a node. Titles of nodes above Id
 /// 3 are enciphered with a key of the course. Every failure of the database is a Torvane::COM::CCOMException.
 /// All calls are made on one thread. Each operation of several statements is one transaction. While the store
@@ -84,6 +94,11 @@ public:
 
     /// Adds a node as the last child; its new Id.
     qint32 AddNode(qint32 nParentId, const QString& strTitle);
+    /// The Id that the next added node gets; all above it are free too.
+    qint32 GetNextId();
+    /// Adds a node ready made, for whoever adds thousands: its Id, and its place behind its siblings, are the
+    /// caller's to know. Content that is empty is left to the table.
+    void InsertNode(const NewNode& node);
     /// Throws when there is no such node. A title that the course's key does not open reads as garbage. Here
     /// and in lists a title or type that can't be converted is empty, so that one bad row costs no course.
     NodeHeader GetNode(qint32 nId);
@@ -115,6 +130,8 @@ public:
 
     /// The setters write nothing, and answer true, where there is no such node; each notes the local time.
     bool SetContent(qint32 nId, const NodeContent& content);
+    /// The same with the size, in one go.
+    bool SetContent(qint32 nId, const NodeContent& content, double dBytes);
     /// False, with the row unchanged, when the enciphered title is wider than the column.
     bool SetTitle(qint32 nId, const QString& strTitle);
     bool SetSize(qint32 nId, double dBytes);
