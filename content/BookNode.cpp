@@ -2,43 +2,19 @@
 
 #include "content/NodeInfo.h"
 #include "content/Texts.h"
-#include "course/TemplateStore.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
-#include "foundation/SysInfo.h"
 #include "foundation/TextFile.h"
+#include "platform/base/FileOpening.h"
+#include "platform/base/FolderWatcher.h"
 #include "platform/base/NativePath.h"
 
 #include <QSet>
 
-#include <optional>
-
 namespace {
 
 const QString c_strPageFile = QStringLiteral("Content.htm");
-
-/// A text file's bytes as they come out of reading it line by line and writing it again: the last line end
-/// goes, every line ends with CR LF. The code page never uses these bytes inside a character, so no text is
-/// decoded for it, and none can suffer.
-QByteArray LinesOf(QByteArray bytes) {
-    bytes.replace("\r\n", "\n");
-    if (bytes.endsWith('\n'))
-        bytes.chop(1);
-    bytes.replace("\n", "\r\n");
-    return bytes;
-}
-
-/// The page of the template, or its general page; nothing when it has neither.
-std::optional<QByteArray> ReadTemplatePage(const QString& strTemplate, const QString& strPage) {
-    const CTemplateStore store(CSysInfo::Instance().GetTemplatesFolder(false));
-    QString strPath = strPage.isEmpty() ? QString() : store.GetPagePath(strTemplate, strPage);
-    if (!Torvane::File::IsFile(strPath))
-        strPath = store.GetDefaultPagePath(strTemplate);
-    if (!Torvane::File::IsFile(strPath))
-        return std::nullopt;
-    return LinesOf(ReadFileBytes(strPath));
-}
 
 /// So many rows go in one transaction: few enough that giving up is honoured soon, and enough that waiting
 /// for the disk weighs little.
@@ -241,35 +217,43 @@ bool CBookNode::SetOpenType(qint32 nOpenType) {
 }
 
 bool CBookNode::InitFromTemplatePage(const QString& strTemplate, const QString& strPage) {
-    const std::optional<QByteArray> page = ReadTemplatePage(strTemplate, strPage);
-    if (!page)
+    if (!Recipes::HasPage(strTemplate, strPage))
         return false;
-    BuildEditorPage(&*page, 0);
+    Build(Recipes::EditorPage(strTemplate, strPage, 0));
     return true;
 }
 
 void CBookNode::CreateEditorPage(qint32 nOpenType) {
-    const std::optional<QByteArray> page = ReadTemplatePage(m_course.GetTemplateName(), QString());
-    BuildEditorPage(page ? &*page : nullptr, nOpenType);
+    Build(Recipes::EditorPage(m_course.GetTemplateName(), QString(), nOpenType));
 }
 
-void CBookNode::BuildEditorPage(const QByteArray* pPage, qint32 nOpenType) {
-    Store().GetNode(m_nId); // throws for a node that is gone, as long as its files still stand
-    EnsureFolder();
-    Torvane::File::ClearFolder(GetFolder(), true);
-    Torvane::File::CreateFolderPath(GetFolder() + QStringLiteral("res"));
-    if (pPage != nullptr)
-        ReplaceFile(GetFolder() + c_strPageFile, *pPage);
+void CBookNode::Build(const ContentRecipe& recipe) {
+    CContentStage stage(*this);
+    const QString strBelow = recipe.Files(stage.GetFolder(), nullptr);
+    TakeContent(stage, recipe.Row, strBelow, Torvane::File::GetFolderSize(stage.GetFolder()));
+}
 
-    NodeContent content;
-    content.Type = NodeType::c_nEditorPage;
-    content.Path = QStringLiteral("N%1\\").arg(m_nId) + c_strPageFile;
-    content.OpenType = nOpenType;
+void CBookNode::TakeContent(CContentStage& stage, NodeContent row, const QString& strBelow, double dSize) {
+    Store().GetNode(m_nId); // throws for a node that is gone
+    EnsureFolder();
+    if (!strBelow.isEmpty())
+        row.Path = PathBelow(m_nId, strBelow);
     CBookDatabase::CTransaction transaction(Store());
-    Store().SetContent(m_nId, content);
-    UpdateSize();
-    transaction.Commit();
-    m_nType = content.Type;
+    Store().SetContent(m_nId, row, dSize);
+    stage.Exchange();
+    try {
+        transaction.Commit();
+    } catch (...) {
+        stage.Exchange();
+        throw;
+    }
+    m_nType = row.Type;
+    if (m_pWatcher != nullptr)
+        Watch();
+}
+
+QString CBookNode::PathBelow(qint32 nId, const QString& strBelow) {
+    return QStringLiteral("N%1\\").arg(nId) + strBelow;
 }
 
 bool CBookNode::ClearContent() {
@@ -291,6 +275,24 @@ bool CBookNode::SaveContent(const QString& strHtml) {
 
 void CBookNode::UpdateSize() {
     Store().SetSize(m_nId, Torvane::File::GetFolderSize(GetFolder()));
+}
+
+bool CBookNode::OpenExternalFile() {
+    if (m_pWatcher == nullptr)
+        Watch();
+    const QString strPath = GetContentPath();
+    return Torvane::File::IsFile(strPath) && Platform::OpenWithVerb(strPath);
+}
+
+/// The node's copies and the tree may go before the watcher does, but never the course.
+void CBookNode::Watch() {
+    m_pWatcher = std::make_shared<Platform::CFolderWatcher>(GetFolder(), [&course = m_course, nId = m_nId] {
+        try {
+            CBookNode(course, {nId, {}, NodeType::c_nEmpty}).UpdateSize();
+        } catch (const Torvane::CRunException&) {
+            // The course is closing, or lent to a companion: the next change finds it again.
+        }
+    });
 }
 
 void CBookNode::ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "content/ContentRecipe.h"
+#include "content/ContentStage.h"
 #include "course/Course.h"
 #include "foundation/FolderWalk.h"
 
@@ -9,6 +11,10 @@
 
 #include <functional>
 #include <memory>
+
+namespace Platform {
+class CFolderWatcher;
+}
 
 /// Asked before each step of a deletion: how many nodes are gone, of how many. False ends it between two
 /// nodes. Called outside of any transaction, also during the removal of large folders.
@@ -69,19 +75,27 @@ public:
     bool MoveBelow(qint32 nNewParentId);
     bool SetOpenType(qint32 nOpenType);
 
-    /// Clears the folder, makes "res", copies the template's page (the general page where the template has no
-    /// such page), writes the row. False, with nothing changed, when there is no page to copy.
+    /// An editor page from the template's page, or its general page where it has no such page. False, with
+    /// nothing changed, when there is no page to copy.
     bool InitFromTemplatePage(const QString& strTemplate, const QString& strPage);
-    /// Kind 0 of the content wizard: an editor page from the general page of the course's template, without a
-    /// "Content.htm" where the template has none. What can fail for another reason than the disk fails before
-    /// the old content is gone.
+    /// An editor page from the general page of the course's template, without a "Content.htm" where the
+    /// template has none.
     void CreateEditorPage(qint32 nOpenType);
+    /// What is built in the stage takes the place of all that the node holds, and the row says so. The path
+    /// is that of what shows, below the node's folder, or a link where the row holds one. The old content
+    /// stands in the stage then. Throws with the old content as it was.
+    void TakeContent(CContentStage& stage, NodeContent row, const QString& strBelow, double dSize);
+    /// The content's path as the store holds it, by what shows, below the node's folder.
+    static QString PathBelow(qint32 nId, const QString& strBelow);
     /// Empties the folder and the row; the children and the stored size stay.
     bool ClearContent();
     /// Replaces "Content.htm" as a whole and refreshes the size. Throws when it can't be written: the page on
     /// disk is then what it was.
     bool SaveContent(const QString& strHtml);
     void UpdateSize();
+    /// Opens the content's file in the program that edits it, and from then on keeps the stored size true.
+    /// False when nothing could be started.
+    bool OpenExternalFile();
 
     /// Copies the node's files into a folder of an export, which is made where it does not stand. Looks at
     /// files alone, so that another thread may call it.
@@ -98,12 +112,15 @@ private:
     CBookDatabase& Store() const;
     /// In one step or not at all; the order stays dense.
     void DeleteRows(const QList<qint32>& ids) const;
-    void BuildEditorPage(const QByteArray* pPage, qint32 nOpenType);
+    void Build(const ContentRecipe& recipe);
+    void Watch();
 
     CCourse& m_course;
     qint32 m_nId;
     QString m_strTitle;
     qint32 m_nType;
+    /// Over the folder of an external file that was opened, as long as the course is open.
+    std::shared_ptr<Platform::CFolderWatcher> m_pWatcher;
 };
 
 /// Makes a new course's nodes; joins course/ to the nodes of this floor.

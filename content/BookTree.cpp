@@ -240,6 +240,14 @@ void CBookTree::Reload(const QModelIndex& index) {
     LoadAhead(index);
 }
 
+void CBookTree::ReadNew(const QModelIndex& index) {
+    Line& line = *At(index);
+    const QList<qint32> ids = Store().GetChildIds(line.nId);
+    line.bRead = true;
+    Hang(line, MakeLines(line, ids));
+    LoadAhead(index);
+}
+
 void CBookTree::LoadAhead(const QModelIndex& index) {
     if (IsHeadItem(LineOf(index)))
         return;

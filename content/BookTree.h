@@ -49,6 +49,8 @@ public:
     void Read(const QModelIndex& index);
     /// Reads a line's children anew, where the store has changed behind the tree's back, and theirs.
     void Reload(const QModelIndex& index);
+    /// Adds the lines of children that came behind the tree's back; those that stand stay open as they are.
+    void ReadNew(const QModelIndex& index);
     /// Reads the children of each child where they have not been read: called when a line opens.
     void LoadAhead(const QModelIndex& index);
     /// Makes all lines ready for a search: a title is read when it is first looked at.

@@ -1,5 +1,7 @@
 #include "content/BookTreeActions.h"
 
+#include "content/ContentBuilder.h"
+#include "content/ContentKinds.h"
 #include "content/SubtreeTransfer.h"
 #include "content/Texts.h"
 #include "foundation/Exceptions.h"
@@ -103,26 +105,25 @@ void CBookTreeActions::ReadAllTitles() {
 // Commands.
 
 bool CBookTreeActions::IsEnabled(int nCommand) const {
-    const TreeSelection selection = Selection();
-    return !TreeCommand::IsHeldBack(nCommand, selection) &&
-           TreeCommand::IsEnabled(nCommand, selection, m_host.IsEditorShowing());
+    return !TreeCommand::IsHeldBack(nCommand) &&
+           TreeCommand::IsEnabled(nCommand, Selection(), m_host.IsEditorShowing());
 }
 
 bool CBookTreeActions::Run(int nCommand) {
-    const TreeCommand::EAction action = TreeCommand::ActionOf(nCommand);
-    const TreeSelection selection = Selection();
-    if (action == TreeCommand::EAction::None || TreeCommand::IsHeldBack(nCommand, selection))
+    const TreeCommand::Row* pCommand = TreeCommand::Find(nCommand);
+    if (pCommand == nullptr || TreeCommand::IsHeldBack(nCommand))
         return false;
-    if (selection.bCourseOpen && TreeCommand::IsActionAllowed(action, selection.Line))
-        Guarded([&] { RunAction(action); });
+    const TreeSelection selection = Selection();
+    if (selection.bCourseOpen && TreeCommand::IsActionAllowed(pCommand->Action, selection.Line))
+        Guarded([&] { RunAction(*pCommand); });
     return true;
 }
 
-void CBookTreeActions::RunAction(TreeCommand::EAction action) {
+void CBookTreeActions::RunAction(const TreeCommand::Row& command) {
     using TreeCommand::EAction;
     // A line that only looks childless would lose its children without a question.
     m_tree.Read(m_selection.currentIndex());
-    switch (action) {
+    switch (command.Action) {
     case EAction::AddNode:
         return AddNode();
     case EAction::AddChild:
@@ -136,9 +137,9 @@ void CBookTreeActions::RunAction(TreeCommand::EAction action) {
     case EAction::Rename:
         return StartRename(m_selection.currentIndex());
     case EAction::CreateContent:
-        return CreateContent();
+        return CreateContent(command.Kind);
     case EAction::EditContent:
-        return EditContent();
+        return EditContent(m_selection.currentIndex());
     case EAction::MoveUp:
         return MoveNode(true);
     case EAction::MoveDown:
@@ -181,25 +182,67 @@ void CBookTreeActions::ClearContent() {
     m_host.ShowNodeView(HasChildren(line) ? EViewKind::ChildrenList : KindView(node), &node);
 }
 
-void CBookTreeActions::CreateContent() {
-    const QPersistentModelIndex line(m_selection.currentIndex());
-    CBookNode& node = *m_tree.NodeOf(line);
-    if (node.HasContent()) {
-        if (!Confirm(ContentText::c_strOverwriteContent, line))
-            return;
-    } else if (HasChildren(line) && !Confirm(ContentText::c_strContentAboveChildren, line)) {
-        return;
-    }
-    node.CreateEditorPage(0);
-    EditContent();
+bool CBookTreeActions::ConfirmContent(const QPersistentModelIndex& line) {
+    if (m_tree.NodeOf(line)->HasContent())
+        return Confirm(ContentText::c_strOverwriteContent, line);
+    return !HasChildren(line) || Confirm(ContentText::c_strContentAboveChildren, line);
 }
 
-void CBookTreeActions::EditContent() {
-    CBookNode& node = *m_tree.NodeOf(m_selection.currentIndex());
-    if (node.GetType() != NodeType::c_nEditorPage)
+/// The editor would write its page over the new content when it is left.
+bool CBookTreeActions::LeaveEditor(CBookNode& node) {
+    return !m_host.IsEditorShowing() || m_host.ShowNodeView(KindView(node), &node);
+}
+
+void CBookTreeActions::CreateContent(EContentKind preset) {
+    const QPersistentModelIndex line(m_selection.currentIndex());
+    if (!ConfirmContent(line))
+        return;
+    CBookNode& node = *m_tree.NodeOf(line);
+    const std::optional<CNodeFileParams> params =
+        m_dialogs.AskContent(ContentKinds::PresetFor(preset, node.GetTitle()), node);
+    // The course may be closed behind the wizard, or while the views change.
+    if (!params || !line.isValid() || !LeaveEditor(node) || !line.isValid())
+        return;
+    CNodeContentBuilder builder(
+        node, m_people, [&line] { return line.isValid(); }, m_pVideos);
+    const bool bMade = builder.Create(*params);
+    if (!line.isValid())
+        return;
+    if (params->Kind == EContentKind::Folder)
+        ShowImported(line);
+    else if (bMade)
+        ShowCreated(line, params->Kind);
+}
+
+void CBookTreeActions::ShowCreated(const QPersistentModelIndex& line, EContentKind kind) {
+    CBookNode& node = *m_tree.NodeOf(line);
+    if (kind == EContentKind::EditorPage || kind == EContentKind::ExternalEditor)
+        EditContent(line);
+    else
+        m_host.ShowNodeView(KindView(node), &node);
+}
+
+/// Whatever came in stays, so the tree has to show it.
+void CBookTreeActions::ShowImported(const QPersistentModelIndex& line) {
+    m_tree.ReadNew(line);
+    CBookNode& node = *m_tree.NodeOf(line);
+    if (HasChildren(line))
+        m_window.Expand(line);
+    m_host.ShowNodeView(HasChildren(line) ? EViewKind::ChildrenList : KindView(node), &node);
+}
+
+void CBookTreeActions::EditContent(const QPersistentModelIndex& line) {
+    CBookNode& node = *m_tree.NodeOf(line);
+    const bool bFile = node.GetType() == NodeType::c_nExternalFile;
+    if (!bFile && node.GetType() != NodeType::c_nEditorPage)
         return;
     m_tree.GetCourse()->CountChange();
-    m_host.ShowNodeView(EViewKind::Editor, &node);
+    if (!bFile) {
+        m_host.ShowNodeView(EViewKind::Editor, &node);
+    } else if (m_host.ShowNodeView(EViewKind::Prompt, &node, PromptCode::c_nExternalEditor) &&
+               line.isValid() && !node.OpenExternalFile()) {
+        m_people.Error(ContentText::c_strFileNotOpened.arg(Platform::ToShown(node.GetContentPath())));
+    }
 }
 
 void CBookTreeActions::SetOpenType() {
@@ -233,8 +276,7 @@ void CBookTreeActions::Export() {
 void CBookTreeActions::Import() {
     const QPersistentModelIndex line(m_selection.currentIndex());
     CBookNode& node = *m_tree.NodeOf(line);
-    // The editor would write its page over the imported one when it is left.
-    if (m_host.IsEditorShowing() && !m_host.ShowNodeView(KindView(node), &node))
+    if (!LeaveEditor(node))
         return;
     const std::optional<QString> folder = m_people.PickFolder(ContentText::c_strPickImportFolder, QString());
     if (!folder || !line.isValid())

@@ -20,6 +20,8 @@ public:
     virtual void EditTitle(const QModelIndex& index) = 0;
 };
 
+class IVideoMaker;
+
 /// What a person can do with the tree: its selection, and the commands with their questions and messages. The
 /// window in front of it shows and forwards; nothing here needs one. Failures are shown to the person; only
 /// Open throws.
@@ -31,6 +33,9 @@ public:
     ~CBookTreeActions();
     CBookTreeActions(const CBookTreeActions&) = delete;
     CBookTreeActions& operator=(const CBookTreeActions&) = delete;
+
+    /// Who records lectures; none are recorded before. Must outlive this object.
+    void SetVideoMaker(IVideoMaker& videos) { m_pVideos = &videos; }
 
     CTreeSelectionModel& GetSelection() { return m_selection; }
 
@@ -72,7 +77,7 @@ private:
     bool HasChildren(const QModelIndex& index) const { return m_tree.rowCount(index) > 0; }
     /// Runs a step and shows what it throws; nothing may pass into the event loop.
     void Guarded(const std::function<void()>& step);
-    void RunAction(TreeCommand::EAction action);
+    void RunAction(const TreeCommand::Row& command);
     /// The question with OK and Cancel. Also false when the line went meanwhile: a box lets the program run
     /// on, and a lost session closes the course.
     bool Confirm(const QString& strQuestion, const QPersistentModelIndex& line);
@@ -95,8 +100,12 @@ private:
     /// A view that lists children shows them as they are now.
     void ShowAgainWhereListed(const QModelIndex& one, const QModelIndex& other);
     void ClearContent();
-    void CreateContent();
-    void EditContent();
+    void CreateContent(EContentKind preset);
+    bool ConfirmContent(const QPersistentModelIndex& line);
+    bool LeaveEditor(CBookNode& node);
+    void ShowCreated(const QPersistentModelIndex& line, EContentKind kind);
+    void ShowImported(const QPersistentModelIndex& line);
+    void EditContent(const QPersistentModelIndex& line);
     void SetOpenType();
     void Export();
     void Import();
@@ -106,5 +115,6 @@ private:
     ITreeDialogs& m_dialogs;
     INodeViewHost& m_host;
     Torvane::Dialog::MFC::IPeople& m_people;
+    IVideoMaker* m_pVideos = nullptr;
     CTreeSelectionModel m_selection;
 };

@@ -53,7 +53,8 @@ void CStatusTask::SetPieces(qsizetype nPieces) {
     m_nDone = 0;
 }
 
-void CStatusTask::DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& statusOf) {
+void CStatusTask::DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& statusOf,
+                          const std::function<void()>& meanwhile) {
     // Shared, since the thread is still leaving the task when its end is already known here.
     const auto pTask = std::make_shared<std::packaged_task<void()>>([&] { DoPieces(nEnd, work); });
     std::future<void> end = pTask->get_future();
@@ -64,6 +65,8 @@ void CStatusTask::DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& 
             m_people.KeepPainting();
             m_step.SetText(statusOf(std::min<qsizetype>(m_nDone, nEnd - 1)));
             Look();
+            if (meanwhile)
+                meanwhile();
         }
     } catch (...) {
         m_eState = EState::Cancelled;

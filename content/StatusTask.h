@@ -3,6 +3,7 @@
 #include "foundation/FolderWalk.h"
 #include "platform/base/SlowStep.h"
 
+#include <QScopeGuard>
 #include <QThreadPool>
 
 #include <atomic>
@@ -31,6 +32,16 @@ protected:
     /// Says what the job is at, and looks whether to go on: throws when the person has given up.
     void SetStatus(const QString& strText);
     void ThrowIfCancelled();
+    bool IsCancelled() const { return m_eState == EState::Cancelled; }
+
+    /// Shows a box in the middle of the job: how long the person reads is no part of it. No transaction of
+    /// the store may be open, since a box lets the program run on.
+    template <typename Box>
+    auto Ask(Box box) {
+        m_step.Pause();
+        const auto pause = qScopeGuard([this] { m_step.Pause(); });
+        return box(m_people);
+    }
 
     /// From now on the job has so many pieces, none of which is done.
     void SetPieces(qsizetype nPieces);
@@ -43,8 +54,10 @@ protected:
     /// What the status says meanwhile.
     using StatusOf = std::function<QString(qsizetype nPiece)>;
     /// Does the pieces up to nEnd that are not done yet. Throws what the work throws, and when the person has
-    /// given up.
-    void DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& statusOf);
+    /// given up. meanwhile is called on this thread every few milliseconds, and may look at what the pieces
+    /// that are done have left; what it throws ends the work too.
+    void DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& statusOf,
+                 const std::function<void()>& meanwhile = {});
 
 private:
     void Look();

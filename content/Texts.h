@@ -71,6 +71,45 @@ inline const QString c_strNotImported = u"数据库操作失败！"_s;
 inline const QString c_strNodeInfoDamaged = u"栏目信息文件已损坏，无法导入！"_s;
 inline const QString c_strPathLeadsOut = u"栏目信息文件中的路径\"%1\"不合法，无法导入！"_s;
 
+// A node's content is made.
+inline const QString c_strCreateTitle = u"创建栏目文件"_s;
+inline const QString c_strCreating = u"正在创建栏目\"%1\"的内容..."_s;
+inline const QString c_strAskSaveAsWebPage =
+    u"%1是一个Office文件，为加快显示速度，系统推荐您将其转化为Web页引入。"
+    u"您确定将其转化为Web页吗?"_s;
+/// Files of a kind of their own, and the folder beside a web page. Of an Office file too, that is one.
+inline const QString c_strFileNotConverted = u"另存为HTML时发生异常!"_s;
+inline const QString c_strNoFileName = u"获取文件名失败!"_s;
+inline const QString c_strFileNotCopied = u"拷贝文件出错!"_s;
+inline const QString c_strPageNotCopied = u"拷贝文件失败!"_s;
+inline const QString c_strFolderNotCopied = u"拷贝文件夹失败!"_s;
+/// Empty files to begin with.
+inline const QString c_strTemplateNotConverted = u"另存为HTML失败！"_s;
+inline const QString c_strNoTemplateName = u"获取文件名失败！"_s;
+inline const QString c_strTemplateNotCopied = u"拷贝文件失败！"_s;
+/// Sites and courseware.
+inline const QString c_strNoSiteName = u"获取文件名失败！"_s;
+inline const QString c_strSiteNotCopied = u"拷贝文件夹失败！"_s;
+inline const QString c_strHomePageNotFound = u"查找首页失败！"_s;
+inline const QString c_strNoRecorder = u"启动视频录制工具失败！"_s;
+/// What stands below such a message where more is known.
+inline const QString c_strDiskFull = u"磁盘空间不足，请您清理磁盘后重试。"_s;
+inline const QString c_strPathTooLong = u"文件名或路径太长。"_s;
+inline const QString c_strNoAccess = u"没有访问权限。"_s;
+inline const QString c_strConversionTooLong = u"转换时间太长，已停止。"_s;
+inline const QString c_strNoConverter =
+    u"系统没有检测到LibreOffice，无法转换Office文件。请您安装以下软件包后重试：\n"
+    u"libreoffice-writer-nogui\nlibreoffice-calc-nogui\nlibreoffice-impress-nogui"_s;
+inline const QString c_strFileNotOpened =
+    u"无法打开文件%1，请您检查文件是否存在、是否安装了编辑该文件的程序。"_s;
+
+// Files and folders become nodes.
+inline const QString c_strImportingPath = u"正在导入\n%1"_s;
+inline const QString c_strImportTitleTaken = u"已有名为%1的节点存在，该文件导入失败！"_s;
+inline const QString c_strFolderNotRead = u"无法读取文件夹%1，导入失败！"_s;
+inline const QString c_strNotAllImported =
+    u"以下%1个文件或文件夹未能完整导入，请您检查它们能否读取、名称或路径是否过长：\n%2"_s;
+
 // The dialogs of the open type, whose texts stand in the order of its values, and of the custom titles.
 inline const QString c_strOpenTypeDialog = u"设置打开类型"_s;
 inline const QString c_strOpenTypes[] = {u"不打开新窗口(&T)"_s, u"新窗口普通(&N)"_s, u"新窗口最大化(&M)"_s,

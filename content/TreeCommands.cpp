@@ -40,27 +40,36 @@ constexpr std::array c_rows{
     Row{{c_nClearContent, u"清空栏目内容", u"清空栏目内容", PageOrFile, true}, EAction::ClearContent},
 
     Row{{c_nCreateEditorPage, u"内部编辑器(&I)", u"使用内建的HTML编辑器编辑", Always},
-        EAction::CreateContent},
+        EAction::CreateContent,
+        EContentKind::EditorPage},
     Row{{c_nCreateExternalEditor, u"外部编辑器(&N)", u"创建指定类型的空外部文件", Always},
-        EAction::CreateContent},
+        EAction::CreateContent,
+        EContentKind::ExternalEditor},
     Row{{c_nCreateExternalFile, u"外部文件(&O)", u"插入您已编辑好的外部文件", Always},
-        EAction::CreateContent},
-    Row{{c_nCreateExternalLink, u"外部链接(&L)", u"添加链接，指向外部网站", Always}, EAction::CreateContent},
-    Row{{c_nCreateVideo, u"新建视频(&V)", u"录制PowerPoint授课实况", Always}, EAction::CreateContent},
+        EAction::CreateContent,
+        EContentKind::ExternalFile},
+    Row{{c_nCreateExternalLink, u"外部链接(&L)", u"添加链接，指向外部网站", Always},
+        EAction::CreateContent,
+        EContentKind::ExternalLink},
+    Row{{c_nCreateVideo, u"新建视频(&V)", u"录制PowerPoint授课实况", Always},
+        EAction::CreateContent,
+        EContentKind::Video},
     Row{{c_nCreateCourseware, u"导入奥思(&A)", u"导入由“方正奥思”导出的网页", Always},
-        EAction::CreateContent},
-    Row{{c_nCreateSite, u"导入站点(&S)", u"导入一组网页，及其相关资源", Always}, EAction::CreateContent},
+        EAction::CreateContent,
+        EContentKind::Courseware},
+    Row{{c_nCreateSite, u"导入站点(&S)", u"导入一组网页，及其相关资源", Always},
+        EAction::CreateContent,
+        EContentKind::Site},
     Row{{c_nCreateFolder, u"导入目录(&D)", u"导入整个目录，按照目录结构创建栏目", Always},
-        EAction::CreateContent},
+        EAction::CreateContent,
+        EContentKind::Folder},
     Row{{c_nCreateInSiteLink, u"站内链接(&R)", u"设置指向站内其他栏目内容的链接", Always},
-        EAction::CreateContent},
+        EAction::CreateContent,
+        EContentKind::InSiteLink},
 };
 
-// Of the content kinds, the editor page alone can be made.
-constexpr std::array c_heldBack{
-    c_nCreateExternalEditor, c_nCreateExternalFile, c_nCreateExternalLink, c_nCreateVideo,
-    c_nCreateCourseware,     c_nCreateSite,         c_nCreateFolder,       c_nCreateInSiteLink,
-};
+// There is no recorder yet.
+constexpr std::array c_heldBack{c_nCreateVideo};
 
 // Behind export and import: what shapes the tree, at the place where it is worked on.
 constexpr std::array c_rootMenu{c_nExport, c_nImport, 0, c_nAddChildInTree};
@@ -114,11 +123,8 @@ EAction ActionOf(int nCommand) {
     return pRow == nullptr ? EAction::None : pRow->Action;
 }
 
-bool IsHeldBack(int nCommand, const TreeSelection& selection) {
-    // Nor is there anything yet that opens an external file.
-    const bool bFile = selection.Type == NodeType::c_nExternalFile;
-    return std::ranges::find(c_heldBack, nCommand) != c_heldBack.end() ||
-           (bFile && ActionOf(nCommand) == EAction::EditContent);
+bool IsHeldBack(int nCommand) {
+    return std::ranges::find(c_heldBack, nCommand) != c_heldBack.end();
 }
 
 bool IsEnabled(int nCommand, const TreeSelection& selection, bool bEditorShowing) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "content/Command.h"
+#include "content/NodeFileParams.h"
 #include "content/TreeRules.h"
 
 #include <span>
@@ -66,6 +67,8 @@ enum class EAction {
 
 struct Row : CommandRow {
     EAction Action = EAction::None;
+    /// What a command that creates content presets.
+    EContentKind Kind = EContentKind::None;
 };
 
 std::span<const Row> All();
@@ -75,7 +78,7 @@ const Row* Find(int nCommand);
 EAction ActionOf(int nCommand);
 
 /// Commands that this version knows but can't carry out; they are disabled wherever they stand.
-bool IsHeldBack(int nCommand, const TreeSelection& selection);
+bool IsHeldBack(int nCommand);
 
 /// Whether the rule of a command holds. A disabled id that arrives all the same meets
 /// IsActionAllowed alone.

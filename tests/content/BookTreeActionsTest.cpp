@@ -18,6 +18,7 @@ const QString c_strChildBelow =
 const QString c_strContentAbove =
     u"?本栏目已经拥有下级栏目（子栏目），当您为本栏目输入内容后，"_s + c_strNoList;
 const QString c_strOverwrite = u"?该栏目已有内容，再次创建将覆盖已有内容，您要继续吗？"_s;
+const QString c_strAdvised = u"k0您选择的栏目是%1, 我们建议您采用内部编辑器形势；"_s;
 const QString c_strNotStored = u"x数据库操作失败！可能是父栏目下有同名栏目存在！"_s;
 const QString c_strNotDeleted = u"x数据库操作失败！"_s;
 const QString c_strNotMoved = u"x数据库操作失败!"_s;
@@ -69,6 +70,15 @@ public:
     }
     std::optional<QString> AskTitles(const QString& strPreset) override {
         return Next(u't' + strPreset) ? std::optional(m_strTyped) : std::nullopt;
+    }
+    /// The kind that was preset.
+    std::optional<CNodeFileParams> AskContent(const ContentPreset& preset, CBookNode&) override {
+        if (!Next(u"k%1"_s.arg(static_cast<int>(preset.Kind)) + preset.strAdvice))
+            return std::nullopt;
+        CNodeFileParams params;
+        params.Kind = preset.Kind;
+        params.LinkUrl = m_strTyped;
+        return params;
     }
     std::optional<QStringList> AskCustomTitles(const QStringList& titles, bool bIntroduction) override {
         const bool bOk = Next((bIntroduction ? u"c"_s : u"c, no introduction: "_s) + titles.join(u'|'));
@@ -178,10 +188,12 @@ const QList<Case>& Cases() {
         {u"二"_s, 32918, {c_strClear}, u"一(节(点)) 二 三 点"_s},
         {u"root"_s, 32918, {c_strClear}},
         {u"二"_s, 32913, {u'~' + c_strOverwrite}},
-        {u"二"_s, 32814, {c_strOverwrite}},
+        {u"二"_s, 32814, {c_strOverwrite, c_strAdvised.arg(u"二"_s)}},
         {u"一"_s, 32814, {u'~' + c_strContentAbove}},
-        {u"一"_s, 32874, {c_strContentAbove}, u"一*(节(点)) 二* 三 点"_s},
-        {u"三"_s, 32814, {}, u"一(节(点)) 二* 三* 点"_s},
+        {u"一"_s, 32874, {c_strContentAbove, u"k0"_s}, u"一*(节(点)) 二* 三 点"_s},
+        {u"三"_s, 32814, {c_strAdvised.arg(u"三"_s)}, u"一(节(点)) 二* 三* 点"_s},
+        {u"三"_s, 32917, {u"~k8"_s}},
+        {u"三"_s, 32877, {u"k4"_s}, u"一(节(点)) 二* 三* 点"_s, u"http://a"_s},
 
         {u"二"_s, 32934, {u"~o0"_s}},
 

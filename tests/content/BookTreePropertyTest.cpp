@@ -27,6 +27,9 @@ void NoteModelFault(QtMsgType, const QMessageLogContext&, const QString& strText
 class CPlay : public CTreeOnDisk {
 public:
     CPlay() {
+        for (const QString& strFile :
+             {u"a.txt"_s, u"p.htm"_s, u"p.files\\x.png"_s, u"节\\a.txt"_s, u"a.png"_s})
+            Disk.Folder.Write(u"来\\"_s + strFile, "x");
         Host.OnShow = [this] {
             if (m_bInStep)
                 MayLoseCourse();
@@ -88,7 +91,8 @@ private:
         return bOk;
     }
     BoxAnswer OnBox(const QString& strBox) override {
-        Must(strBox[0] != u'#' && (m_bFailing || strBox[0] != u'x'), u"an unexpected box: "_s + strBox);
+        Must(strBox[0] != u'#' && (m_bFailing || m_bMayFail || strBox[0] != u'x'),
+             u"an unexpected box: "_s + strBox);
         const bool bOk = Agrees(std::string("box ") + strBox[0].toLatin1(), strBox[0] == u'?' ? 80 : 100);
         return bOk ? BoxAnswer::Ok : BoxAnswer::Cancel;
     }
@@ -103,6 +107,25 @@ private:
         for (unsigned n = Pick(5); n > 0; --n)
             strTitles += (Chance(50) ? u"，"_s : u","_s) + Title();
         return strTitles;
+    }
+    std::optional<CNodeFileParams> AskContent(const ContentPreset&, CBookNode&) override {
+        using enum EContentKind;
+        if (!Agrees("dialog content", 85))
+            return std::nullopt;
+        static constexpr std::array c_kinds{EditorPage, ExternalFile, ExternalEditor,
+                                            Site,       ExternalLink, Folder};
+        CNodeFileParams params;
+        params.Kind = c_kinds[Pick(c_kinds.size())];
+        params.LinkUrl = u"http://a"_s;
+        const QString strPlace = Disk.Folder.Path(u"来"_s);
+        params.ExternalFile = strPlace + u"\\a.txt"_s;
+        params.SiteFolder = params.ImportFolder = strPlace;
+        params.SiteHomePage = strPlace + (Chance(80) ? u"\\p.htm"_s : u"\\fort.htm"_s);
+        params.ImportFilter = Chance(50) ? u"*.*"_s : u"*.htm"_s;
+        m_bAddsOrDeletes |= params.Kind == Folder;
+        m_bMayFail = nPieces < 6 || params.Kind == ExternalEditor || params.Kind == Site;
+        Count("content of kind " + std::to_string(static_cast<int>(params.Kind)));
+        return params;
     }
     std::optional<QStringList> AskCustomTitles(const QStringList& present, bool) override {
         if (!Agrees("dialog custom titles", 85))
@@ -195,7 +218,7 @@ private:
         Host.Views.clear();
         nPieces = Chance(15) ? Pick(6) : std::numeric_limits<qint64>::max();
         m_rows = Ids();
-        m_bAddsOrDeletes = false;
+        m_bAddsOrDeletes = m_bMayFail = false;
         if (Chance(10))
             MakeStoreFail();
         m_bInStep = true;
@@ -292,6 +315,8 @@ private:
     bool m_bInStep = false;
     bool m_bAddsOrDeletes = false;
     bool m_bFailing = false;
+    /// Content was asked for that can't be made, or that is given up.
+    bool m_bMayFail = false;
     bool m_bUnreadable = false;
     /// A line may have been left unread since the tree was filled.
     bool m_bBroken = false;
