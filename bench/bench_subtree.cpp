@@ -1,62 +1,15 @@
 // A branch of 1,000 nodes with small files leaves a course and comes into it, beside cp -r of the same
 // folders, and for the import the rows as the engine alone inserts them. Usage: bench_subtree FOLDER [nodes]
-#include "bench/Nobody.h"
+#include "bench/BenchCourse.h"
 #include "bench/Rounds.h"
 #include "content/SubtreeTransfer.h"
-#include "course/TemplateStore.h"
-#include "foundation/SysInfo.h"
-#include "platform/base/NativePath.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
-
-#include <QDir>
-#include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
-
-#include <cstdlib>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr double c_dLimit = 1.5;
 constexpr int c_nSections = 25;
-
-void MustHold(bool bHolds, const char* szWhat) {
-    if (!bHolds) {
-        std::fprintf(stderr, "failed: %s\n", szWhat);
-        std::exit(2);
-    }
-}
-
-void RunTool(const QString& strTool, const QStringList& arguments) {
-    MustHold(QProcess::execute(strTool, arguments) == 0, qPrintable(strTool));
-}
-
-void Write(const QString& strPath, qsizetype nBytes) {
-    QFile file(strPath);
-    MustHold(file.open(QIODevice::WriteOnly) && file.write(QByteArray(nBytes, 'x')) == nBytes, "write");
-}
-
-/// A new course, open, made by an installation of its own in the folder.
-std::unique_ptr<CCourse> MakeCourse(const QString& strFolder, const CourseServices& services) {
-    const QString strData = strFolder + u"/program/SysData"_s;
-    QDir().mkpath(strData);
-    QFile::link(QStringLiteral(VOREL_SEED_DATA), strData + u"/Data"_s);
-    for (const QString& strName : {u"VorelTemplates"_s, u"SelfDefineTitle.ini"_s, u"Images"_s})
-        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName, strData + u'/' + strName);
-    CSysInfo::Reset(Platform::FromNative(strFolder + u"/program/Vorel.exe"_s));
-    QStringList templates;
-    CTemplateStore(CSysInfo::Instance().GetTemplatesFolder(false)).ListTemplates(templates);
-    CreateRecord record{{7, u"物理"_s, u"王老师"_s}, u"课"_s, {}, {}, templates.value(0)};
-    record.Folder = Platform::FromNative(strFolder + u"/course"_s);
-    const QString strProject = record.Folder + u"\\课.vcp"_s;
-    CCourse(strProject, services).Create(record);
-    auto pCourse = std::make_unique<CCourse>(strProject, services);
-    MustHold(pCourse->Open(), "open the course");
-    return pCourse;
-}
 
 std::unique_ptr<CBookNode> MakeBranch(CCourse& course, int nNodes) {
     CBookDatabase& store = *course.GetDatabase();
@@ -77,24 +30,6 @@ std::unique_ptr<CBookNode> MakeBranch(CCourse& course, int nNodes) {
     }
     transaction.Commit();
     return pBranch;
-}
-
-/// Rows of the same length in a store of the same kind.
-void InsertRows(const QString& strStore, int nNodes) {
-    SQLite::Database store(strStore.toStdString(), SQLite::OPEN_READWRITE);
-    store.exec("PRAGMA synchronous = FULL");
-    SQLite::Transaction transaction(store);
-    SQLite::Statement insert(store,
-                             "INSERT INTO Book (Title, ParentId, [Index], Type, Path, TimeLastModified) "
-                             "VALUES (?, 3, ?, 0, ?, '2026-01-05 08:00:00')");
-    for (int n = 0; n < nNodes; ++n) {
-        insert.bind(1, u"%1"_s.arg(n, 40, 16, QChar(u'A')).toStdString());
-        insert.bind(2, n + 10);
-        insert.bind(3, "N" + std::to_string(n) + "\\Content.htm");
-        insert.exec();
-        insert.reset();
-    }
-    transaction.commit();
 }
 
 } // namespace

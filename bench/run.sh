@@ -9,9 +9,9 @@ mkdir -p build
 disk="$(mktemp -d "$PWD/build/vorel-bench-XXXXXX")"
 trap 'rm -rf "$place" "$disk"' EXIT
 cmake --preset release >/dev/null
-cmake --build build/release --target portable bench_ciphers bench_files bench_resource_text bench_store bench_subtree bench_tree_ops bench_empty_window \
+cmake --build build/release --target portable bench_ciphers bench_files bench_resource_text bench_store bench_subtree bench_import bench_tree_ops bench_empty_window \
   bench_make_courses bench_names_tree voreljourney vorelstalls vorel-site-check >/dev/null
-for bench in ciphers store files subtree resource_text; do
+for bench in ciphers store files subtree import resource_text; do
   echo "== $bench"
   build/release/bin/bench_$bench "$place"
 done
