@@ -13,8 +13,11 @@ CCreateNodeFileWizard::CCreateNodeFileWizard(Torvane::Dialog::MFC::IPeople& peop
           pParent),
       m_pTypePage(new CSelectCreateTypePropertyPage(people, preset, m_params)) {
     setObjectName(QStringLiteral("CCreateNodeFileWizard"));
+    auto* pParamsPage = new CCreateFileParamSetPropertyPage(people, askLink, m_params);
+    // The window keeps its width from page to page.
+    m_pTypePage->setMinimumWidth(pParamsPage->sizeHint().width());
     addPage(m_pTypePage);
-    addPage(new CCreateFileParamSetPropertyPage(people, askLink, m_params));
+    addPage(pParamsPage);
 }
 
 void CCreateNodeFileWizard::Begin() {

@@ -287,8 +287,11 @@ QLabel* CKindFields::AddRow(const QString& strLabel, QWidget* pField, QPushButto
         m_pGrid->addWidget(pLabel, nRow, 0);
     m_pGrid->addWidget(pField, nRow, nColumn, 1,
                        (pButton == nullptr ? c_nColumns : c_nColumns - 1) - nColumn);
-    if (pButton != nullptr)
+    if (pButton != nullptr) {
         m_pGrid->addWidget(pButton, nRow, c_nColumns - 1);
+        // There may be two of its name.
+        pButton->setAccessibleDescription(pField->accessibleName());
+    }
     for (QWidget* pControl : {pField, static_cast<QWidget*>(pButton)}) {
         if (pControl != nullptr && m_pLast != nullptr)
             setTabOrder(m_pLast, pControl);

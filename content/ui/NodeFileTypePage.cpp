@@ -96,7 +96,7 @@ void CSelectCreateTypePropertyPage::ShowAdvice() {
     // The pointer brings the tip along, unless it could not go there. A tip that stood there before it would
     // go away with what the pointer leaves.
     QTimer::singleShot(c_nArrivalMilliseconds, pKind, [pKind, place] {
-        if (pKind->hasFocus() && !QToolTip::isVisible())
+        if (pKind->window()->focusWidget() == pKind && !QToolTip::isVisible())
             QToolTip::showText(place, pKind->toolTip(), pKind, {}, c_nTipMilliseconds);
     });
 }

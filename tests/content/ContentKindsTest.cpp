@@ -26,26 +26,24 @@ TEST(ContentKindsTest, OnlyTheGeneralCommandIsAdvised) {
         EXPECT_EQ(&row - ContentKinds::Rows().data(), static_cast<int>(row.Kind));
 }
 
-/// One case of a check; an empty text stands for no refusal.
+/// The texts go to the parameters of the kind, in their order there.
 struct Case {
-    std::function<void(CNodeFileParams&)> fill = nullptr;
+    EContentKind Kind;
+    QString strFirst, strSecond;
+    /// Nothing for no refusal.
     QString strMessage = QString();
     EField Field = EField::None;
+    bool bTypedFilter = false;
 };
 
-void Expect(EContentKind kind, const QList<Case>& cases, bool bTypedFilter = false) {
-    int nCase = 0;
-    for (const Case& c : cases) {
-        CNodeFileParams params;
-        params.Kind = kind;
-        if (c.fill)
-            c.fill(params);
-        const auto refusal = ContentKinds::Check(params, bTypedFilter).value_or(ContentKinds::Refusal());
-        EXPECT_EQ(refusal.strMessage.toStdString(), c.strMessage.toStdString()) << nCase;
-        EXPECT_EQ(refusal.Field, c.Field) << nCase;
-        EXPECT_EQ(refusal.bEmptied, c.strMessage.startsWith(u"您选择外部文件不存在")) << nCase;
-        ++nCase;
-    }
+CNodeFileParams ParamsOf(const Case& c) {
+    CNodeFileParams params;
+    params.Kind = c.Kind;
+    for (QString* pText : {&params.ExternalFile, &params.SiteFolder, &params.LinkUrl, &params.SiteLinkUrl,
+                           &params.CoursewareFolder, &params.ImportFolder})
+        *pText = c.strFirst;
+    params.SiteHomePage = params.ImportFilter = c.strSecond;
+    return params;
 }
 
 TEST(ContentKindsTest, EveryKindSaysWhatItLacks) {
@@ -55,86 +53,63 @@ TEST(ContentKindsTest, EveryKindSaysWhatItLacks) {
           u"课\\.c.htm"_s, u"半\\a.cml"_s, u"半\\b.arx"_s, u"半\\c.html"_s})
         folder.Write(strFile, "x");
     folder.MakeFolder(u"半\\d.htm"_s);
-    const QString strSite = folder.Path(u"甲"_s);
-
-    Expect(EContentKind::None, {{{}, u"参数错误！"_s}});
-    Expect(EContentKind::EditorPage, {Case()});
-    Expect(EContentKind::Video, {Case()});
-
-    const auto file = [](const QString& str) { return [=](CNodeFileParams& p) { p.ExternalFile = str; }; };
+    const QString strSite = folder.Path(u"甲"_s), strPage = strSite + u"\\a.htm",
+                  strNone = folder.Path(u"无"_s);
     const QString strMissing = u"您选择外部文件不存在, 请您重新选择！"_s;
-    Expect(EContentKind::ExternalFile, {{{}, u"请您选择外部文件！"_s, EField::ExternalFile},
-                                        {file(strSite), strMissing, EField::ExternalFile},
-                                        {file(u"CMakeCache.txt"_s), strMissing, EField::ExternalFile},
-                                        {file(folder.Path(u"甲\\A.HTM"_s))}});
-
-    Expect(
-        EContentKind::ExternalEditor,
-        {{{}, u"请您选择新建类型, 如果无法选择，请检查您的Office是否正确安装！"_s}, {[](CNodeFileParams& p) {
-             p.OfficeKind = EOfficeKind::Excel;
-             p.SaveAsHtml = true;
-         }}});
-
-    const auto site = [](const QString& strFolder, const QString& strPage) {
-        return [=](CNodeFileParams& p) {
-            p.SiteFolder = strFolder;
-            p.SiteHomePage = strPage;
-        };
-    };
     const QString strOutside = u"站点首页不在站点目录内，请您重新选择!"_s;
-    Expect(
-        EContentKind::Site,
-        {{site({}, strSite + u"\\a.htm"_s), u"请您选择站点目录！"_s, EField::SiteFolder},
-         {site(folder.Path(u"无"_s), {}), u"站点目录文件夹不存在，请你重新选择！"_s, EField::SiteFolder},
-         {site(strSite, {}), u"请您选择站点首页！"_s, EField::SiteHomePage},
-         {site(strSite, strSite + u"\\x.htm"_s), u"站点首页不存在，请你重新选择！"_s, EField::SiteHomePage},
-         {site(strSite, folder.Path(u"甲乙\\a.htm"_s)), strOutside, EField::SiteHomePage},
-         {site(strSite, strSite + u"\\..\\甲乙\\a.htm"_s), strOutside, EField::SiteHomePage},
-         {site(strSite, strSite + u"\\深\\b.htm"_s)},
-         {site(strSite + u'\\', strSite + u"\\a.htm"_s)}});
-
-    const auto url = [](const QString& str) { return [=](CNodeFileParams& p) { p.LinkUrl = str; }; };
     const QString strNotValid = u"系统检测到您输入的网址不合法，您希望更正输入吗！"_s;
-    Expect(EContentKind::ExternalLink, {{{}, u"链接地址不能为空！"_s, EField::LinkUrl},
-                                        {url(u"www.a.cn"_s), strNotValid, EField::LinkUrl},
-                                        {url(u"javascript:x"_s), strNotValid, EField::LinkUrl},
-                                        {url(u"https:/a.cn"_s), strNotValid, EField::LinkUrl},
-                                        {url(u"HTTPS://a.cn"_s)},
-                                        {url(u"mailto:a"_s)},
-                                        {url(u"Wais:a"_s)}});
-
-    const auto courseware = [](const QString& str) {
-        return [=](CNodeFileParams& p) { p.CoursewareFolder = str; };
-    };
-    Expect(EContentKind::Courseware,
-           {{{}, u"请您选择方正奥思课件目录！"_s, EField::CoursewareFolder},
-            {courseware(strSite + u"\\a.htm"_s), u"奥思课件目录不存在，请你重新选择！"_s,
-             EField::CoursewareFolder},
-            {courseware(folder.Path(u"半"_s)), u"您选择的目录不是奥思课件目录, 请您重新选择！"_s,
-             EField::CoursewareFolder},
-            {courseware(folder.Path(u"课"_s))}});
-
-    const auto import = [&](const QString& strFolder, const QString& strFilter) {
-        return [=](CNodeFileParams& p) {
-            p.ImportFolder = strFolder;
-            p.ImportFilter = strFilter;
-        };
-    };
     const QString strBadFilter = u"请您正确输入过滤文件类型"_s;
-    Expect(EContentKind::Folder, {{{}, u"请您选择导入目录！"_s, EField::ImportFolder},
-                                  {import(folder.Path(u"无"_s), u"*.*"_s),
-                                   u"导入目录不存在，请你重新选择！"_s, EField::ImportFolder},
-                                  {import(strSite, u"*.htm;*.htm;"_s)}});
-    Expect(EContentKind::Folder,
-           {{import(strSite, {}), u"请您输入过滤文件类型"_s, EField::ImportFilter},
-            {import(strSite, u".doc;.htm"_s), strBadFilter, EField::ImportFilter},
-            {import(strSite, u"*.doc;"_s), strBadFilter, EField::ImportFilter},
-            {import(strSite, u"*.doc;*."_s), strBadFilter, EField::ImportFilter},
-            {import(strSite, u"*.doc;*.x"_s)}},
-           true);
-
-    Expect(EContentKind::InSiteLink, {{{}, u"对不起，链接地址不能为空！请您选择。"_s, EField::InSiteLink},
-                                      {[](CNodeFileParams& p) { p.SiteLinkUrl = u"x"_s; }}});
+    using enum EContentKind;
+    const Case cases[] = {
+        {None, {}, {}, u"参数错误！"_s},
+        {EditorPage, {}, {}},
+        {Video, {}, {}},
+        {ExternalFile, {}, {}, u"请您选择外部文件！"_s, EField::ExternalFile},
+        {ExternalFile, strSite, {}, strMissing, EField::ExternalFile},
+        {ExternalFile, u"CMakeCache.txt"_s, {}, strMissing, EField::ExternalFile},
+        {ExternalFile, folder.Path(u"甲\\A.HTM"_s), {}},
+        {Site, {}, strPage, u"请您选择站点目录！"_s, EField::SiteFolder},
+        {Site, strNone, {}, u"站点目录文件夹不存在，请你重新选择！"_s, EField::SiteFolder},
+        {Site, strSite, {}, u"请您选择站点首页！"_s, EField::SiteHomePage},
+        {Site, strSite, strSite + u"\\x.htm", u"站点首页不存在，请你重新选择！"_s, EField::SiteHomePage},
+        {Site, strSite, folder.Path(u"甲乙\\a.htm"_s), strOutside, EField::SiteHomePage},
+        {Site, strSite, strSite + u"\\..\\甲乙\\a.htm", strOutside, EField::SiteHomePage},
+        {Site, strSite, strSite + u"\\深\\b.htm"},
+        {Site, strSite + u'\\', strPage},
+        {ExternalLink, {}, {}, u"链接地址不能为空！"_s, EField::LinkUrl},
+        {ExternalLink, u"www.a.cn"_s, {}, strNotValid, EField::LinkUrl},
+        {ExternalLink, u"javascript:x"_s, {}, strNotValid, EField::LinkUrl},
+        {ExternalLink, u"https:/a.cn"_s, {}, strNotValid, EField::LinkUrl},
+        {ExternalLink, u"HTTPS://a.cn"_s, {}},
+        {ExternalLink, u"Wais:a"_s, {}},
+        {Courseware, {}, {}, u"请您选择方正奥思课件目录！"_s, EField::CoursewareFolder},
+        {Courseware, strPage, {}, u"奥思课件目录不存在，请你重新选择！"_s, EField::CoursewareFolder},
+        {Courseware,
+         folder.Path(u"半"_s),
+         {},
+         u"您选择的目录不是奥思课件目录, 请您重新选择！"_s,
+         EField::CoursewareFolder},
+        {Courseware, folder.Path(u"课"_s), {}},
+        {Folder, {}, {}, u"请您选择导入目录！"_s, EField::ImportFolder},
+        {Folder, strNone, u"*.*"_s, u"导入目录不存在，请你重新选择！"_s, EField::ImportFolder},
+        {Folder, strSite, u"*.htm;*.htm;"_s},
+        {Folder, strSite, {}, u"请您输入过滤文件类型"_s, EField::ImportFilter, true},
+        {Folder, strSite, u".doc;.htm"_s, strBadFilter, EField::ImportFilter, true},
+        {Folder, strSite, u"*.doc;"_s, strBadFilter, EField::ImportFilter, true},
+        {Folder, strSite, u"*.doc;*."_s, strBadFilter, EField::ImportFilter, true},
+        {Folder, strSite, u"*.doc;*.x"_s, {}, EField::None, true},
+        {InSiteLink, {}, {}, u"对不起，链接地址不能为空！请您选择。"_s, EField::InSiteLink},
+        {InSiteLink, u"x"_s, {}},
+    };
+    for (const Case& c : cases) {
+        const auto refusal =
+            ContentKinds::Check(ParamsOf(c), c.bTypedFilter).value_or(ContentKinds::Refusal());
+        EXPECT_EQ(refusal.strMessage.toStdString(), c.strMessage.toStdString())
+            << static_cast<int>(c.Kind) << ' ' << c.strFirst.toStdString() << ' '
+            << c.strSecond.toStdString();
+        EXPECT_EQ(refusal.Field, c.Field) << c.strMessage.toStdString();
+        EXPECT_EQ(refusal.bEmptied, c.strMessage == strMissing) << c.strMessage.toStdString();
+    }
 }
 
 } // namespace
