@@ -14,6 +14,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -24,12 +26,29 @@ namespace {
 
 constexpr QSize c_imageSize(18, 18);
 // In lines of text, so that larger letters get a larger dialog.
-constexpr QSize c_sizeInLines(46, 32);
-constexpr int c_nTreeLines = 13;
+constexpr QSize c_sizeInLines(60, 42);
+constexpr int c_nTreeLines = 16;
 /// A page may move as often as it likes; the line follows at this pace.
 constexpr int c_nFollowMs = 100;
 /// While another surface waits for its engine.
 constexpr int c_nRetryMs = 50;
+
+/// A selected line shines over the whole pane, and stays where it was scrolled to sideways.
+class CNodesView : public QTreeView {
+public:
+    using QTreeView::QTreeView;
+    void scrollTo(const QModelIndex& index, ScrollHint hint) override {
+        const int nBefore = horizontalScrollBar()->value();
+        QTreeView::scrollTo(index, hint);
+        horizontalScrollBar()->setValue(nBefore);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* pEvent) override {
+        header()->setMinimumSectionSize(viewport()->width());
+        QTreeView::resizeEvent(pEvent);
+    }
+};
 
 } // namespace
 
@@ -62,7 +81,7 @@ CInSiteLinkDialog::~CInSiteLinkDialog() {
 }
 
 QTreeView* CInSiteLinkDialog::MakeTree() {
-    auto* pTree = DialogParts::Named(new QTreeView(this), "nodes", ContentText::c_strTreeName);
+    auto* pTree = DialogParts::Named<QTreeView>(new CNodesView(this), "nodes", ContentText::c_strTreeName);
     pTree->setModel(&m_tree);
     const std::unique_ptr<QItemSelectionModel> pToolkitsOwn(pTree->selectionModel());
     pTree->setSelectionModel(&m_selection);
@@ -97,6 +116,9 @@ void CInSiteLinkDialog::LayOut() {
     pPrompt->setWordWrap(true);
     m_pPlace = DialogParts::Named(new QLineEdit(this), "location", ContentText::c_strInSiteLocation);
     m_pPlace->setReadOnly(true);
+    QPalette palette = m_pPlace->palette();
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    m_pPlace->setPalette(palette);
 
     // Tree and page have frames of one kind.
     auto* pFrame = new QFrame(this);
@@ -118,6 +140,8 @@ void CInSiteLinkDialog::LayOut() {
     pLayout->addWidget(pPanes, 1);
     pLayout->addLayout(pPlaceLine);
     DialogParts::AddOkAndCancel(*this, *pLayout);
+    // A page keeps the key to itself.
+    new QShortcut(Qt::Key_Escape, this, this, &QDialog::reject);
 
     const int nLine = fontMetrics().lineSpacing();
     resize((c_sizeInLines * nLine).boundedTo(screen()->availableSize() * 9 / 10));
@@ -171,11 +195,21 @@ void CInSiteLinkDialog::ShowPreview() {
         m_pPreview->NavigateAndWait(m_preview.strTarget);
         if (pAlive)
             Follow();
-        return;
+    } else {
+        m_pPreview->NavigateAndWait(QStringLiteral("about:blank"));
+        if (pAlive)
+            m_pPreview->SetBrowserBodyInnerHTML(m_preview.strText);
     }
-    m_pPreview->NavigateAndWait(QStringLiteral("about:blank"));
     if (pAlive)
-        m_pPreview->SetBrowserBodyInnerHTML(m_preview.strText);
+        OrderTabs();
+}
+
+/// What takes the keys of a page is made with it, and would come last in the order of the controls.
+void CInSiteLinkDialog::OrderTabs() {
+    QWidget* pKeys = m_pPreview;
+    while (pKeys->focusProxy() != nullptr)
+        pKeys = pKeys->focusProxy();
+    setTabOrder(m_pTree, pKeys);
 }
 
 void CInSiteLinkDialog::Follow() {

@@ -40,6 +40,7 @@ private:
     void SelectWhatHides(const QModelIndex& index);
     void OnSelected();
     void ShowPreview();
+    void OrderTabs();
     void Follow();
     void OpenHere(const QString& strUrl);
     void SetPlace(const QString& strPlace);
