@@ -5,6 +5,7 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "foundation/Urls.h"
+#include "office/OfficeFiles.h"
 #include "platform/base/NativePath.h"
 
 namespace InSiteLink {
@@ -52,18 +53,12 @@ bool LeadsToWeb(const CBookNode& node, const QString& strUrl) {
     return bLink && !LowerAscii(strUrl).startsWith(c_strFile);
 }
 
-/// The folder of a presentation that was saved as a web page.
-bool IsPptFrameFolder(const QString& strFolder) {
-    return IsFile(strFolder + QStringLiteral("\\fullscreen.htm")) &&
-           IsFile(strFolder + QStringLiteral("\\pres.xml"));
-}
-
 /// The presentation's own frame page behind the page that the program made for it.
 QString FramePageBehind(const QString& strPath) {
     const QString strFolder = ParentFolder(strPath);
     const QString strFrame = strFolder + u'\\' + c_strFramePage;
     const bool bWrapper = IsHtmlFile(strPath) && LowerAscii(BareName(strPath)) == c_strWrapperPage;
-    return bWrapper && IsPptFrameFolder(strFolder) && IsFile(strFrame) ? strFrame : strPath;
+    return bWrapper && Torvane::Office::IsPptFrameFolder(strFolder) && IsFile(strFrame) ? strFrame : strPath;
 }
 
 /// What the surface shows besides pages. Of any other file it would make a download.
@@ -135,7 +130,7 @@ std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeRes
         // A page beside the nodes has no place in them: the link would lead nowhere.
         if (!IsPathUnder(strNodeResourceFolder, strPath, u'\\'))
             return std::nullopt;
-        if (BareName(strPath) == c_strFramePage && IsPptFrameFolder(strFolder) &&
+        if (BareName(strPath) == c_strFramePage && Torvane::Office::IsPptFrameFolder(strFolder) &&
             IsFile(strFolder + u'\\' + c_strWrapperPage))
             strLink.replace(c_strFramePage, c_strWrapperPage);
     }
