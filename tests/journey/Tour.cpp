@@ -1,9 +1,11 @@
 #include "content/Texts.h"
+#include "content/TreeCommands.h"
 #include "tests/journey/Journey.h"
 #include "tests/journey/Steps.h"
 #include "tests/journey/WindowCheck.h"
 
 #include <QApplication>
+#include <QToolTip>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -68,6 +70,33 @@ public:
         ClickLine(c_strTree, Robot::Ask<QString>([] { return Selected(c_strTree); }), 3);
         m_robot.ClickMenuEntry(u"设置打开类型..."_s);
         Visit(u"COpenTypeDialog"_s);
+    }
+
+    /// Both pages for every kind.
+    void OpenContentWizard() {
+        ClickLine(c_strTree, c_strLastPage);
+        m_robot.WaitFor("the page's line", [] { return Selected(c_strTree) == c_strLastPage; });
+        Command(TreeCommand::c_nCreateContent);
+        AnswerBox(ContentText::c_strOverwriteContent, u"ok"_s);
+        const QString strWizard = u"CCreateNodeFileWizard"_s;
+        m_robot.WaitForWidget(u"kind0"_s, strWizard);
+        m_robot.WaitFor("the advice", [] { return QToolTip::isVisible(); });
+        Look(u"content-kinds"_s, strWizard);
+        for (int nKind = 0; nKind <= 8; ++nKind) {
+            m_robot.Press(u"Return"_s);
+            m_robot.WaitFor("the page of the kind", [] { return Robot::Find(u"newWindow"_s); });
+            Look(u"content-kind%1"_s.arg(nKind), strWizard);
+            m_robot.Press(u"alt+k"_s);
+            m_robot.WaitForWidget(u"kind%1"_s.arg(nKind), strWizard);
+            if (nKind < 8)
+                m_robot.Press(u"Down"_s);
+        }
+        m_robot.Press(u"Return"_s);
+        m_robot.WaitForWidget(u"setLink"_s, strWizard);
+        m_robot.Press(u"alt+b"_s);
+        Visit(u"CInSiteLinkDialog"_s);
+        m_robot.Press(u"Escape"_s);
+        m_robot.WaitFor("Escape to close it", [&] { return !Robot::Find(strWizard); });
     }
 
     void OpenMenus() {
@@ -199,6 +228,7 @@ void RunTour(const QString& strFolder) {
     visitor.OpenEditor();
     visitor.ShapeTree();
     visitor.OpenDialogs();
+    visitor.OpenContentWizard();
     visitor.ChangeTemplate();
     visitor.Finish();
 }
