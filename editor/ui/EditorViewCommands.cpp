@@ -9,6 +9,7 @@
 #include "foundation/Files.h"
 #include "foundation/SysInfo.h"
 #include "foundation/TextFile.h"
+#include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QPointer>
@@ -131,8 +132,9 @@ void CEditorView::Insert(const QString& strHtml) {
 }
 
 void CEditorView::InsertPicked(const QString& strFilter, QString (*build)(const QString&)) {
+    // As a reference: a plain path may hold what ends an attribute or reads as an entity.
     if (const auto path = m_people.PickOpenFile(QString(), QString(), strFilter))
-        Insert(build(*path));
+        Insert(build(SurfaceUrls::PathToReference(*path)));
 }
 
 void CEditorView::InsertOtherFile() {
