@@ -98,8 +98,8 @@ inline const QString c_strPathTooLong = u"文件名或路径太长。"_s;
 inline const QString c_strNoAccess = u"没有访问权限。"_s;
 inline const QString c_strConversionTooLong = u"转换时间太长，已停止。"_s;
 inline const QString c_strNoConverter =
-    u"系统没有检测到LibreOffice，无法转换Office文件。请您安装以下软件包后重试：\n"
-    u"libreoffice-writer-nogui\nlibreoffice-calc-nogui\nlibreoffice-impress-nogui"_s;
+    u"系统没有检测到转换Office文件所需的程序。请您安装以下软件包后重试：\n"
+    u"libreoffice-writer-nogui\nlibreoffice-calc-nogui\nlibreoffice-impress-nogui\npoppler-utils"_s;
 inline const QString c_strFileNotOpened =
     u"无法打开文件%1，请您检查文件是否存在、是否安装了编辑该文件的程序。"_s;
 

@@ -7,6 +7,7 @@
 
 #include <QDirIterator>
 #include <QRegularExpression>
+#include <QTest>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -160,6 +161,78 @@ TEST_F(ContentBuilderTest, AFailureOrACancelCostsNothing) {
     EXPECT_FALSE(Create(Of(ExternalFile, Source(u"a.txt"_s))));
     raw.exec("ALTER TABLE Away RENAME TO Book");
     EXPECT_EQ(Left(), strBefore);
+}
+
+/// An environment variable, for as long as this lives.
+class CVariable {
+public:
+    CVariable(const char* szName, const QString& strValue) : m_szName(szName), m_before(qgetenv(szName)) {
+        qputenv(szName, strValue.toUtf8());
+    }
+    ~CVariable() { m_before.isNull() ? qunsetenv(m_szName) : qputenv(m_szName, m_before); }
+    CVariable(const CVariable&) = delete;
+    CVariable& operator=(const CVariable&) = delete;
+
+private:
+    const char* m_szName;
+    QByteArray m_before;
+};
+
+TEST_F(ContentBuilderTest, WithoutAConverterThePersonIsToldWhatToInstall) {
+    const CVariable path("PATH", m_disk.Folder.Native(u"leer"_s));
+    const QString strInstall =
+        u"系统没有检测到转换Office文件所需的程序。请您安装以下软件包后重试：\n"
+        u"libreoffice-writer-nogui\nlibreoffice-calc-nogui\nlibreoffice-impress-nogui\npoppler-utils"_s;
+    CSysInfo::Instance().SetQueryUserSaveOfficeAsHtml(false);
+    CSysInfo::Instance().SetSaveOfficeAsHtml(true);
+    Write(u"a.txt"_s);
+    const auto copy = [&](const QString& strName, const QString& strTarget) {
+        m_disk.Folder.MakeFolder(strTarget.section(u'\\', 0, -2));
+        QFile::copy(QStringLiteral(VOREL_DELIVERED_DATA "/OfficeTemplate/") + strName,
+                    m_disk.Folder.Native(strTarget));
+    };
+    copy(u"Template.doc"_s, u"来\\b.doc"_s);
+    copy(u"Template.ppt"_s, u"程序\\SysData\\OfficeTemplate\\Template.ppt"_s);
+    m_pNode->CreateEditorPage(0);
+    const QString strBefore = Left();
+    CNodeFileParams slides = Of(EContentKind::ExternalEditor);
+    slides.OfficeKind = EOfficeKind::PowerPoint;
+    slides.SaveAsHtml = true;
+    const std::pair<CNodeFileParams, QString> cases[] = {
+        {slides, u"另存为HTML失败！\n"_s},
+        {Of(EContentKind::ExternalFile, Source(u"b.doc"_s)), u"另存为HTML时发生异常!\n"_s},
+        {Of(EContentKind::Folder, Source({}), u"*.*"_s), u"另存为HTML时发生异常!\n"_s},
+    };
+    for (const auto& [params, strMessage] : cases) {
+        m_disk.People.Expect(strMessage + strInstall);
+        EXPECT_FALSE(Create(params));
+        EXPECT_EQ(Left(), strBefore);
+    }
+    EXPECT_TRUE(m_pNode->GetChildren().isEmpty()) << "said before anything is made";
+}
+
+TEST_F(ContentBuilderTest, AnOpenedFileKeepsItsSizeTrue) {
+    // No program and no desktop of this machine may come up.
+    const CVariable home("XDG_DATA_HOME", m_disk.Folder.Native(u"a"_s));
+    const CVariable data("XDG_DATA_DIRS", m_disk.Folder.Native(u"b"_s));
+    const CVariable bus("DBUS_SESSION_BUS_ADDRESS", u"unix:path=/nowhere"_s);
+    Write(u"a.txt"_s, "old");
+    ASSERT_TRUE(Create(Of(EContentKind::ExternalFile, Source(u"a.txt"_s))));
+    m_pNode->OpenExternalFile();
+    const auto size = [&] { return m_disk.Store().GetField(m_pNode->GetId(), u"Size"_s).toInt(); };
+    QFile file(Platform::ToNativeExact(m_pNode->GetContentPath()));
+    EXPECT_TRUE(file.open(QIODevice::Append) && file.write("more") == 4);
+    file.close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return size() == 7; }, 20000));
+    // The watch goes on over content that takes the old one's place.
+    ASSERT_TRUE(Create(Of(EContentKind::ExternalFile, Source(u"a.txt"_s))));
+    EXPECT_EQ(size(), 3);
+    m_disk.Folder.Write(m_disk.NodePath(m_pNode->GetId(), u"more.txt"_s), "x");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return size() == 4; }, 20000));
+    // It may outlive the node's row, and the open course.
+    m_disk.Folder.Write(m_disk.NodePath(m_pNode->GetId(), u"last.txt"_s), "x");
+    m_disk.pCourse->Close();
+    QTest::qWait(700);
 }
 
 TEST_F(ContentBuilderTest, WhatIsAboutToGoMayBeTheSource) {
