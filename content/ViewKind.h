@@ -21,6 +21,12 @@ inline constexpr int c_nExternalEditor = 2;
 inline constexpr int c_nRecorder = 3;
 } // namespace PromptCode
 
+/// Codes of the content view.
+namespace ContentCode {
+/// A file that the browser doesn't show is asked for: it is saved where the person says, as browsers do.
+inline constexpr int c_nDownload = 1;
+} // namespace ContentCode
+
 /// True when the extension, dot included, occurs anywhere in the list of extensions that the browser shows: a
 /// substring test, which the empty extension passes.
 bool IsBrowserFile(const QString& strExtension);

@@ -118,6 +118,22 @@ inline const QString c_strPromptExternal =
     QStringLiteral("现在正在使用外部编辑器编辑内容, 请您在编辑结束后关闭窗口并点击“刷新显示”按钮查看内容。");
 inline const QString c_strPromptRecorder =
     QStringLiteral("现在正在启动视频课件制作工具制作视频。 请您在制作结束后,关闭窗口。");
+// The view of a file that no browser shows.
+inline const QString c_strKindLabel = QStringLiteral("类  型：");
+inline const QString c_strFileNameLabel = QStringLiteral("文件名：");
+inline const QString c_strCommentLabel = QStringLiteral("说  明：");
+inline const QString c_strDownload = QStringLiteral("下载(&D)");
+inline const QString c_strEdit = QStringLiteral("编辑(&E)");
+inline const QString c_strToHtml = QStringLiteral("转化为HTML(&H)");
+inline const QString c_strVideo = QStringLiteral("视频");
+inline const QString c_strPreviewVideo = QStringLiteral("预览(&V)");
+inline const QString c_strRecordAgain = QStringLiteral("重录(&E)");
+inline const QString c_strDownloadTitle = QStringLiteral("下载");
+inline const QString c_strSavingAsHtml = QStringLiteral("正在另存为HTML页...");
+inline const QString c_strNoFileName = QStringLiteral("获取文件名失败！");
+inline const QString c_strNotConverted = QStringLiteral("另存为HTML失败！");
+inline const QString c_strNotCreated = QStringLiteral("创建栏目文件失败！");
+
 inline const QString c_strOpenOutside = QStringLiteral("在系统浏览器中打开：%1");
 
 } // namespace EditorTexts

@@ -190,8 +190,8 @@ CBookShowView* CMainFrame::GetViewByKind(EViewKind kind) {
         pView = DisplayViews::MakeEmptyView(*this, m_pStack);
         break;
     case EViewKind::ToolButtons:
-        // Nodes of this kind are shown as far as the browser can show them.
-        return GetViewByKind(EViewKind::ShowContent);
+        pView = DisplayViews::MakeToolBtnView(*this, m_people, m_pStack);
+        break;
     case EViewKind::Nothing:
         pView = DisplayViews::MakeNothingView(*this, m_pStack);
         break;

@@ -1,15 +1,21 @@
 #include "editor/ui/CardViews.h"
 
 #include "editor/DisplayRules.h"
+#include "editor/NodeFile.h"
 #include "editor/Texts.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/NativePath.h"
+#include "platform/ui/DialogParts.h"
 
+#include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPixmap>
+#include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -18,6 +24,8 @@ namespace {
 constexpr int c_nCommandCreate = 32814;
 constexpr int c_nCardWidth = 420;
 constexpr int c_nMargin = 24;
+constexpr int c_nValueWidth = 300;
+constexpr int c_nCommentLines = 5;
 /// 16775924 with red in the low byte.
 constexpr QColor c_paleBlue(0xF4, 0xFA, 0xFF);
 
@@ -40,6 +48,22 @@ QVBoxLayout* MakeCard(QWidget& view) {
     pInner->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
     pInner->setSpacing(c_nMargin);
     return pInner;
+}
+
+/// A name of any length in one line; the middle goes first, and the whole shows under the mouse.
+void ShowInOneLine(QLabel& label, const QString& strText) {
+    const QString strShown = label.fontMetrics().elidedText(strText, Qt::ElideMiddle, c_nValueWidth);
+    label.setText(strShown);
+    label.setToolTip(strShown == strText ? QString() : strText.toHtmlEscaped());
+    label.setAccessibleName(strText);
+}
+
+QLabel* AddValue(QFormLayout& form, const QString& strLabel, const char* szName) {
+    auto* pValue = new QLabel;
+    pValue->setObjectName(QLatin1StringView(szName));
+    pValue->setTextFormat(Qt::PlainText);
+    form.addRow(new QLabel(strLabel), pValue);
+    return pValue;
 }
 
 QLabel* MakePrompt(QVBoxLayout& layout) {
@@ -100,4 +124,82 @@ void CPromptView::Refresh() {
         const bool bFile = m_pNode->GetType() == NodeType::c_nExternalFile;
         m_host.ShowNodeView(bFile ? EViewKind::ShowContent : KindView(*m_pNode), m_pNode);
     });
+}
+
+CToolBtnView::CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
+    : CBookShowView(host, pParent), m_people(people) {
+    setObjectName(QStringLiteral("CToolBtnView"));
+    PaintWith(*this, c_paleBlue);
+    QVBoxLayout* pCard = MakeCard(*this);
+
+    auto* pForm = new QFormLayout;
+    m_pKind = AddValue(*pForm, EditorTexts::c_strKindLabel, "fileKind");
+    m_pFileName = AddValue(*pForm, EditorTexts::c_strFileNameLabel, "fileName");
+    m_pComment =
+        DialogParts::Named(DialogParts::ReadOnlyText(this), "fileComment", EditorTexts::c_strCommentLabel);
+    m_pComment->setFixedHeight(m_pComment->fontMetrics().lineSpacing() * c_nCommentLines + c_nMargin / 2);
+    pForm->addRow(DialogParts::LabelFor(EditorTexts::c_strCommentLabel, m_pComment), m_pComment);
+    pCard->addLayout(pForm);
+
+    m_pDownload = AddButton(QStringLiteral("download"), &CToolBtnView::Download);
+    m_pEdit = AddButton(QStringLiteral("edit"), &CToolBtnView::Edit);
+    m_pToHtml = AddButton(QStringLiteral("toHtml"), &CToolBtnView::ConvertToHtml);
+    m_pToHtml->setText(EditorTexts::c_strToHtml);
+    auto* pButtons = new QHBoxLayout;
+    pButtons->addStretch(1);
+    for (QPushButton* pButton : {m_pDownload, m_pEdit, m_pToHtml})
+        pButtons->addWidget(pButton);
+    pButtons->addStretch(1);
+    pCard->addLayout(pButtons);
+    setTabOrder(m_pToHtml, m_pComment);
+}
+
+QPushButton* CToolBtnView::AddButton(const QString& strName, void (CToolBtnView::*pStep)(CBookNode&)) {
+    auto* pButton = new QPushButton(this);
+    pButton->setObjectName(strName);
+    connect(pButton, &QPushButton::clicked, this, [this, pStep] {
+        // A screen reader presses buttons without any input, a long step or not.
+        if (m_pNode != nullptr && !CQtPeople::IsKeepingPainting())
+            ShowFailure(this, [this, pStep] { (this->*pStep)(*m_pNode); });
+    });
+    return pButton;
+}
+
+void CToolBtnView::ShowNode() {
+    ShowFailure(this, [this] { ShowCard(); });
+}
+
+void CToolBtnView::ShowCard() {
+    const auto card = m_pNode == nullptr ? std::nullopt : NodeFile::CardOf(*m_pNode);
+    if (!card)
+        return;
+    m_pKind->setText(card->strKind);
+    if (card->FileName)
+        ShowInOneLine(*m_pFileName, *card->FileName);
+    if (card->Comment)
+        m_pComment->setPlainText(*card->Comment);
+    m_pDownload->setText(card->strFirstButton);
+    m_pEdit->setText(card->strSecondButton);
+    m_pToHtml->setVisible(card->bOffice);
+    // Lectures are neither played nor recorded.
+    const bool bFile = m_pNode->GetType() == NodeType::c_nExternalFile;
+    m_pDownload->setEnabled(bFile);
+    m_pEdit->setEnabled(bFile);
+}
+
+void CToolBtnView::Download(CBookNode& node) {
+    m_host.ShowNodeView(EViewKind::ShowContent, &node, ContentCode::c_nDownload);
+}
+
+void CToolBtnView::Edit(CBookNode& node) {
+    if (m_host.ShowNodeView(EViewKind::Prompt, &node, PromptCode::c_nExternalEditor) &&
+        !NodeFile::OpenInProgram(node, m_people))
+        m_host.ShowNodeView(KindView(node), &node);
+}
+
+void CToolBtnView::ConvertToHtml(CBookNode& node) {
+    const QPointer<CToolBtnView> pSelf(this);
+    const auto isThere = [pSelf, pNode = &node] { return pSelf != nullptr && pSelf->m_pNode == pNode; };
+    if (NodeFile::ConvertToHtml(node, m_people, isThere) && isThere())
+        m_host.ShowNodeView(KindView(node), &node);
 }

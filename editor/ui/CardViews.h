@@ -1,8 +1,10 @@
 #pragma once
 
 #include "content/ui/BookShowView.h"
+#include "platform/base/People.h"
 
 class QLabel;
+class QPlainTextEdit;
 class QPushButton;
 
 /// Shown when no course is open: nothing but its colour.
@@ -33,4 +35,27 @@ private:
 
     QLabel* m_pText;
     QPushButton* m_pRefresh;
+};
+
+/// Offers what can be done with a file that the browser doesn't show.
+class CToolBtnView : public CBookShowView {
+    Q_OBJECT
+public:
+    CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent);
+    void ShowNode() override;
+
+private:
+    QPushButton* AddButton(const QString& strName, void (CToolBtnView::*pStep)(CBookNode&));
+    void ShowCard();
+    void Download(CBookNode& node);
+    void Edit(CBookNode& node);
+    void ConvertToHtml(CBookNode& node);
+
+    Torvane::Dialog::MFC::IPeople& m_people;
+    QLabel* m_pKind;
+    QLabel* m_pFileName;
+    QPlainTextEdit* m_pComment;
+    QPushButton* m_pDownload;
+    QPushButton* m_pEdit;
+    QPushButton* m_pToHtml;
 };

@@ -14,6 +14,10 @@ CBookShowView* MakeChildrenNodeListView(INodeViewHost& host, QWidget* pParent) {
     return new CChildrenNodeListView(host, pParent);
 }
 
+CBookShowView* MakeToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent) {
+    return new CToolBtnView(host, people, pParent);
+}
+
 CBookShowView* MakeNothingView(INodeViewHost& host, QWidget* pParent) {
     return new CNothingView(host, pParent);
 }

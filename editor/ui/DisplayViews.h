@@ -8,6 +8,7 @@ namespace DisplayViews {
 
 CBookShowView* MakeShowContentView(INodeViewHost& host, QWidget* pParent);
 CBookShowView* MakeChildrenNodeListView(INodeViewHost& host, QWidget* pParent);
+CBookShowView* MakeToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent);
 CBookShowView* MakeNothingView(INodeViewHost& host, QWidget* pParent);
 CBookShowView* MakePromptView(INodeViewHost& host, QWidget* pParent);
 CBookShowView* MakeEmptyView(INodeViewHost& host, QWidget* pParent);

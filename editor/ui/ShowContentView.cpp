@@ -2,6 +2,7 @@
 
 #include "content/InSiteLink.h"
 #include "editor/DisplayRules.h"
+#include "editor/NodeFile.h"
 #include "editor/Texts.h"
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/ShowFailure.h"
@@ -10,6 +11,7 @@
 
 #include <QDesktopServices>
 #include <QHideEvent>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <QUrl>
@@ -51,7 +53,26 @@ void CShowContentView::ShowNode() {
     ShowFailure(this, [this] { ShowContent(); });
 }
 
+/// The pane would stay empty for a file that the browser doesn't show: it goes back to what else can be done
+/// with the file.
+void CShowContentView::ShowFile(EViewKind kind) {
+    CBookNode* const pNode = m_pNode;
+    const QPointer<CShowContentView> pSelf(this);
+    if (m_pViewParam == ContentCode::c_nDownload) {
+        CQtPeople people;
+        people.SetParent(this);
+        NodeFile::SaveCopy(*pNode, people);
+    }
+    if (pSelf != nullptr && m_pNode == pNode)
+        m_host.ShowNodeView(kind, pNode);
+}
+
 void CShowContentView::ShowContent() {
+    const EViewKind kind = KindView(*m_pNode);
+    if (kind == EViewKind::ToolButtons && m_pNode->GetType() == NodeType::c_nExternalFile) {
+        ShowFile(kind);
+        return;
+    }
     const auto [strTarget, bNetwork] = InSiteLink::AddressOf(*m_pNode);
     if (const auto form = DisplayRules::WindowFormOf(m_pNode->GetOpenType())) {
         const QStringList folders = AllowedFolders();

@@ -18,6 +18,7 @@ protected:
 
 private:
     void ShowContent();
+    void ShowFile(EViewKind kind);
     QStringList AllowedFolders() const;
     void TakeNewWindow(const QString& strUrl);
     void ClearWhenHidden();

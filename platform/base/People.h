@@ -78,6 +78,12 @@ public:
     virtual std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
                                                 const QString& strFilter) = 0;
 
+    /// A file to write, which the person agreed to replace where it stands already; strName is proposed for
+    /// it.
+    virtual std::optional<QString> PickSaveFile(const QString& /*strTitle*/, const QString& /*strName*/) {
+        return std::nullopt;
+    }
+
     /// A folder, under a prompt.
     virtual std::optional<QString> PickFolder(const QString& strPrompt, const QString& strFolder) = 0;
 

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <utility>
@@ -264,6 +265,17 @@ std::optional<QString> CQtPeople::PickOpenFile(const QString& strTitle, const QS
     pDialog->setFileMode(QFileDialog::ExistingFile);
     pDialog->setNameFilters(FileFilter::ToNameFilters(strFilter));
     return Pick(pDialog, strFolder, UiTexts::c_strOpen, UiTexts::c_strFileName);
+}
+
+std::optional<QString> CQtPeople::PickSaveFile(const QString& strTitle, const QString& strName) {
+    auto* pDialog = new QFileDialog(Parent(), strTitle);
+    pDialog->setObjectName(QStringLiteral("fileDialog"));
+    pDialog->setAcceptMode(QFileDialog::AcceptSave);
+    pDialog->setNameFilters(FileFilter::ToNameFilters(QString()));
+    const QString strFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    pDialog->setDirectory(QFileInfo(strFolder).isDir() ? strFolder : QDir::homePath());
+    pDialog->selectFile(strName);
+    return Pick(pDialog, QString(), UiTexts::c_strSave, UiTexts::c_strFileName);
 }
 
 std::optional<QString> CQtPeople::PickFolder(const QString& strPrompt, const QString& strFolder) {

@@ -48,6 +48,7 @@ public:
     void KeepPainting() override;
     std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
                                         const QString& strFilter) override;
+    std::optional<QString> PickSaveFile(const QString& strTitle, const QString& strName) override;
     std::optional<QString> PickFolder(const QString& strPrompt, const QString& strFolder) override;
     std::optional<QString> PickNewFolder(const QString& strPrompt, const QString& strFolder,
                                          const QString& strName) override;

@@ -14,6 +14,7 @@ inline const QString c_strQuestionTitle = QStringLiteral("提示");
 inline const QString c_strForAll = QStringLiteral("以后都这样处理，不再询问(&A)");
 
 inline const QString c_strOpen = QStringLiteral("打开(&O)");
+inline const QString c_strSave = QStringLiteral("保存(&S)");
 inline const QString c_strChoose = QStringLiteral("选择(&S)");
 inline const QString c_strLookIn = QStringLiteral("查找范围：");
 inline const QString c_strFileName = QStringLiteral("文件名(&N)：");

@@ -2,8 +2,12 @@
 
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
+#include "tests/support/WindowHelp.h"
 
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -98,6 +102,83 @@ TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {
         EXPECT_TRUE(Child<CWebBrowser2Ex>(*pWindow, u"content"_s).GetBrowserBodyInnerHTML(strHtml));
         EXPECT_EQ(strHtml, u"<p>away</p>"_s);
     }
+}
+
+/// A node whose content is a file, and a desktop that has a program for it.
+class FileViewTest : public DisplayViewsTest {
+protected:
+    FileViewTest() {
+        const CTempFolder& folder = m_world.Folder;
+        qputenv("XDG_CONFIG_HOME", folder.Native(u"config"_s).toUtf8());
+        qputenv("XDG_DATA_HOME", folder.Native(u"data"_s).toUtf8());
+        folder.Write(u"config\\mimeapps.list"_s, "[Default Applications]\napplication/msword=x.desktop\n");
+        folder.Write(u"data\\applications\\x.desktop"_s, "[Desktop Entry]\nType=Application\nExec=cp %f \"" +
+                                                             folder.Native(u"edited"_s).toUtf8() + "\"\n");
+    }
+    ~FileViewTest() override {
+        qunsetenv("XDG_CONFIG_HOME");
+        qunsetenv("XDG_DATA_HOME");
+    }
+    std::unique_ptr<CBookNode> MakeFile(const QString& strName, qint32 nType = NodeType::c_nExternalFile) {
+        const auto pNode = CBookNode::Root(*m_world.pCourse)->AddChild(strName);
+        m_world.Folder.Write(CViewWorld::NodePath(pNode->GetId(), strName), "content");
+        m_world.Store().SetContent(pNode->GetId(), {nType, u"N%1\\"_s.arg(pNode->GetId()) + strName, 0,
+                                                    u"报告 & 附录.doc"_s, u"说明"_s});
+        return std::make_unique<CBookNode>(*m_world.pCourse, m_world.Store().GetNode(pNode->GetId()));
+    }
+};
+
+TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
+    const auto pFile = MakeFile(u"1.doc"_s);
+    const auto pVideo = MakeFile(u"2"_s, NodeType::c_nVideo);
+    const std::unique_ptr<CBookShowView> pView(
+        DisplayViews::MakeToolBtnView(m_world.Host, m_world.People, nullptr));
+    const auto show = [&](CBookNode& node) {
+        pView->m_pNode = &node;
+        pView->ShowNode();
+    };
+    show(*pFile);
+    ShowOnScreen(*pView);
+    EXPECT_EQ(Child<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
+    auto& toHtml = Child<QPushButton>(*pView, u"toHtml"_s);
+    EXPECT_TRUE(toHtml.isVisible());
+    QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
+    EXPECT_EQ(m_world.Host.Last(),
+              (CRecordingHost::Shown{EViewKind::ShowContent, pFile->GetId(), ContentCode::c_nDownload}));
+    auto& edit = Child<QPushButton>(*pView, u"edit"_s);
+    QTest::mouseClick(&edit, Qt::LeftButton);
+    EXPECT_EQ(m_world.Host.Last(),
+              (CRecordingHost::Shown{EViewKind::Prompt, pFile->GetId(), PromptCode::c_nExternalEditor}));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.Folder.Read(u"edited"_s) == "content"; }));
+
+    show(*pVideo);
+    EXPECT_EQ(Child<QLabel>(*pView, u"fileKind"_s).text(), u"视频"_s);
+    EXPECT_EQ(Child<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
+    EXPECT_FALSE(toHtml.isVisible() || edit.isEnabled());
+}
+
+// No browser shows the file: it is saved, and the pane goes back to what else can be done; likewise behind
+// the external editor's "refresh", where nobody asked to save.
+TEST_F(FileViewTest, ADownloadSavesAndGoesBack) {
+    const auto pFile = MakeFile(u"1.doc"_s);
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
+    pView->m_pNode = pFile.get();
+    const QString strTarget = m_world.Folder.Native(u"下载.doc"_s);
+    pView->m_pViewParam = ContentCode::c_nDownload;
+    WhenDialogOpens([&](QDialog& dialog) {
+        auto& picker = dynamic_cast<QFileDialog&>(dialog);
+        EXPECT_TRUE(picker.selectedFiles().value(0).endsWith(u"/报告 & 附录.doc"_s));
+        auto* pField = picker.findChild<QLineEdit*>();
+        pField->setText(strTarget);
+        QTest::keyClick(pField, Qt::Key_Return);
+    });
+    pView->ShowNode();
+    EXPECT_EQ(m_world.Folder.Read(u"下载.doc"_s), "content");
+    const CRecordingHost::Shown card{EViewKind::ToolButtons, pFile->GetId(), 0};
+    EXPECT_EQ(m_world.Host.Last(), card);
+    pView->m_pViewParam = 0;
+    pView->ShowNode();
+    EXPECT_EQ(m_world.Host.Views, (std::vector{card, card}));
 }
 
 } // namespace

@@ -82,6 +82,7 @@ public:
     std::optional<QString> PickOpenFile(const QString&, const QString&, const QString&) override {
         return NextAnswer(Files);
     }
+    std::optional<QString> PickSaveFile(const QString&, const QString&) override { return NextAnswer(Files); }
     std::optional<QString> PickFolder(const QString&, const QString&) override { return NextAnswer(Folders); }
 
 private:
