@@ -14,8 +14,14 @@ QString ShownSource(const ResourceCopy& copy) {
     return copy.bRemote ? copy.strSource : Platform::ToShown(copy.strOpenPath);
 }
 
+/// For one line: an address may be as long as it likes, and it ends with what it names.
 QString ShownName(const ResourceCopy& copy) {
-    return copy.bRemote ? copy.strSource : Torvane::File::BareName(copy.strOpenPath);
+    constexpr qsizetype c_nHead = 20;
+    constexpr qsizetype c_nTail = 30;
+    const QString strName = copy.bRemote ? copy.strSource : Torvane::File::BareName(copy.strOpenPath);
+    if (strName.size() <= c_nHead + c_nTail)
+        return strName;
+    return strName.left(c_nHead) + u'…' + strName.right(c_nTail);
 }
 
 } // namespace

@@ -10,6 +10,8 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <bitset>
+#include <utility>
 
 namespace ResourceText {
 
@@ -94,6 +96,33 @@ QStringList FilesIn(const QString& strFolder) {
     } names;
     WalkFolder(strFolder, &names, nullptr, nullptr, false, nullptr, false);
     return names.List;
+}
+
+/// Which of the names stand in the text, found in one reading by what they begin with.
+QSet<QString> NamesIn(QStringView text, const QStringList& names) {
+    if (names.isEmpty())
+        return {};
+    constexpr int c_nLetters = 256;
+    qsizetype nKey = names.first().size();
+    for (const QString& strName : names)
+        nKey = std::min(nKey, strName.size());
+    QMultiHash<QStringView, QString> byKey;
+    std::bitset<c_nLetters> firsts;
+    for (const QString& strName : names) {
+        byKey.insert(QStringView(strName).left(nKey), strName);
+        firsts.set(strName.front().unicode() % c_nLetters);
+    }
+    QSet<QString> found;
+    for (qsizetype n = 0; n + nKey <= text.size(); ++n) {
+        if (!firsts[text[n].unicode() % c_nLetters])
+            continue;
+        const auto [begin, end] = std::as_const(byKey).equal_range(text.sliced(n, nKey));
+        for (auto it = begin; it != end; ++it) {
+            if (text.sliced(n).startsWith(*it))
+                found.insert(*it);
+        }
+    }
+    return found;
 }
 
 /// "…\N13" of "…\N13\res\".
@@ -223,13 +252,20 @@ QString ProcessResources(const QString& strHtml, const References& references, c
 }
 
 QStringList FindGarbage(const QString& strHtml, const QString& strResFolder) {
+    const QStringList names = FilesIn(strResFolder);
     // A link is lower-cased by rule and a surface may write escapes: the file behind such a reference is no
     // garbage, and what is deleted here is gone for good.
-    const QString strDecoded = FileUrlToPath(QStringLiteral("file:///") + strHtml);
-    const QStringList names = FilesIn(strResFolder);
+    QString strPlain = strHtml;
+    strPlain.replace(QLatin1StringView("&amp;"), QLatin1StringView("&"));
+    QStringList lower;
+    for (const QString& strName : names)
+        lower.append(LowerAscii(strName));
+    const QSet<QString> found = NamesIn(strHtml, names);
+    const QSet<QString> foundLower = NamesIn(FileUrlToPath(c_fileUrl + strPlain), lower) +
+                                     NamesIn(LowerAscii(QUrl::fromPercentEncoding(strPlain.toUtf8())), lower);
     QStringList garbage;
     for (const QString& strName : names) {
-        if (!strHtml.contains(strName) && !strDecoded.contains(LowerAscii(strName)))
+        if (!found.contains(strName) && !foundLower.contains(LowerAscii(strName)))
             garbage.append(strName);
     }
     return garbage;

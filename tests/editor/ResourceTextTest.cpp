@@ -169,11 +169,13 @@ TEST_F(ResourceTextTest, EqualsOneReplacementAfterTheOtherInTheOrderOfTheLists) 
 }
 
 TEST_F(ResourceTextTest, GarbageIsWhatTheTextDoesNotNameInAnySpelling) {
-    for (const char16_t* szName : {u"used.gif", u"Lower.GIF", u"esc[1].gif", u"gone.gif"})
+    for (const char16_t* szName :
+         {u"used.gif", u"Lower.GIF", u"esc[1].gif", u"gone.gif", u"a&b.gif", u"a?#%.gif"})
         m_temp.Write(u"NodeResource\\N13\\res\\"_s + QString::fromUtf16(szName), "x");
     m_temp.MakeFolder(u"NodeResource\\N13\\res\\folder"_s);
-    QStringList garbage =
-        FindGarbage(u"res/used.gif res/lower.gif res/esc%5B1%5D.gif"_s, m_folders.strResFolder);
+    QStringList garbage = FindGarbage(
+        u"res/used.gif res/lower.gif res/esc%5B1%5D.gif res/a&amp;b.gif 100% res/a%3F%23%25.gif"_s,
+        m_folders.strResFolder);
     garbage.sort();
     EXPECT_EQ(garbage, QStringList({u"In Res.gif"_s, u"gone.gif"_s}));
 }
