@@ -25,6 +25,7 @@ CPageKeeper::~CPageKeeper() {
 
 void CPageKeeper::Open(const KeptPage& about) {
     Close();
+    m_bKnown = true;
     m_about = about;
     m_text = {about.strHtml, about.bInSource};
     m_strOnDisk = about.strHtml;
@@ -48,10 +49,9 @@ void CPageKeeper::Touch() {
 }
 
 void CPageKeeper::Know(const Text& text) {
-    if (!m_bOpen)
-        return;
     m_text = text;
-    if (m_text.strHtml != m_kept.value_or(m_strOnDisk))
+    m_bKnown = true;
+    if (m_bOpen && m_text.strHtml != m_kept.value_or(m_strOnDisk))
         Touch();
 }
 
@@ -141,9 +141,7 @@ void CPageKeeper::Drop() {
 }
 
 void CPageKeeper::Close() {
-    if (!m_bOpen)
-        return;
-    if (HasUnsaved() && m_text.strHtml != m_kept)
+    if (m_bOpen && HasUnsaved() && m_text.strHtml != m_kept)
         Keep();
     End();
 }
@@ -151,7 +149,7 @@ void CPageKeeper::Close() {
 void CPageKeeper::End() {
     m_writer.waitForDone();
     m_timer.stop();
-    m_bOpen = m_bAsking = m_bWriting = false;
+    m_bOpen = m_bKnown = m_bAsking = m_bWriting = false;
     m_text = {};
     m_strOnDisk.clear();
     ++m_nPage;

@@ -42,7 +42,8 @@ public:
 
     /// The text may have changed.
     void Touch();
-    /// What the live text is now, for whoever happens to have it.
+    /// What the live text is now, for whoever happens to have it; also before Open, for a caller who then
+    /// need not ask for it again.
     void Know(const Text& text);
     /// The page on disk holds this text now, and hash says what it is.
     void Saved(const QString& strHtml, const QByteArray& hash);
@@ -53,6 +54,7 @@ public:
 
     /// The newest known text, and whether it is another than the page's on disk.
     const Text& GetText() const { return m_text; }
+    bool HasText() const { return m_bKnown; }
     bool HasUnsaved() const { return m_text.strHtml != m_strOnDisk; }
 
     /// How long after a change the text is kept, in milliseconds.
@@ -71,6 +73,7 @@ private:
     KeptPage m_about;
     bool m_bOpen = false;
     Text m_text;
+    bool m_bKnown = false;
     QString m_strOnDisk;
     /// What the file holds, or will when the writer is done; nothing when that isn't known.
     std::optional<QString> m_kept;

@@ -80,7 +80,8 @@ void CEditorView::ShowNode() {
     });
     if (!pThis || m_pNode != pNode)
         return;
-    m_bInSource = m_bPageLost = false;
+    m_keeper.Close();
+    m_bInSource = m_bPageLost = m_bPreviewLoaded = false;
     m_recovered.invalidate();
     m_pSource->clear();
     SetMode(EMode::Design);
@@ -98,6 +99,7 @@ void CEditorView::ShowNode() {
         return;
     m_saver.Open(strPath, paths.GetNodeResourceFolder(true), [this, pNode, strPath](const QString& strHtml) {
         const bool bWritten = pNode->SaveContent(strHtml);
+        m_bPreviewLoaded = false;
         if (bWritten)
             m_keeper.Saved(strHtml, KeptPages::HashOfPage(strPath));
         return bWritten;
@@ -193,14 +195,15 @@ void CEditorView::SwitchTo(EMode mode) {
     if (mode == m_mode)
         return;
     const QPointer<CEditorView> pThis(this);
+    // It is neither seen nor heard from here on, and its page need not be loaded for the next time.
     if (m_mode == EMode::Preview)
-        Blank(*m_pPreview);
+        m_pPreview->ClearLater();
     bool bMoved = true;
-    if (pThis && mode == EMode::Design && m_bInSource)
+    if (mode == EMode::Design && m_bInSource)
         bMoved = SwapToDesign();
-    else if (pThis && mode == EMode::Source && !m_bInSource)
+    else if (mode == EMode::Source && !m_bInSource)
         bMoved = SwapToSource();
-    else if (pThis && mode == EMode::Preview)
+    else if (mode == EMode::Preview)
         ShowPreview();
     if (!pThis)
         return;
@@ -256,8 +259,13 @@ bool CEditorView::SwapToDesign() {
 /// The unsaved text at the page's own place, so that its relative references are found.
 void CEditorView::ShowPreview() {
     const QPointer<CEditorView> pThis(this);
-    m_pPreview->NavigateAndWait(m_saver.GetPagePath());
-    QString strHtml;
+    QString strUrl, strHtml;
+    if (!m_bPreviewLoaded || !m_pPreview->GetURL(strUrl) || strUrl == c_strBlank) {
+        const bool bLoaded = m_pPreview->NavigateAndWait(m_saver.GetPagePath());
+        if (!pThis)
+            return;
+        m_bPreviewLoaded = bLoaded;
+    }
     if (pThis && GetCurrentHtml(strHtml) && pThis)
         m_pPreview->SetBrowserBodyInnerHTML(strHtml);
 }
@@ -273,20 +281,20 @@ void CEditorView::SetMode(EMode mode) {
 
 void CEditorView::LayOut() {
     const int nTabs = m_pTabs->sizeHint().height();
-    const int nBars = m_mode == EMode::Preview ? 0 : m_pBars->sizeHint().height();
+    const int nBars = m_pBars->sizeHint().height();
     const int nBottom = qMax(height() - nTabs, nBars);
     m_pBars->setGeometry(0, 0, width(), nBars);
     m_pTabs->setGeometry(0, nBottom, width(), nTabs);
-    const QRect area(0, nBars, width(), nBottom - nBars);
-    // The surfaces are moved away rather than hidden, so that they go on working. No key may reach a text
-    // that nobody sees.
-    const auto place = [&](QWidget* pWidget, EMode mode) {
-        pWidget->setGeometry(m_mode == mode ? area : QRect());
+    const QRect below(0, nBars, width(), nBottom - nBars);
+    // The surfaces are moved out of sight rather than hidden, so that they go on working, and keep their
+    // size, since a large page takes long to be laid out anew. No key may reach a text that nobody sees.
+    const auto place = [&](QWidget* pWidget, EMode mode, const QRect& area) {
+        pWidget->setGeometry(m_mode == mode ? area : area.translated(-2 * width() - 1, 0));
         pWidget->setEnabled(m_mode == mode);
     };
-    place(m_pDesign, EMode::Design);
-    place(m_pSource, EMode::Source);
-    place(m_pPreview, EMode::Preview);
+    place(m_pDesign, EMode::Design, below);
+    place(m_pSource, EMode::Source, below);
+    place(m_pPreview, EMode::Preview, QRect(0, 0, width(), nBottom));
 }
 
 void CEditorView::FocusLive() {

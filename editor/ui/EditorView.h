@@ -105,6 +105,8 @@ private:
     bool m_bInSource = false;
     CPageKeeper m_keeper;
     std::optional<KeptPage> m_takeUp;
+    /// The preview stands at the page as it is on the disk.
+    bool m_bPreviewLoaded = false;
     /// The engine went away with the page, and it has not been loaded anew.
     bool m_bPageLost = false;
     /// Since the page was loaded anew.

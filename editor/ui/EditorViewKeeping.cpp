@@ -53,9 +53,8 @@ void CEditorView::BeginKeeping(bool bEditing) {
     about.nNode = nNode;
     about.strTitle = m_pNode->GetTitle();
     about.PageHash = KeptPages::HashOfPage(m_saver.GetPagePath());
-    if (bEditing && !GetCurrentHtml(about.strHtml))
-        bEditing = false;
-    if (!pThis || (!bEditing && !kept))
+    about.strHtml = m_keeper.GetText().strHtml;
+    if (!kept && (!bEditing || !m_keeper.HasText()))
         return;
     m_keeper.Open(about);
     if (kept) {

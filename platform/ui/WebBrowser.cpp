@@ -257,6 +257,11 @@ void CWebBrowser2Ex::AskChangedHtml(std::function<void(std::optional<QString>)> 
                          });
 }
 
+void CWebBrowser2Ex::ClearLater() {
+    if (m_bPageLoaded)
+        m_pEngine->CallLater(QStringLiteral("setBodyHtml"), {QString()}, [](const SEngineAnswer&) {});
+}
+
 bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
     const CCallGuard guard;
     const QPointer<CWebBrowser2Ex> pAlive(this);

@@ -60,6 +60,8 @@ public:
     /// may never come when the surface goes away first. References that came in by pasting may still have
     /// another form than GetBrowserBodyInnerHTML gives them.
     void AskChangedHtml(std::function<void(std::optional<QString>)> answer);
+    /// Empties the body without waiting, whatever else runs: what the page shows and plays ends.
+    void ClearLater();
     /// Runs a named editing command on the selection. A colour comes as a number with the low byte red.
     /// "CreateLink" with bShowUi asks for the address.
     bool ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value);

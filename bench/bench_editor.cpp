@@ -1,0 +1,281 @@
+// What a page's size costs whoever edits it: loading, each switch between the tabs until the new tab is
+// painted, a keystroke until its letter is on the screen, and the longest time in which the interface stood
+// still while the text was being kept. Medians and worst of some rounds, in milliseconds.
+// Usage: bench_editor [SIZES IN KB...]; needs a display.
+#include "bench/Nobody.h"
+#include "bench/Rounds.h"
+#include "course/TemplateStore.h"
+#include "editor/ui/EditorView.h"
+#include "foundation/CodePage.h"
+#include "foundation/SysInfo.h"
+#include "foundation/TextFile.h"
+#include "platform/base/NativePath.h"
+#include "platform/ui/WebBrowser.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest/QTest>
+
+#include <cstdio>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int c_nRounds = 5;
+constexpr int c_nKeys = 20;
+constexpr int c_nPaintPatience = 10000;
+
+/// Paragraphs with some markup, a table now and then; each on a line of its own, or all in one.
+QByteArray PageOf(qsizetype nBytes, bool bLines) {
+    const QString strParagraph =
+        u"<p align=\"center\">第一章 <b>数据结构</b>与算法，<font color=\"red\">重点</font>。"_s +
+        u"本课程面向全校本科生，讲授线性表、树与图，以及排序和查找的常用算法。"_s.repeated(3) + u"</p>\n"_s;
+    const QString strTable = u"<table border=\"1\"><tbody>"_s +
+                             u"<tr><td>学时</td><td>48</td><td>学分</td></tr>"_s.repeated(5) +
+                             u"</tbody></table>\n"_s;
+    QByteArray part = CodePage::Encode(QString(strParagraph.repeated(8) + strTable));
+    if (!bLines)
+        part.replace('\n', "");
+    QByteArray page = "<p><font size=\"7\">x</font></p>\n";
+    while (page.size() < nBytes)
+        page += part;
+    return page;
+}
+
+/// Says what it is asked, and lets the page go.
+class CReader : public CNobody {
+public:
+    Torvane::Dialog::MFC::BoxAnswer Ask(const QString& strText, const QString&,
+                                        Torvane::Dialog::MFC::BoxButtons,
+                                        Torvane::Dialog::MFC::BoxIcon) override {
+        std::printf("  says: %s\n", qPrintable(strText));
+        return Torvane::Dialog::MFC::BoxAnswer::No;
+    }
+};
+
+/// A frame that shows nothing else.
+class CBareHost : public INodeViewHost {
+public:
+    bool ShowNodeView(EViewKind, CBookNode*, int) override { return false; }
+    bool LeaveCurrentView(bool) override { return false; }
+    bool IsEditorShowing() const override { return true; }
+    void SelectNode(qint32) override {}
+    void RunCommand(int) override {}
+};
+
+/// A new course, open, made by an installation of its own in the folder.
+std::unique_ptr<CCourse> MakeCourse(const QString& strFolder, const CourseServices& services) {
+    const QString strData = strFolder + u"/program/SysData"_s;
+    QDir().mkpath(strData);
+    QFile::link(QStringLiteral(VOREL_SEED_DATA), strData + u"/Data"_s);
+    for (const QString& strName : {u"VorelTemplates"_s, u"SelfDefineTitle.ini"_s, u"Images"_s})
+        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName, strData + u'/' + strName);
+    CSysInfo::Reset(Platform::FromNative(strFolder + u"/program/Vorel"_s));
+    QStringList templates;
+    CTemplateStore(CSysInfo::Instance().GetTemplatesFolder(false)).ListTemplates(templates);
+    CreateRecord record{{7, u"物理"_s, u"王老师"_s}, u"课"_s, {}, {}, templates.value(0)};
+    record.Folder = Platform::FromNative(strFolder + u"/course"_s);
+    const QString strProject = record.Folder + u"\\课.vcp"_s;
+    CCourse(strProject, services).Create(record);
+    auto pCourse = std::make_unique<CCourse>(strProject, services);
+    pCourse->Open();
+    return pCourse;
+}
+
+double Since(const QElapsedTimer& timer) {
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+/// Counts the paintings of a widget and of all in it.
+class CPaintCounter : public QObject {
+public:
+    explicit CPaintCounter(QWidget* pWidget) : m_pWidget(pWidget) { qApp->installEventFilter(this); }
+    int nPaints = 0;
+    bool WaitForNext() {
+        const int nBefore = nPaints;
+        return QTest::qWaitFor([&] { return nPaints > nBefore; }, c_nPaintPatience);
+    }
+
+protected:
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
+        auto* pWidget = qobject_cast<QWidget*>(pObject);
+        if (pEvent->type() == QEvent::Paint && pWidget &&
+            (pWidget == m_pWidget || m_pWidget->isAncestorOf(pWidget)))
+            ++nPaints;
+        return false;
+    }
+
+private:
+    QWidget* m_pWidget;
+};
+
+/// How far the pictures of a place differ.
+int Difference(const QImage& a, const QImage& b) {
+    int nPixels = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x)
+            nPixels += a.pixel(x, y) != b.pixel(x, y) ? 1 : 0;
+    }
+    return nPixels;
+}
+
+/// The upper left part of a widget as the screen shows it.
+QImage OnScreen(QWidget& widget) {
+    const QPoint place = widget.mapTo(widget.window(), QPoint());
+    return widget.screen()->grabWindow(widget.window()->winId(), place.x(), place.y(), 700, 90).toImage();
+}
+
+class CEditorBench {
+public:
+    CEditorBench(CCourse& course, qsizetype nKilobytes, bool bLines)
+        : m_pNode(CBookNode::Root(course)->AddChild(u"页"_s)) {
+        m_pNode->CreateEditorPage(0);
+        ReplaceFile(m_pNode->GetContentPath(), PageOf(nKilobytes * 1024, bLines));
+        std::printf("%lld KB%s\n", static_cast<long long>(nKilobytes), bLines ? "" : " in one line");
+        m_view.resize(1000, 700);
+        m_view.show();
+        m_view.activateWindow();
+        Say("load", {Time([this] {
+                m_view.m_pNode = m_pNode.get();
+                m_view.ShowNode();
+            })});
+    }
+
+    void Tabs() {
+        const struct {
+            const char* szName;
+            int nTab;
+            const char* szShown;
+        } steps[] = {{"design to source", 1, "source"},
+                     {"source to design", 0, "design"},
+                     {"design to preview", 2, "preview"},
+                     {"preview to design", 0, "design"}};
+        for (const auto& step : steps)
+            m_times[step.szName].clear();
+        for (int n = 0; n < c_nRounds; ++n) {
+            for (const auto& step : steps) {
+                auto* pShown = m_view.findChild<QWidget*>(QLatin1StringView(step.szShown));
+                CPaintCounter paints(pShown);
+                m_times[step.szName].push_back(Time([&] {
+                    m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(step.nTab);
+                    paints.WaitForNext();
+                }));
+                QTest::qWait(200);
+            }
+        }
+        for (const auto& step : steps)
+            Say(step.szName, m_times[step.szName]);
+    }
+
+    /// What the switches are made of.
+    void Parts() {
+        auto* pDesign = m_view.findChild<CWebBrowser2Ex*>(u"design"_s);
+        QString strHtml;
+        std::vector<double> fetch, put, navigate;
+        for (int n = 0; n < c_nRounds; ++n) {
+            fetch.push_back(Time([&] { pDesign->GetBrowserBodyInnerHTML(strHtml); }));
+            put.push_back(Time([&] { pDesign->SetBrowserBodyInnerHTML(strHtml); }));
+            QTest::qWait(1000);
+        }
+        CWebBrowser2Ex other;
+        other.SetAllowedFolders({}, true);
+        other.resize(m_view.size());
+        other.show();
+        for (int n = 0; n < c_nRounds; ++n) {
+            navigate.push_back(Time([&] { other.NavigateAndWait(m_pNode->GetContentPath()); }));
+            QTest::qWait(1000);
+            other.NavigateAndWait(u"about:blank"_s);
+        }
+        Say("fetch the text", fetch);
+        Say("put the text", put);
+        Say("navigate", navigate);
+    }
+
+    /// The letters are large and stand at the page's beginning.
+    void Keys() {
+        auto* pDesign = m_view.findChild<CWebBrowser2Ex*>(u"design"_s);
+        pDesign->setFocus();
+        QTest::qWait(500);
+        // The steps of the loop since the last look, at most: what stood still longer, kept keys waiting too.
+        double dStill = 0;
+        QElapsedTimer step;
+        QTimer tick;
+        QObject::connect(&tick, &QTimer::timeout, &tick, [&] {
+            dStill = std::max(dStill, Since(step));
+            step.restart();
+        });
+        std::vector<double> times;
+        step.start();
+        tick.start(1);
+        QWidget* const pKeys = QApplication::focusWidget();
+        for (int n = 0; n < c_nKeys; ++n) {
+            const QImage before = OnScreen(*pDesign);
+            times.push_back(Time([&] {
+                QTest::keyClick(pKeys, n % 2 != 0 ? Qt::Key_W : Qt::Key_M);
+                // The caret alone is thin.
+                if (!QTest::qWaitFor([&] { return Difference(before, OnScreen(*pDesign)) > 300; },
+                                     c_nPaintPatience))
+                    std::printf("  a letter never came\n");
+            }));
+            QTest::qWait(300);
+            QTest::keyClick(pKeys, Qt::Key_Backspace);
+            QTest::qWait(300);
+        }
+        Say("key to paint", times);
+        Say("interface still", {dStill});
+    }
+
+private:
+    template <class Step>
+    static double Time(Step step) {
+        QElapsedTimer timer;
+        timer.start();
+        step();
+        return Since(timer);
+    }
+    static void Say(const char* szWhat, const std::vector<double>& times) {
+        std::printf("  %-20s %8.1f   worst %8.1f\n", szWhat, Median(times),
+                    *std::max_element(times.begin(), times.end()));
+        std::fflush(stdout);
+    }
+
+    CReader m_people;
+    CBareHost m_host;
+    std::unique_ptr<CBookNode> m_pNode;
+    CEditorView m_view{m_host, m_people};
+    std::map<std::string, std::vector<double>> m_times;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    const QTemporaryDir folder;
+    CNobody people;
+    CNoSession session;
+    CNodeMakerFactory makers;
+    const auto pCourse = MakeCourse(folder.path(), {people, session, session, makers});
+    QList<qsizetype> sizes;
+    for (int i = 1; i < argc; ++i)
+        sizes.append(QByteArray(argv[i]).toLongLong());
+    if (sizes.isEmpty())
+        sizes = {10, 100, 1024};
+    for (const qsizetype nSize : sizes) {
+        for (const bool bLines : {true, false}) {
+            CEditorBench bench(*pCourse, nSize, bLines);
+            bench.Tabs();
+            bench.Parts();
+            bench.Keys();
+        }
+    }
+    return 0;
+}
