@@ -146,6 +146,10 @@ void PlanResources(const QStringList& sources, const PageFolders& folders, CReso
         if (strSource.isEmpty() || !PlanResource(strSource, folders, &names, copy) || copy.strUrl.isEmpty())
             continue;
         replacements.append({strSource, copy.strUrl, copies.size()});
+        // As an attribute in the text spells it.
+        if (strSource.contains(u'&'))
+            replacements.append(
+                {QString(strSource).replace(u'&', QLatin1StringView("&amp;")), copy.strUrl, copies.size()});
         copies.append(copy);
     }
 }
