@@ -85,14 +85,18 @@ bool CPageSaver::HasChanged(const QString& strText, const QString& strOnDisk) co
 
 ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {
     m_bSettled = false;
-    QString strHtml;
     try {
-        if (!GetLiveText(strHtml)) {
-            m_people.Error(EditorTexts::c_strNoContent);
-            return ESaveResult::NotSaved;
-        }
+        return SaveLiveText(bWriteBack, bAsk, bCanCancel);
     } catch (const std::bad_alloc&) {
         m_people.Error(EditorTexts::c_strTooLong);
+        return m_bSettled ? ESaveResult::Saved : ESaveResult::NotWritten;
+    }
+}
+
+ESaveResult CPageSaver::SaveLiveText(bool bWriteBack, bool bAsk, bool bCanCancel) {
+    QString strHtml;
+    if (!GetLiveText(strHtml)) {
+        m_people.Error(EditorTexts::c_strNoContent);
         return ESaveResult::NotSaved;
     }
     References references;

@@ -77,6 +77,7 @@ private:
     bool GetReferences(ResourceText::References& references, QString& strFailure);
     void RememberAsLoaded();
     bool HasChanged(const QString& strText, const QString& strOnDisk) const;
+    ESaveResult SaveLiveText(bool bWriteBack, bool bAsk, bool bCanCancel);
     ESaveResult MayWrite(bool bAsk, bool bCanCancel);
     bool Write(const QString& strText);
     bool IsOnDisk(const QString& strText) const;

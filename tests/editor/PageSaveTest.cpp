@@ -191,6 +191,15 @@ TEST_F(PageSaveTest, TheTextOfALostSurfaceNeverReplacesThePage) {
     EXPECT_EQ(m_written, QStringList{u"typed"_s});
 }
 
+TEST_F(PageSaveTest, ATextThatMemoryDoesNotHoldKeepsThePageOpen) {
+    struct : CFakePage {
+        bool GetCurrentHtml(QString&) override { throw std::bad_alloc(); }
+    } page;
+    CPageSaver saver(page, m_people, {});
+    m_people.Expect(u"字段太长！"_s);
+    EXPECT_FALSE(saver.MayLeave(true));
+}
+
 TEST_F(PageSaveTest, APageThatCannotBeWrittenHoldsWhoeverMayStay) {
     for (const bool bCanCancel : {true, false}) {
         for (const bool bThrow : {true, false}) {
