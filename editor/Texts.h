@@ -27,6 +27,8 @@ inline const QString c_strFetching = QStringLiteral("正在下载：%1");
 inline const QString c_strSaveCancelled =
     QStringLiteral("您取消了保存，网页没有写入，您的修改仍在编辑器中。");
 inline const QString c_strSaveFailed = QStringLiteral("保存文件失败！");
+inline const QString c_strPageTooLarge =
+    QStringLiteral("该栏目的网页太大，无法在编辑器中打开，网页保持原样。\n系统建议您拆分成较小的页面。");
 inline const QString c_strSourceTooLong =
     QStringLiteral("对不起，您填写的内容过长，无法编辑源文件。\n系统建议您拆分成较小的页面。");
 inline const QString c_strWriteBackFailed = QStringLiteral("更新编辑器源码失败！！");

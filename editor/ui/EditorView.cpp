@@ -4,6 +4,7 @@
 #include "editor/Texts.h"
 #include "editor/ui/EditorToolBars.h"
 #include "editor/ui/ShowFailure.h"
+#include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
 #include "platform/ui/WebBrowser.h"
@@ -19,8 +20,25 @@ using namespace EditorCommands;
 namespace {
 
 const QString c_strBlank = QStringLiteral("about:blank");
+/// The engine takes longer for larger pages than anybody waits, and in the end too long for itself.
+constexpr quint32 c_nMaxPageBytes = 20 * 1024 * 1024;
 /// More characters than this the source box can't show in bearable time.
 constexpr int c_nMaxSource = 8'000'000;
+/// Nor more in one line, which is laid out as a whole.
+constexpr qsizetype c_nMaxSourceLine = 1'000'000;
+
+bool FitsSourceBox(const QString& strText) {
+    if (strText.size() > c_nMaxSource)
+        return false;
+    qsizetype nStart = 0;
+    while (strText.size() - nStart > c_nMaxSourceLine) {
+        const qsizetype nEnd = strText.lastIndexOf(u'\n', nStart + c_nMaxSourceLine);
+        if (nEnd < nStart)
+            return false;
+        nStart = nEnd + 1;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -69,6 +87,7 @@ void CEditorView::ShowNode() {
         return;
     CBookNode* const pNode = m_pNode;
     QString strPath;
+    bool bTooLarge = false;
     // A message waits, and so does loading: whatever closes the window meanwhile takes this view or its node
     // along.
     const QPointer<CEditorView> pThis(this);
@@ -77,6 +96,7 @@ void CEditorView::ShowNode() {
         // A node may have been made from a template without a page: editing begins with an empty one.
         if (!Torvane::File::IsFile(strPath))
             pNode->SaveContent(QString());
+        bTooLarge = Torvane::File::GetFileSizeOf(strPath) > c_nMaxPageBytes;
     });
     if (!pThis || m_pNode != pNode)
         return;
@@ -93,7 +113,7 @@ void CEditorView::ShowNode() {
     m_pPreview->SetAllowedFolders(folders, true);
 
     m_pDesign->SetBrowserDesignMode(false);
-    const bool bLoaded = m_pDesign->NavigateAndWait(strPath);
+    const bool bLoaded = !bTooLarge && m_pDesign->NavigateAndWait(strPath);
     const bool bEditing = pThis && bLoaded && m_pDesign->SetBrowserDesignMode(true);
     if (!pThis)
         return;
@@ -105,7 +125,7 @@ void CEditorView::ShowNode() {
         return bWritten;
     });
     if (!bEditing)
-        m_people.Error(EditorTexts::c_strDesignModeFailed);
+        m_people.Error(bTooLarge ? EditorTexts::c_strPageTooLarge : EditorTexts::c_strDesignModeFailed);
     if (pThis && m_pNode == pNode)
         BeginKeeping(bEditing);
     if (!pThis)
@@ -222,7 +242,7 @@ bool CEditorView::SwapToSource() {
             m_people.Error(EditorTexts::c_strNoContent);
         return false;
     }
-    if (strHtml.size() > c_nMaxSource) {
+    if (!FitsSourceBox(strHtml)) {
         m_people.Warn(EditorTexts::c_strSourceTooLong);
         return false;
     }

@@ -125,6 +125,20 @@ TEST_F(EditorKeepingTest, AFramePageStaysOne) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(EditorKeepingTest, APageTooLargeForTheEditorOrTheSourceBoxIsSaidToBeSo) {
+    m_world.People.Expect(
+        u"该栏目的网页太大，无法在编辑器中打开，网页保持原样。\n系统建议您拆分成较小的页面。"_s);
+    Open(QByteArray(21 << 20, 'x'));
+    EXPECT_TRUE(m_view.LeaveNode(true));
+    EXPECT_EQ(m_world.Folder.Read(PageFile()).size(), 21 << 20);
+    // One line that the box would be at for minutes.
+    Open(QByteArray(3 << 20, 'x'));
+    m_world.People.Expect(u"对不起，您填写的内容过长，无法编辑源文件。\n系统建议您拆分成较小的页面。"_s);
+    Tab(c_nSource);
+    EXPECT_TRUE(Surface("design").isEnabled());
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(EditorKeepingTest, WhenTheEngineIsKilledThePageComesBackWithItsText) {
     const QString strRecovered = u"显示网页的组件意外停止，已重新启动，正在编辑的内容已经恢复。\n"
                                  "最后几秒的改动可能没有包括在内，请您检查后保存。"_s;
