@@ -1,5 +1,6 @@
 #include "office/Conversion.h"
 
+#include "office/OutputFile.h"
 #include "office/PageCleaner.h"
 #include "office/SlidePages.h"
 
@@ -19,10 +20,20 @@ constexpr int c_nSlidePixels = 1600;
 // A drawn slide is smaller and sharper as PNG; one with a photograph is not.
 constexpr qint64 c_nLargePng = 200'000;
 
-bool WriteBytes(const QString& strPath, const QByteArray& bytes) {
-    QFile file(strPath);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
+/// Ends early once the conversion may not go on.
+class CStoppableFile : public QFile {
+public:
+    CStoppableFile(const CConverter& converter, const QString& strPath)
+        : QFile(strPath), m_converter(converter) {}
+
+protected:
+    qint64 readData(char* pData, qint64 nMax) override {
+        return m_converter.State() == EConversion::Done ? QFile::readData(pData, nMax) : -1;
+    }
+
+private:
+    const CConverter& m_converter;
+};
 
 /// Moves the pictures that a page names out of the converter's output, under names that any server and any
 /// system can keep.
@@ -37,8 +48,8 @@ public:
             return *it;
         const QString strName = QUrl::fromPercentEncoding(strReference.toUtf8());
         const QString strEnding = QFileInfo(strName).suffix().toLower();
-        static const QStringList endings = {u"png"_s, u"jpg"_s, u"jpeg"_s, u"gif"_s,
-                                            u"svg"_s, u"bmp"_s, u"webp"_s};
+        // Not SVG: opened by itself it is a page that may hold scripts.
+        static const QStringList endings = {u"png"_s, u"jpg"_s, u"jpeg"_s, u"gif"_s, u"bmp"_s, u"webp"_s};
         // Only what the converter wrote beside the page: a name with a folder or an address leads elsewhere.
         if (strName.contains(u'/') || !endings.contains(strEnding) || !QDir().mkpath(m_strTo))
             return QString();
@@ -57,9 +68,8 @@ private:
 
 EConversion ReadPlainText(CConverter& converter, const QString& strSource, QString& strText) {
     const EConversion eEnd = converter.Convert(strSource, u"txt:Text (encoded):UTF8"_s, u"source.txt"_s);
-    QFile file(converter.Path(u"out/source.txt"_s));
-    if (eEnd == EConversion::Done && file.open(QIODevice::ReadOnly)) {
-        strText = QString::fromUtf8(file.readAll());
+    if (eEnd == EConversion::Done) {
+        strText = QString::fromUtf8(ReadWhole(converter.Path(u"out/source.txt"_s)).value_or(QByteArray()));
         // The mark of the coding would be a part of the first label.
         if (strText.startsWith(QChar::ByteOrderMark))
             strText.remove(0, 1);
@@ -74,18 +84,20 @@ EConversion MakePage(CConverter& converter, EKind eKind, const QString& strSourc
     const EConversion eEnd = converter.Convert(strSource, strFilter, u"source.html"_s);
     if (eEnd != EConversion::Done)
         return eEnd;
-    QFile file(converter.Path(u"out/source.html"_s));
-    if (!file.open(QIODevice::ReadOnly))
+    const auto html = ReadWhole(converter.Path(u"out/source.html"_s));
+    if (!html)
         return EConversion::Failed;
-    const QByteArray html = file.readAll();
     QString strPlainText;
-    if (eKind == EKind::Document && html.contains("<ol")) {
+    if (eKind == EKind::Document && html->contains("<ol")) {
         const EConversion eText = ReadPlainText(converter, strSource, strPlainText);
         if (eText != EConversion::Done)
             return eText;
     }
     CPictureMover mover(converter, strStem);
-    const auto page = CleanPage(eKind, html, strTitle, std::ref(mover), strPlainText);
+    const auto mayGoOn = [&converter] { return converter.State() == EConversion::Done; };
+    const auto page = CleanPage(eKind, *html, strTitle, std::ref(mover), strPlainText, mayGoOn);
+    if (const EConversion eState = converter.State(); eState != EConversion::Done)
+        return eState;
     return page && WriteBytes(converter.Path(u"page.htm"_s), *page) ? EConversion::Done : EConversion::Failed;
 }
 
@@ -149,7 +161,7 @@ EConversion MakePresentation(CConverter& converter, const QString& strSource, co
     EConversion eEnd = converter.Convert(strSource, u"fodp"_s, u"source.fodp"_s);
     if (eEnd != EConversion::Done)
         return eEnd;
-    QFile file(converter.Path(u"out/source.fodp"_s));
+    CStoppableFile file(converter, converter.Path(u"out/source.fodp"_s));
     if (!file.open(QIODevice::ReadOnly))
         return EConversion::Failed;
     const QList<CSlide> all = ReadSlides(file);

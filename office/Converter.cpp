@@ -1,9 +1,9 @@
 #include "office/Converter.h"
 
+#include "office/OutputFile.h"
 #include "platform/base/Process.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -17,6 +17,8 @@ constexpr qint64 c_nMostLimitMs = 1'200'000;
 constexpr qint64 c_nLimitMsPerMegabyte = 4'000;
 // A small file can unpack to more than the machine holds.
 constexpr quint64 c_nMaxBytes = quint64{6} << 30;
+// What a picture or a PDF file may need. What holds all that the source holds may be larger by its size.
+constexpr quint64 c_nMaxFileBytes = quint64{512} << 20;
 
 // Strangers' files are converted: no macro runs, nothing that a document links to is loaded, be it a file of
 // this machine or an address, and what would ask the network all the same meets a closed door. The locale
@@ -39,11 +41,6 @@ const QByteArray c_profile = R"(<?xml version="1.0" encoding="UTF-8"?>
 </oor:items>
 )";
 
-bool WriteBytes(const QString& strPath, const QByteArray& bytes) {
-    QFile file(strPath);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
-
 QMap<QString, QString> ProgramEnvironment(const QString& strTemporary) {
     QMap<QString, QString> environment{
         {u"TMPDIR"_s, strTemporary}, {u"LC_ALL"_s, u"C.UTF-8"_s}, {u"SAL_USE_VCLPLUGIN"_s, u"svp"_s}};
@@ -63,10 +60,9 @@ CConverter::CConverter(const MayGoOn& mayGoOn, qint64 nLimitMs)
     if (!m_folder.isValid())
         return;
     const QDir folder(m_folder.path());
-    folder.mkpath(u"profile/user"_s);
-    folder.mkpath(u"tmp"_s);
-    folder.mkpath(u"out"_s);
-    WriteBytes(Path(u"profile/user/registrymodifications.xcu"_s), c_profile);
+    // Without the whole profile it would run and load what a document wants.
+    m_bReady = folder.mkpath(u"profile/user"_s) && folder.mkpath(u"tmp"_s) && folder.mkpath(u"out"_s) &&
+               WriteBytes(Path(u"profile/user/registrymodifications.xcu"_s), c_profile);
 }
 
 EConversion CConverter::State() const {
@@ -75,14 +71,17 @@ EConversion CConverter::State() const {
     return m_time.elapsed() > m_nLimitMs ? EConversion::TimedOut : EConversion::Done;
 }
 
-EConversion CConverter::Run(const QString& strProgram, const QStringList& arguments) {
+EConversion CConverter::Run(const QString& strProgram, const QStringList& arguments, quint64 nMaxFileBytes) {
+    if (!m_bReady)
+        return EConversion::Failed;
     if (strProgram.isEmpty())
         return EConversion::NoConverter;
     EConversion eState = State();
     if (eState != EConversion::Done)
         return eState;
     const auto eEnd = Platform::RunGroup(
-        {strProgram, arguments, ProgramEnvironment(Path(u"tmp"_s)), c_nMaxBytes}, [this, &eState] {
+        {strProgram, arguments, ProgramEnvironment(Path(u"tmp"_s)), c_nMaxBytes, nMaxFileBytes},
+        [this, &eState] {
             eState = State();
             return eState == EConversion::Done;
         });
@@ -91,11 +90,12 @@ EConversion CConverter::Run(const QString& strProgram, const QStringList& argume
 
 EConversion CConverter::Convert(const QString& strSource, const QString& strFilter,
                                 const QString& strOutput) {
-    const EConversion eEnd =
-        Run(OfficeProgram(), {u"-env:UserInstallation="_s +
-                                  QUrl::fromLocalFile(Path(u"profile"_s)).toString(QUrl::FullyEncoded),
-                              u"--headless"_s, u"--norestore"_s, u"--nologo"_s, u"--nodefault"_s,
-                              u"--convert-to"_s, strFilter, u"--outdir"_s, Path(u"out"_s), strSource});
+    const EConversion eEnd = Run(
+        OfficeProgram(),
+        {u"-env:UserInstallation="_s + QUrl::fromLocalFile(Path(u"profile"_s)).toString(QUrl::FullyEncoded),
+         u"--headless"_s, u"--norestore"_s, u"--nologo"_s, u"--nodefault"_s, u"--convert-to"_s, strFilter,
+         u"--outdir"_s, Path(u"out"_s), strSource},
+        c_nMaxFileBytes + 2 * quint64(QFileInfo(strSource).size()));
     // It ends without an error code also when it could not load the file.
     const bool bMade = QFileInfo(Path(u"out/"_s + strOutput)).size() > 0;
     return eEnd == EConversion::Done && !bMade ? EConversion::Failed : eEnd;
@@ -103,7 +103,7 @@ EConversion CConverter::Convert(const QString& strSource, const QString& strFilt
 
 EConversion CConverter::DrawPages(const QString& strPdf, const QStringList& options,
                                   const QString& strFolder) {
-    return Run(PdfProgram(), options + QStringList{strPdf, strFolder + u"/p"_s});
+    return Run(PdfProgram(), options + QStringList{strPdf, strFolder + u"/p"_s}, c_nMaxFileBytes);
 }
 
 qint64 TimeLimitMs(quint64 nSourceBytes) {

@@ -15,8 +15,9 @@ public:
     /// The time limit counts from here.
     CConverter(const MayGoOn& mayGoOn, qint64 nLimitMs);
 
-    /// False when there is no place for the folder.
-    bool IsReady() const { return m_folder.isValid(); }
+    /// False when there is no place for the folder, or for the profile that keeps documents from running and
+    /// loading anything. Then nothing is converted.
+    bool IsReady() const { return m_bReady; }
     QString Path(const QString& strName) const { return m_folder.filePath(strName); }
 
     /// Has LibreOffice write the file in another format into the folder "out". The source stands in the
@@ -30,12 +31,13 @@ public:
     EConversion State() const;
 
 private:
-    EConversion Run(const QString& strProgram, const QStringList& arguments);
+    EConversion Run(const QString& strProgram, const QStringList& arguments, quint64 nMaxFileBytes);
 
     QTemporaryDir m_folder;
     MayGoOn m_mayGoOn;
     QElapsedTimer m_time;
     qint64 m_nLimitMs;
+    bool m_bReady = false;
 };
 
 /// How long a file of that size may take: far longer than any that works takes on a slow machine.

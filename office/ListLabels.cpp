@@ -1,5 +1,7 @@
 #include "office/ListLabels.h"
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace Torvane::Office {
@@ -28,28 +30,26 @@ bool IsPlainLabel(QStringView strLabel) {
 } // namespace
 
 CListLabels::CListLabels(const QString& strPlainText) {
-    for (const QString& strLine : strPlainText.split(u'\n')) {
-        const QString strSimple = strLine.simplified();
+    for (const auto strLine : QStringView(strPlainText).split(u'\n')) {
+        const QString strSimple = strLine.toString().simplified();
+        const qsizetype nBlank = strSimple.indexOf(u' ');
         // A paragraph without a blank has no label before it.
-        if (strSimple.contains(u' '))
-            m_lines.append(strSimple);
+        if (nBlank < 0 || !IsPlainLabel(QStringView(strSimple).left(nBlank)))
+            continue;
+        m_places[WithoutBlanks(strSimple.mid(nBlank))].append(m_labels.size());
+        m_labels.append(strSimple.left(nBlank));
     }
 }
 
 QString CListLabels::Take(const QString& strText) {
-    const QString strWanted = WithoutBlanks(strText);
-    if (strWanted.isEmpty())
+    const auto places = m_places.constFind(WithoutBlanks(strText));
+    if (places == m_places.cend())
         return QString();
-    for (qsizetype i = m_nNext; i < m_lines.size(); ++i) {
-        const QString& strLine = m_lines[i];
-        const qsizetype nBlank = strLine.indexOf(u' ');
-        if (strLine.size() - nBlank > strWanted.size() && IsPlainLabel(QStringView(strLine).left(nBlank)) &&
-            WithoutBlanks(strLine.mid(nBlank)) == strWanted) {
-            m_nNext = i + 1;
-            return strLine.left(nBlank);
-        }
-    }
-    return QString();
+    const auto place = std::lower_bound(places->cbegin(), places->cend(), m_nNext);
+    if (place == places->cend())
+        return QString();
+    m_nNext = *place + 1;
+    return m_labels[*place];
 }
 
 } // namespace Torvane::Office

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -17,7 +19,10 @@ public:
     QString Take(const QString& strText);
 
 private:
-    QStringList m_lines;
+    /// Of the paragraphs that may have one, in order.
+    QStringList m_labels;
+    /// By a paragraph's text without blanks: where its labels stand, upwards.
+    QHash<QString, QList<qsizetype>> m_places;
     qsizetype m_nNext = 0;
 };
 

@@ -200,8 +200,8 @@ QString AltOf(const GumboElement& element) {
 
 class CCleaner {
 public:
-    CCleaner(EKind eKind, const PictureNamer& pictures, const QString& strPlainText)
-        : m_eKind(eKind), m_pictures(pictures), m_labels(strPlainText) {}
+    CCleaner(EKind eKind, const PictureNamer& pictures, const QString& strPlainText, const MayGoOn& mayGoOn)
+        : m_eKind(eKind), m_pictures(pictures), m_labels(strPlainText), m_mayGoOn(mayGoOn) {}
 
     void WriteChildren(const GumboNode* pNode, QByteArray& out) {
         for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
@@ -213,9 +213,15 @@ public:
         QString strName;
     };
     const QList<Sheet>& Sheets() const { return m_sheets; }
+    bool IsStopped() const { return m_bStopped; }
 
 private:
     void Write(const GumboNode* pNode, QByteArray& out) {
+        constexpr int c_nNodesAtOnce = 64;
+        if (++m_nNodes % c_nNodesAtOnce == 0)
+            m_bStopped = m_bStopped || !m_mayGoOn();
+        if (m_bStopped)
+            return;
         if (IsElement(pNode))
             return WriteElement(pNode, out);
         if (pNode->type == GUMBO_NODE_COMMENT)
@@ -362,6 +368,9 @@ private:
     bool m_bAfterPicture = false;
     QList<Sheet> m_sheets;
     bool m_bInTable = false;
+    const MayGoOn& m_mayGoOn;
+    quint64 m_nNodes = 0;
+    bool m_bStopped = false;
 };
 
 /// The page's own style sheet: the rules of its paragraphs and headings.
@@ -407,17 +416,23 @@ QByteArray JumpList(const CCleaner& cleaner) {
 } // namespace
 
 std::optional<QByteArray> CleanPage(EKind eKind, const QByteArray& html, const QString& strTitle,
-                                    const PictureNamer& pictures, const QString& strPlainText) {
-    if (IsTooDeep(html))
+                                    const PictureNamer& pictures, const QString& strPlainText,
+                                    const MayGoOn& mayGoOn) {
+    const MayGoOn ask = [&mayGoOn] { return !mayGoOn || mayGoOn(); };
+    if (!ask() || IsTooDeep(html) || !ask())
         return std::nullopt;
     const Tree tree = Parse(html);
-    CCleaner cleaner(eKind, pictures, strPlainText);
+    if (!ask())
+        return std::nullopt;
+    CCleaner cleaner(eKind, pictures, strPlainText, ask);
     QByteArray body;
     for (unsigned i = 0; i < tree->root->v.element.children.length; ++i) {
         const GumboNode* pChild = ChildAt(tree->root, i);
         if (IsElement(pChild) && pChild->v.element.tag == GUMBO_TAG_BODY)
             cleaner.WriteChildren(pChild, body);
     }
+    if (cleaner.IsStopped() || !ask())
+        return std::nullopt;
     const bool bSheet = eKind == EKind::Sheet;
     return Part(bSheet ? u"sheet.htm"_s : u"document.htm"_s,
                 {{"TITLE", strTitle.toHtmlEscaped().toUtf8()},

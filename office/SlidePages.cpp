@@ -1,9 +1,9 @@
 #include "office/SlidePages.h"
 
+#include "office/OutputFile.h"
 #include "office/Parts.h"
 #include "office/Texts.h"
 
-#include <QFile>
 #include <QUrl>
 #include <QXmlStreamWriter>
 
@@ -14,11 +14,6 @@ namespace {
 
 QByteArray Escaped(const QString& strText) {
     return strText.toHtmlEscaped().toUtf8();
-}
-
-bool WriteBytes(const QString& strPath, const QByteArray& bytes) {
-    QFile file(strPath);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
 }
 
 QString TitleOf(const QList<CSlide>& slides, qsizetype nIndex) {

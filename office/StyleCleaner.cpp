@@ -61,15 +61,46 @@ bool IsDefaultFont(const QString& strFamily) {
            strFirst == u"serif" || strFirst == u"sans-serif";
 }
 
-bool IsPlainValue(const QString& strValue) {
-    if (strValue.isEmpty() || strValue.contains(u"url("_s, Qt::CaseInsensitive) ||
-        strValue.contains(u"expression"_s, Qt::CaseInsensitive))
-        return false;
-    for (const QChar c : strValue) {
-        if (c == u'<' || c == u'>' || c == u'\\' || c == u'{' || c == u'}' || c == u'@' || c < u' ')
-            return false;
+/// Whether what ends there is the name of a function that only computes a colour. There are more functions
+/// that load something than one can list.
+bool EndsInColorFunction(QStringView strHead) {
+    qsizetype nName = strHead.size();
+    while (nName > 0 && !u" ,/\"'()"_s.contains(strHead[nName - 1]))
+        --nName;
+    const QStringView strName = strHead.mid(nName);
+    for (const QStringView strKnown : {u"rgb", u"rgba", u"hsl", u"hsla"}) {
+        if (strName.compare(strKnown, Qt::CaseInsensitive) == 0)
+            return true;
     }
-    return strValue.count(u'"') % 2 == 0 && strValue.count(u'\'') % 2 == 0;
+    return false;
+}
+
+/// Words, numbers, texts in quotes and colours: nothing that a browser could load, or read on beyond its end.
+bool IsPlainValue(const QString& strValue) {
+    if (strValue.isEmpty() || strValue.contains(u"/*"_s))
+        return false;
+    QChar quote;
+    bool bInFunction = false;
+    for (qsizetype i = 0; i < strValue.size(); ++i) {
+        const QChar c = strValue[i];
+        if (u"<>\\{}@"_s.contains(c) || c < u' ')
+            return false;
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == u'"' || c == u'\'') {
+            quote = c;
+        } else if (c == u'[' || c == u']' || (c == u')' && !bInFunction)) {
+            return false;
+        } else if (c == u'(') {
+            if (bInFunction || !EndsInColorFunction(QStringView(strValue).left(i)))
+                return false;
+            bInFunction = true;
+        } else if (c == u')') {
+            bInFunction = false;
+        }
+    }
+    return quote.isNull() && !bInFunction;
 }
 
 // The converter counts from the height of a font's lines, a page from the size of its letters.

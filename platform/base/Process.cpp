@@ -172,16 +172,18 @@ EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayG
     }
     process.setProcessEnvironment(environment);
     // A group of its own, so that it ends with all that it starts. Core files of a crash would be litter.
-    process.setChildProcessModifier([nMaxBytes = rlim_t(call.nMaxBytes)] {
-        ::setpgid(0, 0);
-        const rlimit none{0, 0};
-        ::setrlimit(RLIMIT_CORE, &none);
-        const rlimit most{nMaxBytes, nMaxBytes};
-        if (nMaxBytes > 0) {
-            ::setrlimit(RLIMIT_AS, &most);
-            ::setrlimit(RLIMIT_FSIZE, &most);
-        }
-    });
+    process.setChildProcessModifier(
+        [nMaxBytes = rlim_t(call.nMaxBytes), nMaxFileBytes = rlim_t(call.nMaxFileBytes)] {
+            ::setpgid(0, 0);
+            const rlimit none{0, 0};
+            ::setrlimit(RLIMIT_CORE, &none);
+            const rlimit memory{nMaxBytes, nMaxBytes};
+            if (nMaxBytes > 0)
+                ::setrlimit(RLIMIT_AS, &memory);
+            const rlimit file{nMaxFileBytes, nMaxFileBytes};
+            if (nMaxFileBytes > 0)
+                ::setrlimit(RLIMIT_FSIZE, &file);
+        });
     process.start(call.strProgram, call.arguments);
     if (!process.waitForStarted(-1))
         return EProgramEnd::NotStarted;

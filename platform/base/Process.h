@@ -29,8 +29,10 @@ struct CProgramCall {
     QStringList arguments;
     /// Joined to the environment; a value that is null takes the name out of it.
     QMap<QString, QString> environment;
-    /// How many bytes of memory each process may take, and how many a file that it writes; 0 for any number.
+    /// How many bytes of memory each process may take; 0 for any number.
     quint64 nMaxBytes = 0;
+    /// How many bytes a file may have that one writes; 0 for any number.
+    quint64 nMaxFileBytes = 0;
 };
 
 enum class EProgramEnd { Ended, NotStarted, Stopped };

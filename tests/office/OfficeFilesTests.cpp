@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,13 +45,16 @@ protected:
     }
     QString Text(const QString& strBelow) const { return QString::fromUtf8(m_folder.Read(strBelow)); }
 
-    /// Puts a program in the converter's place that starts another one, tells its number, and waits.
-    void WaitInsteadOfConverting() {
-        m_folder.Write(u"bin/soffice"_s,
-                       "#!/bin/sh\nsleep 600 &\necho $! > \"$(dirname \"$0\")/pid\"\nwait\n");
+    /// Puts a shell script in the converter's place. Its own folder is $own, the one for its output $out.
+    void InsteadOfConverting(const QByteArray& script) {
+        m_folder.Write(u"bin/soffice"_s, "#!/bin/sh\nown=$(dirname \"$0\")\nfor next; do\n"
+                                         "[ \"$last\" = --outdir ] && out=$next\nlast=$next\ndone\n" +
+                                             script);
         QFile::setPermissions(m_folder.Native(u"bin/soffice"_s), QFile::ReadOwner | QFile::ExeOwner);
         qputenv("PATH", QFile::encodeName(m_folder.Native(u"bin"_s)) + ':' + m_oldPath);
     }
+    /// Starts another program, tells its number, and waits.
+    void WaitInsteadOfConverting() { InsteadOfConverting("sleep 600 &\necho $! > \"$own/pid\"\nwait\n"); }
     int WaitingProgram() const { return m_folder.Read(u"bin/pid"_s).trimmed().toInt(); }
     static bool Runs(int nProgram) {
         QFile file(u"/proc/%1/stat"_s.arg(nProgram));
@@ -253,6 +257,38 @@ TEST_F(OfficeFiles, AConverterThatHangsIsGivenUp) {
     CConverter converter({}, 300);
     EXPECT_EQ(converter.Convert(u"/none"_s, u"html"_s, u"none.html"_s), EConversion::TimedOut);
     EXPECT_EQ(converter.State(), EConversion::TimedOut);
+}
+
+TEST_F(OfficeFiles, WhatTheConverterWritesHasBounds) {
+    m_folder.Write(u"in.rtf"_s, "{\\rtf1 x}");
+    const auto convert = [this](const QByteArray& script) {
+        InsteadOfConverting(script);
+        return SaveOfficeFileAsHtm(m_folder.Path(u"in.rtf"_s), m_folder.Path(u"out\\a.htm"_s));
+    };
+    EXPECT_EQ(convert("echo '<p>x' > \"$out/source.html\"\ntruncate -s 33M \"$out/source.html\"\n"),
+              EConversion::Failed);
+    EXPECT_EQ(convert("truncate -s 600M \"$own/large\"\n"), EConversion::Failed);
+    EXPECT_EQ(m_folder.Read(u"bin/large"_s).size(), 0);
+    EXPECT_EQ(Names(u"out"_s), QStringList());
+    // A picture that is a page by itself stays behind.
+    EXPECT_EQ(convert("echo '<img src=a.svg><img src=b.png>' > \"$out/source.html\"\n"
+                      "echo x > \"$out/a.svg\"\necho x > \"$out/b.png\"\n"),
+              EConversion::Done);
+    EXPECT_EQ(Names(u"out/a.files"_s), QStringList{u"image001.png"_s});
+}
+
+// The profile keeps documents from running and loading anything.
+TEST_F(OfficeFiles, WithoutItsWholeProfileNothingIsConverted) {
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    const rlimit small{500, old.rlim_max};
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    CConverter converter({}, 10'000);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_FALSE(converter.IsReady());
+    EXPECT_EQ(converter.Convert(u"/none"_s, u"html"_s, u"none.html"_s), EConversion::Failed);
 }
 
 // The replaced lines to the byte. What becomes shorter leaves its old end behind.

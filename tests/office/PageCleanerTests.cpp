@@ -3,6 +3,7 @@
 #include "tests/support/Printing.h"
 
 #include <QBuffer>
+#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
@@ -34,6 +35,16 @@ TEST(PageCleaner, KeepsWhatIsKnownAndDropsTheRest) {
          u"<p style=\"text-align: center\">a</p>"_s},
         {"<p style=\"color:red&quot; onload=&quot;x\">a</p>",
          u"<p style=\"color: red&quot; onload=&quot;x\">a</p>"_s},
+        {"<p style=\"background:image-set('http://x/' 1x); color:a/*b; width:1px (; height:rgb(1; "
+         "clear:a)\">a</p>",
+         u"<p>a</p>"_s},
+        {"<p style=\"color:cross-fade(rgb(1,2,3)); margin:[a; border:'a; float:'a\\'; "
+         "padding:u\\72l(x)\">a</p>",
+         u"<p>a</p>"_s},
+        {"<p style='color:RGBA(1, 2, 3, 0.5); font-family:\"A (b)\"; border:1px solid hsl(0 0% 0%)'>a</p>",
+         u"<p style=\"color: RGBA(1, 2, 3, 0.5); font-family: &quot;A (b)&quot;; border: 1px solid hsl(0 0% "
+         u"0%)\">"
+         "a</p>"_s},
         {"<font face=\"Noto Serif CJK SC\"><span lang=zh-CN>a</span></font>", u"a"_s},
         {"<font face=楷体 color=#cc0000 size=4>a</font>",
          u"<span style=\"color: #cc0000; font-family: 楷体; font-size: 13.5pt\">a</span>"_s},
@@ -69,16 +80,41 @@ TEST(PageCleaner, ListsKeepTheirOwnNumbers) {
         "<h1>三、 head</h1><ol><li value=\"5\">five</li></ol><ol><li>lost</li></ol><ul><li>dot</li></ul>"_s);
 }
 
+TEST(PageCleaner, ALongListTakesNoLongerThanItsLength) {
+    QByteArray html;
+    QString strPlainText;
+    for (int i = 0; i < 20'000; ++i) {
+        html += "<ol><li>a" + QByteArray::number(i) + "</ol>";
+        strPlainText += u"一、 b%1\n"_s.arg(i);
+    }
+    QElapsedTimer time;
+    time.start();
+    EXPECT_TRUE(BodyOf(EKind::Document, html, strPlainText).endsWith(u"<li>a19999</li></ol>"_s));
+    EXPECT_LT(time.elapsed(), 10'000);
+}
+
+TEST(PageCleaner, ACancelIsHeardInTheMiddleOfAPage) {
+    const QByteArray html = QByteArray("<p>a</p>").repeated(10'000);
+    for (int nMost = 0; nMost < 20; ++nMost) {
+        int nAsked = 0;
+        const auto page = CleanPage(EKind::Document, html, u"t"_s, {}, {}, [&] { return nAsked++ < nMost; });
+        EXPECT_FALSE(page);
+        EXPECT_EQ(nAsked, nMost + 1);
+    }
+}
+
 TEST(PageCleaner, AStyleSheetHoldsPlainRulesAlone) {
     const auto page =
         CleanPage(EKind::Document,
                   "<style>@import url(x); @page { margin: 1cm } p.a { color: red; so-language: zh }\n"
-                  "p { background: url(http://x/) } b:hover { color: blue }</style>",
+                  "p { background: image-set(\"http://x/\" 1x) } p { color: a/* } p { background: "
+                  "url(http://x/) } b:hover { color: blue }</style>",
                   u"</title><script>"_s, [](const QString&) { return QString(); });
     ASSERT_TRUE(page);
     EXPECT_TRUE(page->contains("\np.a { color: red }\n")) << page->constData();
     EXPECT_FALSE(page->contains("@import"));
     EXPECT_FALSE(page->contains("http:"));
+    EXPECT_FALSE(page->contains("/*"));
     EXPECT_FALSE(page->contains("<script>"));
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// Files of a conversion's folder. Paths are native.
+namespace Torvane::Office {
+
+/// How much text of the converter is read at most: more than a page that a browser still shows well. The tree
+/// of a page takes some twenty times its bytes.
+constexpr qint64 c_nMaxTextBytes = qint64{32} << 20;
+
+/// The whole file. Nothing when it can't be read or has more than nMaxBytes.
+std::optional<QByteArray> ReadWhole(const QString& strPath, qint64 nMaxBytes = c_nMaxTextBytes);
+
+/// False when not all of it could be written.
+bool WriteBytes(const QString& strPath, const QByteArray& bytes);
+
+} // namespace Torvane::Office
