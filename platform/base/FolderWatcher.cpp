@@ -40,6 +40,8 @@ public:
     CWatch(const CWatch&) = delete;
     CWatch& operator=(const CWatch&) = delete;
 
+    bool IsWatching() const { return m_nHandle >= 0; }
+
 private:
     void Begin() {
         m_nHandle = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
@@ -172,5 +174,9 @@ CFolderWatcher::CFolderWatcher(const QString& strFolder, std::function<void()> c
     : m_pWatch(std::make_unique<CWatch>(NativeBytes(strFolder), std::move(changed))) {}
 
 CFolderWatcher::~CFolderWatcher() = default;
+
+bool CFolderWatcher::IsWatching() const {
+    return m_pWatch->IsWatching();
+}
 
 } // namespace Platform

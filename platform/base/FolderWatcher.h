@@ -18,6 +18,9 @@ public:
     CFolderWatcher(const CFolderWatcher&) = delete;
     CFolderWatcher& operator=(const CFolderWatcher&) = delete;
 
+    /// False once it has ended of itself, and where nothing could be watched.
+    bool IsWatching() const;
+
 private:
     class CWatch;
     std::unique_ptr<CWatch> m_pWatch;

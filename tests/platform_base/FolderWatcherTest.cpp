@@ -125,8 +125,10 @@ TEST_F(CFolderWatching, KeepsToItsFolder) {
 // The node is cleared: its watcher has ended, and a listener that ends the watcher itself is safe.
 TEST_F(CFolderWatching, EndsWithTheFolderAndInItsOwnCallback) {
     const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
+    EXPECT_TRUE(watcher.IsWatching());
     ASSERT_TRUE(QDir(m_folder.Native(u"N5"_s)).removeRecursively());
     ExpectNothingOf(u"outside"_s, [this] { m_folder.Write(u"outside\\sub\\b"_s, "x"); });
+    EXPECT_FALSE(watcher.IsWatching());
     m_folder.MakeFolder(u"N5"_s);
     ExpectNothingOf(u"N5"_s, [this] { m_folder.Write(u"N5\\again"_s, "x"); });
 
