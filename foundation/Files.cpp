@@ -197,11 +197,22 @@ void ExchangeFolders(const QString& strOne, const QString& strOther) {
         nError = Platform::MovePath(other, away);
         if (nError == 0) {
             nError = Platform::MovePath(one, other);
-            Platform::MovePath(away, nError == 0 ? one : other);
+            const int nBack = nError == 0 ? Platform::MovePath(away, one) : 0;
+            if (nBack != 0) {
+                Platform::MovePath(other, one);
+                nError = nBack;
+            }
+            if (nError != 0)
+                Platform::MovePath(away, other);
         }
     }
     if (nError != 0)
         throw CFileException(c_strCannotMakeFolder, WithoutBackslash(strOther), nError);
+}
+
+void FlushVolumeOf(const QString& strFolder) {
+    if (const int nError = Platform::FlushVolume(Platform::NativeBytes(WithoutBackslash(strFolder))))
+        throw CFileException(c_strCannotFlush, WithoutBackslash(strFolder), nError);
 }
 
 bool TryGetFolderSize(const QString& strPath, double& dSize) {

@@ -73,8 +73,11 @@ bool TryCreateFolderPath(const QString& strPath);
 /// other letter cases, for which all entries beside it would be read.
 bool TryMakeFolder(const QString& strPath);
 /// Lets two folders beside one another change places, in one step where the volume has such a step. Throws,
-/// with each where it was.
+/// with each where it was. Elsewhere what stood at the second path stands at the first one with ".old" behind
+/// it for a moment, and stays there after a crash or where it can't be moved any more.
 void ExchangeFolders(const QString& strOne, const QString& strOther);
+/// Waits until all that was written to the folder's volume would outlive a power cut. Throws.
+void FlushVolumeOf(const QString& strFolder);
 bool TryGetFolderSize(const QString& strPath, double& dSize);
 
 } // namespace Torvane::File

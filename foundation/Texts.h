@@ -11,6 +11,7 @@ inline const QString c_strCannotCopy = QStringLiteral("无法拷贝文件 %1 到
 inline const QString c_strCannotDeleteFile = QStringLiteral("无法删除文件 %1！");
 inline const QString c_strCannotSetAttributes = QStringLiteral("无法为路径 %1 设置属性！");
 inline const QString c_strCannotMakeFolder = QStringLiteral("无法创建目录 %1 ！");
+inline const QString c_strCannotFlush = QStringLiteral("无法将目录 %1 的内容写入磁盘！");
 inline const QString c_strBadPath = QStringLiteral("路径 %1 无效！");
 // Without blanks, unlike the others.
 inline const QString c_strCannotDeleteFolder = QStringLiteral("无法删除目录%1！");
