@@ -10,6 +10,7 @@
 #include "platform/base/FolderWatcher.h"
 #include "platform/base/NativePath.h"
 
+#include <QScopeGuard>
 #include <QSet>
 
 namespace {
@@ -138,15 +139,15 @@ std::unique_ptr<CBookNode> CBookNode::AddChild(const QString& strTitle) {
     CBookDatabase::CTransaction transaction(Store());
     const NodeHeader header{Store().AddNode(m_nId, strTitle), strTitle, NodeType::c_nEmpty};
     auto pChild = std::make_unique<CBookNode>(m_course, header);
-    const bool bMade = Torvane::File::TryMakeFolder(Torvane::File::WithoutBackslash(pChild->GetFolder()));
-    const bool bStood = !bMade && Torvane::File::IsFolder(pChild->GetFolder());
-    if (!bMade)
+    if (!Torvane::File::TryMakeFolder(Torvane::File::WithoutBackslash(pChild->GetFolder()))) {
         pChild->EnsureFolder();
+        // Of a row that was undone, whose number comes again: the files are no node's.
+        Torvane::File::TryClearFolder(pChild->GetFolder());
+    }
     try {
         transaction.Commit();
     } catch (...) {
-        if (!bStood)
-            Torvane::File::TryDeleteFolder(pChild->GetFolder());
+        Torvane::File::TryDeleteFolder(Torvane::File::WithoutBackslash(pChild->GetFolder()));
         throw;
     }
     return pChild;
@@ -241,15 +242,19 @@ void CBookNode::TakeContent(CContentStage& stage, NodeContent row, const QString
     CBookDatabase::CTransaction transaction(Store());
     Store().SetContent(m_nId, row, dSize);
     stage.Exchange();
+    // However it ends, the watched folder has been moved.
+    const auto watchAgain = qScopeGuard([this] {
+        if (m_pWatcher != nullptr)
+            Watch();
+    });
     try {
         transaction.Commit();
     } catch (...) {
         stage.Exchange();
         throw;
     }
+    stage.LetOldGo();
     m_nType = row.Type;
-    if (m_pWatcher != nullptr)
-        Watch();
 }
 
 QString CBookNode::PathBelow(qint32 nId, const QString& strBelow) {
@@ -278,7 +283,7 @@ void CBookNode::UpdateSize() {
 }
 
 bool CBookNode::OpenExternalFile() {
-    if (m_pWatcher == nullptr)
+    if (m_pWatcher == nullptr || !m_pWatcher->IsWatching())
         Watch();
     const QString strPath = GetContentPath();
     return Torvane::File::IsFile(strPath) && Platform::OpenWithVerb(strPath);
@@ -305,15 +310,12 @@ void CBookNode::ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter
     Torvane::File::ForceCopyFolder(strFolder, GetFolder(), true, pFilter);
 }
 
-bool CBookNode::ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType) {
+bool CBookNode::ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType) const {
     NodeContent content;
     content.Type = nType;
     content.Path = ImportedPath(nType, strPath, m_nId);
     content.OpenType = nOpenType;
-    if (!Store().SetContent(m_nId, content))
-        return false;
-    m_nType = nType;
-    return true;
+    return Store().SetContent(m_nId, content);
 }
 
 void CBookNode::EnsureFolder() const {

@@ -103,8 +103,10 @@ public:
     /// The same the other way: what comes replaces files of the same names, and no others.
     void ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const;
     /// The node's row as it stood in the course that it comes from; the path is led into this node's folder.
-    /// The children and the stored size stay. False when the store refused.
-    bool ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType);
+    /// The children and the stored size stay. False when the store refused. The type is taken once the row is
+    /// there for good.
+    bool ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType) const;
+    void TakeType(qint32 nType) { m_nType = nType; }
     /// Makes the node's folder where it has vanished.
     void EnsureFolder() const;
 

@@ -2,8 +2,10 @@
 
 #include "content/ContentBuilder.h"
 #include "content/ContentKinds.h"
+#include "content/ContentStage.h"
 #include "content/SubtreeTransfer.h"
 #include "content/Texts.h"
+#include "course/PaintingFilter.h"
 #include "foundation/Exceptions.h"
 #include "platform/base/NativePath.h"
 
@@ -40,6 +42,8 @@ bool CBookTreeActions::Confirm(const QString& strQuestion, const QPersistentMode
 // Selection.
 
 void CBookTreeActions::Open(CCourse& course) {
+    CPaintingFilter painting(m_people);
+    MendNodeFolders(course, &painting);
     m_tree.Load(course);
     m_window.Expand(m_tree.GetRoot());
     m_selection.Select(m_tree.GetRoot());

@@ -10,6 +10,8 @@
 #include "office/OfficeFiles.h"
 #include "platform/base/NativePath.h"
 
+#include <QScopeGuard>
+
 #include <utility>
 
 using Torvane::CRunException;
@@ -27,15 +29,17 @@ public:
 protected:
     void Work() override {
         CContentStage stage(m_node);
+        // However it ends; what stands there can be large.
+        const auto remove = qScopeGuard([&] { Tidy([&] { stage.Remove(); }); });
         const QString strBelow = MakeFiles(stage.GetFolder());
         double dSize = 0;
-        Beside([&](IWalkFilter*) { dSize = Torvane::File::GetFolderSize(stage.GetFolder()); });
+        Beside([&](IWalkFilter*) {
+            dSize = Torvane::File::GetFolderSize(stage.GetFolder());
+            // The row, which waits for the disk, must not outlive a power cut without the files.
+            if (!strBelow.isEmpty())
+                Torvane::File::FlushVolumeOf(stage.GetFolder());
+        });
         m_node.TakeContent(stage, m_recipe.Row, strBelow, dSize);
-        try {
-            Beside([&](IWalkFilter*) { stage.Remove(); });
-        } catch (const CRunException&) {
-            // Giving up comes too late: the new content stands.
-        }
     }
 
     /// The path below the folder of what shows.

@@ -1,17 +1,70 @@
 #include "content/ContentStage.h"
 
 #include "content/BookNode.h"
+#include "foundation/Exceptions.h"
 #include "foundation/Files.h"
+#include "platform/base/FileCalls.h"
+#include "platform/base/NativePath.h"
 
+#include <QMap>
+#include <QRegularExpression>
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
 using namespace Torvane::File;
+
+namespace {
+
+/// Where an exchange in more than one step lays the node's folder meanwhile.
+const QString c_strAside = u".old"_s;
+const QRegularExpression c_besideNode(u"^~N(\\d{1,9})(\\[\\d+\\])?(\\.old)*$"_s);
+
+/// What stands in the folder of the node with that stored path, below it; empty where the content is no file
+/// of the node's own.
+QString BelowNode(const QString& strNode, const QString& strStored) {
+    return strStored.startsWith(strNode + u'\\', Qt::CaseInsensitive) ? strStored.mid(strNode.size() + 1)
+                                                                      : QString();
+}
+
+/// The folders beside the node's own are given without a trailing backslash.
+void MendBeside(const CBookNode& node, const QStringList& beside, IWalkFilter* pFilter) {
+    // First of all: throws for a node that is gone.
+    const QString strStored = node.GetStoredPath();
+    node.EnsureFolder();
+    const QString strFolder = WithoutBackslash(node.GetFolder());
+    const QString strBelow = BelowNode(BareName(strFolder), strStored);
+    const auto holdsContent = [&](const QString& strPlace) {
+        return strBelow.isEmpty() ? !IsFolderEmpty(strPlace)
+                                  : GetPathKind(strPlace + u'\\' + strBelow) != EPathKind::Nothing;
+    };
+    for (const QString& strPlace : beside) {
+        // Without a file to go by, only what certainly was the node's own counts, and no half-built content.
+        if ((!strBelow.isEmpty() || strPlace.endsWith(c_strAside)) && !holdsContent(strFolder) &&
+            holdsContent(strPlace))
+            ExchangeFolders(strPlace, strFolder);
+    }
+    // Then nobody knows what they are good for.
+    if (!strBelow.isEmpty() && !holdsContent(strFolder))
+        return;
+    for (const QString& strPlace : beside) {
+        try {
+            DeleteFolder(strPlace, true, pFilter);
+        } catch (const CFileException&) {
+            // Litter, to which no row leads.
+        }
+    }
+}
+
+} // namespace
 
 CContentStage::CContentStage(const CBookNode& node) : m_strNodeFolder(node.GetFolder()) {
     node.EnsureFolder();
     const QString strPlace = AddBackslash(ParentFolder(WithoutBackslash(m_strNodeFolder)));
-    // One that a crash has left behind.
     const QString strName = u'~' + BareName(WithoutBackslash(m_strNodeFolder));
-    if (GetPathKind(strPlace + strName) != EPathKind::Nothing)
-        TryDeleteFolder(strPlace + strName);
+    QStringList beside{strPlace + strName + c_strAside, strPlace + strName};
+    beside.removeIf([](const QString& strFolder) { return !IsFolder(strFolder); });
+    if (!beside.isEmpty())
+        MendBeside(node, beside, nullptr);
     m_strFolder = strPlace + MakeUniqueName(strName, strPlace) + u'\\';
     CreateFolderPath(WithoutBackslash(m_strFolder));
 }
@@ -22,8 +75,36 @@ CContentStage::~CContentStage() {
 
 void CContentStage::Exchange() {
     ExchangeFolders(m_strFolder, m_strNodeFolder);
+    m_bHoldsOld = !m_bHoldsOld;
 }
 
 void CContentStage::Remove() const {
-    TryDeleteFolder(WithoutBackslash(m_strFolder));
+    if (!m_bHoldsOld)
+        TryDeleteFolder(WithoutBackslash(m_strFolder));
+}
+
+void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {
+    const QString strPlace = course.GetPaths().GetNodeResourceFolder(true);
+    Platform::CFolder folder;
+    std::vector<Platform::CFolderEntry> entries;
+    if (folder.Open(Platform::NativeBytes(strPlace)) != 0 || folder.List(entries) != 0)
+        return;
+    QMap<qint32, QStringList> besideNodes;
+    for (const Platform::CFolderEntry& entry : entries) {
+        if (entry.eType != Platform::EEntryType::Folder || !entry.name.startsWith('~'))
+            continue;
+        const QString strName = QString::fromUtf8(entry.name);
+        const QRegularExpressionMatch match = c_besideNode.match(strName);
+        if (!match.hasMatch())
+            continue;
+        QStringList& beside = besideNodes[match.captured(1).toInt()];
+        beside.insert(strName.endsWith(c_strAside) ? 0 : beside.size(), strPlace + strName);
+    }
+    for (auto it = besideNodes.cbegin(); it != besideNodes.cend(); ++it) {
+        try {
+            MendBeside(CBookNode(course, {it.key(), {}, NodeType::c_nEmpty}), it.value(), pFilter);
+        } catch (const Torvane::CRunException&) {
+            // The next content of the node tries again, and says why.
+        }
+    }
 }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "foundation/FolderWalk.h"
+
 #include <QString>
 
 class CBookNode;
+class CCourse;
 
 /// A folder beside a node's own, in which new content is built: whatever goes wrong there costs nothing of
-/// the old. Goes with the object, together with what it holds then.
+/// the old. Goes with the object, together with what it holds then; but the old content never does while the
+/// node's row still leads to it.
 class CContentStage {
 public:
     /// Throws Torvane::CRunException when the node's folder or this one can't be made.
@@ -16,9 +20,11 @@ public:
 
     /// With a trailing backslash.
     QString GetFolder() const { return m_strFolder; }
-    /// The node's folder and this one change places, or stay as they are: throws
-    /// Torvane::File::CFileException.
+    /// The node's folder and this one change places: throws Torvane::File::CFileException. The second time
+    /// undoes the first. What stands here in between is kept until it is let go.
     void Exchange();
+    /// The row leads to the new content, for good: the old may go.
+    void LetOldGo() { m_bHoldsOld = false; }
     /// Removes the folder before the object goes; another thread may call it. What can't be removed stays
     /// behind as litter, to which no row leads.
     void Remove() const;
@@ -26,4 +32,10 @@ public:
 private:
     QString m_strNodeFolder;
     QString m_strFolder;
+    bool m_bHoldsOld = false;
 };
+
+/// Puts back in order what a crash in the middle of an exchange has left: of the folders that stand for a
+/// node, the one that holds what the row says becomes the node's own, and the others go. For all nodes of a
+/// course. Nothing is thrown; what can't be put in order stays as it is.
+void MendNodeFolders(CCourse& course, Torvane::File::IWalkFilter* pFilter);

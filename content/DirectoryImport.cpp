@@ -138,6 +138,9 @@ void CDirectoryImport::MakeNodes() {
         noteFailure();
     }
     try {
+        // Once for all: until here the sources can be imported again, and waiting for each batch costs more.
+        if (!failure)
+            Tidy([this] { FlushVolumeOf(m_node.GetFolder()); });
         // However it ended, what is done stays.
         while (m_nRows < GetDone())
             AddRows();
@@ -146,7 +149,7 @@ void CDirectoryImport::MakeNodes() {
         noteFailure();
         m_transaction.reset();
     }
-    RemoveFoldersWithoutRows();
+    Tidy([this] { RemoveFoldersWithoutRows(); });
     if (failure)
         std::rethrow_exception(failure);
 }

@@ -77,6 +77,15 @@ void CStatusTask::DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& 
     ThrowIfCancelled();
 }
 
+void CStatusTask::Tidy(const std::function<void()>& work) {
+    const auto pTask = std::make_shared<std::packaged_task<void()>>(work);
+    std::future<void> end = pTask->get_future();
+    m_threads.start([pTask] { (*pTask)(); });
+    while (end.wait_for(c_lookPause) != std::future_status::ready)
+        m_people.KeepPainting();
+    end.get();
+}
+
 void CStatusTask::DoPieces(qsizetype nEnd, const FileWork& work) {
     CCancelFilter filter(m_eState);
     for (qsizetype nPiece = m_nDone; nPiece < nEnd && !filter.Cancelled(); ++nPiece) {

@@ -59,6 +59,10 @@ protected:
     void DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& statusOf,
                  const std::function<void()>& meanwhile = {});
 
+    /// Work with files that a cancel neither ends nor leaves out; the windows are painted meanwhile. Throws
+    /// what the work throws.
+    void Tidy(const std::function<void()>& work);
+
 private:
     void Look();
     void DoPieces(qsizetype nEnd, const FileWork& work);

@@ -174,7 +174,7 @@ void CSubtreeTransfer::ImportSome(const QList<NodeInfoRecord>& records, const QL
     }
     for (qsizetype nStep = nFirst; nStep < GetDone(); ++nStep) {
         const NodeInfoRecord& record = recordOf(nStep);
-        CBookNode* pNode = nodes[static_cast<std::size_t>(nStep)].pNode;
+        const CBookNode* pNode = nodes[static_cast<std::size_t>(nStep)].pNode;
         if (pNode != nullptr && !pNode->ImportContent(record.Type, record.Path, record.OpenType))
             throw CRunException(ContentText::c_strNotImported);
     }
@@ -182,7 +182,13 @@ void CSubtreeTransfer::ImportSome(const QList<NodeInfoRecord>& records, const QL
         if (nodes.back().pMade)
             nodes.back().pMade->Delete();
     }
+    if (GetDone() == steps.size())
+        Tidy([this] { Torvane::File::FlushVolumeOf(m_node.GetFolder()); });
     transaction.Commit();
+    for (qsizetype nStep = nFirst; nStep < GetDone(); ++nStep) {
+        if (CBookNode* pNode = nodes[static_cast<std::size_t>(nStep)].pNode)
+            pNode->TakeType(recordOf(nStep).Type);
+    }
     if (failure)
         std::rethrow_exception(failure);
 }

@@ -31,6 +31,11 @@ TEST_F(BookNodeTest, AFolderThatCannotBeMadeLeavesNoRow) {
     EXPECT_THROW(m_pRoot->AddChild(u"第二章"_s), Torvane::CRunException);
     EXPECT_EQ(Titles(m_pRoot->GetChildren()), QStringList{u"第一章"_s});
     EXPECT_EQ(m_disk.Store().GetNodeCount(), 4);
+    // One that stands is no row's.
+    QFile::remove(m_disk.Folder.Native(m_disk.NodePath(nNext).chopped(1)));
+    m_disk.Folder.Write(m_disk.NodePath(nNext, u"x"_s), "of a row that was undone");
+    EXPECT_EQ(m_pRoot->AddChild(u"第二章"_s)->GetId(), nNext);
+    EXPECT_TRUE(FileExists(nNext, QString()) && !FileExists(nNext, u"x"_s));
 }
 
 TEST_F(BookNodeTest, AnEditorPageReplacesTheOldContentAndIsCleared) {

@@ -163,6 +163,58 @@ TEST_F(ContentBuilderTest, AFailureOrACancelCostsNothing) {
     EXPECT_EQ(Left(), strBefore);
 }
 
+TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
+    // What the row leads to, what stands where, and what is to stand there: the node's folder, the one beside
+    // it, and the one that an exchange in steps lays aside.
+    const struct {
+        QString strRow;
+        QString strBefore;
+        QString strAfter;
+    } cases[] = {
+        {u"old"_s, u"N#/new ~N#/old"_s, u"N#/old"_s},
+        {u"old"_s, u"N#/old ~N#/half"_s, u"N#/old"_s},
+        {u"new"_s, u"N#/new ~N#/old"_s, u"N#/new"_s},
+        {u"old"_s, u"~N#/new ~N#.old/old"_s, u"N#/old"_s},
+        {u"old"_s, u"N#/new ~N#.old/old"_s, u"N#/old"_s},
+        {u"new"_s, u"~N#/new ~N#.old/old"_s, u"N#/new"_s},
+        {{}, u"~N#/new ~N#.old/old"_s, u"N#/old"_s},
+        {{}, u"~N#/half"_s, {}},
+        {u"gone"_s, u"N#/a ~N#/b ~N#.old/c"_s, u"N#/a ~N#/b ~N#.old/c"_s},
+    };
+    const QString strAll = m_disk.NodePath(0).section(u'\\', 0, -3);
+    for (const auto& [strRow, strBefore, strAfter] : cases) {
+        for (const bool bAtOpening : {true, false}) {
+            const auto pNode = CBookNode::Root(*m_disk.pCourse)->AddChild(u"节"_s);
+            const QString strNode = u"N%1"_s.arg(pNode->GetId());
+            m_disk.Store().SetContent(pNode->GetId(),
+                                      {1, strRow.isEmpty() ? strRow : strNode + u'\\' + strRow, 0, {}, {}});
+            QDir(Platform::ToNativeExact(pNode->GetFolder())).removeRecursively();
+            for (QString strFile : strBefore.split(u' '))
+                m_disk.Folder.Write(strAll + u'\\' + strFile.replace(u"N#"_s, strNode).replace(u'/', u'\\'),
+                                    "x");
+            if (bAtOpening)
+                MendNodeFolders(*m_disk.pCourse, nullptr);
+            else
+                CContentStage{*pNode};
+            QStringList left;
+            for (const QString& strFolder : {u"N#"_s, u"~N#"_s, u"~N#.old"_s}) {
+                const QString strFiles =
+                    Below(m_disk.Folder.Native(strAll) + u'/' + QString(strFolder).replace(u"N#"_s, strNode));
+                if (!strFiles.isEmpty())
+                    left.append(strFolder + u'/' + strFiles);
+            }
+            EXPECT_EQ(left.join(u' '), strAfter) << strBefore.toStdString() << bAtOpening;
+        }
+    }
+    // The store refused, and the folders could not be exchanged back.
+    m_pNode->CreateEditorPage(0);
+    const QString strBefore = Files();
+    CContentStage(*m_pNode).Exchange();
+    EXPECT_EQ(Files(), QString());
+    { const CContentStage next(*m_pNode); }
+    EXPECT_EQ(Files(), strBefore);
+}
+
 /// An environment variable, for as long as this lives.
 class CVariable {
 public:
