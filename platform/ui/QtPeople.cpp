@@ -189,8 +189,12 @@ void SetUpFolders(QFileDialog& dialog) {
 }
 
 void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
-    static QElapsedTimer s_last;
-    if (s_bBarred || (s_last.isValid() && s_last.elapsed() < c_nPaintInterval))
+    // Apart, since whoever paints all the time would keep the button that gives a step up from ever being
+    // heard.
+    static QElapsedTimer s_painted;
+    static QElapsedTimer s_heard;
+    QElapsedTimer& last = flags.testFlag(QEventLoop::ExcludeUserInputEvents) ? s_painted : s_heard;
+    if (s_bBarred || (last.isValid() && last.elapsed() < c_nPaintInterval))
         return;
     s_bBarred = true;
     {
@@ -198,7 +202,7 @@ void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
         QCoreApplication::processEvents(flags, c_nPaintMilliseconds);
     }
     s_bBarred = false;
-    s_last.start();
+    last.start();
 }
 
 } // namespace
