@@ -18,3 +18,6 @@ void MakeCourse(const QString& strFolder);
 
 /// One trouble between the program and its course server, named as in trials.sh.
 void RunTrial(const QString& strFolder, const QString& strName);
+
+/// A node of each kind of content, made with the wizard out of the caller's material.
+void MakeKinds(const QString& strFolder);

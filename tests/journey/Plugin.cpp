@@ -19,6 +19,8 @@ void RunWay(const QString& strFolder, const QString& strWay) {
         RunTour(strFolder);
     else if (strWay == QStringLiteral("new-course"))
         MakeCourse(strFolder);
+    else if (strWay == QStringLiteral("kinds"))
+        MakeKinds(strFolder);
     else
         RunTrial(strFolder, strWay);
 }
