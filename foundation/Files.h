@@ -50,10 +50,12 @@ void ClearAttributes(const QString& strPath);
 EPathKind CreateFolderPath(const QString& strPath);
 
 /// Copies a tree; hidden entries (a leading dot) are not copied, nor is the target when it lies inside the
-/// source. Names that exist in the target in another ASCII case are the same names. A source that can't be
-/// listed gives an empty target; a folder below it that can't be listed is a failure.
+/// source. Names that exist in the target in another ASCII case are the same names. A source that isn't
+/// there gives an empty target; a folder that can't be listed is a failure. Links to folders, dangling links,
+/// devices and names that are no text are passed over; their native paths come into the last argument, if it
+/// isn't null.
 void ForceCopyFolder(const QString& strSource, const QString& strTarget, bool bOverwrite,
-                     IWalkFilter* pFilter = nullptr);
+                     IWalkFilter* pFilter = nullptr, QStringList* pPassedOver = nullptr);
 
 /// Deletes the tree and the folder itself. Hidden entries are seen in the top folder alone: one deeper down
 /// keeps its folder from being deleted. Refuses a drive root, an empty path, and "." or ".." at the end.

@@ -23,8 +23,8 @@ namespace {
 // relative path.
 class CCopier : public ITreeVisitor {
 public:
-    CCopier(const QString& strTarget, bool bOverwrite, IWalkFilter* pFilter)
-        : m_strTarget(AddBackslash(strTarget)), m_bOverwrite(bOverwrite) {
+    CCopier(const QString& strTarget, bool bOverwrite, IWalkFilter* pFilter, QStringList* pPassedOver)
+        : m_strTarget(AddBackslash(strTarget)), m_bOverwrite(bOverwrite), m_pPassedOver(pPassedOver) {
         if (pFilter)
             m_stop = [pFilter] { return pFilter->Cancelled(); };
     }
@@ -41,8 +41,8 @@ public:
             m_stack.push_back(EnterRoot());
         else
             m_stack.push_back(EnterBelow(m_stack.back(), folder.name));
-        // A part of the tree that can't be read must not be missing in silence.
-        if (folder.pParent && folder.nOpenError != 0 && folder.nOpenError != ENOENT)
+        // What can't be read must not be missing in silence.
+        if (folder.nOpenError != 0 && folder.nOpenError != ENOENT)
             throw CFileException(c_strCannotCopy, WithoutBackslash(folder.strPath),
                                  WithoutBackslash(m_stack.back().strPath), folder.nOpenError);
     }
@@ -50,7 +50,7 @@ public:
     void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) override {
         Platform::CFileState state;
         if (entry.eType != Platform::EEntryType::File && !GetPlainFile(folder, entry, state))
-            return;
+            return PassOver(folder, entry.name);
         const Target& target = m_stack.back();
         const QByteArray name = target.NameFor(entry.name);
         int nError = target.nOpenError;
@@ -66,6 +66,11 @@ public:
     }
 
     void Leave(TreeFolder&) override { m_stack.pop_back(); }
+
+    void PassOver(const TreeFolder& folder, const QByteArray& name) override {
+        if (m_pPassedOver)
+            m_pPassedOver->append(Platform::ToNativeExact(folder.strPath) + QString::fromUtf8(name));
+    }
 
 private:
     struct Target : TreeFolder {
@@ -91,8 +96,9 @@ private:
         target.nPathBytes = CodePage::ByteLength(m_strTarget);
         const bool bNew = CreateFolderPath(m_strTarget) == EPathKind::Nothing;
         target.nOpenError = target.Folder.Open(Platform::NativeBytes(m_strTarget));
-        if (target.nOpenError == 0)
-            target.Folder.GetOwnState(m_rootState);
+        if (target.nOpenError != 0)
+            throw CFileException(c_strCannotMakeFolder, WithoutBackslash(m_strTarget), target.nOpenError);
+        target.Folder.GetOwnState(m_rootState);
         if (!bNew)
             target.Look();
         return target;
@@ -116,6 +122,7 @@ private:
 
     QString m_strTarget;
     bool m_bOverwrite;
+    QStringList* m_pPassedOver;
     std::function<bool()> m_stop;
     Platform::CFileState m_rootState;
     std::vector<Target> m_stack;
@@ -202,8 +209,8 @@ void RemoveTree(const QString& strPath, const QString& strProtected, bool bForce
 } // namespace
 
 void ForceCopyFolder(const QString& strSource, const QString& strTarget, bool bOverwrite,
-                     IWalkFilter* pFilter) {
-    CCopier copier(strTarget, bOverwrite, pFilter);
+                     IWalkFilter* pFilter, QStringList* pPassedOver) {
+    CCopier copier(strTarget, bOverwrite, pFilter, pPassedOver);
     TreeOptions options;
     options.pFilter = pFilter;
     WalkTree(strSource, copier, options);

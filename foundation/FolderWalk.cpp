@@ -54,7 +54,8 @@ void WalkFolder(const QString& strFolder, IFileVisitor* pFiles, IFolderVisitor* 
     WalkTree(strFolder, caller, options);
 }
 
-bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilter* pFilter) {
+bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilter* pFilter,
+                QStringList* pHidden) {
     Platform::CFolder folder;
     std::vector<Platform::CFolderEntry> found;
     // A cut path could be that of another folder.
@@ -64,6 +65,8 @@ bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilt
     for (const Platform::CFolderEntry& entry : found) {
         if (pFilter && pFilter->Cancelled())
             return true;
+        if (pHidden && entry.name.startsWith('.'))
+            pHidden->append(QString::fromUtf8(entry.name));
         Platform::CFileState state;
         FolderEntry next;
         if (entry.name.startsWith('.') || entry.eType == Platform::EEntryType::Other ||

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 /// A recursive walk through a folder, on which copying, deleting and measuring are built.
 namespace Torvane::File {
@@ -57,8 +58,10 @@ struct FolderEntry {
 };
 
 /// What stands directly in a folder: plain files, links to such, and folders, in no order. Hidden entries,
-/// links to folders, dangling links and devices are left out. False when it can't be listed. Returns early
-/// when the filter, which may be null, says so.
-bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilter* pFilter = nullptr);
+/// links to folders, dangling links and devices are left out; the names of the hidden ones come into the last
+/// argument, if it isn't null. False when it can't be listed. Returns early when the filter, which may be
+/// null, says so.
+bool ListFolder(const QString& strFolder, QList<FolderEntry>& entries, IWalkFilter* pFilter = nullptr,
+                QStringList* pHidden = nullptr);
 
 } // namespace Torvane::File

@@ -46,8 +46,12 @@ public:
         for (const CFolderEntry& entry : entries) {
             if (m_options.pFilter && m_options.pFilter->Cancelled())
                 return false;
-            if ((bSkipSpecial && entry.name.startsWith('.')) || !HasPath(entry.name))
+            if (bSkipSpecial && entry.name.startsWith('.'))
                 continue;
+            if (!HasPath(entry.name)) {
+                m_visitor.PassOver(folder, entry.name);
+                continue;
+            }
             if (entry.eType == EEntryType::Folder) {
                 if (!EnterBelow(folder, entry))
                     return false;

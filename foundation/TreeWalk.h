@@ -32,6 +32,8 @@ public:
     /// Whatever is no folder: files, links of every kind, devices.
     virtual void Entry(TreeFolder& folder, const Platform::CFolderEntry& entry) = 0;
     virtual void Leave(TreeFolder&) {}
+    /// An entry that no path can name, see HasPath; a hidden one is not told of.
+    virtual void PassOver(const TreeFolder&, const QByteArray& /*name*/) {}
 };
 
 struct TreeOptions {

@@ -92,7 +92,10 @@ TEST_F(FolderTrees, ACopyAndASizeLeaveHiddenEntriesAndSpecialOnesOut) {
     Link(u"../outside"_s, u"w\\linkdir"_s);
     Link(u"nowhere"_s, u"w\\dangling"_s);
     ASSERT_EQ(::mkfifo(m_folder.Native(u"w\\pipe"_s).toUtf8().constData(), 0600), 0);
-    ForceCopyFolder(Path(u"W\\"_s), Path(u"t\\deep\\target"_s), false);
+    QStringList passedOver;
+    ForceCopyFolder(Path(u"W\\"_s), Path(u"t\\deep\\target"_s), false, nullptr, &passedOver);
+    passedOver.sort();
+    EXPECT_EQ(passedOver.join(u' ').remove(m_folder.Native(u"W/"_s)), u"dangling linkdir pipe"_s);
     EXPECT_EQ(Tree(u"t\\deep\\target"_s), u"A b d/ d/x link"_s);
     EXPECT_FALSE(QFileInfo(m_folder.Native(u"t\\deep\\target\\link"_s)).isSymLink());
     EXPECT_EQ(GetFolderSize(Path(u"w"_s)), 3.0 + 3 + 5 + 14);
@@ -113,6 +116,7 @@ TEST_F(FolderTrees, ACopyOverwritesOnlyWhenToldAndTakesNamesInAnyCase) {
     EXPECT_TRUE(TryCopyFolder(Path(u"none"_s), Path(u"t2"_s)));
     EXPECT_TRUE(IsFolder(Path(u"t2"_s))) << "a missing source makes the empty target";
     EXPECT_FALSE(TryCopyFolder(Path(u"s"_s), Path(u"t\\kept"_s)));
+    EXPECT_FALSE(TryCopyFolder(Path(u"s\\z"_s), Path(u"t3"_s))) << "a source that can't be listed";
     EXPECT_EQ(m_folder.Read(u"t\\kept"_s), "t\\kept");
     // A copy into itself ends.
     EXPECT_TRUE(TryCopyFolder(Path(u"s"_s), Path(u"s\\Res\\copy"_s)));
