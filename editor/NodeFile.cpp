@@ -120,6 +120,9 @@ void Convert(const QString& strSource, const QString& strPage, IWalkFilter* pFil
     case EConversion::NoConverter:
         strFailure += u'\n' + ContentText::c_strNoConverter;
         break;
+    case EConversion::NoSpace:
+        strFailure += u'\n' + ContentText::c_strDiskFull;
+        break;
     case EConversion::Failed:
         break;
     }

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStorageInfo>
 #include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
@@ -19,6 +20,8 @@ constexpr qint64 c_nLimitMsPerMegabyte = 4'000;
 constexpr quint64 c_nMaxBytes = quint64{6} << 30;
 // What a picture or a PDF file may need. What holds all that the source holds may be larger by its size.
 constexpr quint64 c_nMaxFileBytes = quint64{512} << 20;
+// A volume with less free can't take the next page.
+constexpr qint64 c_nLeastFree = 256 * 1024;
 
 // Strangers' files are converted: no macro runs, nothing that a document links to is loaded, be it a file of
 // this machine or an address, and what would ask the network all the same meets a closed door. The locale
@@ -71,6 +74,11 @@ EConversion CConverter::State() const {
     return m_time.elapsed() > m_nLimitMs ? EConversion::TimedOut : EConversion::Done;
 }
 
+bool CConverter::IsOutOfSpace() const {
+    const QStorageInfo volume(m_folder.isValid() ? m_folder.path() : QDir::tempPath());
+    return volume.isValid() && volume.bytesAvailable() < c_nLeastFree;
+}
+
 EConversion CConverter::Run(const QString& strProgram, const QStringList& arguments, quint64 nMaxFileBytes) {
     if (!m_bReady)
         return EConversion::Failed;
@@ -108,6 +116,24 @@ EConversion CConverter::DrawPages(const QString& strPdf, const QStringList& opti
 
 qint64 TimeLimitMs(quint64 nSourceBytes) {
     return qMin(c_nLeastLimitMs + qint64(nSourceBytes >> 20) * c_nLimitMsPerMegabyte, c_nMostLimitMs);
+}
+
+bool HasModuleFor(EKind eKind) {
+    const QDir registry(QFileInfo(OfficeProgram()).canonicalPath() + u"/../share/registry"_s);
+    // Where it is laid out in another way nothing can be told.
+    if (!registry.exists(u"main.xcd"_s))
+        return true;
+    switch (eKind) {
+    case EKind::Document:
+        return registry.exists(u"writer.xcd"_s);
+    case EKind::Sheet:
+        return registry.exists(u"calc.xcd"_s);
+    case EKind::Presentation:
+        return registry.exists(u"impress.xcd"_s);
+    case EKind::None:
+        break;
+    }
+    return true;
 }
 
 QString OfficeProgram() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "office/OfficeFiles.h"
+#include "office/OfficeKind.h"
 
 #include <QElapsedTimer>
 #include <QString>
@@ -30,6 +31,9 @@ public:
     /// Done, or why it may not go on.
     EConversion State() const;
 
+    /// Whether the volume of the folder is full, which the programs themselves don't tell.
+    bool IsOutOfSpace() const;
+
 private:
     EConversion Run(const QString& strProgram, const QStringList& arguments, quint64 nMaxFileBytes);
 
@@ -42,6 +46,10 @@ private:
 
 /// How long a file of that size may take: far longer than any that works takes on a slow machine.
 qint64 TimeLimitMs(quint64 nSourceBytes);
+
+/// Whether the office program, if it is here, can open that kind: writer, calc and impress are installed one
+/// by one.
+bool HasModuleFor(EKind eKind);
 
 /// Native path of the program; empty when it isn't here.
 QString OfficeProgram();

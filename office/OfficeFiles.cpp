@@ -12,6 +12,8 @@
 
 #include <QFile>
 
+#include <cerrno>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace Torvane::Office {
@@ -24,6 +26,22 @@ QString FilesFolder(const QString& strStem) {
     return strStem + u".files"_s;
 }
 
+EConversion FailureOf(int nError) {
+    return nError == ENOSPC || nError == EDQUOT ? EConversion::NoSpace : EConversion::Failed;
+}
+
+/// Stops a copy when the conversion may not go on.
+class CStop : public File::IWalkFilter {
+public:
+    explicit CStop(const CConverter& converter) : m_converter(converter) {}
+    bool Cancelled() override { return m_converter.State() != EConversion::Done; }
+    bool AcceptFile(const QString&) override { return true; }
+    bool AcceptFolder(const QString&) override { return true; }
+
+private:
+    const CConverter& m_converter;
+};
+
 /// The copy is the only one that the converter sees: its name is plain, and lock files stay with it.
 EConversion CopySource(const QString& strSource, CConverter& converter, const QString& strCopy) {
     const auto stop = [&converter] { return converter.State() != EConversion::Done; };
@@ -31,7 +49,7 @@ EConversion CopySource(const QString& strSource, CConverter& converter, const QS
         Platform::CopyFileBytes(Platform::CFolder::OfPaths(), Platform::NativeBytes(strSource),
                                 Platform::CFolder::OfPaths(), QFile::encodeName(strCopy), true, stop);
     const EConversion eState = converter.State();
-    return eState == EConversion::Done && nError != 0 ? EConversion::Failed : eState;
+    return eState == EConversion::Done && nError != 0 ? FailureOf(nError) : eState;
 }
 
 void RemovePages(const QString& strTarget, const QString& strFiles) {
@@ -46,19 +64,27 @@ void RemovePages(const QString& strTarget, const QString& strFiles) {
 }
 
 /// The folder first: a page that stands is whole.
-bool Install(const CConverter& converter, const QString& strTarget, const QString& strFiles) {
+EConversion Install(const CConverter& converter, const QString& strTarget, const QString& strFiles) {
+    CStop stop(converter);
+    EConversion eEnd = EConversion::Failed;
     try {
         const QString strMade = Platform::FromNative(converter.Path(u"files"_s));
         if (File::IsFolder(strFiles))
             File::DeleteFolder(strFiles, true);
         if (File::IsFolder(strMade))
-            File::ForceCopyFolder(strMade, strFiles, true);
-        File::CopyOneFile(Platform::FromNative(converter.Path(u"page.htm"_s)), strTarget, true);
-        return true;
+            File::ForceCopyFolder(strMade, strFiles, true, &stop);
+        // The copy of a folder that was stopped says nothing of it.
+        eEnd = converter.State();
+        if (eEnd == EConversion::Done)
+            File::CopyOneFile(Platform::FromNative(converter.Path(u"page.htm"_s)), strTarget, true, &stop);
+    } catch (const File::CFileException& e) {
+        eEnd = e.GetSystemError() == ECANCELED ? converter.State() : FailureOf(e.GetSystemError());
     } catch (const CException&) {
-        RemovePages(strTarget, strFiles);
-        return false;
+        eEnd = EConversion::Failed;
     }
+    if (eEnd != EConversion::Done)
+        RemovePages(strTarget, strFiles);
+    return eEnd;
 }
 
 /// A stem that would end the text or the tag that it is put into can't be told of in the frame page.
@@ -106,6 +132,12 @@ bool IsConverterInstalled() {
     return !OfficeProgram().isEmpty();
 }
 
+bool IsConverterInstalled(const QString& strName) {
+    const EKind eKind = KindOf(strName);
+    return IsConverterInstalled() && HasModuleFor(eKind) &&
+           (eKind != EKind::Presentation || !PdfProgram().isEmpty());
+}
+
 EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget, const MayGoOn& mayGoOn) {
     const EKind eKind = KindOf(strSource);
     Platform::CFileState state;
@@ -116,21 +148,22 @@ EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarg
     if (Platform::ReadFileBytes(Platform::NativeBytes(strSource), head, c_nHeadBytes) != 0 ||
         !LooksLike(eKind, head))
         return EConversion::Failed;
-    if (!IsConverterInstalled() || (eKind == EKind::Presentation && PdfProgram().isEmpty()))
+    if (!IsConverterInstalled(strSource))
         return EConversion::NoConverter;
     CConverter converter(mayGoOn, TimeLimitMs(state.nSize));
     if (!converter.IsReady())
-        return EConversion::Failed;
+        return converter.IsOutOfSpace() ? EConversion::NoSpace : EConversion::Failed;
     const QString strCopy = converter.Path(u"source"_s + File::Extension(strSource).toLower());
     const QString strStem = File::FileTitle(strTarget);
     EConversion eEnd = CopySource(strSource, converter, strCopy);
     if (eEnd == EConversion::Done)
         eEnd = MakePages(converter, eKind, strCopy, strStem, File::FileTitle(strSource));
+    if (eEnd == EConversion::Failed && converter.IsOutOfSpace())
+        return EConversion::NoSpace;
     if (eEnd != EConversion::Done)
         return eEnd;
     const QString strFolder = File::ParentFolder(strTarget);
-    const bool bDone = Install(converter, strTarget, File::AddBackslash(strFolder) + FilesFolder(strStem));
-    return bDone ? EConversion::Done : EConversion::Failed;
+    return Install(converter, strTarget, File::AddBackslash(strFolder) + FilesFolder(strStem));
 }
 
 EConversion ConvertOfficeToHtml(const QString& strSource, const QString& strTargetFolder,

@@ -18,16 +18,19 @@ bool IsOfficeFile(const QString& strName);
 
 /// Whether there is a program here that converts.
 bool IsConverterInstalled();
+/// Whether all is here that a file of that name needs.
+bool IsConverterInstalled(const QString& strName);
 
 /// Asked every few milliseconds while a conversion runs; false ends it at once.
 using MayGoOn = std::function<bool()>;
 
-enum class EConversion { Done, Failed, TimedOut, Cancelled, NoConverter };
+/// NoSpace: the volume of the temporary files, or that of the page, is full.
+enum class EConversion { Done, Failed, TimedOut, Cancelled, NoConverter, NoSpace };
 
 /// Saves an Office file as the web page strTarget, "…\a.htm". Pictures, and the slides of a presentation,
 /// come into the folder "…\a.files" beside it. What stood there under these names is replaced once all is
-/// made: an answer but Done leaves it as it is, and nothing new, unless the writing itself failed, after
-/// which neither stands there. The source is only read.
+/// made: an answer but Done leaves it as it is, and nothing new, unless the writing itself failed or was
+/// given up, after which neither stands there. The source is only read.
 EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget,
                                 const MayGoOn& mayGoOn = {});
 
