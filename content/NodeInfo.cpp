@@ -43,6 +43,20 @@ bool IsInside(const QString& strPath) {
     return !parts.contains(QLatin1String("..")) && !strPath.contains(QChar(0));
 }
 
+/// Names a node's folder otherwise than by the head that is replaced, so that it would be another node's. A
+/// link may; whatever else shows in a node is its own. A bare name stays: titles with commas leave such.
+bool IsOfAnotherNode(const QString& strPath, const QString& strOwnHead) {
+    if (strPath.startsWith(strOwnHead + u'\\'))
+        return false;
+    const QStringList parts = QString(strPath).replace(u'/', u'\\').split(u'\\', Qt::SkipEmptyParts);
+    const auto pFirst = std::ranges::find_if(parts, [](const QString& str) { return str != u"."; });
+    if (pFirst == parts.end() || !LowerAscii(*pFirst).startsWith(u'n'))
+        return false;
+    bool bNumber = false;
+    pFirst->mid(1).toInt(&bNumber);
+    return bNumber;
+}
+
 } // namespace
 
 QByteArray WriteNodeInfo(const QList<NodeInfoRecord>& records) {
@@ -104,16 +118,25 @@ QList<NodeInfoStep> PlanImport(const QList<NodeInfoRecord>& records) {
 }
 
 QString ImportedPath(qint32 nType, const QString& strPath, qint32 nId) {
-    if (nType == NodeType::c_nEmpty || nType == NodeType::c_nExternalLink)
+    const auto refuse = [&] { throw Torvane::CRunException(ContentText::c_strPathLeadsOut.arg(strPath)); };
+    if (nType == NodeType::c_nEmpty)
         return strPath;
+    if (nType == NodeType::c_nExternalLink) {
+        // Without the mark of an address it is looked for below the nodes: "mailto:" leads nowhere there.
+        if (!strPath.contains(QLatin1String("://")) && !IsInside(strPath))
+            refuse();
+        return strPath;
+    }
     QString strImported = strPath;
     const qsizetype nHead = strPath.indexOf(u'\\');
+    const QString strOwnHead = QStringLiteral("N%1").arg(nId);
     if (nHead > 0)
-        strImported.replace(strPath.left(nHead), QStringLiteral("N%1").arg(nId));
+        strImported.replace(strPath.left(nHead), strOwnHead);
     // An in-site link may hold an address that a person typed.
     const bool bAddress = nType == NodeType::c_nInSiteLink && strImported.contains(QLatin1String("://"));
-    const bool bOther = strImported.contains(QLatin1String("://")) && !bAddress;
+    const bool bOther = nType != NodeType::c_nInSiteLink && (strImported.contains(QLatin1String("://")) ||
+                                                             IsOfAnotherNode(strImported, strOwnHead));
     if (bOther || (!bAddress && !IsInside(strImported)))
-        throw Torvane::CRunException(ContentText::c_strPathLeadsOut.arg(strPath));
+        refuse();
     return strImported;
 }
