@@ -300,14 +300,16 @@ void CBookNode::Watch() {
     });
 }
 
-void CBookNode::ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const {
+void CBookNode::ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter,
+                         QStringList* pPassedOver) const {
     // The copy would look for it among its many neighbours in other letter cases too.
     Torvane::File::TryMakeFolder(strFolder);
-    Torvane::File::ForceCopyFolder(GetFolder(), strFolder, true, pFilter);
+    Torvane::File::ForceCopyFolder(GetFolder(), strFolder, true, pFilter, pPassedOver);
 }
 
-void CBookNode::ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const {
-    Torvane::File::ForceCopyFolder(strFolder, GetFolder(), true, pFilter);
+void CBookNode::ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter,
+                            QStringList* pPassedOver) const {
+    Torvane::File::ForceCopyFolder(strFolder, GetFolder(), true, pFilter, pPassedOver);
 }
 
 bool CBookNode::ImportContent(qint32 nType, const QString& strPath, qint32 nOpenType) const {

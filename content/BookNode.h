@@ -98,10 +98,13 @@ public:
     bool OpenExternalFile();
 
     /// Copies the node's files into a folder of an export, which is made where it does not stand. Looks at
-    /// files alone, so that another thread may call it.
-    void ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const;
+    /// files alone, so that another thread may call it. Native paths of what is passed over come into the
+    /// last argument.
+    void ExportTo(const QString& strFolder, Torvane::File::IWalkFilter* pFilter,
+                  QStringList* pPassedOver = nullptr) const;
     /// The same the other way: what comes replaces files of the same names, and no others.
-    void ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter) const;
+    void ImportFiles(const QString& strFolder, Torvane::File::IWalkFilter* pFilter,
+                     QStringList* pPassedOver = nullptr) const;
     /// The node's row as it stood in the course that it comes from; the path is led into this node's folder.
     /// The children and the stored size stay. False when the store refused. The type is taken once the row is
     /// there for good.

@@ -272,9 +272,10 @@ void CBookTreeActions::Export() {
         m_people.PickNewFolder(ContentText::c_strPickExportFolder, QString(), FolderNameOf(node.GetTitle()));
     if (!folder || !line.isValid())
         return;
-    CSubtreeTransfer transfer(m_people, node, *folder, CSubtreeTransfer::EMode::Export);
-    if (transfer.Run())
-        m_people.Notice(ContentText::c_strExported.arg(node.GetTitle(), Platform::ToNative(*folder)));
+    // The course may be closed behind a box of the export.
+    const QString strTitle = node.GetTitle();
+    if (CSubtreeTransfer(m_people, node, *folder, CSubtreeTransfer::EMode::Export).Run())
+        m_people.Notice(ContentText::c_strExported.arg(strTitle, Platform::ToNative(*folder)));
 }
 
 void CBookTreeActions::Import() {

@@ -121,8 +121,13 @@ bool CNodeContentBuilder::Create(const CNodeFileParams& params) {
 bool CNodeContentBuilder::Build(const CNodeFileParams& params) {
     const bool bAsWebPage =
         params.Kind == EContentKind::ExternalFile && AskSaveAsWebPage(params.ExternalFile, m_people);
-    return m_isThere() &&
-           CBuildTask(m_people, m_node, Recipes::Of(params, m_node.GetCourse(), bAsWebPage)).Run();
+    if (!m_isThere())
+        return false;
+    const ContentRecipe recipe = Recipes::Of(params, m_node.GetCourse(), bAsWebPage);
+    if (!CBuildTask(m_people, m_node, recipe).Run())
+        return false;
+    TellLeftOut(m_people, ContentText::c_strNotAllCopied, *recipe.PassedOver);
+    return true;
 }
 
 std::optional<bool> IsSavedAsWebPage(const QString& strPath) {

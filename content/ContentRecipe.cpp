@@ -1,5 +1,6 @@
 #include "content/ContentRecipe.h"
 
+#include "content/InSiteLink.h"
 #include "content/Texts.h"
 #include "course/TemplateStore.h"
 #include "foundation/Exceptions.h"
@@ -7,7 +8,6 @@
 #include "foundation/SysInfo.h"
 #include "foundation/Text.h"
 #include "foundation/TextFile.h"
-#include "foundation/Urls.h"
 #include "office/OfficeFiles.h"
 
 #include <algorithm>
@@ -83,6 +83,8 @@ QString Convert(const QString& strSource, const QString& strFolder, IWalkFilter*
         throw CNoConverterException(strFailure + u'\n' + ContentText::c_strNoConverter);
     case EConversion::TimedOut:
         throw CRunException(strFailure + u'\n' + ContentText::c_strConversionTooLong);
+    case EConversion::NoSpace:
+        throw CDiskFullException(strFailure + u'\n' + ContentText::c_strDiskFull);
     case EConversion::Failed:
         break;
     }
@@ -122,13 +124,14 @@ bool IsWebPage(const QString& strPath) {
 
 /// The page and its folder once more, under their own names, by which the page finds it. A saved presentation
 /// opens by its frame.
-QString CopyPageWithFiles(const Recipes::ExternalFile& page, const QString& strFolder, IWalkFilter* pFilter) {
+QString CopyPageWithFiles(const Recipes::ExternalFile& page, const QString& strFolder, IWalkFilter* pFilter,
+                          QStringList* pPassedOver) {
     const QString strName = BareName(page.strPath);
     Step(ContentText::c_strPageNotCopied,
          [&] { CopyOneFile(page.strPath, strFolder + strName, true, pFilter); });
     const QString strFiles = BareName(page.strFilesFolder);
     Step(ContentText::c_strFolderNotCopied,
-         [&] { ForceCopyFolder(page.strFilesFolder, strFolder + strFiles, true, pFilter); });
+         [&] { ForceCopyFolder(page.strFilesFolder, strFolder + strFiles, true, pFilter, pPassedOver); });
     const QString strStem = FileTitle(strName);
     const bool bFrame = !IsCancelled(pFilter) && Torvane::Office::IsPptFrameFolder(strFolder + strFiles) &&
                         Torvane::Office::FixFramePage(strStem, strFolder + strFiles);
@@ -138,13 +141,13 @@ QString CopyPageWithFiles(const Recipes::ExternalFile& page, const QString& strF
 // Whole folders.
 
 QString CopySite(const QString& strSite, const QString& strHomePage, const QString& strFolder,
-                 IWalkFilter* pFilter) {
+                 IWalkFilter* pFilter, QStringList* pPassedOver) {
     if (!IsPathUnder(strSite, strHomePage, u'\\'))
         throw CRunException(ContentText::c_strHomePageOutside);
     const QString strBelow = strHomePage.mid(AddBackslash(strSite).size());
     const QString strName = NameFor({}, strFolder, ContentText::c_strNoSiteName);
     Step(ContentText::c_strSiteNotCopied,
-         [&] { ForceCopyFolder(strSite, strFolder + strName, true, pFilter); });
+         [&] { ForceCopyFolder(strSite, strFolder + strName, true, pFilter, pPassedOver); });
     const QString strPath = strName + u'\\' + strBelow;
     // What is hidden, or can't be listed, was not copied.
     if (!IsCancelled(pFilter) && !IsFile(strFolder + strPath))
@@ -167,19 +170,22 @@ QString HomePageIn(const QString& strFolder) {
     return strFirst;
 }
 
-QString CopyCourseware(const QString& strCourseware, const QString& strFolder, IWalkFilter* pFilter) {
+QString CopyCourseware(const QString& strCourseware, const QString& strFolder, IWalkFilter* pFilter,
+                       QStringList* pPassedOver) {
     const QString strName = NameFor({}, strFolder, ContentText::c_strNoFileName);
     Step(ContentText::c_strFolderNotCopied,
-         [&] { ForceCopyFolder(strCourseware, strFolder + strName, true, pFilter); });
+         [&] { ForceCopyFolder(strCourseware, strFolder + strName, true, pFilter, pPassedOver); });
     return IsCancelled(pFilter) ? QString() : strName + u'\\' + HomePageIn(strFolder + strName);
 }
 
 // Links.
 
-QString LinkInside(const QString& strUrl, const QString& strNodeResourceFolder) {
-    if (!strUrl.startsWith(u"file://"_s))
-        return strUrl;
-    return MakeRelativeUrl(strUrl, strNodeResourceFolder).replace(u'/', u'\\');
+/// Refuses a link to a place beside the nodes: there would be nothing to show.
+QString LinkInside(const QString& strLink, const QString& strNodeResourceFolder) {
+    const QString strStored = InSiteLink::StoredPath(strLink, strNodeResourceFolder);
+    if (strStored.isEmpty() || strStored.startsWith(u'#') || IsAbsolute(strStored))
+        throw CRunException(ContentText::c_strNoInSiteLink);
+    return strStored;
 }
 
 // Editor pages.
@@ -229,7 +235,8 @@ QString FilesFolderOf(const QString& strPage) {
     return IsWebPage(strPage) ? strPage.chopped(Extension(strPage).size()) + c_strFilesExtension : QString();
 }
 
-QString CopyExternalFile(const ExternalFile& file, const QString& strFolder, IWalkFilter* pFilter) {
+QString CopyExternalFile(const ExternalFile& file, const QString& strFolder, IWalkFilter* pFilter,
+                         QStringList* pPassedOver) {
     if (file.bAsWebPage)
         return Convert(file.strPath, strFolder, pFilter, ContentText::c_strFileNotConverted);
     const bool bOffice = Torvane::Office::IsOfficeFile(BareName(file.strPath));
@@ -238,12 +245,13 @@ QString CopyExternalFile(const ExternalFile& file, const QString& strFolder, IWa
                          bOffice ? ContentText::c_strFolderNotCopied : ContentText::c_strFileNotCopied);
     return file.strFilesFolder.isEmpty() || IsCancelled(pFilter)
                ? strName
-               : CopyPageWithFiles(file, strFolder, pFilter);
+               : CopyPageWithFiles(file, strFolder, pFilter, pPassedOver);
 }
 
 ContentRecipe Of(const CNodeFileParams& params, const CCourse& course, bool bAsWebPage) {
     ContentRecipe recipe;
     recipe.Row.OpenType = params.OpenType;
+    const std::shared_ptr<QStringList> pLost = recipe.PassedOver;
     const auto ofType = [&](qint32 nType, const ContentRecipe::FilesInto& files) {
         recipe.Row.Type = nType;
         recipe.Files = files;
@@ -261,22 +269,24 @@ ContentRecipe Of(const CNodeFileParams& params, const CCourse& course, bool bAsW
         recipe.Row.Comment = params.Comment;
         const QString strFiles = FilesFolderOf(params.ExternalFile);
         const ExternalFile file{params.ExternalFile, bAsWebPage, IsFolder(strFiles) ? strFiles : QString()};
-        return ofType(NodeType::c_nExternalFile, [file](const QString& strFolder, IWalkFilter* pFilter) {
-            return CopyExternalFile(file, strFolder, pFilter);
-        });
+        return ofType(NodeType::c_nExternalFile,
+                      [file, pLost](const QString& strFolder, IWalkFilter* pFilter) {
+                          return CopyExternalFile(file, strFolder, pFilter, pLost.get());
+                      });
     }
     case EContentKind::ExternalEditor:
         return ofType(NodeType::c_nExternalFile, [params](const QString& strFolder, IWalkFilter* pFilter) {
             return NewOfficeFile(params.OfficeKind, params.SaveAsHtml, strFolder, pFilter);
         });
     case EContentKind::Site:
-        return ofType(NodeType::c_nSite, [params](const QString& strFolder, IWalkFilter* pFilter) {
-            return CopySite(params.SiteFolder, params.SiteHomePage, strFolder, pFilter);
+        return ofType(NodeType::c_nSite, [params, pLost](const QString& strFolder, IWalkFilter* pFilter) {
+            return CopySite(params.SiteFolder, params.SiteHomePage, strFolder, pFilter, pLost.get());
         });
     case EContentKind::Courseware:
-        return ofType(NodeType::c_nCourseware, [params](const QString& strFolder, IWalkFilter* pFilter) {
-            return CopyCourseware(params.CoursewareFolder, strFolder, pFilter);
-        });
+        return ofType(NodeType::c_nCourseware,
+                      [params, pLost](const QString& strFolder, IWalkFilter* pFilter) {
+                          return CopyCourseware(params.CoursewareFolder, strFolder, pFilter, pLost.get());
+                      });
     case EContentKind::ExternalLink:
         return linkOfType(NodeType::c_nExternalLink, params.LinkUrl);
     case EContentKind::InSiteLink:

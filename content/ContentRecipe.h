@@ -5,7 +5,10 @@
 #include "foundation/Exceptions.h"
 #include "foundation/FolderWalk.h"
 
+#include <QStringList>
+
 #include <functional>
+#include <memory>
 
 /// How one kind of content comes about: the node's row, and the files that fill an empty folder.
 struct ContentRecipe {
@@ -18,6 +21,8 @@ struct ContentRecipe {
     using FilesInto = std::function<QString(const QString& strFolder, Torvane::File::IWalkFilter* pFilter)>;
     /// Null for content without files.
     FilesInto Files;
+    /// Gets native paths of what a copy passed over.
+    std::shared_ptr<QStringList> PassedOver = std::make_shared<QStringList>();
 };
 
 /// The kinds, but for those that make other nodes or need another program. Nothing is read before the files
@@ -36,9 +41,9 @@ struct ExternalFile {
     /// The folder "….files" beside a saved web page; empty when there is none.
     QString strFilesFolder;
 };
-/// As ContentRecipe::FilesInto says.
+/// As ContentRecipe::FilesInto says; native paths of what is passed over come into the last argument.
 QString CopyExternalFile(const ExternalFile& file, const QString& strFolder,
-                         Torvane::File::IWalkFilter* pFilter);
+                         Torvane::File::IWalkFilter* pFilter, QStringList* pPassedOver = nullptr);
 /// The folder that a web page brings along: its path with ".files" for the extension. Not looked for.
 QString FilesFolderOf(const QString& strPage);
 

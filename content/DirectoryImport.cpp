@@ -15,6 +15,8 @@
 using namespace Qt::StringLiterals;
 using namespace Torvane::File;
 using Torvane::CRunException;
+using Torvane::Dialog::MFC::BoxButtons;
+using Torvane::Dialog::MFC::BoxIcon;
 using Torvane::Dialog::MFC::IPeople;
 
 namespace {
@@ -25,8 +27,6 @@ constexpr qsizetype c_nRowsAtOnce = 128;
 constexpr std::chrono::milliseconds c_rowsPause(10);
 /// What the status says of a path.
 constexpr qsizetype c_nShownBytes = 50;
-/// Of what is missing, so many paths are named.
-constexpr qsizetype c_nNamedMissing = 10;
 
 /// The course was closed behind a box.
 struct CourseGone {};
@@ -41,6 +41,8 @@ CDirectoryImport::CDirectoryImport(IPeople& people, CBookNode& node, const CNode
 void CDirectoryImport::Work() {
     try {
         Plan();
+        if (m_plan.Entries.isEmpty() && m_plan.LeftOut.isEmpty())
+            return;
         Decide();
         MakeNodes();
     } catch (const CourseGone&) {
@@ -51,7 +53,7 @@ void CDirectoryImport::Work() {
         if (!IsCancelled())
             throw;
     }
-    TellWhatIsMissing();
+    Ask([&](IPeople& people) { TellLeftOut(people, ContentText::c_strNotAllImported, m_plan.LeftOut); });
 }
 
 void CDirectoryImport::Plan() {
@@ -84,7 +86,7 @@ void CDirectoryImport::Decide() {
     for (const NodeHeader& child : m_node.GetChildren())
         TakeTitle(m_node.GetId(), child.Title);
     qint32 nNextId = Store().GetNextId();
-    bool bConversion = false;
+    bool bNoConverter = false;
     for (qsizetype nEntry = 0; nEntry < m_plan.Entries.size(); ++nEntry) {
         ThrowIfCancelled();
         const ImportEntry& entry = m_plan.Entries[nEntry];
@@ -92,9 +94,10 @@ void CDirectoryImport::Decide() {
             continue;
         At(nEntry).nId = nNextId++;
         At(nEntry).bAsWebPage = !entry.bFolder && BecomesWebPage(entry.strPath);
-        bConversion |= At(nEntry).bAsWebPage;
+        bNoConverter |=
+            At(nEntry).bAsWebPage && !Torvane::Office::IsConverterInstalled(BareName(entry.strPath));
     }
-    if (bConversion && !Torvane::Office::IsConverterInstalled())
+    if (bNoConverter)
         throw CRunException(ContentText::c_strFileNotConverted + u'\n' + ContentText::c_strNoConverter);
 }
 
@@ -111,7 +114,8 @@ bool CDirectoryImport::TakeTitle(qint32 nParentId, const QString& strTitle) {
 bool CDirectoryImport::HasPlace(const ImportEntry& entry) {
     const qint32 nParentId = At(entry.nParent).nId;
     return nParentId >= 0 && (TakeTitle(nParentId, entry.strTitle) || AskThere([&](IPeople& people) {
-                                  people.Warn(ContentText::c_strImportTitleTaken.arg(entry.strTitle));
+                                  people.Ask(ContentText::c_strImportTitleTaken.arg(entry.strTitle),
+                                             ContentText::c_strTip, BoxButtons::Ok, BoxIcon::Warning);
                                   return false;
                               }));
 }
@@ -168,13 +172,15 @@ void CDirectoryImport::MakeFiles(qsizetype nEntry, IWalkFilter* pFilter) {
         const Recipes::ExternalFile file{entry.strPath, made.bAsWebPage,
                                          entry.bFilesFolder ? Recipes::FilesFolderOf(entry.strPath)
                                                             : QString()};
-        made.strBelow = Recipes::CopyExternalFile(file, strFolder, pFilter);
+        made.strBelow = Recipes::CopyExternalFile(file, strFolder, pFilter, &made.passedOver);
         const bool bOneFile = !entry.bFilesFolder && !made.bAsWebPage;
         made.dSize = bOneFile ? static_cast<double>(entry.nSize) : GetFolderSize(strFolder);
     } catch (const CDiskFullException&) {
         throw;
-    } catch (const CRunException&) {
-        made.bFailed = true;
+    } catch (const CNoConverterException&) {
+        throw;
+    } catch (const CRunException& e) {
+        made.strFailure = e.GetMessage();
         TryDeleteFolder(WithoutBackslash(strFolder));
     }
 }
@@ -203,9 +209,11 @@ void CDirectoryImport::AddRows() {
 void CDirectoryImport::AddRow(qsizetype nEntry) {
     const ImportEntry& entry = m_plan.Entries[nEntry];
     const Made& made = At(nEntry);
-    if (made.bFailed)
-        m_plan.LeftOut.append(Platform::ToNativeExact(entry.strPath));
-    if (made.nId < 0 || made.bFailed)
+    if (!made.strFailure.isEmpty())
+        m_plan.LeaveOut(entry.strPath, made.strFailure);
+    for (const QString& strPath : made.passedOver)
+        m_plan.LeftOut.append(strPath + u'：' + ContentText::c_strNotCopied);
+    if (made.nId < 0 || !made.strFailure.isEmpty())
         return;
     Made& parent = At(entry.nParent);
     NewNode node{made.nId, parent.nId, parent.nChildren + 1, entry.strTitle, {}, made.dSize};
@@ -240,16 +248,4 @@ void CDirectoryImport::RemoveFoldersWithoutRows() {
 QString CDirectoryImport::StatusOf(qsizetype nEntry) const {
     const QString strPath = Platform::ToNativeExact(m_plan.Entries[nEntry].strPath);
     return ContentText::c_strImportingPath.arg(ShortenPath(strPath, c_nShownBytes, u'/'));
-}
-
-void CDirectoryImport::TellWhatIsMissing() {
-    const qsizetype nMissing = m_plan.LeftOut.size();
-    if (nMissing == 0)
-        return;
-    QStringList named = m_plan.LeftOut.mid(0, c_nNamedMissing);
-    if (nMissing > c_nNamedMissing)
-        named.append(u"…"_s);
-    Ask([&](IPeople& people) {
-        people.Warn(ContentText::c_strNotAllImported.arg(nMissing).arg(named.join(u'\n')));
-    });
 }

@@ -28,7 +28,10 @@ private:
         qint32 nId = -1;
         qint32 nChildren = 0;
         bool bAsWebPage = false;
-        bool bFailed = false;
+        /// Why it could not be imported; empty for no failure.
+        QString strFailure;
+        /// What its folder of files has lost, in native form.
+        QStringList passedOver;
         /// What shows, below the node's folder.
         QString strBelow;
         double dSize = 0;
@@ -53,7 +56,6 @@ private:
     void RemoveFoldersWithoutRows();
 
     QString StatusOf(qsizetype nEntry) const;
-    void TellWhatIsMissing();
 
     QString FolderOf(qint32 nId) const { return m_node.GetCourse().GetPaths().GetNodeFolder(nId); }
     CBookDatabase& Store() const { return *m_node.GetCourse().GetDatabase(); }

@@ -54,20 +54,28 @@ private:
         if (entry.bFolder ? IsOfPage(level, entry) : !m_taken.Takes(entry.strName))
             return;
         const QString strPath = level.strFolder + entry.strName;
-        if (entry.bNoText || IsPathTooLong(strPath))
-            return LeaveOut(strPath);
+        if (entry.bNoText)
+            return m_plan.LeaveOut(strPath, ContentText::c_strNameNoText);
+        if (IsPathTooLong(strPath))
+            return m_plan.LeaveOut(strPath, ContentText::c_strPathTooLong);
         const bool bPage = !entry.bFolder && IsPage(entry.strName);
         m_plan.Entries.append({strPath, FileTitle(entry.strName), entry.bFolder, level.nParent, entry.nSize,
                                bPage && level.folders.contains(FilesFolderOf(entry.strName))});
         // A folder that can't be read becomes a node all the same.
         if (entry.bFolder && !Open(strPath, m_plan.Entries.size() - 1))
-            LeaveOut(strPath);
+            m_plan.LeaveOut(strPath, ContentText::c_strNotRead);
     }
 
     bool Open(const QString& strFolder, qsizetype nParent) {
         Level level{{}, AddBackslash(strFolder), nParent, 0, {}, {}};
-        if (!ListFolder(strFolder, level.entries, m_pFilter))
+        QStringList hidden;
+        if (!ListFolder(strFolder, level.entries, m_pFilter, &hidden))
             return false;
+        hidden.sort();
+        for (const QString& strName : hidden) {
+            if (m_taken.Takes(strName))
+                m_plan.LeaveOut(level.strFolder + strName, ContentText::c_strHidden);
+        }
         for (const FolderEntry& entry : level.entries)
             (entry.bFolder ? level.folders : level.files).insert(LowerAscii(entry.strName));
         std::ranges::sort(level.entries, [](const FolderEntry& a, const FolderEntry& b) {
@@ -92,8 +100,6 @@ private:
                (level.files.contains(strTitle + u".htm") || level.files.contains(strTitle + u".html"));
     }
 
-    void LeaveOut(const QString& strPath) { m_plan.LeftOut.append(Platform::ToNativeExact(strPath)); }
-
     const CImportFilter& m_taken;
     IWalkFilter* m_pFilter;
     ImportPlan m_plan;
@@ -116,6 +122,10 @@ CImportFilter::CImportFilter(const QString& strPatterns) {
 
 bool CImportFilter::Takes(const QString& strName) const {
     return m_bAll || m_extensions.contains(LowerAscii(Extension(strName)));
+}
+
+void ImportPlan::LeaveOut(const QString& strPath, const QString& strReason) {
+    LeftOut.append(Platform::ToNativeExact(strPath) + u'：' + QString(strReason).remove(u'\n'));
 }
 
 ImportPlan PlanDirectoryImport(const QString& strFolder, const CImportFilter& taken, IWalkFilter* pFilter) {

@@ -36,13 +36,15 @@ struct ImportPlan {
     /// In the order in which they are made: parents before their children, siblings by the time of their
     /// creation and then by name.
     QList<ImportEntry> Entries;
-    /// Paths in native form of what can't be imported: it can't be read or named, or its path is too long.
+    /// What can't be imported, and why, a line each with the path in native form: it is hidden, it can't be
+    /// read or named, or its path is too long.
     QStringList LeftOut;
+    void LeaveOut(const QString& strPath, const QString& strReason);
 };
 
-/// Looks through the folder with all below it, which must not be empty. Hidden entries are left out, links to
-/// folders are not followed, and a folder ".files" goes with its page. Ends early when the filter, which may
-/// be null, says so. Throws Torvane::CRunException when the folder itself can't be listed.
+/// Looks through the folder with all below it, which must not be empty. Hidden entries are left out as well;
+/// links to folders are not followed, and a folder ".files" goes with its page. Ends early when the filter,
+/// which may be null, says so. Throws Torvane::CRunException when the folder itself can't be listed.
 ImportPlan PlanDirectoryImport(const QString& strFolder, const CImportFilter& taken,
                                Torvane::File::IWalkFilter* pFilter = nullptr);
 

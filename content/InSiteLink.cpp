@@ -46,6 +46,12 @@ bool IsUrl(const QString& strText) {
     return strText.contains(QLatin1StringView("://"));
 }
 
+/// An address of the web may well name a file in its query.
+bool IsLocal(const QString& strLink) {
+    return IsUrl(strLink) ? LowerAscii(strLink).startsWith(c_strFile)
+                          : IsAbsolute(strLink) && IsLocalRef(strLink);
+}
+
 /// Of what a course holds only a link leads to the web, and only one that names no file.
 bool LeadsToWeb(const CBookNode& node, const QString& strUrl) {
     const bool bLink =
@@ -138,13 +144,13 @@ std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeRes
 }
 
 QString StoredPath(const QString& strLink, const QString& strNodeResourceFolder) {
-    if (!IsLocalRef(strLink))
+    if (!IsLocal(strLink))
         return strLink;
     return MakeRelativeUrl(strLink, strNodeResourceFolder).replace(u'/', u'\\');
 }
 
 QString PageReference(const QString& strLink, const QString& strNodeResourceFolder) {
-    if (!IsLocalRef(strLink))
+    if (!IsLocal(strLink))
         return strLink;
     return QStringLiteral("../") + MakeRelativeUrl(strLink, strNodeResourceFolder);
 }

@@ -24,7 +24,19 @@ private:
     const std::atomic<CStatusTask::EState>& m_eState;
 };
 
+/// So many paths are named.
+constexpr qsizetype c_nNamedLeftOut = 10;
+
 } // namespace
+
+void TellLeftOut(Torvane::Dialog::MFC::IPeople& people, const QString& strText, const QStringList& leftOut) {
+    if (leftOut.isEmpty())
+        return;
+    QStringList named = leftOut.mid(0, c_nNamedLeftOut);
+    if (named.size() < leftOut.size())
+        named.append(QStringLiteral("…"));
+    people.Warn(strText.arg(leftOut.size()).arg(named.join(u'\n')));
+}
 
 CStatusTask::CStatusTask(Torvane::Dialog::MFC::IPeople& people, const QString& strTitle)
     : m_people(people), m_step(people, QString(), strTitle) {
@@ -55,6 +67,8 @@ void CStatusTask::SetPieces(qsizetype nPieces) {
 
 void CStatusTask::DoFiles(qsizetype nEnd, const FileWork& work, const StatusOf& statusOf,
                           const std::function<void()>& meanwhile) {
+    if (m_nDone >= nEnd)
+        return ThrowIfCancelled();
     // Shared, since the thread is still leaving the task when its end is already known here.
     const auto pTask = std::make_shared<std::packaged_task<void()>>([&] { DoPieces(nEnd, work); });
     std::future<void> end = pTask->get_future();

@@ -4,10 +4,15 @@
 #include "platform/base/SlowStep.h"
 
 #include <QScopeGuard>
+#include <QStringList>
 #include <QThreadPool>
 
 #include <atomic>
 #include <functional>
+
+/// Says in strText, which has places for the number and for the list, what a job could not take along. Names
+/// a few of them; nothing for none.
+void TellLeftOut(Torvane::Dialog::MFC::IPeople& people, const QString& strText, const QStringList& leftOut);
 
 /// A long job of many pieces behind a status window in which the person can give it up. The job itself runs
 /// on the interface thread, which alone uses the store; what it does with files runs beside it, so that the

@@ -19,6 +19,31 @@ constexpr qsizetype c_nImportedAtOnce = 64;
 /// The index of more nodes than any import takes.
 constexpr qint64 c_nMaxIndex = qint64{64} * 1024 * 1024;
 
+/// An export that comes to no end must not look whole by the index of an older one, which goes with the first
+/// file that is copied over it; until then the older one is whole.
+class COldIndex : public Torvane::File::IWalkFilter {
+public:
+    explicit COldIndex(const QString& strIndex) : m_strIndex(strIndex) {}
+
+    Torvane::File::IWalkFilter* Around(Torvane::File::IWalkFilter* pFilter) {
+        m_pFilter = pFilter;
+        return this;
+    }
+    bool Cancelled() override { return m_pFilter->Cancelled(); }
+    bool AcceptFile(const QString& strPath) override {
+        if (!m_bGone && Torvane::File::IsFile(m_strIndex))
+            Torvane::File::DeleteOneFile(m_strIndex, true);
+        m_bGone = true;
+        return m_pFilter->AcceptFile(strPath);
+    }
+    bool AcceptFolder(const QString& strPath) override { return m_pFilter->AcceptFolder(strPath); }
+
+private:
+    QString m_strIndex;
+    bool m_bGone = false;
+    Torvane::File::IWalkFilter* m_pFilter = nullptr;
+};
+
 } // namespace
 
 CSubtreeTransfer::CSubtreeTransfer(Torvane::Dialog::MFC::IPeople& people, CBookNode& node,
@@ -43,15 +68,13 @@ void CSubtreeTransfer::Export() {
     SetStatus(ContentText::c_strExportReading);
     const QList<NodeInfoRecord> records = ReadRecords();
     const QString strIndex = Torvane::File::AddBackslash(m_strFolder) + c_strNodeInfoFile;
-    // An export that comes to no end must not look whole by the index of an older one.
-    if (Torvane::File::IsFile(strIndex))
-        Torvane::File::DeleteOneFile(strIndex, true);
-    ExportFiles(records);
+    ExportFiles(records, strIndex);
     try {
         ReplaceFile(strIndex, WriteNodeInfo(records));
     } catch (const Torvane::File::CFileException&) {
         throw CRunException(ContentText::c_strIndexNotWritten);
     }
+    TellPassedOver();
 }
 
 /// Parents before their children, by a stack of its own: nothing limits how deep a tree is. A damaged store
@@ -94,15 +117,16 @@ QList<NodeInfoRecord> CSubtreeTransfer::ReadRecords() {
     return records;
 }
 
-void CSubtreeTransfer::ExportFiles(const QList<NodeInfoRecord>& records) {
+void CSubtreeTransfer::ExportFiles(const QList<NodeInfoRecord>& records, const QString& strIndex) {
     SetPieces(records.size());
+    COldIndex oldIndex(strIndex);
     try {
         DoFiles(
             records.size(),
             [&](qsizetype nPiece, Torvane::File::IWalkFilter* pFilter) {
                 const NodeInfoRecord& record = records[nPiece];
                 CBookNode(m_node.GetCourse(), {record.SourceId, record.Title, record.Type})
-                    .ExportTo(FolderOf(record), pFilter);
+                    .ExportTo(FolderOf(record), oldIndex.Around(pFilter), &m_passedOver);
             },
             [&](qsizetype nPiece) { return ContentText::c_strExporting.arg(records[nPiece].Title); });
     } catch (const Torvane::File::CFileException&) {
@@ -130,6 +154,13 @@ void CSubtreeTransfer::Import() {
     nodes.reserve(static_cast<std::size_t>(steps.size()));
     while (GetDone() < steps.size())
         ImportSome(records, steps, nodes);
+    TellPassedOver();
+}
+
+void CSubtreeTransfer::TellPassedOver() {
+    Ask([&](Torvane::Dialog::MFC::IPeople& people) {
+        TellLeftOut(people, ContentText::c_strNotAllCopied, m_passedOver);
+    });
 }
 
 QList<NodeInfoRecord> CSubtreeTransfer::ReadIndex() {
@@ -164,7 +195,7 @@ void CSubtreeTransfer::ImportSome(const QList<NodeInfoRecord>& records, const QL
             nEnd,
             [&](qsizetype nStep, Torvane::File::IWalkFilter* pFilter) {
                 if (const CBookNode* pNode = nodes[static_cast<std::size_t>(nStep)].pNode)
-                    pNode->ImportFiles(FolderOf(recordOf(nStep)), pFilter);
+                    pNode->ImportFiles(FolderOf(recordOf(nStep)), pFilter, &m_passedOver);
             },
             [&](qsizetype nStep) { return ContentText::c_strImporting.arg(recordOf(nStep).Title); });
     } catch (const Torvane::File::CFileException&) {

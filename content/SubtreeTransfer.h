@@ -25,7 +25,8 @@ private:
 
     void Export();
     QList<NodeInfoRecord> ReadRecords();
-    void ExportFiles(const QList<NodeInfoRecord>& records);
+    void ExportFiles(const QList<NodeInfoRecord>& records, const QString& strIndex);
+    void TellPassedOver();
     QString FolderOf(const NodeInfoRecord& record) const;
 
     void Import();
@@ -49,4 +50,6 @@ private:
     /// The root takes no new nodes: it refills those that it has, by their titles.
     bool m_bRootTarget;
     bool m_bBegun = false;
+    /// Native paths of what the copies passed over.
+    QStringList m_passedOver;
 };

@@ -107,8 +107,15 @@ inline const QString c_strFileNotOpened =
 inline const QString c_strImportingPath = u"正在导入\n%1"_s;
 inline const QString c_strImportTitleTaken = u"已有名为%1的节点存在，该文件导入失败！"_s;
 inline const QString c_strFolderNotRead = u"无法读取文件夹%1，导入失败！"_s;
-inline const QString c_strNotAllImported =
-    u"以下%1个文件或文件夹未能完整导入，请您检查它们能否读取、名称或路径是否过长：\n%2"_s;
+inline const QString c_strNotAllImported = u"以下%1个文件或文件夹未能完整导入：\n%2"_s;
+/// Why one was not.
+inline const QString c_strNameNoText = u"文件名无法识别。"_s;
+inline const QString c_strNotRead = u"无法读取。"_s;
+/// Also of the copies of other things.
+inline const QString c_strNotAllCopied =
+    u"以下%1个文件或文件夹未能拷贝，请您检查它们的名称能否识别、链接是否有效：\n%2"_s;
+inline const QString c_strNotCopied = u"名称无法识别或链接无效。"_s;
+inline const QString c_strHidden = u"隐藏文件。"_s;
 
 // The dialogs of the open type, whose texts stand in the order of its values, and of the custom titles.
 inline const QString c_strOpenTypeDialog = u"设置打开类型"_s;

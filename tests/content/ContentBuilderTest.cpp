@@ -90,6 +90,7 @@ TEST_F(ContentBuilderTest, EachKindLeavesItsRowAndItsFiles) {
     };
     using enum EContentKind;
     const QString strNode = m_disk.Folder.Path(m_disk.NodePath(3, u"Content.htm"_s));
+    m_disk.Folder.Write(m_disk.NodePath(3, u"Content.htm"_s), "p");
     const std::pair<CNodeFileParams, QString> cases[] = {
         {Of(EditorPage), u"0 N#\\Content.htm 2 [] [] | Content.htm res/"_s},
         {Of(ExternalFile, Source(u"a.txt"_s), u"注"_s), u"1 N#\\NEW.txt 2 [a.txt] [注] | NEW.txt"_s},
@@ -111,6 +112,7 @@ TEST_F(ContentBuilderTest, EachKindLeavesItsRowAndItsFiles) {
         {Of(ExternalLink, u"http://a/N3\\X"_s), u"3 http://a/N3\\X 2 [] [] | "_s},
         {Of(InSiteLink, u"file:///"_s + strNode + u"#Abc"_s), u"6 n3\\content.htm#abc 2 [] [] | "_s},
         {Of(InSiteLink, u"N3\\x/y"_s), u"6 N3\\x/y 2 [] [] | "_s},
+        {Of(InSiteLink, strNode), u"6 n3\\content.htm 2 [] [] | "_s},
     };
     for (const auto& [params, strLeft] : cases) {
         EXPECT_TRUE(Create(params));
@@ -145,6 +147,9 @@ TEST_F(ContentBuilderTest, AFailureOrACancelCostsNothing) {
          u"站点首页不在站点目录内，请您重新选择!"_s},
         {Of(Courseware, Source(u"ware"_s)), u"查找首页失败！"_s},
         {Of(Video), u"启动视频录制工具失败！"_s},
+        {Of(InSiteLink, Source(u"a.txt"_s)), u"对不起，链接地址不能为空！请您选择。"_s},
+        {Of(InSiteLink, u"file:///"_s + Source(u"a.txt#b"_s)), u"对不起，链接地址不能为空！请您选择。"_s},
+        {Of(Site, Source(u"a.txt"_s), Source(u"a.txt\\index.htm"_s)), u"拷贝文件夹失败！"_s},
         {Of(Folder, Source(u"fort"_s)),
          u"无法读取文件夹%1，导入失败！"_s.arg(m_disk.Folder.Native(u"来/fort"_s))},
     };
@@ -342,6 +347,7 @@ TEST_F(ContentBuilderTest, AFolderBecomesABranch) {
     const auto native = [&](const QString& strBelow) { return m_disk.Folder.Native(u"来/"_s + strBelow); };
     QFile::link(native(u"z.txt"_s), native(u"link.txt"_s));
     QFile::link(native({}), native(u"kreis"_s));
+    QFile::link(native(u"nirgends"_s), native(u"seite.files/fort"_s));
     ASSERT_EQ(::mkfifo(native(u"pipe.txt"_s).toUtf8().constData(), 0600), 0);
     const QByteArray bad = native({}).toUtf8() + "kein\xFFtext.txt";
     ::close(::open(bad.constData(), O_CREAT | O_WRONLY, 0600));
@@ -351,9 +357,12 @@ TEST_F(ContentBuilderTest, AFolderBecomesABranch) {
     m_pNode->AddChild(u"allein"_s);
     m_disk.People.Expect(u"已有名为allein的节点存在，该文件导入失败！"_s);
     m_disk.People.Expect(u"已有名为b的节点存在，该文件导入失败！"_s);
-    m_disk.People.Expect(u"以下2个文件或文件夹未能完整导入，请您检查它们能否读取、名称或路径是否过长：\n"_s +
-                         native(u"kein\uFFFDtext.txt\n"_s) + native(u"x."_s) + QString(190, u'e'));
+    m_disk.People.Expect(u"以下4个文件或文件夹未能完整导入：\n"_s + native(u".hidden：隐藏文件。\n"_s) +
+                         native(u"kein\uFFFDtext.txt：文件名无法识别。\n"_s) +
+                         native(u"seite.files/fort：名称无法识别或链接无效。\n"_s) + native(u"x."_s) +
+                         QString(190, u'e') + u"：获取文件名失败!文件名或路径太长。"_s);
     EXPECT_TRUE(Create(Of(EContentKind::Folder, Source({}).chopped(1), u"*.*"_s)));
+    EXPECT_EQ(m_disk.People.Boxes.front().strTitle, u"提示"_s);
     ::unlink(bad.constData());
     EXPECT_EQ(Left(), strBefore) << "the node's own content stays";
 

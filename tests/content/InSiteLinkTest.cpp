@@ -103,6 +103,7 @@ TEST_F(InSiteLinkTest, APlaceBecomesALinkAndItsStoredForms) {
          u"../n13/content.htm#a"_s},
         {Nodes() + u"N13\\Clip.AVI"_s, u"n13\\clip.avi"_s, u"../n13/clip.avi"_s},
         {u"http://Host/A#B"_s, u"http://Host/A#B"_s, u"http://Host/A#B"_s},
+        {u"http://h/?u=file:///A"_s, u"http://h/?u=file:///A"_s, u"http://h/?u=file:///A"_s},
     };
     for (const auto& c : cases) {
         const auto link = InSiteLink::LinkTo(c.strPlace, Nodes());

@@ -67,16 +67,26 @@ TEST(NodeInfoTest, APathIsLedIntoTheNodeAndNowhereElse) {
         QString strPath, strImported;
     };
     const QString strRefused = u"refused"_s;
-    for (const Case& c :
-         {Case{1, u"N12\\N12a.htm"_s, u"N40\\N40a.htm"_s},
-          Case{0, u"N12\\Content.htm"_s, u"N40\\Content.htm"_s},
-          Case{6, u"N5\\x.files\\frame.htm#a/b"_s, u"N40\\x.files\\frame.htm#a/b"_s},
-          Case{6, u"http://a/../b"_s, u"http://a/../b"_s}, Case{3, u"http://a\\N12"_s, u"http://a\\N12"_s},
-          Case{-1, {}, {}}, Case{1, u"N12\\a: b.doc"_s, u"N40\\a: b.doc"_s}, Case{0, u"0"_s, u"0"_s},
-          Case{1, u"N12\\..\\..\\x"_s, strRefused}, Case{2, u"N12\\a/../../x"_s, strRefused},
-          Case{0, u"\\etc\\passwd"_s, strRefused}, Case{0, u"/etc/passwd"_s, strRefused},
-          Case{1, u"Z:/x"_s, strRefused}, Case{6, u"N5\\..\\..\\x"_s, strRefused},
-          Case{0, u"file:///etc/passwd"_s, strRefused}}) {
+    for (const Case& c : {Case{1, u"N12\\N12a.htm"_s, u"N40\\N40a.htm"_s},
+                          Case{0, u"N12\\Content.htm"_s, u"N40\\Content.htm"_s},
+                          Case{6, u"N5\\x.files\\frame.htm#a/b"_s, u"N40\\x.files\\frame.htm#a/b"_s},
+                          Case{6, u"http://a/../b"_s, u"http://a/../b"_s},
+                          Case{3, u"http://a\\N12"_s, u"http://a\\N12"_s},
+                          Case{-1, {}, {}},
+                          Case{1, u"N12\\a: b.doc"_s, u"N40\\a: b.doc"_s},
+                          Case{0, u"0"_s, u"0"_s},
+                          Case{1, u"N12\\..\\..\\x"_s, strRefused},
+                          Case{2, u"N12\\a/../../x"_s, strRefused},
+                          Case{0, u"\\etc\\passwd"_s, strRefused},
+                          Case{0, u"/etc/passwd"_s, strRefused},
+                          Case{1, u"Z:/x"_s, strRefused},
+                          Case{6, u"N5\\..\\..\\x"_s, strRefused},
+                          Case{0, u"file:///etc/passwd"_s, strRefused},
+                          Case{3, u"..\\..\\x.htm"_s, strRefused},
+                          Case{3, u"mailto:a@b"_s, u"mailto:a@b"_s},
+                          Case{1, u"N7/x.htm"_s, strRefused},
+                          Case{2, u"./n40/x.htm"_s, strRefused},
+                          Case{6, u"N7/x.htm"_s, u"N7/x.htm"_s}}) {
         QString strImported = strRefused;
         try {
             strImported = ImportedPath(c.nType, c.strPath, 40);
@@ -202,12 +212,17 @@ TEST_F(SubtreeTransferTest, GivingUpLeavesAWholeTree) {
         m_tree.Open();
     }
     EXPECT_GT(left.size(), 2) << "it was given up in the middle too";
-    // An export that was given up is no export, even over an older one.
-    // Behind the look at each node, while the files are copied.
-    m_tree.nPieces = 2 + CBookNode::Root(*m_tree.Disk.pCourse)->GetDescendants().size();
+    // An export that is given up in time leaves an older one whole.
+    m_tree.nPieces = 2;
     Run(3, 32932, u"出"_s);
     EXPECT_EQ(m_tree.Noted, QStringList{u"x用户取消了操作！"_s});
+    EXPECT_TRUE(m_tree.Disk.Folder.Exists(u"出\\NodeInfo.tni"_s));
+    // One that ends between its files is no export.
     m_tree.nPieces = std::numeric_limits<qint64>::max();
+    ASSERT_TRUE(Torvane::File::TryDeleteFolder(m_tree.Disk.Folder.Path(u"出\\50"_s)));
+    m_tree.Disk.Folder.Write(u"出\\50"_s, "in the way");
+    Run(3, 32932, u"出"_s);
+    EXPECT_EQ(m_tree.Noted, QStringList{u"x拷贝资源文件失败！"_s});
     Run(pTarget->GetId(), 32933, u"出"_s);
     EXPECT_EQ(m_tree.Noted, QStringList{u"x指定的文件夹不合法！"_s});
     Run(pTarget->GetId(), 32933, u"无"_s);

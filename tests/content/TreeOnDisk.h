@@ -167,7 +167,10 @@ public:
         const bool bCancel = buttons == BoxButtons::OkCancel;
         QChar sign = u'#';
         if (strTitle == u"提示" && bCancel == (icon == BoxIcon::Question))
-            sign = bCancel ? u'?' : icon == BoxIcon::Information ? u'i' : sign;
+            sign = bCancel                        ? u'?'
+                   : icon == BoxIcon::Information ? u'i'
+                   : icon == BoxIcon::Warning     ? u'!'
+                                                  : sign;
         else if (strTitle == u"警告" && !bCancel && icon == BoxIcon::Warning)
             sign = u'!';
         else if (strTitle == u"错误" && !bCancel && icon == BoxIcon::Stop)
