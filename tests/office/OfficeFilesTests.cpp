@@ -76,6 +76,19 @@ TEST_F(OfficeFiles, KnowsThemByTheirEnding) {
 }
 
 // A document with a name that a command line, an address and a page could each take amiss.
+TEST_F(OfficeFiles, EachKindNeedsItsModule) {
+    for (const QString& strFile :
+         {u"lo/program/soffice"_s, u"lo/share/registry/main.xcd"_s, u"lo/share/registry/writer.xcd"_s})
+        m_folder.Write(strFile, "x");
+    QFile::setPermissions(m_folder.Native(u"lo/program/soffice"_s), QFile::ReadOwner | QFile::ExeOwner);
+    qputenv("PATH", QFile::encodeName(m_folder.Native(u"lo/program"_s)) + ':' + m_oldPath);
+    EXPECT_TRUE(IsConverterInstalled() && IsConverterInstalled(u"a.doc"_s));
+    EXPECT_FALSE(IsConverterInstalled(u"a.xls"_s));
+    m_folder.Write(u"in.ppt"_s, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
+    EXPECT_EQ(SaveOfficeFileAsHtm(m_folder.Path(u"in.ppt"_s), m_folder.Path(u"out\\a.htm"_s)),
+              EConversion::NoConverter);
+}
+
 TEST_F(OfficeFiles, ADocumentBecomesOnePageWithItsPictures) {
     const QString strName = u"in\\第1章 \"绪 论\" & 'x' #1%20.rtf"_s;
     const QByteArray picture = "89504e470d0a1a0a0000000d4948445200000001000000010802000000907753de0000000c494"
