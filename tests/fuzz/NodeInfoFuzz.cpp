@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
             Check(steps[n].nParent < n && (steps[n].nParent >= 0 || n == 0), "parents come first");
             const NodeInfoRecord& record = records[steps[n].nRecord];
             const QString strPath = ImportedPath(record.Type, record.Path, 40);
-            Check(record.Type == 3 || record.Type == -1 || record.Type == 6 ||
+            Check(record.Type == -1 || strPath.contains(QLatin1String("://")) ||
                       !strPath.split(u'\\').contains(QLatin1String("..")),
                   "no path leads up");
         }
