@@ -21,6 +21,7 @@
 #include "platform/base/MediaTools.h"
 #include "platform/ui/ChineseTexts.h"
 #include "platform/ui/Pictures.h"
+#include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 #include "platform/ui/WebEngineLoader.h"
 #include "server/ui/TemplateDownloadDialog.h"
@@ -42,11 +43,6 @@ constexpr int c_nEndRetryMilliseconds = 200;
 constexpr int c_nSplashPicture = 369;
 /// Marks a dialog that was asked to go once.
 constexpr char c_szAskedToEnd[] = "askedToEnd";
-
-/// A step holds the thread, and only lets the windows be painted.
-bool IsThreadHeld() {
-    return CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning();
-}
 
 /// Counts the steps under way, so that neither the heartbeat nor the window's close comes between.
 class CBusy {

@@ -6,6 +6,7 @@
 #include "foundation/SysInfo.h"
 #include "platform/ui/DialogParts.h"
 #include "platform/ui/QtPeople.h"
+#include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QFrame>
@@ -176,7 +177,7 @@ void CInSiteLinkDialog::OnSelected() {
 }
 
 void CInSiteLinkDialog::ShowPreview() {
-    if (CWebBrowser2Ex::IsCallRunning() || CQtPeople::IsKeepingPainting()) {
+    if (IsThreadHeld()) {
         m_toShow.start(c_nRetryMs);
         return;
     }

@@ -101,7 +101,7 @@ void CEditorView::ShowNode() {
     if (!pThis || m_pNode != pNode)
         return;
     m_keeper.Close();
-    m_bInSource = m_bPageLost = m_bPreviewLoaded = false;
+    m_bInSource = m_bPageLost = m_bPreviewLost = m_bPreviewLoaded = false;
     m_recovered.invalidate();
     m_pSource->clear();
     SetMode(EMode::Design);
@@ -216,8 +216,10 @@ void CEditorView::SwitchTo(EMode mode) {
         return;
     const QPointer<CEditorView> pThis(this);
     // It is neither seen nor heard from here on, and its page need not be loaded for the next time.
-    if (m_mode == EMode::Preview)
+    if (m_mode == EMode::Preview) {
+        m_bPreviewLost = false;
         m_pPreview->ClearLater();
+    }
     bool bMoved = true;
     if (mode == EMode::Design && m_bInSource)
         bMoved = SwapToDesign();

@@ -70,6 +70,7 @@ private:
     void PutBack(const CPageKeeper::Text& text);
     void PageLost();
     void PreviewLost();
+    void LeavePreviewWhenFree();
     void RecoverWhenFree();
     void RecoverPage();
 
@@ -107,6 +108,8 @@ private:
     std::optional<KeptPage> m_takeUp;
     /// The preview stands at the page as it is on the disk.
     bool m_bPreviewLoaded = false;
+    /// The engine went away with the preview, and its tab still shows.
+    bool m_bPreviewLost = false;
     /// The engine went away with the page, and it has not been loaded anew.
     bool m_bPageLost = false;
     /// Since the page was loaded anew.

@@ -3,6 +3,7 @@
 #include "editor/KeptPageOffer.h"
 #include "editor/Texts.h"
 #include "editor/ui/EditorView.h"
+#include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QApplication>
@@ -21,6 +22,11 @@ constexpr int c_nRetryMilliseconds = 200;
 /// A page that takes the engine down again so soon would do it for ever.
 constexpr int c_nSoonMilliseconds = 10000;
 
+/// A box that came into a dialog or a step would not be read.
+bool IsFreeForBox() {
+    return !IsThreadHeld() && QApplication::activeModalWidget() == nullptr;
+}
+
 } // namespace
 
 void CEditorView::AskLiveText(const CPageKeeper::Answer& answer) {
@@ -31,9 +37,8 @@ void CEditorView::AskLiveText(const CPageKeeper::Answer& answer) {
     });
 }
 
-/// A box that came into a dialog or a step would not be read.
 void CEditorView::TellKeepFailure(const QString& strFailure) {
-    if (CWebBrowser2Ex::IsCallRunning() || QApplication::activeModalWidget() != nullptr)
+    if (!IsFreeForBox())
         QTimer::singleShot(c_nRetryMilliseconds, this, [this, strFailure] { TellKeepFailure(strFailure); });
     else if (m_keeper.IsOpen())
         m_people.Warn(EditorTexts::c_strKeepFailed.arg(strFailure));
@@ -83,16 +88,30 @@ void CEditorView::PageLost() {
     QTimer::singleShot(0, this, &CEditorView::RecoverWhenFree);
 }
 
-/// The text stands elsewhere: back to it.
 void CEditorView::PreviewLost() {
     if (m_mode != EMode::Preview)
         return;
+    m_bPreviewLost = true;
+    QTimer::singleShot(0, this, &CEditorView::LeavePreviewWhenFree);
+}
+
+/// The text stands elsewhere: back to it.
+void CEditorView::LeavePreviewWhenFree() {
+    if (!m_bPreviewLost)
+        return;
+    if (!IsFreeForBox()) {
+        QTimer::singleShot(c_nRetryMilliseconds, this, &CEditorView::LeavePreviewWhenFree);
+        return;
+    }
+    m_bPreviewLost = false;
+    const QPointer<CEditorView> pThis(this);
     m_pTabs->setCurrentIndex(static_cast<int>(m_bInSource ? EMode::Source : EMode::Design));
-    m_people.Warn(EditorTexts::c_strPreviewLost);
+    if (pThis)
+        m_people.Warn(EditorTexts::c_strPreviewLost);
 }
 
 void CEditorView::RecoverWhenFree() {
-    if (CWebBrowser2Ex::IsCallRunning() || QApplication::activeModalWidget() != nullptr)
+    if (!IsFreeForBox())
         QTimer::singleShot(c_nRetryMilliseconds, this, &CEditorView::RecoverWhenFree);
     else
         RecoverPage();

@@ -7,6 +7,7 @@
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/SysInfo.h"
+#include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QDesktopServices>
@@ -99,7 +100,7 @@ void CShowContentView::ClearWhenHidden() {
     QString strUrl;
     if (isVisible() || !m_pBrowser->GetURL(strUrl) || strUrl == QLatin1StringView("about:blank"))
         return;
-    if (CWebBrowser2Ex::IsCallRunning() || CQtPeople::IsKeepingPainting())
+    if (IsThreadHeld())
         QTimer::singleShot(c_nRetryMs, this, &CShowContentView::ClearWhenHidden);
     else
         m_pBrowser->NavigateAndWait(QStringLiteral("about:blank"));

@@ -1,7 +1,6 @@
 #include "platform/ui/InputGate.h"
 
-#include "platform/ui/QtPeople.h"
-#include "platform/ui/WebBrowser.h"
+#include "platform/ui/ThreadHeld.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -12,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -62,8 +62,7 @@ public:
 protected:
     void timerEvent(QTimerEvent* pEvent) override {
         while (!m_kept.empty()) {
-            if (CQtPeople::IsKeepingPainting() || CWebBrowser2Ex::IsCallRunning() ||
-                IsCutOff(m_kept.front().pWindow))
+            if (IsThreadHeld() || IsCutOff(m_kept.front().pWindow))
                 return;
             const KeptInput next = std::move(m_kept.front());
             m_kept.pop_front();
@@ -142,6 +141,12 @@ void CInputGate::SetActive(bool bActive) {
     if (bActive)
         m_pOuter = s_pActive;
     s_pActive = bActive ? this : m_pOuter;
+}
+
+CInputGate::CPause::CPause() : m_pHeld(std::exchange(s_pActive, nullptr)) {}
+
+CInputGate::CPause::~CPause() {
+    s_pActive = m_pHeld && m_pHeld->m_bActive ? m_pHeld.data() : nullptr;
 }
 
 bool CInputGate::IsOpen(QObject* pObject) const {

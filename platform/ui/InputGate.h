@@ -37,6 +37,19 @@ public:
 
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
+    /// While this stands, the gates that were active before hold nothing back: for a box that comes up in the
+    /// middle of a step, and is waited for.
+    class CPause {
+    public:
+        CPause();
+        ~CPause();
+        CPause(const CPause&) = delete;
+        CPause& operator=(const CPause&) = delete;
+
+    private:
+        QPointer<CInputGate> m_pHeld;
+    };
+
 private:
     bool IsOpen(QObject* pObject) const;
     bool IsDialogBelow(QObject* pObject) const;

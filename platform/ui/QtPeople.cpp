@@ -2,6 +2,7 @@
 
 #include "platform/base/NativePath.h"
 #include "platform/ui/FileFilter.h"
+#include "platform/ui/InputGate.h"
 #include "platform/ui/StatusWindow.h"
 #include "platform/ui/Texts.h"
 
@@ -138,6 +139,7 @@ SBox::SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, 
 }
 
 std::optional<BoxAnswer> SBox::Run() {
+    const CInputGate::CPause pause;
     pBox->exec();
     if (!pBox)
         return std::nullopt;

@@ -293,6 +293,28 @@ TEST_F(CPeople, ClosingTheDialogThatWaitsEndsTheWaitAtOnce) {
     }
 }
 
+TEST_F(CPeople, ABoxThatATimerOpensBehindTheStatusWindowCanBeAnswered) {
+    for (const bool bByKey : {false, true}) {
+        WaitFor(m_window, [&](QPushButton& cancel) {
+            const auto answer = [bByKey](QDialog& dialog) {
+                auto* pOk = dialog.findChild<QPushButton*>(u"ok"_s);
+                // Through the windows, as a person's input comes.
+                EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+                bByKey ? QTest::keyClick(dialog.windowHandle(), Qt::Key_Return)
+                       : QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {},
+                                           pOk->mapTo(&dialog, pOk->rect().center()));
+                EXPECT_FALSE(dialog.isVisible());
+                dialog.reject();
+            };
+            WhenDialogOpens(answer);
+            m_people.Warn(u"无法自动保留"_s);
+            // Behind the box the gate holds the step's window as before.
+            QTest::keyClick(m_window.windowHandle(), Qt::Key_Escape);
+            EXPECT_FALSE(cancel.isEnabled());
+        });
+    }
+}
+
 TEST_F(CPeople, AHandlerCalledWhilePaintingDoesNotComeInAgain) {
     int nDepth = 0, nCalls = 0;
     QTimer timer;
