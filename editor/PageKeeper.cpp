@@ -1,6 +1,10 @@
 #include "editor/PageKeeper.h"
 
+#include "course/Texts.h"
 #include "foundation/Exceptions.h"
+
+#include <exception>
+#include <new>
 
 namespace {
 
@@ -93,6 +97,10 @@ void CPageKeeper::Keep() {
             KeptPages::Write(page);
         } catch (const Torvane::CRunException& failure) {
             strFailure = failure.GetMessage();
+        } catch (const std::bad_alloc&) {
+            strFailure = CourseText::c_strSystemNoMemory;
+        } catch (const std::exception& failure) {
+            strFailure = QString::fromLocal8Bit(failure.what());
         }
         QMetaObject::invokeMethod(
             &m_context,
