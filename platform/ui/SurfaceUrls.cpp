@@ -124,7 +124,11 @@ QString FindOnDisk(const QUrl& url) {
     const QString strPath = UrlToPath(url);
     if (strPath.isEmpty())
         return {};
-    for (const QString& strCandidate : {strPath, Decode(strPath)}) {
+    // PathToFileUrl escapes a blank and "#" twice, and "%" once.
+    QString strAsWritten = strPath;
+    strAsWritten.replace(QLatin1String("%20"), QLatin1String(" "))
+        .replace(QLatin1String("%23"), QLatin1String("#"));
+    for (const QString& strCandidate : {strPath, strAsWritten, Decode(strPath)}) {
         const QString strNative = Platform::ToNative(strCandidate);
         if (QFileInfo::exists(strNative))
             return strNative;

@@ -1,5 +1,6 @@
 #include "editor/ui/DisplayViews.h"
 
+#include "foundation/Urls.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 #include "tests/support/WindowHelp.h"
@@ -81,7 +82,7 @@ TEST_F(DisplayViewsTest, ALinkOfANodeShowsItsPlaceInThePage) {
     pView->ShowNode();
     QString strUrl;
     Child<CWebBrowser2Ex>(*pView, u"content"_s).GetURL(strUrl);
-    EXPECT_EQ(strUrl, u"file://"_s + pPage->GetContentPath() + u"#b"_s);
+    EXPECT_EQ(strUrl, Torvane::File::PathToDocumentUrl(pPage->GetContentPath()) + u"#b"_s);
 }
 
 TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {

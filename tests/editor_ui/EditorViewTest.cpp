@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -115,10 +116,16 @@ TEST_F(EditorViewTest, ALinkIntoTheCourseTakesTheSelectionsPlace) {
     Action(32823).trigger();
     // A person's hand comes between the calls of the preview, never inside one.
     QTimer hand;
+    QElapsedTimer waited;
+    waited.start();
     QObject::connect(&hand, &QTimer::timeout, &hand, [&] {
-        const QWidget* pDialog = QApplication::activeModalWidget();
+        QWidget* pDialog = QApplication::activeModalWidget();
         if (pDialog == nullptr || CWebBrowser2Ex::IsCallRunning())
             return;
+        if (waited.elapsed() > 20000) {
+            pDialog->close();
+            return;
+        }
         auto& tree = *pDialog->findChild<QTreeView*>(u"nodes"_s);
         tree.setCurrentIndex(static_cast<CBookTree*>(tree.model())->Find(pOther->GetId()));
         if (pDialog->findChild<QLineEdit*>(u"location"_s)->text().endsWith(u".htm"_s))

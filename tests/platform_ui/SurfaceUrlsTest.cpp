@@ -37,6 +37,10 @@ TEST(SurfaceUrls, WhatTheEngineLoads) {
          {strPath, folder.Path(u"a B\\content.HTM"_s), folder.Native(u"A b\\Content.htm"_s),
           QString(u"file://"_s + strPath), Torvane::File::PathToFileUrl(strPath)})
         EXPECT_EQ(SurfaceUrls::EngineUrl(strTarget), file) << strTarget.toStdString();
+    const QString strEscapes = u"100%25 #\\C d.htm"_s;
+    folder.Write(strEscapes, "x");
+    EXPECT_EQ(SurfaceUrls::EngineUrl(Torvane::File::PathToFileUrl(folder.Path(strEscapes))),
+              QUrl::fromLocalFile(folder.Native(strEscapes)));
     QUrl place = file;
     place.setFragment(u"a"_s);
     EXPECT_EQ(SurfaceUrls::EngineUrl(SurfaceUrls::PathToReference(strPath) + u"#a"_s), place);
