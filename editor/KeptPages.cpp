@@ -14,7 +14,7 @@
 #include <QUuid>
 
 #include <algorithm>
-#include <optional>
+#include <exception>
 
 using namespace Qt::StringLiterals;
 using namespace Torvane::File;
@@ -25,6 +25,15 @@ namespace {
 
 const QByteArray c_head = "<!DOCTYPE html><meta charset=utf-8><!-- vorel-unsaved ";
 const QByteArray c_headEnd = " -->\n";
+/// A course comes from anybody: no more is read at a time, in files and in bytes.
+constexpr qsizetype c_nMaxFiles = 100;
+constexpr quint64 c_nMaxBytes = 200 * 1024 * 1024;
+/// A title becomes a file's name, and stands in a box.
+constexpr qsizetype c_nMaxTitle = 60;
+
+QString PrefixOf(qint32 nNode) {
+    return u"N%1-"_s.arg(nNode);
+}
 
 QString FolderOf(const CCoursePaths& paths) {
     return paths.GetDataFolder(true) + u"Unsaved\\"_s;
@@ -54,7 +63,7 @@ std::optional<KeptPage> ReadOne(const QString& strPath) {
     KeptPage page;
     page.strPath = strPath;
     page.nNode = about[u"node"].toInt(-1);
-    page.strTitle = about[u"title"].toString();
+    page.strTitle = about[u"title"].toString().left(c_nMaxTitle);
     page.Time = QDateTime::fromString(about[u"time"].toString(), Qt::ISODate).toLocalTime();
     page.PageHash = about[u"page"].toString().toLatin1();
     page.bInSource = about[u"source"].toBool();
@@ -66,18 +75,26 @@ std::optional<KeptPage> ReadOne(const QString& strPath) {
 
 class CCollector : public IFileVisitor {
 public:
+    explicit CCollector(const QString& strPrefix) : m_strPrefix(strPrefix) {}
+
     void Visit(const QString& strPath, const FindRecord& record) override {
-        if (record.strName.startsWith(u'N') && IsHtmlFile(strPath))
-            Paths.append(strPath);
+        if (Paths.size() == c_nMaxFiles || !record.strName.startsWith(m_strPrefix) || !IsHtmlFile(strPath) ||
+            record.nSize > c_nMaxBytes - m_nBytes)
+            return;
+        m_nBytes += record.nSize;
+        Paths.append(strPath);
     }
     QStringList Paths;
+
+private:
+    QString m_strPrefix;
+    quint64 m_nBytes = 0;
 };
 
 } // namespace
 
 QString NewPath(const CCoursePaths& paths, qint32 nNode) {
-    return FolderOf(paths) +
-           u"N%1-%2.htm"_s.arg(QString::number(nNode), QUuid::createUuid().toString(QUuid::Id128).left(8));
+    return FolderOf(paths) + PrefixOf(nNode) + QUuid::createUuid().toString(QUuid::Id128).left(8) + u".htm"_s;
 }
 
 void Write(const KeptPage& page) {
@@ -85,12 +102,13 @@ void Write(const KeptPage& page) {
     ReplaceFile(page.strPath, HeadOf(page) + page.strHtml.toUtf8());
 }
 
-QList<KeptPage> Read(const CCoursePaths& paths) {
-    CCollector files;
+QList<KeptPage> Read(const CCoursePaths& paths, std::optional<qint32> onlyNode) {
+    CCollector files(onlyNode ? PrefixOf(*onlyNode) : u"N"_s);
     WalkFolder(FolderOf(paths), &files, nullptr, nullptr, false, nullptr, true);
     QList<KeptPage> pages;
     for (const QString& strPath : files.Paths) {
-        if (const auto page = ReadOne(strPath))
+        const auto page = ReadOne(strPath);
+        if (page && page->nNode == onlyNode.value_or(page->nNode))
             pages.append(*page);
     }
     std::stable_sort(pages.begin(), pages.end(),
@@ -102,6 +120,8 @@ void Remove(const QString& strPath) {
     try {
         DeleteOneFile(strPath, true);
     } catch (const Torvane::CRunException&) {
+        return;
+    } catch (const std::exception&) {
         return;
     }
 }

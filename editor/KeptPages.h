@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 /// The text of a page as it was being edited. It stands beside the course from the first seconds of editing
 /// until the page is saved or given up, so that a crash or a power cut costs no work.
 struct KeptPage {
@@ -34,8 +36,9 @@ QString NewPath(const CCoursePaths& paths, qint32 nNode);
 /// course that stands. May run on any thread. Throws Torvane::File::CFileException.
 void Write(const KeptPage& page);
 
-/// All of a course, newest first. What can't be read, or is no kept page, is passed over.
-QList<KeptPage> Read(const CCoursePaths& paths);
+/// All of a course, or one node's, newest first. What can't be read, or is no kept page, is passed over, and
+/// so is, for this time, what goes beyond a hundred files or 200 MB.
+QList<KeptPage> Read(const CCoursePaths& paths, std::optional<qint32> onlyNode = std::nullopt);
 
 /// Removes the file. One that can't be removed stays, and will be offered once more.
 void Remove(const QString& strPath);
@@ -43,8 +46,8 @@ void Remove(const QString& strPath);
 /// MD5 of the file's bytes; empty when there is none.
 QByteArray HashOfPage(const QString& strPagePath);
 
-/// Puts the text into a page of its own, "<course>\未保存的网页\<title>.htm", for a node that is gone; its
-/// path. Throws Torvane::CRunException.
+/// Puts the text into a page of its own, "<course>\未保存的网页\<title>.htm", where its node is gone or can't
+/// take it; its path. Throws Torvane::CRunException.
 QString PutBeside(const KeptPage& page, const CCoursePaths& paths);
 
 } // namespace KeptPages

@@ -44,6 +44,12 @@ inline const QString c_strKeptPageChanged =
     QStringLiteral("\n\n注意：此后该栏目的网页又改动过，保存时将被这些内容替换。");
 inline const QString c_strKeptNodeGone =
     QStringLiteral("栏目“%1”已不存在，或者不再是网页。%2 保留下的未保存内容已另存为：\n%3");
+inline const QString c_strKeptNodesGone = QStringLiteral(
+    "有 %1 份保留下的未保存内容，其栏目已不存在，或者不再是网页。这些内容已另存到：\n%2\n\n%3");
+inline const QString c_strKeptLine = QStringLiteral("%1（%2）");
+inline const QString c_strMoreLines = QStringLiteral("……");
+inline const QString c_strKeptTooLong =
+    QStringLiteral("栏目“%1”于 %2 保留下的未保存内容过长，无法放回编辑器，已另存为：\n%3");
 inline const QString c_strRescueFolder = QStringLiteral("未保存的网页");
 inline const QString c_strKeepFailed =
     QStringLiteral("正在编辑的内容无法自动保留，如果断电或者程序意外结束，未保存的内容会丢失，"

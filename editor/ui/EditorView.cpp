@@ -27,19 +27,6 @@ constexpr int c_nMaxSource = 8'000'000;
 /// Nor more in one line, which is laid out as a whole.
 constexpr qsizetype c_nMaxSourceLine = 1'000'000;
 
-bool FitsSourceBox(const QString& strText) {
-    if (strText.size() > c_nMaxSource)
-        return false;
-    qsizetype nStart = 0;
-    while (strText.size() - nStart > c_nMaxSourceLine) {
-        const qsizetype nEnd = strText.lastIndexOf(u'\n', nStart + c_nMaxSourceLine);
-        if (nEnd < nStart)
-            return false;
-        nStart = nEnd + 1;
-    }
-    return true;
-}
-
 } // namespace
 
 CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
@@ -234,6 +221,19 @@ void CEditorView::SwitchTo(EMode mode) {
     const EMode live = m_bInSource ? EMode::Source : EMode::Design;
     SetMode(bMoved ? mode : live);
     FocusLive();
+}
+
+bool CEditorView::FitsSourceBox(const QString& strText) {
+    if (strText.size() > c_nMaxSource)
+        return false;
+    qsizetype nStart = 0;
+    while (strText.size() - nStart > c_nMaxSourceLine) {
+        const qsizetype nEnd = strText.lastIndexOf(u'\n', nStart + c_nMaxSourceLine);
+        if (nEnd < nStart)
+            return false;
+        nStart = nEnd + 1;
+    }
+    return true;
 }
 
 bool CEditorView::SwapToSource() {

@@ -67,7 +67,8 @@ private:
     void AskLiveText(const CPageKeeper::Answer& answer);
     void TellKeepFailure(const QString& strFailure);
     void BeginKeeping(bool bEditing);
-    void PutBack(const CPageKeeper::Text& text);
+    bool PutBack(const CPageKeeper::Text& text);
+    static bool FitsSourceBox(const QString& strText);
     void PageLost();
     void PreviewLost();
     void LeavePreviewWhenFree();

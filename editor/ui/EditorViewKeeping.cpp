@@ -64,20 +64,27 @@ void CEditorView::BeginKeeping(bool bEditing) {
     m_keeper.Open(about);
     if (kept) {
         m_keeper.TakeUp(*kept);
-        PutBack({kept->strHtml, kept->bInSource});
+        const bool bBack = PutBack({kept->strHtml, kept->bInSource});
+        if (!pThis || bBack || m_pNode == nullptr || m_pNode->GetId() != nNode)
+            return;
+        // Its file is left to the text, and the page goes on with what it has on disk.
+        m_keeper.Open(about);
+        kept->strTitle = about.strTitle;
+        PutTooLongBeside(*kept, course, m_people);
     }
 }
 
-/// Into the surface, or where that can't take it, into the source box: it holds any text.
-void CEditorView::PutBack(const CPageKeeper::Text& text) {
+/// Into the surface, or where that can't take it, into the source box; false when that has no room either.
+bool CEditorView::PutBack(const CPageKeeper::Text& text) {
     const QPointer<CEditorView> pThis(this);
     if (!text.bInSource && m_pDesign->SetBrowserBodyInnerHTML(text.strHtml))
-        return;
-    if (!pThis)
-        return;
+        return true;
+    if (!pThis || !FitsSourceBox(text.strHtml))
+        return false;
     m_pSource->setPlainText(text.strHtml);
     m_bInSource = true;
     SetMode(EMode::Source);
+    return true;
 }
 
 void CEditorView::PageLost() {
@@ -130,12 +137,23 @@ void CEditorView::RecoverPage() {
                         m_pDesign->SetBrowserDesignMode(true);
     if (!pThis || !m_keeper.IsOpen())
         return;
+    bool bBack = true;
     if (!m_bInSource && (bUnsaved || !bShown)) {
         text.bInSource = !bShown;
-        PutBack(text);
+        bBack = PutBack(text);
     }
-    if (!pThis)
+    if (!pThis || m_pNode == nullptr)
         return;
+    if (!bBack) {
+        KeptPage page;
+        page.strTitle = m_pNode->GetTitle();
+        page.Time = QDateTime::currentDateTime();
+        page.strHtml = text.strHtml;
+        // It stays kept as well: the surface now holds another text, or none.
+        m_keeper.Close();
+        PutTooLongBeside(page, m_pNode->GetCourse(), m_people);
+        return;
+    }
     m_people.Warn(m_bInSource && !bShown ? EditorTexts::c_strPageInSource : EditorTexts::c_strPageRecovered);
     if (pThis)
         FocusLive();

@@ -163,6 +163,29 @@ TEST_F(KeptPagesTest, TheTextOfANodeThatIsGoneIsPutBesideTheCourse) {
     EXPECT_TRUE(file.readAll().endsWith("<p>全部</p>"));
 }
 
+TEST_F(KeptPagesTest, ManyTextsOfAStrangersCourseAreToldInOneBox) {
+    const auto pHere = MakePage(u"在"_s);
+    const KeptPage own = About(*pHere, u"<p>own</p>"_s);
+    KeptPages::Write(own);
+    KeptPage gone = About(*pHere, u"<p>x</p>"_s);
+    gone.Time = QDateTime(QDate(2020, 1, 2), QTime(3, 4));
+    for (int n = 0; n < 120; ++n) {
+        gone.nNode = 1000 + n;
+        gone.strTitle = u"无"_s.repeated(500);
+        gone.strPath = KeptPages::NewPath(Paths(), gone.nNode);
+        KeptPages::Write(gone);
+    }
+    // The others are neither read nor told of where one page is opened.
+    m_world.People.Expect(Question(own), BoxAnswer::No);
+    EXPECT_FALSE(Offer(pHere->GetId()));
+    const QString strLine = u"无"_s.repeated(60) + u"（2020-01-02 03:04）\n"_s;
+    m_world.People.Expect(
+        u"有 100 份保留下的未保存内容，其栏目已不存在，或者不再是网页。这些内容已另存到：\n%1\n\n%2……"_s.arg(
+            m_world.Folder.Native(CCourseWorld::InCourse(u"未保存的网页"_s)), strLine.repeated(10)));
+    EXPECT_FALSE(Offer());
+    EXPECT_EQ(KeptPages::Read(Paths()).size(), 20) << "another time";
+}
+
 /// Runs in a process of its own, which the test below kills.
 TEST(KeptPagesVictim, DISABLED_KeepsOnKeeping) {
     KeptPage about;

@@ -187,4 +187,28 @@ TEST_F(EditorKeepingTest, AKeptTextGoesOnInTheEditorUntilThePersonDecides) {
     }
 }
 
+TEST_F(EditorKeepingTest, AKeptTextThatTheSourceBoxHasNoRoomForIsPutBesideTheCourse) {
+    Open("<p>saved</p>");
+    EXPECT_TRUE(m_view.LeaveNode(true));
+    KeptPage kept;
+    kept.nNode = m_pNode->GetId();
+    kept.strPath = KeptPages::NewPath(m_world.pCourse->GetPaths(), kept.nNode);
+    kept.Time = QDateTime(QDate(2020, 1, 2), QTime(3, 4));
+    kept.bInSource = true;
+    kept.strHtml = QString(9'000'000, u'x');
+    KeptPages::Write(kept);
+    m_view.TakeUpNext(kept);
+    const QString strTitle = m_pNode->GetTitle();
+    const QString strPlace = CCourseWorld::InCourse(u"未保存的网页\\%1.htm"_s.arg(strTitle));
+    m_world.People.Expect(
+        u"栏目“%1”于 2020-01-02 03:04 保留下的未保存内容过长，无法放回编辑器，已另存为：\n%2"_s.arg(
+            strTitle, m_world.Folder.Native(strPlace)));
+    OpenAgain();
+    EXPECT_EQ(Html(), u"<p>saved</p>"_s);
+    EXPECT_TRUE(m_world.Folder.Read(strPlace).endsWith("xxx"));
+    EXPECT_TRUE(Kept().isEmpty());
+    EXPECT_TRUE(m_view.LeaveNode(true));
+    EXPECT_EQ(OnDisk(), u"<p>saved</p>"_s);
+}
+
 } // namespace
