@@ -39,12 +39,9 @@ QString FileUrlToPath(const QString& strUrl) {
     else
         return str;
     str.replace(u'/', u'\\');
-    for (const Escape& escape : c_escapes) {
-        const QString strPlain = QString::fromUtf16(escape.szPlain);
-        const QString strCoded = QString::fromUtf16(escape.szCoded);
-        str.replace(strCoded, strPlain);
-        str.replace(LowerAscii(strCoded), strPlain);
-    }
+    // Once each: a second pass would decode the "%25" that "%2525" stands for.
+    for (const Escape& escape : c_escapes)
+        str.replace(LowerAscii(QString::fromUtf16(escape.szCoded)), QString::fromUtf16(escape.szPlain));
     return str;
 }
 

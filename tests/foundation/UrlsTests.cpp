@@ -37,7 +37,8 @@ TEST(Urls, KeepTheirOrderOfEscapes) {
         {u"http://Host/A%20"_s, u"http://host/a%20"_s},
         {u"file:///z:/É%5E%26%5B%5d%7B%7d"_s, u"z:\\É^&[]{}"_s},
         // "%25" is taken after "%20" and before the rest.
-        {u"file:///z:/a%2520b%255B"_s, u"z:\\a%20b["_s}};
+        {u"file:///z:/a%2520b%255B"_s, u"z:\\a%20b["_s},
+        {u"file://Z:\\100%2525\\x"_s, u"z:\\100%25\\x"_s}};
     for (const auto& [strUrl, strPath] : toPath)
         EXPECT_EQ(FileUrlToPath(strUrl), strPath);
     const std::pair<QString, QString> toUrl[] = {
