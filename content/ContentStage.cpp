@@ -17,7 +17,13 @@ namespace {
 
 /// Where an exchange in more than one step lays the node's folder meanwhile.
 const QString c_strAside = u".old"_s;
-const QRegularExpression c_besideNode(u"^~N(\\d{1,9})(\\[\\d+\\])?(\\.old)*$"_s);
+const QRegularExpression c_besideNode(u"^N(\\d{1,9})(\\[\\d+\\])?(\\.old)*$"_s);
+
+/// Where all stages stand, on the volume of the nodes' folders. A folder of their own, so that nobody has to
+/// look for what a crash left among a hundred thousand nodes.
+QString StagesOf(const CCourse& course) {
+    return course.GetPaths().GetNodeResourceFolder(true) + u"~\\"_s;
+}
 
 /// What stands in the folder of the node with that stored path, below it; empty where the content is no file
 /// of the node's own.
@@ -55,12 +61,17 @@ void MendBeside(const CBookNode& node, const QStringList& beside, IWalkFilter* p
     }
 }
 
+void RemoveIfEmpty(const QString& strStages) {
+    if (IsFolderEmpty(strStages))
+        TryDeleteFolder(WithoutBackslash(strStages));
+}
+
 } // namespace
 
 CContentStage::CContentStage(const CBookNode& node) : m_strNodeFolder(node.GetFolder()) {
     node.EnsureFolder();
-    const QString strPlace = AddBackslash(ParentFolder(WithoutBackslash(m_strNodeFolder)));
-    const QString strName = u'~' + BareName(WithoutBackslash(m_strNodeFolder));
+    const QString strPlace = StagesOf(node.GetCourse());
+    const QString strName = BareName(WithoutBackslash(m_strNodeFolder));
     QStringList beside{strPlace + strName + c_strAside, strPlace + strName};
     beside.removeIf([](const QString& strFolder) { return !IsFolder(strFolder); });
     if (!beside.isEmpty())
@@ -79,19 +90,22 @@ void CContentStage::Exchange() {
 }
 
 void CContentStage::Remove() const {
-    if (!m_bHoldsOld)
-        TryDeleteFolder(WithoutBackslash(m_strFolder));
+    if (m_bHoldsOld)
+        return;
+    TryDeleteFolder(WithoutBackslash(m_strFolder));
+    RemoveIfEmpty(ParentFolder(WithoutBackslash(m_strFolder)));
 }
 
 void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {
-    const QString strPlace = course.GetPaths().GetNodeResourceFolder(true);
+    const QString strPlace = StagesOf(course);
     Platform::CFolder folder;
     std::vector<Platform::CFolderEntry> entries;
-    if (folder.Open(Platform::NativeBytes(strPlace)) != 0 || folder.List(entries) != 0)
+    // By its exact name: looking for it in other letter cases would read all nodes' folders.
+    if (folder.Open(Platform::ToNativeExact(strPlace).toUtf8()) != 0 || folder.List(entries) != 0)
         return;
     QMap<qint32, QStringList> besideNodes;
     for (const Platform::CFolderEntry& entry : entries) {
-        if (entry.eType != Platform::EEntryType::Folder || !entry.name.startsWith('~'))
+        if (entry.eType != Platform::EEntryType::Folder)
             continue;
         const QString strName = QString::fromUtf8(entry.name);
         const QRegularExpressionMatch match = c_besideNode.match(strName);
@@ -107,4 +121,5 @@ void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {
             // The next content of the node tries again, and says why.
         }
     }
+    RemoveIfEmpty(strPlace);
 }

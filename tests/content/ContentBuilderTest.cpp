@@ -176,15 +176,15 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
         QString strBefore;
         QString strAfter;
     } cases[] = {
-        {u"old"_s, u"N#/new ~N#/old"_s, u"N#/old"_s},
-        {u"old"_s, u"N#/old ~N#/half"_s, u"N#/old"_s},
-        {u"new"_s, u"N#/new ~N#/old"_s, u"N#/new"_s},
-        {u"old"_s, u"~N#/new ~N#.old/old"_s, u"N#/old"_s},
-        {u"old"_s, u"N#/new ~N#.old/old"_s, u"N#/old"_s},
-        {u"new"_s, u"~N#/new ~N#.old/old"_s, u"N#/new"_s},
-        {{}, u"~N#/new ~N#.old/old"_s, u"N#/old"_s},
-        {{}, u"~N#/half"_s, {}},
-        {u"gone"_s, u"N#/a ~N#/b ~N#.old/c"_s, u"N#/a ~N#/b ~N#.old/c"_s},
+        {u"old"_s, u"N#/new ~/N#/old"_s, u"N#/old"_s},
+        {u"old"_s, u"N#/old ~/N#/half"_s, u"N#/old"_s},
+        {u"new"_s, u"N#/new ~/N#/old"_s, u"N#/new"_s},
+        {u"old"_s, u"~/N#/new ~/N#.old/old"_s, u"N#/old"_s},
+        {u"old"_s, u"N#/new ~/N#.old/old"_s, u"N#/old"_s},
+        {u"new"_s, u"~/N#/new ~/N#.old/old"_s, u"N#/new"_s},
+        {{}, u"~/N#/new ~/N#.old/old"_s, u"N#/old"_s},
+        {{}, u"~/N#/half"_s, {}},
+        {u"gone"_s, u"N#/a ~/N#/b ~/N#.old/c"_s, u"N#/a ~/N#/b ~/N#.old/c"_s},
     };
     const QString strAll = m_disk.NodePath(0).section(u'\\', 0, -3);
     for (const auto& [strRow, strBefore, strAfter] : cases) {
@@ -202,7 +202,7 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
             else
                 CContentStage{*pNode};
             QStringList left;
-            for (const QString& strFolder : {u"N#"_s, u"~N#"_s, u"~N#.old"_s}) {
+            for (const QString& strFolder : {u"N#"_s, u"~/N#"_s, u"~/N#.old"_s}) {
                 const QString strFiles =
                     Below(m_disk.Folder.Native(strAll) + u'/' + QString(strFolder).replace(u"N#"_s, strNode));
                 if (!strFiles.isEmpty())
