@@ -2,14 +2,11 @@
 // painted, a keystroke until its letter is on the screen, and the longest time in which the interface stood
 // still while the text was being kept. Medians and worst of some rounds, in milliseconds.
 // Usage: bench_editor [SIZES IN KB...]; needs a display.
-#include "bench/Nobody.h"
+#include "bench/BenchCourse.h"
 #include "bench/Rounds.h"
-#include "course/TemplateStore.h"
 #include "editor/ui/EditorView.h"
 #include "foundation/CodePage.h"
-#include "foundation/SysInfo.h"
 #include "foundation/TextFile.h"
-#include "platform/base/NativePath.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QApplication>
@@ -71,25 +68,6 @@ public:
     void SelectNode(qint32) override {}
     void RunCommand(int) override {}
 };
-
-/// A new course, open, made by an installation of its own in the folder.
-std::unique_ptr<CCourse> MakeCourse(const QString& strFolder, const CourseServices& services) {
-    const QString strData = strFolder + u"/program/SysData"_s;
-    QDir().mkpath(strData);
-    QFile::link(QStringLiteral(VOREL_SEED_DATA), strData + u"/Data"_s);
-    for (const QString& strName : {u"VorelTemplates"_s, u"SelfDefineTitle.ini"_s, u"Images"_s})
-        QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName, strData + u'/' + strName);
-    CSysInfo::Reset(Platform::FromNative(strFolder + u"/program/Vorel"_s));
-    QStringList templates;
-    CTemplateStore(CSysInfo::Instance().GetTemplatesFolder(false)).ListTemplates(templates);
-    CreateRecord record{{7, u"物理"_s, u"王老师"_s}, u"课"_s, {}, {}, templates.value(0)};
-    record.Folder = Platform::FromNative(strFolder + u"/course"_s);
-    const QString strProject = record.Folder + u"\\课.vcp"_s;
-    CCourse(strProject, services).Create(record);
-    auto pCourse = std::make_unique<CCourse>(strProject, services);
-    pCourse->Open();
-    return pCourse;
-}
 
 double Since(const QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;

@@ -117,11 +117,6 @@ QString NewOfficeFile(EOfficeKind kind, bool bAsWebPage, const QString& strFolde
 
 // External files.
 
-bool IsWebPage(const QString& strPath) {
-    const QString strExtension = LowerAscii(Extension(strPath));
-    return strExtension == u".htm" || strExtension == u".html";
-}
-
 /// The page and its folder once more, under their own names, by which the page finds it. A saved presentation
 /// opens by its frame.
 QString CopyPageWithFiles(const Recipes::ExternalFile& page, const QString& strFolder, IWalkFilter* pFilter,
@@ -232,7 +227,7 @@ ContentRecipe EditorPage(const QString& strTemplate, const QString& strPage, qin
 }
 
 QString FilesFolderOf(const QString& strPage) {
-    return IsWebPage(strPage) ? strPage.chopped(Extension(strPage).size()) + c_strFilesExtension : QString();
+    return IsHtmlFile(strPage) ? strPage.chopped(Extension(strPage).size()) + c_strFilesExtension : QString();
 }
 
 QString CopyExternalFile(const ExternalFile& file, const QString& strFolder, IWalkFilter* pFilter,

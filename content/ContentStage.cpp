@@ -25,6 +25,12 @@ QString StagesOf(const CCourse& course) {
     return course.GetPaths().GetNodeResourceFolder(true) + u"~\\"_s;
 }
 
+/// Once nothing stands in it. By the system's own call, which refuses a folder that holds anything: a stage
+/// may hold the only copy of somebody's content.
+void RemoveStagesFolder(const QString& strStages) {
+    Platform::RemoveFolder(Platform::ToNativeExact(WithoutBackslash(strStages)).toUtf8());
+}
+
 /// What stands in the folder of the node with that stored path, below it; empty where the content is no file
 /// of the node's own.
 QString BelowNode(const QString& strNode, const QString& strStored) {
@@ -61,11 +67,6 @@ void MendBeside(const CBookNode& node, const QStringList& beside, IWalkFilter* p
     }
 }
 
-void RemoveIfEmpty(const QString& strStages) {
-    if (IsFolderEmpty(strStages))
-        TryDeleteFolder(WithoutBackslash(strStages));
-}
-
 } // namespace
 
 CContentStage::CContentStage(const CBookNode& node) : m_strNodeFolder(node.GetFolder()) {
@@ -93,7 +94,7 @@ void CContentStage::Remove() const {
     if (m_bHoldsOld)
         return;
     TryDeleteFolder(WithoutBackslash(m_strFolder));
-    RemoveIfEmpty(ParentFolder(WithoutBackslash(m_strFolder)));
+    RemoveStagesFolder(ParentFolder(WithoutBackslash(m_strFolder)));
 }
 
 void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {
@@ -121,5 +122,5 @@ void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {
             // The next content of the node tries again, and says why.
         }
     }
-    RemoveIfEmpty(strPlace);
+    RemoveStagesFolder(strPlace);
 }

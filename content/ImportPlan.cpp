@@ -58,7 +58,7 @@ private:
             return m_plan.LeaveOut(strPath, ContentText::c_strNameNoText);
         if (IsPathTooLong(strPath))
             return m_plan.LeaveOut(strPath, ContentText::c_strPathTooLong);
-        const bool bPage = !entry.bFolder && IsPage(entry.strName);
+        const bool bPage = !entry.bFolder && IsHtmlFile(entry.strName);
         m_plan.Entries.append({strPath, FileTitle(entry.strName), entry.bFolder, level.nParent, entry.nSize,
                                bPage && level.folders.contains(FilesFolderOf(entry.strName))});
         // A folder that can't be read becomes a node all the same.
@@ -85,10 +85,6 @@ private:
         return true;
     }
 
-    static bool IsPage(const QString& strName) {
-        const QString strExtension = LowerAscii(Extension(strName));
-        return strExtension == u".htm" || strExtension == u".html";
-    }
     static QString FilesFolderOf(const QString& strPage) {
         return LowerAscii(FileTitle(strPage)) + c_strFilesExtension;
     }

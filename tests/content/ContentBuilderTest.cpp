@@ -211,6 +211,11 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
             EXPECT_EQ(left.join(u' '), strAfter) << strBefore.toStdString() << bAtOpening;
         }
     }
+    // Nothing of one node's is taken along by another's.
+    const QString strOther = strAll + u"\\~\\N99999\\only copy"_s;
+    m_disk.Folder.Write(strOther, "x");
+    { const CContentStage stage(*m_pNode); }
+    EXPECT_TRUE(QFile::exists(m_disk.Folder.Native(strOther)));
     // The store refused, and the folders could not be exchanged back.
     m_pNode->CreateEditorPage(0);
     const QString strBefore = Files();

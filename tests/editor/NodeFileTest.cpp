@@ -76,8 +76,6 @@ TEST_F(NodeFileTest, ACopyIsSavedOrTheReasonTold) {
 // The document must be there until the page is, whatever goes wrong, and nothing may stay in the folder that
 // all courses share.
 TEST_F(NodeFileTest, ADocumentBecomesAPageAsAWholeOrNotAtAll) {
-    if (!Torvane::Office::IsConverterInstalled())
-        GTEST_SKIP() << "no converter";
     QFile sample(QStringLiteral(VOREL_DELIVERED_DATA "/OfficeTemplate/Template.doc"));
     ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
     const QByteArray document = sample.readAll();
