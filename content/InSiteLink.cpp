@@ -19,27 +19,9 @@ constexpr QLatin1StringView c_strFile("file://");
 constexpr QLatin1StringView c_strFramePage("frame.htm");
 constexpr QLatin1StringView c_strWrapperPage("torvaneframe.htm");
 
-/// A path with what follows it from "#" on.
-struct FileAndFragment {
-    QString strFile;
-    QString strFragment;
-};
-
-/// A stored link joins both without an escape, and a file's name may hold a "#" as well: the disk tells.
-FileAndFragment SplitStored(const QString& strPath) {
-    if (IsFile(strPath))
-        return {strPath, {}};
-    for (qsizetype n = strPath.indexOf(u'#'); n >= 0; n = strPath.indexOf(u'#', n + 1)) {
-        if (IsFile(strPath.left(n)))
-            return {strPath.left(n), strPath.mid(n)};
-    }
-    const qsizetype nFirst = strPath.indexOf(u'#');
-    return nFirst < 0 ? FileAndFragment{strPath, {}}
-                      : FileAndFragment{strPath.left(nFirst), strPath.mid(nFirst)};
-}
-
 FileAndFragment ContentOf(const CBookNode& node, const QString& strPath) {
-    return node.GetType() == NodeType::c_nInSiteLink ? SplitStored(strPath) : FileAndFragment{strPath, {}};
+    return node.GetType() == NodeType::c_nInSiteLink ? SplitLink(strPath, IsFile)
+                                                     : FileAndFragment{strPath, {}};
 }
 
 bool IsUrl(const QString& strText) {

@@ -66,4 +66,15 @@ QString MakeRelativeUrl(const QString& strUrl, const QString& strBaseFolder) {
     return strBelow.replace(u'\\', u'/');
 }
 
+FileAndFragment SplitLink(const QString& strLink, const std::function<bool(const QString&)>& isFile) {
+    const qsizetype nFirst = strLink.indexOf(u'#');
+    if (nFirst < 0 || isFile(strLink))
+        return {strLink, {}};
+    for (qsizetype n = nFirst; n >= 0; n = strLink.indexOf(u'#', n + 1)) {
+        if (isFile(strLink.left(n)))
+            return {strLink.left(n), strLink.mid(n)};
+    }
+    return {strLink.left(nFirst), strLink.mid(nFirst)};
+}
+
 } // namespace Torvane::File

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 /// Conversion between paths and "file:" URLs, and what a link inside a course becomes. Paths are in backslash
 /// form. The two directions keep their own order of escapes on purpose and are no exact inverse of each
 /// other: a blank becomes "%2520".
@@ -17,9 +19,8 @@ QString FileUrlToPath(const QString& strUrl);
 QString PathToFileUrl(const QString& strPath);
 
 /// "file://Z:\…\Content.htm", as a document tells its own URL: only "%" and "#" are escaped, so that the
-/// first
-/// "#" begins the fragment that may follow. FileUrlToPath gives the path back, in lower case. Inline, since
-/// the engine's module, which links no foundation, speaks of documents too.
+/// first "#" begins the fragment that may follow. FileUrlToPath gives the path back, in lower case. Inline,
+/// since the engine's module, which links no foundation, speaks of documents too.
 inline QString PathToDocumentUrl(QString strPath) {
     strPath.replace(u'%', QLatin1String("%25")).replace(u'#', QLatin1String("%23"));
     return QStringLiteral("file://") + strPath;
@@ -29,5 +30,16 @@ inline QString PathToDocumentUrl(QString strPath) {
 /// "n13/content.htm#a". Outside of the folder the fragment alone is left; what is no local reference comes
 /// back. All in lower case.
 QString MakeRelativeUrl(const QString& strUrl, const QString& strBaseFolder);
+
+/// A file with what follows its name from "#" on.
+struct FileAndFragment {
+    QString strFile;
+    QString strFragment;
+};
+
+/// Splits a stored link, which joins both without an escape. A file's name may hold a "#" as well, and only
+/// who knows the files can tell: the shortest name that is one counts, unless the whole text is one. Where
+/// there is no such file the first "#" decides.
+FileAndFragment SplitLink(const QString& strLink, const std::function<bool(const QString&)>& isFile);
 
 } // namespace Torvane::File

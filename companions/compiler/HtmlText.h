@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -9,18 +8,6 @@
 /// Work on the text of HTML pages that other programs and people wrote. The pages are parsed by the rules
 /// that browsers keep; what need not change stays as its author wrote it, character for character.
 namespace HtmlText {
-
-/// The text of a page and how it was coded. Without a word of the page's own it is in the course's code page.
-struct Decoded {
-    QString Text;
-    /// "UTF-8", "GB18030", …
-    QByteArray Charset;
-    bool HasMark = false;
-};
-Decoded Decode(const QByteArray& bytes);
-
-/// The bytes again; nothing when the text can't be written in that coding without loss.
-std::optional<QByteArray> Encode(const Decoded& page);
 
 /// Called for each reference of a page; answers what shall stand in its place, or nothing to leave it.
 using Rewriter = std::function<std::optional<QString>(const QString& strReference)>;

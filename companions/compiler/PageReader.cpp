@@ -1,31 +1,18 @@
 #include "companions/compiler/PageReader.h"
 
 #include "companions/compiler/CssText.h"
-#include "companions/compiler/Texts.h"
-#include "foundation/Exceptions.h"
-
-#include <QFile>
-
-QByteArray ReadSourceFile(const QString& strNativePath) {
-    QFile file(strNativePath);
-    QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly))
-        bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw Torvane::CRunException(CompilerText::c_strCannotRead.arg(strNativePath, file.errorString()));
-    return bytes;
-}
+#include "foundation/PageText.h"
 
 std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
                                   const CReferences::Place& place) {
     ReadyPage page;
     const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
         CReferences::Result result = references.Rewrite(strReference, place);
-        if (result.Found == CReferences::EFound::Missing && !page.DeadReferences.contains(result.Text))
-            page.DeadReferences.append(result.Text);
+        if (!result.Dead.isEmpty() && !page.DeadReferences.contains(result.Dead))
+            page.DeadReferences.append(result.Dead);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
-    const auto fragment = HtmlText::TakeFragment(HtmlText::Decode(bytes).Text, rewrite);
+    const auto fragment = HtmlText::TakeFragment(PageText::Decode(bytes).Text, rewrite);
     if (!fragment)
         return std::nullopt;
     page.Content = *fragment;
@@ -38,10 +25,10 @@ QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CRefer
         const CReferences::Result result = references.Rewrite(strReference, place);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
-    HtmlText::Decoded text = HtmlText::Decode(bytes);
+    PageText::Decoded text = PageText::Decode(bytes);
     // Bytes that don't survive the way there and back are kept as they are, one character each; names in
     // ASCII are found all the same.
-    if (HtmlText::Encode(text) != bytes)
+    if (PageText::Encode(text) != bytes)
         text = {QString::fromLatin1(bytes), "ISO-8859-1", false};
     const std::optional<QString> strNew = kind == ESourceText::Page
                                               ? HtmlText::RewriteReferences(text.Text, rewrite)
@@ -49,5 +36,5 @@ QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CRefer
     if (!strNew)
         return bytes;
     text.Text = *strNew;
-    return HtmlText::Encode(text).value_or(bytes);
+    return PageText::Encode(text).value_or(bytes);
 }

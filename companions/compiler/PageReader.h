@@ -2,13 +2,11 @@
 
 #include "companions/compiler/HtmlText.h"
 #include "companions/compiler/References.h"
+#include "companions/compiler/SourceFile.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
-
-/// A file of the course, whole. Throws Torvane::CRunException with a message.
-QByteArray ReadSourceFile(const QString& strNativePath);
 
 /// A page of the built-in editor, made ready to stand within the frame.
 struct ReadyPage {

@@ -44,17 +44,14 @@ QStringList Readings(const QString& strPath) {
     return list;
 }
 
-struct Parts {
-    QString Path;
-    QString Tail;
-};
+/// Longer than any path. Who looks further for one in a text looks in vain, and long.
+constexpr qsizetype c_nMaxPath = 1024;
 
-Parts SplitTail(const QString& strReference) {
-    for (qsizetype i = 0; i < strReference.size(); ++i) {
-        if (strReference[i] == u'#' || strReference[i] == u'?')
-            return {strReference.left(i), strReference.mid(i)};
-    }
-    return {strReference, QString()};
+/// Where the path of a reference ends, looked for from nFrom on.
+qsizetype EndOfPath(const QString& strReference, qsizetype nFrom) {
+    while (nFrom < strReference.size() && strReference[nFrom] != u'#' && strReference[nFrom] != u'?')
+        ++nFrom;
+    return nFrom;
 }
 
 } // namespace
@@ -91,7 +88,8 @@ bool IsOutsideAddress(const QString& strAddress) {
 }
 
 CReferences::CReferences(const CSourceTree& tree, const QString& strResourceFolder)
-    : m_tree(tree), m_strResourceFolder(Torvane::File::WithoutBackslash(strResourceFolder)) {}
+    : m_tree(tree), m_fragments(tree),
+      m_strResourceFolder(Torvane::File::WithoutBackslash(strResourceFolder)) {}
 
 std::optional<QString> CReferences::BelowResources(const QString& strPath) const {
     QString strBack = QString(strPath).replace(u'/', u'\\');
@@ -102,16 +100,15 @@ std::optional<QString> CReferences::BelowResources(const QString& strPath) const
     return strBack.mid(m_strResourceFolder.size() + 1).replace(u'\\', u'/');
 }
 
-QString CReferences::FindTarget(const QString& strName) const {
+CReferences::Target CReferences::FindTarget(const QString& strName) const {
     const QString strFile = m_tree.FindFile(strName);
-    if (!strFile.isEmpty()) {
-        const auto page = m_pages.constFind(strFile);
-        return page != m_pages.constEnd() ? *page : m_tree.OutputName(strFile);
-    }
-    return m_folderPages.value(m_tree.FindFolder(strName));
+    if (!strFile.isEmpty())
+        return {strFile, m_tree.OutputName(strFile)};
+    return {{}, m_folderPages.value(LowerAscii(CSourceTree::Join({}, strName)))};
 }
 
-std::optional<QString> CReferences::TargetOf(const QString& strPath, const QString& strFolder) const {
+std::optional<CReferences::Target> CReferences::TargetOf(const QString& strPath,
+                                                         const QString& strFolder) const {
     const bool bFile = LowerAscii(strPath).startsWith("file:"_L1);
     if (!bFile && !IsDrivePath(strPath) && SchemeLength(strPath) > 0)
         return std::nullopt;
@@ -125,28 +122,65 @@ std::optional<QString> CReferences::TargetOf(const QString& strPath, const QStri
             bAbsolute ? BelowResources(strReading) : CSourceTree::Join(strFolder, strSlashes);
         if (!strName || strName->isEmpty())
             continue;
-        const QString strTarget = FindTarget(*strName);
-        if (!strTarget.isEmpty())
-            return strTarget;
+        const Target target = FindTarget(*strName);
+        if (!target.Page.isEmpty())
+            return target;
     }
-    return QString();
+    return Target();
+}
+
+CReferences::Parts CReferences::SplitAt(const QString& strReference, qsizetype nEndOfPath) {
+    const QString strTail = strReference.mid(nEndOfPath);
+    const qsizetype nHash = strTail.indexOf(u'#');
+    return nHash < 0 ? Parts{strReference.left(nEndOfPath), strTail, {}}
+                     : Parts{strReference.left(nEndOfPath), strTail.left(nHash), strTail.mid(nHash)};
+}
+
+/// A name may hold what ends a path: links to it are written without escapes by rule, and only the files can
+/// tell.
+std::optional<CReferences::Target> CReferences::Find(const QString& strReference, const QString& strFolder,
+                                                     Parts& parts) const {
+    qsizetype nEnd = EndOfPath(strReference, 0);
+    parts = SplitAt(strReference, nEnd);
+    std::optional<Target> target = TargetOf(parts.Path, strFolder);
+    while (target && target->Page.isEmpty() && nEnd < qMin(strReference.size(), c_nMaxPath)) {
+        nEnd = EndOfPath(strReference, nEnd + 1);
+        const Parts longer = SplitAt(strReference, nEnd);
+        target = TargetOf(longer.Path, strFolder);
+        if (target && !target->Page.isEmpty())
+            parts = longer;
+    }
+    return target;
+}
+
+/// Text that already leads there, however it is escaped, stays as its author wrote it.
+bool CReferences::LeadsThere(const QString& strPath, const QString& strSiteFolder, const QString& strPage) {
+    const QString strPlain = QString::fromUtf8(QByteArray::fromPercentEncoding(strPath.toUtf8()));
+    return EndOfPath(strPath, 0) == strPath.size() && !strPath.contains(u'\\') &&
+           SchemeLength(strPath) == 0 && !IsDrivePath(strPath) &&
+           CSourceTree::Join(strSiteFolder, strPlain) == strPage;
 }
 
 CReferences::Result CReferences::Rewrite(const QString& strReference, const Place& place) const {
-    const Parts parts = SplitTail(strReference.trimmed());
-    if (parts.Path.isEmpty())
+    const QString strTrimmed = strReference.trimmed();
+    Parts parts = SplitAt(strTrimmed, EndOfPath(strTrimmed, 0));
+    std::optional<Target> target = Target{place.Source, {}};
+    if (!parts.Path.isEmpty())
+        target = Find(strTrimmed, place.SourceFolder, parts);
+    else if (!parts.Query.isEmpty())
         return {};
-    const std::optional<QString> strTarget = TargetOf(parts.Path, place.SourceFolder);
-    if (!strTarget)
+    if (!target)
         return {};
-    if (strTarget->isEmpty())
-        return {EFound::Missing, parts.Path};
-    // Text that already leads there, however it is escaped, stays as its author wrote it.
-    if (!parts.Path.contains(u'\\') && SchemeLength(parts.Path) == 0 && !IsDrivePath(parts.Path) &&
-        CSourceTree::Join(place.SiteFolder, QString::fromUtf8(QByteArray::fromPercentEncoding(
-                                                parts.Path.toUtf8()))) == *strTarget)
-        return {};
-    return {EFound::Rewritten, RelativeAddress(place.SiteFolder, *strTarget) + parts.Tail};
+    if (!parts.Path.isEmpty() && target->Page.isEmpty())
+        return {EFound::Missing, {}, parts.Path};
+    QString strPath = parts.Path;
+    if (!strPath.isEmpty() && !LeadsThere(strPath, place.SiteFolder, target->Page))
+        strPath = RelativeAddress(place.SiteFolder, target->Page);
+    const CFragments::Result fragment = m_fragments.Spelled(target->Source, parts.Fragment);
+    const QString strDead = fragment.IsDead ? strPath + parts.Fragment : QString();
+    if (strPath == parts.Path && fragment.Text == parts.Fragment)
+        return {EFound::Unchanged, {}, strDead};
+    return {EFound::Rewritten, strPath + parts.Query + fragment.Text, strDead};
 }
 
 QString CReferences::FindStored(const QString& strPath) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "companions/compiler/Fragments.h"
 #include "companions/compiler/SourceTree.h"
+#include "foundation/Text.h"
 
 #include <QHash>
 #include <QString>
@@ -22,45 +24,65 @@ bool IsOutsideAddress(const QString& strAddress);
 
 /// Finds what the references of a page mean. A course is written on systems that don't tell letter case, and
 /// its links are lower-cased by rule; the site must work on any server. So each reference into the course is
-/// looked up, and written with the real name of what it found.
+/// looked up, and written with the real name of what it found, and of the place in it.
 class CReferences {
 public:
     /// strResourceFolder is the node resource folder in backslash form, as it stands in absolute references.
     CReferences(const CSourceTree& tree, const QString& strResourceFolder);
 
-    /// References to a source file shall lead to this page of the site instead.
-    void MapToPage(const QString& strSource, const QString& strPage) { m_pages.insert(strSource, strPage); }
     /// References to a node's folder shall lead to this page.
     void MapFolder(const QString& strFolder, const QString& strPage) {
-        m_folderPages.insert(strFolder, strPage);
+        m_folderPages.insert(LowerAscii(strFolder), strPage);
     }
 
     /// Where a page stands: in the course and in the site.
     struct Place {
         QString SourceFolder;
         QString SiteFolder;
+        /// The page itself, for references within it; empty where there are none.
+        QString Source = {};
     };
 
     enum class EFound { Unchanged, Rewritten, Missing };
     struct Result {
         EFound Found = EFound::Unchanged;
+        /// In place of the reference when it is Rewritten.
         QString Text;
+        /// What of it points into the course but at nothing: a file, or a place in a page that is there.
+        QString Dead;
     };
 
-    /// What stands in place of a reference. Missing: it points into the course, but at nothing.
+    /// What stands in place of a reference. Missing: there is no such file.
     Result Rewrite(const QString& strReference, const Place& place) const;
 
     /// The source file that a path stored in the book means ("N7\a.htm"); empty for none.
     QString FindStored(const QString& strPath) const;
 
+    const CFragments& Fragments() const { return m_fragments; }
+
 private:
-    std::optional<QString> TargetOf(const QString& strPath, const QString& strFolder) const;
-    QString FindTarget(const QString& strName) const;
+    /// A reference taken apart; its fragment begins with "#".
+    struct Parts {
+        QString Path;
+        QString Query;
+        QString Fragment;
+    };
+    struct Target {
+        /// Empty for a node's own page.
+        QString Source;
+        /// Relative to the site's root; empty when there is none.
+        QString Page;
+    };
+    static Parts SplitAt(const QString& strReference, qsizetype nEndOfPath);
+    static bool LeadsThere(const QString& strPath, const QString& strSiteFolder, const QString& strPage);
+    std::optional<Target> Find(const QString& strReference, const QString& strFolder, Parts& parts) const;
+    std::optional<Target> TargetOf(const QString& strPath, const QString& strFolder) const;
+    Target FindTarget(const QString& strName) const;
     /// A "file:" address or drive path below the resource folder, made relative to it.
     std::optional<QString> BelowResources(const QString& strPath) const;
 
     const CSourceTree& m_tree;
+    CFragments m_fragments;
     QString m_strResourceFolder;
-    QHash<QString, QString> m_pages;
     QHash<QString, QString> m_folderPages;
 };

@@ -115,7 +115,7 @@ void CCompileRun::CopyFiles(COutputFolder& output, const QStringList& files) {
             output.Copy(strSource, strName);
             continue;
         }
-        const CReferences::Place place = {FolderOf(strFile), FolderOf(strName)};
+        const CReferences::Place place = {FolderOf(strFile), FolderOf(strName), strFile};
         output.Write(strName, CorrectedText(*kind, ReadSourceFile(strSource), m_plan.References(), place));
     }
 }
@@ -145,7 +145,7 @@ FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {
     const NodePlan& plan = m_plan.Of(nNode);
     const QString strTitle = m_model.Nodes()[nNode].Row.Title;
     const QByteArray bytes = ReadSourceFile(m_tree.NativePath(plan.Source));
-    const CReferences::Place place = {FolderOf(plan.Source), FolderOf(plan.PagePath)};
+    const CReferences::Place place = {FolderOf(plan.Source), FolderOf(plan.PagePath), plan.Source};
     const std::optional<ReadyPage> page = ReadPage(bytes, m_plan.References(), place);
     if (!page) {
         QString strRaw = QFileInfo(plan.PagePath).fileName();

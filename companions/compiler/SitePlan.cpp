@@ -5,6 +5,7 @@
 #include "course/BookDatabase.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
+#include "foundation/Urls.h"
 
 #include <QRegularExpression>
 
@@ -176,11 +177,15 @@ void CSitePlan::PlanInSiteLink(int nNode) {
     const QString strPath = m_model.Nodes()[nNode].Row.Path;
     if (strPath.contains("://"_L1) && !LowerAscii(strPath).startsWith("file:"_L1))
         return PlanAddress(nNode, plan);
-    const qsizetype nHash = strPath.indexOf(u'#');
-    plan.Fragment = nHash < 0 ? QString() : strPath.mid(nHash);
-    plan.Source = m_references.FindStored(nHash < 0 ? strPath : strPath.left(nHash));
+    const auto [strFile, strFragment] = Torvane::File::SplitLink(
+        strPath, [this](const QString& strName) { return !m_references.FindStored(strName).isEmpty(); });
+    plan.Source = m_references.FindStored(strFile);
     if (plan.Source.isEmpty())
         return MarkMissing(nNode, plan);
+    const CFragments::Result fragment = m_references.Fragments().Spelled(plan.Source, strFragment);
+    if (fragment.IsDead)
+        m_notes.append(CompilerText::c_strNoteNoContent.arg(m_model.Nodes()[nNode].Row.Title, strPath));
+    plan.Fragment = fragment.Text;
     const int nTarget = m_nodeOfSource.value(plan.Source, -1);
     if (nTarget >= 0 && (m_plans[nTarget].View == ENodeView::Page || plan.Fragment.isEmpty())) {
         plan.View = m_plans[nTarget].View;

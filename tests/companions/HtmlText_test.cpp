@@ -2,6 +2,7 @@
 
 #include "companions/compiler/CssText.h"
 #include "foundation/CodePage.h"
+#include "foundation/PageText.h"
 #include "tests/support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -89,8 +90,8 @@ TEST(HtmlText, ReadsWhatAPageSaysOfItsCoding) {
          strText},
     };
     for (const auto& [bytes, strExpected] : rows) {
-        const HtmlText::Decoded decoded = HtmlText::Decode(bytes);
+        const PageText::Decoded decoded = PageText::Decode(bytes);
         EXPECT_EQ(decoded.Text, strExpected);
-        EXPECT_EQ(HtmlText::Encode(decoded), bytes) << "and back, byte for byte";
+        EXPECT_EQ(PageText::Encode(decoded), bytes) << "and back, byte for byte";
     }
 }

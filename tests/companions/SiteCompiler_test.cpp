@@ -103,6 +103,65 @@ TEST(SiteCompiler, CompilesEveryKindOfNode) {
     EXPECT_THAT(DeadLinks(course.SiteNative()), HasSubstr(": res/Pic.GIF\n")) << "the check can see";
 }
 
+// Every form in which a link into a course is stored: by the wizard, by the editor, by old editors, and
+// within imported sites. Each leads to its page and to its place there, in the very spelling.
+TEST(VorelCompiler, LeavesNoLinkDead) {
+    CSampleCourse course;
+    const auto anchors = u"<h1 id=\"ChapterOne\">一</h1><a name=\"第二节 A\">二</a><p id=a>a</p>"
+                         "<a href='#chapterone'>上</a><a href=\"#top\">顶</a>"_s;
+    const qint32 nFolder = course.Add(c_nRootNodeId, u"目录"_s);
+    const qint32 nPage = course.AddPage(nFolder, u"页"_s, anchors);
+    const qint32 nSite = course.Add(nFolder, u"站点"_s, NodeType::c_nSite, u"Site\\Index.htm"_s);
+    course.WriteResource(nSite, u"Site\\Index.htm"_s,
+                         CodePage::Encode(u"<frameset cols=50%,*><frame src=MENU.HTM><frame name=main src="
+                                          "sub/page.htm#END></frameset>"));
+    course.WriteResource(nSite, u"Site\\menu.htm"_s,
+                         CodePage::Encode(u"<a target=main href=SUB\\Page.htm#end>1</a><a target=main "
+                                          "href='sub/page.htm#%B5%DA%B6%FE%BD%DA%20A'>2</a>"));
+    course.WriteResource(nSite, u"Site\\Sub\\Page.htm"_s,
+                         CodePage::Encode(QString(anchors + u"<a name=End></a><a href=../menu.htm>回</a>")));
+    const qint32 nSlides =
+        course.Add(nFolder, u"演示"_s, NodeType::c_nExternalFile, u"讲稿.files\\torvaneframe.htm"_s);
+    for (const QString& strName : {u"torvaneframe.htm"_s, u"frame.htm"_s, u"fullscreen.htm"_s, u"pres.xml"_s,
+                                   u"slide0001.htm"_s, u"Slide0003.htm"_s})
+        course.WriteResource(nSlides, u"讲稿.files\\"_s + strName, "<p>slide</p>");
+    const qint32 nFile = course.Add(nFolder, u"文件"_s, NodeType::c_nExternalFile, u"50% C#?.HTM"_s);
+    course.WriteResource(nFile, u"50% C#?.HTM"_s, CodePage::Encode(anchors));
+    course.WriteResource(nFile, u"a%20b.htm"_s, "<p id=X>x");
+
+    const auto page = u"n%1\\content.htm"_s.arg(nPage), odd = u"n%1\\50% c#?.htm"_s.arg(nFile);
+    const QStringList places = {page,
+                                page + u"#a"_s,
+                                page + u"#chapterone"_s,
+                                page + u"#第二节 a"_s,
+                                odd,
+                                odd + u"#chapterone"_s,
+                                u"n%1\\a%20b.htm#x"_s.arg(nFile),
+                                u"n%1\\site\\index.htm"_s.arg(nSite),
+                                u"n%1\\site\\sub\\page.htm#第二节 a"_s.arg(nSite),
+                                u"n%1\\讲稿.files\\torvaneframe.htm#slide0003.htm"_s.arg(nSlides)};
+    QString strLinks = u"<a id=\"innerlink\" href=\"http://example.com/#x\">外</a>"_s;
+    for (const QString& strPlace : places) {
+        course.Add(nFolder, u"链接"_s, NodeType::c_nInSiteLink, u'\\' + strPlace);
+        strLinks += u"<a id=\"innerlink\" href=\"../"_s + QString(strPlace).replace(u'\\', u'/') +
+                    u"\" style=\"{cursor:hand}\"><font color=\"#0000FF\">站内</font></a>"_s;
+    }
+    course.Add(nFolder, u"外"_s, NodeType::c_nInSiteLink, u"http://example.com/#x"_s);
+    course.AddPage(nFolder, u"链接页"_s, strLinks + u"<a href=\"../n%1/\">目录</a>"_s.arg(nFolder));
+
+    QProcess process;
+    process.start(QString::fromUtf8(VOREL_COMPILER), {course.Folder.Native(course.strProject)});
+    ASSERT_TRUE(process.waitForFinished());
+    const QString strSaid = QString::fromUtf8(process.readAllStandardOutput());
+    EXPECT_EQ(strSaid.count(u'\n'), 1) << strSaid.toStdString();
+    EXPECT_EQ(DeadLinks(course.SiteNative()), "");
+    EXPECT_GT(CountLinks(course.SiteNative()), 10 * places.size()) << "the check sees them";
+    const qint32 nDead = course.AddPage(
+        nFolder, u"断"_s, u"<a href=../%1#gone>x</a>"_s.arg(QString(page).replace(u'\\', u'/')));
+    EXPECT_THAT(Notes(course.Compile()), HasSubstr("Content.htm#gone")) << "the teacher is told";
+    EXPECT_THAT(DeadLinks(course.SiteNative()), HasSubstr("N" + std::to_string(nDead) + "/Content.htm: "));
+}
+
 TEST(SiteCompiler, KeepsOpenTypes) {
     for (int nOpen = 0; nOpen <= 4; ++nOpen) {
         CSampleCourse course;

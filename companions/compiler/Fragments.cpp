@@ -1,0 +1,55 @@
+#include "companions/compiler/Fragments.h"
+
+#include "companions/compiler/References.h"
+#include "companions/compiler/SourceFile.h"
+#include "foundation/PageText.h"
+#include "foundation/Text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool IsPage(const QString& strName) {
+    const QString strLower = LowerAscii(strName);
+    return strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1);
+}
+
+} // namespace
+
+const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
+    const auto known = m_pages.constFind(strSource);
+    if (known != m_pages.constEnd())
+        return *known;
+    const QString strPage = PageText::Decode(ReadSourceFile(m_tree.NativePath(strSource))).Text;
+    QStringList names;
+    for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
+        names.append(anchor.strName);
+    return *m_pages.insert(strSource,
+                           {PageAnchors::CNames(names), strPage.contains("<script"_L1, Qt::CaseInsensitive)});
+}
+
+/// The viewer of a presentation takes a slide's file for its fragment.
+QString CFragments::SlideBeside(const QString& strSource, const QString& strFragment) const {
+    const QString strFolder = FolderOf(strSource) + u'/';
+    if (m_tree.FindFile(strFolder + u"pres.xml"_s).isEmpty() || strFragment.contains(u'/'))
+        return {};
+    const QString strSlide = m_tree.FindFile(strFolder + strFragment);
+    return m_tree.OutputName(strSlide).mid(strSlide.isEmpty() ? 0 : strFolder.size());
+}
+
+CFragments::Result CFragments::Spelled(const QString& strSource, const QString& strFragment) const {
+    const QString strName = strFragment.mid(1);
+    if (strName.isEmpty() || !IsPage(strSource) || LowerAscii(strName) == "top"_L1)
+        return {strFragment};
+    const Page& page = PageOf(strSource);
+    QString strMeant = page.Names.Meant(strName);
+    if (strMeant.isEmpty())
+        strMeant = SlideBeside(strSource, strName);
+    if (strMeant.isEmpty())
+        return {strFragment, !page.HasScript};
+    // How it is escaped is its author's business, as long as browsers read it so.
+    if (strMeant == strName ||
+        strMeant == QString::fromUtf8(QByteArray::fromPercentEncoding(strName.toUtf8())))
+        return {strFragment};
+    return {u'#' + EncodeAddress(strMeant)};
+}

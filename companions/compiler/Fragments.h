@@ -1,0 +1,37 @@
+#pragma once
+
+#include "companions/compiler/SourceTree.h"
+#include "foundation/PageAnchors.h"
+
+#include <QHash>
+#include <QString>
+
+/// The fragments of references into the course, spelled as the pages that they lead to spell their anchors:
+/// links are lower-cased by rule, and what reads the site tells letter case. Each page is read once.
+class CFragments {
+public:
+    explicit CFragments(const CSourceTree& tree) : m_tree(tree) {}
+
+    struct Result {
+        /// With its "#", ready to stand in an address.
+        QString Text;
+        /// The page has no such place.
+        bool IsDead = false;
+    };
+    /// What stands in place of a fragment, given with its "#" or empty, behind a reference to a source file.
+    /// It stays as it is where it leads to its place already, and where none can be found. Throws
+    /// Torvane::CRunException when the page can't be read.
+    Result Spelled(const QString& strSource, const QString& strFragment) const;
+
+private:
+    struct Page {
+        PageAnchors::CNames Names;
+        /// A script may make anchors that are not in the text.
+        bool HasScript = false;
+    };
+    const Page& PageOf(const QString& strSource) const;
+    QString SlideBeside(const QString& strSource, const QString& strFragment) const;
+
+    const CSourceTree& m_tree;
+    mutable QHash<QString, Page> m_pages;
+};
