@@ -7,6 +7,8 @@
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
+#include "foundation/Text.h"
+#include "foundation/Urls.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QFontDatabase>
@@ -98,6 +100,7 @@ void CEditorView::ShowNode() {
     // The preview, too, shows pictures that lie elsewhere until the next save.
     m_pDesign->SetAllowedFolders(folders, true);
     m_pPreview->SetAllowedFolders(folders, true);
+    m_pPreview->SetFollowsLinks(true);
 
     m_pDesign->SetBrowserDesignMode(false);
     const bool bLoaded = !bTooLarge && m_pDesign->NavigateAndWait(strPath);
@@ -282,7 +285,10 @@ bool CEditorView::SwapToDesign() {
 void CEditorView::ShowPreview() {
     const QPointer<CEditorView> pThis(this);
     QString strUrl, strHtml;
-    if (!m_bPreviewLoaded || !m_pPreview->GetURL(strUrl) || strUrl == c_strBlank) {
+    // A link in it may have led to another page.
+    const QString strOwnUrl = Torvane::File::PathToDocumentUrl(m_saver.GetPagePath());
+    if (!m_bPreviewLoaded || !m_pPreview->GetURL(strUrl) ||
+        !EqualsIgnoringCase(strUrl.section(u'#', 0, 0), strOwnUrl)) {
         const bool bLoaded = m_pPreview->NavigateAndWait(m_saver.GetPagePath());
         if (!pThis)
             return;

@@ -5,11 +5,15 @@
 
 #include <QFileInfo>
 
+#include <cctype>
+
 namespace SurfaceUrls {
 
 namespace {
 
 const QLatin1String c_strFilePrefix("file:");
+/// Longer than any name of a file.
+constexpr qsizetype c_nMaxName = 1024;
 
 bool IsDrivePath(QStringView strText) {
     return strText.size() >= 3 && strText[1] == u':' && strText[0].unicode() < 128 && strText[0].isLetter() &&
@@ -30,8 +34,30 @@ qsizetype EndOfPath(QStringView strText) {
     return strText.size();
 }
 
+/// A "%" without two digits behind it stands for itself.
 QString Decode(const QString& strText) {
-    return QUrl::fromPercentEncoding(strText.toUtf8());
+    const QByteArray text = strText.toUtf8();
+    const auto isDigit = [&](qsizetype n) { return n < text.size() && std::isxdigit(uchar(text[n])) != 0; };
+    QByteArray result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool bEscape = text[i] == '%' && isDigit(i + 1) && isDigit(i + 2);
+        result += bEscape ? static_cast<char>(text.mid(i + 1, 2).toInt(nullptr, 16)) : text[i];
+        i += bEscape ? 2 : 0;
+    }
+    return QString::fromUtf8(result);
+}
+
+/// The bare name at which a file URL points, with those escapes that the engine has not made itself.
+QString NameWithEscapes(const QUrl& url) {
+    QByteArray name = url.path(QUrl::FullyEncoded).toLatin1();
+    name = name.mid(name.lastIndexOf('/') + 1);
+    QByteArray result;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        const int nByte = name[i] == '%' ? name.mid(i + 1, 2).toInt(nullptr, 16) : 0;
+        result += nByte >= 0x80 ? static_cast<char>(nByte) : name[i];
+        i += nByte >= 0x80 ? 2 : 0;
+    }
+    return QString::fromUtf8(result);
 }
 
 /// The scheme of an absolute reference, lower-case and without the colon; empty for a relative one.
@@ -128,12 +154,36 @@ QString FindOnDisk(const QUrl& url) {
     QString strAsWritten = strPath;
     strAsWritten.replace(QLatin1String("%20"), QLatin1String(" "))
         .replace(QLatin1String("%23"), QLatin1String("#"));
-    for (const QString& strCandidate : {strPath, strAsWritten, Decode(strPath)}) {
+    const QString strParent = strPath.left(strPath.lastIndexOf(u'\\') + 1);
+    for (const QString& strCandidate :
+         {strPath, strAsWritten, Decode(strPath), QString(strParent + NameWithEscapes(url))}) {
         const QString strNative = Platform::ToNative(strCandidate);
         if (QFileInfo::exists(strNative))
             return strNative;
     }
     return {};
+}
+
+QUrl MeantByLink(const QUrl& url) {
+    if (url.scheme() != QLatin1String("file") || !(url.hasQuery() || url.hasFragment()) ||
+        !FindOnDisk(url).isEmpty())
+        return url;
+    const QString strPath = UrlToPath(url);
+    QString strTail = url.hasQuery() ? u'?' + url.query(QUrl::FullyDecoded) : QString();
+    if (url.hasFragment())
+        strTail += u'#' + url.fragment(QUrl::FullyDecoded);
+    for (qsizetype nEnd = 1; nEnd < qMin(strTail.size(), c_nMaxName);) {
+        nEnd += EndOfPath(QStringView(strTail).mid(nEnd));
+        const QString strNative = Platform::ToNative(strPath + strTail.left(nEnd));
+        if (QFileInfo(strNative).isFile()) {
+            QUrl meant = QUrl::fromLocalFile(strNative);
+            if (nEnd < strTail.size())
+                meant.setFragment(strTail.mid(nEnd + 1), QUrl::DecodedMode);
+            return meant;
+        }
+        ++nEnd;
+    }
+    return url;
 }
 
 QUrl EngineUrl(const QString& strTarget) {

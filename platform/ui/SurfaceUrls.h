@@ -36,7 +36,12 @@ QString DocumentUrl(const QUrl& url);
 QUrl EngineUrl(const QString& strTarget);
 
 /// The native path of an existing file or folder that a file URL means: as it stands, ignoring letter case,
-/// or after taking back the escapes of an URL that was escaped twice. Empty when there is none.
+/// or after taking back the escapes of an URL that was escaped twice, or none where the name itself holds
+/// what looks like one. Empty when there is none.
 QString FindOnDisk(const QUrl& url);
+
+/// Where a link leads whose file's name may hold "#" or "?" without an escape: the URL itself, unless there
+/// is no such file and there is one by a longer name.
+QUrl MeantByLink(const QUrl& url);
 
 } // namespace SurfaceUrls

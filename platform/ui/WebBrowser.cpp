@@ -79,6 +79,10 @@ void CWebBrowser2Ex::SetAllowedFolders(const QStringList& folders, bool bEditing
     m_bEditing = bEditing;
 }
 
+void CWebBrowser2Ex::SetFollowsLinks(bool bFollows) {
+    m_bFollowsLinks = bFollows;
+}
+
 void CWebBrowser2Ex::SetNetworkAllowed(bool bAllowed) {
     m_bNetwork = bAllowed;
 }
@@ -138,7 +142,7 @@ bool CWebBrowser2Ex::EnsureDocument() {
 }
 
 void CWebBrowser2Ex::ApplyAccess(bool bWebPage) {
-    m_pEngine->SetAccess({m_allowedFolders, m_bEditing, m_bNetwork, bWebPage});
+    m_pEngine->SetAccess({m_allowedFolders, m_bEditing, m_bNetwork, bWebPage, m_bFollowsLinks});
 }
 
 bool CWebBrowser2Ex::ShowFailure(const QString& strText) {
@@ -430,6 +434,12 @@ bool CWebBrowser2Ex::GetSlideFrameLocation(QString& strLocation) {
         return false;
     strLocation = SurfaceUrls::DocumentUrl(QUrl(answer.Value.toString()));
     return true;
+}
+
+bool CWebBrowser2Ex::GoTo(const QString& strName) {
+    const CCallGuard guard;
+    return !guard.IsRefused() && m_bPageLoaded &&
+           IsTrue(m_pEngine->Call(QStringLiteral("goTo"), {strName}, c_nScriptMilliseconds));
 }
 
 bool CWebBrowser2Ex::QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states) {

@@ -38,6 +38,9 @@ public:
     /// component. While bEditing, pictures and media from anywhere on the machine too, and no script of a
     /// page runs. Holds from the next navigation on. The page that NavigateAndWait names may always load.
     void SetAllowedFolders(const QStringList& folders, bool bEditing);
+    /// Lets a click on a link lead on while bEditing as well, for a preview of what is edited. Holds from the
+    /// next navigation on; off at first.
+    void SetFollowsLinks(bool bFollows);
     /// Lets pages use the network: for a node for which the teacher allowed it, and for external links.
     /// Without it an http address is refused. Web pages stand in a profile of their own, which shares nothing
     /// with the course and reads nothing from the disk. Holds from the next navigation on; off at first.
@@ -101,6 +104,9 @@ public:
     /// Where the slide frame of a presentation's frame page stands, in the form of GetURL. False when the
     /// page has no such frame.
     bool GetSlideFrameLocation(QString& strLocation);
+    /// Steps to an anchor of the page by its name, or in a presentation's frame page to a slide by its file's
+    /// name, as a click on a link there would.
+    bool GoTo(const QString& strName);
 
     /// Whether each of the commands ("bold", "italic" and so on) is in force at the caret.
     bool QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states);
@@ -146,6 +152,7 @@ private:
     QStringList m_allowedFolders;
     bool m_bEditing = false;
     bool m_bNetwork = false;
+    bool m_bFollowsLinks = false;
     /// Whether the engine holds a document that the program asked for: false before the first page and while
     /// the page of a failure shows.
     bool m_bPageLoaded = false;

@@ -35,6 +35,8 @@ struct SEngineAccess {
     bool bNetwork = false;
     /// A page of the web: nothing from the disk, and a profile of its own.
     bool bWebPage = false;
+    /// A click on a link leads on even while editing.
+    bool bFollowsLinks = false;
 };
 
 /// A browser engine, as the surface sees it. Made by the module; every function is called on the interface

@@ -1,6 +1,9 @@
 #include "platform/ui/engine/SurfacePage.h"
 
+#include "platform/ui/SurfaceUrls.h"
+
 #include <QCoreApplication>
+#include <QFile>
 #include <QRandomGenerator>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineNewWindowRequest>
@@ -64,6 +67,7 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     s.setUnknownUrlSchemePolicy(S::DisallowUnknownUrlSchemes);
     RefuseWishes();
     ReportFrames();
+    SettleAtAnchors();
 }
 
 /// The engine tells of its main frame alone.
@@ -74,6 +78,16 @@ void CSurfacePage::ReportFrames() {
     script.setRunsOnSubFrames(true);
     script.setSourceCode(
         QStringLiteral("if (window !== window.top)\n  console.info('%1');").arg(FrameToken()));
+    scripts().insert(script);
+}
+
+void CSurfacePage::SettleAtAnchors() {
+    QFile file(QStringLiteral(":/vorel/anchors.js"));
+    QWebEngineScript script;
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString());
     scripts().insert(script);
 }
 
@@ -92,8 +106,9 @@ void CSurfacePage::RefuseWishes() {
             [this](QWebEngineNewWindowRequest& request) { OnNewWindow(request); });
 }
 
-void CSurfacePage::SetEditing(bool bEditing) {
+void CSurfacePage::SetEditing(bool bEditing, bool bFollowsLinks) {
     m_bEditing = bEditing;
+    m_bFollowsLinks = bFollowsLinks;
     using S = QWebEngineSettings;
     settings()->setAttribute(S::JavascriptEnabled, !bEditing);
     // Without the page's scripts, only the editor's commands are left to touch the clipboard.
@@ -115,13 +130,28 @@ void CSurfacePage::OnNewWindow(const QWebEngineNewWindowRequest& request) {
 bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool bMainFrame) {
     if (m_bProgramLoads && bMainFrame)
         return true;
-    if (m_bEditing && bMainFrame)
+    // The guard redirects to the letter case of the disk.
+    const bool bByLink = type == NavigationTypeLinkClicked || type == NavigationTypeRedirect;
+    const bool bMayLead = !m_bEditing || (m_bFollowsLinks && bByLink);
+    if (bMainFrame && (!bMayLead || GoToMeant(url)))
         return false;
     const auto resource = bMainFrame ? CAccessRules::EResource::MainPage : CAccessRules::EResource::Frame;
     const bool bAllowed = m_guard.Rules().Judge(url, resource).Kind != CAccessRules::SVerdict::EKind::Refuse;
     if (!bAllowed && type == NavigationTypeLinkClicked && m_guard.Rules().MayOpen(url))
         Q_EMIT WantsNewWindow(url);
     return bAllowed;
+}
+
+/// A link may hold what ends a path in an address as part of a file's name: links into a course are written
+/// without escapes by rule. True when the page goes to that file instead.
+bool CSurfacePage::GoToMeant(const QUrl& url) {
+    const QUrl meant = SurfaceUrls::MeantByLink(url);
+    if (meant == url)
+        return false;
+    // Not from within the engine's own call.
+    QMetaObject::invokeMethod(
+        this, [this, meant] { load(meant); }, Qt::QueuedConnection);
+    return true;
 }
 
 // A box of a page would stand in the way of a call that waits, and an endless row of them is a known way to

@@ -29,7 +29,8 @@ class CSurfacePage : public QWebEnginePage {
 public:
     CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QObject* pParent);
 
-    void SetEditing(bool bEditing);
+    /// While a page is being edited it stays where it is, unless a click on a link may lead on.
+    void SetEditing(bool bEditing, bool bFollowsLinks);
     /// The program's own loads are told apart from those that the page starts.
     void SetProgramLoads(bool bLoads) { m_bProgramLoads = bLoads; }
     /// For a moment a new window is the program's wish and not the page's.
@@ -57,6 +58,8 @@ protected:
 private:
     void RefuseWishes();
     void ReportFrames();
+    void SettleAtAnchors();
+    bool GoToMeant(const QUrl& url);
     QString FrameToken() const { return m_strToken + QStringLiteral("-frame"); }
     void OnNewWindow(const QWebEngineNewWindowRequest& request);
 
@@ -64,5 +67,6 @@ private:
     QString m_strToken;
     QElapsedTimer m_expected;
     bool m_bEditing = false;
+    bool m_bFollowsLinks = false;
     bool m_bProgramLoads = false;
 };

@@ -172,18 +172,20 @@ std::shared_ptr<CBlockingCall> CWebEngine::BeginCall() {
     return pCall;
 }
 
-SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& start, int nMilliseconds) {
+SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
+                                   int nMilliseconds) {
     const auto pCall = BeginCall();
     if (!pCall)
         return {EState::Busy, {}, {}};
     CSurfacePage& page = *m_pPage;
     const auto bStarted = std::make_shared<bool>(false);
     connect(&page, &QWebEnginePage::loadingChanged, pCall->Context(),
-            [pWeak = std::weak_ptr(pCall), bStarted](const QWebEngineLoadingInfo& info) {
-                // The end of an earlier load is none of ours.
+            [pWeak = std::weak_ptr(pCall), bStarted, url](const QWebEngineLoadingInfo& info) {
+                // The end of an earlier load is none of ours. Where one was under way, as after a click on a
+                // link, the engine tells no beginning of that which takes its place.
                 if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
                     *bStarted = true;
-                else if (const auto pSelf = pWeak.lock(); pSelf && *bStarted)
+                else if (const auto pSelf = pWeak.lock(); pSelf && (*bStarted || info.url() == url))
                     pSelf->Finish(
                         {EState::Value, info.status() == QWebEngineLoadingInfo::LoadSucceededStatus, {}});
             });
@@ -207,10 +209,10 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     CAccessRules rules(m_access);
     rules.SetProgramPage(url);
     PlaceFor(m_access.bWebPage).pGuard->SetRules(rules);
-    m_pPage->SetEditing(m_access.bEditing);
+    m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
     SetOnline(m_access.bNetwork);
     const QPointer<CWebEngine> pAlive(this);
-    SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
+    SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, url, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())
         Call(QStringLiteral("watch"), {m_pPage->Token()}, nMilliseconds);
     return answer;
@@ -222,7 +224,7 @@ SEngineAnswer CWebEngine::ShowOwnPage(const QString& strHtml, int nMilliseconds)
     if (m_bPageHangs)
         RenewPage();
     return LoadWith(
-        [strHtml](CSurfacePage& page) { page.setHtml(strHtml, QUrl(QStringLiteral("about:blank"))); },
+        [strHtml](CSurfacePage& page) { page.setHtml(strHtml, QUrl(QStringLiteral("about:blank"))); }, {},
         nMilliseconds);
 }
 

@@ -38,7 +38,8 @@ private:
     void ConnectPage();
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();
-    SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, int nMilliseconds);
+    SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
+                           int nMilliseconds);
     SEngineAnswer RunScript(const QString& strScript, quint32 nWorld, int nMilliseconds);
 
     SPlace m_course;

@@ -153,6 +153,29 @@
 
   function replaceDocument(fresh) {
     document.replaceChild(document.adoptNode(fresh.documentElement), document.documentElement);
+    if (window.vorelSettle)
+      window.vorelSettle(true);
+  }
+
+  function slideFrame() {
+    return document.querySelector('frame[name="PPTSld"], iframe[name="PPTSld"]');
+  }
+
+  // To an anchor of the page, or to a slide of the presentation that it shows, as a click on a link there would.
+  function goTo(name) {
+    const frame = slideFrame();
+    const links = frame ? Array.from(document.querySelectorAll('a[target="PPTSld"]')) : [];
+    const link = links.find((e) => e.getAttribute('href') === name);
+    if (link)
+      link.click();
+    else if (frame)
+      frame.contentWindow.location.href = new URL(encodeURIComponent(name), document.URL).href;
+    else
+      location.hash = '#' + encodeURIComponent(name);
+    // Also where it stood there before and has been scrolled away.
+    if (!frame && window.vorelSettle)
+      window.vorelSettle(true);
+    return true;
   }
 
   // The program writes pages in its own code page, where a page's declaration of another would be untrue.
@@ -351,8 +374,9 @@
     createLink: createLink,
     tableInfo: tableInfo,
     editTable: editTable,
+    goTo: goTo,
     slideFrame: () => {
-      const frame = document.querySelector('frame[name="PPTSld"], iframe[name="PPTSld"]');
+      const frame = slideFrame();
       if (!frame)
         return undefined;
       try {

@@ -1,0 +1,104 @@
+#include "tests/platform_ui/WebFixture.h"
+
+#include "foundation/CodePage.h"
+#include "foundation/Urls.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Pages of a course that link to one another as the rules say: in lower case and without escapes.
+class CWebLinks : public CWebTest {
+protected:
+    CWebLinks() {
+        const QString strFar = u"<p style='height:3000px'></p>"_s;
+        const QString strHtml = u"<!DOCTYPE html><a href='#chapterone'>上</a>"_s + strFar +
+                                u"<a name='ChapterOne'>一</a>"_s + strFar + u"<h2 id='第二节 A'>二</h2>"_s +
+                                strFar;
+        for (const QString& strName : {u"Content.htm"_s, u"C#?.htm"_s, u"a%20b.htm"_s, u"100%.htm"_s})
+            m_folder.Write(u"course\\N13\\"_s + strName, CodePage::Encode(strHtml));
+    }
+    /// A page with one link, which is clicked.
+    void Follow(const QString& strLink, bool bEditing = false) {
+        m_browser->SetFollowsLinks(bEditing);
+        const QString strHtml = u"<a style='position:fixed;left:0;top:0;width:640px;height:480px' href=\""_s +
+                                strLink + u"\">link</a>"_s;
+        ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, CodePage::Encode(strHtml), bEditing));
+        Click();
+    }
+    /// As a person does; in the middle of the surface.
+    void Click() {
+        QWidget* pTarget = m_browser->focusProxy();
+        while (pTarget->focusProxy() != nullptr)
+            pTarget = pTarget->focusProxy();
+        QTest::mouseClick(pTarget, Qt::LeftButton, {}, QPoint(300, 200));
+    }
+    bool Reaches(const QString& strName, const QString& strFragment) {
+        const QString strWanted =
+            Torvane::File::PathToDocumentUrl(m_folder.Path(u"course\\N13\\"_s + strName)) + strFragment;
+        return QTest::qWaitFor([&] { return Url() == strWanted; }, 3000);
+    }
+    /// Whether the element stands at the upper edge of the surface.
+    bool IsAt(const QString& strSelector) {
+        return QTest::qWaitFor(
+            [&] {
+                m_browser->ExecuteScript(
+                    u"document.querySelector('p').title = Math.abs(document.querySelector(\""_s +
+                    strSelector + u"\").getBoundingClientRect().top) < 2"_s);
+                // A page that is just coming doesn't answer.
+                QString strHtml;
+                return m_browser->GetBrowserBodyInnerHTML(strHtml) && strHtml.contains(u"title=\"true\""_s);
+            },
+            3000);
+    }
+};
+
+TEST_F(CWebLinks, LeadToPageAndPlaceWhateverTheirLetterCase) {
+    const struct {
+        QString strLink, strName, strFragment, strPlace;
+    } cases[] = {
+        {u"../n13/content.htm#chapterone"_s, u"Content.htm"_s, u"#chapterone"_s, u"a[name]"_s},
+        {u"../n13/content.htm#第二节 a"_s, u"Content.htm"_s, u"#第二节 a"_s, u"h2"_s},
+        {u"../N13/Content.htm#%E7%AC%AC%E4%BA%8C%E8%8A%82%20A"_s, u"Content.htm"_s, u"#第二节 A"_s, u"h2"_s},
+        {u"../n13/c#?.htm#chapterone"_s, u"C#?.htm"_s, u"#chapterone"_s, u"a[name]"_s},
+        {u"../n13/100%.htm#chapterone"_s, u"100%.htm"_s, u"#chapterone"_s, u"a[name]"_s},
+        {u"../n13/a%20b.htm#chapterone"_s, u"a%20b.htm"_s, u"#chapterone"_s, u"a[name]"_s},
+    };
+    for (const auto& c : cases) {
+        Follow(c.strLink);
+        EXPECT_TRUE(Reaches(c.strName, c.strFragment))
+            << c.strLink.toStdString() << " led to " << Url().toStdString();
+        EXPECT_TRUE(IsAt(c.strPlace)) << c.strLink.toStdString() << Html().toStdString();
+    }
+    // Bytes of the code page, which the engine would not understand.
+    Follow(u"../n13/content.htm#%B5%DA%B6%FE%BD%DA%20A"_s);
+    EXPECT_TRUE(IsAt(u"h2"_s));
+}
+
+TEST_F(CWebLinks, APlaceIsSteppedToByItsName) {
+    ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, "<p>", false));
+    ASSERT_TRUE(m_browser->NavigateAndWait(m_folder.Path(u"course\\N13\\Content.htm"_s)));
+    EXPECT_TRUE(m_browser->GoTo(u"第二节 A"_s));
+    EXPECT_TRUE(Reaches(u"Content.htm"_s, u"#第二节 A"_s)) << Url().toStdString();
+    EXPECT_TRUE(IsAt(u"h2"_s));
+    EXPECT_TRUE(m_browser->ExecuteScript(u"scrollTo(0, 0); document.querySelector('a').click()"_s));
+    EXPECT_TRUE(IsAt(u"a[name]"_s)) << "within the page";
+    EXPECT_TRUE(m_browser->ExecuteScript(u"scrollTo(0, 0); document.querySelector('a').click()"_s));
+    EXPECT_TRUE(IsAt(u"a[name]"_s)) << "and once more";
+}
+
+TEST_F(CWebLinks, AreFollowedInThePreviewOfAnEditedPageAndNotWhileItIsEdited) {
+    Follow(u"../n13/content.htm#chapterone"_s, true);
+    EXPECT_TRUE(Reaches(u"Content.htm"_s, u"#chapterone"_s)) << Url().toStdString();
+    m_browser->SetFollowsLinks(false);
+    ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s,
+                     "<a style='position:fixed;width:640px;height:480px' "
+                     "href=../n13/content.htm>link</a>",
+                     true));
+    const QString strUrl = Url();
+    Click();
+    QTest::qWait(300);
+    EXPECT_EQ(Url(), strUrl);
+}
+
+} // namespace
