@@ -66,7 +66,7 @@ CAccessRules::SVerdict CAccessRules::Judge(const QUrl& url, EResource resource) 
     if (strScheme == QLatin1String("file"))
         return JudgeFile(url, resource);
     if (IsWebScheme(strScheme))
-        return {m_access.bNetwork ? SVerdict::EKind::Allow : SVerdict::EKind::Refuse, {}};
+        return {m_access.bNetwork ? SVerdict::EKind::Allow : SVerdict::EKind::Refuse, {}, m_access.bNetwork};
     // These carry their content with them, or nothing.
     if (IsOneOf(strScheme, {QLatin1String("data"), QLatin1String("blob"), QLatin1String("about")}))
         return {SVerdict::EKind::Allow, {}};

@@ -14,6 +14,8 @@ public:
         EKind Kind = EKind::Refuse;
         /// Where to, for Redirect: the same file in the engine's own spelling.
         QUrl Target;
+        /// An allowed request goes to the network.
+        bool bOfWeb = false;
     };
 
     CAccessRules() = default;

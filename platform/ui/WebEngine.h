@@ -37,6 +37,8 @@ struct SEngineAccess {
     bool bWebPage = false;
     /// A click on a link leads on even while editing.
     bool bFollowsLinks = false;
+
+    bool operator==(const SEngineAccess&) const = default;
 };
 
 /// A browser engine, as the surface sees it. Made by the module; every function is called on the interface

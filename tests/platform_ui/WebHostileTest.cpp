@@ -4,54 +4,30 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkInterface>
-#include <QNetworkProxy>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QUdpSocket>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString c_strPage = uR"(<!DOCTYPE html><meta charset=utf-8><pre id=out></pre><script>
-    var ran=[]; const got={}, PORT=%1, STUN=%2, HOST='%3', wait=n=>new Promise(r=>setTimeout(r,n));
-    const text=async u=>{try{return await(await fetch(u)).text()}catch(e){return 'refused'}};
-    const xhr=u=>new Promise(r=>{const x=new XMLHttpRequest;x.onloadend=()=>r(x.responseText||'refused');
-        try{x.open('GET',u);x.send()}catch(e){r('refused')}});
-    const load=(tag,u)=>new Promise(r=>{const e=document.createElement(tag);e.onload=()=>r('loaded');
-        e.onerror=()=>r('refused');e.src=u;document.body.append(e);setTimeout(()=>r('silent'),1500)});
-    const frame=async u=>{const e=document.createElement('iframe');e.src=u;document.body.append(e);await wait(700);
-        try{return e.contentDocument.body.innerText||'refused'}catch(x){return 'refused'}};
-    (async()=>{%4; got.ran=ran.join(); document.getElementById('out').textContent=JSON.stringify(got)})()</script>)"_s;
+    const got={}, PORT=%1, wait=n=>new Promise(r=>setTimeout(r,n));
+    (async()=>{%2; got.ran=1; document.getElementById('out').textContent=JSON.stringify(got)})()</script>)"_s;
 
 class CWebHostile : public CWebTest {
 protected:
     CWebHostile() {
         m_folder.Write(u"course\\inside.txt"_s, "INSIDE");
-        m_folder.Write(u"course\\inside.js"_s, "ran.push('inside')");
         m_folder.Write(u"secret.txt"_s, "SECRET");
-        m_folder.Write(u"secret.js"_s, "ran.push('outside')");
-        QFile::link(m_folder.Native(u"secret.txt"_s), m_folder.Native(u"course\\link.txt"_s));
         WritePicture(u"course\\inside.png"_s, Qt::red);
         WritePicture(u"outside.png"_s, Qt::blue);
-        // The engine leads the program's own sockets astray while no page may use the network.
-        m_server.setProxy(QNetworkProxy::NoProxy);
-        m_stun.setProxy(QNetworkProxy::NoProxy);
-        EXPECT_TRUE(m_server.listen(QHostAddress::AnyIPv4) && m_stun.bind(QHostAddress::LocalHost));
+        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
     }
     /// Runs the page, and waits for the tries that it awaits: name → what it got.
-    QJsonObject Run(const QString& strTries, bool bNetwork = false) {
-        // An address of this machine that counts as another machine's, if it has one.
-        QString strHost = u"127.0.0.1"_s;
-        for (const QHostAddress& address : QNetworkInterface::allAddresses())
-            strHost = address.isGlobal() && address.protocol() == QAbstractSocket::IPv4Protocol
-                          ? address.toString()
-                          : strHost;
-        m_browser->SetNetworkAllowed(bNetwork);
-        const QString strPage =
-            c_strPage.arg(m_server.serverPort()).arg(m_stun.localPort()).arg(strHost, strTries);
+    QJsonObject Run(const QString& strTries) {
+        const QString strPage = c_strPage.arg(m_server.serverPort()).arg(strTries);
         EXPECT_TRUE(Show(u"course\\page.htm"_s, strPage.toUtf8(), false));
         QJsonObject got;
         const auto hasRun = [&] {
@@ -62,55 +38,11 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor(hasRun, 15000));
         return got;
     }
-    bool ServerWasReached() { return m_server.waitForNewConnection(0) || m_server.hasPendingConnections(); }
 
     QTcpServer m_server;
-    QUdpSocket m_stun;
 };
 
 } // namespace
-
-TEST_F(CWebHostile, NothingOutsideTheCourseIsRead) {
-    const QJsonObject got = Run(uR"js(
-        got.xhrIn=await xhr('inside.txt'); got.caseIn=await xhr('INSIDE%252eTXT'); got.frameIn=await frame('inside.txt');
-        got.imgIn=await load('img','inside.png'); got.jsIn=await load('script','inside.js');
-        got.fetch=await text('../secret.txt'); got.up=await xhr('../secret.txt'); got.link=await xhr('link.txt');
-        got.doubled=await xhr('%252e%252e/secret.txt'); got.drive=await xhr('file:///Z:/etc/passwd');
-        got.folder=await xhr('./'); got.frame=await frame('../secret.txt');
-        got.view=await frame('view-source:file:///etc/passwd');
-        got.img=await load('img','../outside.png'); got.js=await load('script','../secret.js');
-        got.worker=await new Promise(r=>{const w=new Worker(URL.createObjectURL(new Blob(["fetch('"+
-            new URL('../secret.txt',location.href)+"').then(x=>x.text()).then(postMessage,()=>postMessage('refused'))"])));
-            w.onmessage=e=>r(e.data); w.onerror=()=>r('refused'); setTimeout(()=>r('refused'),1500)});)js"_s);
-    EXPECT_EQ(got[u"ran"_s].toString(), u"inside"_s);
-    for (auto it = got.begin(); it != got.end(); ++it) {
-        const bool bInside = it.key().endsWith(u"In"_s) || it.key() == u"ran"_s;
-        EXPECT_EQ(it.value() == u"refused"_s, !bInside) << it.key().toStdString();
-    }
-}
-
-TEST_F(CWebHostile, NothingIsSentOut) {
-    const QString strTries = uR"js(
-        const at='http://127.0.0.1:'+PORT; await text(at); await xhr(at); await load('img',at);
-        await load('script','http://localhost:'+PORT); await frame(at); navigator.sendBeacon(at,'x');
-        try{new WebSocket('ws://127.0.0.1:'+PORT)}catch(e){}
-        document.body.insertAdjacentHTML('beforeend','<form action='+at+' method=post target=x id=form>');
-        document.getElementById('form').submit();
-        const call=async w=>{try{const p=new w.RTCPeerConnection({iceServers:[{urls:'stun:127.0.0.1:'+STUN},
-            {urls:'turn:'+HOST+':'+PORT+'?transport=tcp',username:'u',credential:'c'}]});
-            p.createDataChannel('x');await p.setLocalDescription(await p.createOffer())}catch(e){}};
-        await call(window);
-        for(const kind of ['','src="javascript:1"','srcdoc="<p>x"']) {
-            document.body.insertAdjacentHTML('beforeend','<iframe '+kind+'></iframe>');
-            const w=frames[frames.length-1]; await call(w); await wait(200); await call(w)}
-        const quic="try{new WebTransport('https://127.0.0.1:"+STUN+"/').ready.catch(e=>0)}catch(e){}";
-        eval(quic); new Worker(URL.createObjectURL(new Blob([quic]))); await wait(800);)js"_s;
-    Run(strTries);
-    EXPECT_FALSE(ServerWasReached() || m_stun.waitForReadyRead(300));
-    // The same page where the teacher allowed the network: now it gets there.
-    Run(strTries, true);
-    EXPECT_TRUE(ServerWasReached());
-}
 
 TEST_F(CWebHostile, APageDoesNotLeaveTheCourse) {
     m_folder.Write(u"course\\second.htm"_s, "<p>second</p>");
@@ -185,4 +117,28 @@ TEST_F(CWebHostile, AWebPageHasTheNetButNotTheDisk) {
     // And back to a page of the course.
     EXPECT_TRUE(Show(u"course\\b.htm"_s, "<p>b</p><img src=inside.png>", false));
     EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::red); }));
+}
+
+// Elements hide what the document has under their names.
+TEST_F(CWebHostile, NamesInAPageFoolNoEditing) {
+    const QString strNames = u"<p>text</p><img name=\"body\"><form name=\"querySelectorAll\"></form><img "
+                             "name=\"execCommand\"><a id=\"vorelWatching\" name=\"vorelChanged\"></a>"
+                             "<form name=\"designMode\"><input name=\"parentNode\"></form>"_s;
+    Edit(strNames.toUtf8());
+    EXPECT_EQ(Html(), strNames);
+    QSignalSpy changed(m_browser.get(), &CWebBrowser2Ex::SelectionChanged);
+    EXPECT_TRUE(m_browser->InsertBrowserText(u"<b>new</b>"_s));
+    EXPECT_TRUE(Html().contains(u"<b>new</b>"_s)) << Html().toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !changed.isEmpty(); })) << "nothing would be kept of the work";
+}
+
+TEST_F(CWebHostile, CoursesShareNoStorage) {
+    const QString strKeep = u"got.old=localStorage.getItem('x'); localStorage.setItem('x','kept')"_s;
+    EXPECT_EQ(Run(strKeep)[u"old"_s].toString(), QString());
+    EXPECT_EQ(Run(strKeep)[u"old"_s].toString(), u"kept"_s) << "within a course";
+    m_folder.Write(u"second\\page.htm"_s, m_folder.Read(u"course\\page.htm"_s));
+    m_browser->SetAllowedFolders({m_folder.Path(u"second"_s)}, false);
+    ASSERT_TRUE(m_browser->NavigateAndWait(m_folder.Path(u"second\\page.htm"_s)));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"\"old\":null"_s); }))
+        << Html().toStdString();
 }

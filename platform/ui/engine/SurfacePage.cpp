@@ -1,6 +1,7 @@
 #include "platform/ui/engine/SurfacePage.h"
 
 #include "platform/ui/SurfaceUrls.h"
+#include "platform/ui/engine/NetGate.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -41,6 +42,17 @@ void CRequestGuard::interceptRequest(QWebEngineUrlRequestInfo& info) {
         info.block(true);
     else if (verdict.Kind == CAccessRules::SVerdict::EKind::Redirect)
         info.redirect(verdict.Target);
+    else if (verdict.bOfWeb)
+        CNetGate::Instance().Allow(this, info.requestUrl());
+}
+
+CRequestGuard::~CRequestGuard() {
+    CNetGate::Instance().Withdraw(this);
+}
+
+void CRequestGuard::SetRules(const CAccessRules& rules) {
+    CNetGate::Instance().Withdraw(this);
+    m_rules = rules;
 }
 
 CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QObject* pParent)

@@ -8,13 +8,16 @@
 
 class QWebEngineNewWindowRequest;
 
-/// Lets a page's requests through, refuses or redirects them, as the rules say.
+/// Lets a page's requests through, refuses or redirects them, as the rules say, and tells the gate to the
+/// network which of them may pass.
 class CRequestGuard : public QWebEngineUrlRequestInterceptor {
     Q_OBJECT
 public:
     using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
 
-    void SetRules(const CAccessRules& rules) { m_rules = rules; }
+    ~CRequestGuard() override;
+
+    void SetRules(const CAccessRules& rules);
     const CAccessRules& Rules() const { return m_rules; }
     void interceptRequest(QWebEngineUrlRequestInfo& info) override;
 

@@ -1,17 +1,17 @@
 #include "platform/ui/engine/WebEngineModule.h"
 
 #include "platform/ui/Texts.h"
+#include "platform/ui/engine/NetGate.h"
 
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenu>
-#include <QNetworkProxy>
 #include <QQuickWindow>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
+#include <QWebEngineNotification>
 #include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 
 namespace {
 
@@ -47,18 +47,6 @@ QString EditorCall(const QString& strFunction, const QJsonArray& arguments) {
            QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact)) + u')';
 }
 
-/// Takes away from the pages of a course what reaches the network without a request that the guard sees.
-QWebEngineScript BareWorld() {
-    QWebEngineScript script;
-    script.setName(QStringLiteral("bare"));
-    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    script.setWorldId(QWebEngineScript::MainWorld);
-    script.setRunsOnSubFrames(true);
-    script.setSourceCode(QStringLiteral("for (const name of ['RTCPeerConnection', 'webkitRTCPeerConnection', "
-                                        "'RTCIceTransport', 'WebTransport'])\n  delete window[name];"));
-    return script;
-}
-
 } // namespace
 
 CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) {
@@ -75,53 +63,38 @@ CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) 
             OnSelectionChanged();
     });
     RenewPage();
-    SetOnline(false);
 }
 
 CWebEngine::~CWebEngine() {
     if (const auto pCall = m_pCall.lock())
         pCall->Finish({EState::Gone, {}, {}});
     delete m_pView;
-    SetOnline(false);
-}
-
-void CWebEngine::SetOnline(bool bOnline) {
-    static const QNetworkProxy s_usual = QNetworkProxy::applicationProxy();
-    static QSet<const CWebEngine*> s_online;
-    if (bOnline)
-        s_online.insert(this);
-    else
-        s_online.remove(this);
-    // A frame that a page makes of nothing still has what was taken from the page, and can open a connection
-    // that no guard sees. While no page may use the network, such a connection is sent where nobody listens.
-    const QNetworkProxy nowhere(QNetworkProxy::Socks5Proxy, QStringLiteral("127.0.0.1"), 9);
-    QNetworkProxy::setApplicationProxy(s_online.isEmpty() ? nowhere : s_usual);
 }
 
 QWidget* CWebEngine::Widget() {
     return m_pView;
 }
 
-CWebEngine::SPlace& CWebEngine::PlaceFor(bool bWebPage) {
-    SPlace& place = bWebPage ? m_web : m_course;
-    if (!place.pProfile) {
-        place.pGuard = std::make_unique<CRequestGuard>();
-        place.pProfile = std::make_unique<QWebEngineProfile>();
-        place.pProfile->setUrlRequestInterceptor(place.pGuard.get());
-        if (!bWebPage)
-            place.pProfile->scripts()->insert(BareWorld());
-        connect(place.pProfile.get(), &QWebEngineProfile::downloadRequested, this,
-                [](QWebEngineDownloadRequest* pDownload) { pDownload->cancel(); });
-    }
-    return place;
+/// What pages keep among themselves, as in their local storage, they share with nobody: not with another
+/// course, and not with the web.
+void CWebEngine::RenewProfile() {
+    m_pGuard = std::make_unique<CRequestGuard>();
+    m_pProfile = std::make_unique<QWebEngineProfile>();
+    m_pProfile->setUrlRequestInterceptor(m_pGuard.get());
+    m_pProfile->setNotificationPresenter([](std::unique_ptr<QWebEngineNotification>) {});
+    connect(m_pProfile.get(), &QWebEngineProfile::downloadRequested, this,
+            [](QWebEngineDownloadRequest* pDownload) { pDownload->cancel(); });
 }
 
+/// A page that hangs, and one that may reach something else than the next, is not taken along.
 void CWebEngine::RenewPage() {
-    SPlace& place = PlaceFor(m_access.bWebPage);
-    auto pFresh = std::make_unique<CSurfacePage>(place.pProfile.get(), *place.pGuard, nullptr);
+    // Until the page is there that comes after it, the old one lives, and what it lives on.
+    const auto pOldGuard = std::move(m_pGuard);
+    const auto pOldProfile = std::move(m_pProfile);
+    RenewProfile();
+    auto pFresh = std::make_unique<CSurfacePage>(m_pProfile.get(), *m_pGuard, nullptr);
     m_pView->setPage(pFresh.get());
     m_pPage = std::move(pFresh);
-    m_bPageIsOfWeb = m_access.bWebPage;
     m_bPageHangs = false;
     ConnectPage();
 }
@@ -204,13 +177,14 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
 SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     if (m_pCall.lock())
         return {EState::Busy, {}, {}};
-    if (m_bPageHangs || m_bPageIsOfWeb != m_access.bWebPage)
+    // The first page takes what was made with the view.
+    if (m_bPageHangs || (m_pageAccess && *m_pageAccess != m_access))
         RenewPage();
+    m_pageAccess = m_access;
     CAccessRules rules(m_access);
     rules.SetProgramPage(url);
-    PlaceFor(m_access.bWebPage).pGuard->SetRules(rules);
+    m_pGuard->SetRules(rules);
     m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
-    SetOnline(m_access.bNetwork);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, url, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())
@@ -341,9 +315,14 @@ extern "C" Q_DECL_EXPORT void VorelStartWebEngine() {
     // Ways to the network that pass no guard of requests. And the process that would start helpers without a
     // sandbox is not needed: the engine's start waits for the other one, which it slows down.
     const char* const szFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
-    const CStartVariable flags(szFlags, qgetenv(szFlags) +
+    // All connections go through the gate, also those to this machine itself.
+    const QByteArray gate =
+        "--proxy-server=socks5://127.0.0.1:" + QByteArray::number(CNetGate::Instance().serverPort());
+    const CStartVariable flags(szFlags, qgetenv(szFlags) + ' ' + gate +
+                                            " --proxy-bypass-list=<-loopback>"
                                             " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
                                             " --disable-blink-features=WebTransport"
+                                            " --disable-shared-workers"
                                             " --no-unsandboxed-zygote");
     // The engine starts with its first profile, and stays.
     const QWebEngineProfile first;

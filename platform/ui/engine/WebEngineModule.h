@@ -8,7 +8,9 @@
 #include <QWebEngineProfile>
 #include <QWebEngineView>
 
-/// The engine of a surface: one view, and for each kind of page a profile and a page of its own.
+#include <optional>
+
+/// The engine of a surface: one view, and for each kind of access a profile and a page of its own.
 class CWebEngine : public QObject, public IWebEngine {
     Q_OBJECT
 public:
@@ -26,15 +28,8 @@ public:
     QUrl Url() const override;
 
 private:
-    /// A profile that keeps nothing on the disk, with the guard of its requests.
-    struct SPlace {
-        std::unique_ptr<CRequestGuard> pGuard;
-        std::unique_ptr<QWebEngineProfile> pProfile;
-    };
-
-    SPlace& PlaceFor(bool bWebPage);
+    void RenewProfile();
     void RenewPage();
-    void SetOnline(bool bOnline);
     void ConnectPage();
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();
@@ -42,12 +37,14 @@ private:
                            int nMilliseconds);
     SEngineAnswer RunScript(const QString& strScript, quint32 nWorld, int nMilliseconds);
 
-    SPlace m_course;
-    SPlace m_web;
+    std::unique_ptr<CRequestGuard> m_pGuard;
+    /// Keeps nothing on the disk.
+    std::unique_ptr<QWebEngineProfile> m_pProfile;
     std::unique_ptr<CSurfacePage> m_pPage;
     QPointer<QWebEngineView> m_pView;
     SEngineAccess m_access;
-    bool m_bPageIsOfWeb = false;
+    /// What the page was loaded with.
+    std::optional<SEngineAccess> m_pageAccess;
     /// The page didn't answer in time: the next load gets a fresh one, and a fresh process with it.
     bool m_bPageHangs = false;
     QTimer m_caretTimer;

@@ -1,7 +1,30 @@
 // The editor's own functions inside a page. They run in a world of their own, which the page's scripts don't
 // see. Arguments and results are JSON. Sent with every call, since a page may be replaced at any time.
-(function () {
+(function (plain) {
   'use strict';
+  // Elements of a page hide what a document itself has under their names, also from this world: an image named
+  // "body" would be taken for the body, and saved. So each property is had from the prototypes.
+  const document = new Proxy(plain, {
+    get: (target, name) => {
+      const found = propertyOf(target, name);
+      return found && found.get ? found.get.call(target) :
+          found && typeof found.value === 'function' ? found.value.bind(target) : found && found.value;
+    },
+    set: (target, name, value) => {
+      propertyOf(target, name).set.call(target, value);
+      return true;
+    },
+  });
+
+  function propertyOf(target, name) {
+    for (let from = Object.getPrototypeOf(target); from; from = Object.getPrototypeOf(from)) {
+      const found = Object.getOwnPropertyDescriptor(from, name);
+      if (found)
+        return found;
+    }
+    return undefined;
+  }
+
   const MARK = 'data-vorel-mark';
   // An anchor without a link: the engine unwraps every other element that has no style of its own.
   const HOLDER = 'a[name="vorel-holder"]';
@@ -331,16 +354,18 @@
 
   // Tells the program by a console line that only it knows how to read.
   function watch(token) {
-    if (window.vorelWatching)
+    // Never a plain look: an element of that name would be found.
+    if (Object.hasOwn(window, 'vorelWatching'))
       return true;
     window.vorelWatching = true;
+    window.vorelChanged = false;
     const tell = () => console.debug(token);
     document.addEventListener('selectionchange', tell);
     document.addEventListener('input', tell);
     new MutationObserver(() => {
       window.vorelChanged = true;
       tell();
-    }).observe(document, {subtree: true, childList: true, characterData: true, attributes: true});
+    }).observe(plain, {subtree: true, childList: true, characterData: true, attributes: true});
     return true;
   }
 
@@ -410,4 +435,4 @@
       return JSON.stringify({error: String(error)});
     }
   };
-})()
+})(document)

@@ -1,0 +1,151 @@
+#include "platform/ui/engine/NetGate.h"
+
+#include <QHostAddress>
+#include <QNetworkProxy>
+#include <QPointer>
+#include <QTcpSocket>
+#include <QTimer>
+#include <QUrl>
+#include <QtEndian>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+constexpr char c_cVersion = 5;
+constexpr char c_cConnect = 1;
+constexpr char c_cGranted = 0, c_cRefused = 2, c_cUnreachable = 4;
+/// What one side has sent and the other not yet taken.
+constexpr qint64 c_nMaxWaiting = 1024 * 1024;
+/// A connection that has not said by then where it wants to is none of the engine's.
+constexpr int c_nGreetingMilliseconds = 10000;
+
+using SPlace = CNetGate::SPlace;
+
+/// The wish to be connected: four bytes, then the host in one of three forms and the port. Nothing as long as
+/// it isn't there as a whole; a port of 0 when it is none that we know.
+std::optional<SPlace> ReadWish(QTcpSocket& client) {
+    const QByteArray bytes = client.peek(4 + 1 + 255 + 2);
+    if (bytes.size() < 5)
+        return std::nullopt;
+    enum : char { Ipv4 = 1, Name = 3, Ipv6 = 4 };
+    const char cForm = bytes[3];
+    const qsizetype nStart = cForm == Name ? 5 : 4;
+    const qsizetype nHost = cForm == Ipv4 ? 4 : cForm == Ipv6 ? 16 : cForm == Name ? quint8(bytes[4]) : 0;
+    if (bytes[0] != c_cVersion || bytes[1] != c_cConnect || nHost == 0)
+        return SPlace{};
+    if (bytes.size() < nStart + nHost + 2)
+        return std::nullopt;
+    const char* pHost = bytes.constData() + nStart;
+    SPlace place{{}, qFromBigEndian<quint16>(pHost + nHost)};
+    if (cForm == Name)
+        place.strHost = QString::fromLatin1(pHost, nHost);
+    else if (cForm == Ipv4)
+        place.strHost = QHostAddress(qFromBigEndian<quint32>(pHost)).toString();
+    else
+        place.strHost = QHostAddress(reinterpret_cast<const quint8*>(pHost)).toString();
+    client.read(nStart + nHost + 2);
+    return place;
+}
+
+void Reply(QTcpSocket& client, char cAnswer) {
+    const char reply[] = {c_cVersion, cAnswer, 0, 1, 0, 0, 0, 0, 0, 0};
+    client.write(reply, sizeof reply);
+}
+
+/// Carries over what one side says, no faster than the other takes it.
+void Carry(QTcpSocket* pFrom, QTcpSocket* pTo) {
+    const auto carry = [pFrom, pTo = QPointer(pTo)] {
+        if (pTo && pTo->bytesToWrite() < c_nMaxWaiting)
+            pTo->write(pFrom->read(c_nMaxWaiting));
+    };
+    pFrom->setReadBufferSize(c_nMaxWaiting);
+    QObject::connect(pFrom, &QTcpSocket::readyRead, pTo, carry);
+    QObject::connect(pTo, &QTcpSocket::bytesWritten, pFrom, carry);
+    QObject::connect(pFrom, &QTcpSocket::disconnected, pTo, [pFrom, pTo] {
+        pTo->write(pFrom->readAll());
+        pTo->disconnectFromHost();
+    });
+    carry();
+}
+
+} // namespace
+
+CNetGate& CNetGate::Instance() {
+    // It lives as long as the engine, which stays until the process ends.
+    static auto* const s_pGate = new CNetGate;
+    return *s_pGate;
+}
+
+CNetGate::CNetGate() {
+    setProxy(QNetworkProxy::NoProxy);
+    connect(this, &QTcpServer::newConnection, this, [this] {
+        while (QTcpSocket* pClient = nextPendingConnection())
+            Greet(pClient);
+    });
+    listen(QHostAddress::LocalHost);
+}
+
+void CNetGate::Allow(const void* pOwner, const QUrl& url) {
+    const bool bSecure = url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("wss");
+    // An address of the sixth version stands in brackets in a URL alone, where host() leaves them out.
+    const SPlace place{url.host(QUrl::FullyEncoded), quint16(url.port(bSecure ? 443 : 80))};
+    m_allowed[pOwner].insert(place.Name());
+}
+
+void CNetGate::Withdraw(const void* pOwner) {
+    m_allowed.remove(pOwner);
+}
+
+bool CNetGate::IsAllowed(const QString& strPlace) const {
+    return std::any_of(m_allowed.begin(), m_allowed.end(),
+                       [&](const QSet<QString>& places) { return places.contains(strPlace); });
+}
+
+/// The client names the ways in which it can prove itself, and is told that it need not.
+void CNetGate::Greet(QTcpSocket* pClient) {
+    connect(pClient, &QTcpSocket::disconnected, pClient, &QObject::deleteLater);
+    auto* pTimer = new QTimer(pClient);
+    connect(pTimer, &QTimer::timeout, pClient, &QTcpSocket::abort);
+    pTimer->start(c_nGreetingMilliseconds);
+    connect(pClient, &QTcpSocket::readyRead, pTimer, [this, pClient, pTimer, bGreeted = false]() mutable {
+        if (!bGreeted) {
+            const QByteArray bytes = pClient->peek(2);
+            const qint64 nGreeting = 2 + (bytes.size() < 2 ? 0 : quint8(bytes[1]));
+            if (bytes.size() < 2 || pClient->bytesAvailable() < nGreeting)
+                return;
+            pClient->read(nGreeting);
+            const char reply[] = {c_cVersion, 0};
+            pClient->write(reply, sizeof reply);
+            bGreeted = true;
+        }
+        if (const auto wish = ReadWish(*pClient)) {
+            // With the timer this handler goes too.
+            pTimer->deleteLater();
+            pClient->disconnect(pTimer);
+            Connect(pClient, *wish);
+        }
+    });
+}
+
+void CNetGate::Connect(QTcpSocket* pClient, const SPlace& place) {
+    if (!IsAllowed(place.Name())) {
+        Reply(*pClient, c_cRefused);
+        pClient->disconnectFromHost();
+        return;
+    }
+    auto* pFar = new QTcpSocket(pClient);
+    pFar->setProxy(QNetworkProxy::NoProxy);
+    connect(pFar, &QTcpSocket::connected, pClient, [pClient, pFar] {
+        Reply(*pClient, c_cGranted);
+        Carry(pClient, pFar);
+        Carry(pFar, pClient);
+    });
+    connect(pFar, &QTcpSocket::errorOccurred, pClient, [pClient, pFar] {
+        if (pFar->state() != QAbstractSocket::ConnectedState && pFar->peerAddress().isNull())
+            Reply(*pClient, c_cUnreachable);
+        pClient->disconnectFromHost();
+    });
+    pFar->connectToHost(place.strHost, place.nPort);
+}

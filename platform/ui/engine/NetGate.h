@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QTcpServer>
+
+class QTcpSocket;
+
+/// The one way of the engine to the network: a SOCKS proxy of this process, which leads on to places that the
+/// guard of a page has let through, and to no other. A page can open connections that no guard sees (calls,
+/// hints, what a later engine may bring); all of them come here.
+class CNetGate : public QTcpServer {
+    Q_OBJECT
+public:
+    struct SPlace {
+        QString strHost;
+        quint16 nPort = 0;
+        QString Name() const { return strHost.toLower() + u':' + QString::number(nPort); }
+    };
+
+    /// Listens from its first use on. Where that fails, the engine's connections end nowhere.
+    static CNetGate& Instance();
+
+    /// Lets connections to the place of a web address through, on behalf of an owner.
+    void Allow(const void* pOwner, const QUrl& url);
+    /// The owner's places are closed again. What is connected stays so.
+    void Withdraw(const void* pOwner);
+
+private:
+    CNetGate();
+    void Greet(QTcpSocket* pClient);
+    void Connect(QTcpSocket* pClient, const SPlace& place);
+    bool IsAllowed(const QString& strPlace) const;
+
+    QHash<const void*, QSet<QString>> m_allowed;
+};

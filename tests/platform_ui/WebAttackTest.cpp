@@ -1,0 +1,329 @@
+// The table of what a hostile page tries, and what became of it. Each try to read stands beside the same one
+// at a file of the course, and each try to send beside the same one by a page of the web: so a page that
+// merely didn't run, or a try that works no longer at all, doesn't pass for one that was refused.
+#include "tests/platform_ui/WebFixture.h"
+
+#include <QDirIterator>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkDatagram>
+#include <QNetworkInterface>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QUdpSocket>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How a place outside is spelled: by a page in "course", of a file in "out" beside it.
+struct SSpelling {
+    const char* szName;
+    /// %1 is the absolute path of the folder that holds both, in URL form.
+    const char* szPlace;
+};
+constexpr SSpelling c_spellings[] = {
+    {"..", "../out/s"},
+    {"escaped dots", "%2e%2e/out/s"},
+    {"half escaped dots", ".%2E/out/s"},
+    {"escaped slash", "..%2fout/s"},
+    {"doubled escape", "%252e%252e/out/s"},
+    {"doubled slash", "..%252fout%252fs"},
+    {"threefold escape", "%25252e%25252e/out/s"},
+    {"backslashes", "..\\out\\s"},
+    {"escaped backslashes", "..%5cout%5cs"},
+    {"doubled backslashes", "..%255cout%255cs"},
+    {"in and out", "data/../../out/s"},
+    {"in and out, escaped", "data/%2e%2e%2f%2e%2e/out/s"},
+    {"letter case", "../OUT/S"},
+    {"begins alike", "../course2/s"},
+    {"a link of the disk", "linked/s"},
+    {"absolute", "file://%1/out/s"},
+    {"no slashes", "file:%1/out/s"},
+    {"four slashes", "file:///%1/out/s"},
+    {"localhost", "file://localhost%1/out/s"},
+    {"FILE:", "FILE://%1/out/s"},
+    {"a drive", "file:///Z:%1/out/s"},
+    {"a drive, upper case", "FILE:\\\\\\z:%1\\OUT\\S"},
+    {"a drive, in and out", "file:///Z:%1/course/../out/s"},
+    {"of the process", "file:///proc/self/root%1/out/s"},
+};
+
+/// A place to send something to: it counts who calls.
+class CListener {
+public:
+    CListener() {
+        QObject::connect(&m_server, &QTcpServer::newConnection, [this] { Answer(); });
+        EXPECT_TRUE(m_server.listen(QHostAddress::AnyIPv4) && m_socket.bind(QHostAddress::AnyIPv4));
+    }
+    /// How many calls came since the last asking.
+    int TakeCalls() {
+        for (; m_socket.hasPendingDatagrams(); ++m_nCalls)
+            m_socket.receiveDatagram(0);
+        return std::exchange(m_nCalls, 0);
+    }
+    int TcpPort() const { return m_server.serverPort(); }
+    int UdpPort() const { return m_socket.localPort(); }
+
+private:
+    void Answer() {
+        while (QTcpSocket* pSocket = m_server.nextPendingConnection()) {
+            ++m_nCalls;
+            QObject::connect(pSocket, &QTcpSocket::readyRead, pSocket, [pSocket] {
+                pSocket->readAll();
+                pSocket->write("HTTP/1.0 404 No\r\nAccess-Control-Allow-Origin: *\r\n\r\n");
+                pSocket->disconnectFromHost();
+            });
+        }
+    }
+
+    QTcpServer m_server;
+    QUdpSocket m_socket;
+    int m_nCalls = 0;
+};
+
+/// Serves the files below a folder as a site of the web.
+class CSite {
+public:
+    explicit CSite(const CTempFolder& folder) : m_folder(folder) {
+        QObject::connect(&m_server, &QTcpServer::newConnection, [this] {
+            QTcpSocket* pSocket = m_server.nextPendingConnection();
+            QObject::connect(pSocket, &QTcpSocket::readyRead, pSocket, [this, pSocket] {
+                const QString strName = QString::fromUtf8(pSocket->readAll().split(' ').value(1).mid(1));
+                const bool bScript = strName.endsWith(u".js"_s);
+                pSocket->write("HTTP/1.0 200 OK\r\nContent-Type: text/" +
+                               QByteArray(bScript ? "javascript" : "html") + "\r\n\r\n" +
+                               m_folder.Read(u"course\\"_s + strName));
+                pSocket->disconnectFromHost();
+            });
+        });
+        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
+    }
+    QString Url(const QString& strName) const {
+        return u"http://127.0.0.1:%1/%2"_s.arg(m_server.serverPort()).arg(strName);
+    }
+
+private:
+    const CTempFolder& m_folder;
+    QTcpServer m_server;
+};
+
+void PrintRow(const QString& strName, const QStringList& cells) {
+    std::printf("  %-28s", qPrintable(strName));
+    for (const QString& strCell : cells)
+        std::printf("| %-26s", qPrintable(strCell));
+    std::printf("\n");
+}
+
+class CWebAttack : public CWebTest {
+protected:
+    CWebAttack() {
+        QFile script(u":/tests/hostile.js"_s);
+        EXPECT_TRUE(script.open(QIODevice::ReadOnly));
+        m_folder.Write(u"course\\hostile.js"_s, script.readAll());
+        for (const QString& strFolder : {u"course\\data"_s, u"course2"_s, u"out"_s})
+            Fill(strFolder);
+        QFile::link(m_folder.Native(u"out"_s), m_folder.Native(u"course\\linked"_s));
+    }
+    /// A file of each kind, with what a try would bring of it.
+    void Fill(const QString& strFolder) {
+        const auto write = [&](const char* szEnd, const QByteArray& bytes) {
+            m_folder.Write(strFolder + u"\\s"_s + QLatin1String(szEnd), bytes);
+        };
+        write(".txt", "SECRET");
+        write(".htm", "<body style='background:#ff00ff'>SECRET");
+        write(".js",
+              "try{self[document.currentScript.src.split('?')[1]]='SECRET'}catch(e){self.told='SECRET'}");
+        write(".worker.js", "postMessage('SECRET')");
+        write(".mjs", "export const told='SECRET'");
+        write(".css", "#secret{color:red}");
+        write(".svg", "<svg xmlns='http://www.w3.org/2000/svg'><symbol id='a'><rect width='9' height='9'/>"
+                      "<text>SECRET</text></symbol></svg>");
+        write(".xml", "<a>SECRET</a>");
+        write(".vtt", "WEBVTT\n\n00:00.000 --> 00:09.000\nSECRET\n");
+        write(".wav", QByteArray::fromHex("524946462c00000057415645666d74201000000001000100401f0000401f0000"
+                                          "0100080064617461080000008080808080808080"));
+        WritePicture(strFolder + u"\\s.png"_s, Qt::blue);
+        QDirIterator fonts(u"/usr/share/fonts"_s, {u"*.ttf"_s}, QDir::Files, QDirIterator::Subdirectories);
+        QFile font(fonts.hasNext() ? fonts.next() : QString());
+        if (font.open(QIODevice::ReadOnly))
+            write(".ttf", font.readAll());
+    }
+    void WriteJob(const QString& strJob) {
+        const QString strHtml = u"<!DOCTYPE html><meta charset=utf-8><body><script src=hostile.js></script>"
+                                "<script>run(() => %1)</script>"_s.arg(strJob);
+        m_folder.Write(u"course\\page.htm"_s, strHtml.toUtf8());
+    }
+    /// What the page that shows has told by the time that it has tried all.
+    QJsonValue WaitForReport() {
+        QJsonObject got;
+        const auto hasRun = [&] {
+            QString strHtml;
+            m_browser->GetBrowserBodyInnerHTML(strHtml);
+            const QString strOut = strHtml.section(u"id=\"out\">"_s, 1).section(u"</pre>"_s, 0, 0);
+            got = QJsonDocument::fromJson(strOut.toUtf8()).object();
+            return !got.isEmpty();
+        };
+        EXPECT_TRUE(QTest::qWaitFor(hasRun, 60000)) << Url().toStdString();
+        return got[u"done"_s];
+    }
+    bool ShowSite() {
+        m_browser->SetNetworkAllowed(true);
+        m_browser->show();
+        return m_browser->NavigateAndWait(m_site.Url(u"page.htm"_s));
+    }
+
+    CSite m_site{m_folder};
+};
+
+/// Tries that this engine refuses wherever the file lies, and some that need what the machine may lack.
+const QStringList c_refusedAnyway{u"EventSource"_s, u"frame of data"_s,       u"iframe, filesystem"_s,
+                                  u"font"_s,        u"iframe, view-source"_s, u"shared worker"_s,
+                                  u"xml entity"_s,  u"xslt document()"_s};
+/// Tries to send that a page of the web has no luck with either: the engine hasn't them, or asks the program,
+/// which is another test's.
+const QStringList c_unsentAnyway{u"svg use"_s,
+                                 u"form, into a window"_s,
+                                 u"link, followed"_s,
+                                 u"link, ping"_s,
+                                 u"window.open"_s,
+                                 u"prerender"_s,
+                                 u"preconnect"_s,
+                                 u"dns-prefetch"_s,
+                                 u"manifest"_s,
+                                 u"shared worker"_s,
+                                 u"service worker"_s,
+                                 u"WebTransport"_s,
+                                 u"WebTransport of a worker"_s,
+                                 u"payment"_s,
+                                 u"credential"_s,
+                                 u"notification"_s,
+                                 u"media session"_s,
+                                 u"portal"_s,
+                                 u"fencedframe"_s,
+                                 u"policy report"_s};
+
+} // namespace
+
+TEST_F(CWebAttack, Reading) {
+    const QString strRoot = QUrl::fromLocalFile(m_folder.Native()).path(QUrl::FullyEncoded);
+    QJsonObject all{{u"inside"_s, u"data/s"_s}};
+    for (const SSpelling& spelling : c_spellings)
+        all[QLatin1String(spelling.szName)] = QString::fromLatin1(spelling.szPlace).replace(u"%1"_s, strRoot);
+    const QJsonObject some{
+        {u"inside"_s, u"data/s"_s}, {u".."_s, u"../out/s"_s}, {u"absolute"_s, all.value(u"absolute"_s)}};
+    const QJsonObject ofWeb{{u"course"_s, QString(u"file://"_s + strRoot + u"/course/data/s"_s)},
+                            {u"absolute"_s, all.value(u"absolute"_s)},
+                            {u"a drive"_s, all.value(u"a drive"_s)}};
+    m_folder.Write(u"course\\first.htm"_s, "<a href=page.htm>x</a>");
+    m_folder.Write(u"course\\outer.htm"_s,
+                   "<body><iframe src=page.htm></iframe><script src=hostile.js></script>");
+    const auto job = [](const QJsonObject& places) {
+        return u"tryReading(%1)"_s.arg(QString::fromUtf8(QJsonDocument(places).toJson()));
+    };
+    struct SRound {
+        const char* szName;
+        QJsonObject Places;
+        std::function<bool()> Begin;
+    };
+    const auto show = [&](const QString& strPage) { return Show(strPage, m_folder.Read(strPage), false); };
+    const SRound rounds[] = {
+        {"a page", all, [&] { return show(u"course\\page.htm"_s); }},
+        {"behind a link", some,
+         [&] {
+             return show(u"course\\first.htm"_s) && m_browser->ExecuteScript(u"document.links[0].click()"_s);
+         }},
+        {"a frame", some, [&] { return show(u"course\\outer.htm"_s); }},
+        {"a page of the web", ofWeb, [&] { return ShowSite(); }},
+    };
+    QMap<QString, QStringList> table;
+    for (const SRound& round : rounds) {
+        WriteJob(job(round.Places));
+        ASSERT_TRUE(round.Begin()) << round.szName;
+        const QJsonObject got = WaitForReport().toObject();
+        EXPECT_GT(got.size(), 40) << round.szName;
+        for (auto it = got.begin(); it != got.end(); ++it) {
+            QJsonObject row = it.value().toObject();
+            const QString strInside = row.take(u"inside"_s).toString();
+            QStringList through;
+            for (auto cell = row.begin(); cell != row.end(); ++cell) {
+                if (!cell.value().toString().isEmpty())
+                    through.append(cell.key());
+            }
+            EXPECT_EQ(through, QStringList()) << it.key().toStdString() << ", " << round.szName;
+            if (round.Places.contains(u"inside"_s)) {
+                EXPECT_TRUE(!strInside.isEmpty() || c_refusedAnyway.contains(it.key()))
+                    << it.key().toStdString() << " is no try, " << round.szName;
+            }
+            if (table[it.key()].isEmpty())
+                table[it.key()].append(strInside.isEmpty() ? u"-"_s : strInside);
+            table[it.key()].append(through.isEmpty() ? u"refused %1"_s.arg(row.size())
+                                                     : through.join(u", "_s));
+        }
+    }
+    PrintRow(u"To read"_s,
+             {u"in the course"_s, u"outside"_s, u"behind a link"_s, u"in a frame"_s, u"by the web"_s});
+    for (auto it = table.begin(); it != table.end(); ++it)
+        PrintRow(it.key(), it.value());
+}
+
+TEST_F(CWebAttack, Sending) {
+    std::vector<std::unique_ptr<CListener>> listeners;
+    QStringList ports, udpPorts;
+    for (int i = 0; i < 80; ++i) {
+        listeners.push_back(std::make_unique<CListener>());
+        ports.append(QString::number(listeners.back()->TcpPort()));
+        udpPorts.append(QString::number(listeners.back()->UdpPort()));
+    }
+    // An address of this machine that counts as another machine's, if it has one.
+    QString strHost = u"127.0.0.1"_s;
+    for (const QHostAddress& address : QNetworkInterface::allAddresses())
+        strHost = address.isGlobal() && address.protocol() == QAbstractSocket::IPv4Protocol
+                      ? address.toString()
+                      : strHost;
+    const QString strJob =
+        u"trySending('%1',[%2],[%3],%4)"_s.arg(strHost, ports.join(u','), udpPorts.join(u','));
+    WriteJob(strJob.arg(u"false"_s));
+    const auto ofCourse = [&] {
+        return Show(u"course\\page.htm"_s, m_folder.Read(u"course\\page.htm"_s), false);
+    };
+    CWebBrowser2Ex other;
+    const std::function<bool()> rounds[] = {
+        ofCourse,
+        // Another surface has the network meanwhile.
+        [&] {
+            other.SetNetworkAllowed(true);
+            other.show();
+            return other.NavigateAndWait(m_site.Url(u"data/s.txt"_s)) && ofCourse();
+        },
+        [&] {
+            WriteJob(strJob.arg(u"true"_s));
+            return ShowSite();
+        },
+    };
+    QJsonArray names;
+    std::vector<QList<int>> calls;
+    for (const auto& begin : rounds) {
+        ASSERT_TRUE(begin());
+        names = WaitForReport().toArray();
+        ASSERT_LE(size_t(names.size()), listeners.size());
+        calls.emplace_back();
+        for (const auto& pListener : listeners)
+            calls.back().append(pListener->TakeCalls());
+    }
+    PrintRow(u"To send"_s, {u"by a page"_s, u"beside the web"_s, u"by the web"_s});
+    for (int i = 0; i < names.size(); ++i) {
+        const QString strName = names[i].toString();
+        // The first call of a page of the web only opens the way.
+        const QList<bool> reached{calls[0][i] > 0, calls[1][i] > 0, calls[2][i] > 1};
+        QStringList row;
+        for (const bool bReached : reached)
+            row.append(bReached ? u"reached"_s : u"refused"_s);
+        PrintRow(strName, row);
+        EXPECT_FALSE(reached[0] || reached[1]) << strName.toStdString();
+        EXPECT_EQ(reached[2], !c_unsentAnyway.contains(strName)) << strName.toStdString() << " is no try";
+    }
+}
