@@ -69,6 +69,7 @@ constexpr int c_insertBar[] = {32790, 32791, 32792, 32836, 0,     32837, 32838, 
                                32846, 32847, 0,     32848, 32849, 32850, 0,     32851};
 constexpr int c_editBar[] = {32795, 32793, 32796, 32820, 0,     32821, 32822, 0,    32823,
                              32824, 0,     32871, 32908, 32940, 0,     32825, 32826};
+constexpr int c_pageMenu[] = {32821, 32822, 0, 32795, 32793, 32796, 32820, 0, 32823};
 
 // Two names are cut or hold a tab, and some values write the tab as an entity: pages carry these values.
 constexpr BoxRow c_fonts[] = {
@@ -122,6 +123,10 @@ std::span<const int> InsertBar() {
 
 std::span<const int> EditBar() {
     return c_editBar;
+}
+
+std::span<const int> PageMenu() {
+    return c_pageMenu;
 }
 
 std::span<const BoxRow> Fonts() {

@@ -72,6 +72,8 @@ const Command* Find(int nId);
 std::span<const int> FormatBar();
 std::span<const int> InsertBar();
 std::span<const int> EditBar();
+/// The menu at the mouse in the page, in the same form.
+std::span<const int> PageMenu();
 
 /// One row of a combo box.
 struct BoxRow {

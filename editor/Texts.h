@@ -103,8 +103,10 @@ inline const QString c_strTableSpacing = QStringLiteral("单元格间隔(&S)");
 inline const QString c_strTablePadding = QStringLiteral("单元格间距(&P)");
 inline const QString c_strTableBorderColour = QStringLiteral("边框颜色(&D)");
 inline const QString c_strTableBackground = QStringLiteral("背景颜色(&G)");
-inline const QString c_strOk = QStringLiteral("确定");
-inline const QString c_strCancel = QStringLiteral("取消");
+inline const QString c_strPickColour = QStringLiteral("选择%1");
+
+// Toolbars.
+inline const QString c_strMore = QStringLiteral("更多按钮");
 
 // Tabs.
 inline const QString c_strDesignTab = QStringLiteral("设计");

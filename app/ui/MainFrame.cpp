@@ -179,6 +179,7 @@ CBookShowView* CMainFrame::GetViewByKind(EViewKind kind) {
         break;
     case EViewKind::Editor:
         pView = m_pEditor = new CEditorView(*this, m_people, m_pStack);
+        connect(m_pEditor, &CEditorView::CommandsChanged, this, &CMainFrame::UpdateCommandsSoon);
         break;
     case EViewKind::ChildrenList:
         pView = DisplayViews::MakeChildrenNodeListView(*this, m_pStack);

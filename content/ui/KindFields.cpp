@@ -3,19 +3,16 @@
 #include "content/Texts.h"
 #include "content/ui/EntryFields.h"
 #include "foundation/Paths.h"
-#include "platform/base/NativePath.h"
 #include "platform/ui/DialogParts.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStandardPaths>
 
 using namespace ContentText;
 using namespace DialogParts;
@@ -27,31 +24,19 @@ namespace {
 constexpr int c_nCommentLines = 4;
 constexpr int c_nColumns = 3;
 
-/// Where the next picker begins that has no path to begin with: beside what was picked last.
-QString& LastPlace() {
-    static QString s_strPlace;
-    if (!Torvane::File::IsFolder(s_strPlace)) {
-        s_strPlace =
-            Platform::FromNative(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-        if (!Torvane::File::IsFolder(s_strPlace))
-            s_strPlace = Platform::FromNative(QDir::homePath());
-    }
-    return s_strPlace;
-}
-
+/// Where a picker begins: at what the field holds, if that is there.
 QString PlaceOf(const CPathField& field) {
     const QString strPath = field.GetPath();
     for (const QString& strFolder : {strPath, Torvane::File::ParentFolder(strPath)}) {
         if (Torvane::File::IsFolder(strFolder))
             return strFolder;
     }
-    return LastPlace();
+    return {};
 }
 
 void Take(CPathField& field, const std::optional<QString>& picked) {
     if (!picked)
         return;
-    LastPlace() = Torvane::File::ParentFolder(*picked);
     field.SetPath(*picked);
     // Enter goes on from here, and does not pick again.
     field.setFocus();

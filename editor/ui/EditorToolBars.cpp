@@ -1,11 +1,12 @@
 #include "editor/ui/EditorToolBars.h"
 
-#include "editor/EditorCommands.h"
+#include "editor/Texts.h"
+#include "editor/ui/ValueBox.h"
 #include "foundation/SysInfo.h"
 #include "platform/ui/Pictures.h"
 
 #include <QAction>
-#include <QComboBox>
+#include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -17,8 +18,8 @@ namespace {
 constexpr QSize c_imageSize(16, 15);
 constexpr int c_nFontBoxWidth = 107;
 constexpr int c_nSizeBoxWidth = 47;
-/// Room for the arrow beside the text, which the widths don't count.
-constexpr int c_nArrowWidth = 24;
+/// The toolkit's own name for the button that shows what a narrow bar has no room for.
+const QLatin1StringView c_strMoreButton("qt_toolbar_ext_button");
 
 } // namespace
 
@@ -47,6 +48,11 @@ QToolBar* CEditorToolBars::AddBar(const QString& strName, std::span<const int> i
         else
             AddCommand(*pBar, nId);
     }
+    if (auto* pMore = pBar->findChild<QToolButton*>(c_strMoreButton)) {
+        pMore->setToolTip(EditorTexts::c_strMore);
+        pMore->setAccessibleName(EditorTexts::c_strMore);
+        pMore->setFocusPolicy(Qt::TabFocus);
+    }
     return pBar;
 }
 
@@ -74,18 +80,28 @@ void CEditorToolBars::AddCommand(QToolBar& bar, int nId) {
 
 void CEditorToolBars::AddBox(QToolBar& bar, int nId) {
     const bool bFonts = nId == Id::c_nFontBox;
-    auto* pBox = new QComboBox(&bar);
+    const auto rows = bFonts ? Fonts() : Sizes();
+    auto* pBox = new CValueBox(rows, bFonts ? c_nFontBoxWidth : c_nSizeBoxWidth, &bar);
+    const QString strName = Find(nId)->strTooltip.toString();
     pBox->setObjectName(QStringLiteral("box_%1").arg(nId));
-    pBox->setAccessibleName(Find(nId)->strTooltip.toString());
-    pBox->setToolTip(pBox->accessibleName());
-    pBox->setStatusTip(pBox->accessibleName());
-    pBox->setFixedWidth((bFonts ? c_nFontBoxWidth : c_nSizeBoxWidth) + c_nArrowWidth);
-    for (const BoxRow& row : bFonts ? Fonts() : Sizes())
-        pBox->addItem(row.strShown.toString(), row.strValue.toString());
+    pBox->setAccessibleName(strName);
+    pBox->setToolTip(strName);
+    pBox->setStatusTip(strName);
     pBox->setCurrentIndex(bFonts ? c_nFirstFont : c_nFirstSize);
-    bar.addWidget(pBox);
-    connect(pBox, &QComboBox::activated, this,
-            [this, nId, pBox](int nRow) { Q_EMIT ValueChosen(nId, pBox->itemData(nRow).toString()); });
+    QAction* pAction = bar.addWidget(pBox);
+    // Where the bar is too narrow for the box, its rows are a menu.
+    auto* pMenu = new QMenu(pBox);
+    for (int nRow = 0; nRow < pBox->count(); ++nRow)
+        connect(pMenu->addAction(pBox->itemText(nRow)), &QAction::triggered, this,
+                [this, nId, strValue = pBox->itemData(nRow).toString()] {
+                    Q_EMIT ValueChosen(nId, strValue);
+                    Q_EMIT BoxLeft();
+                });
+    pAction->setText(strName);
+    pAction->setMenu(pMenu);
+    connect(pBox, &CValueBox::ValueChosen, this,
+            [this, nId](const QString& strValue) { Q_EMIT ValueChosen(nId, strValue); });
+    connect(pBox, &CValueBox::Left, this, &CEditorToolBars::BoxLeft);
     m_boxes.insert(nId, pBox);
 }
 
@@ -96,7 +112,25 @@ void CEditorToolBars::UpdateEnabled(const std::function<bool(int)>& isEnabled) {
         it.value()->setEnabled(isEnabled(it.key()));
 }
 
-void CEditorToolBars::ShowStates(const QMap<QString, bool>& states) {
+void CEditorToolBars::ShowStates(const QStringList& pressed) {
     for (auto it = m_actions.cbegin(); it != m_actions.cend(); ++it)
-        it.value()->setChecked(states.value(Find(it.key())->strName.toString()));
+        it.value()->setChecked(pressed.contains(Find(it.key())->strName));
+}
+
+void CEditorToolBars::ShowFont(const QString& strFont, const QString& strSize) {
+    m_boxes.value(Id::c_nFontBox)->ShowValue(strFont);
+    m_boxes.value(Id::c_nSizeBox)->ShowValue(strSize);
+}
+
+QList<QAction*> CEditorToolBars::ActionsOf(std::span<const int> ids) {
+    QList<QAction*> actions;
+    for (const int nId : ids) {
+        auto* pAction = m_actions.value(nId);
+        if (pAction == nullptr) {
+            pAction = new QAction(this);
+            pAction->setSeparator(true);
+        }
+        actions.append(pAction);
+    }
+    return actions;
 }

@@ -6,8 +6,8 @@
 #include <functional>
 #include <span>
 
+class CValueBox;
 class QAction;
-class QComboBox;
 class QToolBar;
 
 /// The editor's three toolbars, one below the other, made from the table of commands. An action's object name
@@ -19,12 +19,18 @@ public:
 
     /// Asks for each command whether it is enabled now.
     void UpdateEnabled(const std::function<bool(int)>& isEnabled);
-    /// Presses the buttons of the named commands that are in force at the caret.
-    void ShowStates(const QMap<QString, bool>& states);
+    /// Presses the buttons of the named commands, those that are in force at the caret, and no other.
+    void ShowStates(const QStringList& pressed);
+    /// Shows the font and the size at the caret; runs nothing.
+    void ShowFont(const QString& strFont, const QString& strSize);
+    /// The actions of these ids, 0 for a separator, for a menu.
+    QList<QAction*> ActionsOf(std::span<const int> ids);
 
 Q_SIGNALS:
     void CommandTriggered(int nCommand);
     void ValueChosen(int nCommand, const QString& strValue);
+    /// The person is done with a combo box and goes back to the text.
+    void BoxLeft();
 
 private:
     QToolBar* AddBar(const QString& strName, std::span<const int> ids);
@@ -32,5 +38,5 @@ private:
     void AddBox(QToolBar& bar, int nId);
 
     QHash<int, QAction*> m_actions;
-    QHash<int, QComboBox*> m_boxes;
+    QHash<int, CValueBox*> m_boxes;
 };

@@ -14,6 +14,7 @@
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QShortcut>
 #include <QTabBar>
 #include <QTextCursor>
 
@@ -55,6 +56,20 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
             [this](int nTab) { SwitchTo(static_cast<EMode>(nTab)); });
     connect(m_pBars, &CEditorToolBars::CommandTriggered, this, &CEditorView::RunCommand);
     connect(m_pBars, &CEditorToolBars::ValueChosen, this, &CEditorView::RunBox);
+    connect(m_pBars, &CEditorToolBars::BoxLeft, this, [this] {
+        FocusLive();
+        ShowStates();
+    });
+    m_pDesign->addActions(m_pBars->ActionsOf(PageMenu()));
+    for (const int nStep : {1, -1}) {
+        auto* pKeys = new QShortcut(nStep > 0 ? QKeySequence(Qt::CTRL | Qt::Key_PageDown)
+                                              : QKeySequence(Qt::CTRL | Qt::Key_PageUp),
+                                    this);
+        pKeys->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(pKeys, &QShortcut::activated, this, [this, nStep] {
+            m_pTabs->setCurrentIndex((m_pTabs->currentIndex() + m_pTabs->count() + nStep) % m_pTabs->count());
+        });
+    }
     connect(m_pDesign, &CWebBrowser2Ex::SelectionChanged, this, [this] {
         m_keeper.Touch();
         ShowStates();
@@ -224,6 +239,7 @@ void CEditorView::SwitchTo(EMode mode) {
     const EMode live = m_bInSource ? EMode::Source : EMode::Design;
     SetMode(bMoved ? mode : live);
     FocusLive();
+    ShowStates();
 }
 
 bool CEditorView::FitsSourceBox(const QString& strText) {
@@ -304,7 +320,10 @@ void CEditorView::SetMode(EMode mode) {
     m_pTabs->setCurrentIndex(static_cast<int>(mode));
     m_pBars->setVisible(mode != EMode::Preview);
     m_pBars->UpdateEnabled([this](int nCommand) { return IsCommandEnabled(nCommand); });
+    if (mode != EMode::Design)
+        m_pBars->ShowStates({});
     LayOut();
+    Q_EMIT CommandsChanged();
 }
 
 void CEditorView::LayOut() {
@@ -334,8 +353,7 @@ void CEditorView::FocusLive() {
         m_pPreview->setFocus();
 }
 
-/// Presses the buttons of what is in force at the caret. Another call under way is no loss: whoever makes it
-/// shows the states behind it.
+/// Presses the buttons of what is in force at the caret.
 void CEditorView::ShowStates() {
     if (m_mode != EMode::Design || m_pNode == nullptr || !isVisible())
         return;
@@ -345,9 +363,12 @@ void CEditorView::ShowStates() {
             names.append(command.strName.toString());
     }
     const QPointer<CEditorView> pThis(this);
-    QMap<QString, bool> states;
-    if (m_pDesign->QueryCommandStates(names, states) && pThis)
-        m_pBars->ShowStates(states);
+    m_pDesign->AskCaretState(names, [pThis](const CWebBrowser2Ex::SCaretState& state) {
+        if (!pThis || pThis->m_mode != EMode::Design)
+            return;
+        pThis->m_pBars->ShowStates(state.Pressed);
+        pThis->m_pBars->ShowFont(state.strFont, state.strSize);
+    });
 }
 
 void CEditorView::resizeEvent(QResizeEvent* pEvent) {

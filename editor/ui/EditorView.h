@@ -37,6 +37,10 @@ public:
     bool IsCommandEnabled(int nCommand) const;
     bool RunCommand(int nCommand);
 
+Q_SIGNALS:
+    /// Other commands are enabled than before.
+    void CommandsChanged();
+
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
 

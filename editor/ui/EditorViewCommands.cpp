@@ -75,7 +75,6 @@ void CEditorView::RunLink(const Command& command) {
 
 void CEditorView::RunBox(int nCommand, const QString& strValue) {
     m_pDesign->ExecuteIHTMLDocumentCmd(Find(nCommand)->strName.toString(), false, strValue);
-    FocusLive();
 }
 
 void CEditorView::RunOwn(int nCommand) {

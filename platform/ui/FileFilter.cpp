@@ -2,16 +2,9 @@
 
 #include "platform/ui/Texts.h"
 
-#include <QRegularExpression>
-
 namespace FileFilter {
 
 namespace {
-
-QString Label(const QString& strText) {
-    static const QRegularExpression s_patterns(QStringLiteral("\\s*\\([^()]*\\*[^()]*\\)\\s*$"));
-    return QString(strText).remove(s_patterns).trimmed();
-}
 
 QString Patterns(const QString& strText) {
     QStringList patterns;
@@ -31,10 +24,10 @@ QStringList ToNameFilters(const QString& strNotation) {
     for (qsizetype i = 0; i + 1 < pieces.size(); i += 2) {
         const QString strPatterns = Patterns(pieces[i + 1]);
         if (!strPatterns.isEmpty())
-            filters.append(Label(pieces[i]) + QStringLiteral(" (") + strPatterns + u')');
+            filters.append(pieces[i].trimmed() + QStringLiteral(" (") + strPatterns + u')');
     }
     if (filters.isEmpty())
-        filters.append(Label(UiTexts::c_strAllFiles) + QStringLiteral(" (*)"));
+        filters.append(UiTexts::c_strAllFiles + QStringLiteral(" (*)"));
     return filters;
 }
 

@@ -4,9 +4,9 @@
 
 namespace FileFilter {
 
-/// "label|*.a;*.b|label|*.*||" as the file dialog's name filters, "label (*.a *.b)". A list of patterns at
-/// the end of a label is left out, since the dialog shows the patterns itself; "*.*" is every file. A
-/// notation without a single pair gives every file.
+/// "label|*.a;*.b|label|*.*||" as the file dialog's name filters, "label (*.a *.b)", of which the dialog
+/// shows the label alone (HideNameFilterDetails); "*.*" is every file. A notation without a single pair gives
+/// every file.
 QStringList ToNameFilters(const QString& strNotation);
 
 } // namespace FileFilter

@@ -1,5 +1,6 @@
 #include "platform/ui/QtPeople.h"
 
+#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/FileFilter.h"
 #include "platform/ui/InputGate.h"
@@ -13,12 +14,14 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTimer>
+#include <QTreeView>
 
 #include <utility>
 
@@ -148,6 +151,29 @@ std::optional<BoxAnswer> SBox::Run() {
     return pressed == Answers.constEnd() ? std::nullopt : std::optional(*pressed);
 }
 
+/// The folder from which something was taken last by a picker that was given none; the person's documents
+/// before that.
+QString& LastFolder() {
+    static QString s_strFolder;
+    if (!Torvane::File::IsFolder(s_strFolder)) {
+        const QString strDocuments = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        s_strFolder = Platform::FromNative(QFileInfo(strDocuments).isDir() ? strDocuments : QDir::homePath());
+    }
+    return s_strFolder;
+}
+
+/// Room for each column as it is, and what is left for the names.
+void FitColumns(QFileDialog& dialog) {
+    auto* pFiles = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (pFiles == nullptr)
+        return;
+    QHeaderView& header = *pFiles->header();
+    header.setStretchLastSection(false);
+    for (int nColumn = 0; nColumn < header.count(); ++nColumn)
+        header.setSectionResizeMode(nColumn,
+                                    nColumn == 0 ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
+}
+
 /// Runs a picker and gives what was picked. The window under it may go meanwhile and take the picker along.
 std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const QString& strAccept,
                             const QString& strName) {
@@ -161,6 +187,9 @@ std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const Q
     pDialog->setLabelText(QFileDialog::Reject, UiTexts::c_strCancel);
     // Wide enough for names, sizes and dates.
     pDialog->resize(c_pickerSize);
+    FitColumns(*pDialog);
+    // A kind of file says its endings in its own words.
+    pDialog->setOption(QFileDialog::HideNameFilterDetails);
     const bool bAccepted = pDialog->exec() == QDialog::Accepted;
     if (!pDialog)
         return std::nullopt;
@@ -169,6 +198,15 @@ std::optional<QString> Pick(QFileDialog* pNew, const QString& strFolder, const Q
     if (!bAccepted || files.isEmpty())
         return std::nullopt;
     return Platform::FromNative(files.first());
+}
+
+/// The same for what exists: where no folder is named it begins beside what was picked last.
+std::optional<QString> PickAgain(QFileDialog* pNew, const QString& strFolder, const QString& strAccept,
+                                 const QString& strName) {
+    auto picked = Pick(pNew, strFolder.isEmpty() ? LastFolder() : strFolder, strAccept, strName);
+    if (picked && strFolder.isEmpty())
+        LastFolder() = Torvane::File::ParentFolder(*picked);
+    return picked;
 }
 
 /// Makes the folder that was typed where there is none yet.
@@ -270,7 +308,7 @@ std::optional<QString> CQtPeople::PickOpenFile(const QString& strTitle, const QS
     pDialog->setObjectName(QStringLiteral("fileDialog"));
     pDialog->setFileMode(QFileDialog::ExistingFile);
     pDialog->setNameFilters(FileFilter::ToNameFilters(strFilter));
-    return Pick(pDialog, strFolder, UiTexts::c_strOpen, UiTexts::c_strFileName);
+    return PickAgain(pDialog, strFolder, UiTexts::c_strOpen, UiTexts::c_strFileName);
 }
 
 std::optional<QString> CQtPeople::PickSaveFile(const QString& strTitle, const QString& strName) {
@@ -287,7 +325,7 @@ std::optional<QString> CQtPeople::PickSaveFile(const QString& strTitle, const QS
 std::optional<QString> CQtPeople::PickFolder(const QString& strPrompt, const QString& strFolder) {
     auto* pDialog = new QFileDialog(Parent(), strPrompt);
     SetUpFolders(*pDialog);
-    return Pick(pDialog, strFolder, UiTexts::c_strChoose, UiTexts::c_strFolderName);
+    return PickAgain(pDialog, strFolder, UiTexts::c_strChoose, UiTexts::c_strFolderName);
 }
 
 std::optional<QString> CQtPeople::PickNewFolder(const QString& strPrompt, const QString& strFolder,

@@ -22,11 +22,7 @@ inline const QString c_strFolderName = QStringLiteral("文件夹(&N)：");
 inline const QString c_strFileType = QStringLiteral("文件类型：");
 inline const QString c_strAllFiles = QStringLiteral("所有文件(*.*)");
 
-inline const QString c_strUndo = QStringLiteral("撤销(&U)");
-inline const QString c_strRedo = QStringLiteral("重复(&R)");
-inline const QString c_strCut = QStringLiteral("剪切(&T)");
 inline const QString c_strCopy = QStringLiteral("拷贝(&C)");
-inline const QString c_strPaste = QStringLiteral("粘贴(&P)");
 inline const QString c_strSelectAll = QStringLiteral("全选(&A)");
 
 inline const QString c_strLinkTitle = QStringLiteral("超级链接");

@@ -442,20 +442,24 @@ bool CWebBrowser2Ex::GoTo(const QString& strName) {
            IsTrue(m_pEngine->Call(QStringLiteral("goTo"), {strName}, c_nScriptMilliseconds));
 }
 
-bool CWebBrowser2Ex::QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states) {
-    const CCallGuard guard;
-    if (guard.IsRefused() || !m_bPageLoaded)
-        return false;
+void CWebBrowser2Ex::AskCaretState(const QStringList& commands,
+                                   std::function<void(const SCaretState&)> answer) {
+    if (!m_bPageLoaded)
+        return;
     QJsonArray arguments;
     arguments.append(QJsonArray::fromStringList(commands));
-    const SEngineAnswer answer =
-        m_pEngine->Call(QStringLiteral("commandStates"), arguments, c_nScriptMilliseconds);
-    if (!answer.HasValue())
-        return false;
-    states.clear();
-    for (qsizetype i = 0; i < commands.size(); ++i)
-        states.insert(commands[i], answer.Value.toArray()[i].toBool());
-    return true;
+    m_pEngine->CallLater(QStringLiteral("caretState"), arguments,
+                         [answer = std::move(answer)](const SEngineAnswer& reply) {
+                             if (!reply.HasValue())
+                                 return;
+                             SCaretState state;
+                             const QJsonArray pressed = reply.Value[QLatin1String("pressed")].toArray();
+                             for (const QJsonValue& name : pressed)
+                                 state.Pressed.append(name.toString());
+                             state.strFont = reply.Value[QLatin1String("font")].toString();
+                             state.strSize = reply.Value[QLatin1String("size")].toString();
+                             answer(state);
+                         });
 }
 
 void CWebBrowser2Ex::resizeEvent(QResizeEvent* pEvent) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -25,6 +24,8 @@ class QLabel;
 ///
 /// Every function that answers a bool answers false when it could not do its work; its out-parameters are
 /// then left as they were.
+///
+/// The menu at the mouse holds the widget's own actions, or copying and selecting all where it has none.
 class CWebBrowser2Ex : public QWidget {
     Q_OBJECT
 public:
@@ -108,8 +109,19 @@ public:
     /// name, as a click on a link there would.
     bool GoTo(const QString& strName);
 
-    /// Whether each of the commands ("bold", "italic" and so on) is in force at the caret.
-    bool QueryCommandStates(const QStringList& commands, QMap<QString, bool>& states);
+    /// What holds at the caret.
+    struct SCaretState {
+        /// Those of the asked commands that are in force.
+        QStringList Pressed;
+        /// The first font family that is asked for there, and the size from "1" to "7"; empty where the
+        /// selection holds several.
+        QString strFont;
+        QString strSize;
+    };
+    /// Asks without waiting, whatever else runs, which of the commands ("bold", "italic" and so on) are in
+    /// force at the caret, and for the font there. The answer comes from the event loop, or never when there
+    /// is no page or the surface goes away first.
+    void AskCaretState(const QStringList& commands, std::function<void(const SCaretState&)> answer);
 
 Q_SIGNALS:
     /// The caret moved or the text changed; coalesced, at most some ten times a second.

@@ -6,6 +6,7 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QImageWriter>
@@ -338,7 +339,9 @@ TEST_F(CPeople, PickersGiveBackslashPaths) {
     folder.Write(u"图 片.png"_s, "x");
     WhenDialogOpens([&](QDialog& dialog) {
         auto& picker = static_cast<QFileDialog&>(dialog);
-        EXPECT_EQ(picker.nameFilters(), (QStringList{u"图片 (*.gif *.png)"_s, u"所有文件 (*)"_s}));
+        EXPECT_EQ(picker.nameFilters(),
+                  (QStringList{u"图片(*.gif) (*.gif *.png)"_s, u"所有文件(*.*) (*)"_s}));
+        EXPECT_EQ(picker.findChild<QComboBox*>(u"fileTypeCombo"_s)->itemText(0), u"图片(*.gif)"_s);
         EXPECT_EQ(picker.directory().path(), folder.Native());
         picker.selectFile(folder.Native(u"图 片.png"_s));
         dialog.accept();
@@ -347,7 +350,7 @@ TEST_F(CPeople, PickersGiveBackslashPaths) {
         m_people.PickOpenFile(u"打开"_s, folder.Path(), u"图片(*.gif)|*.gif;*.png\t|所有文件(*.*)|*.*||"_s),
         folder.Path(u"图 片.png"_s));
     WhenDialogOpens([](QDialog& dialog) {
-        EXPECT_EQ(static_cast<QFileDialog&>(dialog).nameFilters(), QStringList{u"所有文件 (*)"_s});
+        EXPECT_EQ(static_cast<QFileDialog&>(dialog).nameFilters(), QStringList{u"所有文件(*.*) (*)"_s});
         dialog.reject();
     });
     EXPECT_EQ(m_people.PickOpenFile(u"打开"_s, folder.Path(), QString()), std::nullopt);

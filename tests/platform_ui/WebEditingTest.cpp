@@ -62,12 +62,11 @@ TEST_F(CWebEditing, SelectionIsTold) {
     EXPECT_FALSE(m_browser->HasSelection());
     QString strText;
     EXPECT_FALSE(m_browser->GetSelectedText(strText));
-    // Who is told asks the page at once, so it isn't told while a call runs.
-    QMap<QString, bool> states;
+    // Who is told may ask the page at once, so it isn't told while a call runs.
     int nTold = 0;
     QObject::connect(m_browser.get(), &CWebBrowser2Ex::SelectionChanged, [&] {
         ++nTold;
-        EXPECT_TRUE(m_browser->QueryCommandStates({u"bold"_s, u"underline"_s}, states));
+        EXPECT_TRUE(m_browser->HasSelection());
     });
     Command(u"SelectAll"_s);
     Command(u"bold"_s);
@@ -75,9 +74,53 @@ TEST_F(CWebEditing, SelectionIsTold) {
     for (busy.start(); busy.elapsed() < 400;)
         EXPECT_TRUE(m_browser->HasSelection());
     EXPECT_TRUE(QTest::qWaitFor([&] { return nTold > 0; }));
-    EXPECT_EQ(states, (QMap<QString, bool>{{u"bold"_s, true}, {u"underline"_s, false}}));
+    EXPECT_EQ(AtCaret().Pressed, QStringList{u"bold"_s});
     EXPECT_TRUE(m_browser->GetSelectedText(strText));
     EXPECT_TRUE(strText.contains(u"a&lt;b <i>c</i>"_s)) << strText.toStdString();
+}
+
+TEST_F(CWebEditing, TheFontIsToldUnlessThereAreSeveral) {
+    Edit("");
+    const std::tuple<QString, QString, QString> rows[] = {
+        {u"<p style=\"font-family:'Times New Roman',serif\"><font size=\"5\">a<b>b</b></font></p>"_s,
+         u"Times New Roman"_s, u"5"_s},
+        {u"<p><font face=\"楷体_GB2312\">a</font> <font face=\"黑体\">b</font></p>"_s, QString(), u"3"_s},
+        {u"<p><font face=\"黑体\">a<font size=\"7\">b</font></font></p>"_s, u"黑体"_s, QString()},
+    };
+    for (const auto& [strHtml, strFont, strSize] : rows) {
+        SetHtml(strHtml);
+        Command(u"SelectAll"_s);
+        EXPECT_EQ(AtCaret().strFont, strFont) << strHtml.toStdString();
+        EXPECT_EQ(AtCaret().strSize, strSize) << strHtml.toStdString();
+    }
+    // What is chosen for the next letter counts before it is typed.
+    Command(u"UnSelect"_s);
+    Command(u"fontname"_s, u"隶书"_s);
+    EXPECT_EQ(AtCaret().strFont, u"隶书"_s);
+}
+
+TEST_F(CWebEditing, TabGoesThroughCellsAndLevels) {
+    Edit("");
+    const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+        QTest::qWait(50);
+    };
+    SetHtml(u"<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);
+    press(Qt::Key_Right);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    press(Qt::Key_X);
+    press(Qt::Key_Tab, Qt::ShiftModifier);
+    press(Qt::Key_Y);
+    EXPECT_EQ(Html(), u"<table><tbody><tr><td>a</td><td>y</td></tr>"
+                      u"<tr><td>x</td><td>&nbsp;</td></tr></tbody></table>"_s);
+    SetHtml(u"<ul><li>a</li><li>b</li></ul>"_s);
+    Command(u"SelectAll"_s);
+    Command(u"UnSelect"_s);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(Html().count(u"<ul>"_s), 2) << Html().toStdString();
+    press(Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(Html(), u"<ul><li>a</li><li>b</li></ul>"_s);
 }
 
 TEST_F(CWebEditing, FragmentsStandAsTheyCameIn) {

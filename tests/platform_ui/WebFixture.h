@@ -49,6 +49,13 @@ protected:
     void Command(const QString& strName, const QVariant& value = {}) {
         EXPECT_TRUE(m_browser->ExecuteIHTMLDocumentCmd(strName, false, value)) << strName.toStdString();
     }
+    CWebBrowser2Ex::SCaretState AtCaret() {
+        std::optional<CWebBrowser2Ex::SCaretState> state;
+        m_browser->AskCaretState({QStringLiteral("bold"), QStringLiteral("underline")},
+                                 [&](const auto& answer) { state = answer; });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return state.has_value(); }));
+        return state.value_or(CWebBrowser2Ex::SCaretState());
+    }
     /// Whether the colour is to be seen on the screen, in a patch that no letter makes.
     bool ColourShows(const QColor& colour) {
         const QImage image = m_browser->screen()->grabWindow(m_browser->winId()).toImage();

@@ -255,26 +255,16 @@ void CWebEngine::ShowContextMenu(const QPoint& position) {
     auto* pMenu = new QMenu(m_pView);
     pMenu->setObjectName(QStringLiteral("webMenu"));
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
-    struct SEntry {
-        QWebEnginePage::WebAction Action;
-        QString strText;
-        bool bEditing;
-    };
-    const SEntry entries[] = {
-        {QWebEnginePage::Undo, UiTexts::c_strUndo, true},
-        {QWebEnginePage::Redo, UiTexts::c_strRedo, true},
-        {QWebEnginePage::Cut, UiTexts::c_strCut, true},
-        {QWebEnginePage::Copy, UiTexts::c_strCopy, false},
-        {QWebEnginePage::Paste, UiTexts::c_strPaste, true},
-        {QWebEnginePage::SelectAll, UiTexts::c_strSelectAll, false},
-    };
-    for (const SEntry& entry : entries) {
-        if (entry.bEditing && !m_access.bEditing)
-            continue;
-        QAction* pSource = m_pPage->action(entry.Action);
-        QAction* pAction = pMenu->addAction(entry.strText);
-        pAction->setEnabled(pSource->isEnabled());
-        connect(pAction, &QAction::triggered, pSource, &QAction::trigger);
+    pMenu->addActions(m_pView->parentWidget()->actions());
+    if (pMenu->isEmpty()) {
+        const auto add = [&](QWebEnginePage::WebAction action, const QString& strText) {
+            QAction* pSource = m_pPage->action(action);
+            QAction* pAction = pMenu->addAction(strText);
+            pAction->setEnabled(pSource->isEnabled());
+            connect(pAction, &QAction::triggered, pSource, &QAction::trigger);
+        };
+        add(QWebEnginePage::Copy, UiTexts::c_strCopy);
+        add(QWebEnginePage::SelectAll, UiTexts::c_strSelectAll);
     }
     pMenu->popup(m_pView->mapToGlobal(position));
 }

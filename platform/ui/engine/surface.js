@@ -216,6 +216,10 @@
       body().innerHTML = html;
     }
     dropDeclarations();
+    // A caret that stood in what is gone stands nowhere: the engine selects nothing from there.
+    window.getSelection().removeAllRanges();
+    if (document.designMode === 'on')
+      selection();
     return localReferences(body());
   }
 
@@ -296,6 +300,83 @@
     return insert(fresh.outerHTML, {});
   }
 
+  // At more pieces of text than this nobody looks while a selection is drawn over a long page.
+  const MAX_PIECES = 1000;
+
+  function firstFamily(families) {
+    return families.split(',')[0].trim().replace(/^(["'])(.*)\1$/, '$2');
+  }
+
+  // Whether all text of the selection has the one font, and the one size.
+  function evenness(range) {
+    const even = {font: true, size: true};
+    const root = range.commonAncestorContainer;
+    const walker = document.createTreeWalker(root, NodeFilter.SHOW_TEXT);
+    let first;
+    for (let pieces = 0; pieces < MAX_PIECES && (even.font || even.size) && walker.nextNode(); ++pieces) {
+      const node = walker.currentNode;
+      if (node.data.trim() === '' || !range.intersectsNode(node))
+        continue;
+      const style = getComputedStyle(node.parentElement);
+      const seen = {font: firstFamily(style.fontFamily), size: style.fontSize};
+      first = first || seen;
+      even.font = even.font && seen.font === first.font;
+      even.size = even.size && seen.size === first.size;
+    }
+    return even;
+  }
+
+  function caretState(names) {
+    const chosen = window.getSelection();
+    const even = chosen.rangeCount > 0 && !chosen.isCollapsed ? evenness(chosen.getRangeAt(0)) : {font: true, size: true};
+    return {
+      pressed: names.filter((name) => document.queryCommandState(name)),
+      font: even.font ? firstFamily(document.queryCommandValue('fontName')) : '',
+      size: even.size ? document.queryCommandValue('fontSize') : '',
+    };
+  }
+
+  // Tab goes through the cells of a table, the last one of which has a new row behind it, and through the levels
+  // of a list. Elsewhere it is the engine's, which sets a tab.
+  function selectCell(cell) {
+    const range = document.createRange();
+    range.selectNodeContents(cell);
+    const chosen = window.getSelection();
+    chosen.removeAllRanges();
+    chosen.addRange(range);
+    cell.scrollIntoView({block: 'nearest'});
+  }
+
+  function goToNextCell(cell, back) {
+    const cells = Array.from(cell.closest('table').rows).flatMap((row) => Array.from(row.cells));
+    const next = cells[cells.indexOf(cell) + (back ? -1 : 1)];
+    if (next) {
+      selectCell(next);
+      return;
+    }
+    if (back)
+      return;
+    const info = tableInfo();
+    if (editTable(Object.assign(info, {rows: info.rows + 1})))
+      selectCell(enclosing('table').rows[info.rows - 1].cells[0]);
+  }
+
+  function onTab(event) {
+    const chosen = window.getSelection();
+    if (event.key !== 'Tab' || event.altKey || event.ctrlKey || event.metaKey || event.isComposing ||
+        document.designMode !== 'on' || chosen.rangeCount === 0)
+      return;
+    const node = chosen.focusNode;
+    const inside = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement).closest('td, th, li');
+    if (!inside)
+      return;
+    event.preventDefault();
+    if (inside.localName === 'li')
+      document.execCommand(event.shiftKey ? 'outdent' : 'indent');
+    else
+      goToNextCell(inside, event.shiftKey);
+  }
+
   function columnsOf(row) {
     return Array.from(row.cells).reduce((sum, cell) => sum + cell.colSpan, 0);
   }
@@ -334,8 +415,10 @@
     const table = enclosing('table');
     if (!table)
       return false;
-    for (const [key, attribute] of Object.entries(TABLE_ATTRIBUTES))
-      table.setAttribute(attribute, info[key]);
+    for (const [key, attribute] of Object.entries(TABLE_ATTRIBUTES)) {
+      if (info[key] !== (table.getAttribute(attribute) || ''))
+        table.setAttribute(attribute, info[key]);
+    }
     while (table.rows.length > info.rows)
       table.deleteRow(-1);
     while (table.rows.length < info.rows)
@@ -362,6 +445,7 @@
     const tell = () => console.debug(token);
     document.addEventListener('selectionchange', tell);
     document.addEventListener('input', tell);
+    document.addEventListener('keydown', onTab);
     new MutationObserver(() => {
       window.vorelChanged = true;
       tell();
@@ -392,7 +476,7 @@
                    (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
     insert: insert,
     command: command,
-    commandStates: (names) => names.map((name) => document.queryCommandState(name)),
+    caretState: caretState,
     hasSelection: hasSelection,
     selectedText: selectedText,
     linkAtCaret: linkAtCaret,
