@@ -11,6 +11,8 @@ build=(
   sqlite3 libgtest-dev libgmock-dev
   # What converts Office files, without windows of its own, and draws the slides.
   libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui poppler-utils
+  # What writes a course as a Word document.
+  pandoc
   # What the running program needs of a bare machine: fonts, pictures, a display to start under.
   fonts-noto-cjk qt6-image-formats-plugins libqt6svg6 shared-mime-info xvfb xauth openbox
 )

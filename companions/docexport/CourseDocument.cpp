@@ -1,0 +1,284 @@
+#include "companions/docexport/CourseDocument.h"
+
+#include "companions/compiler/HtmlText.h"
+#include "companions/compiler/Texts.h"
+#include "course/BookDatabase.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
+#include "office/OutputFile.h"
+
+#include <QDate>
+#include <QFileInfo>
+#include <QLocale>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int c_nDeepestLevel = 9;
+
+QString BareName(const QString& strName) {
+    return strName.mid(strName.lastIndexOf(u'/') + 1);
+}
+
+/// What the converter takes over as it stands.
+QByteArray AsItStands(const QByteArray& xml) {
+    return "<pre class=\"wordxml\">" + QString::fromUtf8(xml).toHtmlEscaped().toUtf8() + "</pre>\n";
+}
+
+/// Two slides share a sheet.
+int SlideWidth(const ReadyPicture& picture) {
+    constexpr int c_nHeight = 370;
+    return qBound(1, c_nHeight * picture.Width / picture.Height, c_nPaperWidth);
+}
+
+QString SizeText(qint64 nBytes) {
+    if (nBytes < 1024)
+        return DocText::c_strBytes.arg(nBytes);
+    return QLocale::c().formattedDataSize(nBytes, 1, QLocale::DataSizeTraditionalFormat).toUpper();
+}
+
+} // namespace
+
+CCourseDocument::CCourseDocument(const CSitePlan& plan, DocProgress& progress,
+                                 const PictureTaker& takePicture)
+    : m_plan(plan), m_nodes(plan.Model().Nodes()), m_progress(progress), m_takePicture(takePicture),
+      m_links(plan) {}
+
+QByteArray CCourseDocument::Write() {
+    m_progress.nTotal = int(m_nodes.size());
+    m_progress.Stage = DocProgress::EStage::ReadingNodes;
+    for (int i = 0; i < m_nodes.size(); ++i) {
+        if (m_progress.bCancelled)
+            throw CDocCancelled();
+        WriteNode(i);
+        m_progress.nNodes = i + 1;
+    }
+    const CSiteModel& model = m_plan.Model();
+    QByteArray cover;
+    if (!model.School().isEmpty())
+        cover += WordXml::Paragraph("CoverSchool", model.School());
+    cover += WordXml::Paragraph("Title", model.Course()) +
+             WordXml::Paragraph("CoverLine", DocText::c_strTeacher.arg(model.Teacher())) +
+             WordXml::Paragraph("CoverLine", QDate::currentDate().toString(DocText::c_strDate));
+    return "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n" + AsItStands(cover) +
+           AsItStands(WordXml::Contents(DocText::c_strContents, m_headings)) + m_out + "</body></html>\n";
+}
+
+QStringList CCourseDocument::Notes() const {
+    QStringList notes;
+    if (m_nFiles + m_nSites + m_nVideos > 0)
+        notes.append(DocText::c_strNoteNamedOnly.arg(m_nFiles).arg(m_nSites).arg(m_nVideos));
+    if (m_nDeep > 0)
+        notes.append(DocText::c_strNoteDeepLevels.arg(m_nDeep));
+    const int nUnreachable = m_plan.Model().UnreachableCount();
+    if (nUnreachable > 0)
+        notes.append(DocText::c_strNoteUnreachable.arg(nUnreachable));
+    const QString strOfSite = CompilerText::c_strNoteUnreachable.arg(nUnreachable);
+    for (const QString& strNote : m_plan.Notes()) {
+        if (strNote != strOfSite)
+            notes.append(strNote);
+    }
+    return notes + m_notes;
+}
+
+void CCourseDocument::Note(const QString& strNote) {
+    if (!m_noted.contains(strNote)) {
+        m_noted.insert(strNote);
+        m_notes.append(strNote);
+    }
+}
+
+void CCourseDocument::WriteNode(int nNode) {
+    const SiteNode& node = m_nodes[nNode];
+    const ENodeView view = m_plan.Of(nNode).View;
+    // The root is the course itself, which has its title page, unless it shows something of its own.
+    if (nNode == 0 && (view == ENodeView::List || view == ENodeView::Empty))
+        return;
+    m_strTitle = node.Row.Title;
+    const int nLevel = qMax(1, node.Depth);
+    m_nDeep += nLevel > c_nDeepestLevel;
+    m_headings.append({m_strTitle, qMin(nLevel, c_nDeepestLevel), CDocLinks::BookmarkOf(node.Row.Id)});
+    m_out += AsItStands(WordXml::HeadingParagraph(m_headings.last(), nNode));
+    WriteContent(nNode);
+}
+
+void CCourseDocument::WriteContent(int nNode) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const StoreRow& row = m_nodes[nNode].Row;
+    if (row.Type == NodeType::c_nInSiteLink && plan.View != ENodeView::Missing &&
+        plan.View != ENodeView::Address)
+        return WriteInSiteLink(nNode);
+    switch (plan.View) {
+    case ENodeView::Page:
+        return WritePage(nNode, plan.Source);
+    case ENodeView::List:
+        return;
+    case ENodeView::Empty:
+        return WriteHint(DocText::c_strEmptyNode);
+    case ENodeView::Embedded:
+        return WriteEmbedded(nNode);
+    case ENodeView::Picture:
+        return WritePicture(nNode);
+    case ENodeView::Player:
+    case ENodeView::Download:
+        return WriteFile(nNode);
+    case ENodeView::Video:
+        ++m_nVideos;
+        return WriteNamed("File Line", DocText::c_strVideo,
+                          DocText::c_strVideoFiles.arg(BareName(plan.Source))
+                              .arg(m_plan.Tree().FilesBelow(plan.Source).size()));
+    case ENodeView::Address:
+        return WriteNamed("File Line", DocText::c_strAddress, plan.Source, plan.Source);
+    case ENodeView::Missing:
+        return WriteHint(DocText::c_strMissingContent);
+    }
+}
+
+void CCourseDocument::WritePage(int nNode, const QString& strSource) {
+    const QString strFolder = FolderOf(strSource);
+    const auto unreadable = [&](const QString& strWhy) {
+        Note(DocText::c_strNoteUnreadable.arg(m_strTitle, strWhy));
+        WriteHint(DocText::c_strUnreadablePage);
+    };
+    const QString strNative = m_plan.Tree().NativePath(strSource);
+    const auto bytes = Torvane::Office::ReadWhole(strNative);
+    if (!bytes)
+        return unreadable(QFileInfo(strNative).size() > Torvane::Office::c_nMaxTextBytes
+                              ? DocText::c_strTooLarge
+                              : DocText::c_strNoPermission);
+    const PageSurroundings surroundings{
+        [&](const QString& strReference) { return LinkOf(strReference, strFolder); },
+        [&](const QString& strReference) { return PictureOf(strReference, strFolder); },
+        CDocLinks::BookmarkOf(m_nodes[nNode].Row.Id) + u'_'};
+    const auto text = ReadPageText(HtmlText::Decode(*bytes).Text, surroundings);
+    if (!text)
+        return unreadable(DocText::c_strTooDeep);
+    if (!text->LeftOut.isEmpty())
+        Note(DocText::c_strNoteMedium.arg(m_strTitle).arg(text->LeftOut.size()));
+    // Without it the numbers of a list would go on in the next node's.
+    m_out += "<div>\n" + text->Html + "</div>\n";
+}
+
+QString CCourseDocument::LinkOf(const QString& strReference, const QString& strFolder) {
+    using EKind = CDocLinks::Target::EKind;
+    const CDocLinks::Target target = m_links.Find(strReference, strFolder);
+    if (target.Kind == EKind::Missing)
+        Note(DocText::c_strNoteDeadLink.arg(m_strTitle, target.Text));
+    else if (target.Kind == EKind::File)
+        Note(DocText::c_strNoteLinkedFile.arg(m_strTitle, BareName(target.Text)));
+    if (target.Kind == EKind::Node)
+        return u'#' + target.Text;
+    return target.Kind == EKind::Outside ? target.Text : QString();
+}
+
+std::optional<ReadyPicture> CCourseDocument::PictureOf(const QString& strReference,
+                                                       const QString& strFolder) {
+    using EKind = CDocLinks::Target::EKind;
+    const CDocLinks::Target target = m_links.Find(strReference, strFolder);
+    QString strSource = target.Text;
+    if (target.Kind == EKind::Missing)
+        Note(DocText::c_strNoteDeadLink.arg(m_strTitle, target.Text));
+    else if (target.Kind == EKind::Outside)
+        Note(DocText::c_strNoteNetPicture.arg(m_strTitle, target.Text));
+    if (target.Kind == EKind::Node)
+        strSource = m_plan.Of(target.Node).Source;
+    else if (target.Kind != EKind::File)
+        return std::nullopt;
+    return Take(strSource);
+}
+
+std::optional<ReadyPicture> CCourseDocument::Take(const QString& strSource) {
+    const auto picture = m_takePicture(m_plan.Tree().NativePath(strSource));
+    if (!picture)
+        Note(DocText::c_strNoteBadPicture.arg(m_strTitle, BareName(strSource)));
+    else
+        m_pictures.insert(picture->Name);
+    return picture;
+}
+
+void CCourseDocument::WriteEmbedded(int nNode) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const StoreRow& row = m_nodes[nNode].Row;
+    if (row.Type != NodeType::c_nExternalFile) {
+        ++m_nSites;
+        const QString strFolder = FolderOf(plan.Source);
+        return WriteNamed("File Line",
+                          row.Type == NodeType::c_nCourseware ? DocText::c_strCourseware : DocText::c_strSite,
+                          DocText::c_strFirstPage.arg(BareName(plan.Source))
+                              .arg(m_plan.Tree().FilesBelow(strFolder).size()));
+    }
+    const QString strName = LowerAscii(BareName(plan.Source));
+    if (strName.endsWith(".txt"_L1))
+        return WriteFile(nNode);
+    // The frame of a presentation has no text of its own.
+    if ((strName == "torvaneframe.htm"_L1 || strName == "frame.htm"_L1) && WriteSlides(FolderOf(plan.Source)))
+        return;
+    WritePage(nNode, plan.Source);
+}
+
+bool CCourseDocument::WriteSlides(const QString& strFolder) {
+    static const QRegularExpression slide(u"/slide\\d+\\.(png|jpe?g|gif)$"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    QStringList files = m_plan.Tree().FilesBelow(strFolder).filter(slide);
+    files.sort();
+    int nSlide = 0;
+    for (const QString& strFile : files) {
+        const QString strName = DocText::c_strSlide.arg(++nSlide);
+        if (const auto picture = Take(strFile))
+            m_out += "<div data-custom-style=\"Slide\"><p>" +
+                     PictureHtml(*picture, strName, 0, 0, SlideWidth(*picture)) +
+                     "</p></div>\n<div data-custom-style=\"Image Caption\"><p>" + MarkupText(strName) +
+                     "</p></div>\n";
+    }
+    return nSlide > 0;
+}
+
+void CCourseDocument::WritePicture(int nNode) {
+    const auto picture = Take(m_plan.Of(nNode).Source);
+    if (!picture)
+        return WriteFile(nNode);
+    m_out += "<div data-custom-style=\"Centered\"><p>" + PictureHtml(*picture, m_strTitle) + "</p></div>\n";
+    if (!m_nodes[nNode].Row.Comment.isEmpty())
+        WriteHint(DocText::c_strComment.arg(m_nodes[nNode].Row.Comment));
+}
+
+QString CCourseDocument::ShownName(int nNode) const {
+    const StoreRow& row = m_nodes[nNode].Row;
+    return row.FileName.isEmpty() ? BareName(m_plan.Of(nNode).Source) : row.FileName;
+}
+
+void CCourseDocument::WriteFile(int nNode) {
+    ++m_nFiles;
+    const qint64 nBytes = QFileInfo(m_plan.Tree().NativePath(m_plan.Of(nNode).Source)).size();
+    WriteNamed("File Line", DocText::c_strFile,
+               DocText::c_strFileSize.arg(ShownName(nNode), SizeText(nBytes)));
+    const QString& strComment = m_nodes[nNode].Row.Comment;
+    if (!strComment.isEmpty())
+        WriteNamed("File Line", QString(), DocText::c_strComment.arg(strComment));
+}
+
+void CCourseDocument::WriteInSiteLink(int nNode) {
+    const QString& strSource = m_plan.Of(nNode).Source;
+    const int nTarget = m_links.NodeOf(strSource);
+    if (nTarget < 0)
+        return WriteNamed("File Line", DocText::c_strSeeFile, BareName(strSource));
+    const StoreRow& row = m_nodes[nTarget].Row;
+    WriteNamed("File Line", QString(), DocText::c_strSeeNode.arg(row.Title),
+               u'#' + CDocLinks::BookmarkOf(row.Id));
+}
+
+void CCourseDocument::WriteNamed(const char* szStyle, const QString& strLabel, const QString& strText,
+                                 const QString& strLink) {
+    QByteArray text = MarkupText(strText);
+    if (!strLink.isEmpty())
+        text = "<a href=\"" + MarkupText(strLink) + "\">" + text + "</a>";
+    if (!strLabel.isEmpty())
+        text.prepend("<strong>" + MarkupText(strLabel) + "</strong>");
+    m_out += "<div data-custom-style=\"" + QByteArray(szStyle) + "\"><p>" + text + "</p></div>\n";
+}
+
+void CCourseDocument::WriteHint(const QString& strText) {
+    m_out += "<div data-custom-style=\"Hint\"><p>" + MarkupText(strText) + "</p></div>\n";
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "companions/compiler/SitePlan.h"
+#include "companions/docexport/DocLinks.h"
+#include "companions/docexport/DocProgress.h"
+#include "companions/docexport/PageText.h"
+#include "companions/docexport/WordXml.h"
+
+#include <QSet>
+#include <QStringList>
+
+/// Takes a picture of the course (native path) into the document; nothing for one that can't be shown.
+using PictureTaker = std::function<std::optional<ReadyPicture>(const QString& strNativePath)>;
+
+/// The whole course as one text, in the form that the converter takes.
+class CCourseDocument {
+public:
+    /// The first two must outlive the object.
+    CCourseDocument(const CSitePlan& plan, DocProgress& progress, const PictureTaker& takePicture);
+
+    /// The document's title page, contents and nodes in tree order. Throws CDocCancelled.
+    QByteArray Write();
+
+    const QList<WordXml::Heading>& Headings() const { return m_headings; }
+    int PictureCount() const { return int(m_pictures.size()); }
+    /// What the teacher should know: what is missing, and what is only named.
+    QStringList Notes() const;
+
+private:
+    void WriteNode(int nNode);
+    void WriteContent(int nNode);
+    void WritePage(int nNode, const QString& strSource);
+    void WriteEmbedded(int nNode);
+    bool WriteSlides(const QString& strFolder);
+    void WritePicture(int nNode);
+    void WriteFile(int nNode);
+    void WriteInSiteLink(int nNode);
+    void WriteNamed(const char* szStyle, const QString& strLabel, const QString& strText,
+                    const QString& strLink = {});
+    void WriteHint(const QString& strText);
+    QString LinkOf(const QString& strReference, const QString& strFolder);
+    std::optional<ReadyPicture> PictureOf(const QString& strReference, const QString& strFolder);
+    std::optional<ReadyPicture> Take(const QString& strSource);
+    void Note(const QString& strNote);
+    QString ShownName(int nNode) const;
+
+    const CSitePlan& m_plan;
+    const QList<SiteNode>& m_nodes;
+    DocProgress& m_progress;
+    PictureTaker m_takePicture;
+    CDocLinks m_links;
+    QList<WordXml::Heading> m_headings;
+    QByteArray m_out;
+    QString m_strTitle;
+    QSet<QString> m_pictures;
+    QStringList m_notes;
+    QSet<QString> m_noted;
+    int m_nFiles = 0;
+    int m_nSites = 0;
+    int m_nVideos = 0;
+    int m_nDeep = 0;
+};

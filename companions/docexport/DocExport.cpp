@@ -1,0 +1,140 @@
+#include "companions/docexport/DocExport.h"
+
+#include "companions/docexport/WordConverter.h"
+#include "course/CoursePaths.h"
+#include "platform/base/NativePath.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <exception>
+
+using namespace Qt::StringLiterals;
+using Torvane::CRunException;
+
+namespace {
+
+constexpr qint64 c_nBlock = qint64{1} << 20;
+
+/// A full disk shows as a file that can't be written or not be finished.
+[[noreturn]] void ThrowUnwritable(const QSaveFile& file) {
+    const bool bFull = file.error() == QFileDevice::ResourceError;
+    const bool bRefused = file.error() == QFileDevice::PermissionsError ||
+                          !QFileInfo(QFileInfo(file.fileName()).path()).isWritable();
+    throw CRunException(DocText::c_strCannotWrite.arg(file.fileName(), bFull      ? DocText::c_strDiskFull
+                                                                       : bRefused ? DocText::c_strNoPermission
+                                                                                  : file.errorString()));
+}
+
+void PutInPlace(const QString& strMade, const QString& strTarget) {
+    QFile made(strMade);
+    if (!made.open(QIODevice::ReadOnly))
+        throw CRunException(DocText::c_strCannotRead.arg(strMade, made.errorString()));
+    // Written beside, flushed, and renamed over the old one.
+    QSaveFile file(strTarget);
+    if (!file.open(QIODevice::WriteOnly))
+        ThrowUnwritable(file);
+    while (!made.atEnd()) {
+        const QByteArray block = made.read(c_nBlock);
+        if (block.isEmpty())
+            throw CRunException(DocText::c_strCannotRead.arg(strMade, made.errorString()));
+        if (file.write(block) != block.size())
+            ThrowUnwritable(file);
+    }
+    if (!file.commit())
+        ThrowUnwritable(file);
+}
+
+DocOutcome Export(const DocRequest& request, const PictureTakerMaker& pictures, DocProgress& progress) {
+    if (const QString strFault = FaultOfTarget(request); !strFault.isEmpty())
+        throw CRunException(strFault);
+    const CSiteModel model(request.ProjectPath);
+    const CSourceTree tree(Platform::ToNative(model.Paths().GetNodeResourceFolder(false)));
+    const CSitePlan plan(model, tree);
+    CWordConverter converter(progress);
+    CCourseDocument document(plan, progress, pictures(converter.PictureFolder()));
+    const QByteArray html = document.Write();
+    const CWordConverter::Result made =
+        converter.Make(html, {model.Course(), model.Teacher(), document.Headings()});
+    progress.Stage = DocProgress::EStage::Saving;
+    if (progress.bCancelled)
+        throw CDocCancelled();
+    PutInPlace(made.Path, request.TargetPath);
+    QStringList notes = document.Notes();
+    if (!made.HasPageNumbers)
+        notes.prepend(DocText::c_strNoteNoPageNumbers);
+    return {DocOutcome::EEnd::Done,
+            DocText::c_strDone.arg(document.Headings().size())
+                .arg(document.PictureCount())
+                .arg(request.TargetPath),
+            notes};
+}
+
+} // namespace
+
+QString ReadProjectArgument(const QString& strArgument) {
+    const bool bDrive = strArgument.size() > 1 && strArgument[1] == u':';
+    return Platform::FromNative(bDrive ? strArgument : QFileInfo(strArgument).absoluteFilePath());
+}
+
+QString DefaultTarget(const QString& strProjectPath) {
+    const QFileInfo project(Platform::ToNativeExact(strProjectPath));
+    return project.path() + u'/' + project.completeBaseName() + u".docx"_s;
+}
+
+QString FaultOfTarget(const DocRequest& request) {
+    const QString& strTarget = request.TargetPath;
+    const QFileInfo target(strTarget);
+    if (!strTarget.endsWith(".docx"_L1, Qt::CaseInsensitive) || target.fileName().size() <= 5)
+        return DocText::c_strNotDocx.arg(strTarget);
+    const QString strFolder = QFileInfo(target.path()).canonicalFilePath();
+    if (strFolder.isEmpty())
+        return DocText::c_strCannotWrite.arg(strTarget, DocText::c_strNoFolder);
+    if (target.isDir())
+        return DocText::c_strCannotWrite.arg(strTarget, DocText::c_strIsFolder);
+    const QString strData =
+        QFileInfo(Platform::ToNative(CCoursePaths(request.ProjectPath).GetDataFolder(false)))
+            .canonicalFilePath();
+    if (!strData.isEmpty() && (strFolder == strData || strFolder.startsWith(QString(strData + u'/'))))
+        return DocText::c_strForbiddenTarget.arg(strTarget);
+    return QString();
+}
+
+QString NameOfCourse(const QString& strProjectPath) {
+    return CSiteModel(strProjectPath).Course();
+}
+
+DocOutcome ExportDocument(const DocRequest& request, const PictureTakerMaker& pictures,
+                          DocProgress& progress) {
+    using EEnd = DocOutcome::EEnd;
+    try {
+        return Export(request, pictures, progress);
+    } catch (const CDocCancelled& cancelled) {
+        return {EEnd::Cancelled, cancelled.GetMessage(), {}};
+    } catch (const Torvane::CException& failure) {
+        return {EEnd::Failed, DocText::c_strFailed.arg(failure.GetMessage()), {}};
+    } catch (const std::exception& failure) {
+        const QString strWhat = DocText::c_strUnexpected.arg(QString::fromLocal8Bit(failure.what()));
+        return {EEnd::Failed, DocText::c_strFailed.arg(strWhat), {}};
+    }
+}
+
+QString DescribeProgress(const DocProgress& progress) {
+    using EStage = DocProgress::EStage;
+    if (progress.Stage == EStage::Saving)
+        return DocText::c_strSaving;
+    if (progress.bCancelled)
+        return DocText::c_strCancelling;
+    switch (progress.Stage) {
+    case EStage::ReadingNodes:
+        return DocText::c_strReadingNodes.arg(progress.nNodes).arg(progress.nTotal);
+    case EStage::Converting:
+        return DocText::c_strConverting;
+    case EStage::Numbering:
+        return DocText::c_strNumbering;
+    default:
+        return DocText::c_strReadingCourse;
+    }
+}

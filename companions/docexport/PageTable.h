@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QList>
+
+#include <gumbo.h>
+
+/// A table of a page, taken apart. The nodes belong to the page's tree.
+struct PageTable {
+    struct Cell {
+        const GumboNode* Node = nullptr;
+        int Column = 0;
+        int ColumnSpan = 1;
+        int RowSpan = 1;
+        bool IsHeader = false;
+    };
+    struct Row {
+        QList<Cell> Cells;
+    };
+
+    const GumboNode* Caption = nullptr;
+    QList<Row> Rows;
+    /// How many rows at the top are headings of columns.
+    int HeaderRows = 0;
+    /// It only puts things beside each other, and has nothing to do with rows and columns.
+    bool IsLayout = false;
+    /// How much of the width each column has, in percent.
+    QList<int> Shares;
+
+    int ShareOf(const Cell& cell) const;
+};
+
+PageTable ReadTable(const GumboNode* pTable);

@@ -1,0 +1,434 @@
+#include "companions/docexport/PageText.h"
+
+#include "companions/docexport/PageTable.h"
+#include "companions/docexport/TextLine.h"
+#include "companions/docexport/Texts.h"
+#include "foundation/HtmlTree.h"
+
+#include <QHash>
+#include <QSet>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+using namespace HtmlTree;
+
+namespace {
+
+/// Gone with all that they hold.
+bool IsDropped(const GumboElement& element, const QByteArray& name) {
+    static const QSet<QByteArray> names = {"script", "style",    "head",     "title",  "meta",   "link",
+                                           "base",   "template", "noscript", "select", "input",  "button",
+                                           "option", "nav",      "textarea", "map",    "param",  "noframes",
+                                           "math",   "svg",      "canvas",   "source", "bgsound"};
+    return names.contains(name) || element.tag_namespace != GUMBO_NAMESPACE_HTML ||
+           StyleValue(element, u"display"_s) == "none"_L1;
+}
+
+bool IsMedium(const QByteArray& name) {
+    static const QSet<QByteArray> names = {"object", "embed", "applet", "iframe", "video", "audio", "frame"};
+    return names.contains(name);
+}
+
+bool IsBlock(const QByteArray& name) {
+    static const QSet<QByteArray> names = {
+        "p",       "div",     "center",   "address", "dl",      "dt",         "dd",   "form",   "fieldset",
+        "legend",  "section", "article",  "aside",   "header",  "footer",     "main", "figure", "figcaption",
+        "details", "summary", "frameset", "marquee", "caption", "blockquote", "li",   "hgroup"};
+    return names.contains(name);
+}
+
+bool IsHeading(const QByteArray& name) {
+    return name.size() == 2 && name[0] == 'h' && name[1] >= '1' && name[1] <= '6';
+}
+
+bool IsList(const QByteArray& name) {
+    return name == "ul" || name == "ol" || name == "menu" || name == "dir";
+}
+
+int Pixels(const GumboElement& element, const char* szName) {
+    const QString strStyle = StyleValue(element, QString::fromLatin1(szName));
+    QString strValue = strStyle.isEmpty() ? QString::fromUtf8(AttributeValue(element, szName)) : strStyle;
+    if (strValue.endsWith("px"_L1))
+        strValue.chop(2);
+    bool bNumber = false;
+    const double dValue = strValue.toDouble(&bNumber);
+    return bNumber && dValue >= 1 && dValue < 100000 ? int(dValue) : 0;
+}
+
+/// Writes a page anew from its tree, so that what comes out is well nested whatever came in: text and
+/// pictures gather in a line, and each border of a block ends it.
+class CPageWriter {
+public:
+    explicit CPageWriter(const PageSurroundings& surroundings) : m_surroundings(surroundings) {}
+
+    PageText WritePage(const GumboNode* pRoot) {
+        FindAnchors(pRoot);
+        Write(pRoot);
+        EndLine();
+        return {m_out, m_leftOut};
+    }
+
+private:
+    void FindAnchors(const GumboNode* pRoot) {
+        QSet<QString> wanted;
+        ForEachElement(pRoot, [&](const GumboNode* pNode) {
+            const QString strReference =
+                QString::fromUtf8(AttributeValue(pNode->v.element, "href")).trimmed();
+            if (strReference.size() > 1 && strReference.startsWith(u'#'))
+                wanted.insert(QUrl::fromPercentEncoding(strReference.mid(1).toUtf8()));
+        });
+        ForEachElement(pRoot, [&](const GumboNode* pNode) {
+            const QString strName = AnchorOf(pNode->v.element);
+            if (wanted.contains(strName) && !m_anchors.contains(strName))
+                m_anchors.insert(strName,
+                                 m_surroundings.AnchorPrefix + QString::number(m_anchors.size() + 1));
+        });
+    }
+
+    static QString AnchorOf(const GumboElement& element) {
+        const QByteArray id = AttributeValue(element, "id");
+        return QString::fromUtf8(id.isEmpty() && element.tag == GUMBO_TAG_A ? AttributeValue(element, "name")
+                                                                            : id);
+    }
+
+    void WriteChildren(const GumboNode* pNode) {
+        for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
+            Write(static_cast<const GumboNode*>(pNode->v.element.children.data[i]));
+    }
+
+    void Write(const GumboNode* pNode) {
+        if (pNode->type == GUMBO_NODE_DOCUMENT)
+            return;
+        if (IsElement(pNode))
+            return WriteElement(pNode);
+        if (pNode->type != GUMBO_NODE_COMMENT)
+            m_line.AddText(QString::fromUtf8(pNode->v.text.text), m_style);
+    }
+
+    void WriteElement(const GumboNode* pNode) {
+        const GumboElement& element = pNode->v.element;
+        const QByteArray name = TagName(element);
+        if (IsMedium(name))
+            return WriteMedium(pNode);
+        if (IsDropped(element, name))
+            return;
+        const RunStyle before = m_style;
+        m_style.Take(element, name);
+        if (const auto anchor = m_anchors.constFind(AnchorOf(element)); anchor != m_anchors.constEnd()) {
+            // In the block, not at the end of the line before.
+            if (IsBlock(name) || IsHeading(name) || IsList(name) || name == "table" || name == "pre")
+                EndLine();
+            m_line.AddMarkup("<span id=\"" + anchor->toUtf8() + "\"></span>");
+        }
+        if (name == "br")
+            WriteBreak();
+        else if (name == "img")
+            WritePicture(element);
+        else if (name == "a")
+            WriteLink(pNode);
+        else if (name == "hr")
+            WriteRule();
+        else if (name == "pre" || name == "xmp" || name == "listing")
+            WriteCode(pNode);
+        else if (name == "table")
+            WriteTable(pNode);
+        else if (IsList(name))
+            WriteList(pNode, name);
+        else if (IsHeading(name) || IsBlock(name))
+            WriteBlock(pNode, name);
+        else
+            WriteChildren(pNode);
+        m_style = before;
+    }
+
+    /// A paragraph of its own for each line: a word processor would stretch one that ends in the middle.
+    void WriteBreak() {
+        if (m_bHeading)
+            m_line.AddText(u" "_s, m_style);
+        else
+            EndLine();
+    }
+
+    void WriteBlock(const GumboNode* pNode, const QByteArray& name) {
+        EndLine();
+        const QByteArray styleBefore = m_paragraph;
+        const bool bHeadingBefore = m_bHeading;
+        const QByteArray alignment = AlignmentOf(pNode->v.element);
+        if (IsHeading(name)) {
+            m_paragraph = name[1] <= '2'   ? "Page Heading 1"
+                          : name[1] == '3' ? "Page Heading 2"
+                                           : "Page Heading 3";
+            m_bHeading = true;
+        } else if (m_bHeading) {
+            // Nothing changes the looks of a heading.
+        } else if (alignment == "center" || name == "center" || name == "figcaption") {
+            m_paragraph = "Centered";
+        } else if (alignment == "right") {
+            m_paragraph = "Right Aligned";
+        } else if (alignment == "left" || alignment == "justify") {
+            m_paragraph.clear();
+        } else if (name == "dd") {
+            m_paragraph = "Indented";
+        }
+        if (name == "dt")
+            m_style.Bold = true;
+        const bool bQuote = name == "blockquote" && !m_bHeading;
+        if (bQuote)
+            Open("<blockquote>");
+        WriteChildren(pNode);
+        EndLine();
+        if (bQuote)
+            Close("</blockquote>");
+        m_paragraph = styleBefore;
+        m_bHeading = bHeadingBefore;
+    }
+
+    void WriteLink(const GumboNode* pNode) {
+        const QString strReference = QString::fromUtf8(AttributeValue(pNode->v.element, "href")).trimmed();
+        if (strReference.startsWith(u'#')) {
+            const QString strAnchor =
+                m_anchors.value(QUrl::fromPercentEncoding(strReference.mid(1).toUtf8()));
+            m_style.Link = strAnchor.isEmpty() ? QString() : u'#' + strAnchor;
+        } else if (!strReference.isEmpty()) {
+            m_style.Link = m_surroundings.Link(strReference);
+        }
+        WriteChildren(pNode);
+    }
+
+    void WritePicture(const GumboElement& element) {
+        const QString strReference = QString::fromUtf8(AttributeValue(element, "src")).trimmed();
+        const QString strAlt = QString::fromUtf8(AttributeValue(element, "alt")).simplified();
+        const int nWidth = Pixels(element, "width");
+        const int nHeight = Pixels(element, "height");
+        // Dots that held places open, and counters.
+        if ((nWidth > 0 && nWidth <= 2) || (nHeight > 0 && nHeight <= 2) || strReference.isEmpty())
+            return;
+        const std::optional<ReadyPicture> picture = m_surroundings.Picture(strReference);
+        if (!picture)
+            return m_line.AddText(strAlt, m_style);
+        if (picture->Width > 2 && picture->Height > 2)
+            m_line.AddPicture(PictureHtml(*picture, strAlt, nWidth, nHeight, m_nMaxWidth), m_style);
+    }
+
+    void WriteMedium(const GumboNode* pNode) {
+        QString strName;
+        ForEachElement(pNode, [&](const GumboNode* pInner) {
+            for (const char* szName : {"src", "data", "value", "code"}) {
+                const QString strValue = QString::fromUtf8(AttributeValue(pInner->v.element, szName));
+                if (strName.isEmpty() && strValue.contains(u'.') && !strValue.contains("clsid"_L1))
+                    strName =
+                        QUrl::fromPercentEncoding(strValue.mid(strValue.lastIndexOf(u'/') + 1).toUtf8());
+            }
+        });
+        m_leftOut.append(strName);
+        m_line.AddText(DocText::c_strMedium.arg(strName).trimmed(), m_style);
+    }
+
+    void WriteRule() {
+        EndLine();
+        if (!m_bPlain)
+            m_out += "<div data-custom-style=\"Rule\"><p>&nbsp;</p></div>\n";
+    }
+
+    void WriteCode(const GumboNode* pNode) {
+        EndLine();
+        QString strCode = TextBelow(pNode);
+        while (strCode.endsWith(u'\n'))
+            strCode.chop(1);
+        if (!strCode.trimmed().isEmpty())
+            m_out += "<pre>" + MarkupText(strCode) + "</pre>\n";
+        m_bPlain = false;
+    }
+
+    /// A list that holds nothing but lists, as word processors write the deeper ones.
+    static bool HoldsListsAlone(const GumboNode* pList) {
+        bool bAny = false;
+        for (unsigned i = 0; i < pList->v.element.children.length; ++i) {
+            const auto* pChild = static_cast<const GumboNode*>(pList->v.element.children.data[i]);
+            if (IsBlank(pChild))
+                continue;
+            if (!IsElement(pChild) || !IsList(TagName(pChild->v.element)))
+                return false;
+            bAny = true;
+        }
+        return bAny;
+    }
+
+    void WriteList(const GumboNode* pNode, const QByteArray& name) {
+        EndLine();
+        if (HoldsListsAlone(pNode))
+            return WriteChildren(pNode);
+        QByteArray open = "<ul>";
+        if (name == "ol") {
+            static const QSet<QByteArray> types = {"a", "A", "i", "I", "1"};
+            const QByteArray type = AttributeValue(pNode->v.element, "type");
+            const int nStart = AttributeValue(pNode->v.element, "start").toInt();
+            open = "<ol";
+            if (nStart > 1)
+                open += " start=\"" + QByteArray::number(nStart) + '"';
+            open += " type=\"" + (types.contains(type) ? type : "1") + "\">";
+        }
+        Open(open);
+        const QByteArray styleBefore = std::exchange(m_paragraph, QByteArray());
+        bool bItem = false;
+        for (unsigned i = 0; i < pNode->v.element.children.length; ++i) {
+            const auto* pChild = static_cast<const GumboNode*>(pNode->v.element.children.data[i]);
+            if (IsBlank(pChild))
+                continue;
+            const QByteArray child = IsElement(pChild) ? TagName(pChild->v.element) : QByteArray();
+            // What stands between two points, most often a list within the list, belongs to the one before.
+            if (!bItem || child == "li") {
+                if (bItem)
+                    m_out += "</li>\n";
+                m_out += "<li>";
+                m_bPlain = bItem = true;
+            }
+            if (child == "li")
+                WriteChildren(pChild);
+            else
+                Write(pChild);
+            EndLine();
+        }
+        if (bItem)
+            m_out += "</li>\n";
+        m_paragraph = styleBefore;
+        Close(name == "ol" ? "</ol>" : "</ul>");
+    }
+
+    void WriteTable(const GumboNode* pNode) {
+        EndLine();
+        const PageTable table = ReadTable(pNode);
+        if (table.Caption)
+            WriteBlock(table.Caption, "center");
+        if (table.IsLayout || m_bTable) {
+            for (const PageTable::Row& row : table.Rows) {
+                for (const PageTable::Cell& cell : row.Cells)
+                    WriteBlock(cell.Node, "div");
+            }
+            return;
+        }
+        m_bTable = true;
+        Open("<table><colgroup>");
+        for (const int nShare : table.Shares)
+            m_out += "<col style=\"width:" + QByteArray::number(nShare) + "%\">";
+        m_out += "</colgroup>\n";
+        const QByteArray styleBefore = std::exchange(m_paragraph, QByteArray());
+        const int nWidthBefore = m_nMaxWidth;
+        for (qsizetype i = 0; i < table.Rows.size(); ++i) {
+            if (i == 0)
+                m_out += table.HeaderRows > 0 ? "<thead>" : "<tbody>";
+            else if (i == table.HeaderRows)
+                m_out += "</thead><tbody>";
+            WriteRow(table, table.Rows[i], nWidthBefore, i < table.HeaderRows);
+        }
+        m_out += "</tbody>";
+        m_nMaxWidth = nWidthBefore;
+        m_paragraph = styleBefore;
+        Close("</table>");
+        m_bTable = false;
+        m_out += "<div data-custom-style=\"Table End\"><p>&nbsp;</p></div>\n";
+    }
+
+    void WriteRow(const PageTable& table, const PageTable::Row& row, int nTableWidth, bool bHeader) {
+        m_out += "<tr>";
+        for (const PageTable::Cell& cell : row.Cells) {
+            const QByteArray name = bHeader ? "th" : "td";
+            m_out += '<' + name;
+            if (cell.ColumnSpan > 1)
+                m_out += " colspan=\"" + QByteArray::number(cell.ColumnSpan) + '"';
+            if (cell.RowSpan > 1)
+                m_out += " rowspan=\"" + QByteArray::number(cell.RowSpan) + '"';
+            const QByteArray alignment = AlignmentOf(cell.Node->v.element);
+            if (alignment == "center" || alignment == "right" || bHeader)
+                m_out += " style=\"text-align:" + (alignment == "right" ? alignment : "center") + '"';
+            m_out += '>';
+            m_nMaxWidth = qMax(nTableWidth * table.ShareOf(cell) / 100 - c_nCellMargins, c_nLeastWidth);
+            m_bPlain = true;
+            const RunStyle before = m_style;
+            m_style.Take(cell.Node->v.element, "td");
+            WriteChildren(cell.Node);
+            EndLine();
+            m_style = before;
+            m_out += "</" + name + '>';
+        }
+        m_out += "</tr>\n";
+    }
+
+    /// Ends the paragraph, if there is anything in it.
+    void EndLine() {
+        const QByteArray line = m_line.Take();
+        if (line.isEmpty())
+            return;
+        const bool bStyled = !m_paragraph.isEmpty() && !m_bTable;
+        if (m_bPlain && !bStyled)
+            m_out += line;
+        else if (bStyled)
+            m_out += "<div data-custom-style=\"" + m_paragraph + "\"><p>" + line + "</p></div>\n";
+        else
+            m_out += "<p>" + line + "</p>\n";
+        m_bPlain = false;
+    }
+
+    void Open(const QByteArray& tag) {
+        m_out += tag;
+        m_bPlain = false;
+    }
+    void Close(const QByteArray& tag) {
+        m_out += tag + '\n';
+        m_bPlain = false;
+    }
+
+    static constexpr int c_nCellMargins = 16;
+    static constexpr int c_nLeastWidth = 24;
+
+    const PageSurroundings& m_surroundings;
+    QHash<QString, QString> m_anchors;
+    QByteArray m_out;
+    QStringList m_leftOut;
+    CTextLine m_line;
+    RunStyle m_style;
+    /// The style of the paragraphs that are being written; empty for the plain one.
+    QByteArray m_paragraph;
+    bool m_bHeading = false;
+    bool m_bTable = false;
+    /// The first line of a point or a cell is no paragraph of its own, which sets it closer.
+    bool m_bPlain = false;
+    int m_nMaxWidth = c_nPaperWidth;
+};
+
+} // namespace
+
+QByteArray MarkupText(const QString& strText) {
+    QString strKept;
+    strKept.reserve(strText.size());
+    for (const QChar c : strText) {
+        const char16_t n = c.unicode();
+        if ((n >= 0x20 || n == u'\t' || n == u'\n') && n != 0xfffe && n != 0xffff)
+            strKept += c;
+    }
+    return strKept.toHtmlEscaped().toUtf8();
+}
+
+QByteArray PictureHtml(const ReadyPicture& picture, const QString& strAlt, int nWidth, int nHeight,
+                       int nMaxWidth) {
+    double dWidth = nWidth;
+    double dHeight = nHeight;
+    if (nWidth == 0 && nHeight == 0)
+        dWidth = picture.Width;
+    if (dWidth == 0)
+        dWidth = dHeight * picture.Width / picture.Height;
+    if (dHeight == 0)
+        dHeight = dWidth * picture.Height / picture.Width;
+    const double dScale = qMin(1.0, qMin(nMaxWidth / dWidth, c_nPaperHeight / dHeight));
+    return "<img src=\"" + picture.Name.toUtf8() + "\" alt=\"" + MarkupText(strAlt) + "\" width=\"" +
+           QByteArray::number(qMax(1, qRound(dWidth * dScale))) + "\" height=\"" +
+           QByteArray::number(qMax(1, qRound(dHeight * dScale))) + "\">";
+}
+
+std::optional<PageText> ReadPageText(const QString& strPage, const PageSurroundings& surroundings) {
+    const QByteArray html = strPage.toUtf8();
+    if (IsTooDeep(html))
+        return std::nullopt;
+    const Tree tree = Parse(html);
+    return CPageWriter(surroundings).WritePage(tree->root);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+/// A picture that is ready to stand in the document: its name among the document's pictures, and how large it
+/// shows itself, in pixels of 1/96 inch.
+struct ReadyPicture {
+    QString Name;
+    int Width = 0;
+    int Height = 0;
+};
+
+/// What the text of a page needs to know of the course around it.
+struct PageSurroundings {
+    /// Where a link leads: "#" and a bookmark of the document, an address outside of the course, or nothing,
+    /// which leaves the link's text alone.
+    std::function<QString(const QString& strReference)> Link;
+    /// The picture of a reference; nothing leaves its alternative text.
+    std::function<std::optional<ReadyPicture>(const QString& strReference)> Picture;
+    /// What the bookmarks of the page's own anchors begin with.
+    QString AnchorPrefix;
+};
+
+/// The text of a page as the converter takes it.
+struct PageText {
+    /// Well nested, of few elements: paragraphs, lists, tables, pictures, links and plain marks of text.
+    /// Nothing in it runs or loads anything.
+    QByteArray Html;
+    /// Names of films, programs and pages within the page, which paper can't show.
+    QStringList LeftOut;
+};
+
+/// Widest and highest that a picture stands on a sheet of paper, in pixels of 1/96 inch.
+inline constexpr int c_nPaperWidth = 600;
+inline constexpr int c_nPaperHeight = 820;
+
+/// A page that other programs and people wrote, of which all is taken that a printed text has. Tables that
+/// only lay a page out become what stands in them. Nothing when the page is nested too deeply to be read.
+std::optional<PageText> ReadPageText(const QString& strPage, const PageSurroundings& surroundings);
+
+/// A picture, made to fit on the sheet. nWidth and nHeight are what its page wants, 0 for what it says
+/// itself.
+QByteArray PictureHtml(const ReadyPicture& picture, const QString& strAlt, int nWidth = 0, int nHeight = 0,
+                       int nMaxWidth = c_nPaperWidth);
+
+/// Text for markup, without the characters that no document may hold.
+QByteArray MarkupText(const QString& strText);

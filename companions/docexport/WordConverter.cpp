@@ -1,0 +1,167 @@
+#include "companions/docexport/WordConverter.h"
+
+#include "companions/docexport/Package.h"
+#include "companions/docexport/PageText.h"
+#include "office/OutputFile.h"
+#include "platform/base/Process.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QXmlStreamReader>
+
+using namespace Qt::StringLiterals;
+using Torvane::CRunException;
+using Torvane::Office::EConversion;
+
+namespace {
+
+constexpr qint64 c_nLimitMs = 3'600'000;
+constexpr quint64 c_nMaxFileBytes = quint64{2} << 30;
+/// A course of a thousand pages takes some 0.7 GB; what takes more than this would slow the whole machine.
+const QString c_strMemory = u"-M4g"_s;
+
+QString PandocProgram() {
+    return Platform::FindSystemProgram(u"pandoc"_s);
+}
+
+QByteArray CoreProperties(const CWordConverter::Course& course) {
+    const QByteArray now = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toUtf8();
+    const auto time = [&now](const char* szName) -> QByteArray {
+        return "<dcterms:" + QByteArray(szName) + " xsi:type=\"dcterms:W3CDTF\">" + now +
+               "</dcterms:" + szName + '>';
+    };
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+           "<cp:coreProperties "
+           "xmlns:cp=\"http://schemas.openxmlformats.org/package/2006/metadata/core-properties\""
+           " xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmlns:dcterms=\"http://purl.org/dc/terms/\""
+           " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"><dc:title>" +
+           MarkupText(course.Name) + "</dc:title><dc:creator>" + MarkupText(course.Teacher) +
+           "</dc:creator><dc:language>zh-CN</dc:language>" + time("created") + time("modified") +
+           "</cp:coreProperties>";
+}
+
+/// The pages of the outline's entries, in their order.
+QList<int> OutlinePages(const QString& strPath) {
+    QList<int> pages;
+    QFile file(strPath);
+    if (!file.open(QIODevice::ReadOnly))
+        return pages;
+    QXmlStreamReader xml(&file);
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == "item"_L1)
+            pages.append(xml.attributes().value("page"_L1).toInt());
+    }
+    return xml.hasError() ? QList<int>() : pages;
+}
+
+} // namespace
+
+CWordConverter::CWordConverter(DocProgress& progress)
+    : m_progress(progress), m_converter([this] { return !m_progress.bCancelled; }, c_nLimitMs) {
+    if (PandocProgram().isEmpty())
+        throw CRunException(DocText::c_strNoConverter);
+    if (!m_converter.IsReady() || !QDir().mkpath(PictureFolder()) ||
+        !QDir().mkpath(m_converter.Path(u"pandoc"_s)))
+        throw CRunException(DocText::c_strNoTemporary.arg(
+            QDir::tempPath(),
+            m_converter.IsOutOfSpace() ? DocText::c_strDiskFull : DocText::c_strNoPermission));
+}
+
+void CWordConverter::WriteInput(const QString& strName, const QByteArray& bytes) const {
+    if (!Torvane::Office::WriteBytes(m_converter.Path(strName), bytes))
+        throw CRunException(DocText::c_strCannotWrite.arg(
+            m_converter.Path(strName),
+            m_converter.IsOutOfSpace() ? DocText::c_strDiskFull : DocText::c_strNoPermission));
+}
+
+void CWordConverter::Check(EConversion eEnd) const {
+    if (eEnd == EConversion::Cancelled)
+        throw CDocCancelled();
+    if (eEnd == EConversion::TimedOut)
+        throw CRunException(DocText::c_strTimedOut);
+}
+
+void CWordConverter::RunPandoc() {
+    const QString strOutput = m_converter.Path(u"out/pandoc.docx"_s);
+    const QStringList arguments{u"+RTS"_s, c_strMemory, u"-RTS"_s,
+                                // The person's own styles and filters have no say.
+                                u"--data-dir"_s, m_converter.Path(u"pandoc"_s), u"--from"_s, u"html"_s,
+                                u"--to"_s, u"docx"_s, u"--lua-filter"_s, m_converter.Path(u"filter.lua"_s),
+                                u"--reference-doc"_s, m_converter.Path(u"reference.docx"_s),
+                                u"--resource-path"_s, PictureFolder(), u"--output"_s, strOutput,
+                                m_converter.Path(u"course.html"_s)};
+    QMap<QString, QString> environment{{u"LC_ALL"_s, u"C.UTF-8"_s},
+                                       {u"TMPDIR"_s, m_converter.Path(u"tmp"_s)}};
+    // Nothing that it is given names an address; this door is closed all the same.
+    for (const QString& strName : {u"http_proxy"_s, u"https_proxy"_s, u"HTTP_PROXY"_s, u"HTTPS_PROXY"_s})
+        environment.insert(strName, u"http://127.0.0.1:9"_s);
+    // Its memory is bounded by its own option: it reserves far more addresses than it uses.
+    const auto eEnd = Platform::RunGroup({PandocProgram(), arguments, environment, 0, c_nMaxFileBytes},
+                                         [this] { return m_converter.State() == EConversion::Done; });
+    Check(m_converter.State());
+    if (eEnd != Platform::EProgramEnd::Ended)
+        throw CRunException(DocText::c_strNoConverter);
+    if (QFileInfo(strOutput).size() <= 0)
+        throw CRunException(m_converter.IsOutOfSpace()
+                                ? DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull)
+                                : DocText::c_strConverterFailed);
+}
+
+QHash<QString, int> CWordConverter::FindPages(const Course& course) {
+    m_progress.Stage = DocProgress::EStage::Numbering;
+    QHash<QString, int> pages;
+    const QString strPdf = m_converter.Path(u"out/layout.pdf"_s);
+    EConversion eEnd =
+        m_converter.Convert(m_converter.Path(u"layout.docx"_s), u"pdf:writer_pdf_Export"_s, u"layout.pdf"_s);
+    const QString strReader = Platform::FindSystemProgram(u"pdftohtml"_s);
+    const QString strOutline = m_converter.Path(u"out/outline"_s);
+    if (eEnd == EConversion::Done && !strReader.isEmpty()) {
+        // The text of one page and the outline of all.
+        Platform::RunGroup({strReader,
+                            {u"-xml"_s, u"-i"_s, u"-f"_s, u"1"_s, u"-l"_s, u"1"_s, strPdf, strOutline},
+                            {},
+                            0,
+                            c_nMaxFileBytes},
+                           [this] { return m_converter.State() == EConversion::Done; });
+        eEnd = m_converter.State();
+    }
+    Check(eEnd);
+    const QList<int> found = OutlinePages(strOutline + u".xml"_s);
+    // Only when each heading has its entry can it be told which is whose.
+    if (found.size() == course.Headings.size()) {
+        for (qsizetype i = 0; i < found.size(); ++i)
+            pages.insert(course.Headings[i].Bookmark, found[i]);
+    }
+    return pages;
+}
+
+CWordConverter::Result CWordConverter::Make(const QByteArray& html, const Course& course) {
+    m_progress.Stage = DocProgress::EStage::Converting;
+    QFile filter(u":/docexport/filter.lua"_s);
+    if (!filter.open(QIODevice::ReadOnly))
+        throw CRunException(DocText::c_strConverterFailed);
+    WriteInput(u"filter.lua"_s, filter.readAll());
+    WriteInput(u"course.html"_s, html);
+    Package::Write(m_converter.Path(u"reference.docx"_s), Package::ReferenceDocument(course.Name));
+    RunPandoc();
+
+    const auto finish = [&](const QString& strFrom, const QString& strName,
+                            const QHash<QString, int>& pages) {
+        Package::Rewrite(strFrom, m_converter.Path(strName), [&](Package::Part& part) {
+            if (part.Name == "word/document.xml")
+                part.Bytes = WordXml::Finished(part.Bytes, pages);
+            else if (part.Name == "docProps/core.xml")
+                part.Bytes = CoreProperties(course);
+        });
+    };
+    const QString strPandoc = m_converter.Path(u"out/pandoc.docx"_s);
+    finish(strPandoc, u"layout.docx"_s, {});
+    const QHash<QString, int> pages = FindPages(course);
+    finish(strPandoc, u"course.docx"_s, pages);
+    const QString strMade = m_converter.Path(u"course.docx"_s);
+    if (WordXml::CountHeadings(Package::Read(strMade, "word/document.xml")) != course.Headings.size())
+        throw CRunException(DocText::c_strBrokenDocument);
+    return {strMade, !pages.isEmpty() || course.Headings.isEmpty()};
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "companions/docexport/DocProgress.h"
+#include "companions/docexport/WordXml.h"
+#include "office/Converter.h"
+
+#include <QHash>
+#include <QString>
+
+/// Makes a Word document of the course's text. Pandoc writes it; LibreOffice lays it out once, so that the
+/// table of contents can say the pages. Both run in groups of their own, with bounds, and end at once on a
+/// cancel.
+class CWordConverter {
+public:
+    /// Throws Torvane::CRunException with a message where pandoc is missing or there is no place for the
+    /// temporary files.
+    explicit CWordConverter(DocProgress& progress);
+
+    /// Where the pictures of the document shall lie, native.
+    QString PictureFolder() const { return m_converter.Path(QStringLiteral("pictures")); }
+
+    struct Course {
+        QString Name;
+        QString Teacher;
+        QList<WordXml::Heading> Headings;
+    };
+    struct Result {
+        /// Native; goes with the object.
+        QString Path;
+        bool HasPageNumbers = false;
+    };
+    /// html is what the converter takes of the course. Throws Torvane::CRunException with a message, and
+    /// CDocCancelled.
+    Result Make(const QByteArray& html, const Course& course);
+
+private:
+    void RunPandoc();
+    QHash<QString, int> FindPages(const Course& course);
+    void Check(Torvane::Office::EConversion eEnd) const;
+    void WriteInput(const QString& strName, const QByteArray& bytes) const;
+
+    DocProgress& m_progress;
+    Torvane::Office::CConverter m_converter;
+};

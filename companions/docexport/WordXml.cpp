@@ -1,0 +1,112 @@
+#include "companions/docexport/WordXml.h"
+
+#include "companions/docexport/PageText.h"
+
+#include <QXmlStreamReader>
+
+using namespace Qt::StringLiterals;
+
+namespace WordXml {
+namespace {
+
+/// Above those that the converter gives.
+constexpr int c_nFirstBookmarkId = 1'000'000;
+/// Text of pages never stands in such a tag, and its "<" is escaped.
+constexpr QByteArrayView c_mark = "<w:t>@";
+constexpr QByteArrayView c_markEnd = "</w:t>";
+constexpr int c_nMaxLevel = 9;
+
+QByteArray Run(const QString& strText) {
+    return "<w:r><w:t xml:space=\"preserve\">" + MarkupText(strText) + "</w:t></w:r>";
+}
+
+QByteArray FieldMark(const char* szKind) {
+    return "<w:r><w:fldChar w:fldCharType=\"" + QByteArray(szKind) + "\"/></w:r>";
+}
+
+QByteArray FieldBegin(const QByteArray& instruction) {
+    return FieldMark("begin") + "<w:r><w:instrText xml:space=\"preserve\"> " + instruction +
+           " </w:instrText></w:r>" + FieldMark("separate");
+}
+
+QByteArray Entry(const Heading& heading, const QByteArray& before) {
+    const QByteArray bookmark = heading.Bookmark.toUtf8();
+    return "<w:p><w:pPr><w:pStyle w:val=\"TOC" + QByteArray::number(heading.Level) + "\"/></w:pPr>" + before +
+           "<w:hyperlink w:anchor=\"" + bookmark + "\" w:history=\"1\">" + Run(heading.Title) +
+           "<w:r><w:tab/></w:r>" + FieldBegin("PAGEREF " + bookmark + " \\h") + "<w:r>" +
+           c_mark.toByteArray() + bookmark + c_markEnd.toByteArray() + "</w:r>" + FieldMark("end") +
+           "</w:hyperlink></w:p>";
+}
+
+} // namespace
+
+QByteArray Paragraph(const QByteArray& styleId, const QString& strText) {
+    return "<w:p><w:pPr><w:pStyle w:val=\"" + styleId + "\"/></w:pPr>" + Run(strText) + "</w:p>";
+}
+
+QByteArray HeadingParagraph(const Heading& heading, int nNumber) {
+    const QByteArray id = QByteArray::number(c_nFirstBookmarkId + nNumber);
+    return "<w:p><w:pPr><w:pStyle w:val=\"Heading" + QByteArray::number(heading.Level) +
+           "\"/></w:pPr><w:bookmarkStart w:id=\"" + id + "\" w:name=\"" + heading.Bookmark.toUtf8() + "\"/>" +
+           Run(heading.Title) + "<w:bookmarkEnd w:id=\"" + id + "\"/></w:p>";
+}
+
+QByteArray Contents(const QString& strTitle, const QList<Heading>& headings) {
+    QByteArray xml = "<w:sdt><w:sdtPr><w:docPartObj><w:docPartGallery w:val=\"Table of Contents\"/>"
+                     "<w:docPartUnique/></w:docPartObj></w:sdtPr><w:sdtContent>" +
+                     Paragraph("TOCHeading", strTitle);
+    const QByteArray field = FieldBegin("TOC \\o \"1-" + QByteArray::number(c_nMaxLevel) + "\" \\h \\z \\u");
+    for (qsizetype i = 0; i < headings.size(); ++i)
+        xml += Entry(headings[i], i == 0 ? field : QByteArray());
+    const QByteArray end = (headings.isEmpty() ? field : QByteArray()) + FieldMark("end");
+    return xml + "<w:p>" + end + "</w:p></w:sdtContent></w:sdt>";
+}
+
+QByteArray Finished(const QByteArray& document, const QHash<QString, int>& pages) {
+    constexpr QByteArrayView numbering = "<w:pPr><w:numPr>";
+    constexpr QByteArrayView numberingEnd = "</w:numPr>";
+    QByteArray out;
+    out.reserve(document.size());
+    qsizetype nAt = 0;
+    const auto takeTo = [&](qsizetype nEnd) {
+        out += QByteArrayView(document).sliced(nAt, nEnd - nAt);
+        nAt = nEnd;
+    };
+    // The contents stand before all lists.
+    for (qsizetype nMark = document.indexOf(c_mark); nMark >= 0; nMark = document.indexOf(c_mark, nAt)) {
+        const qsizetype nName = nMark + c_mark.size();
+        const qsizetype nEnd = document.indexOf(c_markEnd, nName);
+        const int nPage = pages.value(QString::fromUtf8(document.mid(nName, nEnd - nName)));
+        takeTo(nName - 1);
+        if (nPage > 0)
+            out += QByteArray::number(nPage);
+        nAt = nEnd;
+    }
+    for (qsizetype nList = document.indexOf(numbering, nAt); nList >= 0;
+         nList = document.indexOf(numbering, nAt)) {
+        const qsizetype nNumber = nList + numbering.size() - qsizetype(qstrlen("<w:numPr>"));
+        const qsizetype nStyle = document.indexOf(numberingEnd, nList) + numberingEnd.size();
+        takeTo(nNumber);
+        // A paragraph's style comes before its number.
+        if (QByteArrayView(document).sliced(nStyle).startsWith("<w:pStyle")) {
+            const qsizetype nEnd = document.indexOf('>', nStyle) + 1;
+            out += document.mid(nStyle, nEnd - nStyle) + document.mid(nNumber, nStyle - nNumber);
+            nAt = nEnd;
+        }
+    }
+    takeTo(document.size());
+    return out;
+}
+
+int CountHeadings(const QByteArray& document) {
+    QXmlStreamReader xml(document);
+    int nCount = 0;
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == "pStyle"_L1 &&
+            xml.attributes().value("w:val"_L1).startsWith("Heading"_L1))
+            ++nCount;
+    }
+    return xml.hasError() ? -1 : nCount;
+}
+
+} // namespace WordXml

@@ -1,0 +1,50 @@
+#include "companions/docexport/ui/PictureFiles.h"
+
+#include <QFile>
+#include <QImage>
+#include <QImageReader>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Sharp on paper: twice what a sheet is wide, at 150 dots an inch.
+constexpr int c_nMaxPixels = 2000;
+constexpr int c_nJpegQuality = 88;
+
+} // namespace
+
+std::optional<ReadyPicture> CPictureFiles::Take(const QString& strPath) {
+    if (const auto it = m_taken.constFind(strPath); it != m_taken.constEnd())
+        return *it;
+    return *m_taken.insert(strPath, Make(strPath, u"picture%1"_s.arg(m_taken.size() + 1)));
+}
+
+std::optional<ReadyPicture> CPictureFiles::Make(const QString& strPath, const QString& strName) const {
+    QImageReader reader(strPath);
+    // What a picture is its bytes say, whatever its name.
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    // Drawings may name other files, and are drawn by reading those.
+    if (format.isEmpty() || format == "svg" || format == "svgz" || format == "pdf")
+        return std::nullopt;
+    reader.setAutoTransform(true);
+    const QImage image = reader.read();
+    if (image.isNull())
+        return std::nullopt;
+    const bool bPhotograph = format == "jpeg" || format == "jpg";
+    const bool bKept = bPhotograph || format == "png" || format == "gif";
+    const bool bLarge = qMax(image.width(), image.height()) > c_nMaxPixels;
+    const bool bTurned = reader.transformation() != QImageIOHandler::TransformationNone;
+    const QByteArray ending = bPhotograph ? "jpg" : format == "gif" && !bLarge ? "gif" : "png";
+    const ReadyPicture picture{strName + u'.' + QString::fromLatin1(ending), image.width(), image.height()};
+    const QString strTarget = m_strFolder + u'/' + picture.Name;
+    if (bKept && !bLarge && !bTurned)
+        return QFile::copy(strPath, strTarget) ? std::optional(picture) : std::nullopt;
+    const QImage fitting =
+        bLarge ? image.scaled(c_nMaxPixels, c_nMaxPixels, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+               : image;
+    return fitting.save(strTarget, bPhotograph ? "JPG" : "PNG", bPhotograph ? c_nJpegQuality : -1)
+               ? std::optional(picture)
+               : std::nullopt;
+}

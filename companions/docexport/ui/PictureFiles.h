@@ -1,0 +1,26 @@
+#pragma once
+
+#include "companions/docexport/PageText.h"
+
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+/// Brings the course's pictures into forms and sizes that a document can hold. Any thread may use it, one at
+/// a time; it shows nothing.
+class CPictureFiles {
+public:
+    /// Where the pictures are put; native.
+    explicit CPictureFiles(const QString& strFolder) : m_strFolder(strFolder) {}
+
+    /// The picture of a file (native path), under a name of its own in the folder; the same one for the same
+    /// file. Nothing for a file that is no picture, is broken, or has a form that word processors don't show.
+    std::optional<ReadyPicture> Take(const QString& strPath);
+
+private:
+    std::optional<ReadyPicture> Make(const QString& strPath, const QString& strName) const;
+
+    QString m_strFolder;
+    QHash<QString, std::optional<ReadyPicture>> m_taken;
+};

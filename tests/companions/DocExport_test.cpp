@@ -1,0 +1,201 @@
+#include "companions/docexport/DocExport.h"
+
+#include "companions/docexport/Package.h"
+#include "companions/docexport/WordConverter.h"
+#include "companions/docexport/WordXml.h"
+#include "tests/companions/SampleCourse.h"
+
+#include <QDirIterator>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+const QByteArray c_png = QByteArray::fromBase64(
+    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR4nGNgYGD4DwABBAEAX+XDSwAAAABJRU5ErkJggg==");
+
+/// Takes what is the picture above, and nothing else.
+PictureTaker TakerFor(const QString& strFolder) {
+    return [strFolder](const QString& strPath) -> std::optional<ReadyPicture> {
+        QFile file(strPath);
+        const QString strName = QFileInfo(strPath).completeBaseName() + u".png"_s;
+        if (!file.open(QIODevice::ReadOnly) || file.readAll() != c_png ||
+            (!QFileInfo::exists(strFolder + u'/' + strName) &&
+             !QFile::copy(strPath, strFolder + u'/' + strName)))
+            return std::nullopt;
+        return ReadyPicture{strName, 200, 100};
+    };
+}
+
+DocOutcome Export(const CSampleCourse& course, const QString& strTarget) {
+    DocProgress progress;
+    return ExportDocument({course.Folder.Path(course.strProject), strTarget}, TakerFor, progress);
+}
+
+/// The document as another reader understands it.
+QString ReadBack(const QString& strDocument) {
+    QProcess reader;
+    reader.start(u"pandoc"_s, {u"-f"_s, u"docx"_s, u"-t"_s, u"html"_s, u"--wrap=none"_s, strDocument});
+    EXPECT_TRUE(reader.waitForFinished());
+    EXPECT_EQ(reader.exitCode(), 0);
+    EXPECT_EQ(reader.readAllStandardError(), QByteArray());
+    return QString::fromUtf8(reader.readAllStandardOutput());
+}
+
+/// All text of the paragraphs of a style, a line each.
+QString TextOf(const QByteArray& document, const QString& strStyle) {
+    QString strText;
+    bool bWanted = false;
+    bool bInstruction = false;
+    QXmlStreamReader xml(document);
+    while (!xml.atEnd()) {
+        const auto token = xml.readNext();
+        if (token == QXmlStreamReader::StartElement) {
+            bInstruction = xml.name() == "instrText"_L1;
+            if (xml.name() == "p"_L1)
+                bWanted = false;
+            else if (xml.name() == "pStyle"_L1)
+                bWanted = xml.attributes().value("w:val"_L1) == strStyle;
+            else if (bWanted && xml.name() == "tab"_L1)
+                strText += u'|';
+        } else if (token == QXmlStreamReader::Characters && bWanted && !bInstruction) {
+            strText += xml.text();
+        } else if (token == QXmlStreamReader::EndElement && bWanted && xml.name() == "p"_L1) {
+            strText += u'\n';
+        }
+    }
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    return strText;
+}
+
+QStringList FilesAndTimes(const QString& strFolder) {
+    QStringList files;
+    QDirIterator walk(strFolder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        const QFileInfo file(walk.next());
+        files.append(file.filePath() + file.lastModified().toString(Qt::ISODateWithMs));
+    }
+    files.sort();
+    return files;
+}
+
+} // namespace
+
+// One course with every kind of content; the document is read back by the program that knows the format best
+// and by another one, and its pages were counted by a third.
+TEST(DocExport, WritesACourseThatOtherProgramsRead) {
+    CSampleCourse course;
+    const qint32 nChapter = course.Add(c_nRootNodeId, u"第一章 <极限> & \"x\""_s);
+    const qint32 nPage = course.AddPage(
+        nChapter, u"课程介绍"_s,
+        u"<p>正文</p><img src=res/PIC.png><img src=res/gone.gif><img src=res/bad.png><script>坏</script>"
+        "<table border=1><tr><td>甲<td>乙</table><ul><li>一<ol><li>二</ol></ul><embed src=m.swf>"_s);
+    course.WriteResource(nPage, u"res\\pic.png"_s, c_png);
+    course.WriteResource(nPage, u"res\\bad.png"_s, "x");
+    course.AddPage(nPage, u"链接"_s,
+                   u"<a href=../n%1/content.htm#a>站内</a><a href=http://a.edu.cn/?b=1&c=2>站外</a>"
+                   "<a href=javascript:x()>无</a>"_s.arg(nPage));
+    course.AddPage(nPage, u"太深"_s, u"<div>"_s.repeated(5000));
+    qint32 nDeep = nPage;
+    for (int i = 3; i <= 10; ++i)
+        nDeep = course.Add(nDeep, u"第%1级"_s.arg(i));
+    const qint32 nFile = course.Add(c_nRootNodeId, u"文档"_s, NodeType::c_nExternalFile, u"a.doc"_s, 0,
+                                    u"原讲义.doc"_s, u"请看"_s);
+    course.WriteResource(nFile, u"a.doc"_s, QByteArray(2048, 'x'));
+    const qint32 nOffice = course.Add(c_nRootNodeId, u"转换的"_s, NodeType::c_nExternalFile, u"a.htm"_s);
+    course.WriteResource(nOffice, u"a.htm"_s, "<html><meta charset=utf-8><body><h2>报告</h2></body></html>");
+    const qint32 nSlides =
+        course.Add(c_nRootNodeId, u"讲稿"_s, NodeType::c_nExternalFile, u"a.files\\torvaneframe.htm"_s);
+    course.WriteResource(nSlides, u"a.files\\torvaneframe.htm"_s, "<frameset>");
+    course.WriteResource(nSlides, u"a.files\\slide0001.png"_s, c_png);
+    course.Add(c_nRootNodeId, u"外部"_s, NodeType::c_nExternalLink, u"http://b.edu.cn/"_s);
+    course.Add(c_nRootNodeId, u"见"_s, NodeType::c_nInSiteLink, u"\\n%1\\content.htm"_s.arg(nPage));
+    course.Add(c_nRootNodeId, u"丢了"_s, NodeType::c_nEditorPage, u"Content.htm"_s);
+    const QString strFolder = course.Folder.Native(CSampleCourse::Below(u"Data"_s));
+    const QStringList before = FilesAndTimes(strFolder);
+    const QString strTarget = DefaultTarget(course.Folder.Path(course.strProject));
+
+    const DocOutcome outcome = Export(course, strTarget);
+
+    ASSERT_EQ(outcome.End, DocOutcome::EEnd::Done) << outcome.Text.toStdString();
+    EXPECT_EQ(FilesAndTimes(strFolder), before) << "exporting changed the course";
+    EXPECT_EQ(QFileInfo(strTarget).fileName(), u"课程.docx"_s);
+    const std::string notes = outcome.Notes.join(u'\n').toStdString();
+    for (const char* szNote : {"gone.gif”。", "“bad.png”已损坏", "1 处多媒体", "嵌套过深", "栏目“丢了”的内容",
+                               "1 个外部文件", "有 1 个栏目深于九级"})
+        EXPECT_THAT(notes, HasSubstr(szNote));
+    EXPECT_THAT(notes, Not(HasSubstr("页码"))) << "the layout program had no pages to tell";
+
+    const QByteArray document = Package::Read(strTarget, "word/document.xml");
+    EXPECT_EQ(TextOf(document, u"Heading3"_s), u"链接\n太深\n第3级\n"_s);
+    EXPECT_EQ(TextOf(document, u"Heading9"_s), u"第9级\n第10级\n"_s);
+    static const QRegularExpression entry(u"^第一章 <极限> & \"x\"\\|[0-9]+\n"_s);
+    EXPECT_TRUE(entry.match(TextOf(document, u"TOC1"_s)).hasMatch())
+        << TextOf(document, u"TOC1"_s).toStdString();
+    EXPECT_EQ(document.count(QByteArray("w:anchor=\"n" + QByteArray::number(nPage) + '"')), 3)
+        << "contents, in-site link, and the node that is one";
+    EXPECT_EQ(Package::Read(strTarget, "word/header1.xml").count("&lt;高等&gt;数学"), 1);
+    EXPECT_THAT(Package::Read(strTarget, "word/footer1.xml").toStdString(), HasSubstr(" NUMPAGES "));
+
+    const std::string text = ReadBack(strTarget).toStdString();
+    for (const char* szPiece :
+         {"href=\"http://a.edu.cn/?b=1&amp;c=2\"", "href=\"http://b.edu.cn/\"", "原讲义.doc（2.0 KB）",
+          "说明：请看", "报告", "style=\"width:2.08333in;height:1.04167in\"", "第 1 页", "<td>甲</td>",
+          "<ol type=\"1\">\n<li>二</li>", "测试大学", "主讲教师：李老师", "见“课程介绍”",
+          "［多媒体内容 m.swf］", "内容缺失"})
+        EXPECT_THAT(text, HasSubstr(szPiece));
+    for (const char* szPiece : {"坏", "javascript"})
+        EXPECT_THAT(text, Not(HasSubstr(szPiece)));
+}
+
+TEST(DocExport, LeavesNothingBehindWhenItCannot) {
+    const struct {
+        const char* Why;
+        std::function<void(const CSampleCourse&)> Break;
+        const char* Says;
+    } rows[] = {
+        {"no project file", [](const auto& c) { QFile::remove(c.Folder.Native(c.strProject)); },
+         "找不到课程文件"},
+        {"no store", [](const auto& c) { QFile::remove(c.Folder.Native(c.strStore)); }, "找不到课程数据库"},
+        {"store is none", [](const auto& c) { c.Folder.Write(c.strStore, "no database"); }, "数据库已损坏"},
+        {"no root", [](const auto& c) { c.Damage(u"DELETE FROM Book"_s); }, "没有课程的根栏目"},
+        {"no converter", [](const auto&) { qputenv("PATH", "/nonexistent"); }, "软件包 pandoc"},
+    };
+    const QByteArray path = qgetenv("PATH");
+    for (const auto& row : rows) {
+        CSampleCourse course;
+        course.AddPage(c_nRootNodeId, u"页"_s, u"x"_s);
+        const QString strTarget = course.Folder.Native(u"旧.docx"_s);
+        course.Folder.Write(u"旧.docx"_s, "old");
+        row.Break(course);
+        const DocOutcome outcome = Export(course, strTarget);
+        qputenv("PATH", path);
+        EXPECT_EQ(outcome.End, DocOutcome::EEnd::Failed) << row.Why;
+        EXPECT_THAT(outcome.Text.toStdString(), HasSubstr(row.Says)) << row.Why;
+        EXPECT_EQ(course.Folder.Read(u"旧.docx"_s), "old") << row.Why;
+    }
+}
+
+TEST(DocExport, RefusesPlacesWhereNoDocumentMayGo) {
+    CSampleCourse course;
+    course.Folder.MakeFolder(u"夹.docx"_s);
+    const QString strProject = course.Folder.Path(course.strProject);
+    for (const QString& strTarget : {u"课程\\Data\\a.docx"_s, CSampleCourse::Resource(u"a.docx"_s),
+                                     u"没有\\a.docx"_s, u"夹.docx"_s, u"a.doc"_s, u".docx"_s})
+        EXPECT_NE(FaultOfTarget({strProject, course.Folder.Native(strTarget)}), QString())
+            << strTarget.toStdString();
+    EXPECT_EQ(FaultOfTarget({strProject, DefaultTarget(strProject)}), QString());
+
+    DocProgress progress;
+    progress.bCancelled = true;
+    EXPECT_EQ(ExportDocument({strProject, DefaultTarget(strProject)}, TakerFor, progress).End,
+              DocOutcome::EEnd::Cancelled);
+    EXPECT_FALSE(QFileInfo::exists(DefaultTarget(strProject)));
+}

@@ -1,0 +1,61 @@
+#include "companions/docexport/PageText.h"
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+std::optional<PageText> Read(const QString& strPage) {
+    return ReadPageText(strPage, {[](const QString& strReference) { return strReference; },
+                                  [](const QString& strReference) -> std::optional<ReadyPicture> {
+                                      if (strReference == "none"_L1)
+                                          return std::nullopt;
+                                      return ReadyPicture{u"p.png"_s, 1200, 600};
+                                  },
+                                  u"n4_"_s});
+}
+
+} // namespace
+
+// What teachers' pages hold, and what the document gets of it.
+TEST(PageText, WritesPagesAnewWellNested) {
+    const struct {
+        QString Page;
+        std::string Text;
+    } rows[] = {
+        {u"一<b>二<p>三</b>四</p>"_s, "<p>一<strong>二</strong></p>\n<p><strong>三</strong>四</p>\n"},
+        {u"甲\n乙<br>丙\n c"_s, "<p>甲乙</p>\n<p>丙 c</p>\n"},
+        {u"<p>&nbsp;</p><center>中</center>"_s, "<div data-custom-style=\"Centered\"><p>中</p></div>\n"},
+        {u"<a href=x><i>链</i></a><span style='display:none'>藏</span><SCRIPT>坏</SCRIPT>"_s,
+         "<p><a href=\"x\"><em>链</em></a></p>\n"},
+        {u"<a href=#q>去</a><p id=q>到</p><a href=#none>无</a>"_s,
+         "<p><a href=\"#n4_1\">去</a></p>\n<p><span id=\"n4_1\"></span>到</p>\n<p>无</p>\n"},
+        {u"<ul><li>甲<ul><li>乙</ul><ol start=3><li>丙</ol></ul>"_s,
+         "<ul><li>甲<ul><li>乙</li>\n</ul>\n<ol start=\"3\" type=\"1\"><li>丙</li>\n</ol>\n</li>\n</ul>\n"},
+        {u"<ul><ul><li>甲</ul></ul>"_s, "<ul><li>甲</li>\n</ul>\n"},
+        {u"<img src=a alt='\"x'><img src=none alt=替代><img src=a width=1 height=1>"_s,
+         "<p><img src=\"p.png\" alt=\"&quot;x\" width=\"600\" height=\"300\">替代</p>\n"},
+        {u"<pre>a &lt;b\n  c</pre>"_s, "<pre>a &lt;b\n  c</pre>\n"},
+        {u"<h1 align=center>题<br>目</h1>"_s,
+         "<div data-custom-style=\"Page Heading 1\"><p>题 目</p></div>\n"},
+        {u"<pre class=wordxml>&lt;w:p/&gt;</pre><div data-custom-style=Title>d</div>"_s,
+         "<pre>&lt;w:p/&gt;</pre>\n<p>d</p>\n"},
+        {u"<table><tr><td>布<table border=1><tr><td>局</table></table>"_s, "<p>布</p>\n<p>局</p>\n"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Read(row.Page)->Html.toStdString(), row.Text) << row.Page.toStdString();
+
+    const std::string table =
+        Read(
+            u"<table border=1><tr><th>章<th>题<tr><td rowspan=9>1<td><img src=a><tr><td colspan=2>x</table>"_s)
+            ->Html.toStdString();
+    for (const char* szPiece : {"<thead><tr><th", "</thead><tbody>", "rowspan=\"2\"", "colspan=\"2\""})
+        EXPECT_THAT(table, HasSubstr(szPiece));
+    EXPECT_THAT(table, Not(HasSubstr("width=\"600\""))) << "a picture wider than its column";
+    EXPECT_EQ(Read(u"<object><param name=movie value=a/片.swf></object>"_s)->LeftOut,
+              QStringList{u"片.swf"_s});
+    EXPECT_FALSE(Read(u"<div>"_s.repeated(5000)));
+}
