@@ -82,6 +82,23 @@ Preview PreviewOf(const CBookNode& node) {
     return {{}, ContentText::c_strFileNotPreviewed, strFile, false};
 }
 
+qint32 NodeOf(const QString& strLink, const QString& strNodeResourceFolder) {
+    const QString strBelow = StoredPath(strLink, strNodeResourceFolder);
+    const qsizetype nFolder = strBelow.indexOf(u'\\');
+    bool bNumber = false;
+    const qint32 nId = strBelow.left(qMax(nFolder, qsizetype{0})).mid(1).toInt(&bNumber);
+    return bNumber && strBelow.startsWith(u'n') ? nId : -1;
+}
+
+Preview PreviewAt(const CBookNode& node, const QString& strLink) {
+    const qsizetype nEnd = EndOfFile(strLink);
+    const QString strPath = FramePageBehind(FileUrlToPath(strLink.left(nEnd)));
+    if (!strLink.startsWith(c_strFile) || !IsHtmlFile(strPath) || !IsFile(strPath))
+        return PreviewOf(node);
+    const QString strFragment = strLink.mid(nEnd);
+    return {PathToFileUrl(strPath) + strFragment, {}, PathToDocumentUrl(strPath) + strFragment, false};
+}
+
 Address AddressOf(const CBookNode& node) {
     const QString strContent = node.GetContentPath();
     if (IsUrl(strContent))
@@ -98,14 +115,18 @@ QString PlaceOf(const QString& strUrl, const QString& strSlideUrl) {
     return (nHash < 0 ? strUrl : strUrl.left(nHash)) + u'#' + BareName(strSlideUrl);
 }
 
+QString PathOf(const QString& strPlace) {
+    if (!strPlace.startsWith(c_strFile))
+        return {};
+    QString strPath = strPlace.left(EndOfFile(strPlace)).mid(c_strFile.size());
+    return strPath.replace(QLatin1StringView("%23"), QLatin1StringView("#"))
+        .replace(QLatin1StringView("%25"), QLatin1StringView("%"));
+}
+
 QString ShownPlace(const QString& strPlace) {
     if (!strPlace.startsWith(c_strFile))
         return IsUrl(strPlace) || strPlace == c_strBlank ? strPlace : Platform::ToNativeExact(strPlace);
-    const qsizetype nEnd = EndOfFile(strPlace);
-    QString strPath = strPlace.left(nEnd).mid(c_strFile.size());
-    strPath.replace(QLatin1StringView("%23"), QLatin1StringView("#"))
-        .replace(QLatin1StringView("%25"), QLatin1StringView("%"));
-    return c_strFile + Platform::ToNativeExact(strPath) + strPlace.mid(nEnd);
+    return c_strFile + Platform::ToNativeExact(PathOf(strPlace)) + strPlace.mid(EndOfFile(strPlace));
 }
 
 std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeResourceFolder) {

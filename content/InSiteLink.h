@@ -26,6 +26,12 @@ struct Preview {
 /// slide to slide. Throws Torvane::CRunException when the store can't be read.
 Preview PreviewOf(const CBookNode& node);
 
+/// The node in whose folder a link leads, with the course's folder of nodes; -1 for none.
+qint32 NodeOf(const QString& strLink, const QString& strNodeResourceFolder);
+
+/// What shows when a link's node is chosen by the link: the place to which it leads. Throws like PreviewOf.
+Preview PreviewAt(const CBookNode& node, const QString& strLink);
+
 /// What a browser surface loads for a node's content: its path, or for a link into a page the page's URL with
 /// the fragment.
 struct Address {
@@ -38,6 +44,9 @@ Address AddressOf(const CBookNode& node);
 
 /// The place where the surface stands, by its URL and, where the page has a slide frame, by that frame's.
 QString PlaceOf(const QString& strUrl, const QString& strSlideUrl);
+
+/// The file of a place inside the course, in the disk's letter case; empty for every other place.
+QString PathOf(const QString& strPlace);
 
 /// A place as a person reads it, with the native path.
 QString ShownPlace(const QString& strPlace);

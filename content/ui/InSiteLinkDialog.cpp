@@ -1,6 +1,8 @@
 #include "content/ui/InSiteLinkDialog.h"
 
+#include "content/PagePlaces.h"
 #include "content/Texts.h"
+#include "content/ui/PlaceList.h"
 #include "content/ui/TitleDelegate.h"
 #include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
@@ -10,16 +12,21 @@
 #include "platform/ui/WebBrowser.h"
 
 #include <QFrame>
+#include <QFuture>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPromise>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
+#include <QThreadPool>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 using namespace Torvane::Dialog::MFC;
 
@@ -29,6 +36,7 @@ constexpr QSize c_imageSize(18, 18);
 // In lines of text, so that larger letters get a larger dialog.
 constexpr QSize c_sizeInLines(60, 42);
 constexpr int c_nTreeLines = 16;
+constexpr int c_nPlaceLines = 9;
 /// A page may move as often as it likes; the line follows at this pace.
 constexpr int c_nFollowMs = 100;
 /// While another surface waits for its engine.
@@ -53,7 +61,8 @@ protected:
 
 } // namespace
 
-CInSiteLinkDialog::CInSiteLinkDialog(const CBookNode& self, IPeople& people, QWidget* pParent)
+CInSiteLinkDialog::CInSiteLinkDialog(const CBookNode& self, IPeople& people, QWidget* pParent,
+                                     const QString& strPresent)
     : QDialog(pParent), m_people(people), m_nSelf(self.GetId()),
       m_selection(
           &m_tree, [this](const QModelIndex& index) { return !IsHeadItem(m_tree.LineOf(index)); },
@@ -66,13 +75,16 @@ CInSiteLinkDialog::CInSiteLinkDialog(const CBookNode& self, IPeople& people, QWi
     m_toFollow.setSingleShot(true);
     m_toFollow.setInterval(c_nFollowMs);
     connect(&m_toFollow, &QTimer::timeout, this, &CInSiteLinkDialog::Follow);
+    m_toGo.setSingleShot(true);
+    connect(&m_toGo, &QTimer::timeout, this, &CInSiteLinkDialog::GoToChosen);
     m_pTree = MakeTree();
     m_pPreview = MakePreview();
+    m_pPlaces = MakePlaces();
     LayOut();
     m_pPreview->SetAllowedFolders(
         {self.GetCourse().GetPaths().GetCourseFolder(false), CSysInfo::Instance().GetSysDataFolder(false)},
         false);
-    m_selection.Select(m_tree.GetRoot());
+    SelectFirst(strPresent);
 }
 
 CInSiteLinkDialog::~CInSiteLinkDialog() {
@@ -112,6 +124,29 @@ CWebBrowser2Ex* CInSiteLinkDialog::MakePreview() {
     return pPreview;
 }
 
+CPlaceList* CInSiteLinkDialog::MakePlaces() {
+    auto* pPlaces = DialogParts::Named(new CPlaceList(this), "places", ContentText::c_strInSitePlaces);
+    connect(pPlaces, &CPlaceList::Chosen, this, &CInSiteLinkDialog::ChoosePlace);
+    return pPlaces;
+}
+
+/// The root, or the node to which the present link leads.
+void CInSiteLinkDialog::SelectFirst(const QString& strPresent) {
+    m_selection.Select(m_tree.GetRoot());
+    const qint32 nId = InSiteLink::NodeOf(strPresent, NodeResourceFolder());
+    if (nId < 0 || nId == m_nSelf)
+        return;
+    try {
+        const QModelIndex line = m_tree.Reveal(nId);
+        if (!line.isValid() || !m_selection.Select(line))
+            return;
+        m_strPresent = strPresent;
+        m_pTree->scrollTo(line, QAbstractItemView::PositionAtCenter);
+    } catch (const Torvane::CRunException&) {
+        // The node is gone.
+    }
+}
+
 void CInSiteLinkDialog::LayOut() {
     auto* pPrompt = new QLabel(ContentText::c_strInSiteLinkPrompt, this);
     pPrompt->setWordWrap(true);
@@ -127,10 +162,20 @@ void CInSiteLinkDialog::LayOut() {
     auto* pFramed = new QVBoxLayout(pFrame);
     pFramed->setContentsMargins(0, 0, 0, 0);
     pFramed->addWidget(m_pPreview);
+    auto* pLower = new QWidget(this);
+    auto* pListed = new QVBoxLayout(pLower);
+    pListed->setContentsMargins(0, 0, 0, 0);
+    pListed->addWidget(DialogParts::LabelFor(ContentText::c_strInSitePlaces, m_pPlaces));
+    pListed->addWidget(m_pPlaces);
+    auto* pRight = new QSplitter(Qt::Vertical, this);
+    pRight->setChildrenCollapsible(false);
+    pRight->addWidget(pFrame);
+    pRight->addWidget(pLower);
+    pRight->setStretchFactor(0, 1);
     auto* pPanes = new QSplitter(this);
     pPanes->setChildrenCollapsible(false);
     pPanes->addWidget(m_pTree);
-    pPanes->addWidget(pFrame);
+    pPanes->addWidget(pRight);
     pPanes->setStretchFactor(1, 1);
 
     auto* pPlaceLine = new QHBoxLayout;
@@ -147,6 +192,7 @@ void CInSiteLinkDialog::LayOut() {
     const int nLine = fontMetrics().lineSpacing();
     resize((c_sizeInLines * nLine).boundedTo(screen()->availableSize() * 9 / 10));
     pPanes->setSizes({c_nTreeLines * nLine, width()});
+    pRight->setSizes({height(), c_nPlaceLines * nLine});
     m_pTree->setFocus();
 }
 
@@ -188,7 +234,9 @@ void CInSiteLinkDialog::ShowPreview() {
         m_people.Ask(ContentText::c_strInSiteSelf, ContentText::c_strTip, BoxButtons::Ok, BoxIcon::None);
         return;
     }
-    m_preview = InSiteLink::PreviewOf(*pNode);
+    const QString strPresent = std::exchange(m_strPresent, QString());
+    m_preview =
+        strPresent.isEmpty() ? InSiteLink::PreviewOf(*pNode) : InSiteLink::PreviewAt(*pNode, strPresent);
     SetPlace(m_preview.strPlace);
     m_pPreview->SetNetworkAllowed(m_preview.bNetwork);
     const QPointer<CInSiteLinkDialog> pAlive(this);
@@ -211,6 +259,7 @@ void CInSiteLinkDialog::OrderTabs() {
     while (pKeys->focusProxy() != nullptr)
         pKeys = pKeys->focusProxy();
     setTabOrder(m_pTree, pKeys);
+    setTabOrder(pKeys, m_pPlaces);
 }
 
 void CInSiteLinkDialog::Follow() {
@@ -218,6 +267,9 @@ void CInSiteLinkDialog::Follow() {
         m_toFollow.start();
         return;
     }
+    // Where it stands now is no news.
+    if (m_toGo.isActive())
+        return;
     QString strUrl;
     m_pPreview->GetURL(strUrl);
     const bool bFile = strUrl.startsWith(QLatin1StringView("file:"));
@@ -243,6 +295,53 @@ void CInSiteLinkDialog::SetPlace(const QString& strPlace) {
     // The end tells the page and its anchor.
     m_pPlace->setText(InSiteLink::ShownPlace(strPlace));
     m_pPlace->setToolTip(m_pPlace->text());
+    const QString strPage = PagePlaces::PageOf(strPlace);
+    if (strPage != m_strListed)
+        ReadPlaces(strPage);
+    else
+        m_pPlaces->ShowPlace(strPlace);
+}
+
+/// Beside the event loop: a page may be large, and a presentation has many files.
+void CInSiteLinkDialog::ReadPlaces(const QString& strPage) {
+    m_strListed = strPage;
+    if (!PagePlaces::MayHave(strPage)) {
+        m_pPlaces->SetPlaces({}, ContentText::c_strNoPagePlaces);
+        return;
+    }
+    m_pPlaces->SetPlaces({}, {});
+    const auto pPromise = std::make_shared<QPromise<QList<PagePlaces::Place>>>();
+    pPromise->start();
+    pPromise->future().then(this, [this, strPage](const QList<PagePlaces::Place>& places) {
+        if (strPage != m_strListed)
+            return;
+        m_pPlaces->SetPlaces(places, ContentText::c_strNoPlaces);
+        m_pPlaces->ShowPlace(m_strPlace);
+    });
+    QThreadPool::globalInstance()->start([pPromise, strPage] {
+        pPromise->addResult(PagePlaces::Of(strPage));
+        pPromise->finish();
+    });
+}
+
+/// As if the person had clicked a link there.
+void CInSiteLinkDialog::ChoosePlace(const QString& strName) {
+    m_strChosen = strName;
+    m_toFollow.stop();
+    SetPlace(strName.isEmpty() ? m_strListed : m_strListed + u'#' + strName);
+    m_toGo.start(0);
+}
+
+void CInSiteLinkDialog::GoToChosen() {
+    if (IsThreadHeld()) {
+        m_toGo.start(c_nRetryMs);
+        return;
+    }
+    // A page that has no name for the whole of it is loaded anew.
+    if (m_strChosen.isEmpty())
+        m_pPreview->NavigateAndWait(m_strListed);
+    else
+        m_pPreview->GoTo(m_strChosen);
 }
 
 QString CInSiteLinkDialog::NodeResourceFolder() const {
@@ -269,11 +368,12 @@ void CInSiteLinkDialog::accept() {
     QDialog::accept();
 }
 
-std::optional<QString> AskInSiteLink(CBookNode& self, QWidget* pParent) {
+std::optional<QString> AskInSiteLink(CBookNode& self, QWidget* pParent, const QString& strPresent) {
     CQtPeople people;
     people.SetParent(pParent);
     try {
-        return DialogParts::Run(new CInSiteLinkDialog(self, people, pParent), &CInSiteLinkDialog::GetLink);
+        return DialogParts::Run(new CInSiteLinkDialog(self, people, pParent, strPresent),
+                                &CInSiteLinkDialog::GetLink);
     } catch (const Torvane::CRunException& exception) {
         people.Error(exception.GetMessage());
         return std::nullopt;

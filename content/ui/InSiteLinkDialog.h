@@ -10,6 +10,7 @@
 
 #include <optional>
 
+class CPlaceList;
 class CWebBrowser2Ex;
 class QLineEdit;
 class QTreeView;
@@ -21,7 +22,9 @@ class CInSiteLinkDialog : public QDialog {
 public:
     /// self: the node that can't be chosen; read here alone. Its course and the people must outlive the
     /// dialog. Throws Torvane::CRunException when the store can't be read.
-    CInSiteLinkDialog(const CBookNode& self, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent);
+    /// strPresent: the link that there is, which shows at first; empty for none.
+    CInSiteLinkDialog(const CBookNode& self, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent,
+                      const QString& strPresent = {});
     ~CInSiteLinkDialog() override;
 
     /// The link that was chosen, once the dialog has ended with OK: a file URL with a fragment if any, an
@@ -34,6 +37,8 @@ private:
     void LayOut();
     QTreeView* MakeTree();
     CWebBrowser2Ex* MakePreview();
+    CPlaceList* MakePlaces();
+    void SelectFirst(const QString& strPresent);
     /// Runs a step that reads the store and shows what it throws; nothing may pass into the event loop.
     template <class Step>
     void Guarded(Step step);
@@ -44,6 +49,9 @@ private:
     void Follow();
     void OpenHere(const QString& strUrl);
     void SetPlace(const QString& strPlace);
+    void ReadPlaces(const QString& strPage);
+    void ChoosePlace(const QString& strName);
+    void GoToChosen();
     QString NodeResourceFolder() const;
 
     Torvane::Dialog::MFC::IPeople& m_people;
@@ -52,15 +60,24 @@ private:
     CTreeSelectionModel m_selection;
     QTreeView* m_pTree = nullptr;
     CWebBrowser2Ex* m_pPreview = nullptr;
+    CPlaceList* m_pPlaces = nullptr;
     QLineEdit* m_pPlace = nullptr;
     /// Runs until the selected node shows, and until the line follows the preview.
     QTimer m_toShow;
     QTimer m_toFollow;
+    /// Runs until the preview goes to the place that was chosen in the list.
+    QTimer m_toGo;
+    QString m_strChosen;
     InSiteLink::Preview m_preview;
     QString m_strPlace;
+    /// The page whose places the list shows.
+    QString m_strListed;
+    /// The link that there is, until its node has shown.
+    QString m_strPresent;
     QString m_strLink;
 };
 
-/// Lets the person choose a place inside the course for a link of the node; nothing when cancelled. A failure
-/// of the store is shown. The link is CNodeFileParams::SiteLinkUrl; see InSiteLink for its stored forms.
-std::optional<QString> AskInSiteLink(CBookNode& self, QWidget* pParent);
+/// Lets the person choose a place inside the course for a link of the node, beginning at the link that there
+/// is; nothing when cancelled. A failure of the store is shown. The link is CNodeFileParams::SiteLinkUrl; see
+/// InSiteLink for its stored forms.
+std::optional<QString> AskInSiteLink(CBookNode& self, QWidget* pParent, const QString& strPresent = {});

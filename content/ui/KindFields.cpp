@@ -220,7 +220,7 @@ public:
         SetField(EField::InSiteLink, m_pLink);
         AddWords(c_strInSiteLinkField, m_pLink);
         QPushButton* pSet = NewButton("setLink", c_strSetLink, [this] {
-            if (const std::optional<QString> link = m_askLink(window())) {
+            if (const std::optional<QString> link = m_askLink(window(), TextOf(*m_pLink).trimmed())) {
                 m_pLink->setText(*link);
                 m_pLink->setFocus();
             }

@@ -16,7 +16,7 @@ class QLineEdit;
 class QPushButton;
 
 /// Lets the person choose a place inside the course, over a window; nothing when cancelled.
-using AskLink = std::function<std::optional<QString>(QWidget* pParent)>;
+using AskLink = std::function<std::optional<QString>(QWidget* pParent, const QString& strPresent)>;
 
 /// What the person fills in for one kind of content.
 class CKindFields : public QWidget {

@@ -97,7 +97,9 @@ std::optional<QStringList> CTreeDialogs::AskCustomTitles(const QStringList& titl
 }
 
 std::optional<CNodeFileParams> CTreeDialogs::AskContent(const ContentPreset& preset, CBookNode& node) {
-    const AskLink askLink = [&node](QWidget* pParent) { return AskInSiteLink(node, pParent); };
+    const AskLink askLink = [&node](QWidget* pParent, const QString& strPresent) {
+        return AskInSiteLink(node, pParent, strPresent);
+    };
     return DialogParts::Run(new CCreateNodeFileWizard(m_people, preset, askLink, Window()),
                             &CCreateNodeFileWizard::GetParams);
 }

@@ -30,7 +30,8 @@ protected:
 
     void Open(const ContentPreset& preset) {
         m_pWizard = std::make_unique<CCreateNodeFileWizard>(
-            m_people, preset, [this](QWidget*) { return std::exchange(m_link, std::nullopt); }, nullptr);
+            m_people, preset,
+            [this](QWidget*, const QString&) { return std::exchange(m_link, std::nullopt); }, nullptr);
         m_pWizard->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(m_pWizard.get()));
     }

@@ -1,6 +1,7 @@
 #include "content/ui/InSiteLinkDialog.h"
 
 #include "content/Texts.h"
+#include "foundation/CodePage.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/content/CourseOnDisk.h"
 #include "tests/support/WindowHelp.h"
@@ -27,6 +28,8 @@ protected:
         for (const QString& strName : {u"pres.xml"_s, u"fullscreen.htm"_s, u"slide0001.htm"_s,
                                        u"slide0002.htm"_s, u"torvaneframe.htm"_s})
             Write(m_nSlides, u"a.files\\"_s + strName, "<p>slide</p>");
+        Write(m_nSlides, u"a.files\\pres.xml"_s,
+              "<p><s href='slide0001.htm' title='一'/><s href='slide0002.htm'/></p>");
         Write(m_nSlides, u"a.files\\frame.htm"_s,
               "<frameset cols='30%,*'><frame src=outline.htm><frame name=PPTSld src=slide0001.htm>"
               "</frameset>");
@@ -125,13 +128,89 @@ TEST_F(InSiteLinkDialogTest, TheLinkIsWhereThePreviewStands) {
     select(m_nSlides);
     const QString strFrame = u"file://"_s + Line(m_nSlides, u"a.files\\frame.htm"_s);
     EXPECT_TRUE(shows(strFrame + u"#slide0001.htm"_s)) << line.text().toStdString();
-    EXPECT_TRUE(browser.ExecuteScript(u"frames[0].document.querySelector('a').click()"_s));
+    // The outline may come behind the slide.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return browser.ExecuteScript(u"frames[0].document.querySelector('a').click()"_s); }));
     EXPECT_TRUE(shows(strFrame + u"#slide0002.htm"_s)) << line.text().toStdString();
     ok.click();
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(
         InSiteLink::StoredPath(dialog.GetLink(), m_disk.pCourse->GetPaths().GetNodeResourceFolder(true)),
         u"n%1\\a.files\\torvaneframe.htm#slide0002.htm"_s.arg(m_nSlides));
+}
+
+// The list of places takes the preview where a click on a link would, and follows it.
+TEST_F(InSiteLinkDialogTest, ThePlacesOfThePageAreChosenFromAList) {
+    Write(m_nPage, u"Content.htm"_s,
+          CodePage::Encode(u"<h1 id=\"第一章\">引言</h1><p style=height:3000px><a name=End>结束</a><p>"_s));
+    CInSiteLinkDialog dialog(CBookNode(*m_disk.pCourse, m_disk.Store().GetNode(m_nSelf)), m_disk.People,
+                             nullptr);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto& tree = *dialog.findChild<QTreeView*>(u"nodes"_s);
+    auto& browser = *dialog.findChild<CWebBrowser2Ex*>(u"preview"_s);
+    auto& line = *dialog.findChild<QLineEdit*>(u"location"_s);
+    auto& places = *dialog.findChild<QTreeView*>(u"places"_s);
+    const auto list = [&] {
+        QStringList rows;
+        for (int n = 0; n < places.model()->rowCount(); ++n)
+            rows.append(places.model()->index(n, 0).data().toString() + u'=' +
+                        places.model()->index(n, 1).data().toString());
+        return rows.join(u'|');
+    };
+    const auto shows = [&](qint32 nId, const QString& strWanted) {
+        tree.setCurrentIndex(static_cast<CBookTree&>(*tree.model()).Find(nId));
+        return QTest::qWaitFor([&] { return list() == strWanted && !browser.IsCallRunning(); });
+    };
+    const auto choose = [&](int nRow) {
+        places.setFocus();
+        QTest::mouseClick(places.viewport(), Qt::LeftButton, {},
+                          places.visualRect(places.model()->index(nRow, 0)).center());
+    };
+    const auto isAt = [&](const QString& strFragment) {
+        QString strUrl;
+        return QTest::qWaitFor([&] {
+            return line.text().endsWith(u"Content.htm"_s + strFragment) && !browser.IsCallRunning() &&
+                   browser.GetURL(strUrl) && strUrl.endsWith(u"Content.htm"_s + strFragment);
+        });
+    };
+
+    EXPECT_TRUE(shows(m_nPage, u"（整个页面）=|第一章=引言|End=结束"_s)) << list().toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return places.currentIndex().row() == 0; }));
+    choose(2);
+    EXPECT_TRUE(isAt(u"#End"_s)) << line.text().toStdString();
+    QTest::keyClick(&places, Qt::Key_Up);
+    EXPECT_TRUE(isAt(u"#第一章"_s)) << line.text().toStdString();
+    choose(0);
+    EXPECT_TRUE(isAt(u""_s)) << line.text().toStdString();
+    browser.ExecuteScript(u"location.hash = 'end'"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return places.currentIndex().row() == 2; })) << "whatever its case";
+
+    EXPECT_TRUE(shows(m_nWeb, u""_s));
+    EXPECT_FALSE(places.accessibleDescription().isEmpty());
+    EXPECT_TRUE(shows(m_nSlides, u"slide0001.htm=一|slide0002.htm=第 2 页"_s)) << list().toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return places.currentIndex().row() == 0; }));
+    choose(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return line.text().endsWith(u"frame.htm#slide0002.htm"_s); }));
+    QTest::qWait(300);
+    EXPECT_EQ(places.currentIndex().row(), 1) << "the frame stands there, too";
+
+    // A click into the list, and OK at once.
+    EXPECT_TRUE(shows(m_nPage, u"（整个页面）=|第一章=引言|End=结束"_s)) << list().toStdString();
+    choose(1);
+    EXPECT_TRUE(isAt(u"#第一章"_s)) << line.text().toStdString();
+    dialog.findChild<QPushButton*>(u"ok"_s)->click();
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_TRUE(dialog.GetLink().endsWith(u"Content.htm#第一章"_s)) << dialog.GetLink().toStdString();
+
+    // Opened for that link, it stands there.
+    CInSiteLinkDialog again(CBookNode(*m_disk.pCourse, m_disk.Store().GetNode(m_nSelf)), m_disk.People,
+                            nullptr, dialog.GetLink());
+    again.show();
+    auto& list2 = *again.findChild<QTreeView*>(u"places"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list2.currentIndex().row() == 1; }));
+    EXPECT_TRUE(again.findChild<QLineEdit*>(u"location"_s)->text().endsWith(u"Content.htm#第一章"_s));
 }
 
 TEST_F(InSiteLinkDialogTest, CancelGivesNothing) {
