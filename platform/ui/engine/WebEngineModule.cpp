@@ -20,11 +20,19 @@ using EState = SEngineAnswer::EState;
 constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
 
+QString ScriptFile(const QString& strName) {
+    QFile file(QStringLiteral(":/vorel/") + strName);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+}
+
+/// Each file is an expression; the last may use what the others give.
 const QString& EditorScript() {
-    static const QString strScript = [] {
-        QFile file(QStringLiteral(":/vorel/surface.js"));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }();
+    static const QString strScript =
+        QStringLiteral("(function () {\nconst document = ") + ScriptFile(QStringLiteral("document.js")) +
+        QStringLiteral(";\nconst undoHistory = ") + ScriptFile(QStringLiteral("history.js")) +
+        QStringLiteral(";\nconst tables = ") + ScriptFile(QStringLiteral("tables.js")) +
+        QStringLiteral(";\nconst surface = ") + ScriptFile(QStringLiteral("surface.js")) +
+        QStringLiteral(";\nreturn surface;\n})()");
     return strScript;
 }
 

@@ -1,33 +1,12 @@
 // The editor's own functions inside a page. They run in a world of their own, which the page's scripts don't
 // see. Arguments and results are JSON. Sent with every call, since a page may be replaced at any time.
-(function (plain) {
+(function () {
   'use strict';
-  // Elements of a page hide what a document itself has under their names, also from this world: an image named
-  // "body" would be taken for the body, and saved. So each property is had from the prototypes.
-  const document = new Proxy(plain, {
-    get: (target, name) => {
-      const found = propertyOf(target, name);
-      return found && found.get ? found.get.call(target) :
-          found && typeof found.value === 'function' ? found.value.bind(target) : found && found.value;
-    },
-    set: (target, name, value) => {
-      propertyOf(target, name).set.call(target, value);
-      return true;
-    },
-  });
-
-  function propertyOf(target, name) {
-    for (let from = Object.getPrototypeOf(target); from; from = Object.getPrototypeOf(from)) {
-      const found = Object.getOwnPropertyDescriptor(from, name);
-      if (found)
-        return found;
-    }
-    return undefined;
-  }
-
-  const MARK = 'data-vorel-mark';
-  // An anchor without a link: the engine unwraps every other element that has no style of its own.
-  const HOLDER = 'a[name="vorel-holder"]';
+  const PARAGRAPHS = 'p, h1, h2, h3, h4, h5, h6';
+  const BLOCKS = PARAGRAPHS + ', table, ul, ol, dl, div, center, blockquote, pre, hr, form, fieldset, address';
+  const OBJECTS = 'img, input, textarea, select, button, embed, object, iframe, video, audio, table, hr, marquee';
+  // Made at the first change of a page.
+  const steps = undoHistory.of;
   const URL_ATTRIBUTES = ['src', 'href', 'background', 'data', 'poster'];
   const LOCAL = /^\s*(file:|[a-z]:[\\/])/i;
 
@@ -37,9 +16,13 @@
     return document.body;
   }
 
-  // An element of a document without a window: nothing in it loads or runs.
+  // An element of a document without a window: nothing in it loads or runs. The parser reads some tables
+  // another way where the page has no document type.
   function inert(html) {
-    const holder = document.implementation.createHTMLDocument('').createElement('div');
+    const isStrict = document.compatMode === 'CSS1Compat';
+    const fresh = isStrict ? document.implementation.createHTMLDocument('') :
+                             new DOMParser().parseFromString('', 'text/html');
+    const holder = fresh.createElement('div');
     holder.innerHTML = html;
     return holder;
   }
@@ -77,7 +60,7 @@
         range.setStart(node, 0);
         return range;
       }
-      if (node.nodeType === Node.ELEMENT_NODE && node.matches('img, input, embed, object, table, hr, br')) {
+      if (node.nodeType === Node.ELEMENT_NODE && node.matches(OBJECTS + ', br')) {
         range.setStartBefore(node);
         return range;
       }
@@ -95,61 +78,84 @@
     return chosen;
   }
 
-  // Takes the marks off again. False when an element is missing or has lost an attribute.
-  function takeMarksOff(originals) {
-    let complete = true;
-    const found = new Map(Array.from(body().querySelectorAll('[' + MARK + ']'), (e) => [e.getAttribute(MARK), e]));
-    originals.forEach((original, index) => {
-      const element = found.get(String(index));
-      complete = complete && element !== undefined && element.localName === original.tag &&
-                 original.attributes.every(([name, value]) => element.getAttribute(name) === value) &&
-                 element.attributes.length === original.attributes.length + 1;
-    });
-    found.forEach((element) => element.removeAttribute(MARK));
-    return complete;
+  function setCaret(place) {
+    const range = document.createRange();
+    place(range);
+    range.collapse(true);
+    window.getSelection().removeAllRanges();
+    window.getSelection().addRange(range);
+    undoHistory.show(range.startContainer);
   }
 
-  // The engine's own insertion can be undone, but it tidies the fragment: it drops attributes that it thinks
-  // without effect and elements that it thinks dangerous. So each element is marked and looked for. If
-  // something is missing, the fragment goes in as a whole inside a holder, which innerHtml takes off again.
+  function elementOf(node) {
+    return node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement;
+  }
+
+  function isEmpty(element) {
+    return element.textContent === '' && !element.querySelector(OBJECTS);
+  }
+
+  // Empties the selection: the place where something may come in. Not between the parts of a table or a list.
+  function emptiedPlace() {
+    const chosen = selection();
+    let range = chosen.getRangeAt(0);
+    const isWithinText = range.startContainer === range.endContainer && range.startContainer.nodeType === Node.TEXT_NODE;
+    // The engine joins what is left of two paragraphs, but also makes blanks hard.
+    if (!range.collapsed && !isWithinText)
+      document.execCommand('delete');
+    range = chosen.getRangeAt(0).cloneRange();
+    range.deleteContents();
+    const inner = elementOf(range.startContainer);
+    // What holds an empty line open.
+    if (inner.childNodes.length === 1 && inner.firstChild.localName === 'br')
+      inner.firstChild.remove();
+    while (elementOf(range.startContainer).matches('table, thead, tbody, tfoot, tr, colgroup, ul, ol, dl, select'))
+      range.setStartBefore(elementOf(range.startContainer));
+    range.collapse(true);
+    return range;
+  }
+
+  // Parts an element at a place inside of it, and moves the place between the two.
+  function part(range, element) {
+    const tail = range.cloneRange();
+    tail.setEndAfter(element);
+    const rest = tail.extractContents();
+    const behind = rest.firstElementChild;
+    element.after(rest);
+    range.setStartAfter(element);
+    range.collapse(true);
+    for (const piece of [element, behind]) {
+      if (isEmpty(piece))
+        piece.remove();
+    }
+  }
+
+  // The fragment stands in the page as it is. The engine's own insertion would drop what it thinks dangerous or
+  // without effect. A paragraph gives way to what may not stand in it, and a link to another.
   function insert(html, names) {
     const fragment = inert(html);
     rename(fragment, names);
-    const whole = fragment.innerHTML;
-    const originals = Array.from(fragment.querySelectorAll('*'), (element, index) => {
-      const attributes = Array.from(element.attributes, (a) => [a.name, a.value]);
-      element.setAttribute(MARK, String(index));
-      return {tag: element.localName, attributes: attributes};
-    });
-    selection();
-    const done = document.execCommand('insertHTML', false, fragment.innerHTML);
-    if (takeMarksOff(originals))
-      return done;
-    if (done)
-      document.execCommand('undo');
-    return insertHeld(whole);
-  }
-
-  function insertHeld(whole) {
-    const before = new Set(document.querySelectorAll(HOLDER));
-    const done = document.execCommand('insertHTML', false, '<a name="vorel-holder">\u00a0</a>');
-    const holder = Array.from(document.querySelectorAll(HOLDER)).find((e) => !before.has(e));
-    if (!holder) {
-      document.execCommand('undo');
-      return false;
+    const nodes = Array.from(document.importNode(fragment, true).childNodes);
+    if (nodes.length === 0)
+      return true;
+    if (nodes.length === 1 && nodes[0].localName === 'br')
+      return document.execCommand('insertLineBreak');
+    const range = emptiedPlace();
+    for (const [inside, around] of [[BLOCKS, PARAGRAPHS], ['a', 'a']]) {
+      const outer = fragment.querySelector(inside) && elementOf(range.startContainer).closest(around);
+      if (outer && body().contains(outer))
+        part(range, outer);
     }
-    holder.innerHTML = whole;
-    const range = document.createRange();
-    range.setStartAfter(holder);
-    window.getSelection().removeAllRanges();
-    window.getSelection().addRange(range);
-    return done;
+    nodes.slice().reverse().forEach((node) => range.insertNode(node));
+    setCaret((caret) => caret.setStartAfter(nodes[nodes.length - 1]));
+    return true;
   }
 
-  function withoutHolders(root) {
-    for (const holder of root.querySelectorAll(HOLDER))
-      holder.replaceWith(...holder.childNodes);
-    return root.innerHTML;
+  function insertParagraph() {
+    insert('<p><br></p>', {});
+    const chosen = window.getSelection();
+    chosen.collapse(chosen.anchorNode.childNodes[chosen.anchorOffset - 1], 0);
+    return true;
   }
 
   // A page of frames has no body; its frames are what there is of it.
@@ -166,12 +172,12 @@
   function innerHtml() {
     if (isFrameset(body()))
       return body().outerHTML;
-    if (!body().querySelector(HOLDER) && breakFirst(body()).length === 0)
+    if (breakFirst(body()).length === 0)
       return body().innerHTML;
     const copy = inert('');
     copy.replaceChildren(...copy.ownerDocument.importNode(body(), true).childNodes);
     breakFirst(copy).forEach((text) => text.insertData(0, '\n'));
-    return withoutHolders(copy);
+    return copy.innerHTML;
   }
 
   function replaceDocument(fresh) {
@@ -206,20 +212,61 @@
     document.querySelectorAll('meta[charset], meta[http-equiv="content-type" i]').forEach((e) => e.remove());
   }
 
+  function patchAttributes(element, fresh) {
+    for (const attribute of Array.from(element.attributes)) {
+      if (!fresh.hasAttributeNS(attribute.namespaceURI, attribute.localName))
+        element.removeAttributeNode(attribute);
+    }
+    for (const attribute of fresh.attributes) {
+      if (element.getAttributeNS(attribute.namespaceURI, attribute.localName) !== attribute.value)
+        element.setAttributeNodeNS(attribute.cloneNode());
+    }
+  }
+
+  // Makes the children of an element those of another, and leaves what is the same alone: the caret stays, and
+  // pictures need not be loaded again.
+  function patch(element, fresh) {
+    const old = Array.from(element.childNodes);
+    const next = Array.from(fresh.childNodes);
+    const isSame = (a, b) => a !== undefined && b !== undefined && a.isEqualNode(b);
+    let behind = null;
+    for (; isSame(old[old.length - 1], next[next.length - 1]); next.pop())
+      behind = old.pop();
+    while (isSame(old[0], next[0])) {
+      old.shift();
+      next.shift();
+    }
+    const isLike = (node, index) => node.nodeType === Node.ELEMENT_NODE && !node.matches('template, form') &&
+                                    node.nodeName === next[index].nodeName;
+    if (old.length === next.length && old.every(isLike)) {
+      old.forEach((node, index) => {
+        patchAttributes(node, next[index]);
+        patch(node, next[index]);
+      });
+    } else {
+      old.forEach((node) => node.remove());
+      next.forEach((node) => element.insertBefore(node, behind));
+    }
+  }
+
   function setBodyHtml(html) {
+    const chosen = window.getSelection();
+    const {anchorNode, focusNode} = chosen;
     const fresh = /<frameset[\s>]/i.test(html) && new DOMParser().parseFromString(html, 'text/html');
     if (fresh && isFrameset(fresh.body)) {
       replaceDocument(fresh);
     } else {
       if (isFrameset(body()))
         document.body = document.createElement('body');
-      body().innerHTML = html;
+      patch(body(), inert(html));
     }
     dropDeclarations();
     // A caret that stood in what is gone stands nowhere: the engine selects nothing from there.
-    window.getSelection().removeAllRanges();
-    if (document.designMode === 'on')
-      selection();
+    if (anchorNode !== chosen.anchorNode || focusNode !== chosen.focusNode || !anchorNode) {
+      chosen.removeAllRanges();
+      if (document.designMode === 'on')
+        selection();
+    }
     return localReferences(body());
   }
 
@@ -235,7 +282,6 @@
     insertinputradio: '<input type="radio">',
     insertinputcheckbox: '<input type="checkbox">',
     insertbutton: '<button type="button">\u6309\u94ae</button>',
-    insertparagraph: '<p><br></p>',
   };
 
   function command(name, value) {
@@ -243,14 +289,25 @@
     const chosen = selection();
     if (Object.prototype.hasOwnProperty.call(FRAGMENTS, lower))
       return insert(FRAGMENTS[lower], {});
+    if (lower === 'insertparagraph')
+      return insertParagraph();
+    if (lower === 'undo')
+      return steps().undo();
+    if (lower === 'redo')
+      return steps().redo();
+    if (lower === 'unlink' && chosen.isCollapsed)
+      return unlinkAtCaret(chosen);
     if (lower === 'unselect') {
       chosen.collapseToEnd();
+      steps().goOn();
       return true;
     }
     if (lower === 'delete' && chosen.isCollapsed)
       return document.execCommand('forwardDelete');
     document.execCommand('styleWithCSS', false, false);
-    return document.execCommand(lower, false, value);
+    if (lower === 'fontname')
+      return setFont(chosen, value);
+    return /list$|dent$/.test(lower) ? shapeBlocks(chosen, lower) : document.execCommand(lower, false, value);
   }
 
   function hasSelection() {
@@ -263,7 +320,7 @@
       return undefined;
     const holder = inert('');
     holder.appendChild(holder.ownerDocument.importNode(window.getSelection().getRangeAt(0).cloneContents(), true));
-    return withoutHolders(holder);
+    return holder.innerHTML;
   }
 
   function enclosing(tag) {
@@ -272,7 +329,7 @@
       return null;
     const range = chosen.getRangeAt(0);
     const node = range.commonAncestorContainer;
-    const element = node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement;
+    const element = elementOf(node);
     const around = element && element.closest(tag);
     if (around)
       return around;
@@ -282,6 +339,85 @@
   function linkAtCaret() {
     const link = enclosing('a[href]');
     return {href: link ? link.getAttribute('href') : null, selected: hasSelection()};
+  }
+
+  // How much of the page's text stands before a place, and the place behind so much of it.
+  function textBefore(node, offset) {
+    const range = document.createRange();
+    range.setStart(body(), 0);
+    range.setEnd(node, offset);
+    return range.toString().length;
+  }
+
+  function placeBehind(length) {
+    const walker = document.createTreeWalker(body(), NodeFilter.SHOW_TEXT);
+    let left = length;
+    while (walker.nextNode()) {
+      if (left <= walker.currentNode.length)
+        return [walker.currentNode, left];
+      left -= walker.currentNode.length;
+    }
+    return null;
+  }
+
+  // Lists and indents. The engine forgets where in the paragraph the caret stood, and leaves lists inside of
+  // paragraphs, which no parser does.
+  function shapeBlocks(chosen, name) {
+    const caret = chosen.isCollapsed && chosen.anchorNode.nodeType === Node.TEXT_NODE ?
+        textBefore(chosen.anchorNode, chosen.anchorOffset) : -1;
+    const done = document.execCommand(name);
+    const ends = [chosen.anchorNode, chosen.anchorOffset, chosen.focusNode, chosen.focusOffset];
+    body().querySelectorAll('p > ul, p > ol').forEach(takeOut);
+    const place = caret < 0 ? null : placeBehind(caret);
+    if (place)
+      chosen.collapse(...place);
+    else if (ends[0].isConnected && ends[2].isConnected)
+      chosen.setBaseAndExtent(...ends);
+    // The lines of a list that ends are paragraphs.
+    if (chosen.anchorNode.nodeType === Node.TEXT_NODE && chosen.anchorNode.parentElement === body())
+      document.execCommand('formatBlock', false, 'p');
+    return done;
+  }
+
+  // Parts a paragraph around the list inside of it. What the paragraph said of its text stays around the list.
+  function takeOut(list) {
+    const before = list.parentElement;
+    const behind = before.cloneNode(false);
+    while (list.nextSibling)
+      behind.append(list.nextSibling);
+    const around = document.createElement('div');
+    Array.from(before.attributes, (a) => around.setAttributeNode(a.cloneNode()));
+    before.after(list, behind);
+    if (around.attributes.length > 0) {
+      list.replaceWith(around);
+      around.append(list);
+    }
+    for (const paragraph of [before, behind]) {
+      if (!paragraph.hasChildNodes())
+        paragraph.remove();
+    }
+  }
+
+  // Some of the names that are offered are no names to the engine. They stand in the page all the same.
+  function setFont(chosen, name) {
+    if (chosen.isCollapsed || window.CSS.supports('font-family', name))
+      return document.execCommand('fontName', false, name);
+    const done = document.execCommand('fontName', false, 'vorel-font');
+    body().querySelectorAll('font[face="vorel-font"]').forEach((element) => element.setAttribute('face', name));
+    return done;
+  }
+
+  // The engine takes links off what is selected alone.
+  function unlinkAtCaret(chosen) {
+    const link = enclosing('a[href]');
+    if (!link)
+      return false;
+    const {anchorNode, anchorOffset} = chosen;
+    chosen.selectAllChildren(link);
+    const done = document.execCommand('unlink');
+    if (anchorNode.isConnected)
+      chosen.collapse(anchorNode, anchorOffset);
+    return done;
   }
 
   function createLink(address) {
@@ -356,9 +492,9 @@
     }
     if (back)
       return;
-    const info = tableInfo();
-    if (editTable(Object.assign(info, {rows: info.rows + 1})))
-      selectCell(enclosing('table').rows[info.rows - 1].cells[0]);
+    const table = cell.closest('table');
+    tables.fit(table, Object.assign(tables.info(table), {rows: table.rows.length + 1}));
+    selectCell(Array.from(table.tBodies).pop().lastElementChild.cells[0]);
   }
 
   function onTab(event) {
@@ -371,68 +507,25 @@
     if (!inside)
       return;
     event.preventDefault();
-    if (inside.localName === 'li')
-      document.execCommand(event.shiftKey ? 'outdent' : 'indent');
-    else
-      goToNextCell(inside, event.shiftKey);
+    steps().change(() => inside.localName === 'li' ? shapeBlocks(chosen, event.shiftKey ? 'outdent' : 'indent') :
+                                                     goToNextCell(inside, event.shiftKey));
   }
 
-  function columnsOf(row) {
-    return Array.from(row.cells).reduce((sum, cell) => sum + cell.colSpan, 0);
+  function tableAtCaret() {
+    const chosen = window.getSelection();
+    return chosen.rangeCount === 0 ? null : tables.chosen(chosen.getRangeAt(0)) || enclosing('table');
   }
-
-  const TABLE_ATTRIBUTES = {
-    width: 'width', background: 'bgcolor', borderColour: 'bordercolor', border: 'border',
-    cellSpacing: 'cellspacing', cellPadding: 'cellpadding',
-  };
 
   function tableInfo() {
-    const table = enclosing('table');
-    if (!table)
-      return undefined;
-    const info = {rows: table.rows.length, columns: Math.max(0, ...Array.from(table.rows, columnsOf))};
-    for (const [key, attribute] of Object.entries(TABLE_ATTRIBUTES))
-      info[key] = table.getAttribute(attribute) || '';
-    return info;
-  }
-
-  function fitRow(row, wanted) {
-    let width = columnsOf(row);
-    while (row.cells.length > 0 && width > wanted) {
-      const last = row.cells[row.cells.length - 1];
-      const dropped = Math.min(last.colSpan, width - wanted);
-      if (last.colSpan > dropped)
-        last.colSpan -= dropped;
-      else
-        last.remove();
-      width -= dropped;
-    }
-    for (; width < wanted; ++width)
-      row.insertCell(-1).innerHTML = '&nbsp;';
+    const table = tableAtCaret();
+    return table ? tables.info(table) : undefined;
   }
 
   function editTable(info) {
-    const table = enclosing('table');
-    if (!table)
-      return false;
-    for (const [key, attribute] of Object.entries(TABLE_ATTRIBUTES)) {
-      if (info[key] !== (table.getAttribute(attribute) || ''))
-        table.setAttribute(attribute, info[key]);
-    }
-    while (table.rows.length > info.rows)
-      table.deleteRow(-1);
-    while (table.rows.length < info.rows)
-      table.insertRow(-1);
-    // How many columns of each row are taken by cells of the rows above it.
-    const covered = new Array(info.rows).fill(0);
-    Array.from(table.rows).forEach((row, index) => {
-      fitRow(row, Math.max(0, info.columns - covered[index]));
-      for (const cell of row.cells) {
-        for (let below = index + 1; below < Math.min(index + cell.rowSpan, info.rows); ++below)
-          covered[below] += cell.colSpan;
-      }
-    });
-    return true;
+    const table = tableAtCaret();
+    if (table)
+      tables.fit(table, info);
+    return table !== null;
   }
 
   // Tells the program by a console line that only it knows how to read.
@@ -446,16 +539,20 @@
     document.addEventListener('selectionchange', tell);
     document.addEventListener('input', tell);
     document.addEventListener('keydown', onTab);
-    new MutationObserver(() => {
+    steps().onChange = () => {
       window.vorelChanged = true;
       tell();
-    }).observe(plain, {subtree: true, childList: true, characterData: true, attributes: true});
+    };
     return true;
   }
+
+  const asStep = (work) => (...args) => steps().change(() => work(...args));
 
   const FUNCTIONS = {
     designMode: (on) => {
       document.designMode = on ? 'on' : 'off';
+      steps().clear();
+      document.execCommand('defaultParagraphSeparator', false, 'p');
       return document.designMode === (on ? 'on' : 'off');
     },
     bodyHtml: () => ({html: innerHtml(), local: localReferences(body())}),
@@ -465,24 +562,24 @@
       window.vorelChanged = false;
       return innerHtml();
     },
-    setBodyHtml: setBodyHtml,
+    setBodyHtml: asStep(setBodyHtml),
     localReferences: (html) => localReferences(inert(html)),
     rename: (names) => {
-      rename(body(), names);
+      steps().changeAside(() => rename(body(), names));
       return true;
     },
     references: (selector, attribute) =>
         Array.from(body().querySelectorAll(selector + '[' + attribute + ']'),
                    (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
-    insert: insert,
-    command: command,
+    insert: asStep(insert),
+    command: asStep(command),
     caretState: caretState,
     hasSelection: hasSelection,
     selectedText: selectedText,
     linkAtCaret: linkAtCaret,
-    createLink: createLink,
+    createLink: asStep(createLink),
     tableInfo: tableInfo,
-    editTable: editTable,
+    editTable: asStep(editTable),
     goTo: goTo,
     slideFrame: () => {
       const frame = slideFrame();
@@ -519,4 +616,4 @@
       return JSON.stringify({error: String(error)});
     }
   };
-})(document)
+})()

@@ -1,0 +1,312 @@
+// What each command leaves in the page, and where the caret stands then: the rows of commands_html.tsv.
+#include "tests/editor_ui/EditorFixture.h"
+
+#include "content/BookTree.h"
+#include "platform/ui/SurfaceUrls.h"
+
+#include <QColorDialog>
+#include <QComboBox>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTimer>
+#include <QTreeView>
+#include <QWebEnginePage>
+#include <QWebEngineScript>
+#include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct SRow {
+    int nLine = 0;
+    int nCommand = 0;
+    QString strAnswer, strBefore, strAfter;
+};
+
+/// Reads the selection's marks out of the page, or writes them into a copy of it.
+const QString c_strMarks = uR"((function (read) {
+  const s = getSelection();
+  if (read) {
+    const texts = [], walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+    while (walker.nextNode())
+      texts.push(walker.currentNode);
+    const places = {};
+    for (const text of texts) {
+      for (const mark of '[]|') {
+        const at = text.data.indexOf(mark);
+        if (at < 0)
+          continue;
+        text.deleteData(at, 1);
+        places[mark] = [text, at];
+      }
+    }
+    for (const [mark, [text, at]] of Object.entries(places)) {
+      if (text.data === '') {
+        places[mark] = [text.parentNode, Array.from(text.parentNode.childNodes).indexOf(text)];
+        text.remove();
+      }
+    }
+    const start = places['['] || places['|'], end = places[']'] || places['|'];
+    if (start)
+      s.setBaseAndExtent(...start, ...end);
+    else
+      s.removeAllRanges();
+    return '';
+  }
+  const copy = document.body.cloneNode(true);
+  const put = (node, offset, mark) => {
+    const way = [];
+    for (; node !== document.body; node = node.parentNode)
+      way.unshift(Array.from(node.parentNode.childNodes).indexOf(node));
+    const place = way.reduce((n, index) => n.childNodes[index], copy);
+    if (place.nodeType === Node.TEXT_NODE)
+      place.insertData(offset, mark);
+    else
+      place.insertBefore(document.createTextNode(mark), place.childNodes[offset] || null);
+  };
+  if (s.rangeCount === 0)
+    return copy.innerHTML;
+  const range = s.getRangeAt(0);
+  if (range.collapsed) {
+    put(range.startContainer, range.startOffset, '|');
+  } else {
+    put(range.endContainer, range.endOffset, ']');
+    put(range.startContainer, range.startOffset, '[');
+  }
+  return copy.innerHTML;
+}))"_s;
+
+class CommandsHtmlTest : public CEditorFixture {
+protected:
+    /// Looks into the page beside the surface, which has no use for a selection that a program makes.
+    QString Look(const QString& strScript) {
+        QString strResult;
+        QEventLoop loop;
+        Surface("design").findChild<QWebEngineView*>()->page()->runJavaScript(
+            strScript, QWebEngineScript::ApplicationWorld, [&](const QVariant& result) {
+                strResult = result.toString();
+                loop.quit();
+            });
+        loop.exec();
+        return strResult;
+    }
+    QString Marked() {
+        static const QRegularExpression s_copy(u"\"res/[^\"]*"_s);
+        return Look(c_strMarks + u"(false)"_s)
+            .replace(m_strFolder, u"$FOLDER"_s)
+            .replace(u"../n%1/"_s.arg(m_pTarget->GetId()), u"../$NODE/"_s)
+            .replace(s_copy, u"\"res/$FILE"_s);
+    }
+    void Put(const QString& strMarked) {
+        CWebBrowser2Ex& design = Surface("design");
+        ASSERT_TRUE(design.SetBrowserBodyInnerHTML(strMarked));
+        Look(c_strMarks + u"(true)"_s);
+        // What was done so far can't be undone.
+        ASSERT_TRUE(design.SetBrowserDesignMode(true));
+    }
+    /// The text once more through the parser: what does not stay costs something from one saving to the next.
+    bool IsStable(const QString& strHtml) {
+        const QString strJson =
+            QString::fromUtf8(QJsonDocument(QJsonArray{strHtml}).toJson(QJsonDocument::Compact));
+        return Look(u"(function (d, text) { d.innerHTML = text; return d.innerHTML; })"
+                    "(document.createElement('div'), ..."_s +
+                    strJson + u')') == strHtml;
+    }
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    }
+
+    /// What the person chooses and types in the dialog of a command.
+    void Answer(const SRow& row) {
+        const bool bFile = (row.nCommand >= 32790 && row.nCommand <= 32792) || row.nCommand == 32836 ||
+                           row.nCommand == 32871;
+        const QStringList parts = row.strAnswer.split(u';');
+        if (row.nCommand == 32871 || row.nCommand == 32908)
+            m_world.People.Expect(row.nCommand == 32871 ? u"重新设置模板将丢失已有的内容，您继续吗？"_s
+                                                        : u"您确定清空已有内容吗？"_s);
+        if (row.strAnswer.isEmpty())
+            return;
+        if (bFile) {
+            m_world.People.Files.push_back(
+                QString(row.strAnswer).replace(u"$FOLDER"_s, m_world.Folder.Path(QString())));
+            return;
+        }
+        m_hand.disconnect();
+        QObject::connect(&m_hand, &QTimer::timeout, &m_hand, [this, parts] {
+            QWidget* pDialog = QApplication::activeModalWidget();
+            if (pDialog == nullptr || CWebBrowser2Ex::IsCallRunning())
+                return;
+            if (auto* pNodes = pDialog->findChild<QTreeView*>(u"nodes"_s))
+                return ChooseNode(*pDialog, *pNodes);
+            m_hand.stop();
+            if (auto* pColours = qobject_cast<QColorDialog*>(pDialog)) {
+                pColours->setCurrentColor(QColor(parts[0]));
+                return pColours->accept();
+            }
+            for (const QString& strPart : parts) {
+                const qsizetype nEquals = strPart.indexOf(u'=');
+                auto* pField = nEquals > 0 ? pDialog->findChild<QLineEdit*>(strPart.left(nEquals)) : nullptr;
+                if (pField)
+                    pField->setText(strPart.mid(nEquals + 1));
+                else
+                    pDialog->findChild<QLineEdit*>()->setText(strPart);
+            }
+            pDialog->findChild<QPushButton*>(u"ok"_s)->click();
+        });
+        m_hand.start(10);
+    }
+
+    void ChooseNode(QWidget& dialog, QTreeView& nodes) {
+        nodes.setCurrentIndex(static_cast<CBookTree*>(nodes.model())->Find(m_pTarget->GetId()));
+        if (dialog.findChild<QLineEdit*>(u"location"_s)->text().endsWith(u".htm"_s))
+            dialog.findChild<QPushButton*>(u"ok"_s)->click();
+    }
+
+    void Run(const SRow& row) {
+        if (auto* pBox = m_view.findChild<QComboBox*>(u"box_%1"_s.arg(row.nCommand))) {
+            pBox->setCurrentIndex(pBox->findText(row.strAnswer));
+            Q_EMIT pBox->activated(pBox->currentIndex());
+            return;
+        }
+        Answer(row);
+        EXPECT_TRUE(m_view.RunCommand(row.nCommand));
+        m_hand.stop();
+        // Where no window manager does it, the end of a dialog leaves the keyboard to nobody.
+        m_view.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_view));
+    }
+
+    std::unique_ptr<CBookNode> m_pTarget = m_world.MakePage(u"目标"_s, "<p>t</p>");
+    QString m_strFolder;
+    QTimer m_hand;
+};
+
+std::vector<SRow> ReadRows() {
+    std::vector<SRow> rows;
+    QFile file(QStringLiteral(VOREL_COMMANDS_HTML));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    for (int nLine = 1; !file.atEnd(); ++nLine) {
+        const QString strLine = QString::fromUtf8(file.readLine()).chopped(1);
+        const QStringList parts = strLine.split(u'\t');
+        if (!strLine.isEmpty() && !strLine.startsWith(u'#') && parts.size() == 4)
+            rows.push_back(
+                {nLine, parts[0].toInt(), parts[1], parts[2], QString(parts[3]).replace(u"\\n"_s, u"\n"_s)});
+    }
+    return rows;
+}
+
+TEST_F(CommandsHtmlTest, EachLeavesWhatStandsInTheTableAndCanBeUndone) {
+    m_strFolder = SurfaceUrls::PathToReference(m_world.Folder.Path(QString()));
+    Open("<p>x</p>");
+    m_world.Folder.Write(u"a.doc"_s, "x");
+    const QRegularExpression marks(u"[][|]"_s);
+    ASSERT_GT(ReadRows().size(), 60U);
+    for (const SRow& row : ReadRows()) {
+        SCOPED_TRACE("line " + std::to_string(row.nLine) + ", command " + std::to_string(row.nCommand));
+        Put(row.strBefore);
+        const QString strBefore = Marked();
+        EXPECT_EQ(strBefore, row.strBefore);
+        Run(row);
+        const QString strAfter = Marked();
+        EXPECT_EQ(strAfter, row.strAfter);
+        const QString strHtml = Html();
+        EXPECT_TRUE(IsStable(strHtml)) << strHtml.toStdString();
+        m_view.RunCommand(32821);
+        if (strHtml == QString(strBefore).remove(marks)) {
+            EXPECT_EQ(Marked(), strAfter) << "nothing to undo";
+            continue;
+        }
+        EXPECT_EQ(Marked(), strBefore) << "undone";
+        m_view.RunCommand(32822);
+        EXPECT_EQ(Marked(), strAfter) << "redone";
+        Press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Marked() == strBefore; }, 1000)) << "undone by key";
+        Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Marked() == strAfter; }, 1000)) << "redone by key";
+    }
+}
+
+TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
+    Open("<p>x</p>");
+    Put(u"<p>ab|cd</p>"_s);
+    for (const QString& strName : {u"a.png"_s, u"b.png"_s})
+        ASSERT_TRUE(QImage(40, 40, QImage::Format_RGB32).save(m_world.Folder.Native(strName)));
+    const auto replaceAll = [this](const QString& strFrom, const QString& strTo) {
+        EXPECT_TRUE(Surface("design").SetBrowserBodyInnerHTML(Html().replace(strFrom, strTo)));
+    };
+    const std::pair<const char*, std::function<void()>> steps[] = {
+        {"typing", [&] { Type(u"中文"_s); }},
+        {"a table",
+         [&] {
+             Run({0, 32837, u"rows=1;columns=1"_s, {}, {}});
+         }},
+        {"typing behind the table", [&] { Type(u"后"_s); }},
+        {"a new paragraph", [&] { Press(Qt::Key_Return, Qt::NoModifier); }},
+        {"a picture",
+         [&] {
+             Run({0, 32790, u"$FOLDERa.png"_s, {}, {}});
+         }},
+        {"saving, which gives references another form", [&] { replaceAll(u"a.png"_s, u"b.png"_s); }},
+        {"typing behind the picture", [&] { Type(u"图"_s); }},
+        {"erasing", [&] { Press(Qt::Key_Backspace, Qt::NoModifier); }},
+        {"the table changed",
+         [&] {
+             Look(u"getSelection().collapse(document.querySelector('td').firstChild, 0)"_s);
+             Run({0, 32838, u"rows=3;columns=2;border=5"_s, {}, {}});
+         }},
+        {"typing in the cell", [&] { Type(u"格"_s); }},
+        {"the source edited", [&] { replaceAll(u"<p>ab"_s, u"<h1>new</h1><p>ab"_s); }},
+        {"all in bold",
+         [&] {
+             Run({0, 32823, {}, {}, {}});
+             Run({0, 32779, {}, {}, {}});
+         }},
+        {"all in bold and red",
+         [&] {
+             Run({0, 32782, u"#ff0000"_s, {}, {}});
+         }},
+        {"erasing all", [&] { Press(Qt::Key_Backspace, Qt::NoModifier); }},
+        {"clearing",
+         [&] {
+             Run({0, 32908, {}, {}, {}});
+         }},
+    };
+    QStringList states{Html()};
+    for (const auto& [szWhat, run] : steps) {
+        run();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() != states.last(); })) << szWhat;
+        states.append(Html());
+    }
+    const auto expect = [&](qsizetype nState, Qt::KeyboardModifiers modifiers, const char* szWhat) {
+        Press(Qt::Key_Z, modifiers);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == states[nState]; }, 1000))
+            << szWhat << ": " << Html().toStdString() << "\nand not " << states[nState].toStdString();
+    };
+    for (qsizetype i = states.size() - 1; i > 0; --i)
+        expect(i - 1, Qt::ControlModifier, steps[i - 1].first);
+    m_view.RunCommand(32821);
+    EXPECT_EQ(Html(), states.first()) << "nothing is left to be undone";
+    for (qsizetype i = 1; i < states.size(); ++i)
+        expect(i, Qt::ControlModifier | Qt::ShiftModifier, steps[i - 1].first);
+    m_view.RunCommand(32822);
+    EXPECT_EQ(Html(), states.last()) << "nothing is left to be redone";
+}
+
+TEST_F(CommandsHtmlTest, WhatIsTypedBehindALinkIsNoLink) {
+    Open("<p>x</p>");
+    const std::pair<int, QString> rows[] = {{32848, u"http://h/"_s}};
+    for (const auto& [nCommand, strAnswer] : rows) {
+        Put(u"<p>a[b]</p>"_s);
+        Run({0, nCommand, strAnswer, {}, {}});
+        Type(u"后"_s);
+        EXPECT_TRUE(Html().endsWith(u"</a>后</p>"_s)) << Html().toStdString();
+    }
+}
+
+} // namespace
