@@ -54,15 +54,17 @@ QPixmap Load(const QString& strFile, bool bWhiteIsClear) {
     QImage image = strFile.endsWith(QLatin1String(".png")) ? ReadPng(strFile) : QImage(strFile);
     if (image.isNull())
         return {};
+    // A mask is laid on by pixels, and the reader knows the names too.
+    image.setDevicePixelRatio(1.0);
+    if (bWhiteIsClear) {
+        const QImage mask = image.convertToFormat(QImage::Format_RGB32)
+                                .createMaskFromColor(qRgb(255, 255, 255), Qt::MaskOutColor);
+        image.convertTo(QImage::Format_ARGB32);
+        image.setAlphaChannel(mask.convertToFormat(QImage::Format_Grayscale8));
+    }
     // Which of the two files it is stands in its name alone.
     image.setDevicePixelRatio(strFile.contains(QLatin1String("@2x.")) ? 2.0 : 1.0);
-    if (!bWhiteIsClear)
-        return QPixmap::fromImage(image);
-    QImage clear = image.convertToFormat(QImage::Format_ARGB32);
-    const QImage mask = image.convertToFormat(QImage::Format_RGB32)
-                            .createMaskFromColor(qRgb(255, 255, 255), Qt::MaskOutColor);
-    clear.setAlphaChannel(mask.convertToFormat(QImage::Format_Grayscale8));
-    return QPixmap::fromImage(clear);
+    return QPixmap::fromImage(image);
 }
 
 void Add(QIcon& icon, const QString& strFile, bool bWhiteIsClear, std::initializer_list<QIcon::Mode> modes) {

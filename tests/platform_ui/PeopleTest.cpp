@@ -382,6 +382,19 @@ TEST(Pictures, AMissingFileGivesAnEmptyPictureAndWhiteIsClear) {
     EXPECT_EQ(icon.pixelColor(3, 3), QColor(Qt::black));
 }
 
+// A mask that is laid on in another scale leaves scraps of the picture.
+TEST(Pictures, WhiteIsClearInTheFinerFileToo) {
+    const CTempFolder folder;
+    folder.MakeFolder(u"Images\\HtmlEditorToolBarImgs"_s);
+    QImage image(32, 30, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    image.setPixelColor(30, 28, Qt::black);
+    ASSERT_TRUE(image.save(folder.Native(u"Images\\HtmlEditorToolBarImgs\\Bold@2x.bmp"_s), "BMP"));
+    const QImage icon = Pictures::EditorIcon(folder.Path(), u"Bold@2x.bmp"_s).pixmap(32, 30).toImage();
+    EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(icon.pixelColor(icon.width() - 2, icon.height() - 2), QColor(Qt::black));
+}
+
 TEST(Pictures, FitsAStrangersPictureIntoItsRoom) {
     const CTempFolder folder;
     const auto save = [&folder](const QString& strName, QSize size, bool bTurned) {

@@ -8,6 +8,7 @@
 #include <QJsonObject>
 #include <QMenu>
 #include <QQuickWindow>
+#include <QShortcut>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNotification>
@@ -19,6 +20,7 @@ using EState = SEngineAnswer::EState;
 
 constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
+constexpr qreal c_dZoomStep = 0.1;
 
 QString ScriptFile(const QString& strName) {
     QFile file(QStringLiteral(":/vorel/") + strName);
@@ -61,6 +63,16 @@ CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) 
     m_pView->setObjectName(QStringLiteral("webView"));
     m_pView->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_pView, &QWidget::customContextMenuRequested, this, &CWebEngine::ShowContextMenu);
+    // A turn of the wheel with Ctrl makes a page larger, perhaps unmeant: there must be a way back.
+    const auto zoom = [this](QKeySequence keys, const std::function<qreal(qreal)>& next) {
+        auto* pKeys = new QShortcut(keys, m_pView);
+        pKeys->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(pKeys, &QShortcut::activated, this,
+                [this, next] { m_pPage->setZoomFactor(next(m_pPage->zoomFactor())); });
+    };
+    zoom(Qt::CTRL | Qt::Key_0, [](qreal) { return 1.0; });
+    zoom(QKeySequence::ZoomIn, [](qreal dZoom) { return dZoom + c_dZoomStep; });
+    zoom(QKeySequence::ZoomOut, [](qreal dZoom) { return dZoom - c_dZoomStep; });
     m_caretTimer.setSingleShot(true);
     m_caretTimer.setInterval(c_nCoalesceMilliseconds);
     connect(&m_caretTimer, &QTimer::timeout, this, [this] {
