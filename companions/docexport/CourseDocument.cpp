@@ -1,8 +1,8 @@
 #include "companions/docexport/CourseDocument.h"
 
-#include "companions/compiler/HtmlText.h"
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
+#include "foundation/PageText.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "office/OutputFile.h"
@@ -152,7 +152,7 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         [&](const QString& strReference) { return LinkOf(strReference, strFolder); },
         [&](const QString& strReference) { return PictureOf(strReference, strFolder); },
         CDocLinks::BookmarkOf(m_nodes[nNode].Row.Id) + u'_'};
-    const auto text = ReadPageText(HtmlText::Decode(*bytes).Text, surroundings);
+    const auto text = ReadPrintedPage(PageText::Decode(*bytes).Text, surroundings);
     if (!text)
         return unreadable(DocText::c_strTooDeep);
     if (!text->LeftOut.isEmpty())

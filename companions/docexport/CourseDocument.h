@@ -3,7 +3,7 @@
 #include "companions/compiler/SitePlan.h"
 #include "companions/docexport/DocLinks.h"
 #include "companions/docexport/DocProgress.h"
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 #include "companions/docexport/WordXml.h"
 
 #include <QSet>

@@ -9,6 +9,7 @@
 /// Finds what the references of the course's pages mean in a document, where a node is a bookmark.
 class CDocLinks {
 public:
+    /// The plan must outlive the object.
     explicit CDocLinks(const CSitePlan& plan);
 
     struct Target {
@@ -28,8 +29,9 @@ public:
     int NodeOf(const QString& strSource) const { return m_nodes.value(strSource, -1); }
 
 private:
-    const CSourceTree& m_tree;
+    Target NodeTarget(int nNode) const;
+
+    const CSitePlan& m_plan;
     CReferences m_references;
     QHash<QString, int> m_nodes;
-    QHash<qint32, int> m_nodesById;
 };

@@ -1,6 +1,6 @@
 #include "companions/docexport/Package.h"
 
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 #include "companions/docexport/Texts.h"
 #include "foundation/Exceptions.h"
 

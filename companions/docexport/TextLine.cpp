@@ -1,6 +1,6 @@
 #include "companions/docexport/TextLine.h"
 
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 #include "foundation/HtmlTree.h"
 
 using namespace Qt::StringLiterals;

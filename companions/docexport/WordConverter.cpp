@@ -1,7 +1,7 @@
 #include "companions/docexport/WordConverter.h"
 
 #include "companions/docexport/Package.h"
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 #include "office/OutputFile.h"
 #include "platform/base/Process.h"
 

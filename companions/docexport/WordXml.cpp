@@ -1,6 +1,6 @@
 #include "companions/docexport/WordXml.h"
 
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 
 #include <QXmlStreamReader>
 

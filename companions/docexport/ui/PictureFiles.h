@@ -1,6 +1,6 @@
 #pragma once
 
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 
 #include <QHash>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 
 #include <gmock/gmock.h>
 
@@ -8,20 +8,20 @@ using testing::Not;
 
 namespace {
 
-std::optional<PageText> Read(const QString& strPage) {
-    return ReadPageText(strPage, {[](const QString& strReference) { return strReference; },
-                                  [](const QString& strReference) -> std::optional<ReadyPicture> {
-                                      if (strReference == "none"_L1)
-                                          return std::nullopt;
-                                      return ReadyPicture{u"p.png"_s, 1200, 600};
-                                  },
-                                  u"n4_"_s});
+std::optional<PrintedPage> Read(const QString& strPage) {
+    return ReadPrintedPage(strPage, {[](const QString& strReference) { return strReference; },
+                                     [](const QString& strReference) -> std::optional<ReadyPicture> {
+                                         if (strReference == "none"_L1)
+                                             return std::nullopt;
+                                         return ReadyPicture{u"p.png"_s, 1200, 600};
+                                     },
+                                     u"n4_"_s});
 }
 
 } // namespace
 
 // What teachers' pages hold, and what the document gets of it.
-TEST(PageText, WritesPagesAnewWellNested) {
+TEST(PrintedPage, WritesPagesAnewWellNested) {
     const struct {
         QString Page;
         std::string Text;

@@ -27,7 +27,7 @@ struct PageSurroundings {
 };
 
 /// The text of a page as the converter takes it.
-struct PageText {
+struct PrintedPage {
     /// Well nested, of few elements: paragraphs, lists, tables, pictures, links and plain marks of text.
     /// Nothing in it runs or loads anything.
     QByteArray Html;
@@ -41,7 +41,7 @@ inline constexpr int c_nPaperHeight = 820;
 
 /// A page that other programs and people wrote, of which all is taken that a printed text has. Tables that
 /// only lay a page out become what stands in them. Nothing when the page is nested too deeply to be read.
-std::optional<PageText> ReadPageText(const QString& strPage, const PageSurroundings& surroundings);
+std::optional<PrintedPage> ReadPrintedPage(const QString& strPage, const PageSurroundings& surroundings);
 
 /// A picture, made to fit on the sheet. nWidth and nHeight are what its page wants, 0 for what it says
 /// itself.

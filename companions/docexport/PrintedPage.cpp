@@ -1,4 +1,4 @@
-#include "companions/docexport/PageText.h"
+#include "companions/docexport/PrintedPage.h"
 
 #include "companions/docexport/PageTable.h"
 #include "companions/docexport/TextLine.h"
@@ -61,7 +61,7 @@ class CPageWriter {
 public:
     explicit CPageWriter(const PageSurroundings& surroundings) : m_surroundings(surroundings) {}
 
-    PageText WritePage(const GumboNode* pRoot) {
+    PrintedPage WritePage(const GumboNode* pRoot) {
         FindAnchors(pRoot);
         Write(pRoot);
         EndLine();
@@ -425,7 +425,7 @@ QByteArray PictureHtml(const ReadyPicture& picture, const QString& strAlt, int n
            QByteArray::number(qMax(1, qRound(dHeight * dScale))) + "\">";
 }
 
-std::optional<PageText> ReadPageText(const QString& strPage, const PageSurroundings& surroundings) {
+std::optional<PrintedPage> ReadPrintedPage(const QString& strPage, const PageSurroundings& surroundings) {
     const QByteArray html = strPage.toUtf8();
     if (IsTooDeep(html))
         return std::nullopt;
