@@ -300,12 +300,30 @@ TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
 
 TEST_F(CommandsHtmlTest, WhatIsTypedBehindALinkIsNoLink) {
     Open("<p>x</p>");
-    const std::pair<int, QString> rows[] = {{32848, u"http://h/"_s}};
+    const std::pair<int, QString> rows[] = {{32848, u"http://h/"_s}, {32850, u"帮助"_s}};
     for (const auto& [nCommand, strAnswer] : rows) {
         Put(u"<p>a[b]</p>"_s);
         Run({0, nCommand, strAnswer, {}, {}});
         Type(u"后"_s);
         EXPECT_TRUE(Html().endsWith(u"</a>后</p>"_s)) << Html().toStdString();
+    }
+}
+
+TEST_F(CommandsHtmlTest, WhatIsTypedIntoAFieldIsSavedAndUndone) {
+    Open("<p>x</p>");
+    const std::pair<QString, QString> rows[] = {
+        {u"<p><textarea></textarea></p>"_s, u"<p><textarea>a</textarea></p>"_s},
+        {u"<p><input type=\"text\"></p>"_s, u"<p><input type=\"text\" value=\"a\"></p>"_s},
+    };
+    for (const auto& [strEmpty, strFilled] : rows) {
+        Put(strEmpty);
+        // As a click into it does.
+        Look(u"document.querySelector('textarea, input').focus()"_s);
+        Press(Qt::Key_A, Qt::NoModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strFilled; }, 1000)) << Html().toStdString();
+        Press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strEmpty; }, 1000)) << Html().toStdString();
+        EXPECT_EQ(Look(u"document.querySelector('textarea, input').value"_s), QString());
     }
 }
 

@@ -22,19 +22,21 @@ constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
 constexpr qreal c_dZoomStep = 0.1;
 
-QString ScriptFile(const QString& strName) {
-    QFile file(QStringLiteral(":/vorel/") + strName);
+QString ScriptFile(QLatin1StringView strName) {
+    QFile file(QStringLiteral(":/vorel/") + strName + QStringLiteral(".js"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
 }
 
-/// Each file is an expression; the last may use what the others give.
+/// Each file is an expression and may use those before it; the last is the function that is called.
 const QString& EditorScript() {
-    static const QString strScript =
-        QStringLiteral("(function () {\nconst document = ") + ScriptFile(QStringLiteral("document.js")) +
-        QStringLiteral(";\nconst undoHistory = ") + ScriptFile(QStringLiteral("history.js")) +
-        QStringLiteral(";\nconst tables = ") + ScriptFile(QStringLiteral("tables.js")) +
-        QStringLiteral(";\nconst surface = ") + ScriptFile(QStringLiteral("surface.js")) +
-        QStringLiteral(";\nreturn surface;\n})()");
+    static const QString strScript = [] {
+        QString strParts;
+        for (const char* const szName : {"document", "undoHistory", "tables", "typing", "surface"})
+            strParts += QStringLiteral("const %1 = %2;\n")
+                            .arg(QLatin1StringView(szName), ScriptFile(QLatin1StringView(szName)));
+        return QString(QStringLiteral("(function () {\n") + strParts +
+                       QStringLiteral("return surface;\n})()"));
+    }();
     return strScript;
 }
 

@@ -534,6 +534,7 @@
     if (Object.hasOwn(window, 'vorelWatching'))
       return true;
     window.vorelWatching = true;
+    typing.listen();
     window.vorelChanged = false;
     const tell = () => console.debug(token);
     document.addEventListener('selectionchange', tell);

@@ -116,6 +116,15 @@
     change.other = now;
   }
 
+  // A field shows what was typed into it rather than what its markup says.
+  function showField(node) {
+    const field = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement || document.body).closest('input, textarea');
+    if (!field || field.matches('[type=file]'))
+      return;
+    field.value = field.defaultValue;
+    field.checked = field.defaultChecked;
+  }
+
   class History {
     constructor() {
       this.onChange = () => {};
@@ -243,6 +252,7 @@
       const changes = isBack ? step.changes.slice().reverse() : step.changes;
       changes.forEach(turn);
       this.observer.takeRecords();
+      changes.forEach((change) => showField(change.target));
       step.kind = '';
       to.push(step);
       goTo(isBack ? step.before : step.after);

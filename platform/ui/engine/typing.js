@@ -1,0 +1,80 @@
+// What the engine does otherwise with what a person types.
+(function () {
+  'use strict';
+  // The engine leads out of a link what is typed at its end. Help that floats over a text is a link to it only
+  // with an address.
+  const HELP = 'a:not([href])';
+  let left = null;
+
+  function helpEndingAt(node, offset) {
+    const before = node.nodeType === Node.ELEMENT_NODE ? node.childNodes[offset - 1] : null;
+    if (before && before.nodeType === Node.ELEMENT_NODE && before.matches(HELP))
+      return before;
+    const help = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement).closest(HELP);
+    if (!help)
+      return null;
+    const rest = document.createRange();
+    rest.setStart(node, offset);
+    rest.setEndAfter(help);
+    return rest.toString() === '' ? help : null;
+  }
+
+  function look() {
+    const chosen = window.getSelection();
+    const help = chosen.rangeCount > 0 && chosen.isCollapsed ? helpEndingAt(chosen.anchorNode, chosen.anchorOffset) : null;
+    left = help && help.textContent !== '' ? {help: help, length: help.textContent.length} : null;
+  }
+
+  function leadOut() {
+    const {help, length} = left || {};
+    left = null;
+    const chosen = window.getSelection();
+    const text = chosen.anchorNode;
+    const grown = help ? help.textContent.length - length : 0;
+    if (grown <= 0 || !help.contains(text) || text.nodeType !== Node.TEXT_NODE || text.length < grown ||
+        chosen.anchorOffset !== text.length)
+      return;
+    const typed = document.createTextNode(text.data.slice(-grown));
+    text.deleteData(text.length - grown, grown);
+    help.after(typed);
+    chosen.collapse(typed, grown);
+  }
+
+  // A page is saved with what stands in its fields, as a person sees it.
+  function keepField(field) {
+    if (field.localName === 'textarea') {
+      field.defaultValue = field.value;
+    } else if (field.localName === 'input') {
+      if (field.matches('[type=checkbox], [type=radio]'))
+        document.querySelectorAll('input').forEach((each) => each.toggleAttribute('checked', each.checked));
+      else if (!field.matches('[type=file], [type=password]'))
+        field.setAttribute('value', field.value);
+    } else if (field.localName === 'select') {
+      Array.from(field.options, (option) => option.toggleAttribute('selected', option.selected));
+    }
+  }
+
+  // Before the history hears of it, which takes all that is done here for what was typed.
+  function listen() {
+    const isEdited = () => document.designMode === 'on';
+    window.addEventListener('compositionstart', () => isEdited() && look(), true);
+    window.addEventListener('beforeinput', (event) => {
+      if (isEdited() && !event.isComposing)
+        look();
+    }, true);
+    window.addEventListener('input', (event) => {
+      if (isEdited() && !event.isComposing) {
+        leadOut();
+        keepField(event.target);
+      }
+    }, true);
+    window.addEventListener('compositionend', (event) => {
+      if (isEdited()) {
+        leadOut();
+        keepField(event.target);
+      }
+    }, true);
+  }
+
+  return {listen: listen};
+})()
