@@ -227,7 +227,7 @@ private:
     void WriteRule() {
         EndLine();
         if (!m_bPlain)
-            m_out += "<div data-custom-style=\"Rule\"><p>&nbsp;</p></div>\n";
+            m_out += "<div data-custom-style=\"Rule\"><p>&#160;</p></div>\n";
     }
 
     void WriteCode(const GumboNode* pNode) {
@@ -310,7 +310,7 @@ private:
         m_bTable = true;
         Open("<table><colgroup>");
         for (const int nShare : table.Shares)
-            m_out += "<col style=\"width:" + QByteArray::number(nShare) + "%\">";
+            m_out += "<col style=\"width:" + QByteArray::number(nShare) + "%\"/>";
         m_out += "</colgroup>\n";
         const QByteArray styleBefore = std::exchange(m_paragraph, QByteArray());
         const int nWidthBefore = m_nMaxWidth;
@@ -326,7 +326,7 @@ private:
         m_paragraph = styleBefore;
         Close("</table>");
         m_bTable = false;
-        m_out += "<div data-custom-style=\"Table End\"><p>&nbsp;</p></div>\n";
+        m_out += "<div data-custom-style=\"Table End\"><p>&#160;</p></div>\n";
     }
 
     void WriteRow(const PageTable& table, const PageTable::Row& row, int nTableWidth, bool bHeader) {
@@ -422,7 +422,7 @@ QByteArray PictureHtml(const ReadyPicture& picture, const QString& strAlt, int n
     const double dScale = qMin(1.0, qMin(nMaxWidth / dWidth, c_nPaperHeight / dHeight));
     return "<img src=\"" + picture.Name.toUtf8() + "\" alt=\"" + MarkupText(strAlt) + "\" width=\"" +
            QByteArray::number(qMax(1, qRound(dWidth * dScale))) + "\" height=\"" +
-           QByteArray::number(qMax(1, qRound(dHeight * dScale))) + "\">";
+           QByteArray::number(qMax(1, qRound(dHeight * dScale))) + "\"/>";
 }
 
 std::optional<PrintedPage> ReadPrintedPage(const QString& strPage, const PageSurroundings& surroundings) {

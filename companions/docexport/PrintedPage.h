@@ -28,8 +28,8 @@ struct PageSurroundings {
 
 /// The text of a page as the converter takes it.
 struct PrintedPage {
-    /// Well nested, of few elements: paragraphs, lists, tables, pictures, links and plain marks of text.
-    /// Nothing in it runs or loads anything.
+    /// Well-formed as XML is, of few elements: paragraphs, lists, tables, pictures, links and plain marks of
+    /// text. Nothing in it runs or loads anything.
     QByteArray Html;
     /// Names of films, programs and pages within the page, which paper can't show.
     QStringList LeftOut;

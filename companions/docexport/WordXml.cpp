@@ -95,6 +95,8 @@ QByteArray Finished(const QByteArray& document, const QHash<QString, int>& pages
         }
     }
     takeTo(document.size());
+    // Without a distance of its own a picture is moved aside by some readers.
+    out.replace("<wp:inline>", "<wp:inline distT=\"0\" distB=\"0\" distL=\"0\" distR=\"0\">");
     return out;
 }
 

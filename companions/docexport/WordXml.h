@@ -25,7 +25,7 @@ QByteArray HeadingParagraph(const Heading& heading, int nNumber);
 QByteArray Contents(const QString& strTitle, const QList<Heading>& headings);
 
 /// The document's text with the pages of bookmarks in the table of contents, and with the properties of
-/// paragraphs in the order that the format wants. A bookmark without a page gets none.
+/// paragraphs and pictures as the format wants them. A bookmark without a page gets none.
 QByteArray Finished(const QByteArray& document, const QHash<QString, int>& pages);
 
 /// How many headings of nodes the document has; -1 when it isn't well-formed.

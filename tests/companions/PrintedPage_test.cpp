@@ -37,7 +37,7 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
          "<ul><li>甲<ul><li>乙</li>\n</ul>\n<ol start=\"3\" type=\"1\"><li>丙</li>\n</ol>\n</li>\n</ul>\n"},
         {u"<ul><ul><li>甲</ul></ul>"_s, "<ul><li>甲</li>\n</ul>\n"},
         {u"<img src=a alt='\"x'><img src=none alt=替代><img src=a width=1 height=1>"_s,
-         "<p><img src=\"p.png\" alt=\"&quot;x\" width=\"600\" height=\"300\">替代</p>\n"},
+         "<p><img src=\"p.png\" alt=\"&quot;x\" width=\"600\" height=\"300\"/>替代</p>\n"},
         {u"<pre>a &lt;b\n  c</pre>"_s, "<pre>a &lt;b\n  c</pre>\n"},
         {u"<h1 align=center>题<br>目</h1>"_s,
          "<div data-custom-style=\"Page Heading 1\"><p>题 目</p></div>\n"},

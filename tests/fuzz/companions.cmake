@@ -1,2 +1,3 @@
 vorel_fuzz(vorel_fuzz_html_text SOURCES HtmlTextFuzz.cpp USES vorel_compiler_core PkgConfig::GUMBO)
 vorel_fuzz(vorel_fuzz_template_archive SOURCES TemplateArchiveFuzz.cpp USES vorel_fetch_core)
+vorel_fuzz(vorel_fuzz_printed_page SOURCES PrintedPageFuzz.cpp USES vorel_docexport_core)
