@@ -3,6 +3,7 @@
 #include "platform/ui/Texts.h"
 #include "platform/ui/engine/NetGate.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -21,6 +22,8 @@ using EState = SEngineAnswer::EState;
 constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
 constexpr qreal c_dZoomStep = 0.1;
+/// While a page of the disk loads it is asked as often as this, and given up after two askings in vain.
+constexpr int c_nAliveMilliseconds = 3000;
 
 QString ScriptFile(QLatin1StringView strName) {
     QFile file(QStringLiteral(":/vorel/") + strName + QStringLiteral(".js"));
@@ -84,7 +87,7 @@ CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) 
         else if (OnSelectionChanged)
             OnSelectionChanged();
     });
-    RenewPage();
+    RenewPage(true);
 }
 
 CWebEngine::~CWebEngine() {
@@ -99,7 +102,7 @@ QWidget* CWebEngine::Widget() {
 
 /// What pages keep among themselves, as in their local storage, they share with nobody: not with another
 /// course, and not with the web.
-void CWebEngine::RenewProfile() {
+void CWebEngine::MakeProfile() {
     m_pGuard = std::make_unique<CRequestGuard>();
     m_pProfile = std::make_unique<QWebEngineProfile>();
     m_pProfile->setUrlRequestInterceptor(m_pGuard.get());
@@ -108,17 +111,26 @@ void CWebEngine::RenewProfile() {
             [](QWebEngineDownloadRequest* pDownload) { pDownload->cancel(); });
 }
 
-/// A page that hangs, and one that may reach something else than the next, is not taken along.
-void CWebEngine::RenewPage() {
+/// With a process of its own.
+void CWebEngine::RenewPage(bool bOtherProfile) {
     // Until the page is there that comes after it, the old one lives, and what it lives on.
-    const auto pOldGuard = std::move(m_pGuard);
-    const auto pOldProfile = std::move(m_pProfile);
-    RenewProfile();
+    std::unique_ptr<CRequestGuard> pOldGuard;
+    std::unique_ptr<QWebEngineProfile> pOldProfile;
+    if (bOtherProfile) {
+        pOldGuard = std::move(m_pGuard);
+        pOldProfile = std::move(m_pProfile);
+        MakeProfile();
+    }
+    const bool bHadFocus = m_pView->isAncestorOf(QApplication::focusWidget()) || m_pView->hasFocus();
     auto pFresh = std::make_unique<CSurfacePage>(m_pProfile.get(), *m_pGuard, nullptr);
+    if (m_pPage)
+        pFresh->setZoomFactor(m_pPage->zoomFactor());
     m_pView->setPage(pFresh.get());
     m_pPage = std::move(pFresh);
-    m_bPageHangs = false;
+    m_bPageHangs = m_bPageHadScripts = false;
     ConnectPage();
+    if (bHadFocus)
+        m_pView->setFocus();
 }
 
 void CWebEngine::ConnectPage() {
@@ -167,6 +179,21 @@ std::shared_ptr<CBlockingCall> CWebEngine::BeginCall() {
     return pCall;
 }
 
+/// A page whose script runs on at loading would let the call wait to its limit.
+void CWebEngine::WatchWhileLoading(const std::shared_ptr<CBlockingCall>& pCall) {
+    const auto nUnanswered = std::make_shared<int>(0);
+    auto* pTimer = new QTimer(pCall->Context());
+    connect(pTimer, &QTimer::timeout, m_pPage.get(),
+            [pWeak = std::weak_ptr(pCall), nUnanswered, pPage = m_pPage.get()] {
+                if (const auto pSelf = pWeak.lock(); pSelf && *nUnanswered >= 2)
+                    return pSelf->Finish({EState::TimeOut, {}, {}});
+                if (++*nUnanswered == 1)
+                    pPage->runJavaScript(QStringLiteral("''"), QWebEngineScript::ApplicationWorld,
+                                         [nUnanswered](const QVariant&) { *nUnanswered = 0; });
+            });
+    pTimer->start(c_nAliveMilliseconds);
+}
+
 SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
                                    int nMilliseconds) {
     const auto pCall = BeginCall();
@@ -186,6 +213,8 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
             });
     page.SetProgramLoads(true);
     start(page);
+    if (url.isLocalFile() && !m_access.bEditing)
+        WatchWhileLoading(pCall);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = CBlockingCall::Wait(pCall, nMilliseconds);
     if (pAlive) {
@@ -199,10 +228,13 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
 SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     if (m_pCall.lock())
         return {EState::Busy, {}, {}};
-    // The first page takes what was made with the view.
-    if (m_bPageHangs || (m_pageAccess && *m_pageAccess != m_access))
-        RenewPage();
+    // A page that could run scripts may hold up whatever comes after it in its process. The first page takes
+    // what was made with the view.
+    const bool bOtherAccess = m_pageAccess && *m_pageAccess != m_access;
+    if (m_bPageHangs || m_bPageHadScripts || bOtherAccess)
+        RenewPage(bOtherAccess);
     m_pageAccess = m_access;
+    m_bPageHadScripts = !m_access.bEditing && url.scheme() != QLatin1String("about");
     CAccessRules rules(m_access);
     rules.SetProgramPage(url);
     m_pGuard->SetRules(rules);
@@ -217,8 +249,8 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
 SEngineAnswer CWebEngine::ShowOwnPage(const QString& strHtml, int nMilliseconds) {
     if (m_pCall.lock())
         return {EState::Busy, {}, {}};
-    if (m_bPageHangs)
-        RenewPage();
+    if (m_bPageHangs || m_bPageHadScripts)
+        RenewPage(false);
     return LoadWith(
         [strHtml](CSurfacePage& page) { page.setHtml(strHtml, QUrl(QStringLiteral("about:blank"))); }, {},
         nMilliseconds);

@@ -28,11 +28,12 @@ public:
     QUrl Url() const override;
 
 private:
-    void RenewProfile();
-    void RenewPage();
+    void MakeProfile();
+    void RenewPage(bool bOtherProfile);
     void ConnectPage();
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();
+    void WatchWhileLoading(const std::shared_ptr<CBlockingCall>& pCall);
     SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
                            int nMilliseconds);
     SEngineAnswer RunScript(const QString& strScript, quint32 nWorld, int nMilliseconds);
@@ -47,6 +48,7 @@ private:
     std::optional<SEngineAccess> m_pageAccess;
     /// The page didn't answer in time: the next load gets a fresh one, and a fresh process with it.
     bool m_bPageHangs = false;
+    bool m_bPageHadScripts = false;
     QTimer m_caretTimer;
     std::weak_ptr<CBlockingCall> m_pCall;
 };
