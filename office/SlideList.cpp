@@ -25,6 +25,8 @@ namespace {
 /// Pages of a presentation hold text alone.
 constexpr qint64 c_nMaxBytes = 4 * 1024 * 1024;
 constexpr qsizetype c_nMaxTitle = 60;
+/// Of a text that is looked at for a title: elements lie within one another, each with a name of a slide.
+constexpr qsizetype c_nMaxLooked = 1000;
 
 QByteArray Bytes(const QString& strPath) {
     try {
@@ -43,8 +45,11 @@ QString SlideIn(const QString& strText) {
 void AddText(const GumboNode* pNode, QString& strText) {
     if (pNode->type == GUMBO_NODE_TEXT || pNode->type == GUMBO_NODE_WHITESPACE)
         strText += QString::fromUtf8(pNode->v.text.text);
-    for (unsigned i = 0; IsElement(pNode) && i < pNode->v.element.children.length; ++i)
+    for (unsigned i = 0; IsElement(pNode) && i < pNode->v.element.children.length; ++i) {
+        if (strText.size() > c_nMaxLooked)
+            return;
         AddText(static_cast<const GumboNode*>(pNode->v.element.children.data[i]), strText);
+    }
 }
 
 QString TextOf(const GumboNode* pNode) {

@@ -36,7 +36,7 @@ constexpr QSize c_imageSize(18, 18);
 // In lines of text, so that larger letters get a larger dialog.
 constexpr QSize c_sizeInLines(60, 42);
 constexpr int c_nTreeLines = 16;
-constexpr int c_nPlaceLines = 9;
+constexpr int c_nPlaceLines = 12;
 /// A page may move as often as it likes; the line follows at this pace.
 constexpr int c_nFollowMs = 100;
 /// While another surface waits for its engine.

@@ -96,7 +96,7 @@ void CPlaceList::paintEvent(QPaintEvent* pEvent) {
     if (m_pModel->rowCount() > 0)
         return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(c_nMargin, c_nMargin, -c_nMargin, -c_nMargin),
                      Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, m_strWhyNone);
 }

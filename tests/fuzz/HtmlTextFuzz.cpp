@@ -1,4 +1,5 @@
 #include "companions/compiler/HtmlText.h"
+#include "foundation/PageAnchors.h"
 #include "foundation/PageText.h"
 #include "tests/support/FuzzCheck.h"
 
@@ -36,6 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
         return strReference + u'x';
     };
     HtmlText::RewriteReferences(page.Text, rewrite);
+    for (const PageAnchors::Anchor& anchor : PageAnchors::Find(page.Text))
+        Check(!anchor.strName.isEmpty() && anchor.strText.size() <= 61);
     const auto fragment = HtmlText::TakeFragment(page.Text, rewrite);
     Check(!fragment || StaysInside(fragment->Body));
     return 0;
