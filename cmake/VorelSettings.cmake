@@ -26,7 +26,7 @@ find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 find_package(LibArchive REQUIRED)
 find_package(Threads REQUIRED)
 if(VOREL_WINDOWS)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets WebEngineWidgets)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Multimedia Widgets WebEngineWidgets)
 endif()
 
 add_library(vorel_settings INTERFACE)

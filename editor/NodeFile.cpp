@@ -106,6 +106,13 @@ private:
     QString m_strPath;
 };
 
+/// As the desktop calls it, and by its extension where it knows no name.
+QString KindOfFile(const QString& strExtension) {
+    const QString strName = Platform::GetFileTypeName(strExtension);
+    return strName.isEmpty() ? EditorTexts::c_strUnknownKind.arg(strExtension.mid(1).toUpper()).trimmed()
+                             : strName;
+}
+
 void Convert(const QString& strSource, const QString& strPage, IWalkFilter* pFilter) {
     const EConversion eEnd =
         Torvane::Office::SaveOfficeFileAsHtm(strSource, strPage, [pFilter] { return !pFilter->Cancelled(); });
@@ -131,13 +138,21 @@ void Convert(const QString& strSource, const QString& strPage, IWalkFilter* pFil
 
 } // namespace
 
+QString VideoObstacle(bool bRecording, bool bHasPlayer, bool bHasEncoder) {
+    if (!bRecording)
+        return bHasPlayer ? EditorTexts::c_strNoVideoPreview : EditorTexts::c_strNoPlayerForPreview;
+    if (!bHasEncoder)
+        return EditorTexts::c_strNoEncoderForRecording;
+    return bHasPlayer ? EditorTexts::c_strNoVideoRecording : EditorTexts::c_strNoPlayerForRecording;
+}
+
 std::optional<Card> CardOf(const CBookNode& node) {
     Card card;
     switch (node.GetType()) {
     case NodeType::c_nExternalFile: {
         const QString strPath = node.GetContentPath();
         CBookDatabase& store = *node.GetCourse().GetDatabase();
-        card.strKind = Platform::GetFileTypeName(Torvane::File::Extension(strPath));
+        card.strKind = KindOfFile(Torvane::File::Extension(strPath));
         card.FileName = store.GetFileName(node.GetId());
         card.Comment = store.GetComment(node.GetId());
         card.strFirstButton = EditorTexts::c_strDownload;

@@ -138,12 +138,24 @@ inline const QString c_strToHtml = QStringLiteral("转化为HTML(&H)");
 inline const QString c_strVideo = QStringLiteral("视频");
 inline const QString c_strPreviewVideo = QStringLiteral("预览(&V)");
 inline const QString c_strRecordAgain = QStringLiteral("重录(&E)");
+inline const QString c_strNoPlayerForPreview =
+    QStringLiteral("系统检测到您的计算机没有安装Windows Media Player 9, 无法预览视频。");
+inline const QString c_strNoEncoderForRecording =
+    QStringLiteral("系统检测到您的计算机没有安装Windows Media Encoder 9, 无法启动视频制作工具。\n "
+                   "请您安装后再次运行。");
+inline const QString c_strNoPlayerForRecording =
+    QStringLiteral("系统检测到您的计算机没有安装Windows Media Player 9, 无法启动视频制作工具。\n "
+                   "请您安装后再次运行。");
+inline const QString c_strNoVideoPreview = QStringLiteral("本版本还不能预览视频课件。");
+inline const QString c_strNoVideoRecording = QStringLiteral("本版本还不能录制视频课件。");
+inline const QString c_strUnknownKind = QStringLiteral("%1 文件");
 inline const QString c_strDownloadTitle = QStringLiteral("下载");
 inline const QString c_strSavingAsHtml = QStringLiteral("正在另存为HTML页...");
 inline const QString c_strNoFileName = QStringLiteral("获取文件名失败！");
 inline const QString c_strNotConverted = QStringLiteral("另存为HTML失败！");
 inline const QString c_strNotCreated = QStringLiteral("创建栏目文件失败！");
 
+inline const QString c_strContent = QStringLiteral("内容");
 inline const QString c_strOpenOutside = QStringLiteral("在系统浏览器中打开：%1");
 
 } // namespace EditorTexts

@@ -7,7 +7,8 @@ set -euo pipefail
 build=(
   ccache cmake g++ ninja-build pkg-config
   libarchive-dev libcurl4-openssl-dev libgumbo-dev libpng-dev libx11-dev libsqlite3-dev libsqlitecpp-dev libssl-dev
-  libqt6opengl6-dev libgl-dev qt6-base-dev qt6-webengine-dev qt6-webengine-dev-tools qt6-translations-l10n
+  libavcodec-dev libavformat-dev libavutil-dev libswscale-dev
+  libqt6opengl6-dev libgl-dev qt6-base-dev qt6-multimedia-dev qt6-webengine-dev qt6-webengine-dev-tools qt6-translations-l10n
   sqlite3 libgtest-dev libgmock-dev
   # What converts Office files, without windows of its own, and draws the slides.
   libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui poppler-utils

@@ -3,15 +3,19 @@
 #include "editor/DisplayRules.h"
 #include "editor/NodeFile.h"
 #include "editor/Texts.h"
+#include "editor/ui/ContentWindow.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/SysInfo.h"
+#include "platform/base/MediaTools.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/DialogParts.h"
 
+#include <QCoreApplication>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QPlainTextEdit>
@@ -82,6 +86,10 @@ CEmptyView::CEmptyView(INodeViewHost& host, QWidget* pParent) : CBookShowView(ho
     PaintWith(*this, c_paleBlue);
 }
 
+void CEmptyView::ShowNode() {
+    CContentWindow::CloseAll(window());
+}
+
 CNothingView::CNothingView(INodeViewHost& host, QWidget* pParent) : CBookShowView(host, pParent) {
     setObjectName(QStringLiteral("CNothingView"));
     PaintWith(*this, c_paleBlue);
@@ -94,7 +102,7 @@ CNothingView::CNothingView(INodeViewHost& host, QWidget* pParent) : CBookShowVie
     pCard->addWidget(pPicture, 0, Qt::AlignHCenter);
     MakePrompt(*pCard)->setText(EditorTexts::c_strNoContentPrompt);
     auto* pCreate = new QPushButton(EditorTexts::c_strCreateContent);
-    pCreate->setObjectName(QStringLiteral("createContent"));
+    DialogParts::SetNames(pCreate, "createContent", EditorTexts::c_strCreateContent);
     pCard->addWidget(pCreate, 0, Qt::AlignHCenter);
     connect(pCreate, &QPushButton::clicked, this, [this] { m_host.RunCommand(c_nCommandCreate); });
 }
@@ -105,7 +113,7 @@ CPromptView::CPromptView(INodeViewHost& host, QWidget* pParent) : CBookShowView(
     QVBoxLayout* pCard = MakeCard(*this);
     m_pText = MakePrompt(*pCard);
     m_pRefresh = new QPushButton(EditorTexts::c_strRefresh);
-    m_pRefresh->setObjectName(QStringLiteral("refresh"));
+    DialogParts::SetNames(m_pRefresh, "refresh", EditorTexts::c_strRefresh);
     pCard->addWidget(m_pRefresh, 0, Qt::AlignHCenter);
     connect(m_pRefresh, &QPushButton::clicked, this, &CPromptView::Refresh);
 }
@@ -181,17 +189,61 @@ void CToolBtnView::ShowCard() {
     m_pDownload->setText(card->strFirstButton);
     m_pEdit->setText(card->strSecondButton);
     m_pToHtml->setVisible(card->bOffice);
-    // Lectures are neither played nor recorded.
-    const bool bFile = m_pNode->GetType() == NodeType::c_nExternalFile;
-    m_pDownload->setEnabled(bFile);
-    m_pEdit->setEnabled(bFile);
+    for (QPushButton* pButton : {m_pDownload, m_pEdit, m_pToHtml})
+        pButton->setAccessibleName(DialogParts::NameOf(pButton->text()));
+}
+
+/// The button whose letter this is.
+QPushButton* CToolBtnView::ButtonFor(const QKeyEvent& key) const {
+    if (key.modifiers() != Qt::AltModifier)
+        return nullptr;
+    for (QPushButton* pButton : {m_pDownload, m_pEdit, m_pToHtml}) {
+        if (pButton->isVisible() && pButton->isEnabled() &&
+            QKeySequence::mnemonic(pButton->text()) == QKeySequence(Qt::ALT | Qt::Key(key.key())))
+            return pButton;
+    }
+    return nullptr;
+}
+
+// The letters are those of menus as well. While the person is in the view they are the view's.
+bool CToolBtnView::event(QEvent* pEvent) {
+    if (pEvent->type() == QEvent::ShortcutOverride && ButtonFor(static_cast<const QKeyEvent&>(*pEvent))) {
+        pEvent->accept();
+        return true;
+    }
+    return CBookShowView::event(pEvent);
+}
+
+void CToolBtnView::keyPressEvent(QKeyEvent* pEvent) {
+    if (QPushButton* pButton = ButtonFor(*pEvent)) {
+        pButton->setFocus(Qt::ShortcutFocusReason);
+        pButton->click();
+    } else {
+        CBookShowView::keyPressEvent(pEvent);
+    }
+}
+
+void CToolBtnView::TellOfVideo(CBookNode& node, bool bRecording) {
+    const QPointer<CToolBtnView> pSelf(this);
+    const bool bPlayer = Platform::HasMediaPlayer(QCoreApplication::libraryPaths());
+    m_people.Notice(NodeFile::VideoObstacle(bRecording, bPlayer, Platform::HasMediaEncoder()));
+    // Nothing is being recorded that could be waited for.
+    if (bRecording && pSelf != nullptr)
+        m_host.ShowNodeView(KindView(node), &node);
 }
 
 void CToolBtnView::Download(CBookNode& node) {
+    if (node.GetType() == NodeType::c_nVideo)
+        return TellOfVideo(node, false);
     m_host.ShowNodeView(EViewKind::ShowContent, &node, ContentCode::c_nDownload);
 }
 
 void CToolBtnView::Edit(CBookNode& node) {
+    if (node.GetType() == NodeType::c_nVideo) {
+        if (m_host.ShowNodeView(EViewKind::Prompt, &node, PromptCode::c_nRecorder))
+            TellOfVideo(node, true);
+        return;
+    }
     if (m_host.ShowNodeView(EViewKind::Prompt, &node, PromptCode::c_nExternalEditor) &&
         !NodeFile::OpenInProgram(node, m_people))
         m_host.ShowNodeView(KindView(node), &node);

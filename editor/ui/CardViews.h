@@ -7,12 +7,12 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 
-/// Shown when no course is open: nothing but its colour.
+/// Shown when no course is open: nothing but its colour. The windows of the course that was open go.
 class CEmptyView : public CBookShowView {
     Q_OBJECT
 public:
     CEmptyView(INodeViewHost& host, QWidget* pParent);
-    void ShowNode() override {}
+    void ShowNode() override;
 };
 
 /// Invites to give an empty node its content.
@@ -44,7 +44,13 @@ public:
     CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent);
     void ShowNode() override;
 
+protected:
+    bool event(QEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+
 private:
+    QPushButton* ButtonFor(const QKeyEvent& key) const;
+    void TellOfVideo(CBookNode& node, bool bRecording);
     QPushButton* AddButton(const QString& strName, void (CToolBtnView::*pStep)(CBookNode&));
     void ShowCard();
     void Download(CBookNode& node);

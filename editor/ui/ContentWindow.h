@@ -5,10 +5,10 @@
 #include <QStringList>
 #include <QWidget>
 
-class CWebBrowser2Ex;
+class CContentPane;
 
 /// A window of its own for a node's content. It goes when the person closes it, and at the latest with the
-/// window it was opened from.
+/// course and with the window it was opened from.
 class CContentWindow : public QWidget {
     Q_OBJECT
 public:
@@ -16,11 +16,17 @@ public:
     /// or a URL.
     static void Open(const QString& strTitle, const QString& strTarget, const QStringList& allowedFolders,
                      bool bNetwork, DisplayRules::EWindowForm form, QWidget* pOpener);
-
-protected:
-    void keyPressEvent(QKeyEvent* pEvent) override;
+    /// The same for what a page wants to open: a local URL, in a normal window and without the network. A
+    /// page gets a second window only for a second page; a film takes the place of the last one.
+    static void OpenForPage(const QString& strTitle, const QString& strUrl, const QStringList& allowedFolders,
+                            QWidget* pOpener);
+    /// Closes every window that was opened from this one.
+    static void CloseAll(QWidget* pOpener);
 
 private:
     explicit CContentWindow(QWidget* pOpener);
-    CWebBrowser2Ex* m_pBrowser;
+    void Load(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork);
+
+    CContentPane* m_pPane;
+    bool m_bMediaOfPage = false;
 };

@@ -2,6 +2,7 @@
 
 #include "editor/Download.h"
 #include "editor/Texts.h"
+#include "editor/ui/ContentWindow.h"
 #include "editor/ui/EditorToolBars.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/Files.h"
@@ -75,6 +76,12 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
         ShowStates();
     });
     connect(m_pDesign, &CWebBrowser2Ex::PageLost, this, &CEditorView::PageLost);
+    m_pPreview->SetMediaReplaced(true);
+    connect(m_pPreview, &CWebBrowser2Ex::NewWindowRequested, this, [this](const QString& strUrl) {
+        if (m_pNode != nullptr)
+            CContentWindow::OpenForPage(m_pNode->GetTitle(), strUrl, m_pPreview->GetAllowedFolders(),
+                                        window());
+    });
     connect(m_pPreview, &CWebBrowser2Ex::PageLost, this, &CEditorView::PreviewLost);
     connect(m_pSource, &QPlainTextEdit::textChanged, this, [this] { m_keeper.Touch(); });
     // Cut behind the change: in the middle of it the box must be left alone.

@@ -35,4 +35,24 @@ inline const QString c_strPageFailed = QStringLiteral("对不起，无法显示�
 inline const QString c_strPageTimeOut = QStringLiteral("对不起，打开该页面超时：");
 inline const QString c_strNoNetwork = QStringLiteral("该页面位于网络上，现在不允许访问网络：");
 
+// The player, and what stands in its place for a file that nothing here shows.
+inline const QString c_strPlay = QStringLiteral("播放(&P)");
+inline const QString c_strPause = QStringLiteral("暂停(&P)");
+inline const QString c_strPlaceInMedia = QStringLiteral("播放位置");
+inline const QString c_strVolume = QStringLiteral("音量(&L)：");
+inline const QString c_strOpenInProgram = QStringLiteral("用其他程序打开(&O)");
+inline const QString c_strMediaOpening = QStringLiteral("正在打开...");
+inline const QString c_strMediaNotReadable =
+    QStringLiteral("对不起，这个文件不存在、是空的，或者不允许读取。");
+inline const QString c_strMediaDamaged =
+    QStringLiteral("对不起，无法播放这个文件：文件可能已经损坏，或者使用了不支持的格式。");
+inline const QString c_strMediaNoSound =
+    QStringLiteral("对不起，没有找到声音设备，无法播放这个声音文件。\n请您连接耳机或音箱后再试。");
+inline const QString c_strNoPlayer =
+    QStringLiteral("播放组件无法加载，不能播放视频和声音。\n请您重新安装本程序后再试。");
+inline const QString c_strKindOfFile = QStringLiteral("这是%1。");
+inline const QString c_strAFile = QStringLiteral("一个文件");
+inline const QString c_strNotShownHere = QStringLiteral("本程序不能显示这种文件，您可以用其他程序打开它。");
+inline const QString c_strNoProgram = QStringLiteral("没有能够打开文件 %1 的程序。");
+
 } // namespace UiTexts

@@ -142,7 +142,8 @@ bool CWebBrowser2Ex::EnsureDocument() {
 }
 
 void CWebBrowser2Ex::ApplyAccess(bool bWebPage) {
-    m_pEngine->SetAccess({m_allowedFolders, m_bEditing, m_bNetwork, bWebPage, m_bFollowsLinks});
+    m_pEngine->SetAccess({m_allowedFolders, m_bEditing, m_bNetwork, bWebPage, m_bFollowsLinks,
+                          !m_bEditing || m_bReplaceMedia});
 }
 
 bool CWebBrowser2Ex::ShowFailure(const QString& strText) {

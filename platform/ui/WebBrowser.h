@@ -42,10 +42,16 @@ public:
     /// Lets a click on a link lead on while bEditing as well, for a preview of what is edited. Holds from the
     /// next navigation on; off at first.
     void SetFollowsLinks(bool bFollows);
+    const QStringList& GetAllowedFolders() const { return m_allowedFolders; }
     /// Lets pages use the network: for a node for which the teacher allowed it, and for external links.
     /// Without it an http address is refused. Web pages stand in a profile of their own, which shares nothing
     /// with the course and reads nothing from the disk. Holds from the next navigation on; off at first.
     void SetNetworkAllowed(bool bAllowed);
+
+    /// A page that is edited shows its media as they stand in it; any other has cards in place of those that
+    /// the engine can't play, whose click asks for a new window with the file. True: also the page of a
+    /// surface that is set to editing, because it is only looked at. Holds from the next navigation on.
+    void SetMediaReplaced(bool bReplaced) { m_bReplaceMedia = bReplaced; }
 
     /// Loads a path, a file or web URL or "about:blank" and returns when loading has ended. False when it
     /// failed or the time limit passed; the surface then shows a page that says so, and GetURL gives
@@ -165,6 +171,7 @@ private:
     bool m_bEditing = false;
     bool m_bNetwork = false;
     bool m_bFollowsLinks = false;
+    bool m_bReplaceMedia = false;
     /// Whether the engine holds a document that the program asked for: false before the first page and while
     /// the page of a failure shows.
     bool m_bPageLoaded = false;

@@ -37,6 +37,8 @@ struct SEngineAccess {
     bool bWebPage = false;
     /// A click on a link leads on even while editing.
     bool bFollowsLinks = false;
+    /// Media that the engine can't play give way to cards, whose click is a wish for a new window.
+    bool bReplaceMedia = false;
 
     bool operator==(const SEngineAccess&) const = default;
 };

@@ -106,4 +106,13 @@ TEST_F(NodeFileTest, ADocumentBecomesAPageAsAWholeOrNotAtAll) {
     EXPECT_EQ(Temporaries(), QStringList());
 }
 
+TEST(VideoObstacle, TheFirstMissingToolIsNamed) {
+    const QString strPreview = u"系统检测到您的计算机没有安装Windows Media Player 9, 无法预览视频。"_s;
+    const QString strRecord = u"系统检测到您的计算机没有安装Windows Media %1 9, 无法启动视频制作工具。\n "
+                              "请您安装后再次运行。"_s;
+    EXPECT_EQ(NodeFile::VideoObstacle(false, false, true), strPreview);
+    EXPECT_EQ(NodeFile::VideoObstacle(true, false, false), strRecord.arg(u"Encoder"_s));
+    EXPECT_EQ(NodeFile::VideoObstacle(true, false, true), strRecord.arg(u"Player"_s));
+}
+
 } // namespace

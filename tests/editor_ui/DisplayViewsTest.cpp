@@ -1,6 +1,8 @@
 #include "editor/ui/DisplayViews.h"
 
+#include "editor/NodeFile.h"
 #include "foundation/Urls.h"
+#include "platform/base/MediaTools.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 #include "tests/support/WindowHelp.h"
@@ -155,7 +157,17 @@ TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
     show(*pVideo);
     EXPECT_EQ(Child<QLabel>(*pView, u"fileKind"_s).text(), u"视频"_s);
     EXPECT_EQ(Child<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
-    EXPECT_FALSE(toHtml.isVisible() || edit.isEnabled());
+    EXPECT_FALSE(toHtml.isVisible());
+    // What can't be done yet is said, and the card comes back.
+    const CRecordingHost::Shown card{EViewKind::ToolButtons, pVideo->GetId(), 0};
+    m_world.People.Expect(NodeFile::VideoObstacle(
+        false, Platform::HasMediaPlayer(QCoreApplication::libraryPaths()), Platform::HasMediaEncoder()));
+    QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
+    m_world.People.Expect(NodeFile::VideoObstacle(
+        true, Platform::HasMediaPlayer(QCoreApplication::libraryPaths()), Platform::HasMediaEncoder()));
+    // The letter is the menu's, too; in the view it is the button's.
+    QTest::keyClick(&Child<QWidget>(*pView, u"fileComment"_s), Qt::Key_E, Qt::AltModifier);
+    EXPECT_EQ(m_world.Host.Last(), card);
 }
 
 // No browser shows the file: it is saved, and the pane goes back to what else can be done; likewise behind

@@ -1,5 +1,6 @@
 #include "platform/ui/engine/SurfacePage.h"
 
+#include "platform/ui/MediaKinds.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/engine/NetGate.h"
 
@@ -103,6 +104,28 @@ void CSurfacePage::SettleAtAnchors() {
     scripts().insert(script);
 }
 
+void CSurfacePage::SetMediaReplaced(bool bReplaced) {
+    const QString strName = QStringLiteral("media");
+    const QList<QWebEngineScript> known = scripts().find(strName);
+    if (known.isEmpty() != bReplaced)
+        return;
+    if (!bReplaced) {
+        scripts().remove(known.first());
+        return;
+    }
+    QFile file(QStringLiteral(":/vorel/media.js"));
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    QWebEngineScript script;
+    script.setName(strName);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(QString::fromUtf8(file.readAll()) +
+                         QStringLiteral("(%1, '%2');").arg(MediaKinds::AsJson(), MediaToken()));
+    scripts().insert(script);
+}
+
 void CSurfacePage::RefuseWishes() {
     connect(this, &QWebEnginePage::featurePermissionRequested, this,
             [this](const QUrl& origin, Feature what) {
@@ -145,13 +168,23 @@ bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type,
     // The guard redirects to the letter case of the disk.
     const bool bByLink = type == NavigationTypeLinkClicked || type == NavigationTypeRedirect;
     const bool bMayLead = !m_bEditing || (m_bFollowsLinks && bByLink);
-    if (bMainFrame && (!bMayLead || GoToMeant(url)))
+    if ((bMayLead && bByLink && LeaveToProgram(url)) || (bMainFrame && (!bMayLead || GoToMeant(url))))
         return false;
     const auto resource = bMainFrame ? CAccessRules::EResource::MainPage : CAccessRules::EResource::Frame;
     const bool bAllowed = m_guard.Rules().Judge(url, resource).Kind != CAccessRules::SVerdict::EKind::Refuse;
     if (!bAllowed && type == NavigationTypeLinkClicked && m_guard.Rules().MayOpen(url))
         Q_EMIT WantsNewWindow(url);
     return bAllowed;
+}
+
+/// A link to a file that the engine would only offer to download is the program's.
+bool CSurfacePage::LeaveToProgram(const QUrl& url) {
+    const QUrl meant = SurfaceUrls::MeantByLink(url);
+    if (!meant.isLocalFile() || MediaKinds::OfFile(meant.path()).Way == MediaKinds::EWay::Browser ||
+        !m_guard.Rules().MayOpen(meant))
+        return false;
+    Q_EMIT WantsNewWindow(meant);
+    return true;
 }
 
 /// A link may hold what ends a path in an address as part of a file's name: links into a course are written
@@ -188,6 +221,13 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
         Q_EMIT CaretMoved();
     else if (strText == FrameToken())
         Q_EMIT FrameShown();
+    else if (strText.startsWith(MediaToken()))
+        TellMedium(QUrl(strText.mid(MediaToken().size())));
+}
+
+void CSurfacePage::TellMedium(const QUrl& url) {
+    if (m_guard.Rules().MayOpen(url))
+        Q_EMIT WantsNewWindow(url);
 }
 
 QStringList CSurfacePage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {

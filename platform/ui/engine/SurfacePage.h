@@ -34,6 +34,8 @@ public:
 
     /// While a page is being edited it stays where it is, unless a click on a link may lead on.
     void SetEditing(bool bEditing, bool bFollowsLinks);
+    /// Holds from the next load on: media that can't be played give way to cards.
+    void SetMediaReplaced(bool bReplaced);
     /// The program's own loads are told apart from those that the page starts.
     void SetProgramLoads(bool bLoads) { m_bProgramLoads = bLoads; }
     /// For a moment a new window is the program's wish and not the page's.
@@ -62,8 +64,12 @@ private:
     void RefuseWishes();
     void ReportFrames();
     void SettleAtAnchors();
+    bool LeaveToProgram(const QUrl& url);
     bool GoToMeant(const QUrl& url);
     QString FrameToken() const { return m_strToken + QStringLiteral("-frame"); }
+    /// Before the URL of a medium that the person clicked on.
+    QString MediaToken() const { return m_strToken + QStringLiteral("-media "); }
+    void TellMedium(const QUrl& url);
     void OnNewWindow(const QWebEngineNewWindowRequest& request);
 
     CRequestGuard& m_guard;

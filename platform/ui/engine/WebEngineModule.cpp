@@ -239,6 +239,7 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     rules.SetProgramPage(url);
     m_pGuard->SetRules(rules);
     m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
+    m_pPage->SetMediaReplaced(m_access.bReplaceMedia);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, url, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())

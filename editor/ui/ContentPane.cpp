@@ -1,0 +1,117 @@
+#include "editor/ui/ContentPane.h"
+
+#include "content/Texts.h"
+#include "editor/Texts.h"
+#include "editor/ui/ContentWindow.h"
+#include "platform/base/FileOpening.h"
+#include "platform/base/NativePath.h"
+#include "platform/ui/MediaKinds.h"
+#include "platform/ui/MediaView.h"
+#include "platform/ui/QtPeople.h"
+#include "platform/ui/SurfaceUrls.h"
+#include "platform/ui/ThreadHeld.h"
+#include "platform/ui/WebBrowser.h"
+
+#include <QDesktopServices>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int c_nRetryMs = 200;
+constexpr int c_nShownUrlWidth = 600;
+const QLatin1StringView c_strBlank("about:blank");
+
+} // namespace
+
+CContentPane::CContentPane(QWidget* pParent)
+    : QWidget(pParent), m_pStack(new QStackedWidget(this)), m_pBrowser(new CWebBrowser2Ex(m_pStack)),
+      m_pOpenOutside(new QPushButton(this)) {
+    setObjectName(QStringLiteral("contentPane"));
+    m_pBrowser->setObjectName(QStringLiteral("content"));
+    m_pBrowser->setAccessibleName(EditorTexts::c_strContent);
+    m_pOpenOutside->setObjectName(QStringLiteral("openOutside"));
+    m_pOpenOutside->hide();
+    m_pStack->addWidget(m_pBrowser);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    pLayout->addWidget(m_pOpenOutside);
+    pLayout->addWidget(m_pStack, 1);
+    setFocusProxy(m_pBrowser);
+    connect(m_pBrowser, &CWebBrowser2Ex::NewWindowRequested, this, &CContentPane::TakeNewWindow);
+    connect(m_pOpenOutside, &QPushButton::clicked, this, [this] {
+        m_pOpenOutside->hide();
+        QDesktopServices::openUrl(QUrl(m_strOutsideUrl));
+    });
+}
+
+void CContentPane::Show(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork) {
+    m_pOpenOutside->hide();
+    m_bCleared = false;
+    m_allowedFolders = allowedFolders;
+    const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(strTarget));
+    if (!strPath.isEmpty() && MediaKinds::OfFile(strPath).Way != MediaKinds::EWay::Browser) {
+        if (m_pMedia == nullptr) {
+            m_pMedia = new CMediaView(m_pStack);
+            m_pStack->addWidget(m_pMedia);
+            connect(m_pMedia, &CMediaView::OpenOutside, this, &CContentPane::OpenInProgram);
+        }
+        m_pStack->setCurrentWidget(m_pMedia);
+        setFocusProxy(m_pMedia);
+        m_pMedia->ShowFile(strPath);
+        // The page of before is out of sight, not yet out of hearing.
+        ClearPage();
+        return;
+    }
+    m_pStack->setCurrentWidget(m_pBrowser);
+    setFocusProxy(m_pBrowser);
+    m_pBrowser->SetAllowedFolders(allowedFolders, false);
+    m_pBrowser->SetNetworkAllowed(bNetwork);
+    m_pBrowser->NavigateAndWait(strTarget);
+}
+
+void CContentPane::Clear() {
+    m_bCleared = true;
+    if (m_pMedia != nullptr)
+        m_pMedia->Clear();
+    ClearPage();
+}
+
+/// Loading waits, so that it is done from the event loop, and when no other surface is waiting.
+void CContentPane::ClearPage() {
+    QString strUrl;
+    const bool bIdle = m_bCleared || m_pStack->currentWidget() != m_pBrowser;
+    if (!bIdle || !m_pBrowser->GetURL(strUrl) || strUrl == c_strBlank)
+        return;
+    if (IsThreadHeld())
+        QTimer::singleShot(c_nRetryMs, this, &CContentPane::ClearPage);
+    else
+        m_pBrowser->NavigateAndWait(c_strBlank);
+}
+
+void CContentPane::TakeNewWindow(const QString& strUrl) {
+    const QUrl url(strUrl);
+    if (url.scheme() == QLatin1StringView("http") || url.scheme() == QLatin1StringView("https")) {
+        m_strOutsideUrl = strUrl;
+        const QString strShown =
+            fontMetrics().elidedText(url.toDisplayString(), Qt::ElideMiddle, c_nShownUrlWidth);
+        m_pOpenOutside->setText(
+            EditorTexts::c_strOpenOutside.arg(QString(strShown).replace(u'&', QStringLiteral("&&"))));
+        m_pOpenOutside->setToolTip(url.toDisplayString().toHtmlEscaped());
+        m_pOpenOutside->show();
+    } else if (!m_bCleared) {
+        CContentWindow::OpenForPage(m_strTitle, strUrl, m_allowedFolders, window());
+    }
+}
+
+void CContentPane::OpenInProgram(const QString& strPath) {
+    if (Platform::OpenWithVerb(strPath))
+        return;
+    CQtPeople people;
+    people.SetParent(this);
+    people.Error(ContentText::c_strFileNotOpened.arg(Platform::ToShown(strPath)));
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+class CMediaView;
+class CWebBrowser2Ex;
+class QPushButton;
+class QStackedWidget;
+
+/// Shows content for looking at: what the browser engine shows in the browser surface, and every other file
+/// in the player or as what it is. A window that a page wants opens at once when it is of the course's own;
+/// an address of the web comes from a page that nobody has vouched for, so it is offered, and the teacher
+/// decides.
+class CContentPane : public QWidget {
+    Q_OBJECT
+public:
+    explicit CContentPane(QWidget* pParent);
+
+    /// The title of the windows that pages open.
+    void SetTitle(const QString& strTitle) { m_strTitle = strTitle; }
+    /// Loads the target, a path in backslash form or a URL, and returns when that has ended. The folders are
+    /// what a page may read. The pane may be gone when this returns.
+    void Show(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork);
+    /// What shows and sounds ends: at once, or when no surface waits for its engine any more.
+    void Clear();
+
+private:
+    void ClearPage();
+    void TakeNewWindow(const QString& strUrl);
+    void OpenInProgram(const QString& strPath);
+
+    QString m_strTitle;
+    QStringList m_allowedFolders;
+    QStackedWidget* m_pStack;
+    CWebBrowser2Ex* m_pBrowser;
+    CMediaView* m_pMedia = nullptr;
+    /// Offers an address of the web that the page asked for.
+    QPushButton* m_pOpenOutside;
+    QString m_strOutsideUrl;
+    bool m_bCleared = true;
+};

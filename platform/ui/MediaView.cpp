@@ -1,0 +1,227 @@
+#include "platform/ui/MediaView.h"
+
+#include "platform/base/NativePath.h"
+#include "platform/ui/DialogParts.h"
+#include "platform/ui/MediaKinds.h"
+#include "platform/ui/MediaPlayer.h"
+#include "platform/ui/Texts.h"
+
+#include <QHBoxLayout>
+#include <QHideEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <limits>
+
+namespace {
+
+constexpr int c_nMargin = 8;
+constexpr int c_nStepMs = 5000;
+constexpr int c_nPageMs = 30000;
+constexpr int c_nVolumeWidth = 90;
+constexpr int c_nSecondMs = 1000;
+constexpr int c_nMinute = 60;
+
+/// "1:02:03", and "2:03" where there are no hours.
+QString TimeText(qint64 nMilliseconds) {
+    const qint64 nSeconds = nMilliseconds / c_nSecondMs;
+    const QString strTail = QStringLiteral("%1:%2")
+                                .arg(nSeconds / c_nMinute % c_nMinute, 1, 10, QLatin1Char('0'))
+                                .arg(nSeconds % c_nMinute, 2, 10, QLatin1Char('0'));
+    const qint64 nHours = nSeconds / c_nMinute / c_nMinute;
+    return nHours == 0 ? strTail : QStringLiteral("%1:%2").arg(nHours).arg(strTail, 5, QLatin1Char('0'));
+}
+
+QString FileName(const QString& strPath) {
+    const QString strShown = Platform::ToShown(strPath);
+    return strShown.mid(strShown.lastIndexOf(u'/') + 1);
+}
+
+} // namespace
+
+CMediaView::CMediaView(QWidget* pParent)
+    : QWidget(pParent), m_pPlayer(new CMediaPlayer), m_pStack(new QStackedWidget(this)), m_pText(new QLabel) {
+    setObjectName(QStringLiteral("mediaView"));
+    m_pText->setObjectName(QStringLiteral("mediaText"));
+    m_pText->setTextFormat(Qt::PlainText);
+    m_pText->setAlignment(Qt::AlignCenter);
+    m_pText->setWordWrap(true);
+    m_pText->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_pText->setMargin(c_nMargin);
+    m_pText->setBackgroundRole(QPalette::Base);
+    m_pText->setForegroundRole(QPalette::Text);
+    m_pText->setAutoFillBackground(true);
+    m_pStack->addWidget(m_pPlayer);
+    m_pStack->addWidget(m_pText);
+    m_pTransport = MakeTransport();
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    pLayout->addWidget(m_pStack, 1);
+    pLayout->addWidget(m_pTransport);
+    pLayout->addWidget(MakeFoot());
+    ConnectPlayer();
+    setFocusProxy(m_pPlay);
+}
+
+QWidget* CMediaView::MakeTransport() {
+    auto* pRow = new QWidget(this);
+    auto* pLayout = new QHBoxLayout(pRow);
+    pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, 0);
+    m_pPlay = DialogParts::Named(new QPushButton(UiTexts::c_strPlay, pRow), "mediaPlay", UiTexts::c_strPlay);
+    m_pPlace =
+        DialogParts::Named(new QSlider(Qt::Horizontal, pRow), "mediaPlace", UiTexts::c_strPlaceInMedia);
+    m_pPlace->setToolTip(UiTexts::c_strPlaceInMedia);
+    m_pPlace->setSingleStep(c_nStepMs);
+    m_pPlace->setPageStep(c_nPageMs);
+    m_pTime = new QLabel(pRow);
+    m_pTime->setObjectName(QStringLiteral("mediaTime"));
+    m_pVolume = DialogParts::Named(new QSlider(Qt::Horizontal, pRow), "mediaVolume", UiTexts::c_strVolume);
+    m_pVolume->setRange(0, 100);
+    m_pVolume->setValue(100);
+    m_pVolume->setPageStep(10);
+    m_pVolume->setFixedWidth(c_nVolumeWidth);
+    pLayout->addWidget(m_pPlay);
+    pLayout->addWidget(m_pPlace, 1);
+    pLayout->addWidget(m_pTime);
+    pLayout->addSpacing(c_nMargin);
+    pLayout->addWidget(DialogParts::LabelFor(UiTexts::c_strVolume, m_pVolume));
+    pLayout->addWidget(m_pVolume);
+    return pRow;
+}
+
+QWidget* CMediaView::MakeFoot() {
+    auto* pRow = new QWidget(this);
+    auto* pLayout = new QHBoxLayout(pRow);
+    pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
+    m_pName = new QLabel(pRow);
+    m_pName->setObjectName(QStringLiteral("mediaName"));
+    m_pName->setTextFormat(Qt::PlainText);
+    m_pName->setMinimumWidth(1);
+    m_pOutside = DialogParts::Named(new QPushButton(UiTexts::c_strOpenInProgram, pRow), "mediaOutside",
+                                    UiTexts::c_strOpenInProgram);
+    connect(m_pOutside, &QPushButton::clicked, this, [this] {
+        m_pPlayer->Pause();
+        if (!m_strPath.isEmpty())
+            Q_EMIT OpenOutside(m_strPath);
+    });
+    pLayout->addWidget(m_pName, 1);
+    pLayout->addWidget(m_pOutside);
+    return pRow;
+}
+
+void CMediaView::ConnectPlayer() {
+    connect(m_pPlay, &QPushButton::clicked, this, &CMediaView::Toggle);
+    connect(m_pVolume, &QSlider::valueChanged, m_pPlayer, &CMediaPlayer::SetVolume);
+    connect(m_pPlace, &QSlider::valueChanged, m_pPlayer, [this](int nValue) { m_pPlayer->Seek(nValue); });
+    connect(m_pPlayer, &CMediaPlayer::Loaded, this, [this] {
+        m_pPlay->setEnabled(true);
+        m_pPlace->setEnabled(m_pPlayer->CanSeek());
+        // Sound alone has no picture: its place says what is playing.
+        if (m_pPlayer->HasPicture())
+            m_pStack->setCurrentWidget(m_pPlayer);
+        else
+            m_pText->setText(MediaKinds::OfFile(m_strPath).strName + u'\n' + FileName(m_strPath));
+        ShowPosition();
+    });
+    connect(m_pPlayer, &CMediaPlayer::StateChanged, this, &CMediaView::ShowState);
+    connect(m_pPlayer, &CMediaPlayer::PositionChanged, this, &CMediaView::ShowPosition);
+    connect(m_pPlayer, &CMediaPlayer::Failed, this, &CMediaView::Tell);
+}
+
+void CMediaView::ShowFile(const QString& strPath) {
+    m_strPath = strPath;
+    ShowName();
+    const MediaKinds::SKind kind = MediaKinds::OfFile(strPath);
+    if (kind.Way != MediaKinds::EWay::Player) {
+        m_pPlayer->Unload();
+        Tell(UiTexts::c_strNotShownHere);
+        return;
+    }
+    m_pText->setText(UiTexts::c_strMediaOpening);
+    m_pStack->setCurrentWidget(m_pText);
+    m_pTransport->show();
+    m_pPlay->setEnabled(false);
+    m_pPlace->setEnabled(false);
+    m_pPlayer->Load(strPath);
+    ShowState();
+    ShowPosition();
+    m_pPlayer->Play();
+}
+
+void CMediaView::Clear() {
+    m_strPath.clear();
+    m_pPlayer->Unload();
+    Tell(QString());
+    ShowName();
+}
+
+/// What the file is, and why it doesn't show.
+void CMediaView::Tell(const QString& strText) {
+    const QString strKind = MediaKinds::OfFile(m_strPath).strName;
+    const QString strWhat = UiTexts::c_strKindOfFile.arg(strKind.isEmpty() ? UiTexts::c_strAFile : strKind);
+    m_pText->setText(m_strPath.isEmpty() ? QString()
+                                         : FileName(m_strPath) + u"\n\n" + strWhat + u'\n' + strText);
+    m_pStack->setCurrentWidget(m_pText);
+    const bool bHadFocus = m_pTransport->isAncestorOf(focusWidget());
+    m_pTransport->hide();
+    if (bHadFocus)
+        m_pOutside->setFocus();
+}
+
+void CMediaView::ShowName() {
+    const QString strName = FileName(m_strPath);
+    m_pName->setText(m_pName->fontMetrics().elidedText(strName, Qt::ElideMiddle, m_pName->width()));
+    m_pName->setAccessibleName(strName);
+    m_pName->setToolTip(Platform::ToShown(m_strPath).toHtmlEscaped());
+    m_pOutside->setEnabled(!m_strPath.isEmpty());
+}
+
+void CMediaView::ShowState() {
+    const bool bPlaying = m_pPlayer->GetState() == EMediaState::Playing;
+    const QString& strText = bPlaying ? UiTexts::c_strPause : UiTexts::c_strPlay;
+    m_pPlay->setText(strText);
+    m_pPlay->setAccessibleName(DialogParts::NameOf(strText));
+}
+
+void CMediaView::ShowPosition() {
+    const qint64 nDuration = m_pPlayer->GetDuration();
+    const QString strNow = TimeText(m_pPlayer->GetPosition());
+    m_pTime->setText(nDuration > 0 ? strNow + u" / " + TimeText(nDuration) : strNow);
+    // Not while the person holds it.
+    if (m_pPlace->isSliderDown())
+        return;
+    const QSignalBlocker quiet(m_pPlace);
+    m_pPlace->setRange(0, static_cast<int>(qMin<qint64>(nDuration, std::numeric_limits<int>::max())));
+    m_pPlace->setValue(static_cast<int>(m_pPlayer->GetPosition()));
+}
+
+void CMediaView::Toggle() {
+    if (m_pPlayer->GetState() == EMediaState::Playing)
+        m_pPlayer->Pause();
+    else
+        m_pPlayer->Play();
+}
+
+void CMediaView::hideEvent(QHideEvent* pEvent) {
+    QWidget::hideEvent(pEvent);
+    // Not when the whole window is minimised.
+    if (!pEvent->spontaneous())
+        Clear();
+}
+
+void CMediaView::resizeEvent(QResizeEvent* pEvent) {
+    QWidget::resizeEvent(pEvent);
+    // The rows have their new widths when the layout has run.
+    QMetaObject::invokeMethod(this, &CMediaView::ShowName, Qt::QueuedConnection);
+}
+
+void CMediaView::changeEvent(QEvent* pEvent) {
+    QWidget::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::FontChange)
+        ShowName();
+}

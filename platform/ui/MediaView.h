@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QWidget>
+
+class CMediaPlayer;
+class QLabel;
+class QPushButton;
+class QSlider;
+class QStackedWidget;
+
+/// A file that the browser engine can't show: it is played where the player can, else the person is told what
+/// it is; and it can be opened in another program. Never an empty place. Its picture and sound end when it is
+/// hidden.
+class CMediaView : public QWidget {
+    Q_OBJECT
+public:
+    explicit CMediaView(QWidget* pParent = nullptr);
+
+    /// A path in backslash form. What the player takes begins to play.
+    void ShowFile(const QString& strPath);
+    /// Shows nothing and lets go of the file.
+    void Clear();
+
+Q_SIGNALS:
+    /// The person wants the file in another program.
+    void OpenOutside(const QString& strPath);
+
+protected:
+    void hideEvent(QHideEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
+    void changeEvent(QEvent* pEvent) override;
+
+private:
+    QWidget* MakeTransport();
+    QWidget* MakeFoot();
+    void ConnectPlayer();
+    void Tell(const QString& strText);
+    void ShowName();
+    void ShowState();
+    void ShowPosition();
+    void Toggle();
+
+    CMediaPlayer* m_pPlayer;
+    QStackedWidget* m_pStack;
+    QLabel* m_pText;
+    QWidget* m_pTransport;
+    QPushButton* m_pPlay;
+    QSlider* m_pPlace;
+    QLabel* m_pTime;
+    QSlider* m_pVolume;
+    QLabel* m_pName;
+    QPushButton* m_pOutside;
+    /// Backslash form; empty for none.
+    QString m_strPath;
+};

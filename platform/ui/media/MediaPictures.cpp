@@ -1,0 +1,101 @@
+#include "platform/ui/media/MediaPictures.h"
+
+#include <QVideoFrame>
+
+extern "C" {
+#include <libswscale/swscale.h>
+}
+
+#include <array>
+
+namespace {
+
+AVPixelFormat FormatOf(QVideoFrameFormat::PixelFormat format) {
+    switch (format) {
+    case QVideoFrameFormat::Format_YUV420P:
+    case QVideoFrameFormat::Format_YV12:
+        return AV_PIX_FMT_YUV420P;
+    case QVideoFrameFormat::Format_YUV422P:
+        return AV_PIX_FMT_YUV422P;
+    case QVideoFrameFormat::Format_YUV420P10:
+        return AV_PIX_FMT_YUV420P10;
+    case QVideoFrameFormat::Format_UYVY:
+        return AV_PIX_FMT_UYVY422;
+    case QVideoFrameFormat::Format_YUYV:
+        return AV_PIX_FMT_YUYV422;
+    case QVideoFrameFormat::Format_NV12:
+        return AV_PIX_FMT_NV12;
+    case QVideoFrameFormat::Format_NV21:
+        return AV_PIX_FMT_NV21;
+    case QVideoFrameFormat::Format_Y8:
+        return AV_PIX_FMT_GRAY8;
+    case QVideoFrameFormat::Format_Y16:
+        return AV_PIX_FMT_GRAY16;
+    case QVideoFrameFormat::Format_P010:
+        return AV_PIX_FMT_P010;
+    default:
+        return AV_PIX_FMT_NONE;
+    }
+}
+
+/// The frame's memory while it is looked at.
+class CMapped {
+public:
+    explicit CMapped(const QVideoFrame& frame) : m_frame(frame) { m_frame.map(QVideoFrame::ReadOnly); }
+    ~CMapped() {
+        if (m_frame.isMapped())
+            m_frame.unmap();
+    }
+    CMapped(const CMapped&) = delete;
+    CMapped& operator=(const CMapped&) = delete;
+    QVideoFrame* operator->() { return &m_frame; }
+
+private:
+    QVideoFrame m_frame;
+};
+
+QSize Shrunk(const QSize& size, const QSize& room) {
+    const bool bFits = size.width() <= room.width() && size.height() <= room.height();
+    return bFits ? size : size.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
+} // namespace
+
+CMediaPictures::~CMediaPictures() {
+    sws_freeContext(m_pContext);
+}
+
+QImage CMediaPictures::Make(const QVideoFrame& frame, const QSize& room) {
+    const QSize size = frame.size();
+    if (size.isEmpty() || room.isEmpty())
+        return {};
+    const QSize target = Shrunk(size, room);
+    const AVPixelFormat format = FormatOf(frame.pixelFormat());
+    if (format == AV_PIX_FMT_NONE) {
+        const QImage image = frame.toImage();
+        return image.isNull() ? image : image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    CMapped mapped(frame);
+    if (!mapped->isMapped())
+        return {};
+    m_pContext =
+        sws_getCachedContext(m_pContext, size.width(), size.height(), format, target.width(), target.height(),
+                             AV_PIX_FMT_RGB32, SWS_FAST_BILINEAR, nullptr, nullptr, nullptr);
+    QImage image(target, QImage::Format_RGB32);
+    if (m_pContext == nullptr || image.isNull())
+        return {};
+    std::array<const uint8_t*, 4> planes{};
+    std::array<int, 4> lines{};
+    for (int nPlane = 0; nPlane < mapped->planeCount(); ++nPlane) {
+        planes[static_cast<std::size_t>(nPlane)] = mapped->bits(nPlane);
+        lines[static_cast<std::size_t>(nPlane)] = mapped->bytesPerLine(nPlane);
+    }
+    if (frame.pixelFormat() == QVideoFrameFormat::Format_YV12) {
+        std::swap(planes[1], planes[2]);
+        std::swap(lines[1], lines[2]);
+    }
+    uint8_t* const targets[] = {image.bits()};
+    const int targetLines[] = {static_cast<int>(image.bytesPerLine())};
+    sws_scale(m_pContext, planes.data(), lines.data(), 0, size.height(), targets, targetLines);
+    return image;
+}

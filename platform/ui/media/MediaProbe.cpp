@@ -1,0 +1,69 @@
+#include "platform/ui/media/MediaProbe.h"
+
+#include <QFile>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+#include <memory>
+
+namespace {
+
+/// Formats that hold what they play, and lead nowhere else.
+constexpr const char* c_szFormats = "asf,xwma,avi,mpeg,mpegvideo,mpegts,m4v,h264,rm,mov,mp4,m4a,3gp,3g2,flv,"
+                                    "live_flv,matroska,webm,ogg,mp3,aac,"
+                                    "wav,w64,flac,aiff,au,ape,amr,amrnb,amrwb";
+/// No film of a course is larger, and a damaged one that says so would fill the memory.
+constexpr int c_nMaxSide = 8192;
+constexpr int c_nMaxSampleRate = 768000;
+
+struct SClose {
+    void operator()(AVFormatContext* pMedium) const { avformat_close_input(&pMedium); }
+};
+
+bool IsSoundPicture(const AVStream& stream) {
+    const AVCodecParameters& picture = *stream.codecpar;
+    return picture.width > 0 && picture.height > 0 && picture.width <= c_nMaxSide &&
+           picture.height <= c_nMaxSide && stream.avg_frame_rate.num > 0 && stream.avg_frame_rate.den > 0;
+}
+
+bool IsSoundSound(const AVStream& stream) {
+    const AVCodecParameters& sound = *stream.codecpar;
+    return sound.ch_layout.nb_channels > 0 && sound.sample_rate > 0 && sound.sample_rate <= c_nMaxSampleRate;
+}
+
+} // namespace
+
+bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn) {
+    AVFormatContext* pOpened = avformat_alloc_context();
+    if (pOpened == nullptr)
+        return false;
+    pOpened->interrupt_callback = {
+        [](void* pGoOn) { return (*static_cast<const std::function<bool()>*>(pGoOn))() ? 0 : 1; },
+        const_cast<std::function<bool()>*>(&goOn)};
+    AVDictionary* pOptions = nullptr;
+    av_dict_set(&pOptions, "format_whitelist", c_szFormats, 0);
+    av_dict_set(&pOptions, "protocol_whitelist", "file", 0);
+    const QByteArray url = "file:" + QFile::encodeName(strFile);
+    const int nOpened = avformat_open_input(&pOpened, url.constData(), nullptr, &pOptions);
+    av_dict_free(&pOptions);
+    if (nOpened < 0)
+        return false;
+    const std::unique_ptr<AVFormatContext, SClose> pMedium(pOpened);
+    if (avformat_find_stream_info(pMedium.get(), nullptr) < 0)
+        return false;
+    bool bAny = false;
+    for (unsigned int nStream = 0; nStream < pMedium->nb_streams; ++nStream) {
+        const AVStream& stream = *pMedium->streams[nStream];
+        const AVMediaType type = stream.codecpar->codec_type;
+        if (type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO)
+            continue;
+        if (stream.time_base.num <= 0 || stream.time_base.den <= 0 ||
+            (type == AVMEDIA_TYPE_VIDEO ? !IsSoundPicture(stream) : !IsSoundSound(stream)))
+            return false;
+        bAny = bAny || avcodec_find_decoder(stream.codecpar->codec_id) != nullptr;
+    }
+    return bAny;
+}

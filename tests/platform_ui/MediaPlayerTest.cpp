@@ -1,0 +1,165 @@
+#include "platform/ui/MediaPlayer.h"
+#include "platform/ui/MediaKinds.h"
+#include "platform/ui/MediaView.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QtTest/QTest>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int c_nClipMilliseconds = 1000;
+
+/// One second of a moving picture, as Windows Media, without sound.
+QByteArray Clip() {
+    QFile file(QStringLiteral(VOREL_MEDIA_SAMPLES "/clip.wmv"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class MediaPlayerTest : public ::testing::Test {
+protected:
+    void Show(QWidget& widget) {
+        widget.resize(480, 360);
+        widget.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+    }
+    CTempFolder m_folder;
+};
+
+TEST_F(MediaPlayerTest, AFilmPlaysToItsEndAndAgain) {
+    m_folder.Write(u"片 #1%20.wmv"_s, Clip());
+    CMediaPlayer player;
+    Show(player);
+    QSignalSpy loaded(&player, &CMediaPlayer::Loaded);
+    QSignalSpy ended(&player, &CMediaPlayer::Ended);
+    player.Load(m_folder.Path(u"片 #1%20.wmv"_s));
+    player.Play();
+    ASSERT_TRUE(loaded.wait(20000));
+    EXPECT_NEAR(player.GetDuration(), c_nClipMilliseconds, 200);
+    EXPECT_TRUE(player.HasPicture() && player.CanSeek());
+    ASSERT_TRUE(ended.wait(20000));
+    EXPECT_EQ(player.GetPicture().size(), QSize(64, 48));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return player.GetState() == EMediaState::Stopped; }));
+    EXPECT_EQ(player.GetPosition(), player.GetDuration());
+    player.Play();
+    EXPECT_TRUE(ended.wait(20000));
+}
+
+TEST_F(MediaPlayerTest, APausedFilmStandsWhereItIsTaken) {
+    m_folder.Write(u"a.wmv"_s, Clip());
+    CMediaPlayer player;
+    Show(player);
+    player.Load(m_folder.Path(u"a.wmv"_s));
+    player.Play();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetPosition() > 0; }, 20000));
+    player.Pause();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetState() == EMediaState::Paused; }));
+    // As a person drags the slider: the last place counts.
+    for (int nPlace = 0; nPlace <= 600; nPlace += 100)
+        player.Seek(nPlace);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return qAbs(player.GetPosition() - 600) < 150; }))
+        << player.GetPosition();
+    EXPECT_EQ(player.GetState(), EMediaState::Paused);
+    // The file goes while it plays, and another is asked for and dropped at once.
+    player.Play();
+    QFile::remove(m_folder.Native(u"a.wmv"_s));
+    player.Load(m_folder.Path(u"a.wmv"_s));
+    player.Unload();
+    EXPECT_TRUE(player.GetPicture().isNull());
+    EXPECT_EQ(player.GetState(), EMediaState::Stopped);
+}
+
+TEST_F(MediaPlayerTest, WhatCannotBePlayedEndsInASentence) {
+    const QByteArray clip = Clip();
+    m_folder.Write(u"empty.wmv"_s, {});
+    m_folder.Write(u"text.wmv"_s, QByteArray("no film at all\n").repeated(1000));
+    m_folder.Write(u"head.wmv"_s, clip.left(200));
+    m_folder.Write(u"picture.avi"_s, "RIFF\xff\xff\xff\xff"
+                                     "AVI LIST\xff\xff\xff\xff"
+                                     "hdrl");
+    // The decoders' library would follow this one, also to the network.
+    m_folder.Write(u"good.wmv"_s, clip);
+    m_folder.Write(u"list.wmv"_s, "#EXTM3U\n#EXTINF:1,\ngood.wmv\n#EXT-X-ENDLIST\n");
+    m_folder.Write(u"concat.wmv"_s, "ffconcat version 1.0\nfile good.wmv\n");
+    ASSERT_EQ(mkfifo(qPrintable(m_folder.Native(u"pipe.wmv"_s)), 0600), 0);
+    CMediaPlayer player;
+    Show(player);
+    QSignalSpy failed(&player, &CMediaPlayer::Failed);
+    for (const char* szName : {"missing.wmv", "empty.wmv", "text.wmv", "head.wmv", "picture.avi", "list.wmv",
+                               "concat.wmv", "pipe.wmv", "."}) {
+        failed.clear();
+        player.Load(m_folder.Path(QString::fromLatin1(szName)));
+        player.Play();
+        ASSERT_TRUE(failed.wait(20000)) << szName;
+        EXPECT_TRUE(failed.first().first().toString().startsWith(u"对不起"_s)) << szName;
+    }
+    // And the next good file plays all the same. Damage in the middle costs pictures, not the program.
+    QByteArray damaged = clip;
+    for (qsizetype i = 2500; i < damaged.size(); i += 41)
+        damaged[i] = static_cast<char>(damaged[i] ^ 0x55);
+    m_folder.Write(u"damaged.wmv"_s, damaged);
+    m_folder.Write(u"cut.wmv"_s, clip.left(clip.size() / 2));
+    for (const char* szName : {"damaged.wmv", "cut.wmv"}) {
+        QSignalSpy ended(&player, &CMediaPlayer::Ended);
+        player.Load(m_folder.Path(QString::fromLatin1(szName)));
+        player.Play();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ended.size() + failed.size() > 1; }, 20000)) << szName;
+        failed.clear();
+        failed.append(QList<QVariant>());
+    }
+}
+
+TEST_F(MediaPlayerTest, TheViewPlaysOrTellsWhatTheFileIs) {
+    m_folder.Write(u"a.wmv"_s, Clip());
+    m_folder.Write(u"动画.swf"_s, "FWS");
+    CMediaView view;
+    Show(view);
+    auto& play = *view.findChild<QPushButton*>(u"mediaPlay"_s);
+    auto& place = *view.findChild<QSlider*>(u"mediaPlace"_s);
+    auto& text = *view.findChild<QLabel*>(u"mediaText"_s);
+    view.ShowFile(m_folder.Path(u"a.wmv"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return play.text() == u"暂停(&P)"_s && place.value() > 0; }, 20000));
+    QTest::mouseClick(&play, Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return play.text() == u"播放(&P)"_s; }));
+    EXPECT_FALSE(text.isVisible());
+
+    QSignalSpy outside(&view, &CMediaView::OpenOutside);
+    view.ShowFile(m_folder.Path(u"动画.swf"_s));
+    EXPECT_TRUE(text.isVisible() && text.text().contains(u"这是Flash 动画。"_s)) << text.text().toStdString();
+    EXPECT_FALSE(play.isVisible());
+    QTest::mouseClick(view.findChild<QPushButton*>(u"mediaOutside"_s), Qt::LeftButton);
+    ASSERT_EQ(outside.size(), 1);
+    EXPECT_EQ(outside.first().first().toString(), m_folder.Path(u"动画.swf"_s));
+
+    view.ShowFile(m_folder.Path(u"a.wmv"_s));
+    view.hide();
+    EXPECT_FALSE(QTest::qWaitFor([&] { return play.text() == u"暂停(&P)"_s; }, 500));
+}
+
+TEST(MediaKindsTest, EachFileGoesToWhatShowsIt) {
+    using MediaKinds::EWay;
+    const std::pair<QString, EWay> files[] = {
+        {u"Z:\\a\\x.WMV"_s, EWay::Player},   {u"Z:\\a.wmv\\x"_s, EWay::Browser},
+        {u"/a/x.rmvb"_s, EWay::Player},      {u"x.swf"_s, EWay::Program},
+        {u"x.mht"_s, EWay::Browser},         {u"x.htm"_s, EWay::Browser},
+        {u"x.txt"_s, EWay::Browser},         {u"x.jpeg"_s, EWay::Browser},
+        {u"x.doc"_s, EWay::Program},         {u"x.docx"_s, EWay::Program},
+        {u"x.m"_s, EWay::Browser},           {u"x.zip"_s, EWay::Program},
+        {u"x.nobodyknows"_s, EWay::Browser}, {u"x.mp4"_s, EWay::Player},
+    };
+    for (const auto& [strPath, way] : files)
+        EXPECT_EQ(MediaKinds::OfFile(strPath).Way, way) << strPath.toStdString();
+}
+
+} // namespace

@@ -1,0 +1,112 @@
+#include "tests/platform_ui/WebFixture.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class WebMediaTest : public CWebTest {
+protected:
+    /// The names on the cards that stand in the page, from top to bottom.
+    QStringList Cards() {
+        QString strHtml;
+        m_browser->GetBrowserBodyInnerHTML(strHtml);
+        m_strHtml = strHtml;
+        return strHtml.split(u"<span"_s).mid(1);
+    }
+    QString m_strHtml;
+};
+
+// Each stands in its page as teachers' pages of many years have it, and leaves neither a grey box nor
+// nothing.
+TEST_F(WebMediaTest, WhatTheEngineCannotPlayHasACardOfItsSize) {
+    const struct {
+        QByteArray html;
+        QString strSize;
+    } media[] = {
+        {"<embed src='res/课 1.wmv' width=320 height=240>", u"width: 320px; height: 240px"_s},
+        {"<object classid='clsid:D27CDB6E-AE6D-11cf-96B8-444553540000' width=400 height=300>"
+         "<param name=movie value='res/a.swf'><embed src='res/a.swf' width=400 height=300></object>",
+         u"width: 400px; height: 300px"_s},
+        {"<object classid='CLSID:6BF52A52-394A-11D3-B153-00C04F79FAA6' width=300 height=200>"
+         "<param name=URL value='res\\b.asf'></object>",
+         u"width: 300px; height: 200px"_s},
+        {"<object classid='clsid:CFCDAA03-8BE4-11cf-B84B-0020AFBBCCFA' width='50%' height=200></object>",
+         u"width: 50%; height: 200px"_s},
+        {"<bgsound src='res/m.mid'>", u"position: fixed"_s},
+        {"<embed src='res/n.wma' hidden=true>", u"position: fixed"_s},
+        {"<iframe src='res/c.avi' width=300 height=200></iframe>", u"width: 300px; height: 200px"_s},
+        {"<video src='res/broken.mp4' width=300 height=200></video>", u"width: 300px; height: 200px"_s},
+        {"<video width=310 height=200><source src='res/x.wmv'><source src='res/x.avi'></video>",
+         u"width: 310px; height: 200px"_s},
+        {"<script>document.write(\"<embed src='res/w.rm' width=200 height=100>\")</script>",
+         u"width: 200px; height: 100px"_s},
+        {"<p id=p></p><script>setTimeout(() => p.innerHTML = \"<embed src=q.mpg width=200 height=90>\", 50)"
+         "</script>",
+         u"width: 200px; height: 90px"_s},
+    };
+    m_folder.Write(u"course\\N5\\res\\broken.mp4"_s, "no film");
+    for (const auto& medium : media) {
+        ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, "<meta charset=utf-8>" + medium.html, false));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Cards().size() == 1; }, 10000))
+            << medium.html.toStdString() << "\n"
+            << m_strHtml.toStdString();
+        EXPECT_TRUE(m_strHtml.contains(medium.strSize)) << m_strHtml.toStdString();
+    }
+}
+
+TEST_F(WebMediaTest, WhatShowsStaysAndAnEditedPageIsNotTouched) {
+    m_folder.Write(u"course\\N5\\in.htm"_s, "inside");
+    const QByteArray shown = "<embed src=\"in.htm\"><object data=\"in.htm\" type=\"text/html\"></object>"
+                             "<object classid=\"clsid:x\"><p>instead</p></object><iframe src=\"in.htm\">"
+                             "</iframe>";
+    ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, shown, false));
+    QTest::qWait(200);
+    EXPECT_TRUE(Cards().isEmpty()) << m_strHtml.toStdString();
+
+    const QByteArray edited = "<p>a</p><embed src=\"x.wmv\" width=\"200\">";
+    Edit(edited);
+    QTest::qWait(200);
+    EXPECT_EQ(Html(), QString::fromLatin1(edited));
+    // Its preview is set to editing for the pictures' sake alone.
+    m_browser->SetMediaReplaced(true);
+    ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, edited, true));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Cards().size() == 1; })) << m_strHtml.toStdString();
+    m_browser->SetMediaReplaced(false);
+    Edit(edited);
+    QTest::qWait(200);
+    EXPECT_EQ(Html(), QString::fromLatin1(edited));
+}
+
+TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {
+    m_folder.Write(u"course\\N5\\课 1.wmv"_s, "x");
+    m_folder.Write(u"elsewhere.wmv"_s, "x");
+    QSignalSpy wanted(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
+    const auto click = [&](const QByteArray& html) {
+        ASSERT_TRUE(
+            Show(u"course\\N5\\Content.htm"_s, "<meta charset=utf-8><body style=margin:0>" + html, false));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return html.startsWith("<a") || Cards().size() == 1; }));
+        auto* pView = m_browser->findChild<QWidget*>(u"webView"_s);
+        QTest::qWait(300);
+        QTest::mouseClick(pView->focusProxy(), Qt::LeftButton, {}, QPoint(60, 40));
+    };
+    click("<embed src='课 1.wmv' width=320 height=240>");
+    ASSERT_TRUE(wanted.wait(5000));
+    EXPECT_TRUE(wanted.last().first().toString().endsWith(u"/course/N5/课%201.wmv"_s))
+        << wanted.last().first().toString().toStdString();
+    wanted.clear();
+    click("<a href='课 1.wmv' style='display:block;height:200px;background:red'>x</a>");
+    EXPECT_TRUE(wanted.wait(5000));
+    wanted.clear();
+    click("<embed src='../../elsewhere.wmv' width=320 height=240>");
+    EXPECT_FALSE(wanted.wait(500));
+    ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s,
+                     "<embed src='x.wmv' width=320 height=240><script>setTimeout(() => {"
+                     "document.querySelector('span').click();"
+                     "document.elementFromPoint(60, 40).click();}, 200)</script>",
+                     false));
+    EXPECT_FALSE(wanted.wait(800));
+}
+
+} // namespace
