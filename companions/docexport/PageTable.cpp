@@ -3,6 +3,7 @@
 #include "companions/docexport/TextLine.h"
 #include "foundation/HtmlTree.h"
 
+#include <algorithm>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -157,6 +158,10 @@ private:
         const double dSum = std::accumulate(said.begin(), said.end(), 0.0);
         for (const double dWeight : said)
             m_table.Shares.append(qMax(1, int(dWeight * 100 / dSum)));
+        // What the rounding leaves goes where it is seen least.
+        QList<int>& shares = m_table.Shares;
+        *std::max_element(shares.begin(), shares.end()) +=
+            qMax(0, 100 - std::accumulate(shares.begin(), shares.end(), 0));
     }
 
     /// Widths that don't take their room from short columns.
