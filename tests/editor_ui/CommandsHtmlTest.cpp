@@ -183,7 +183,7 @@ protected:
     }
 
     std::unique_ptr<CBookNode> m_pTarget = m_world.MakePage(u"目标"_s, "<p>t</p>");
-    QString m_strFolder;
+    QString m_strFolder = SurfaceUrls::PathToReference(m_world.Folder.Path(QString()));
     QTimer m_hand;
 };
 
@@ -202,7 +202,6 @@ std::vector<SRow> ReadRows() {
 }
 
 TEST_F(CommandsHtmlTest, EachLeavesWhatStandsInTheTableAndCanBeUndone) {
-    m_strFolder = SurfaceUrls::PathToReference(m_world.Folder.Path(QString()));
     Open("<p>x</p>");
     m_world.Folder.Write(u"a.doc"_s, "x");
     const QRegularExpression marks(u"[][|]"_s);
@@ -307,6 +306,17 @@ TEST_F(CommandsHtmlTest, WhatIsTypedBehindALinkIsNoLink) {
         Type(u"后"_s);
         EXPECT_TRUE(Html().endsWith(u"</a>后</p>"_s)) << Html().toStdString();
     }
+}
+
+TEST_F(CommandsHtmlTest, WhatIsTypedBehindATableIsAParagraph) {
+    Open("<p>x</p>");
+    Put(u"|"_s);
+    Run({0, 32837, u"rows=1;columns=1"_s, {}, {}});
+    Type(u"表后"_s);
+    EXPECT_TRUE(Marked().endsWith(u"</table><p>表后|</p>"_s)) << Marked().toStdString();
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Marked().endsWith(u"</table>|"_s); }, 1000))
+        << Marked().toStdString();
 }
 
 TEST_F(CommandsHtmlTest, WhatIsTypedIntoAFieldIsSavedAndUndone) {

@@ -19,8 +19,25 @@
     return rest.toString() === '' ? help : null;
   }
 
+  // Directly behind a table an input method loses its place, and text would stand outside of every paragraph.
+  function openLine(chosen) {
+    const {anchorNode, anchorOffset} = chosen;
+    const before = anchorNode.nodeType === Node.ELEMENT_NODE && anchorNode.childNodes[anchorOffset - 1];
+    const next = before && before.nextSibling;
+    if (!before || !/^(table|hr)$/.test(before.localName) || (next && next.nodeType === Node.TEXT_NODE))
+      return;
+    undoHistory.of().leadIn(() => {
+      const line = document.createElement('p');
+      line.append(document.createElement('br'));
+      before.after(line);
+      chosen.collapse(line, 0);
+    });
+  }
+
   function look() {
     const chosen = window.getSelection();
+    if (chosen.rangeCount > 0 && chosen.isCollapsed)
+      openLine(chosen);
     const help = chosen.rangeCount > 0 && chosen.isCollapsed ? helpEndingAt(chosen.anchorNode, chosen.anchorOffset) : null;
     left = help && help.textContent !== '' ? {help: help, length: help.textContent.length} : null;
   }
@@ -59,7 +76,7 @@
     const isEdited = () => document.designMode === 'on';
     window.addEventListener('compositionstart', () => isEdited() && look(), true);
     window.addEventListener('beforeinput', (event) => {
-      if (isEdited() && !event.isComposing)
+      if (isEdited() && !event.isComposing && event.inputType.startsWith('insert'))
         look();
     }, true);
     window.addEventListener('input', (event) => {

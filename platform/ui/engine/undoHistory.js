@@ -229,6 +229,14 @@
       }
     }
 
+    // What the function changes belongs to what is typed next.
+    leadIn(work) {
+      this.end(false);
+      this.begin('typed');
+      work();
+      this.end(true);
+    }
+
     // What the function changes belongs to no step: attributes alone, which no other change rests on.
     changeAside(work) {
       this.flush();
