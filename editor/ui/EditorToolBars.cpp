@@ -20,6 +20,8 @@ constexpr int c_nFontBoxWidth = 107;
 constexpr int c_nSizeBoxWidth = 47;
 /// The toolkit's own name for the button that shows what a narrow bar has no room for.
 const QLatin1StringView c_strMoreButton("qt_toolbar_ext_button");
+/// The menu that stands in for a combo box.
+const QLatin1StringView c_strRows("rows");
 
 } // namespace
 
@@ -48,12 +50,30 @@ QToolBar* CEditorToolBars::AddBar(const QString& strName, std::span<const int> i
         else
             AddCommand(*pBar, nId);
     }
-    if (auto* pMore = pBar->findChild<QToolButton*>(c_strMoreButton)) {
-        pMore->setToolTip(EditorTexts::c_strMore);
-        pMore->setAccessibleName(EditorTexts::c_strMore);
-        pMore->setFocusPolicy(Qt::TabFocus);
-    }
+    if (auto* pMore = pBar->findChild<QToolButton*>(c_strMoreButton))
+        SetUpMore(*pBar, *pMore);
     return pBar;
+}
+
+void CEditorToolBars::SetUpMore(QToolBar& bar, QToolButton& more) {
+    more.setToolTip(EditorTexts::c_strMore);
+    more.setAccessibleName(EditorTexts::c_strMore);
+    more.setFocusPolicy(Qt::TabFocus);
+    // The bar's own menu would leave the boxes out.
+    auto* pMenu = new QMenu(&bar);
+    more.setMenu(pMenu);
+    connect(pMenu, &QMenu::aboutToShow, this, [pMenu, &bar] {
+        pMenu->clear();
+        for (QAction* pAction : bar.actions()) {
+            const QWidget* pShown = bar.widgetForAction(pAction);
+            if (pShown == nullptr || pShown->isVisible())
+                continue;
+            if (auto* pRows = pShown->findChild<QMenu*>(c_strRows))
+                pMenu->addMenu(pRows);
+            else
+                pMenu->addAction(pAction);
+        }
+    });
 }
 
 void CEditorToolBars::AddCommand(QToolBar& bar, int nId) {
@@ -88,17 +108,16 @@ void CEditorToolBars::AddBox(QToolBar& bar, int nId) {
     pBox->setToolTip(strName);
     pBox->setStatusTip(strName);
     pBox->setCurrentIndex(bFonts ? c_nFirstFont : c_nFirstSize);
-    QAction* pAction = bar.addWidget(pBox);
+    bar.addWidget(pBox);
     // Where the bar is too narrow for the box, its rows are a menu.
-    auto* pMenu = new QMenu(pBox);
+    auto* pRows = new QMenu(strName, pBox);
+    pRows->setObjectName(c_strRows);
     for (int nRow = 0; nRow < pBox->count(); ++nRow)
-        connect(pMenu->addAction(pBox->itemText(nRow)), &QAction::triggered, this,
+        connect(pRows->addAction(pBox->itemText(nRow)), &QAction::triggered, this,
                 [this, nId, strValue = pBox->itemData(nRow).toString()] {
                     Q_EMIT ValueChosen(nId, strValue);
                     Q_EMIT BoxLeft();
                 });
-    pAction->setText(strName);
-    pAction->setMenu(pMenu);
     connect(pBox, &CValueBox::ValueChosen, this,
             [this, nId](const QString& strValue) { Q_EMIT ValueChosen(nId, strValue); });
     connect(pBox, &CValueBox::Left, this, &CEditorToolBars::BoxLeft);

@@ -9,6 +9,7 @@
 class CValueBox;
 class QAction;
 class QToolBar;
+class QToolButton;
 
 /// The editor's three toolbars, one below the other, made from the table of commands. An action's object name
 /// is "command_<id>", that of a combo box "box_<id>".
@@ -34,6 +35,7 @@ Q_SIGNALS:
 
 private:
     QToolBar* AddBar(const QString& strName, std::span<const int> ids);
+    void SetUpMore(QToolBar& bar, QToolButton& more);
     void AddCommand(QToolBar& bar, int nId);
     void AddBox(QToolBar& bar, int nId);
 

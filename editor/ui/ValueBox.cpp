@@ -14,12 +14,11 @@ QString Bare(QString strValue) {
 } // namespace
 
 CValueBox::CValueBox(std::span<const EditorCommands::BoxRow> rows, int nWidth, QWidget* pParent)
-    : QComboBox(pParent) {
+    : QComboBox(pParent), m_nWidth(nWidth) {
     // A tab would be drawn as wide as half the list.
     for (const EditorCommands::BoxRow& row : rows)
         addItem(row.strShown.toString().replace(u'\t', u' '), row.strValue.toString());
     setSizeAdjustPolicy(AdjustToContents);
-    setMinimumWidth(nWidth);
     setMaxVisibleItems(count());
     connect(this, &QComboBox::activated, this, [this](int nRow) {
         Q_EMIT ValueChosen(itemData(nRow).toString());
@@ -37,6 +36,10 @@ void CValueBox::ShowValue(const QString& strValue) {
         nRow = Bare(itemData(i).toString()) == Bare(strValue) ? i : -1;
     setPlaceholderText(strValue);
     setCurrentIndex(nRow);
+}
+
+QSize CValueBox::sizeHint() const {
+    return QComboBox::sizeHint().expandedTo(QSize(m_nWidth, 0));
 }
 
 void CValueBox::keyPressEvent(QKeyEvent* pEvent) {

@@ -12,6 +12,10 @@ public:
     /// At least nWidth pixels wide, and wide enough for its rows in the desktop's font.
     CValueBox(std::span<const EditorCommands::BoxRow> rows, int nWidth, QWidget* pParent);
 
+    QSize sizeHint() const override;
+    /// A bar without room for it shows it elsewhere, and doesn't squeeze it.
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
     /// Shows the row with this value, or the value itself where no row has it.
     void ShowValue(const QString& strValue);
 
@@ -26,5 +30,6 @@ protected:
     void wheelEvent(QWheelEvent* pEvent) override;
 
 private:
+    int m_nWidth;
     bool m_bStepping = false;
 };

@@ -1,10 +1,13 @@
 #include "content/Texts.h"
 #include "content/TreeCommands.h"
+#include "editor/Texts.h"
 #include "tests/journey/Journey.h"
 #include "tests/journey/Steps.h"
 #include "tests/journey/WindowCheck.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QTabBar>
 #include <QToolTip>
 #include <QTreeView>
 
@@ -125,8 +128,34 @@ public:
         Robot::LetGo();
         m_robot.WaitFor("the line that was dropped", [] { return IsBelow(c_strPage, c_strBranch); });
         m_robot.Shot(u"tree-dropped"_s);
-        m_robot.Click(u"button_32826"_s);
-        m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
+    }
+
+    void VisitEditor() {
+        m_robot.Click(u"design"_s);
+        m_robot.ClickAt(u"design"_s, &QWidget::rect, 3);
+        LookAtMenu(u"editor-menu"_s);
+        for (const QString& strBox : {u"box_32785"_s, u"box_32786"_s}) {
+            m_robot.Click(strBox);
+            LookAtMenu(strBox);
+            m_robot.Press(u"Escape"_s);
+            WaitForText();
+        }
+        for (const auto& [nButton, strDialog] :
+             {std::pair(32782, u"colourDialog"_s), std::pair(32837, u"CTableDialog"_s),
+              std::pair(32844, u"CInputDialog"_s), std::pair(32851, u"CInputDialog"_s),
+              std::pair(32848, u"linkDialog"_s), std::pair(32790, u"fileDialog"_s),
+              std::pair(32792, u"fileDialog"_s)}) {
+            m_robot.Click(u"button_%1"_s.arg(nButton));
+            Visit(strDialog);
+            WaitForText();
+        }
+        m_robot.Click(u"button_32838"_s);
+        AnswerBox(EditorTexts::c_strNoTable, u"ok"_s);
+        m_robot.Click(u"button_32850"_s);
+        AnswerBox(EditorTexts::c_strNoSelection, u"ok"_s);
+        VisitPageCommands();
+        VisitTabs();
+        LeaveChangedPage();
     }
 
     void ShapeTree() {
@@ -171,6 +200,54 @@ public:
     }
 
 private:
+    void VisitPageCommands() {
+        m_robot.Click(u"button_32871"_s);
+        AnswerBox(EditorTexts::c_strAskTemplate, u"ok"_s);
+        Visit(u"fileDialog"_s);
+        m_robot.Click(u"button_32908"_s);
+        AnswerBox(EditorTexts::c_strAskClear, u"cancel"_s);
+        m_robot.Click(u"button_32940"_s);
+        AnswerBox(EditorTexts::c_strGarbageCleared, u"ok"_s);
+        WaitForText();
+    }
+
+    void VisitTabs() {
+        const auto isSaving = [] {
+            return Robot::Find(c_strFrame)->findChild<QAction*>(u"command_32825"_s)->isEnabled();
+        };
+        m_robot.ClickAt(u"editorTabs"_s, TabAt(1));
+        m_robot.WaitForWidget(u"source"_s);
+        Look(u"editor-source"_s, c_strFrame);
+        m_robot.ClickAt(u"editorTabs"_s, TabAt(2));
+        m_robot.WaitForWidget(u"preview"_s);
+        Look(u"editor-preview"_s, c_strFrame);
+        m_robot.WaitFor("saving to be off in the preview", [&] { return !isSaving(); });
+        m_robot.Press(u"ctrl+Next"_s);
+        WaitForText();
+        m_robot.WaitFor("saving to be on again", isSaving);
+    }
+
+    void LeaveChangedPage() {
+        m_robot.Type(u"abc"_s);
+        m_robot.Click(u"button_32826"_s);
+        AnswerBox(EditorTexts::c_strAskSave, u"cancel"_s);
+        m_robot.Click(u"button_32826"_s);
+        AnswerBox(EditorTexts::c_strAskSave, u"no"_s);
+        m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
+    }
+
+    static std::function<QRect(QWidget*)> TabAt(int nTab) {
+        return [nTab](QWidget* pTabs) { return qobject_cast<QTabBar*>(pTabs)->tabRect(nTab); };
+    }
+
+    /// Whoever comes back from a dialog goes on typing.
+    void WaitForText() {
+        m_robot.WaitFor("the text to have the keyboard again", [] {
+            const QWidget* pDesign = Robot::Find(u"design"_s);
+            return pDesign && pDesign->isAncestorOf(QApplication::focusWidget());
+        });
+    }
+
     static bool IsOpen(const QString& strText) {
         return qobject_cast<QTreeView*>(Robot::Find(c_strTree))->isExpanded(Line(c_strTree, strText));
     }
@@ -226,6 +303,7 @@ void RunTour(const QString& strFolder) {
     visitor.MakeCourse();
     visitor.OpenMenus();
     visitor.OpenEditor();
+    visitor.VisitEditor();
     visitor.ShapeTree();
     visitor.OpenDialogs();
     visitor.OpenContentWizard();
