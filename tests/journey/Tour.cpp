@@ -149,6 +149,8 @@ public:
             Visit(strDialog);
             WaitForText();
         }
+        // Out of the table in the middle.
+        m_robot.Press(u"ctrl+Home"_s);
         m_robot.Click(u"button_32838"_s);
         AnswerBox(EditorTexts::c_strNoTable, u"ok"_s);
         m_robot.Click(u"button_32850"_s);
