@@ -23,9 +23,8 @@ std::optional<QString> AskLinkAddress(QWidget* pParent, const QString& strPresen
         new QLineEdit(strPresent.isEmpty() ? QString(c_strBeginning) : strPresent, pDialog), "linkAddress",
         UiTexts::c_strLinkPrompt);
     pAddress->setMinimumWidth(c_nAddressWidth);
-    // A known address is replaced as a whole, and the beginning of one is typed on.
-    if (!strPresent.isEmpty())
-        pAddress->selectAll();
+    // What is pasted takes its place.
+    pAddress->selectAll();
     pLayout->addWidget(DialogParts::LabelFor(UiTexts::c_strLinkPrompt, pAddress));
     pLayout->addWidget(pAddress);
     DialogParts::AddOkAndCancel(*pDialog, *pLayout);
