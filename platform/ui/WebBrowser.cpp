@@ -24,6 +24,8 @@ constexpr int c_nScriptMilliseconds = 10000;
 constexpr int c_nLoadMilliseconds = 30000;
 constexpr int c_nMaxTableSize = 1000;
 const QLatin1String c_strBlank("about:blank");
+/// As the parser makes it of a text without a document's tags: without a document type.
+const QString c_strEmptyDocument = QStringLiteral("<html><head></head><body></body></html>");
 
 int s_nCalls = 0;
 
@@ -41,6 +43,19 @@ QJsonObject NewNames(const QJsonArray& references) {
             names.insert(strText, *strCanonical);
     }
     return names;
+}
+
+/// The text of a page's file that is a body's text and says no encoding of its own. Such a text is put into an
+/// empty document: the inverse of how it was had from one, where the parser of whole pages takes its beginning
+/// for a head, and for large pages several times as long.
+std::optional<QString> BodyTextOf(const QUrl& url) {
+    QFile file(url.toLocalFile());
+    if (!url.isLocalFile() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray bytes = file.readAll();
+    if (!PageEncoding::IsBodyText(bytes) || PageEncoding::SaysItsEncoding(bytes))
+        return std::nullopt;
+    return PageEncoding::TextOf(bytes);
 }
 
 bool IsWebUrl(const QUrl& url) {
@@ -174,7 +189,10 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
         if (!pAlive)
             return false;
     }
-    const SEngineAnswer answer = m_pEngine->Load(url, c_nLoadMilliseconds);
+    const std::optional<QString> bodyText = m_bEditing && !bWebPage ? BodyTextOf(url) : std::nullopt;
+    const SEngineAnswer answer = bodyText
+                                     ? m_pEngine->LoadDocument(c_strEmptyDocument, url, c_nLoadMilliseconds)
+                                     : m_pEngine->Load(url, c_nLoadMilliseconds);
     if (!pAlive)
         return false;
     if (!IsTrue(answer)) {
@@ -183,7 +201,20 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
                            url.toDisplayString(QUrl::PreferLocalFile));
     }
     m_bPageLoaded = true;
+    if (bodyText)
+        return PutBody(*bodyText);
     return !url.isLocalFile() || MendPage(url.toLocalFile());
+}
+
+bool CWebBrowser2Ex::PutBody(const QString& strHtml) {
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    const SEngineAnswer answer =
+        m_pEngine->Call(QStringLiteral("setBodyHtml"), {strHtml}, c_nScriptMilliseconds);
+    if (!pAlive || !answer.HasValue())
+        return false;
+    const QJsonObject names = NewNames(answer.Value.toArray());
+    return names.isEmpty() ||
+           IsTrue(m_pEngine->Call(QStringLiteral("rename"), {names}, c_nScriptMilliseconds));
 }
 
 bool CWebBrowser2Ex::MendPage(const QString& strNativeFile) {
@@ -269,16 +300,7 @@ void CWebBrowser2Ex::ClearLater() {
 
 bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
     const CCallGuard guard;
-    const QPointer<CWebBrowser2Ex> pAlive(this);
-    if (guard.IsRefused() || !EnsureDocument() || !m_bPageLoaded)
-        return false;
-    const SEngineAnswer answer =
-        m_pEngine->Call(QStringLiteral("setBodyHtml"), {strHtml}, c_nScriptMilliseconds);
-    if (!pAlive || !answer.HasValue())
-        return false;
-    const QJsonObject names = NewNames(answer.Value.toArray());
-    return names.isEmpty() ||
-           IsTrue(m_pEngine->Call(QStringLiteral("rename"), {names}, c_nScriptMilliseconds));
+    return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded && PutBody(strHtml);
 }
 
 bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value) {

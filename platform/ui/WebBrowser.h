@@ -161,6 +161,8 @@ private:
     /// may have gone to the head, where an edited page would lose it; a declaration of the encoding, which
     /// saving would make untrue, is taken out. False when a page to be edited stays misread.
     bool MendPage(const QString& strNativeFile);
+    /// Replaces the body's text, with its local references in the one form.
+    bool PutBody(const QString& strHtml);
     bool ShowFailure(const QString& strText);
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();

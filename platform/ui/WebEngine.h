@@ -58,6 +58,9 @@ public:
 
     /// Loads and waits; false when the load failed.
     virtual SEngineAnswer Load(const QUrl& url, int nMilliseconds) = 0;
+    /// Loads this document, of at most c_nMaxDocument characters, as if it stood at the URL, and waits.
+    virtual SEngineAnswer LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) = 0;
+    static constexpr qsizetype c_nMaxDocument = 200'000;
     /// Shows a text of the program's own, as a document at "about:blank".
     virtual SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) = 0;
 

@@ -225,7 +225,8 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
     return answer;
 }
 
-SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
+SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start,
+                                 int nMilliseconds) {
     if (m_pCall.lock())
         return {EState::Busy, {}, {}};
     // A page that could run scripts may hold up whatever comes after it in its process. The first page takes
@@ -241,10 +242,20 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
     m_pPage->SetMediaReplaced(m_access.bReplaceMedia);
     const QPointer<CWebEngine> pAlive(this);
-    SEngineAnswer answer = LoadWith([url](CSurfacePage& page) { page.load(url); }, url, nMilliseconds);
+    SEngineAnswer answer = LoadWith(start, url, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())
         Call(QStringLiteral("watch"), {m_pPage->Token()}, nMilliseconds);
     return answer;
+}
+
+SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
+    return LoadAt(
+        url, [url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
+}
+
+SEngineAnswer CWebEngine::LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) {
+    return LoadAt(
+        url, [strHtml, url](CSurfacePage& page) { page.setHtml(strHtml, url); }, nMilliseconds);
 }
 
 SEngineAnswer CWebEngine::ShowOwnPage(const QString& strHtml, int nMilliseconds) {

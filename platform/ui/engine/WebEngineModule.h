@@ -20,6 +20,7 @@ public:
     QWidget* Widget() override;
     void SetAccess(const SEngineAccess& access) override;
     SEngineAnswer Load(const QUrl& url, int nMilliseconds) override;
+    SEngineAnswer LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) override;
     SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) override;
     SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) override;
     void CallLater(const QString& strFunction, const QJsonArray& arguments,
@@ -34,6 +35,7 @@ private:
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();
     void WatchWhileLoading(const std::shared_ptr<CBlockingCall>& pCall);
+    SEngineAnswer LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start, int nMilliseconds);
     SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
                            int nMilliseconds);
     SEngineAnswer RunScript(const QString& strScript, quint32 nWorld, int nMilliseconds);
