@@ -5,19 +5,15 @@
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/EditorToolBars.h"
 #include "editor/ui/ShowFailure.h"
+#include "editor/ui/SourceBox.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
-#include "foundation/Text.h"
-#include "foundation/Urls.h"
 #include "platform/ui/WebBrowser.h"
 
-#include <QFontDatabase>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QShortcut>
 #include <QTabBar>
-#include <QTextCursor>
 
 using namespace EditorCommands;
 
@@ -26,16 +22,12 @@ namespace {
 const QString c_strBlank = QStringLiteral("about:blank");
 /// The engine takes longer for larger pages than anybody waits, and in the end too long for itself.
 constexpr quint32 c_nMaxPageBytes = 20 * 1024 * 1024;
-/// More characters than this the source box can't show in bearable time.
-constexpr int c_nMaxSource = 8'000'000;
-/// Nor more in one line, which is laid out as a whole.
-constexpr qsizetype c_nMaxSourceLine = 1'000'000;
 
 } // namespace
 
 CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
     : CBookShowView(host, pParent), m_people(people), m_pBars(new CEditorToolBars(this)),
-      m_pTabs(new QTabBar(this)), m_pSource(new QPlainTextEdit(this)), m_pDesign(new CWebBrowser2Ex(this)),
+      m_pTabs(new QTabBar(this)), m_pSource(new CSourceBox(this)), m_pDesign(new CWebBrowser2Ex(this)),
       m_pPreview(new CWebBrowser2Ex(this)), m_saver(*this, people, &DownloadUrlToFile),
       m_keeper([this](const CPageKeeper::Answer& answer) { AskLiveText(answer); },
                [this](const QString& strFailure) { TellKeepFailure(strFailure); }) {
@@ -44,8 +36,6 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
     m_pPreview->setObjectName(QStringLiteral("preview"));
     m_pSource->setObjectName(QStringLiteral("source"));
     m_pSource->setAccessibleName(EditorTexts::c_strSourceTab);
-    m_pSource->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_pSource->setFrameShape(QFrame::NoFrame);
     m_pTabs->setObjectName(QStringLiteral("editorTabs"));
     m_pTabs->setShape(QTabBar::RoundedSouth);
     m_pTabs->setExpanding(false);
@@ -84,10 +74,7 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
     });
     connect(m_pPreview, &CWebBrowser2Ex::PageLost, this, &CEditorView::PreviewLost);
     connect(m_pSource, &QPlainTextEdit::textChanged, this, [this] { m_keeper.Touch(); });
-    // Cut behind the change: in the middle of it the box must be left alone.
-    connect(
-        m_pSource->document(), &QTextDocument::contentsChange, this,
-        [this](int nPosition, int, int nAdded) { CutSource(nPosition, nAdded); }, Qt::QueuedConnection);
+    connect(m_pSource, &CSourceBox::Full, this, [this] { m_people.Warn(EditorTexts::c_strSourceTooLong); });
     SetMode(EMode::Design);
 }
 
@@ -186,7 +173,7 @@ void CEditorView::Blank(CWebBrowser2Ex& surface) {
 bool CEditorView::GetCurrentHtml(QString& strHtml) {
     const QPointer<CEditorView> pThis(this);
     if (m_bInSource)
-        strHtml = SourceText();
+        strHtml = m_pSource->GetText();
     else if (!m_pDesign->GetBrowserBodyInnerHTML(strHtml))
         return false;
     if (pThis)
@@ -197,7 +184,7 @@ bool CEditorView::GetCurrentHtml(QString& strHtml) {
 bool CEditorView::SetCurrentHtml(const QString& strHtml) {
     if (!m_bInSource)
         return m_pDesign->SetBrowserBodyInnerHTML(strHtml);
-    m_pSource->setPlainText(strHtml);
+    m_pSource->SetText(strHtml);
     return true;
 }
 
@@ -215,12 +202,6 @@ bool CEditorView::GetAllAnchorHref(QStringList& list) {
 
 bool CEditorView::GetURL(QString& strUrl) {
     return m_pDesign->GetURL(strUrl);
-}
-
-/// As it was typed: the box's plain text would turn hard blanks into ordinary ones.
-QString CEditorView::SourceText() const {
-    QString strText = m_pSource->document()->toRawText();
-    return strText.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
 }
 
 void CEditorView::SwitchTo(EMode mode) {
@@ -249,19 +230,6 @@ void CEditorView::SwitchTo(EMode mode) {
     ShowStates();
 }
 
-bool CEditorView::FitsSourceBox(const QString& strText) {
-    if (strText.size() > c_nMaxSource)
-        return false;
-    qsizetype nStart = 0;
-    while (strText.size() - nStart > c_nMaxSourceLine) {
-        const qsizetype nEnd = strText.lastIndexOf(u'\n', nStart + c_nMaxSourceLine);
-        if (nEnd < nStart)
-            return false;
-        nStart = nEnd + 1;
-    }
-    return true;
-}
-
 bool CEditorView::SwapToSource() {
     QString strHtml;
     const QPointer<CEditorView> pThis(this);
@@ -270,32 +238,18 @@ bool CEditorView::SwapToSource() {
             m_people.Error(EditorTexts::c_strNoContent);
         return false;
     }
-    if (!FitsSourceBox(strHtml)) {
+    if (!CSourceBox::Fits(strHtml)) {
         m_people.Warn(EditorTexts::c_strSourceTooLong);
         return false;
     }
-    m_pSource->setPlainText(strHtml);
+    m_pSource->SetText(strHtml);
     m_bInSource = true;
     return true;
 }
 
-/// What is typed or pasted into a full box goes no further than it has room; what stood there stays.
-void CEditorView::CutSource(int nPosition, int nAdded) {
-    const int nTotal = m_pSource->document()->characterCount() - 1;
-    const bool bOwn = nAdded >= nTotal; // the program's own text, which comes as a whole
-    const int nCut = qMin(nTotal - c_nMaxSource, nAdded);
-    if (bOwn || nCut <= 0 || nPosition + nAdded > nTotal)
-        return;
-    QTextCursor cursor(m_pSource->document());
-    cursor.setPosition(nPosition + nAdded - nCut);
-    cursor.setPosition(nPosition + nAdded, QTextCursor::KeepAnchor);
-    cursor.removeSelectedText();
-    m_people.Warn(EditorTexts::c_strSourceTooLong);
-}
-
 bool CEditorView::SwapToDesign() {
     const QPointer<CEditorView> pThis(this);
-    if (!m_pDesign->SetBrowserBodyInnerHTML(SourceText())) {
+    if (!m_pDesign->SetBrowserBodyInnerHTML(m_pSource->GetText())) {
         if (pThis)
             m_people.Error(EditorTexts::c_strClearFailed);
         return false;
@@ -307,18 +261,14 @@ bool CEditorView::SwapToDesign() {
 /// The unsaved text at the page's own place, so that its relative references are found.
 void CEditorView::ShowPreview() {
     const QPointer<CEditorView> pThis(this);
-    QString strUrl, strHtml;
-    // A link in it may have led to another page.
-    const QString strOwnUrl = Torvane::File::PathToDocumentUrl(m_saver.GetPagePath());
-    if (!m_bPreviewLoaded || !m_pPreview->GetURL(strUrl) ||
-        !EqualsIgnoringCase(strUrl.section(u'#', 0, 0), strOwnUrl)) {
-        const bool bLoaded = m_pPreview->NavigateAndWait(m_saver.GetPagePath());
-        if (!pThis)
-            return;
-        m_bPreviewLoaded = bLoaded;
-    }
-    if (pThis && GetCurrentHtml(strHtml) && pThis)
-        m_pPreview->SetBrowserBodyInnerHTML(strHtml);
+    QString strHtml;
+    if (!m_bPreviewLoaded)
+        Blank(*m_pPreview);
+    if (!pThis || !GetCurrentHtml(strHtml) || !pThis)
+        return;
+    const bool bShown = m_pPreview->ShowTextAt(m_saver.GetPagePath(), strHtml);
+    if (pThis)
+        m_bPreviewLoaded = bShown;
 }
 
 void CEditorView::SetMode(EMode mode) {

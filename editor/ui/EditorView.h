@@ -12,8 +12,8 @@
 #include <optional>
 
 class CEditorToolBars;
+class CSourceBox;
 class CWebBrowser2Ex;
-class QPlainTextEdit;
 class QTabBar;
 
 /// The built-in HTML editor: edits the page of a node in a browser surface in design mode, with the source in
@@ -58,21 +58,18 @@ private:
     void SwitchTo(EditorCommands::EMode mode);
     bool SwapToSource();
     bool SwapToDesign();
-    void CutSource(int nPosition, int nAdded);
     void ShowPreview();
     void Blank(CWebBrowser2Ex& surface);
     void SetMode(EditorCommands::EMode mode);
     void LayOut();
     void FocusLive();
     void ShowStates();
-    QString SourceText() const;
 
     // The text is kept while it is edited, and outlives the engine.
     void AskLiveText(const CPageKeeper::Answer& answer);
     void TellKeepFailure(const QString& strFailure);
     void BeginKeeping(bool bEditing);
     bool PutBack(const CPageKeeper::Text& text);
-    static bool FitsSourceBox(const QString& strText);
     void PageLost();
     void PreviewLost();
     void LeavePreviewWhenFree();
@@ -102,7 +99,7 @@ private:
     Torvane::Dialog::MFC::IPeople& m_people;
     CEditorToolBars* m_pBars;
     QTabBar* m_pTabs;
-    QPlainTextEdit* m_pSource;
+    CSourceBox* m_pSource;
     CWebBrowser2Ex* m_pDesign;
     CWebBrowser2Ex* m_pPreview;
     CPageSaver m_saver;

@@ -3,11 +3,11 @@
 #include "editor/KeptPageOffer.h"
 #include "editor/Texts.h"
 #include "editor/ui/EditorView.h"
+#include "editor/ui/SourceBox.h"
 #include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QApplication>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QTabBar>
 #include <QTimer>
@@ -31,7 +31,7 @@ bool IsFreeForBox() {
 
 void CEditorView::AskLiveText(const CPageKeeper::Answer& answer) {
     if (m_bInSource)
-        return answer(CPageKeeper::Text{SourceText(), true});
+        return answer(CPageKeeper::Text{m_pSource->GetText(), true});
     m_pDesign->AskChangedHtml([answer](const std::optional<QString>& html) {
         answer(html ? std::optional(CPageKeeper::Text{*html, false}) : std::nullopt);
     });
@@ -79,9 +79,9 @@ bool CEditorView::PutBack(const CPageKeeper::Text& text) {
     const QPointer<CEditorView> pThis(this);
     if (!text.bInSource && m_pDesign->SetBrowserBodyInnerHTML(text.strHtml))
         return true;
-    if (!pThis || !FitsSourceBox(text.strHtml))
+    if (!pThis || !CSourceBox::Fits(text.strHtml))
         return false;
-    m_pSource->setPlainText(text.strHtml);
+    m_pSource->SetText(text.strHtml);
     m_bInSource = true;
     SetMode(EMode::Source);
     return true;

@@ -131,8 +131,7 @@ TEST_F(EditorKeepingTest, APageTooLargeForTheEditorOrTheSourceBoxIsSaidToBeSo) {
     Open(QByteArray(21 << 20, 'x'));
     EXPECT_TRUE(m_view.LeaveNode(true));
     EXPECT_EQ(m_world.Folder.Read(PageFile()).size(), 21 << 20);
-    // One line that the box would be at for minutes.
-    Open(QByteArray(3 << 20, 'x'));
+    Open(QByteArray(9 << 20, 'x'));
     m_world.People.Expect(u"对不起，您填写的内容过长，无法编辑源文件。\n系统建议您拆分成较小的页面。"_s);
     Tab(c_nSource);
     EXPECT_TRUE(Surface("design").isEnabled());

@@ -1,11 +1,14 @@
 #include "content/BookTree.h"
+#include "editor/ui/SourceBox.h"
 #include "tests/editor_ui/EditorFixture.h"
 #include "tests/support/WindowHelp.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTextBlock>
 #include <QTimer>
 #include <QTreeView>
 
@@ -44,6 +47,48 @@ TEST_F(EditorViewTest, AnUntouchedPageIsLeftWithoutAQuestionWhateverItsMarkup) {
         EXPECT_TRUE(m_view.LeaveNode(true));
         EXPECT_EQ(m_world.Folder.Read(PageFile()), html);
     }
+}
+
+TEST_F(EditorViewTest, TheSourceBoxGivesBackWhatItWasGiven) {
+    QString strLine = u"<p>hard\u00A0blank \u2028 \u2064 𠀀</p>"_s;
+    while (strLine.size() < 100'000)
+        strLine += u"<b>一二三四五</b>𠀀𠀀"_s;
+    Open("");
+    Tab(c_nSource);
+    auto& box = static_cast<CSourceBox&>(Source());
+    const QStringList texts = {strLine, QString(100'000, u'x'), u"\n\n%1\n%1\n\n"_s.arg(strLine)};
+    for (const QString& strText : texts) {
+        box.SetText(strText);
+        EXPECT_TRUE(box.document()->blockCount() > 20) << "a line that is laid out as a whole at every key";
+        EXPECT_EQ(box.GetText(), QString(strText).replace(QChar(0x2028), u"&#8232;"_s));
+        // Typed and copied over the folds.
+        box.selectAll();
+        box.copy();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::clipboard()->text() == box.GetText(); }));
+        const int nFold = box.document()->findBlockByNumber(3).position();
+        for (const int nPlace : {nFold - 2, nFold - 1, nFold + 1}) {
+            const QString strBefore = box.GetText();
+            QTextCursor cursor(box.document());
+            cursor.setPosition(nPlace);
+            cursor.insertText(u"[\n]"_s);
+            EXPECT_EQ(box.GetText().remove(u"[\n]"_s), strBefore) << nPlace - nFold;
+            box.document()->undo();
+            ASSERT_EQ(box.GetText(), strBefore);
+        }
+        QTextCursor caret(box.document());
+        caret.setPosition(nFold - 3);
+        box.setTextCursor(caret);
+        QTest::keyClick(&box, Qt::Key_Right);
+        QTest::keyClick(&box, Qt::Key_Right);
+        EXPECT_EQ(box.textCursor().position(), nFold + 1) << "one step over the fold";
+        QTest::keyClick(&box, Qt::Key_Left);
+        EXPECT_EQ(box.textCursor().position(), nFold - 2);
+        box.selectAll();
+        box.paste();
+        EXPECT_EQ(box.GetText(), QString(strText).replace(QChar(0x2028), u"&#8232;"_s));
+    }
+    box.SetText({});
+    EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
 TEST_F(EditorViewTest, TheLiveTextFollowsTheTabs) {

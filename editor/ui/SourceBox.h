@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QPlainTextEdit>
+
+/// The box for a page's source. The text comes out as it went in and was typed, hard blanks included; only
+/// within the box are long lines folded (SourceLines.h).
+class CSourceBox : public QPlainTextEdit {
+    Q_OBJECT
+public:
+    explicit CSourceBox(QWidget* pParent = nullptr);
+
+    /// Whether the box has room for the text.
+    static bool Fits(const QString& strText);
+    /// For a text that fits.
+    void SetText(const QString& strText);
+    QString GetText() const;
+
+Q_SIGNALS:
+    /// What was typed or pasted was more than the box has room for, and went no further than that.
+    void Full();
+
+protected:
+    QMimeData* createMimeDataFromSelection() const override;
+    void insertFromMimeData(const QMimeData* pSource) override;
+
+private:
+    void CutAt(int nPosition, int nAdded);
+
+    void KeepOffFold();
+
+    QChar m_mark;
+    /// Where the caret stood last.
+    int m_nCaret = 0;
+};
