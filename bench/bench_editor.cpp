@@ -1,12 +1,14 @@
-// What a page's size costs whoever edits it: loading, each switch between the tabs until the new tab is
-// painted, a keystroke until its letter is on the screen, and the longest time in which the interface stood
-// still while the text was being kept. Medians and worst of some rounds, in milliseconds.
+// What a page's size costs whoever edits it: loading, each switch between the tabs until the screen shows the
+// new tab with its text, a keystroke until its letter is on the screen, beside the same page in a bare engine
+// with the design mode on, and the longest time in which the interface stood still while the text was being
+// kept. Medians and worst of some rounds, in milliseconds.
 // Usage: bench_editor [SIZES IN KB...]; needs a display.
 #include "bench/BenchCourse.h"
 #include "bench/Rounds.h"
 #include "editor/ui/EditorView.h"
 #include "foundation/CodePage.h"
 #include "foundation/TextFile.h"
+#include "platform/base/NativePath.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QApplication>
@@ -17,7 +19,10 @@
 #include <QScreen>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QTextCursor>
 #include <QTimer>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
 #include <QtTest/QTest>
 
 #include <cstdio>
@@ -30,6 +35,13 @@ namespace {
 constexpr int c_nRounds = 5;
 constexpr int c_nKeys = 20;
 constexpr int c_nPaintPatience = 10000;
+/// Behind a step the screen is looked at for so long.
+constexpr int c_nLook = 2500;
+/// The caret alone is thin.
+constexpr int c_nMoreThanCaret = 300;
+
+constexpr const char* c_szFirst = "<p><font size=\"7\">x</font></p>\n";
+constexpr int c_nLetterAt = 18;
 
 /// Paragraphs with some markup, a table now and then; each on a line of its own, or all in one.
 QByteArray PageOf(qsizetype nBytes, bool bLines) {
@@ -42,7 +54,7 @@ QByteArray PageOf(qsizetype nBytes, bool bLines) {
     QByteArray part = CodePage::Encode(QString(strParagraph.repeated(8) + strTable));
     if (!bLines)
         part.replace('\n', "");
-    QByteArray page = "<p><font size=\"7\">x</font></p>\n";
+    QByteArray page = c_szFirst;
     while (page.size() < nBytes)
         page += part;
     return page;
@@ -73,29 +85,6 @@ double Since(const QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-/// Counts the paintings of a widget and of all in it.
-class CPaintCounter : public QObject {
-public:
-    explicit CPaintCounter(QWidget* pWidget) : m_pWidget(pWidget) { qApp->installEventFilter(this); }
-    int nPaints = 0;
-    bool WaitForNext() {
-        const int nBefore = nPaints;
-        return QTest::qWaitFor([&] { return nPaints > nBefore; }, c_nPaintPatience);
-    }
-
-protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        auto* pWidget = qobject_cast<QWidget*>(pObject);
-        if (pEvent->type() == QEvent::Paint && pWidget &&
-            (pWidget == m_pWidget || m_pWidget->isAncestorOf(pWidget)))
-            ++nPaints;
-        return false;
-    }
-
-private:
-    QWidget* m_pWidget;
-};
-
 /// How far the pictures of a place differ.
 int Difference(const QImage& a, const QImage& b) {
     int nPixels = 0;
@@ -110,6 +99,52 @@ int Difference(const QImage& a, const QImage& b) {
 QImage OnScreen(QWidget& widget) {
     const QPoint place = widget.mapTo(widget.window(), QPoint());
     return widget.screen()->grabWindow(widget.window()->winId(), place.x(), place.y(), 700, 90).toImage();
+}
+
+double Tell(const char* szWhat, const std::vector<double>& times) {
+    const double dMedian = Median(times);
+    std::printf("  %-20s %8.1f   worst %8.1f\n", szWhat, dMedian,
+                *std::max_element(times.begin(), times.end()));
+    std::fflush(stdout);
+    return dMedian;
+}
+
+/// Letters into whatever has the keyboard; they are large and stand at the page's beginning.
+std::vector<double> TypeInto(QWidget& page) {
+    QWidget* const pKeys = QApplication::focusWidget();
+    std::vector<double> times;
+    for (int n = 0; n < c_nKeys; ++n) {
+        const QImage before = OnScreen(page);
+        QElapsedTimer timer;
+        timer.start();
+        QTest::keyClick(pKeys, n % 2 != 0 ? Qt::Key_W : Qt::Key_M);
+        if (!QTest::qWaitFor([&] { return Difference(before, OnScreen(page)) > c_nMoreThanCaret; },
+                             c_nPaintPatience))
+            std::printf("  a letter never came\n");
+        times.push_back(Since(timer));
+        QTest::qWait(300);
+        QTest::keyClick(pKeys, Qt::Key_Backspace);
+        QTest::qWait(300);
+    }
+    return times;
+}
+
+/// The engine without anything of ours.
+double BareKeys(const QString& strPage) {
+    QWebEngineView view;
+    view.settings()->setDefaultTextEncoding(u"GB18030"_s);
+    view.resize(1000, 700);
+    view.show();
+    view.activateWindow();
+    bool bDone = false;
+    QObject::connect(&view, &QWebEngineView::loadFinished, [&] { bDone = true; });
+    view.load(QUrl::fromLocalFile(strPage));
+    if (!QTest::qWaitFor([&] { return bDone; }, c_nPaintPatience))
+        std::printf("  the bare page never came\n");
+    view.page()->runJavaScript(u"document.designMode = 'on'"_s);
+    view.setFocus();
+    QTest::qWait(c_nLook);
+    return Tell("bare key to paint", TypeInto(view));
 }
 
 class CEditorBench {
@@ -141,13 +176,9 @@ public:
             m_times[step.szName].clear();
         for (int n = 0; n < c_nRounds; ++n) {
             for (const auto& step : steps) {
-                auto* pShown = m_view.findChild<QWidget*>(QLatin1StringView(step.szShown));
-                CPaintCounter paints(pShown);
-                m_times[step.szName].push_back(Time([&] {
-                    m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(step.nTab);
-                    paints.WaitForNext();
-                }));
-                QTest::qWait(200);
+                m_times[step.szName].push_back(UntilShown(step.nTab, step.szShown));
+                if (step.nTab == 1)
+                    ChangeSource(n);
             }
         }
         for (const auto& step : steps)
@@ -178,11 +209,10 @@ public:
         Say("navigate", navigate);
     }
 
-    /// The letters are large and stand at the page's beginning.
     void Keys() {
         auto* pDesign = m_view.findChild<CWebBrowser2Ex*>(u"design"_s);
         pDesign->setFocus();
-        QTest::qWait(500);
+        QTest::qWait(c_nLook);
         // The steps of the loop since the last look, at most: what stood still longer, kept keys waiting too.
         double dStill = 0;
         QElapsedTimer step;
@@ -191,25 +221,13 @@ public:
             dStill = std::max(dStill, Since(step));
             step.restart();
         });
-        std::vector<double> times;
         step.start();
         tick.start(1);
-        QWidget* const pKeys = QApplication::focusWidget();
-        for (int n = 0; n < c_nKeys; ++n) {
-            const QImage before = OnScreen(*pDesign);
-            times.push_back(Time([&] {
-                QTest::keyClick(pKeys, n % 2 != 0 ? Qt::Key_W : Qt::Key_M);
-                // The caret alone is thin.
-                if (!QTest::qWaitFor([&] { return Difference(before, OnScreen(*pDesign)) > 300; },
-                                     c_nPaintPatience))
-                    std::printf("  a letter never came\n");
-            }));
-            QTest::qWait(300);
-            QTest::keyClick(pKeys, Qt::Key_Backspace);
-            QTest::qWait(300);
-        }
-        Say("key to paint", times);
+        const double dOurs = Tell("key to paint", TypeInto(*pDesign));
+        tick.stop();
         Say("interface still", {dStill});
+        const double dBare = BareKeys(Platform::ToNative(m_pNode->GetContentPath()));
+        std::printf("  key, ours to bare    %8.2f\n", dOurs / dBare);
     }
 
 private:
@@ -220,10 +238,33 @@ private:
         step();
         return Since(timer);
     }
-    static void Say(const char* szWhat, const std::vector<double>& times) {
-        std::printf("  %-20s %8.1f   worst %8.1f\n", szWhat, Median(times),
-                    *std::max_element(times.begin(), times.end()));
-        std::fflush(stdout);
+    static void Say(const char* szWhat, const std::vector<double>& times) { Tell(szWhat, times); }
+
+    /// From the choice of a tab to the last change of what the screen shows of its text's beginning.
+    double UntilShown(int nTab, const char* szShown) {
+        auto* pShown = m_view.findChild<QWidget*>(QLatin1StringView(szShown));
+        QElapsedTimer timer;
+        timer.start();
+        m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(nTab);
+        double dShown = Since(timer);
+        QImage last = OnScreen(*pShown);
+        while (timer.elapsed() < c_nLook) {
+            QTest::qWait(2);
+            const QImage now = OnScreen(*pShown);
+            if (Difference(last, now) > c_nMoreThanCaret)
+                dShown = Since(timer);
+            last = now;
+        }
+        return dShown;
+    }
+
+    /// Another large letter at the page's beginning, so that the screen tells when the text is there.
+    void ChangeSource(int nRound) {
+        auto* pSource = m_view.findChild<QPlainTextEdit*>(u"source"_s);
+        QTextCursor cursor(pSource->document());
+        cursor.setPosition(c_nLetterAt);
+        cursor.deleteChar();
+        cursor.insertText(nRound % 2 == 0 ? u"M"_s : u"x"_s);
     }
 
     CReader m_people;

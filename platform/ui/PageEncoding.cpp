@@ -64,7 +64,8 @@ bool SaysItsEncoding(const QByteArray& bytes) {
 bool IsBodyText(const QByteArray& bytes) {
     // Within these a tag is text.
     static const QRegularExpression s_raw(
-        QStringLiteral("<!--.*?(?:-->|\\z)|<(script|style|xmp|iframe|noembed|noframes|textarea)\\b.*?(?:</\\1|\\z)"),
+        QStringLiteral(
+            "<!--.*?(?:-->|\\z)|<(script|style|xmp|iframe|noembed|noframes|textarea)\\b.*?(?:</\\1|\\z)"),
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
     static const QRegularExpression s_tag(QStringLiteral("<(html|head|body|frameset|!doctype)[\\s>/]"),
                                           QRegularExpression::CaseInsensitiveOption);

@@ -1,5 +1,6 @@
 #include "platform/ui/WebBrowser.h"
 
+#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/LinkDialog.h"
 #include "platform/ui/PageEncoding.h"
@@ -45,12 +46,13 @@ QJsonObject NewNames(const QJsonArray& references) {
     return names;
 }
 
-/// The text of a page's file that is a body's text and says no encoding of its own. Such a text is put into an
-/// empty document: the inverse of how it was had from one, where the parser of whole pages takes its beginning
-/// for a head, and for large pages several times as long.
+/// The text of a page's file that is a body's text and says no encoding of its own. Such a text is put into
+/// an empty document: the inverse of how it was had from one, where the parser of whole pages takes its
+/// beginning for a head, and for large pages several times as long.
 std::optional<QString> BodyTextOf(const QUrl& url) {
     QFile file(url.toLocalFile());
-    if (!url.isLocalFile() || !file.open(QIODevice::ReadOnly))
+    if (!url.isLocalFile() || !Torvane::File::IsHtmlFile(url.toLocalFile()) ||
+        !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray bytes = file.readAll();
     if (!PageEncoding::IsBodyText(bytes) || PageEncoding::SaysItsEncoding(bytes))
@@ -170,7 +172,7 @@ bool CWebBrowser2Ex::ShowFailure(const QString& strText) {
     return false;
 }
 
-bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
+bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     const QUrl url = SurfaceUrls::EngineUrl(strUrl);
     const bool bWebPage = IsWebUrl(url);
     m_bPageLoaded = false;
@@ -202,14 +204,13 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl) {
     }
     m_bPageLoaded = true;
     if (bodyText)
-        return PutBody(*bodyText);
+        return bForText || PutBody(QStringLiteral("loadBodyHtml"), *bodyText);
     return !url.isLocalFile() || MendPage(url.toLocalFile());
 }
 
-bool CWebBrowser2Ex::PutBody(const QString& strHtml) {
+bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QString& strHtml) {
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const SEngineAnswer answer =
-        m_pEngine->Call(QStringLiteral("setBodyHtml"), {strHtml}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = m_pEngine->Call(strFunction, {strHtml}, c_nScriptMilliseconds);
     if (!pAlive || !answer.HasValue())
         return false;
     const QJsonObject names = NewNames(answer.Value.toArray());
@@ -247,6 +248,31 @@ bool CWebBrowser2Ex::NavigateAndWait(const QString& strUrl) {
     if (!m_pEngine && strUrl == c_strBlank)
         return true;
     return EnsureEngine() && NavigateNow(strUrl);
+}
+
+bool CWebBrowser2Ex::ShowTextAt(const QString& strPath, const QString& strHtml) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !EnsureEngine())
+        return false;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    const bool bThere = m_bPageLoaded && SurfaceUrls::EngineUrl(strPath) == m_pEngine->Url();
+    if (!bThere && (!NavigateNow(strPath, true) || !pAlive))
+        return false;
+    const SEngineAnswer staged = m_pEngine->Call(QStringLiteral("stage"), {strHtml}, c_nScriptMilliseconds);
+    if (!pAlive || !staged.HasValue())
+        return false;
+    const QJsonObject names = NewNames(staged.Value[QLatin1String("local")].toArray());
+    const SEngineAnswer begun = m_pEngine->Call(QStringLiteral("showStaged"), {names}, c_nScriptMilliseconds);
+    if (pAlive && IsTrue(begun))
+        ShowMoreLater();
+    return pAlive && begun.HasValue();
+}
+
+void CWebBrowser2Ex::ShowMoreLater() {
+    m_pEngine->CallLater(QStringLiteral("showMore"), {}, [this](const SEngineAnswer& answer) {
+        if (IsTrue(answer))
+            ShowMoreLater();
+    });
 }
 
 bool CWebBrowser2Ex::SetBrowserDesignMode(bool bOn) {
@@ -295,12 +321,13 @@ void CWebBrowser2Ex::AskChangedHtml(std::function<void(std::optional<QString>)> 
 
 void CWebBrowser2Ex::ClearLater() {
     if (m_bPageLoaded)
-        m_pEngine->CallLater(QStringLiteral("setBodyHtml"), {QString()}, [](const SEngineAnswer&) {});
+        m_pEngine->CallLater(QStringLiteral("loadBodyHtml"), {QString()}, [](const SEngineAnswer&) {});
 }
 
 bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
     const CCallGuard guard;
-    return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded && PutBody(strHtml);
+    return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded &&
+           PutBody(QStringLiteral("setBodyHtml"), strHtml);
 }
 
 bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value) {

@@ -57,6 +57,10 @@ public:
     /// failed or the time limit passed; the surface then shows a page that says so, and GetURL gives
     /// "about:blank".
     bool NavigateAndWait(const QString& strUrl);
+    /// Shows this text as the body of the page with that path, which loads first unless it stands there.
+    /// Returns when the text's beginning is there: the rest of a long one follows from the event loop, and is
+    /// not to be read before.
+    bool ShowTextAt(const QString& strPath, const QString& strHtml);
     /// False when no page is loaded. Off without a page is a success.
     bool SetBrowserDesignMode(bool bOn);
     /// "about:blank" while nothing is loaded; for a local page "file://Z:\…\Content.htm", as it stands on the
@@ -155,14 +159,16 @@ private:
     void ShowMissingEngine();
     void ConnectEngine();
     void ApplyAccess(bool bWebPage);
-    bool NavigateNow(const QString& strUrl);
+    /// bForText: the body's text is replaced behind it, so that it need not be put there.
+    bool NavigateNow(const QString& strUrl, bool bForText = false);
+    void ShowMoreLater();
     /// The engine guesses the encoding of a page that says none, and guesses wrong where there is little
     /// text: the page is then put in its place once more. And what a file that is a body's text begins with
     /// may have gone to the head, where an edited page would lose it; a declaration of the encoding, which
     /// saving would make untrue, is taken out. False when a page to be edited stays misread.
     bool MendPage(const QString& strNativeFile);
     /// Replaces the body's text, with its local references in the one form.
-    bool PutBody(const QString& strHtml);
+    bool PutBody(const QString& strFunction, const QString& strHtml);
     bool ShowFailure(const QString& strText);
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();

@@ -169,13 +169,25 @@
         .filter((first) => first && first.nodeType === Node.TEXT_NODE && first.data.startsWith('\n'));
   }
 
+  // Nothing ends this element, not even its own end tag: written and read it would swallow what comes behind.
+  function endless(root) {
+    return Array.from(root.querySelectorAll('plaintext'));
+  }
+
+  function endingLike(element) {
+    const preformatted = element.ownerDocument.createElement('pre');
+    preformatted.replaceChildren(...element.childNodes);
+    return preformatted;
+  }
+
   function innerHtml() {
     if (isFrameset(body()))
       return body().outerHTML;
-    if (breakFirst(body()).length === 0)
+    if (breakFirst(body()).length === 0 && endless(body()).length === 0)
       return body().innerHTML;
     const copy = inert('');
     copy.replaceChildren(...copy.ownerDocument.importNode(body(), true).childNodes);
+    endless(copy).forEach((element) => element.replaceWith(endingLike(element)));
     breakFirst(copy).forEach((text) => text.insertData(0, '\n'));
     return copy.innerHTML;
   }
@@ -207,9 +219,11 @@
     return true;
   }
 
+  const DECLARATION = 'meta[charset], meta[http-equiv="content-type" i]';
+
   // The program writes pages in its own code page, where a page's declaration of another would be untrue.
   function dropDeclarations() {
-    document.querySelectorAll('meta[charset], meta[http-equiv="content-type" i]').forEach((e) => e.remove());
+    document.querySelectorAll(DECLARATION).forEach((e) => e.remove());
   }
 
   function patchAttributes(element, fresh) {
@@ -270,10 +284,67 @@
     return localReferences(body());
   }
 
+  // A page to be looked at comes piece by piece, each larger than the last, so that its beginning shows at once.
+  const FIRST_PIECE = 20000;
+
+  function* grow(target, source, piece) {
+    while (source.firstChild) {
+      const node = source.removeChild(source.firstChild);
+      if (node.nodeType === Node.ELEMENT_NODE && node.childNodes.length > 1 &&
+          node.textContent.length > piece.size) {
+        const shell = document.importNode(node, false);
+        target.append(shell);
+        yield* grow(shell, node, piece);
+        continue;
+      }
+      piece.done += node.textContent.length;
+      target.append(document.adoptNode(node));
+      if (piece.done < piece.size)
+        continue;
+      yield;
+      piece.done = 0;
+      piece.size *= 2;
+    }
+  }
+
+  function stage(html) {
+    if (isFrameset(body()) || /<frameset[\s>]/i.test(html)) {
+      window.vorelStaged = undefined;
+      return {local: setBodyHtml(html)};
+    }
+    window.vorelStaged = inert(html);
+    window.vorelStaged.querySelectorAll(DECLARATION).forEach((e) => e.remove());
+    return {local: localReferences(window.vorelStaged)};
+  }
+
+  function showStaged(names) {
+    const staged = window.vorelStaged;
+    rename(staged || body(), names);
+    if (!staged)
+      return false;
+    body().replaceChildren();
+    window.scrollTo(0, 0);
+    window.vorelStaged = grow(body(), staged, {size: FIRST_PIECE, done: 0});
+    return showMore();
+  }
+
+  // Whether there is still more.
+  function showMore() {
+    const more = window.vorelStaged !== undefined && !window.vorelStaged.next().done;
+    if (!more)
+      window.vorelStaged = undefined;
+    return more;
+  }
+
   // What of the page stands outside of its body, in the page's order.
   function strays() {
     const before = Array.from(document.childNodes).filter((node) => node.nodeType === Node.COMMENT_NODE);
     return before.concat(document.head ? Array.from(document.head.childNodes) : []);
+  }
+
+  // What gives a whole document its looks; saved is the body alone.
+  function looks() {
+    return document.head ? document.head.querySelectorAll('style, link[rel~="stylesheet" i]') : [];
   }
 
   const FRAGMENTS = {
@@ -564,6 +635,14 @@
       return innerHtml();
     },
     setBodyHtml: asStep(setBodyHtml),
+    // Of a page that has just been loaded or goes out of sight: nothing to be undone.
+    loadBodyHtml: (html) => {
+      window.vorelStaged = undefined;
+      return setBodyHtml(html);
+    },
+    stage: stage,
+    showStaged: showStaged,
+    showMore: showMore,
     localReferences: (html) => localReferences(inert(html)),
     rename: (names) => {
       steps().changeAside(() => rename(body(), names));
@@ -602,8 +681,8 @@
     // begins with for a head.
     prepare: (bodyText) => {
       dropDeclarations();
-      if (bodyText && !isFrameset(body()))
-        body().prepend(...strays());
+      if (!isFrameset(body()))
+        body().prepend(...(bodyText ? strays() : looks()));
       return true;
     },
     watch: watch,
