@@ -255,7 +255,8 @@ bool CWebBrowser2Ex::ShowTextAt(const QString& strPath, const QString& strHtml) 
     if (guard.IsRefused() || !EnsureEngine())
         return false;
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const bool bThere = m_bPageLoaded && SurfaceUrls::EngineUrl(strPath) == m_pEngine->Url();
+    const bool bThere =
+        m_bPageLoaded && SurfaceUrls::EngineUrl(strPath) == m_pEngine->Url().adjusted(QUrl::RemoveFragment);
     if (!bThere && (!NavigateNow(strPath, true) || !pAlive))
         return false;
     const SEngineAnswer staged = m_pEngine->Call(QStringLiteral("stage"), {strHtml}, c_nScriptMilliseconds);
