@@ -40,8 +40,10 @@ struct Candidate {
 
 QString MoveBeside(const KeptPage& page, const CCourse& course) {
     QString strPath = KeptPages::PutBeside(page, course.GetPaths());
-    if (!page.strPath.isEmpty())
+    if (!page.strPath.isEmpty()) {
         KeptPages::Remove(page.strPath);
+        KeptPages::RemovePictures(page.strPath, QString());
+    }
     return strPath;
 }
 
@@ -92,11 +94,15 @@ std::optional<KeptPage> OfferKeptPages(const CCourse& course, IPeople& people,
         else
             candidates.append({page, strTitle, strPagePath});
     }
+    if (!onlyNode)
+        KeptPages::RemoveOrphans(course.GetPaths());
     PutBeside(gone, course, people);
     for (const auto& [page, strTitle, strPagePath] : candidates) {
-        if (page.strHtml != ReadTextFile(strPagePath) && Wants(page, strTitle, strPagePath, people))
+        const QString strSaved = ReadTextFile(strPagePath);
+        if (page.strHtml != strSaved && Wants(page, strTitle, strPagePath, people))
             return page;
         KeptPages::Remove(page.strPath);
+        KeptPages::RemovePictures(page.strPath, strSaved);
     }
     return std::nullopt;
 }

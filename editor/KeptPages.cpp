@@ -9,8 +9,11 @@
 #include "foundation/Paths.h"
 #include "foundation/TextFile.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
+#include <QUrl>
 #include <QUuid>
 
 #include <algorithm>
@@ -28,6 +31,9 @@ const QByteArray c_headEnd = " -->\n";
 /// A course comes from anybody: no more is read at a time, in files and in bytes.
 constexpr qsizetype c_nMaxFiles = 100;
 constexpr quint64 c_nMaxBytes = 200 * 1024 * 1024;
+const QString c_strPicturesEnding = u".files"_s;
+/// No editing lasts for so long.
+constexpr qint64 c_nOrphanMilliseconds = qint64{48} * 60 * 60 * 1000;
 /// A title becomes a file's name, and stands in a box.
 constexpr qsizetype c_nMaxTitle = 60;
 
@@ -73,6 +79,13 @@ std::optional<KeptPage> ReadOne(const QString& strPath) {
     return page;
 }
 
+/// The text with the references into one folder led into another one beside it.
+QString WithPicturesIn(const QString& strHtml, const QString& strFolder, const QString& strOther) {
+    const QRegularExpression reference(u"file:[^\"'<>]*/"_s + QRegularExpression::escape(strFolder) + u'/');
+    const QString strNew = QString::fromLatin1(QUrl::toPercentEncoding(strOther)) + u'/';
+    return QString(strHtml).replace(reference, strNew);
+}
+
 class CCollector : public IFileVisitor {
 public:
     explicit CCollector(const QString& strPrefix) : m_strPrefix(strPrefix) {}
@@ -95,6 +108,32 @@ private:
 
 QString NewPath(const CCoursePaths& paths, qint32 nNode) {
     return FolderOf(paths) + PrefixOf(nNode) + QUuid::createUuid().toString(QUuid::Id128).left(8) + u".htm"_s;
+}
+
+QString PicturesFolder(const QString& strPath) {
+    return AddBackslash(AddBackslash(ParentFolder(strPath)) + FileTitle(strPath) + c_strPicturesEnding);
+}
+
+void RemovePictures(const QString& strPath, const QString& strSavedText) {
+    const QString strFolder = WithoutBackslash(PicturesFolder(strPath));
+    if (IsFolder(strFolder) && !strSavedText.contains(BareName(strFolder)))
+        TryDeleteFolder(strFolder);
+}
+
+void RemoveOrphans(const CCoursePaths& paths) {
+    static const QRegularExpression name(u"^N(\\d+)-[0-9a-f]+\\.files$"_s);
+    QList<FolderEntry> entries;
+    ListFolder(FolderOf(paths), entries);
+    for (const FolderEntry& entry : entries) {
+        constexpr qint64 c_nNanosecondsEach = 1'000'000;
+        const auto match = name.match(entry.strName);
+        const qint64 nAge = QDateTime::currentMSecsSinceEpoch() - entry.nBorn / c_nNanosecondsEach;
+        const QString strText = FolderOf(paths) + FileTitle(entry.strName) + u".htm"_s;
+        if (!entry.bFolder || !match.hasMatch() || nAge < c_nOrphanMilliseconds || IsFile(strText))
+            continue;
+        const qint32 nNode = match.captured(1).toInt();
+        RemovePictures(strText, ReadTextFile(paths.GetNodeFolder(nNode) + u"Content.htm"_s));
+    }
 }
 
 void Write(const KeptPage& page) {
@@ -139,7 +178,14 @@ QString PutBeside(const KeptPage& page, const CCoursePaths& paths) {
     TryMakeFolder(strFolder);
     const QString strName = MakeUniqueName(FolderNameOf(page.strTitle) + u".htm"_s, strFolder);
     const QString strPath = AddBackslash(strFolder) + strName;
-    ReplaceFile(strPath, "<!DOCTYPE html><meta charset=utf-8>\n" + page.strHtml.toUtf8());
+    QString strHtml = page.strHtml;
+    const QString strPictures = WithoutBackslash(PicturesFolder(page.strPath));
+    if (!page.strPath.isEmpty() && IsFolder(strPictures)) {
+        const QString strOwn = FileTitle(strName) + c_strPicturesEnding;
+        ForceCopyFolder(strPictures, AddBackslash(strFolder) + strOwn, false);
+        strHtml = WithPicturesIn(strHtml, BareName(strPictures), strOwn);
+    }
+    ReplaceFile(strPath, "<!DOCTYPE html><meta charset=utf-8>\n" + strHtml.toUtf8());
     return strPath;
 }
 

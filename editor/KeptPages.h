@@ -32,6 +32,17 @@ namespace KeptPages {
 /// A name that no other program working on the same course uses.
 QString NewPath(const CCoursePaths& paths, qint32 nNode);
 
+/// The folder for the pictures that were pasted into the page and lie nowhere else before its save: beside
+/// the kept text's file, with a trailing backslash. It may not stand.
+QString PicturesFolder(const QString& strPath);
+
+/// Removes that folder, unless the page's saved text still refers to it.
+void RemovePictures(const QString& strPath, const QString& strSavedText);
+
+/// Removes such folders when their text is no longer kept, no page refers to them, and they are older than
+/// any editing lasts.
+void RemoveOrphans(const CCoursePaths& paths);
+
 /// Replaces the file as a whole and flushes it to the disk; the folder is made where it is missing, in a
 /// course that stands. May run on any thread. Throws Torvane::File::CFileException.
 void Write(const KeptPage& page);
@@ -40,14 +51,15 @@ void Write(const KeptPage& page);
 /// so is, for this time, what goes beyond a hundred files or 200 MB.
 QList<KeptPage> Read(const CCoursePaths& paths, std::optional<qint32> onlyNode = std::nullopt);
 
-/// Removes the file. One that can't be removed stays, and will be offered once more.
+/// Removes the file, and leaves its pictures. One that can't be removed stays, and will be offered once more.
 void Remove(const QString& strPath);
 
 /// MD5 of the file's bytes; empty when there is none.
 QByteArray HashOfPage(const QString& strPagePath);
 
 /// Puts the text into a page of its own, "<course>\未保存的网页\<title>.htm", where its node is gone or can't
-/// take it; its path. Throws Torvane::CRunException.
+/// take it; its path. The pictures that were pasted into it are copied along, and stay where they are. Throws
+/// Torvane::CRunException.
 QString PutBeside(const KeptPage& page, const CCoursePaths& paths);
 
 } // namespace KeptPages

@@ -132,6 +132,13 @@ void CPageKeeper::Forget() {
     m_writer.start([strPath = m_about.strPath] { KeptPages::Remove(strPath); });
 }
 
+/// Not before the page is left: what is undone may be done again.
+void CPageKeeper::ForgetPictures() {
+    m_writer.start([strPath = m_about.strPath, strSaved = m_strOnDisk] {
+        KeptPages::RemovePictures(strPath, strSaved);
+    });
+}
+
 void CPageKeeper::Saved(const QString& strHtml, const QByteArray& hash) {
     if (!m_bOpen)
         return;
@@ -145,12 +152,15 @@ void CPageKeeper::Drop() {
     if (!m_bOpen)
         return;
     Forget();
+    ForgetPictures();
     End();
 }
 
 void CPageKeeper::Close() {
     if (m_bOpen && HasUnsaved() && m_text.strHtml != m_kept)
         Keep();
+    else if (m_bOpen && !HasUnsaved())
+        ForgetPictures();
     End();
 }
 

@@ -52,6 +52,10 @@ public:
     /// The page is left or lost with a text that nobody decided about: the newest known one is kept.
     void Close();
 
+    /// Where the pictures lie that are pasted into the page; they go when it is left with nothing to save, or
+    /// the text is given up.
+    QString GetPicturesFolder() const { return KeptPages::PicturesFolder(m_about.strPath); }
+
     /// The newest known text, and whether it is another than the page's on disk.
     const Text& GetText() const { return m_text; }
     bool HasText() const { return m_bKnown; }
@@ -65,6 +69,7 @@ private:
     void Take(const std::optional<Text>& text);
     void Keep();
     void Forget();
+    void ForgetPictures();
     void Written(const QString& strFailure);
     void End();
 

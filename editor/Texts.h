@@ -61,6 +61,15 @@ inline const QString c_strPreviewLost = QStringLiteral("显示网页的组件意
 inline const QString c_strPageInSource = QStringLiteral("显示网页的组件意外停止，没有能够重新启动。\n"
                                                         "正在编辑的内容已放在“源文件”中，您可以在那里保存。");
 
+// Pasting.
+inline const QString c_strPicturesFailed =
+    QStringLiteral("有图片没有能够粘贴到网页中，其余内容已经粘贴。\n\n%1");
+inline const QString c_strPictureFailed = QStringLiteral("图片没有能够粘贴到网页中。\n\n%1");
+inline const QString c_strPicturesTooLarge = QStringLiteral("图片太大，或者太多。");
+inline const QString c_strPasteTooLong =
+    QStringLiteral("剪贴板中的内容过长，没有粘贴。\n系统建议您分几次粘贴，或者拆分成较小的页面。");
+inline const QString c_strPasteFailed = QStringLiteral("粘贴失败，请您重试!");
+
 // Commands of the page.
 inline const QString c_strAskTemplate = QStringLiteral("重新设置模板将丢失已有的内容，您继续吗？");
 inline const QString c_strTemplateFilter = QStringLiteral("模板文件(.%1)|*.%1||");

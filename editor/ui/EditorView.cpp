@@ -65,6 +65,7 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
         m_keeper.Touch();
         ShowStates();
     });
+    connect(m_pDesign, &CWebBrowser2Ex::PasteWanted, this, &CEditorView::Paste);
     connect(m_pDesign, &CWebBrowser2Ex::PageLost, this, &CEditorView::PageLost);
     m_pPreview->SetMediaReplaced(true);
     connect(m_pPreview, &CWebBrowser2Ex::NewWindowRequested, this, [this](const QString& strUrl) {

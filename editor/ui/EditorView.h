@@ -14,7 +14,9 @@
 class CEditorToolBars;
 class CSourceBox;
 class CWebBrowser2Ex;
+class CPastedPictures;
 class QTabBar;
+struct SPastedData;
 
 /// The built-in HTML editor: edits the page of a node in a browser surface in design mode, with the source in
 /// a text box and a preview beside it. It has no document of its own: the live text stands in the design
@@ -75,6 +77,12 @@ private:
     void LeavePreviewWhenFree();
     void RecoverWhenFree();
     void RecoverPage();
+
+    // Pasting.
+    void Paste(const SPastedData& pasted);
+    std::optional<QString> MarkupOf(const SPastedData& pasted, CPastedPictures& pictures);
+    QString MarkupOfFiles(const QStringList& files, CPastedPictures& pictures);
+    QString LinkToFile(const QString& strPath);
 
     // Commands.
     void RunPlain(const EditorCommands::Command& command);

@@ -140,16 +140,19 @@ void CEditorView::InsertOtherFile() {
     const auto path = m_people.PickOpenFile(QString(), QString(), EditorTexts::c_strOtherFileFilter);
     if (!path)
         return;
+    ShowFailure(this, [&] { Insert(LinkToFile(*path)); });
+}
+
+/// Copies the file into the page's folder; the markup of a link to it. Throws.
+QString CEditorView::LinkToFile(const QString& strPath) {
     ResourceText::ResourceCopy copy;
-    ResourceText::PlanResource(*path, m_saver.GetFolders(), nullptr, copy);
+    ResourceText::PlanResource(strPath, m_saver.GetFolders(), nullptr, copy);
     // A link is made to a file that is there, and to no other.
-    ShowFailure(this, [&] {
-        if (copy.bCopy) {
-            Torvane::File::CreateFolderPath(m_saver.GetFolders().strResFolder);
-            Torvane::File::CopyOneFile(copy.strOpenPath, copy.strDest, false);
-        }
-        Insert(HtmlFragments::OtherFile(copy.strUrl, Torvane::File::BareName(*path)));
-    });
+    if (copy.bCopy) {
+        Torvane::File::CreateFolderPath(m_saver.GetFolders().strResFolder);
+        Torvane::File::CopyOneFile(copy.strOpenPath, copy.strDest, false);
+    }
+    return HtmlFragments::OtherFile(copy.strUrl, Torvane::File::BareName(strPath));
 }
 
 void CEditorView::InsertTable() {

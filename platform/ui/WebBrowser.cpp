@@ -4,6 +4,7 @@
 #include "platform/base/NativePath.h"
 #include "platform/ui/LinkDialog.h"
 #include "platform/ui/PageEncoding.h"
+#include "platform/ui/PastedData.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/Texts.h"
 #include "platform/ui/WebEngine.h"
@@ -16,6 +17,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QPointer>
+#include <QTimer>
 
 #include <utility>
 
@@ -23,6 +25,7 @@ namespace {
 
 constexpr int c_nScriptMilliseconds = 10000;
 constexpr int c_nLoadMilliseconds = 30000;
+constexpr int c_nRetryMilliseconds = 50;
 constexpr int c_nMaxTableSize = 1000;
 const QLatin1String c_strBlank("about:blank");
 /// As the parser makes it of a text without a document's tags: without a document type.
@@ -131,6 +134,14 @@ void CWebBrowser2Ex::ConnectEngine() {
     m_pEngine->OnSelectionChanged = [this] { Q_EMIT SelectionChanged(); };
     m_pEngine->OnNewWindow = [this](const QUrl& url) {
         Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()));
+    };
+    m_pEngine->OnPaste = [this](IWebEngine::EPaste what) {
+        PasteWhenFree(what == IWebEngine::EPaste::All    ? &SPastedData::FromClipboard
+                      : what == IWebEngine::EPaste::Text ? &SPastedData::TextFromClipboard
+                                                         : &SPastedData::FromSelection);
+    };
+    m_pEngine->OnDrop = [this](const QMimeData& mime, const QPoint& place) {
+        PasteWhenFree([data = SPastedData::FromMime(mime)] { return data; }, place);
     };
     m_pEngine->OnMoved = [this] { Q_EMIT NavigateComplete2(); };
     m_pEngine->OnPageLost = [this] {
@@ -377,6 +388,49 @@ bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml) {
         return false;
     return IsTrue(m_pEngine->Call(QStringLiteral("insert"), {strHtml, NewNames(answer.Value.toArray())},
                                   c_nScriptMilliseconds));
+}
+
+bool CWebBrowser2Ex::IsOwnCopy(const QString& strHtml) const {
+    // It stands behind what the platform puts before markup.
+    constexpr qsizetype c_nHead = 2000;
+    return m_pEngine && QStringView(strHtml).left(c_nHead).contains(m_pEngine->CopyMark());
+}
+
+bool CWebBrowser2Ex::PasteBrowserText(const QString& strHtml) {
+    const CCallGuard guard;
+    if (guard.IsRefused() || !m_bPageLoaded)
+        return false;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    QString strOwn = strHtml;
+    if (IsOwnCopy(strHtml)) {
+        const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("ownCopy"),
+                                                     {strHtml, m_pEngine->CopyMark()}, c_nScriptMilliseconds);
+        if (!pAlive || !answer.HasValue())
+            return false;
+        strOwn = answer.Value.toString();
+    }
+    const SEngineAnswer answer =
+        m_pEngine->Call(QStringLiteral("localReferences"), {strOwn}, c_nScriptMilliseconds);
+    if (!pAlive || !answer.HasValue())
+        return false;
+    return IsTrue(m_pEngine->Call(QStringLiteral("paste"), {strOwn, NewNames(answer.Value.toArray())},
+                                  c_nScriptMilliseconds));
+}
+
+void CWebBrowser2Ex::PasteWhenFree(const std::function<SPastedData()>& read, std::optional<QPoint> place) {
+    if (IsCallRunning()) {
+        QTimer::singleShot(c_nRetryMilliseconds, this, [this, read, place] { PasteWhenFree(read, place); });
+        return;
+    }
+    if (!m_bPageLoaded)
+        return;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    if (place) {
+        const CCallGuard guard;
+        m_pEngine->Call(QStringLiteral("caretAt"), {place->x(), place->y()}, c_nScriptMilliseconds);
+    }
+    if (pAlive)
+        Q_EMIT PasteWanted(read());
 }
 
 bool CWebBrowser2Ex::HasSelection() {

@@ -10,6 +10,7 @@
 #include <optional>
 
 class IWebEngine;
+struct SPastedData;
 class QLabel;
 
 /// The browser surface: shows a page, makes it editable, and hands its text in and out as synchronous calls.
@@ -82,6 +83,11 @@ public:
     /// Inserts the fragment at the caret in place of the selection. It stands in the page as it came in, but
     /// for local paths, which become file URLs. It can be undone.
     bool InsertBrowserText(const QString& strHtml);
+    /// The same for what a person pastes: what begins and ends it may join the paragraphs around it. A copy
+    /// that was made in a surface stands as it stood there.
+    bool PasteBrowserText(const QString& strHtml);
+    /// Whether markup was copied in a surface of this run.
+    bool IsOwnCopy(const QString& strHtml) const;
     /// True when text or an element is selected.
     bool HasSelection();
     /// The selected content as markup text to be put inside an element.
@@ -136,6 +142,9 @@ public:
 Q_SIGNALS:
     /// The caret moved or the text changed; coalesced, at most some ten times a second.
     void SelectionChanged();
+    /// The person pastes into the page that is edited, or drops something on it. The surface has done nothing
+    /// but put the caret where it was dropped. Comes when no call runs.
+    void PasteWanted(const SPastedData& data);
     /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
     /// Comes behind each step, also during a call, and as often as the page likes.
     void NavigateComplete2();
@@ -172,6 +181,7 @@ private:
     bool ShowFailure(const QString& strText);
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();
+    void PasteWhenFree(const std::function<SPastedData()>& read, std::optional<QPoint> place = {});
 
     std::unique_ptr<IWebEngine> m_pEngine;
     QLabel* m_pMissing = nullptr;

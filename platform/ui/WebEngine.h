@@ -8,6 +8,8 @@
 
 #include <functional>
 
+class QMimeData;
+class QPoint;
 class QWidget;
 
 /// How a call into the engine ended.
@@ -76,8 +78,16 @@ public:
 
     virtual QUrl Url() const = 0;
 
+    /// By which markup that was copied in a page that is edited is known; another one in each run.
+    virtual QString CopyMark() const = 0;
+
     /// Called from the event loop. Only OnSelectionChanged waits for a running call to end.
     std::function<void()> OnSelectionChanged;
+    /// The person wants to paste into a page that is edited, in whatever way; the engine itself does nothing.
+    enum class EPaste { All, Text, Selection };
+    std::function<void(EPaste)> OnPaste;
+    /// The same by dropping at a place of the page, in its own pixels.
+    std::function<void(const QMimeData&, const QPoint&)> OnDrop;
     std::function<void(const QUrl&)> OnNewWindow;
     /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
     std::function<void()> OnMoved;

@@ -212,6 +212,8 @@ TEST_F(CommandsHtmlTest, EachLeavesWhatStandsInTheTableAndCanBeUndone) {
         const QString strBefore = Marked();
         EXPECT_EQ(strBefore, row.strBefore);
         Run(row);
+        // What is pasted is read and cleaned from the event loop.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return row.nCommand != 32796 || Marked() == row.strAfter; }));
         const QString strAfter = Marked();
         EXPECT_EQ(strAfter, row.strAfter);
         const QString strHtml = Html();

@@ -3,6 +3,7 @@
 #include "foundation/CodePage.h"
 #include "foundation/Paths.h"
 #include "foundation/Urls.h"
+#include "platform/ui/PastedData.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "tests/support/WindowHelp.h"
 
@@ -53,6 +54,10 @@ TEST_F(CWebEditing, CommandsActOnTheSelectionAndAreUndone) {
     Command(u"Cut"_s);
     EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::clipboard()->text() == u"abc"_s; }));
     EXPECT_FALSE(Html().contains(u"abc"_s));
+    // The surface itself pastes nothing: it tells.
+    QObject::connect(m_browser.get(), &CWebBrowser2Ex::PasteWanted, [this](const SPastedData& pasted) {
+        EXPECT_TRUE(m_browser->PasteBrowserText(pasted.strText));
+    });
     Command(u"Paste"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"abc"_s); }));
 }

@@ -221,6 +221,12 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
         Q_EMIT CaretMoved();
     else if (strText == FrameToken())
         Q_EMIT FrameShown();
+    else if (strText == m_strToken + QStringLiteral("-paste"))
+        Q_EMIT WantsPaste(IWebEngine::EPaste::All);
+    else if (strText == m_strToken + QStringLiteral("-paste-text"))
+        Q_EMIT WantsPaste(IWebEngine::EPaste::Text);
+    else if (strText == m_strToken + QStringLiteral("-paste-selection"))
+        Q_EMIT WantsPaste(IWebEngine::EPaste::Selection);
     else if (strText.startsWith(MediaToken()))
         TellMedium(QUrl(strText.mid(MediaToken().size())));
 }

@@ -45,6 +45,7 @@ public:
 
 Q_SIGNALS:
     void CaretMoved();
+    void WantsPaste(IWebEngine::EPaste what);
     /// A frame of the page shows another document.
     void FrameShown();
     void WantsNewWindow(const QUrl& url);

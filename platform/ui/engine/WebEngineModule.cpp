@@ -4,11 +4,14 @@
 #include "platform/ui/engine/NetGate.h"
 
 #include <QApplication>
+#include <QDragEnterEvent>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenu>
+#include <QMimeData>
 #include <QQuickWindow>
+#include <QRandomGenerator>
 #include <QShortcut>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
@@ -34,7 +37,8 @@ QString ScriptFile(QLatin1StringView strName) {
 const QString& EditorScript() {
     static const QString strScript = [] {
         QString strParts;
-        for (const char* const szName : {"document", "undoHistory", "tables", "typing", "surface"})
+        for (const char* const szName :
+             {"document", "undoHistory", "clipboard", "tables", "typing", "surface"})
             strParts += QStringLiteral("const %1 = %2;\n")
                             .arg(QLatin1StringView(szName), ScriptFile(QLatin1StringView(szName)));
         return QString(QStringLiteral("(function () {\n") + strParts +
@@ -64,10 +68,48 @@ QString EditorCall(const QString& strFunction, const QJsonArray& arguments) {
 
 } // namespace
 
-CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new QWebEngineView(pParent)) {
+bool CDropView::IsFromOutside(const QDropEvent& event) const {
+    const auto* pSource = qobject_cast<const QWidget*>(event.source());
+    return m_bEditing && pSource != this && !(pSource && isAncestorOf(pSource));
+}
+
+// The engine shows where the text would go in, and is then told that it left again.
+void CDropView::dragEnterEvent(QDragEnterEvent* pEvent) {
+    QWebEngineView::dragEnterEvent(pEvent);
+    if (!IsFromOutside(*pEvent))
+        return;
+    pEvent->setDropAction(Qt::CopyAction);
+    pEvent->accept();
+}
+
+void CDropView::dragMoveEvent(QDragMoveEvent* pEvent) {
+    QWebEngineView::dragMoveEvent(pEvent);
+    if (!IsFromOutside(*pEvent))
+        return;
+    pEvent->setDropAction(Qt::CopyAction);
+    pEvent->accept();
+}
+
+void CDropView::dropEvent(QDropEvent* pEvent) {
+    if (!IsFromOutside(*pEvent))
+        return QWebEngineView::dropEvent(pEvent);
+    QDragLeaveEvent leave;
+    QWebEngineView::dragLeaveEvent(&leave);
+    // Whatever its source proposes, nothing there is moved away.
+    pEvent->setDropAction(Qt::CopyAction);
+    pEvent->accept();
+    setFocus();
+    Q_EMIT Dropped(*pEvent->mimeData(), (pEvent->position() / zoomFactor()).toPoint());
+}
+
+CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new CDropView(pParent)) {
     m_pView->setObjectName(QStringLiteral("webView"));
     m_pView->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_pView, &QWidget::customContextMenuRequested, this, &CWebEngine::ShowContextMenu);
+    connect(m_pView, &CDropView::Dropped, this, [this](const QMimeData& data, const QPoint& place) {
+        if (OnDrop)
+            OnDrop(data, place);
+    });
     // A turn of the wheel with Ctrl makes a page larger, perhaps unmeant: there must be a way back.
     const auto zoom = [this](QKeySequence keys, const std::function<qreal(qreal)>& next) {
         auto* pKeys = new QShortcut(keys, m_pView);
@@ -140,6 +182,13 @@ void CWebEngine::ConnectPage() {
             m_caretTimer.start();
     });
     connect(
+        m_pPage.get(), &CSurfacePage::WantsPaste, this,
+        [this](EPaste what) {
+            if (OnPaste)
+                OnPaste(what);
+        },
+        Qt::QueuedConnection);
+    connect(
         m_pPage.get(), &CSurfacePage::WantsNewWindow, this,
         [this](const QUrl& url) {
             if (OnNewWindow)
@@ -169,6 +218,12 @@ void CWebEngine::SetAccess(const SEngineAccess& access) {
 
 QUrl CWebEngine::Url() const {
     return m_pPage->url();
+}
+
+QString CWebEngine::CopyMark() const {
+    static const QString s_strMark =
+        QStringLiteral("vorel-copy-%1").arg(QRandomGenerator::system()->generate64(), 0, 36);
+    return s_strMark;
 }
 
 std::shared_ptr<CBlockingCall> CWebEngine::BeginCall() {
@@ -240,11 +295,12 @@ SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurf
     rules.SetProgramPage(url);
     m_pGuard->SetRules(rules);
     m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
+    m_pView->SetEditing(m_access.bEditing);
     m_pPage->SetMediaReplaced(m_access.bReplaceMedia);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = LoadWith(start, url, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())
-        Call(QStringLiteral("watch"), {m_pPage->Token()}, nMilliseconds);
+        Call(QStringLiteral("watch"), {m_pPage->Token(), CopyMark()}, nMilliseconds);
     return answer;
 }
 

@@ -10,6 +10,26 @@
 
 #include <optional>
 
+/// A view that hands to the program what is dropped from outside on a page that is edited.
+class CDropView : public QWebEngineView {
+    Q_OBJECT
+public:
+    using QWebEngineView::QWebEngineView;
+    void SetEditing(bool bEditing) { m_bEditing = bEditing; }
+
+Q_SIGNALS:
+    void Dropped(const QMimeData& data, const QPoint& place);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* pEvent) override;
+    void dragMoveEvent(QDragMoveEvent* pEvent) override;
+    void dropEvent(QDropEvent* pEvent) override;
+
+private:
+    bool IsFromOutside(const QDropEvent& event) const;
+    bool m_bEditing = false;
+};
+
 /// The engine of a surface: one view, and for each kind of access a profile and a page of its own.
 class CWebEngine : public QObject, public IWebEngine {
     Q_OBJECT
@@ -27,6 +47,7 @@ public:
                    std::function<void(const SEngineAnswer&)> answer) override;
     SEngineAnswer RunInPage(const QString& strScript, int nMilliseconds) override;
     QUrl Url() const override;
+    QString CopyMark() const override;
 
 private:
     void MakeProfile();
@@ -44,7 +65,7 @@ private:
     /// Keeps nothing on the disk.
     std::unique_ptr<QWebEngineProfile> m_pProfile;
     std::unique_ptr<CSurfacePage> m_pPage;
-    QPointer<QWebEngineView> m_pView;
+    QPointer<CDropView> m_pView;
     SEngineAccess m_access;
     /// What the page was loaded with.
     std::optional<SEngineAccess> m_pageAccess;

@@ -7,6 +7,7 @@
   const OBJECTS = 'img, input, textarea, select, button, embed, object, iframe, video, audio, table, hr, marquee';
   // Made at the first change of a page.
   const steps = undoHistory.of;
+  const MARK = 'data-vorel-mark';
   const URL_ATTRIBUTES = ['src', 'href', 'background', 'data', 'poster'];
   const LOCAL = /^\s*(file:|[a-z]:[\\/])/i;
 
@@ -148,6 +149,36 @@
     }
     nodes.slice().reverse().forEach((node) => range.insertNode(node));
     setCaret((caret) => caret.setStartAfter(nodes[nodes.length - 1]));
+    return true;
+  }
+
+  // Here the engine may join what begins and ends the fragment with the paragraphs around it. What it keeps
+  // gets its attributes back, and what it adds to keep the looks of the place where that stood goes.
+  function paste(html, names) {
+    const fragment = inert(html);
+    rename(fragment, names);
+    const wanted = Array.from(fragment.querySelectorAll('*'), (element, index) => {
+      const attributes = Array.from(element.attributes, (a) => [a.name, a.value]);
+      element.setAttribute(MARK, String(index));
+      return attributes;
+    });
+    selection();
+    const done = document.execCommand('insertHTML', false, fragment.innerHTML);
+    for (const element of body().querySelectorAll('[' + MARK + ']')) {
+      const attributes = wanted[Number(element.getAttribute(MARK))];
+      element.removeAttribute(MARK);
+      for (const [name, value] of attributes)
+        element.setAttribute(name, value);
+    }
+    return done;
+  }
+
+  function caretAt(x, y) {
+    const range = document.caretRangeFromPoint(x, y);
+    if (!range || !body().contains(range.startContainer))
+      return false;
+    window.getSelection().removeAllRanges();
+    window.getSelection().addRange(range);
     return true;
   }
 
@@ -373,6 +404,9 @@
       steps().goOn();
       return true;
     }
+    // A command within another is refused by the engine, and ours is within that of cutting.
+    if (lower === 'cut')
+      return document.execCommand('copy') && document.execCommand('delete');
     if (lower === 'delete' && chosen.isCollapsed)
       return document.execCommand('forwardDelete');
     document.execCommand('styleWithCSS', false, false);
@@ -599,14 +633,15 @@
     return table !== null;
   }
 
-  // Tells the program by a console line that only it knows how to read.
-  function watch(token) {
+  // Tells the program by console lines that only it knows how to read.
+  function watch(token, mark) {
     // Never a plain look: an element of that name would be found.
     if (Object.hasOwn(window, 'vorelWatching'))
       return true;
     window.vorelWatching = true;
     typing.listen();
     window.vorelChanged = false;
+    clipboard.watch(token, mark);
     const tell = () => console.debug(token);
     document.addEventListener('selectionchange', tell);
     document.addEventListener('input', tell);
@@ -652,6 +687,9 @@
         Array.from(body().querySelectorAll(selector + '[' + attribute + ']'),
                    (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
     insert: asStep(insert),
+    paste: asStep(paste),
+    ownCopy: (html, mark) => clipboard.own(inert(html), mark),
+    caretAt: caretAt,
     command: asStep(command),
     caretState: caretState,
     hasSelection: hasSelection,

@@ -1,0 +1,109 @@
+// Copying and pasting. Left to itself the engine copies how a text looks in styles of its own and pastes
+// whatever it is given. So the page's markup is copied as it stands, and what is pasted is for the program to
+// read and to clean.
+(function () {
+  'use strict';
+  const REFERENCES = ['src', 'href', 'background', 'data', 'poster'];
+  // Beside a reference that was made absolute stands the one of the page.
+  const OWN = 'data-vorel-own-';
+  const LOOKS = 'b, strong, i, em, u, s, strike, font, span, sub, sup, code, tt, big, small, a';
+  const FRAMES = 'table, thead, tbody, tfoot, tr, ul, ol, dl, pre';
+
+  function isField(target) {
+    return target instanceof Element && target.closest('input, textarea, select') !== null;
+  }
+
+  function wrap(holder, element) {
+    const around = holder.ownerDocument.importNode(element, false);
+    around.append(...holder.childNodes);
+    holder.append(around);
+  }
+
+  // What is selected, in what it needs around it: a row its table, an item its list, a word its looks.
+  function selected(range) {
+    const holder = document.implementation.createHTMLDocument('').createElement('div');
+    holder.append(holder.ownerDocument.importNode(range.cloneContents(), true));
+    // A selection of whole lines ends at the beginning of the next, which is none of it.
+    const last = holder.lastElementChild;
+    if (holder.childElementCount > 1 && last.matches('p, div, h1, h2, h3, h4, h5, h6, li') && !last.firstChild)
+      last.remove();
+    const common = range.commonAncestorContainer;
+    let around = common.nodeType === Node.ELEMENT_NODE ? common : common.parentElement;
+    for (; around && around !== document.body && around.matches(LOOKS + ', ' + FRAMES); around = around.parentElement)
+      wrap(holder, around);
+    return holder;
+  }
+
+  function page() {
+    return document.baseURI.replace(/#.*/, '');
+  }
+
+  // For other pages and other programs the references are those of the whole machine.
+  function makeAbsolute(holder) {
+    for (const name of REFERENCES) {
+      for (const element of holder.querySelectorAll('[' + name + ']')) {
+        const text = element.getAttribute(name);
+        if (text === '' || text.startsWith('#') || /^[a-z][a-z0-9+.-]*:/i.test(text))
+          continue;
+        element.setAttribute(OWN + name, text);
+        // Names of places stand in a page as they are, and are not to come back with escapes.
+        const place = text.includes('#') ? text.slice(text.indexOf('#')) : '';
+        const path = text.slice(0, text.length - place.length);
+        element.setAttribute(name, new URL(path, document.baseURI).href + place);
+      }
+    }
+  }
+
+  function put(event, mark) {
+    const chosen = window.getSelection();
+    if (isField(event.target) || chosen.rangeCount === 0 || chosen.isCollapsed)
+      return;
+    const holder = selected(chosen.getRangeAt(0));
+    makeAbsolute(holder);
+    const about = document.createElement('meta');
+    about.setAttribute('name', mark);
+    about.setAttribute('content', page());
+    event.clipboardData.setData('text/html', about.outerHTML + holder.innerHTML);
+    event.clipboardData.setData('text/plain', chosen.toString());
+    event.preventDefault();
+    if (event.type === 'cut')
+      document.execCommand('delete');
+  }
+
+  return {
+    // Tells a wish to paste by the token with a word behind it.
+    watch: (token, mark) => {
+      let middle = false;
+      const tell = (event, what) => {
+        if (isField(event.target))
+          return;
+        event.preventDefault();
+        console.debug(token + what);
+      };
+      document.addEventListener('copy', (event) => put(event, mark));
+      document.addEventListener('cut', (event) => put(event, mark));
+      document.addEventListener('mousedown', (event) => middle = event.button === 1, true);
+      document.addEventListener('keydown', (event) => {
+        middle = false;
+        if (event.ctrlKey && event.shiftKey && !event.altKey && event.code === 'KeyV')
+          tell(event, '-paste-text');
+      }, true);
+      document.addEventListener('paste', (event) => tell(event, middle ? '-paste-selection' : '-paste'), true);
+    },
+
+    // The markup of a copy of our own: in its own page with the references as they stood there.
+    own: (root, mark) => {
+      const about = root.querySelector('meta[name="' + mark + '"]');
+      const isSamePage = about !== null && about.getAttribute('content') === page();
+      root.querySelectorAll('meta').forEach((e) => e.remove());
+      for (const name of REFERENCES) {
+        for (const element of root.querySelectorAll('[' + OWN + name + ']')) {
+          if (isSamePage)
+            element.setAttribute(name, element.getAttribute(OWN + name));
+          element.removeAttribute(OWN + name);
+        }
+      }
+      return root.innerHTML;
+    },
+  };
+})()
