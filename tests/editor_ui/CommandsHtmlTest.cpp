@@ -272,7 +272,8 @@ TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
          [&] {
              Run({0, 32782, u"#ff0000"_s, {}, {}});
          }},
-        {"erasing all", [&] { Press(Qt::Key_Backspace, Qt::NoModifier); }},
+        {"cutting all by key", [&] { Press(Qt::Key_X, Qt::ControlModifier); }},
+        {"pasting by key", [&] { Press(Qt::Key_V, Qt::ControlModifier); }},
         {"clearing",
          [&] {
              Run({0, 32908, {}, {}, {}});

@@ -505,8 +505,11 @@
 
   // Some of the names that are offered are no names to the engine. They stand in the page all the same.
   function setFont(chosen, name) {
-    if (chosen.isCollapsed || window.CSS.supports('font-family', name))
+    if (window.CSS.supports('font-family', name))
       return document.execCommand('fontName', false, name);
+    // What is typed next takes a name that the engine knows.
+    if (chosen.isCollapsed)
+      return document.execCommand('fontName', false, inert(name).textContent.replace(/\s/g, ' '));
     const done = document.execCommand('fontName', false, 'vorel-font');
     body().querySelectorAll('font[face="vorel-font"]').forEach((element) => element.setAttribute('face', name));
     return done;

@@ -196,6 +196,14 @@
       this.undone = [];
     }
 
+    // Something has been done of which nobody told before, such as the cutting of what a key copies.
+    catchUp() {
+      const records = this.observer.takeRecords();
+      this.open = {kind: '', changes: [], before: this.atKey || place(), at: Date.now()};
+      this.take(records);
+      this.end(false);
+    }
+
     joins(step) {
       const top = this.top();
       if (!top || top.kind !== step.kind || step.kind === '' || this.undone.length > 0)
@@ -292,11 +300,14 @@
         }
       }, true);
       window.addEventListener('input', (event) => {
-        if (this.open && !this.open.isCommand)
+        if (!this.open)
+          this.catchUp();
+        else if (!this.open.isCommand)
           this.end(event.isComposing);
       }, true);
       // The engine asks its own history before it tells of these keys.
       window.addEventListener('keydown', (event) => {
+        this.atKey = place();
         const key = event.key.toLowerCase();
         if (document.designMode !== 'on' || event.isComposing || !event.ctrlKey || event.altKey || event.metaKey ||
             (key !== 'z' && key !== 'y'))
