@@ -121,8 +121,9 @@ TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
             command.Family != EditorCommands::EFamily::Toggle)
             continue;
         // In an empty page there is nothing to be chosen.
-        if (command.strName == u"SelectAll")
+        if (command.strName == u"SelectAll") {
             ASSERT_TRUE(Surface("design").SetBrowserBodyInnerHTML(u"<p>one</p>"_s));
+        }
         Action(32823).trigger();
         if (command.strName == u"Paste")
             QApplication::clipboard()->setText(u"two"_s);
