@@ -1,0 +1,180 @@
+// The text of a page's body, out of the page and into it.
+(function () {
+  'use strict';
+  const {body, isFrameset, inert, localReferences, rename, selection} = page;
+
+  const DECLARATION = 'meta[charset], meta[http-equiv="content-type" i]';
+
+  // The parser drops the first line break in these, and writing the page would lose one each time.
+  function breakFirst(root) {
+    return Array.from(root.querySelectorAll('pre, textarea, listing'), (e) => e.firstChild)
+        .filter((first) => first && first.nodeType === Node.TEXT_NODE && first.data.startsWith('\n'));
+  }
+
+  // Nothing ends this element, not even its own end tag: written and read it would swallow what comes behind.
+  function endless(root) {
+    return Array.from(root.querySelectorAll('plaintext'));
+  }
+
+  function endingLike(element) {
+    const preformatted = element.ownerDocument.createElement('pre');
+    preformatted.replaceChildren(...element.childNodes);
+    return preformatted;
+  }
+
+  function innerHtml() {
+    if (isFrameset(body()))
+      return body().outerHTML;
+    if (breakFirst(body()).length === 0 && endless(body()).length === 0)
+      return body().innerHTML;
+    const copy = inert('');
+    copy.replaceChildren(...copy.ownerDocument.importNode(body(), true).childNodes);
+    endless(copy).forEach((element) => element.replaceWith(endingLike(element)));
+    breakFirst(copy).forEach((text) => text.insertData(0, '\n'));
+    return copy.innerHTML;
+  }
+
+  function replaceDocument(fresh) {
+    document.replaceChild(document.adoptNode(fresh.documentElement), document.documentElement);
+    if (window.vorelSettle)
+      window.vorelSettle(true);
+  }
+
+  // The program writes pages in its own code page, where a page's declaration of another would be untrue.
+  function dropDeclarations() {
+    document.querySelectorAll(DECLARATION).forEach((e) => e.remove());
+  }
+
+  function patchAttributes(element, fresh) {
+    for (const attribute of Array.from(element.attributes)) {
+      if (!fresh.hasAttributeNS(attribute.namespaceURI, attribute.localName))
+        element.removeAttributeNode(attribute);
+    }
+    for (const attribute of fresh.attributes) {
+      if (element.getAttributeNS(attribute.namespaceURI, attribute.localName) !== attribute.value)
+        element.setAttributeNodeNS(attribute.cloneNode());
+    }
+  }
+
+  // Makes the children of an element those of another, and leaves what is the same alone: the caret stays, and
+  // pictures need not be loaded again.
+  function patch(element, fresh) {
+    const old = Array.from(element.childNodes);
+    const next = Array.from(fresh.childNodes);
+    const isSame = (a, b) => a !== undefined && b !== undefined && a.isEqualNode(b);
+    let behind = null;
+    for (; isSame(old[old.length - 1], next[next.length - 1]); next.pop())
+      behind = old.pop();
+    while (isSame(old[0], next[0])) {
+      old.shift();
+      next.shift();
+    }
+    const isLike = (node, index) => node.nodeType === Node.ELEMENT_NODE && !node.matches('template, form') &&
+                                    node.nodeName === next[index].nodeName;
+    if (old.length === next.length && old.every(isLike)) {
+      old.forEach((node, index) => {
+        patchAttributes(node, next[index]);
+        patch(node, next[index]);
+      });
+    } else {
+      old.forEach((node) => node.remove());
+      next.forEach((node) => element.insertBefore(node, behind));
+    }
+  }
+
+  function setBodyHtml(html) {
+    const chosen = window.getSelection();
+    const {anchorNode, focusNode} = chosen;
+    const fresh = /<frameset[\s>]/i.test(html) && new DOMParser().parseFromString(html, 'text/html');
+    if (fresh && isFrameset(fresh.body)) {
+      replaceDocument(fresh);
+    } else {
+      if (isFrameset(body()))
+        document.body = document.createElement('body');
+      patch(body(), inert(html));
+    }
+    dropDeclarations();
+    // A caret that stood in what is gone stands nowhere: the engine selects nothing from there.
+    if (anchorNode !== chosen.anchorNode || focusNode !== chosen.focusNode || !anchorNode) {
+      chosen.removeAllRanges();
+      if (document.designMode === 'on')
+        selection();
+    }
+    return localReferences(body());
+  }
+
+  // A page to be looked at comes piece by piece, each larger than the last, so that its beginning shows at once.
+  const FIRST_PIECE = 20000;
+
+  function* grow(target, source, piece) {
+    while (source.firstChild) {
+      const node = source.removeChild(source.firstChild);
+      if (node.nodeType === Node.ELEMENT_NODE && node.childNodes.length > 1 &&
+          node.textContent.length > piece.size) {
+        const shell = document.importNode(node, false);
+        target.append(shell);
+        yield* grow(shell, node, piece);
+        continue;
+      }
+      piece.done += node.textContent.length;
+      target.append(document.adoptNode(node));
+      if (piece.done < piece.size)
+        continue;
+      yield;
+      piece.done = 0;
+      piece.size *= 2;
+    }
+  }
+
+  function stage(html) {
+    if (isFrameset(body()) || /<frameset[\s>]/i.test(html)) {
+      window.vorelStaged = undefined;
+      return {local: setBodyHtml(html)};
+    }
+    window.vorelStaged = inert(html);
+    window.vorelStaged.querySelectorAll(DECLARATION).forEach((e) => e.remove());
+    return {local: localReferences(window.vorelStaged)};
+  }
+
+  function showStaged(names) {
+    const staged = window.vorelStaged;
+    rename(staged || body(), names);
+    if (!staged)
+      return false;
+    body().replaceChildren();
+    window.scrollTo(0, 0);
+    window.vorelStaged = grow(body(), staged, {size: FIRST_PIECE, done: 0});
+    return showMore();
+  }
+
+  // Whether there is still more.
+  function showMore() {
+    const more = window.vorelStaged !== undefined && !window.vorelStaged.next().done;
+    if (!more)
+      window.vorelStaged = undefined;
+    return more;
+  }
+
+  // What of the page stands outside of its body, in the page's order.
+  function strays() {
+    const before = Array.from(document.childNodes).filter((node) => node.nodeType === Node.COMMENT_NODE);
+    return before.concat(document.head ? Array.from(document.head.childNodes) : []);
+  }
+
+  // What gives a whole document its looks; saved is the body alone.
+  function looks() {
+    return document.head ? document.head.querySelectorAll('style, link[rel~="stylesheet" i]') : [];
+  }
+
+  return {
+    innerHtml: innerHtml,
+    replaceDocument: replaceDocument,
+    dropDeclarations: dropDeclarations,
+    setBodyHtml: setBodyHtml,
+    stage: stage,
+    showStaged: showStaged,
+    showMore: showMore,
+    strays: strays,
+    looks: looks,
+  };
+})()

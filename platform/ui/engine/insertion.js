@@ -1,0 +1,95 @@
+// How fragments and what is pasted come into a page.
+(function () {
+  'use strict';
+  const {body, inert, rename, selection, setCaret, elementOf, isEmpty} = page;
+
+  const PARAGRAPHS = 'p, h1, h2, h3, h4, h5, h6';
+  const BLOCKS = PARAGRAPHS + ', table, ul, ol, dl, div, center, blockquote, pre, hr, form, fieldset, address';
+  const MARK = 'data-vorel-mark';
+
+  // Empties the selection: the place where something may come in. Not between the parts of a table or a list.
+  function emptiedPlace() {
+    const chosen = selection();
+    let range = chosen.getRangeAt(0);
+    const isWithinText = range.startContainer === range.endContainer && range.startContainer.nodeType === Node.TEXT_NODE;
+    // The engine joins what is left of two paragraphs, but also makes blanks hard.
+    if (!range.collapsed && !isWithinText)
+      document.execCommand('delete');
+    range = chosen.getRangeAt(0).cloneRange();
+    range.deleteContents();
+    const inner = elementOf(range.startContainer);
+    // What holds an empty line open.
+    if (inner.childNodes.length === 1 && inner.firstChild.localName === 'br')
+      inner.firstChild.remove();
+    while (elementOf(range.startContainer).matches('table, thead, tbody, tfoot, tr, colgroup, ul, ol, dl, select'))
+      range.setStartBefore(elementOf(range.startContainer));
+    range.collapse(true);
+    return range;
+  }
+
+  // Parts an element at a place inside of it, and moves the place between the two.
+  function part(range, element) {
+    const tail = range.cloneRange();
+    tail.setEndAfter(element);
+    const rest = tail.extractContents();
+    const behind = rest.firstElementChild;
+    element.after(rest);
+    range.setStartAfter(element);
+    range.collapse(true);
+    for (const piece of [element, behind]) {
+      if (isEmpty(piece))
+        piece.remove();
+    }
+  }
+
+  // The fragment stands in the page as it is. The engine's own insertion would drop what it thinks dangerous or
+  // without effect. A paragraph gives way to what may not stand in it, and a link to another.
+  function insert(html, names) {
+    const fragment = inert(html);
+    rename(fragment, names);
+    const nodes = Array.from(document.importNode(fragment, true).childNodes);
+    if (nodes.length === 0)
+      return true;
+    if (nodes.length === 1 && nodes[0].localName === 'br')
+      return document.execCommand('insertLineBreak');
+    const range = emptiedPlace();
+    for (const [inside, around] of [[BLOCKS, PARAGRAPHS], ['a', 'a']]) {
+      const outer = fragment.querySelector(inside) && elementOf(range.startContainer).closest(around);
+      if (outer && body().contains(outer))
+        part(range, outer);
+    }
+    nodes.slice().reverse().forEach((node) => range.insertNode(node));
+    setCaret((caret) => caret.setStartAfter(nodes[nodes.length - 1]));
+    return true;
+  }
+
+  // Here the engine may join what begins and ends the fragment with the paragraphs around it. What it keeps
+  // gets its attributes back, and what it adds to keep the looks of the place where that stood goes.
+  function paste(html, names) {
+    const fragment = inert(html);
+    rename(fragment, names);
+    const wanted = Array.from(fragment.querySelectorAll('*'), (element, index) => {
+      const attributes = Array.from(element.attributes, (a) => [a.name, a.value]);
+      element.setAttribute(MARK, String(index));
+      return attributes;
+    });
+    selection();
+    const done = document.execCommand('insertHTML', false, fragment.innerHTML);
+    for (const element of body().querySelectorAll('[' + MARK + ']')) {
+      const attributes = wanted[Number(element.getAttribute(MARK))];
+      element.removeAttribute(MARK);
+      for (const [name, value] of attributes)
+        element.setAttribute(name, value);
+    }
+    return done;
+  }
+
+  function insertParagraph() {
+    insert('<p><br></p>', {});
+    const chosen = window.getSelection();
+    chosen.collapse(chosen.anchorNode.childNodes[chosen.anchorOffset - 1], 0);
+    return true;
+  }
+
+  return {insert: insert, paste: paste, insertParagraph: insertParagraph};
+})()

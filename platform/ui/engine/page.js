@@ -1,0 +1,129 @@
+// The page, its selection, and its references.
+(function () {
+  'use strict';
+  const OBJECTS = 'img, input, textarea, select, button, embed, object, iframe, video, audio, table, hr, marquee';
+  const URL_ATTRIBUTES = ['src', 'href', 'background', 'data', 'poster'];
+  const LOCAL = /^\s*(file:|[a-z]:[\\/])/i;
+
+  function body() {
+    if (!document.body)
+      throw new Error('no body');
+    return document.body;
+  }
+
+  // A page of frames has no body; its frames are what there is of it.
+  function isFrameset(element) {
+    return element.localName === 'frameset';
+  }
+
+  // An element of a document without a window: nothing in it loads or runs. The parser reads some tables
+  // another way where the page has no document type.
+  function inert(html) {
+    const isStrict = document.compatMode === 'CSS1Compat';
+    const fresh = isStrict ? document.implementation.createHTMLDocument('') :
+                             new DOMParser().parseFromString('', 'text/html');
+    const holder = fresh.createElement('div');
+    holder.innerHTML = html;
+    return holder;
+  }
+
+  function eachLocal(root, visit) {
+    for (const name of URL_ATTRIBUTES) {
+      for (const element of root.querySelectorAll('[' + name + ']')) {
+        const text = element.getAttribute(name);
+        if (LOCAL.test(text))
+          visit(element, name, text);
+      }
+    }
+  }
+
+  function localReferences(root) {
+    const found = new Set();
+    eachLocal(root, (element, name, text) => found.add(text));
+    return Array.from(found);
+  }
+
+  function rename(root, names) {
+    eachLocal(root, (element, name, text) => {
+      if (Object.prototype.hasOwnProperty.call(names, text) && names[text] !== text)
+        element.setAttribute(name, names[text]);
+    });
+  }
+
+  // Where the caret stands before the first click: before the first text or object of the page.
+  function firstPlace() {
+    const range = document.createRange();
+    const walker = document.createTreeWalker(body(), NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_TEXT);
+    while (walker.nextNode()) {
+      const node = walker.currentNode;
+      if (node.nodeType === Node.TEXT_NODE && node.data.trim() !== '') {
+        range.setStart(node, 0);
+        return range;
+      }
+      if (node.nodeType === Node.ELEMENT_NODE && node.matches(OBJECTS + ', br')) {
+        range.setStartBefore(node);
+        return range;
+      }
+    }
+    range.setStart(body(), 0);
+    return range;
+  }
+
+  function selection() {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0 || !body().contains(chosen.anchorNode)) {
+      chosen.removeAllRanges();
+      chosen.addRange(firstPlace());
+    }
+    return chosen;
+  }
+
+  function setCaret(place) {
+    const range = document.createRange();
+    place(range);
+    range.collapse(true);
+    window.getSelection().removeAllRanges();
+    window.getSelection().addRange(range);
+    undoHistory.show(range.startContainer);
+  }
+
+  function elementOf(node) {
+    return node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement;
+  }
+
+  function isEmpty(element) {
+    return element.textContent === '' && !element.querySelector(OBJECTS);
+  }
+
+  function hasSelection() {
+    const chosen = window.getSelection();
+    return chosen.rangeCount > 0 && !chosen.isCollapsed && body().contains(chosen.anchorNode);
+  }
+
+  function enclosing(tag) {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0)
+      return null;
+    const range = chosen.getRangeAt(0);
+    const node = range.commonAncestorContainer;
+    const element = elementOf(node);
+    const around = element && element.closest(tag);
+    if (around)
+      return around;
+    return Array.from(element ? element.querySelectorAll(tag) : []).find((e) => range.intersectsNode(e)) || null;
+  }
+
+  return {
+    body: body,
+    isFrameset: isFrameset,
+    inert: inert,
+    localReferences: localReferences,
+    rename: rename,
+    selection: selection,
+    setCaret: setCaret,
+    elementOf: elementOf,
+    isEmpty: isEmpty,
+    hasSelection: hasSelection,
+    enclosing: enclosing,
+  };
+})()
