@@ -119,7 +119,15 @@ TEST_F(EditorKeepingTest, AFramePageStaysOne) {
     EXPECT_TRUE(m_view.LeaveNode(true));
     OpenAgain();
     EXPECT_EQ(Html(), QString(strFrames).replace(u"30%"_s, u"40%"_s));
+    // Between frames there is no place for anything.
+    for (const int nCommand : {32779, 32823, 32829, 32839, 32845, 32846, 32847, 32820})
+        m_view.RunCommand(nCommand);
+    EXPECT_EQ(Html(), QString(strFrames).replace(u"30%"_s, u"40%"_s));
     ASSERT_TRUE(Surface("design").SetBrowserBodyInnerHTML(u"<p>no frames</p>"_s));
+    EXPECT_EQ(Html(), u"<p>no frames</p>"_s);
+    m_view.RunCommand(32821);
+    EXPECT_EQ(Html(), QString(strFrames).replace(u"30%"_s, u"40%"_s));
+    m_view.RunCommand(32822);
     EXPECT_EQ(Html(), u"<p>no frames</p>"_s);
     m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, BoxAnswer::No);
     EXPECT_TRUE(m_view.LeaveNode(true));

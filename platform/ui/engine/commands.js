@@ -1,7 +1,7 @@
 // The named editing commands.
 (function () {
   'use strict';
-  const {body, inert, selection, enclosing} = page;
+  const {body, isFrameset, inert, selection, enclosing} = page;
   const {insert, insertParagraph} = insertion;
   const steps = undoHistory.of;
 
@@ -15,15 +15,17 @@
 
   function command(name, value) {
     const lower = name.toLowerCase();
+    if (lower === 'undo')
+      return steps().undo();
+    if (lower === 'redo')
+      return steps().redo();
+    if (isFrameset(body()))
+      return false;
     const chosen = selection();
     if (Object.prototype.hasOwnProperty.call(FRAGMENTS, lower))
       return insert(FRAGMENTS[lower], {});
     if (lower === 'insertparagraph')
       return insertParagraph();
-    if (lower === 'undo')
-      return steps().undo();
-    if (lower === 'redo')
-      return steps().redo();
     if (lower === 'unlink' && chosen.isCollapsed)
       return unlinkAtCaret(chosen);
     if (lower === 'unselect') {
@@ -125,6 +127,8 @@
   }
 
   function createLink(address) {
+    if (isFrameset(body()))
+      return false;
     const chosen = selection();
     const link = enclosing('a[href]');
     if (link && chosen.isCollapsed) {

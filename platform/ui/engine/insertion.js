@@ -1,7 +1,7 @@
 // How fragments and what is pasted come into a page.
 (function () {
   'use strict';
-  const {body, inert, rename, selection, setCaret, elementOf, isEmpty} = page;
+  const {body, isFrameset, inert, rename, selection, setCaret, elementOf, isEmpty} = page;
 
   const PARAGRAPHS = 'p, h1, h2, h3, h4, h5, h6';
   const BLOCKS = PARAGRAPHS + ', table, ul, ol, dl, div, center, blockquote, pre, hr, form, fieldset, address';
@@ -45,6 +45,8 @@
   // The fragment stands in the page as it is. The engine's own insertion would drop what it thinks dangerous or
   // without effect. A paragraph gives way to what may not stand in it, and a link to another.
   function insert(html, names) {
+    if (isFrameset(body()))
+      return false;
     const fragment = inert(html);
     rename(fragment, names);
     const nodes = Array.from(document.importNode(fragment, true).childNodes);
@@ -66,6 +68,8 @@
   // Here the engine may join what begins and ends the fragment with the paragraphs around it. What it keeps
   // gets its attributes back, and what it adds to keep the looks of the place where that stood goes.
   function paste(html, names) {
+    if (isFrameset(body()))
+      return false;
     const fragment = inert(html);
     rename(fragment, names);
     const wanted = Array.from(fragment.querySelectorAll('*'), (element, index) => {
