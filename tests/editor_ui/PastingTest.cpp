@@ -231,4 +231,36 @@ TEST_F(PastingTest, APictureThatIsGivenUpOrCantBeWrittenIsSaidToBeSo) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(PastingTest, WhatIsTooMuchComesAsPlainTextOrIsSaidToBeTooMuch) {
+    Open("<p>onetwo</p>");
+    Offer(Offered(u"<div>"_s.repeated(5000), u"深\n 处"_s));
+    Key(Qt::Key_V, Qt::ControlModifier);
+    ExpectHtml(u"<p>深<br>&nbsp;处onetwo</p>"_s);
+    m_view.RunCommand(32821);
+    // Thousands of paragraphs don't take the square of their time.
+    Offer(Offered(u"<p style='color:red'>段<b>落</b></p>"_s.repeated(6000), u"t"_s));
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().count(u"落"_s) == 6000; }));
+    m_view.RunCommand(32821);
+    m_world.People.Expect(u"剪贴板中的内容过长，没有粘贴。\n系统建议您分几次粘贴，或者拆分成较小的页面。"_s);
+    Offer(Offered(u"<p>"_s + u"长 "_s.repeated(600'000), u"长 "_s.repeated(600'000)));
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.People.Boxes.size() == 1; }));
+    ExpectHtml(u"<p>onetwo</p>"_s);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
+TEST_F(PastingTest, TheMiddleButtonPastesWhatIsMarkedElsewhereAsText) {
+    QClipboard& clipboard = *QApplication::clipboard();
+    if (!clipboard.supportsSelection())
+        GTEST_SKIP() << "this platform has no such thing";
+    Open("<p>onetwo</p>");
+    clipboard.setText(u"<b>x</b>"_s, QClipboard::Selection);
+    QTest::mouseClick(Surface("design").findChild<QWidget*>(u"webView"_s)->focusProxy(), Qt::MiddleButton, {},
+                      {9, 20});
+    ExpectHtml(u"<p>&lt;b&gt;x&lt;/b&gt;onetwo</p>"_s);
+    m_view.RunCommand(32821);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 } // namespace

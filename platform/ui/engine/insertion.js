@@ -6,6 +6,8 @@
   const PARAGRAPHS = 'p, h1, h2, h3, h4, h5, h6';
   const BLOCKS = PARAGRAPHS + ', table, ul, ol, dl, div, center, blockquote, pre, hr, form, fieldset, address';
   const MARK = 'data-vorel-mark';
+  const MOST_TO_JOIN = 500;
+  const LONGEST_TO_JOIN = 100000;
 
   // Empties the selection: the place where something may come in. Not between the parts of a table or a list.
   function emptiedPlace() {
@@ -60,18 +62,25 @@
       if (outer && body().contains(outer))
         part(range, outer);
     }
-    nodes.slice().reverse().forEach((node) => range.insertNode(node));
+    // All at once: one by one a great many would take the square of their time.
+    const whole = document.createDocumentFragment();
+    nodes.forEach((node) => whole.append(node));
+    range.insertNode(whole);
     setCaret((caret) => caret.setStartAfter(nodes[nodes.length - 1]));
     return true;
   }
 
-  // Here the engine may join what begins and ends the fragment with the paragraphs around it. What it keeps
-  // gets its attributes back, and what it adds to keep the looks of the place where that stood goes.
+  // Here the engine joins what begins and ends the fragment with the paragraphs around it, and what it keeps gets
+  // its attributes back. Its work grows with the square of the paragraphs, so that many go in as they are; and for
+  // a fragment without any it would part the paragraph that takes it.
   function paste(html, names) {
     if (isFrameset(body()))
       return false;
     const fragment = inert(html);
     rename(fragment, names);
+    if (!fragment.querySelector(BLOCKS) || html.length > LONGEST_TO_JOIN ||
+        fragment.querySelectorAll('*').length > MOST_TO_JOIN)
+      return insert(fragment.innerHTML, {});
     const wanted = Array.from(fragment.querySelectorAll('*'), (element, index) => {
       const attributes = Array.from(element.attributes, (a) => [a.name, a.value]);
       element.setAttribute(MARK, String(index));
