@@ -62,7 +62,7 @@ void CContentPane::Show(const QString& strTarget, const QStringList& allowedFold
         }
         m_pStack->setCurrentWidget(m_pMedia);
         setFocusProxy(m_pMedia);
-        m_pMedia->ShowFile(strPath);
+        m_pMedia->ShowFile(strPath, m_strFileName);
         // The page of before is out of sight, not yet out of hearing.
         ClearPage();
         return;

@@ -17,8 +17,12 @@ class CContentPane : public QWidget {
 public:
     explicit CContentPane(QWidget* pParent);
 
-    /// The title of the windows that pages open.
-    void SetTitle(const QString& strTitle) { m_strTitle = strTitle; }
+    /// The title of the windows that pages open, and what the person calls the file that shows next; empty
+    /// for its own name.
+    void SetNames(const QString& strTitle, const QString& strFileName) {
+        m_strTitle = strTitle;
+        m_strFileName = strFileName;
+    }
     /// Loads the target, a path in backslash form or a URL, and returns when that has ended. The folders are
     /// what a page may read. The pane may be gone when this returns.
     void Show(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork);
@@ -31,6 +35,7 @@ private:
     void OpenInProgram(const QString& strPath);
 
     QString m_strTitle;
+    QString m_strFileName;
     QStringList m_allowedFolders;
     QStackedWidget* m_pStack;
     CWebBrowser2Ex* m_pBrowser;

@@ -43,12 +43,11 @@ CContentWindow::CContentWindow(QWidget* pOpener)
     }
 }
 
-void CContentWindow::Open(const QString& strTitle, const QString& strTarget,
-                          const QStringList& allowedFolders, bool bNetwork, DisplayRules::EWindowForm form,
-                          QWidget* pOpener) {
+void CContentWindow::Open(const Names& names, const QString& strTarget, const QStringList& allowedFolders,
+                          bool bNetwork, DisplayRules::EWindowForm form, QWidget* pOpener) {
     auto* pWindow = new CContentWindow(MainWindowOf(pOpener));
-    pWindow->setWindowTitle(strTitle);
-    pWindow->m_pPane->SetTitle(strTitle);
+    pWindow->setWindowTitle(names.strTitle);
+    pWindow->m_pPane->SetNames(names.strTitle, names.strFile);
     switch (form) {
     case DisplayRules::EWindowForm::Normal:
         pWindow->show();
@@ -71,7 +70,7 @@ void CContentWindow::OpenForPage(const QString& strTitle, const QString& strUrl,
         return;
     QWidget* pMain = MainWindowOf(pOpener);
     if (MediaKinds::OfFile(strPath).Way == MediaKinds::EWay::Browser) {
-        Open(strTitle, strUrl, allowedFolders, false, DisplayRules::EWindowForm::Normal, pMain);
+        Open({strTitle, {}}, strUrl, allowedFolders, false, DisplayRules::EWindowForm::Normal, pMain);
         return;
     }
     CContentWindow* pMedia = nullptr;

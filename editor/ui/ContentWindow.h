@@ -12,9 +12,13 @@ class CContentPane;
 class CContentWindow : public QWidget {
     Q_OBJECT
 public:
-    /// Opens a window of this title in the given form and loads the target into it: a path in backslash form
-    /// or a URL.
-    static void Open(const QString& strTitle, const QString& strTarget, const QStringList& allowedFolders,
+    struct Names {
+        QString strTitle;
+        /// What the person calls the file; empty for its own name.
+        QString strFile;
+    };
+    /// Opens a window in the given form and loads the target into it: a path in backslash form or a URL.
+    static void Open(const Names& names, const QString& strTarget, const QStringList& allowedFolders,
                      bool bNetwork, DisplayRules::EWindowForm form, QWidget* pOpener);
     /// The same for what a page wants to open: a local URL, in a normal window and without the network. A
     /// page gets a second window only for a second page; a film takes the place of the last one.

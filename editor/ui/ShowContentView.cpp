@@ -52,14 +52,15 @@ void CShowContentView::ShowContent() {
         return;
     }
     const auto [strTarget, bNetwork] = InSiteLink::AddressOf(*m_pNode);
+    const QString strFileName = m_pNode->GetCourse().GetDatabase()->GetFileName(m_pNode->GetId());
     if (const auto form = DisplayRules::WindowFormOf(m_pNode->GetOpenType())) {
         const QStringList folders = AllowedFolders();
         const QString strTitle = m_pNode->GetTitle();
         m_host.ShowNodeView(EViewKind::Prompt, m_pNode, PromptCode::c_nNewWindow);
-        CContentWindow::Open(strTitle, strTarget, folders, bNetwork, *form, window());
+        CContentWindow::Open({strTitle, strFileName}, strTarget, folders, bNetwork, *form, window());
         return;
     }
-    m_pPane->SetTitle(m_pNode->GetTitle());
+    m_pPane->SetNames(m_pNode->GetTitle(), strFileName);
     m_pPane->Show(strTarget, AllowedFolders(), bNetwork);
 }
 

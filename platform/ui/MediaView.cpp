@@ -125,7 +125,7 @@ void CMediaView::ConnectPlayer() {
         if (m_pPlayer->HasPicture())
             m_pStack->setCurrentWidget(m_pPlayer);
         else
-            m_pText->setText(MediaKinds::OfFile(m_strPath).strName + u'\n' + FileName(m_strPath));
+            m_pText->setText(MediaKinds::OfFile(m_strPath).strName + u'\n' + m_strName);
         ShowPosition();
     });
     connect(m_pPlayer, &CMediaPlayer::StateChanged, this, &CMediaView::ShowState);
@@ -133,8 +133,9 @@ void CMediaView::ConnectPlayer() {
     connect(m_pPlayer, &CMediaPlayer::Failed, this, &CMediaView::Tell);
 }
 
-void CMediaView::ShowFile(const QString& strPath) {
+void CMediaView::ShowFile(const QString& strPath, const QString& strName) {
     m_strPath = strPath;
+    m_strName = strName.isEmpty() ? FileName(strPath) : strName;
     ShowName();
     const MediaKinds::SKind kind = MediaKinds::OfFile(strPath);
     if (kind.Way != MediaKinds::EWay::Player) {
@@ -155,6 +156,7 @@ void CMediaView::ShowFile(const QString& strPath) {
 
 void CMediaView::Clear() {
     m_strPath.clear();
+    m_strName.clear();
     m_pPlayer->Unload();
     Tell(QString());
     ShowName();
@@ -163,9 +165,9 @@ void CMediaView::Clear() {
 /// What the file is, and why it doesn't show.
 void CMediaView::Tell(const QString& strText) {
     const QString strKind = MediaKinds::OfFile(m_strPath).strName;
-    const QString strWhat = UiTexts::c_strKindOfFile.arg(strKind.isEmpty() ? UiTexts::c_strAFile : strKind);
-    m_pText->setText(m_strPath.isEmpty() ? QString()
-                                         : FileName(m_strPath) + u"\n\n" + strWhat + u'\n' + strText);
+    const QString strWhat =
+        strKind.isEmpty() ? UiTexts::c_strKindUnknown : UiTexts::c_strKindOfFile.arg(strKind);
+    m_pText->setText(m_strPath.isEmpty() ? QString() : m_strName + u"\n\n" + strWhat + u'\n' + strText);
     m_pStack->setCurrentWidget(m_pText);
     const bool bHadFocus = m_pTransport->isAncestorOf(focusWidget());
     m_pTransport->hide();
@@ -174,9 +176,8 @@ void CMediaView::Tell(const QString& strText) {
 }
 
 void CMediaView::ShowName() {
-    const QString strName = FileName(m_strPath);
-    m_pName->setText(m_pName->fontMetrics().elidedText(strName, Qt::ElideMiddle, m_pName->width()));
-    m_pName->setAccessibleName(strName);
+    m_pName->setText(m_pName->fontMetrics().elidedText(m_strName, Qt::ElideMiddle, m_pName->width()));
+    m_pName->setAccessibleName(m_strName);
     m_pName->setToolTip(Platform::ToShown(m_strPath).toHtmlEscaped());
     m_pOutside->setEnabled(!m_strPath.isEmpty());
 }

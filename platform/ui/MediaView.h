@@ -16,8 +16,9 @@ class CMediaView : public QWidget {
 public:
     explicit CMediaView(QWidget* pParent = nullptr);
 
-    /// A path in backslash form. What the player takes begins to play.
-    void ShowFile(const QString& strPath);
+    /// A path in backslash form, and what the person calls the file; its own name where that is empty. What
+    /// the player takes begins to play.
+    void ShowFile(const QString& strPath, const QString& strName = QString());
     /// Shows nothing and lets go of the file.
     void Clear();
 
@@ -52,4 +53,5 @@ private:
     QPushButton* m_pOutside;
     /// Backslash form; empty for none.
     QString m_strPath;
+    QString m_strName;
 };

@@ -50,9 +50,8 @@ inline const QString c_strMediaNoSound =
     QStringLiteral("对不起，没有找到声音设备，无法播放这个声音文件。\n请您连接耳机或音箱后再试。");
 inline const QString c_strNoPlayer =
     QStringLiteral("播放组件无法加载，不能播放视频和声音。\n请您重新安装本程序后再试。");
-inline const QString c_strKindOfFile = QStringLiteral("这是%1。");
-inline const QString c_strAFile = QStringLiteral("一个文件");
+inline const QString c_strKindOfFile = QStringLiteral("这是 %1。");
+inline const QString c_strKindUnknown = QStringLiteral("这是一个文件。");
 inline const QString c_strNotShownHere = QStringLiteral("本程序不能显示这种文件，您可以用其他程序打开它。");
-inline const QString c_strNoProgram = QStringLiteral("没有能够打开文件 %1 的程序。");
 
 } // namespace UiTexts

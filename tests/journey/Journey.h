@@ -21,3 +21,5 @@ void RunTrial(const QString& strFolder, const QString& strName);
 
 /// A node of each kind of content, made with the wizard out of the caller's material.
 void MakeKinds(const QString& strFolder);
+/// Nodes of what the browser engine shows and of what it does not, and each view of them.
+void ShowViews(const QString& strFolder);

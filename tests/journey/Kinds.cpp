@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 
@@ -22,6 +23,9 @@ struct Made {
     QList<std::pair<QString, QString>> entries;
     /// The question about an Office file comes, and is answered with yes.
     bool bConverts = false;
+    /// It comes, and is answered with no.
+    bool bKeeps = false;
+    int nOpenType = 0;
 };
 
 /// Makes a node of each kind with the wizard, from the material that the caller has laid out.
@@ -30,16 +34,45 @@ public:
     CMaker(const QString& strFolder, QString strMaterial)
         : CSteps(strFolder), m_strMaterial(std::move(strMaterial)) {}
 
+    /// The views of what the browser engine doesn't show, and the windows of their own.
+    void RunViews() {
+        OpenCourse();
+        m_robot.Shot(u"目录栏目"_s);
+        for (const Made& made : Views())
+            Make(made);
+        ShowLines(Views());
+        Close();
+    }
+
     void Run() {
         OpenCourse();
         for (const Made& made : Contents())
             Make(made);
         GiveUp({u"转换中取消"_s, 1, {{u"externalFile"_s, m_strMaterial + u"/长演示.odp"_s}}, true});
-        ShowLines();
+        ShowLines(Contents());
         Close();
     }
 
 private:
+    QList<Made> Views() const {
+        const auto file = [this](const QString& strName) {
+            return std::pair<QString, QString>(u"externalFile"_s, m_strMaterial + u'/' + strName);
+        };
+        return {
+            {u"视频文件"_s, 1, {file(u"课 #1.wmv"_s)}},
+            {u"损坏的视频"_s, 1, {file(u"坏.avi"_s)}},
+            {u"动画"_s, 1, {file(u"演示.swf"_s)}},
+            {u"媒体网页"_s, 1, {file(u"媒体.htm"_s)}},
+            {u"图片"_s, 1, {file(u"图.png"_s)}},
+            {u"无扩展名"_s, 1, {file(u"README"_s)}},
+            {u"文档"_s, 1, {file(u"讲义.doc"_s), {u"comment"_s, u"课前阅读"_s}}, false, true},
+            {u"文件"_s, 1, {file(u"资料.pdf"_s)}},
+            {u"未知"_s, 1, {file(u"数据.xyz"_s)}},
+            {u"新窗口"_s, 1, {file(u"媒体.htm"_s)}, false, false, 1},
+            {u"最大化"_s, 1, {file(u"媒体.htm"_s)}, false, false, 2},
+            {u"全屏"_s, 1, {file(u"媒体.htm"_s)}, false, false, 3},
+        };
+    }
     QList<Made> Contents() const {
         const QString strM = m_strMaterial + u'/';
         return {
@@ -78,7 +111,10 @@ private:
         Enter(made);
         WaitForContent(made);
         Note(u"made"_s, made.strTitle);
+        WaitForFilm();
         m_robot.Shot(made.strTitle + u"-shown"_s);
+        if (made.nOpenType != 0)
+            SetOpenType(made);
         if (made.nKind == 0)
             LeaveEditor();
     }
@@ -113,13 +149,15 @@ private:
             m_robot.Shot(made.strTitle + u"-question"_s);
             m_robot.Click(u"yes"_s, u"messageBox"_s);
         }
+        if (made.bKeeps)
+            m_robot.Click(u"no"_s, u"messageBox"_s);
     }
 
     /// At its beginning: a button to choose by may be wider than what hears the mouse.
-    void ClickButton(const QString& strName) {
+    void ClickButton(const QString& strName, const QString& strWindow = c_strSheet) {
         m_robot.ClickAt(
             strName, [](QWidget* pButton) { return QRect(0, 0, pButton->height(), pButton->height()); }, 1,
-            c_strSheet);
+            strWindow);
     }
 
     void AddNode(const QString& strTitle) {
@@ -179,11 +217,45 @@ private:
         m_robot.WaitFor("the editor to be left", [] { return !Robot::Find(u"CEditorView"_s); });
     }
 
-    void ShowLines() {
-        for (const Made& made : Contents()) {
+    /// A player that shows has begun to play, and drawn.
+    void WaitForFilm() {
+        m_robot.WaitFor("the film", [] {
+            const QWidget* pPlay = Robot::Find(u"mediaPlay"_s);
+            const auto* pTime = qobject_cast<QLabel*>(Robot::Find(u"mediaTime"_s));
+            return pPlay == nullptr || (pTime != nullptr && !pTime->text().startsWith(u"0:00"_s));
+        });
+    }
+
+    void SetOpenType(const Made& made) {
+        ClickLine(c_strTree, made.strTitle, 3);
+        m_robot.ClickMenuEntry(u"设置打开类型..."_s);
+        ClickButton(u"openType%1"_s.arg(made.nOpenType), u"COpenTypeDialog"_s);
+        m_robot.Click(u"ok"_s, u"COpenTypeDialog"_s);
+    }
+
+    /// The way out that every form has; Escape leaves the full screen.
+    void LeaveWindow() {
+        const bool bFull = Robot::Ask<bool>([] {
+            const QWidget* pWindow = Robot::Find(u"contentWindow"_s);
+            return pWindow != nullptr && pWindow->isFullScreen();
+        });
+        if (bFull)
+            m_robot.Press(u"Escape"_s);
+        else
+            Robot::OnGui([] { Robot::Find(u"contentWindow"_s)->close(); });
+        m_robot.WaitFor("the window to go", [] { return Robot::Find(u"contentWindow"_s) == nullptr; });
+    }
+
+    void ShowLines(const QList<Made>& contents) {
+        for (const Made& made : contents) {
             ClickLine(c_strTree, made.strTitle);
             m_robot.WaitFor("the selected node", [&] { return Selected(c_strTree) == made.strTitle; });
+            WaitForFilm();
+            if (made.nOpenType != 0)
+                m_robot.WaitForWidget(u"content"_s, u"contentWindow"_s);
             m_robot.Shot(made.strTitle + u"-again"_s);
+            if (made.nOpenType != 0)
+                LeaveWindow();
         }
     }
 
@@ -194,4 +266,8 @@ private:
 
 void MakeKinds(const QString& strFolder) {
     CMaker(strFolder, qEnvironmentVariable("VOREL_JOURNEY_MATERIAL")).Run();
+}
+
+void ShowViews(const QString& strFolder) {
+    CMaker(strFolder, qEnvironmentVariable("VOREL_JOURNEY_MATERIAL")).RunViews();
 }

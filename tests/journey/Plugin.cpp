@@ -21,6 +21,8 @@ void RunWay(const QString& strFolder, const QString& strWay) {
         MakeCourse(strFolder);
     else if (strWay == QStringLiteral("kinds"))
         MakeKinds(strFolder);
+    else if (strWay == QStringLiteral("views"))
+        ShowViews(strFolder);
     else
         RunTrial(strFolder, strWay);
 }

@@ -136,7 +136,8 @@ TEST_F(MediaPlayerTest, TheViewPlaysOrTellsWhatTheFileIs) {
 
     QSignalSpy outside(&view, &CMediaView::OpenOutside);
     view.ShowFile(m_folder.Path(u"动画.swf"_s));
-    EXPECT_TRUE(text.isVisible() && text.text().contains(u"这是Flash 动画。"_s)) << text.text().toStdString();
+    EXPECT_TRUE(text.isVisible() && text.text().contains(u"这是 Flash 动画。"_s))
+        << text.text().toStdString();
     EXPECT_FALSE(play.isVisible());
     QTest::mouseClick(view.findChild<QPushButton*>(u"mediaOutside"_s), Qt::LeftButton);
     ASSERT_EQ(outside.size(), 1);

@@ -232,7 +232,8 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
 }
 
 void CSurfacePage::TellMedium(const QUrl& url) {
-    if (m_guard.Rules().MayOpen(url))
+    // Of a file that isn't there the person is told so.
+    if (m_guard.Rules().MayOpen(url) || (url.isLocalFile() && SurfaceUrls::FindOnDisk(url).isEmpty()))
         Q_EMIT WantsNewWindow(url);
 }
 
