@@ -231,6 +231,8 @@ private:
         m_robot.ClickMenuEntry(u"设置打开类型..."_s);
         ClickButton(u"openType%1"_s.arg(made.nOpenType), u"COpenTypeDialog"_s);
         m_robot.Click(u"ok"_s, u"COpenTypeDialog"_s);
+        m_robot.WaitForWidget(u"content"_s, u"contentWindow"_s);
+        LeaveWindow();
     }
 
     /// The way out that every form has; Escape leaves the full screen.

@@ -101,7 +101,7 @@
     button.disabled = !url;
     button.title = url ? name + '\n点击打开' : text;
     button.setAttribute('aria-label', text);
-    for (const [line, style] of [['▶', 'font-size:24px;line-height:1'], [name, 'font-weight:bold'],
+    for (const [line, style] of [[url ? '▶' : '', 'font-size:24px;line-height:1'], [name, 'font-weight:bold'],
                                  [url ? kind + '，点击打开' : text, 'color:#555']]) {
       const part = document.createElement('div');
       part.textContent = line;
