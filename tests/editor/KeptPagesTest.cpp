@@ -150,7 +150,12 @@ TEST_F(KeptPagesTest, ThePersonDecides) {
 
 TEST_F(KeptPagesTest, TheTextOfANodeThatIsGoneIsPutBesideTheCourse) {
     auto pNode = MakePage(u"甲/乙"_s);
-    KeptPage page = About(*pNode, u"<p>全部</p>"_s);
+    KeptPage page = About(*pNode, QString());
+    const QString strPictures = KeptPages::PicturesFolder(page.strPath);
+    const QString strNative = Platform::ToNative(strPictures);
+    ASSERT_TRUE(QDir().mkpath(strNative));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(VOREL_DELIVERED_DATA "/Images/Help.gif"), strNative + u"a.gif"_s));
+    page.strHtml = u"<p><img src=\"file:///Z:"_s + strNative + u"a.gif\">全部</p>"_s;
     KeptPages::Write(page);
     pNode->Delete();
     const QString strPlace = m_world.Folder.Native(CCourseWorld::InCourse(u"未保存的网页/甲_乙.htm"_s));
@@ -160,7 +165,29 @@ TEST_F(KeptPagesTest, TheTextOfANodeThatIsGoneIsPutBesideTheCourse) {
     EXPECT_TRUE(KeptPages::Read(Paths()).isEmpty());
     QFile file(strPlace);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(file.readAll().endsWith("<p>全部</p>"));
+    const QString strText = QString::fromUtf8(file.readAll());
+    // Its pictures come along.
+    EXPECT_TRUE(strText.endsWith(u"<p><img src=\"%E7%94%B2_%E4%B9%99.files/a.gif\">全部</p>"_s))
+        << strText.toStdString();
+    EXPECT_TRUE(QFile::exists(QString(strPlace).replace(u".htm"_s, u".files/a.gif"_s)));
+    EXPECT_FALSE(QDir(strNative).exists());
+}
+
+TEST_F(KeptPagesTest, PicturesStayAsLongAsASavedPageOrAKeptTextRefersToThem) {
+    const auto pNode = MakePage(u"页"_s);
+    const KeptPage page = About(*pNode, u"<p>x</p>"_s);
+    const QString strFolder = KeptPages::PicturesFolder(page.strPath);
+    const QDir folder(Platform::ToNative(strFolder));
+    ASSERT_TRUE(QDir().mkpath(folder.path()));
+    // A disk that was full at the save left the page with the reference as it was.
+    KeptPages::RemovePictures(page.strPath,
+                              u"<img src=\"file:///Z:/x/"_s + folder.dirName() + u"/a.png\">"_s);
+    EXPECT_TRUE(folder.exists());
+    // Another program may be editing that page since today.
+    KeptPages::RemoveOrphans(Paths());
+    EXPECT_TRUE(folder.exists());
+    KeptPages::RemovePictures(page.strPath, u"<p>x</p>"_s);
+    EXPECT_FALSE(folder.exists());
 }
 
 TEST_F(KeptPagesTest, ManyTextsOfAStrangersCourseAreToldInOneBox) {
