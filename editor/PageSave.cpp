@@ -72,6 +72,7 @@ bool CPageSaver::GetReferences(References& references, QString& strFailure) {
 
 void CPageSaver::RememberAsLoaded() {
     m_asLoaded.reset();
+    m_strFileAsLoaded = ReadTextFile(m_strPagePath);
     QString strHtml, strFailure;
     References references;
     QList<ResourceCopy> copies;
@@ -80,7 +81,8 @@ void CPageSaver::RememberAsLoaded() {
 }
 
 bool CPageSaver::HasChanged(const QString& strText, const QString& strOnDisk) const {
-    return strText != strOnDisk && (!m_asLoaded || strText != *m_asLoaded);
+    const bool bUntouched = m_asLoaded && strText == *m_asLoaded && strOnDisk == m_strFileAsLoaded;
+    return strText != strOnDisk && !bUntouched;
 }
 
 ESaveResult CPageSaver::SavePage(bool bWriteBack, bool bAsk, bool bCanCancel) {

@@ -92,7 +92,9 @@ private:
     QString m_strLoadedUrl;
     ResourceText::PageFolders m_folders;
     /// What the untouched page would be saved as. The surface writes markup in its own way, so that a page
-    /// nobody has typed in may differ from its file; such a page asks nothing when it is left.
+    /// nobody has typed in may differ from its file; such a page asks nothing when it is left, as long as the
+    /// file is the one that it was loaded from.
     std::optional<QString> m_asLoaded;
+    QString m_strFileAsLoaded;
     bool m_bSettled = false;
 };

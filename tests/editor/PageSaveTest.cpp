@@ -8,7 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QThread>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -87,6 +90,21 @@ TEST_F(PageSaveTest, TheQuestionDecides) {
         EXPECT_EQ(ResFiles().size(), nFiles + nSaves);
         EXPECT_EQ(m_people.Boxes.back().Buttons, bCanCancel ? BoxButtons::YesNoCancel : BoxButtons::YesNo);
     }
+}
+
+TEST_F(PageSaveTest, AnUntouchedPageWhoseFileAnotherProgramTookOrChangedIsAskedAbout) {
+    const auto leave = [this](const std::function<void()>& meanwhile) {
+        m_written.clear();
+        Open(u"<P>old"_s, u"<p>old</p>"_s);
+        meanwhile();
+        m_people.Expect(c_strAsk, BoxAnswer::Yes);
+        EXPECT_TRUE(m_saver.MayLeave(true));
+        EXPECT_EQ(m_written, QStringList{u"<p>old</p>"_s});
+    };
+    leave([this] { QFile::remove(m_temp.Native(u"NodeResource\\N5\\Content.htm"_s)); });
+    leave([this] { m_temp.Write(u"NodeResource\\N5\\Content.htm"_s, "<p>theirs</p>"); });
+    Open(u"<P>old"_s, u"<p>old</p>"_s);
+    EXPECT_TRUE(m_saver.MayLeave(true)) << "nobody changed anything";
 }
 
 TEST_F(PageSaveTest, APictureThatCannotBeFetchedKeepsItsReferenceAndIsNamed) {
