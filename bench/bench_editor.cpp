@@ -141,7 +141,8 @@ double BareKeys(const QString& strPage) {
     view.load(QUrl::fromLocalFile(strPage));
     if (!QTest::qWaitFor([&] { return bDone; }, c_nPaintPatience))
         std::printf("  the bare page never came\n");
-    view.page()->runJavaScript(u"document.designMode = 'on'"_s);
+    view.page()->runJavaScript(
+        u"document.designMode = 'on'; getSelection().collapse(document.querySelector('font').firstChild, 0)"_s);
     view.setFocus();
     QTest::qWait(c_nLook);
     return Tell("bare key to paint", TypeInto(view));
