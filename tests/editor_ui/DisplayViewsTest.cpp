@@ -1,16 +1,16 @@
 #include "editor/ui/DisplayViews.h"
 
-#include "editor/NodeFile.h"
 #include "foundation/Urls.h"
-#include "platform/base/MediaTools.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 #include "tests/support/WindowHelp.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -160,11 +160,16 @@ TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
     EXPECT_FALSE(toHtml.isVisible());
     // What can't be done yet is said, and the card comes back.
     const CRecordingHost::Shown card{EViewKind::ToolButtons, pVideo->GetId(), 0};
-    m_world.People.Expect(NodeFile::VideoObstacle(
-        false, Platform::HasMediaPlayer(QCoreApplication::libraryPaths()), Platform::HasMediaEncoder()));
+    const auto restore = qScopeGuard([path = qgetenv("PATH"), plugins = QCoreApplication::libraryPaths()] {
+        qputenv("PATH", path);
+        QCoreApplication::setLibraryPaths(plugins);
+    });
+    qputenv("PATH", "/nonexistent");
+    QCoreApplication::setLibraryPaths({});
+    m_world.People.Expect(u"系统检测到您的计算机没有安装Windows Media Player 9, 无法预览视频。"_s);
     QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
-    m_world.People.Expect(NodeFile::VideoObstacle(
-        true, Platform::HasMediaPlayer(QCoreApplication::libraryPaths()), Platform::HasMediaEncoder()));
+    m_world.People.Expect(u"系统检测到您的计算机没有安装Windows Media Encoder 9, 无法启动视频制作工具。\n "
+                          "请您安装后再次运行。"_s);
     // The letter is the menu's, too; in the view it is the button's.
     QTest::keyClick(&Child<QWidget>(*pView, u"fileComment"_s), Qt::Key_E, Qt::AltModifier);
     EXPECT_EQ(m_world.Host.Last(), card);
