@@ -2,6 +2,7 @@
 
 #include "companions/compiler/References.h"
 #include "companions/compiler/SourceFile.h"
+#include "foundation/Exceptions.h"
 #include "foundation/PageText.h"
 #include "foundation/Text.h"
 
@@ -14,13 +15,25 @@ bool IsPage(const QString& strName) {
     return strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1);
 }
 
+/// Whether the page can be read is not the matter of those that link to it.
+std::optional<QByteArray> TryRead(const QString& strNativePath) {
+    try {
+        return ReadSourceText(strNativePath);
+    } catch (const Torvane::CRunException&) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
     const auto known = m_pages.constFind(strSource);
     if (known != m_pages.constEnd())
         return *known;
-    const QString strPage = PageText::Decode(ReadSourceFile(m_tree.NativePath(strSource))).Text;
+    const std::optional<QByteArray> bytes = TryRead(m_tree.NativePath(strSource));
+    if (!bytes)
+        return *m_pages.insert(strSource, {PageAnchors::CNames(), true});
+    const QString strPage = PageText::Decode(*bytes).Text;
     QStringList names;
     for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
         names.append(anchor.strName);
@@ -46,7 +59,7 @@ CFragments::Result CFragments::Spelled(const QString& strSource, const QString& 
     if (strMeant.isEmpty())
         strMeant = SlideBeside(strSource, strName);
     if (strMeant.isEmpty())
-        return {strFragment, !page.HasScript};
+        return {strFragment, !page.MayHaveMore};
     // How it is escaped is its author's business, as long as browsers read it so.
     if (strMeant == strName ||
         strMeant == QString::fromUtf8(QByteArray::fromPercentEncoding(strName.toUtf8())))

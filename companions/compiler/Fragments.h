@@ -19,15 +19,15 @@ public:
         bool IsDead = false;
     };
     /// What stands in place of a fragment, given with its "#" or empty, behind a reference to a source file.
-    /// It stays as it is where it leads to its place already, and where none can be found. Throws
-    /// Torvane::CRunException when the page can't be read.
+    /// It stays as it is where it leads to its place already, and where none can be found. Any place may be
+    /// in a page that can't be read.
     Result Spelled(const QString& strSource, const QString& strFragment) const;
 
 private:
     struct Page {
         PageAnchors::CNames Names;
-        /// A script may make anchors that are not in the text.
-        bool HasScript = false;
+        /// A script may make anchors that are not in the text, or the text is not known.
+        bool MayHaveMore = false;
     };
     const Page& PageOf(const QString& strSource) const;
     QString SlideBeside(const QString& strSource, const QString& strFragment) const;

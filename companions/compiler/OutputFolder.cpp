@@ -23,6 +23,8 @@ const QString c_strList = u"vorel-site.json"_s;
 const QString c_strTemporaryFolder = u".vorel-tmp"_s;
 const QString c_strLock = u".vorel-lock"_s;
 constexpr qint64 c_nFullDisk = qint64{64} * 1024;
+/// The names of far more files than a site has. Without its list all that is there counts as a person's own.
+constexpr qint64 c_nMaxList = qint64{64} << 20;
 
 /// The path with every link resolved, also of a folder that is yet to be made.
 QString Canonical(const QString& strPath) {
@@ -90,9 +92,10 @@ void COutputFolder::Fail(const QString& strPath, const QString& strReason) const
 
 void COutputFolder::ReadList() {
     QFile file(Target(c_strList));
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly) || file.size() > c_nMaxList)
         return;
-    const QJsonArray names = QJsonDocument::fromJson(file.readAll()).object().value("files"_L1).toArray();
+    const QJsonArray names =
+        QJsonDocument::fromJson(file.read(file.size())).object().value("files"_L1).toArray();
     for (const auto& name : names) {
         if (IsSafeName(name.toString()))
             m_former.insert(name.toString());

@@ -111,12 +111,15 @@ void CCompileRun::CopyFiles(COutputFolder& output, const QStringList& files) {
         const QString strSource = m_tree.NativePath(strFile);
         const QString strName = m_tree.OutputName(strFile);
         const std::optional<ESourceText> kind = TextKind(strFile);
-        if (!kind) {
+        const std::optional<QByteArray> bytes = kind ? ReadSourceText(strSource) : std::nullopt;
+        if (!bytes) {
+            if (kind)
+                m_report.Notes.append(CompilerText::c_strNoteLargeText.arg(strFile));
             output.Copy(strSource, strName);
             continue;
         }
         const CReferences::Place place = {FolderOf(strFile), FolderOf(strName), strFile};
-        output.Write(strName, CorrectedText(*kind, ReadSourceFile(strSource), m_plan.References(), place));
+        output.Write(strName, CorrectedText(*kind, *bytes, m_plan.References(), place));
     }
 }
 
@@ -144,9 +147,10 @@ void CCompileRun::WriteNode(COutputFolder& output, int nNode) {
 FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {
     const NodePlan& plan = m_plan.Of(nNode);
     const QString strTitle = m_model.Nodes()[nNode].Row.Title;
-    const QByteArray bytes = ReadSourceFile(m_tree.NativePath(plan.Source));
+    const QString strSource = m_tree.NativePath(plan.Source);
+    const std::optional<QByteArray> bytes = ReadSourceText(strSource);
     const CReferences::Place place = {FolderOf(plan.Source), FolderOf(plan.PagePath), plan.Source};
-    const std::optional<ReadyPage> page = ReadPage(bytes, m_plan.References(), place);
+    const std::optional<ReadyPage> page = bytes ? ReadPage(*bytes, m_plan.References(), place) : std::nullopt;
     if (!page) {
         QString strRaw = QFileInfo(plan.PagePath).fileName();
         do
@@ -155,7 +159,10 @@ FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {
         strRaw.prepend(FolderOf(plan.PagePath) + u'/');
         m_report.Notes.append(CompilerText::c_strNoteRawPage.arg(strTitle));
         output.Announce({strRaw});
-        output.Write(strRaw, CorrectedText(ESourceText::Page, bytes, m_plan.References(), place));
+        if (bytes)
+            output.Write(strRaw, CorrectedText(ESourceText::Page, *bytes, m_plan.References(), place));
+        else
+            output.Copy(strSource, strRaw);
         return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
     }
     for (const QString& strDead : page->DeadReferences)

@@ -5,11 +5,14 @@
 
 #include <QFile>
 
-QByteArray ReadSourceFile(const QString& strNativePath) {
+std::optional<QByteArray> ReadSourceText(const QString& strNativePath) {
     QFile file(strNativePath);
     QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly))
-        bytes = file.readAll();
+    if (file.open(QIODevice::ReadOnly)) {
+        if (file.size() > c_nMaxSourceText)
+            return std::nullopt;
+        bytes = file.read(file.size());
+    }
     if (file.error() != QFileDevice::NoError)
         throw Torvane::CRunException(CompilerText::c_strCannotRead.arg(strNativePath, file.errorString()));
     return bytes;

@@ -3,5 +3,11 @@
 #include <QByteArray>
 #include <QString>
 
-/// A file of the course, whole. Throws Torvane::CRunException with a message.
-QByteArray ReadSourceFile(const QString& strNativePath);
+#include <optional>
+
+/// More than any text of a course has; to be read, it is in memory several times over.
+constexpr qint64 c_nMaxSourceText = qint64{32} << 20;
+
+/// A text of the course, whole; nothing for one of more than c_nMaxSourceText bytes. Throws
+/// Torvane::CRunException with a message.
+std::optional<QByteArray> ReadSourceText(const QString& strNativePath);

@@ -37,6 +37,7 @@ inline const QString c_strNoteBadAddress = QStringLiteral("栏目“%1”的链�
 inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面引用了不存在的“%2”。");
 inline const QString c_strNoteUnreachable = QStringLiteral("有 %1 个栏目不在课程树上，未合成。");
 inline const QString c_strNoteRawPage = QStringLiteral("栏目“%1”的页面有错，不能并入网站的框架，原样嵌入。");
+inline const QString c_strNoteLargeText = QStringLiteral("文件“%1”过大，原样复制，其中的链接未作修正。");
 
 // To the visitor.
 inline const QString c_strSkipLink = QStringLiteral("跳到正文");

@@ -126,9 +126,10 @@ void CCourseDocument::WriteContent(int nNode) {
         return WriteFile(nNode);
     case ENodeView::Video:
         ++m_nVideos;
-        return WriteNamed("File Line", DocText::c_strVideo,
-                          DocText::c_strVideoFiles.arg(BareName(plan.Source))
-                              .arg(m_plan.Tree().FilesBelow(plan.Source).size()));
+        return WriteNamed(
+            "File Line", DocText::c_strVideo,
+            DocText::c_strVideoFiles.arg(BareName(plan.Source),
+                                         QString::number(m_plan.Tree().FilesBelow(plan.Source).size())));
     case ENodeView::Address:
         return WriteNamed("File Line", DocText::c_strAddress, plan.Source, plan.Source);
     case ENodeView::Missing:
@@ -156,7 +157,7 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
     if (!text)
         return unreadable(DocText::c_strTooDeep);
     if (!text->LeftOut.isEmpty())
-        Note(DocText::c_strNoteMedium.arg(m_strTitle).arg(text->LeftOut.size()));
+        Note(DocText::c_strNoteMedium.arg(m_strTitle, QString::number(text->LeftOut.size())));
     // Without it the numbers of a list would go on in the next node's.
     m_out += "<div>\n" + text->Html + "</div>\n";
 }
@@ -182,11 +183,17 @@ std::optional<ReadyPicture> CCourseDocument::PictureOf(const QString& strReferen
         Note(DocText::c_strNoteDeadLink.arg(m_strTitle, target.Text));
     else if (target.Kind == EKind::Outside)
         Note(DocText::c_strNoteNetPicture.arg(m_strTitle, target.Text));
-    if (target.Kind == EKind::Node)
-        strSource = m_plan.Of(target.Node).Source;
-    else if (target.Kind != EKind::File)
+    if (target.Kind == EKind::Node) {
+        // What leads to a node has a picture where the node is one file of the course, no address and no
+        // list.
+        const NodePlan& plan = m_plan.Of(target.Node);
+        strSource = plan.View == ENodeView::Address ? QString() : m_plan.Tree().FindFile(plan.Source);
+        if (strSource.isEmpty())
+            Note(DocText::c_strNoteDeadLink.arg(m_strTitle, strReference));
+    } else if (target.Kind != EKind::File) {
         return std::nullopt;
-    return Take(strSource);
+    }
+    return strSource.isEmpty() ? std::nullopt : Take(strSource);
 }
 
 std::optional<ReadyPicture> CCourseDocument::Take(const QString& strSource) {
@@ -204,10 +211,10 @@ void CCourseDocument::WriteEmbedded(int nNode) {
     if (row.Type != NodeType::c_nExternalFile) {
         ++m_nSites;
         const QString strFolder = FolderOf(plan.Source);
-        return WriteNamed("File Line",
-                          row.Type == NodeType::c_nCourseware ? DocText::c_strCourseware : DocText::c_strSite,
-                          DocText::c_strFirstPage.arg(BareName(plan.Source))
-                              .arg(m_plan.Tree().FilesBelow(strFolder).size()));
+        return WriteNamed(
+            "File Line", row.Type == NodeType::c_nCourseware ? DocText::c_strCourseware : DocText::c_strSite,
+            DocText::c_strFirstPage.arg(BareName(plan.Source),
+                                        QString::number(m_plan.Tree().FilesBelow(strFolder).size())));
     }
     const QString strName = LowerAscii(BareName(plan.Source));
     if (strName.endsWith(".txt"_L1))

@@ -2,49 +2,46 @@
 
 #include "companions/docexport/WordConverter.h"
 #include "course/CoursePaths.h"
+#include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include <cerrno>
 #include <exception>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 using Torvane::CRunException;
 
 namespace {
 
-constexpr qint64 c_nBlock = qint64{1} << 20;
-
-/// A full disk shows as a file that can't be written or not be finished.
-[[noreturn]] void ThrowUnwritable(const QSaveFile& file) {
-    const bool bFull = file.error() == QFileDevice::ResourceError;
-    const bool bRefused = file.error() == QFileDevice::PermissionsError ||
-                          !QFileInfo(QFileInfo(file.fileName()).path()).isWritable();
-    throw CRunException(DocText::c_strCannotWrite.arg(file.fileName(), bFull      ? DocText::c_strDiskFull
-                                                                       : bRefused ? DocText::c_strNoPermission
-                                                                                  : file.errorString()));
+QString WhyNotWritten(int nError) {
+    switch (nError) {
+    case ENOSPC:
+    case EDQUOT:
+        return DocText::c_strDiskFull;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return DocText::c_strNoPermission;
+    case EISDIR:
+        return DocText::c_strIsFolder;
+    default:
+        return Platform::SystemErrorText(nError);
+    }
 }
 
 void PutInPlace(const QString& strMade, const QString& strTarget) {
-    QFile made(strMade);
-    if (!made.open(QIODevice::ReadOnly))
-        throw CRunException(DocText::c_strCannotRead.arg(strMade, made.errorString()));
-    // Written beside, flushed, and renamed over the old one.
-    QSaveFile file(strTarget);
-    if (!file.open(QIODevice::WriteOnly))
-        ThrowUnwritable(file);
-    while (!made.atEnd()) {
-        const QByteArray block = made.read(c_nBlock);
-        if (block.isEmpty())
-            throw CRunException(DocText::c_strCannotRead.arg(strMade, made.errorString()));
-        if (file.write(block) != block.size())
-            ThrowUnwritable(file);
-    }
-    if (!file.commit())
-        ThrowUnwritable(file);
+    QByteArray document;
+    if (const int nError =
+            Platform::ReadFileBytes(QFile::encodeName(strMade), document, std::numeric_limits<qint64>::max()))
+        throw CRunException(DocText::c_strCannotRead.arg(strMade, Platform::SystemErrorText(nError)));
+    // Written beside, flushed, and renamed over the old one; a link that stands there is replaced itself.
+    if (const int nError = Platform::ReplaceFileBytes(QFile::encodeName(strTarget), document))
+        throw CRunException(DocText::c_strCannotWrite.arg(strTarget, WhyNotWritten(nError)));
 }
 
 DocOutcome Export(const DocRequest& request, const PictureTakerMaker& pictures, DocProgress& progress) {
@@ -97,7 +94,11 @@ QString FaultOfTarget(const DocRequest& request) {
     const QString strData =
         QFileInfo(Platform::ToNative(CCoursePaths(request.ProjectPath).GetDataFolder(false)))
             .canonicalFilePath();
-    if (!strData.isEmpty() && (strFolder == strData || strFolder.startsWith(QString(strData + u'/'))))
+    const auto isInData = [&](const QString& strPlace) {
+        return strPlace == strData || strPlace.startsWith(QString(strData + u'/'));
+    };
+    // What is there may be a link.
+    if (!strData.isEmpty() && (isInData(strFolder) || isInData(target.canonicalFilePath())))
         return DocText::c_strForbiddenTarget.arg(strTarget);
     return QString();
 }

@@ -7,8 +7,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-/// Where references to the folders of nodes are led, a name that no node's folder has.
-constexpr QChar c_nodeMark = u'@';
+/// Where references to the folders of nodes are led: what no file's name can hold, and then the node's
+/// number.
+constexpr QChar c_nodeMark = u'\0';
 } // namespace
 
 CDocLinks::CDocLinks(const CSitePlan& plan)
@@ -32,14 +33,17 @@ CDocLinks::Target CDocLinks::Find(const QString& strReference, const QString& st
     if (result.Found == CReferences::EFound::Unchanged)
         return IsOutsideAddress(strReference.trimmed()) ? Target{EKind::Outside, strReference.trimmed(), -1}
                                                         : Target{};
-    const QString strPath = result.Text.section(u'#', 0, 0).section(u'?', 0, 0);
+    const QString strAddress = result.Text.section(u'#', 0, 0).section(u'?', 0, 0);
+    const QString strPath = QUrl::fromPercentEncoding(strAddress.toUtf8());
     if (strPath.startsWith(c_nodeMark))
         return NodeTarget(strPath.mid(1).toInt());
-    const QString strFile = m_plan.Tree().FindFile(QUrl::fromPercentEncoding(strPath.toUtf8()));
+    const QString strFile = m_plan.Tree().FindFile(strPath);
     const int nNode = NodeOf(strFile);
     return nNode < 0 ? Target{EKind::File, strFile, -1} : NodeTarget(nNode);
 }
 
 CDocLinks::Target CDocLinks::NodeTarget(int nNode) const {
+    if (nNode < 0 || nNode >= m_plan.Model().Nodes().size())
+        return {};
     return {Target::EKind::Node, BookmarkOf(m_plan.Model().Nodes()[nNode].Row.Id), nNode};
 }

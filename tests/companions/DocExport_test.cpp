@@ -1,5 +1,6 @@
 #include "companions/docexport/DocExport.h"
 
+#include "companions/compiler/SourceFile.h"
 #include "companions/docexport/Package.h"
 #include "companions/docexport/WordConverter.h"
 #include "companions/docexport/WordXml.h"
@@ -153,6 +154,49 @@ TEST(DocExport, WritesACourseThatOtherProgramsRead) {
         EXPECT_THAT(text, HasSubstr(szPiece));
     for (const char* szPiece : {"坏", "javascript"})
         EXPECT_THAT(text, Not(HasSubstr(szPiece)));
+}
+
+// A course may come from a stranger, with names and addresses that no program of the system writes.
+TEST(DocExport, TakesNothingButWhatTheCourseHoldsFromAHostileOne) {
+    CSampleCourse course;
+    course.Folder.Write(u"secret\\p.png"_s, c_png);
+    course.Folder.MakeFolder(CSampleCourse::Resource(u"http:"_s));
+    for (const QString& strName : {u"@9999999"_s, u"%009999999"_s, u"@1"_s})
+        course.Folder.Write(CSampleCourse::Resource(strName), "x");
+    const qint32 nLink = course.Add(c_nRootNodeId, u"外"_s, NodeType::c_nExternalLink,
+                                    u"http://../../../../../secret/p.png"_s);
+    const qint32 nLarge = course.Add(c_nRootNodeId, u"大"_s);
+    course.WriteResource(nLarge, u"p.htm"_s, {});
+    ASSERT_TRUE(QFile::resize(course.Folder.Native(CSampleCourse::Resource(u"N%1\\p.htm"_s.arg(nLarge))),
+                              c_nMaxSourceText + 1));
+    course.AddPage(c_nRootNodeId, u"页"_s,
+                   u"<a href=../@9999999>a</a><a href=../@1>b</a><a href=../%25009999999>c</a>"
+                   "<a href=../n%1/p.htm#a>d</a><img src=../n%2/><img src=../n%1/>"
+                   "<img src=../http:/../../../../../secret/p.png>"_s.arg(nLarge)
+                       .arg(nLink));
+    const QString strTarget = DefaultTarget(course.Folder.Path(course.strProject));
+    const QString strElsewhere = u"secret\\precious.txt"_s;
+    course.Folder.Write(strElsewhere, "precious");
+    ASSERT_TRUE(QFile::link(course.Folder.Native(strElsewhere), strTarget));
+
+    const DocOutcome outcome = Export(course, strTarget);
+
+    ASSERT_EQ(outcome.End, DocOutcome::EEnd::Done) << outcome.Text.toStdString();
+    EXPECT_EQ(course.Folder.Read(strElsewhere), "precious");
+    EXPECT_FALSE(QFileInfo(strTarget).isSymLink());
+    const std::string notes = outcome.Notes.join(u'\n').toStdString();
+    for (const char* szNote : {"“@9999999”不在文档中", "“@1”不在文档中", "“%009999999”不在文档中"})
+        EXPECT_THAT(notes, HasSubstr(szNote));
+    EXPECT_THAT(outcome.Text.toStdString(), HasSubstr("，0 幅图片"));
+
+    QFile::remove(strTarget);
+    ASSERT_TRUE(QFile::link(course.Folder.Native(course.strStore), strTarget));
+    EXPECT_NE(FaultOfTarget({course.Folder.Path(course.strProject), strTarget}), QString());
+
+    // The site has the large page as it stands, and links to any place in it.
+    const std::string said = course.Compile().Notes.join(u'\n').toStdString();
+    EXPECT_THAT(said, HasSubstr("p.htm”过大"));
+    EXPECT_THAT(said, Not(HasSubstr("p.htm#a")));
 }
 
 TEST(DocExport, LeavesNothingBehindWhenItCannot) {
