@@ -1,10 +1,12 @@
 #include "editor/PastedHtml.h"
 
+#include "editor/PastedElements.h"
+#include "editor/PastedLists.h"
 #include "editor/PastedStyle.h"
+#include "editor/PastedText.h"
 #include "foundation/HtmlTree.h"
 #include "office/PageCleaner.h"
 
-#include <QRegularExpression>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -18,229 +20,6 @@ namespace {
 constexpr qsizetype c_nMaxCharacters = 30'000'000;
 constexpr int c_nMaxElements = 50'000;
 constexpr int c_nMaxSpan = 1000;
-constexpr QChar c_hardBlank = u'\u00A0';
-
-const GumboNode* ChildAt(const GumboNode* pNode, unsigned i) {
-    return static_cast<const GumboNode*>(pNode->v.element.children.data[i]);
-}
-
-QString Attribute(const GumboElement& element, const char* szName) {
-    return QString::fromUtf8(AttributeValue(element, szName)).trimmed();
-}
-
-QByteArray NameOf(const GumboNode* pNode) {
-    return IsElement(pNode) ? TagName(pNode->v.element) : QByteArray();
-}
-
-bool IsBlank(const GumboNode* pNode) {
-    if (pNode->type == GUMBO_NODE_COMMENT || pNode->type == GUMBO_NODE_WHITESPACE)
-        return true;
-    return pNode->type == GUMBO_NODE_TEXT &&
-           QByteArrayView(pNode->v.text.text).trimmed().isEmpty(); // a hard blank is none
-}
-
-/// The only child that isn't blank, or null.
-const GumboNode* OnlyChild(const GumboNode* pNode) {
-    const GumboNode* pOnly = nullptr;
-    for (unsigned i = 0; i < pNode->v.element.children.length; ++i) {
-        const GumboNode* pChild = ChildAt(pNode, i);
-        if (IsBlank(pChild))
-            continue;
-        if (pOnly)
-            return nullptr;
-        pOnly = pChild;
-    }
-    return pOnly;
-}
-
-bool IsHeading(const QByteArray& name) {
-    return name.size() == 2 && name[0] == 'h' && name[1] >= '1' && name[1] <= '6';
-}
-
-/// Elements that part paragraphs and mean nothing else.
-bool IsDivision(const QByteArray& name) {
-    static const QSet<QByteArray> names = {"div",     "section",    "article",  "main",   "header", "footer",
-                                           "aside",   "nav",        "figure",   "form",   "center", "address",
-                                           "details", "figcaption", "fieldset", "legend", "hgroup", "summary",
-                                           "dialog",  "menu",       "dir",      "search"};
-    return names.contains(name);
-}
-
-/// Blocks that stay what they are.
-bool IsKeptBlock(const QByteArray& name) {
-    static const QSet<QByteArray> names = {"p",  "pre", "blockquote", "ul", "ol",
-                                           "li", "dl",  "dt",         "dd", "table"};
-    return names.contains(name) || IsHeading(name);
-}
-
-bool IsTablePart(const QByteArray& name) {
-    static const QSet<QByteArray> names = {"thead", "tbody", "tfoot", "tr", "td", "th", "caption"};
-    return names.contains(name);
-}
-
-bool IsBlock(const QByteArray& name) {
-    return name == "hr" || IsKeptBlock(name) || IsDivision(name) || IsTablePart(name);
-}
-
-/// Gone with all that they hold.
-bool IsDropped(const GumboNode* pNode, const QByteArray& name) {
-    static const QSet<QByteArray> names = {
-        "script", "style",    "object",   "applet", "embed",     "iframe", "frame",   "frameset", "noframes",
-        "input",  "select",   "textarea", "button", "meta",      "link",   "base",    "title",    "noscript",
-        "svg",    "math",     "audio",    "video",  "canvas",    "option", "param",   "bgsound",  "head",
-        "xml",    "template", "map",      "area",   "colgroup",  "col",    "portal",  "datalist", "comment",
-        "track",  "source",   "slot",     "image",  "plaintext", "meter",  "progress"};
-    const GumboElement& element = pNode->v.element;
-    if (pNode->type == GUMBO_NODE_TEMPLATE || element.tag_namespace != GUMBO_NAMESPACE_HTML ||
-        names.contains(name))
-        return true;
-    // What a document's author took out, while its changes are still being tracked.
-    if (name == "del" && (!Attribute(element, "cite").isEmpty() || !Attribute(element, "datetime").isEmpty()))
-        return true;
-    const QString strClass = Attribute(element, "class").toLower();
-    return strClass.contains(u"msocom") || strClass == u"msodel" || strClass == u"apple-interchange-newline";
-}
-
-QString Escaped(const QString& strText) {
-    return strText.toHtmlEscaped().replace(c_hardBlank, u"&nbsp;"_s);
-}
-
-/// Characters that show nothing and only disturb searching; those that join letters and emoji stay.
-void DropJunk(QString& strText) {
-    strText.removeIf([](QChar c) {
-        const char16_t n = c.unicode();
-        const bool bControl = (n < 0x20 && n != u'\n' && n != u'\t' && n != u'\r') || n == 0x7F;
-        return bControl || n == 0x200B || n == 0x2060 || n == 0xFEFF || n == 0xFFFC;
-    });
-}
-
-/// Blanks as hard ones where markup would show fewer of them.
-QString WithBlanks(const QString& strText) {
-    constexpr int c_nTab = 4;
-    QString strResult;
-    for (const QChar c : strText) {
-        if (c == u'\t')
-            strResult += QString(c_nTab, c_hardBlank);
-        else if (c == u' ' && (strResult.isEmpty() || strResult.back() == u' '))
-            strResult += c_hardBlank;
-        else
-            strResult += c;
-    }
-    return strResult;
-}
-
-/// From the Chinese and Japanese blocks: no blank stands between two of these.
-bool IsWide(QChar c) {
-    const char16_t n = c.unicode();
-    return (n >= 0x2E80 && n < 0xA4D0) || (n >= 0xF900 && n < 0xFB00) || (n >= 0xFE30 && n < 0xFE50) ||
-           (n >= 0xFF00 && n < 0xFFEF);
-}
-
-/// Blanks and line ends as markup reads them: one blank, and none where a line ends between two Chinese
-/// characters. A lone hard blank between two words is an ordinary one.
-QString Flowing(const QString& strText) {
-    const auto isBlank = [](QChar c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; };
-    QString strResult;
-    for (qsizetype n = 0; n < strText.size();) {
-        const qsizetype nStart = n;
-        bool bLineEnd = false;
-        for (; n < strText.size() && isBlank(strText[n]); ++n)
-            bLineEnd = bLineEnd || strText[n] == u'\n';
-        if (n > nStart) {
-            const bool bBetween = bLineEnd && nStart > 0 && n < strText.size() &&
-                                  IsWide(strText[nStart - 1]) && IsWide(strText[n]);
-            if (!bBetween)
-                strResult += u' ';
-            continue;
-        }
-        const auto isWord = [&](qsizetype nAt) {
-            return nAt >= 0 && nAt < strText.size() && !isBlank(strText[nAt]) && strText[nAt] != c_hardBlank;
-        };
-        const bool bLone = strText[n] == c_hardBlank && isWord(n - 1) && isWord(n + 1);
-        strResult += bLone ? QChar(u' ') : strText[n];
-        ++n;
-    }
-    return strResult;
-}
-
-/// A paragraph of an office program that is an item of a list.
-struct OfficeItem {
-    const GumboNode* pNode = nullptr;
-    int nLevel = 1;
-    bool bOrdered = false;
-    /// Behind which number or letter it stands; 0 for none.
-    int nNumber = 0;
-    QChar cType;
-};
-
-/// Where an office program writes the label of a list's item, for readers that know no lists.
-const GumboNode* FindLabel(const GumboNode* pNode) {
-    for (unsigned i = 0; i < pNode->v.element.children.length; ++i) {
-        const GumboNode* pChild = ChildAt(pNode, i);
-        if (!IsElement(pChild))
-            continue;
-        static const QRegularExpression ignore(u"mso-list:\\s*ignore"_s,
-                                               QRegularExpression::CaseInsensitiveOption);
-        if (Attribute(pChild->v.element, "style").contains(ignore))
-            return pChild;
-        if (const GumboNode* pFound = FindLabel(pChild))
-            return pFound;
-    }
-    return nullptr;
-}
-
-QString TextOf(const GumboNode* pNode) {
-    QString strText;
-    if (!IsElement(pNode))
-        return pNode->type == GUMBO_NODE_COMMENT ? QString() : QString::fromUtf8(pNode->v.text.text);
-    for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
-        strText += TextOf(ChildAt(pNode, i));
-    return strText;
-}
-
-bool IsInSymbolFont(const GumboNode* pLabel, const GumboNode* pParagraph) {
-    bool bSymbol = false;
-    const auto look = [&](const GumboNode* pNode) {
-        const QString strStyle = Attribute(pNode->v.element, "style").toLower();
-        bSymbol = bSymbol || strStyle.contains(u"symbol") || strStyle.contains(u"wingdings");
-    };
-    ForEachElement(pLabel, look);
-    for (const GumboNode* pNode = pLabel->parent; pNode != pParagraph; pNode = pNode->parent)
-        look(pNode);
-    return bSymbol;
-}
-
-/// No value where the paragraph is none of a list, or where its label is one that no list of a page has: it
-/// then stays a paragraph, and its label a text.
-std::optional<OfficeItem> ReadOfficeItem(const GumboNode* pNode) {
-    const QByteArray name = NameOf(pNode);
-    if (name != "p" && name != "div")
-        return std::nullopt;
-    static const QRegularExpression level(u"mso-list:\\s*[^;]*level(\\d)"_s,
-                                          QRegularExpression::CaseInsensitiveOption);
-    const QRegularExpressionMatch match = level.match(Attribute(pNode->v.element, "style"));
-    if (!match.hasMatch())
-        return std::nullopt;
-    OfficeItem item{pNode, std::max(match.captured(1).toInt(), 1), false, 0, {}};
-    const GumboNode* pLabel = FindLabel(pNode);
-    const QString strLabel = pLabel ? TextOf(pLabel).simplified() : QString();
-    static const QRegularExpression letters(u"[\\p{L}\\p{N}]"_s);
-    if (!strLabel.contains(letters) || strLabel == u"o" || IsInSymbolFont(pLabel, pNode))
-        return item;
-    static const QRegularExpression number(u"^(\\d{1,5})[.、．)）]?$"_s), letter(u"^([a-zA-Z])[.、．)）]$"_s);
-    item.bOrdered = true;
-    if (const auto digits = number.match(strLabel); digits.hasMatch()) {
-        item.nNumber = digits.captured(1).toInt();
-        return item;
-    }
-    if (const auto one = letter.match(strLabel); one.hasMatch()) {
-        const QChar c = one.captured(1).front();
-        item.cType = c.isLower() ? u'a' : u'A';
-        item.nNumber = c.unicode() - item.cType.unicode() + 1;
-        return item;
-    }
-    return std::nullopt;
-}
 
 struct Context {
     /// How the text shall look, and what of that the elements around already say.
@@ -265,7 +44,7 @@ void ApplyName(const GumboElement& element, const QByteArray& name, Format& form
         format.Vertical = name == "sup" ? Format::EVertical::Super : Format::EVertical::Sub;
     else if (name == "mark")
         format.strHighlight = u"#ffff00"_s;
-    if (const QString strColour = Attribute(element, "color"); name == "font" && !strColour.isEmpty())
+    if (const QString strColour = AttributeText(element, "color"); name == "font" && !strColour.isEmpty())
         format.strColour = ChosenColour(strColour);
 }
 
@@ -295,7 +74,7 @@ private:
     }
 
     CDeclarations DeclarationsOf(const GumboElement& element) const {
-        return m_sheet.Of(element, Attribute(element, "class"));
+        return m_sheet.Of(element, AttributeText(element, "class"));
     }
 
     /// Writes an element, or nothing where nothing stands in it.
@@ -518,7 +297,7 @@ private:
     }
 
     void WriteLink(const GumboNode* pNode, Context context) {
-        const QString strAddress = Attribute(pNode->v.element, "href");
+        const QString strAddress = AttributeText(pNode->v.element, "href");
         if (strAddress.startsWith(u'#') || !Torvane::Office::IsKeptLink(strAddress))
             return WriteStyled(pNode, context);
         // As every link looks.
@@ -530,7 +309,7 @@ private:
 
     void WritePicture(const GumboElement& element, const CDeclarations& declarations) {
         const auto size = [&](const char* szName) {
-            const QString strOwn = LengthOf(Attribute(element, szName));
+            const QString strOwn = LengthOf(AttributeText(element, szName));
             const QString strSize =
                 strOwn.isEmpty() ? declarations.Length(QLatin1StringView(szName)) : strOwn;
             return strSize.endsWith(u'%') ? QString() : strSize;
@@ -540,8 +319,8 @@ private:
         // Such a one only counts its readers.
         if (strWidth == u"1" && strHeight == u"1")
             return;
-        const QString strAlt = Attribute(element, "alt");
-        const QString strSource = m_pictures(Attribute(element, "src"));
+        const QString strAlt = AttributeText(element, "alt");
+        const QString strSource = m_pictures(AttributeText(element, "src"));
         m_bFresh = false;
         if (strSource.isEmpty()) {
             m_bText = m_bText || !strAlt.isEmpty();
@@ -565,7 +344,7 @@ private:
                            const CDeclarations& declarations) {
         QString strAlign = declarations.Align();
         if (strAlign.isEmpty() && declarations[u"text-align"_s].isEmpty())
-            strAlign = name == "center" ? u"center"_s : Attribute(element, "align").toLower();
+            strAlign = name == "center" ? u"center"_s : AttributeText(element, "align").toLower();
         return strAlign == u"center" || strAlign == u"right" ? u" align=\""_s + strAlign + u'"' : QString();
     }
 
@@ -593,10 +372,10 @@ private:
 
     static QString ListAttributes(const GumboElement& element) {
         QString strAttributes;
-        const QString strType = Attribute(element, "type");
+        const QString strType = AttributeText(element, "type");
         if (strType.size() == 1 && u"aAiI"_s.contains(strType))
             strAttributes += u" type=\""_s + strType + u'"';
-        if (const int nStart = Attribute(element, "start").toInt(); nStart > 1)
+        if (const int nStart = AttributeText(element, "start").toInt(); nStart > 1)
             strAttributes += u" start=\"%1\""_s.arg(nStart);
         return strAttributes;
     }
@@ -634,12 +413,12 @@ private:
             if (!strValue.isEmpty())
                 strAttributes += u' ' + strName + u"=\""_s + strValue + u'"';
         };
-        const QString strWidth = LengthOf(Attribute(element, "width"));
+        const QString strWidth = LengthOf(AttributeText(element, "width"));
         add(u"width"_s, strWidth.isEmpty() ? declarations.Length(u"width"_s) : strWidth);
         const bool bCollapsed = declarations[u"border-collapse"_s] == u"collapse";
         const auto number = [&](const char* szName) {
             bool bNumber = false;
-            const int nValue = Attribute(element, szName).toInt(&bNumber);
+            const int nValue = AttributeText(element, szName).toInt(&bNumber);
             return bNumber && nValue >= 0 && nValue < c_nMaxSpan ? QString::number(nValue) : QString();
         };
         add(u"cellspacing"_s, bCollapsed ? u"0"_s : number("cellspacing"));
@@ -649,7 +428,8 @@ private:
             strBorder = u"1"_s;
         add(u"border"_s, strBorder);
         add(u"bgcolor"_s, GroundOf(element, declarations));
-        if (Attribute(element, "align").toLower() == u"center" || declarations[u"margin-left"_s] == u"auto")
+        if (AttributeText(element, "align").toLower() == u"center" ||
+            declarations[u"margin-left"_s] == u"auto")
             add(u"align"_s, u"center"_s);
         Enclose(u"<table"_s + strAttributes + u'>', u"</table>"_s, true, [&] { WriteChildren(pNode, {}); });
     }
@@ -669,7 +449,7 @@ private:
 
     static QString GroundOf(const GumboElement& element, const CDeclarations& declarations) {
         const QString strStyle = declarations[u"background-color"_s] + u' ' + declarations[u"background"_s];
-        const QString strOwn = strStyle.size() > 1 ? strStyle : Attribute(element, "bgcolor");
+        const QString strOwn = strStyle.size() > 1 ? strStyle : AttributeText(element, "bgcolor");
         return ChosenColour(strOwn);
     }
 
@@ -685,15 +465,15 @@ private:
         };
         if (bCell) {
             for (const QString& strName : {u"colspan"_s, u"rowspan"_s}) {
-                const int nSpan = Attribute(element, strName.toLatin1().constData()).toInt();
+                const int nSpan = AttributeText(element, strName.toLatin1().constData()).toInt();
                 add(strName, nSpan > 1 && nSpan <= c_nMaxSpan ? QString::number(nSpan) : QString());
             }
-            const QString strWidth = LengthOf(Attribute(element, "width"));
+            const QString strWidth = LengthOf(AttributeText(element, "width"));
             add(u"width"_s, strWidth.isEmpty() ? declarations.Length(u"width"_s) : strWidth);
             strAttributes += AlignOf(element, name, declarations);
             if (pOnly && !strAttributes.contains(u" align="_s))
                 strAttributes += AlignOf(pOnly->v.element, NameOf(pOnly), DeclarationsOf(pOnly->v.element));
-            const QString strVertical = Attribute(element, "valign").toLower();
+            const QString strVertical = AttributeText(element, "valign").toLower();
             add(u"valign"_s, strVertical == u"top" || strVertical == u"bottom" ? strVertical : QString());
             add(u"bgcolor"_s, GroundOf(element, declarations));
             if (name == "th")
@@ -750,17 +530,6 @@ std::optional<Fragment> Clean(const QString& strHtml, const PictureNamer& pictur
             return cleaner.Take(pChild);
     }
     return Fragment();
-}
-
-QString FromPlainText(QString strText) {
-    DropJunk(strText);
-    strText.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
-    if (strText.endsWith(u'\n'))
-        strText.chop(1);
-    QStringList lines;
-    for (const QString& strLine : strText.split(u'\n'))
-        lines.append(Escaped(WithBlanks(strLine)));
-    return lines.join(u"<br>"_s);
 }
 
 } // namespace PastedHtml

@@ -71,6 +71,23 @@ QByteArray AttributeValue(const GumboElement& element, const char* szName) {
     return pAttribute ? QByteArray(pAttribute->value) : QByteArray();
 }
 
+QString AttributeText(const GumboElement& element, const char* szName) {
+    return QString::fromUtf8(AttributeValue(element, szName)).trimmed();
+}
+
+const GumboNode* ChildAt(const GumboNode* pElement, unsigned i) {
+    return static_cast<const GumboNode*>(pElement->v.element.children.data[i]);
+}
+
+QString TextOf(const GumboNode* pNode) {
+    if (!IsElement(pNode))
+        return pNode->type == GUMBO_NODE_COMMENT ? QString() : QString::fromUtf8(pNode->v.text.text);
+    QString strText;
+    for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
+        strText += TextOf(ChildAt(pNode, i));
+    return strText;
+}
+
 void ForEachElement(const GumboNode* pNode, const std::function<void(const GumboNode*)>& visit) {
     if (!IsElement(pNode))
         return;

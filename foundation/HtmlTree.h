@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -31,6 +32,13 @@ bool IsVoid(const QByteArray& name);
 QByteArray TagName(const GumboElement& element);
 /// Empty when the element has no such attribute.
 QByteArray AttributeValue(const GumboElement& element, const char* szName);
+
+/// The same as text, without the blanks around it.
+QString AttributeText(const GumboElement& element, const char* szName);
+
+const GumboNode* ChildAt(const GumboNode* pElement, unsigned i);
+/// All text in and below a node, comments left out.
+QString TextOf(const GumboNode* pNode);
 
 /// Calls visit for each element below and including the node.
 void ForEachElement(const GumboNode* pNode, const std::function<void(const GumboNode*)>& visit);

@@ -16,10 +16,6 @@ using namespace HtmlTree;
 namespace Torvane::Office {
 namespace {
 
-const GumboNode* ChildAt(const GumboNode* pNode, unsigned i) {
-    return static_cast<const GumboNode*>(pNode->v.element.children.data[i]);
-}
-
 bool IsBlankText(const GumboNode* pNode) {
     return pNode->type == GUMBO_NODE_WHITESPACE || pNode->type == GUMBO_NODE_COMMENT ||
            (pNode->type == GUMBO_NODE_TEXT && QString::fromUtf8(pNode->v.text.text).trimmed().isEmpty());
@@ -31,19 +27,6 @@ bool IsBlank(const GumboNode* pElement) {
             return false;
     }
     return true;
-}
-
-QString Attribute(const GumboElement& element, const char* szName) {
-    return QString::fromUtf8(AttributeValue(element, szName)).trimmed();
-}
-
-QString TextOf(const GumboNode* pNode) {
-    if (!IsElement(pNode))
-        return pNode->type == GUMBO_NODE_COMMENT ? QString() : QString::fromUtf8(pNode->v.text.text);
-    QString strText;
-    for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
-        strText += TextOf(ChildAt(pNode, i));
-    return strText;
 }
 
 bool IsList(const QByteArray& name) {
@@ -104,7 +87,7 @@ bool IsDropped(const GumboElement& element, const QByteArray& name) {
         "svg",    "textarea", "audio",  "video",  "canvas", "math",   "option", "param",    "bgsound"};
     if (names.contains(name) || element.tag_namespace != GUMBO_NAMESPACE_HTML)
         return true;
-    const QString strTitle = Attribute(element, "title");
+    const QString strTitle = AttributeText(element, "title");
     return name == "div" && (strTitle == u"header" || strTitle == u"footer");
 }
 
@@ -146,33 +129,33 @@ QString StyleOf(EKind eKind, const GumboElement& element, const QByteArray& name
         if (!strValue.isEmpty())
             style.append(strProperty + u':' + strValue);
     };
-    const QString strAlign = Attribute(element, "align").toLower();
+    const QString strAlign = AttributeText(element, "align").toLower();
     if (name == "img") {
         add(u"float"_s, strAlign == u"left" || strAlign == u"right" ? strAlign : QString());
     } else if (name == "table") {
         if (strAlign == u"center")
             style.append(u"margin-left: auto; margin-right: auto"_s);
-        add(u"width"_s, Length(Attribute(element, "width")));
+        add(u"width"_s, Length(AttributeText(element, "width")));
     } else {
         add(u"text-align"_s, name == "center" ? u"center"_s : strAlign == u"left" ? QString() : strAlign);
-        const QString strVertical = Attribute(element, "valign").toLower();
+        const QString strVertical = AttributeText(element, "valign").toLower();
         // Where a sheet's cells stand anyway.
         if (eKind != EKind::Sheet || strVertical != u"bottom")
             add(u"vertical-align"_s, strVertical);
         if (name == "td" || name == "th" || name == "col" || name == "colgroup")
-            add(u"width"_s, Length(Attribute(element, "width")));
+            add(u"width"_s, Length(AttributeText(element, "width")));
     }
-    add(u"background-color"_s, Attribute(element, "bgcolor"));
+    add(u"background-color"_s, AttributeText(element, "bgcolor"));
     if (name == "big")
         add(u"font-size"_s, u"larger"_s);
     if (name == "font") {
-        add(u"color"_s, Attribute(element, "color"));
-        add(u"font-family"_s, Attribute(element, "face"));
+        add(u"color"_s, AttributeText(element, "color"));
+        add(u"font-family"_s, AttributeText(element, "face"));
         // Beside a size of the old kind stands the exact one, if it differs.
-        if (!Attribute(element, "style").contains(u"font-size"))
-            add(u"font-size"_s, FontSize(Attribute(element, "size")));
+        if (!AttributeText(element, "style").contains(u"font-size"))
+            add(u"font-size"_s, FontSize(AttributeText(element, "size")));
     }
-    QString strOwn = Attribute(element, "style");
+    QString strOwn = AttributeText(element, "style");
     // A sheet's cells have the heights of their lines.
     if (eKind == EKind::Sheet && (name == "td" || name == "tr"))
         strOwn.remove(u"height"_s);
@@ -194,7 +177,7 @@ bool IsKeptAttribute(const QByteArray& element, const QByteArray& name) {
 /// What a picture tells of itself; the converter's own numbering of shapes and pictures tells nothing.
 QString AltOf(const GumboElement& element) {
     static const QRegularExpression ownName(u"^(Shape|Image|Picture|Frame|Graphic|Object|graphics) ?\\d*$"_s);
-    const QString strAlt = Attribute(element, "alt");
+    const QString strAlt = AttributeText(element, "alt");
     return ownName.match(strAlt).hasMatch() ? QString() : strAlt;
 }
 
@@ -295,17 +278,17 @@ private:
             if (!strValue.isEmpty())
                 out += ' ' + QByteArray(szName) + "=\"" + strValue.toHtmlEscaped().toUtf8() + '"';
         };
-        const QString strId = Attribute(element, "id");
-        add("id", strId.isEmpty() && name == "a" ? Attribute(element, "name") : strId);
+        const QString strId = AttributeText(element, "id");
+        add("id", strId.isEmpty() && name == "a" ? AttributeText(element, "name") : strId);
         for (unsigned i = 0; i < element.attributes.length; ++i) {
             const auto* pAttribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
             if (IsKeptAttribute(name, pAttribute->name))
                 add(pAttribute->name, QString::fromUtf8(pAttribute->value));
         }
-        const QString strAddress = Attribute(element, "href");
+        const QString strAddress = AttributeText(element, "href");
         if (name == "a" && IsKeptLink(strAddress))
             add("href", strAddress);
-        if (name == "table" && Attribute(element, "border").toInt() > 0)
+        if (name == "table" && AttributeText(element, "border").toInt() > 0)
             add("border", u"1"_s);
         add("style", StyleOf(m_eKind, element, name));
         return out;
@@ -314,7 +297,7 @@ private:
     void WritePicture(const GumboElement& element, QByteArray& out) {
         const QString strAlt = AltOf(element);
         m_bAfterPicture = true;
-        const QString strName = m_pictures(Attribute(element, "src"));
+        const QString strName = m_pictures(AttributeText(element, "src"));
         if (strName.isEmpty()) {
             out += strAlt.toHtmlEscaped().toUtf8();
             return;
@@ -322,7 +305,7 @@ private:
         out += "<img src=\"" + strName.toHtmlEscaped().toUtf8() + "\" alt=\"" +
                strAlt.toHtmlEscaped().toUtf8() + '"';
         for (const char* szName : {"width", "height"}) {
-            const QString strValue = Attribute(element, szName);
+            const QString strValue = AttributeText(element, szName);
             if (Length(strValue).endsWith(u"px"))
                 out += ' ' + QByteArray(szName) + "=\"" + strValue.toUtf8() + '"';
         }

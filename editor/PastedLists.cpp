@@ -1,0 +1,76 @@
+#include "editor/PastedLists.h"
+
+#include "editor/PastedElements.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace HtmlTree;
+
+namespace PastedHtml {
+
+namespace {
+
+/// Where an office program writes the label of a list's item, for readers that know no lists.
+const GumboNode* FindLabel(const GumboNode* pNode) {
+    for (unsigned i = 0; i < pNode->v.element.children.length; ++i) {
+        const GumboNode* pChild = ChildAt(pNode, i);
+        if (!IsElement(pChild))
+            continue;
+        static const QRegularExpression ignore(u"mso-list:\\s*ignore"_s,
+                                               QRegularExpression::CaseInsensitiveOption);
+        if (AttributeText(pChild->v.element, "style").contains(ignore))
+            return pChild;
+        if (const GumboNode* pFound = FindLabel(pChild))
+            return pFound;
+    }
+    return nullptr;
+}
+
+bool IsInSymbolFont(const GumboNode* pLabel, const GumboNode* pParagraph) {
+    bool bSymbol = false;
+    const auto look = [&](const GumboNode* pNode) {
+        const QString strStyle = AttributeText(pNode->v.element, "style").toLower();
+        bSymbol = bSymbol || strStyle.contains(u"symbol") || strStyle.contains(u"wingdings");
+    };
+    ForEachElement(pLabel, look);
+    for (const GumboNode* pNode = pLabel->parent; pNode != pParagraph; pNode = pNode->parent)
+        look(pNode);
+    return bSymbol;
+}
+
+} // namespace
+
+std::optional<OfficeItem> ReadOfficeItem(const GumboNode* pNode) {
+    const QByteArray name = NameOf(pNode);
+    if (name != "p" && name != "div")
+        return std::nullopt;
+    static const QRegularExpression level(u"mso-list:\\s*[^;]*level(\\d)"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = level.match(AttributeText(pNode->v.element, "style"));
+    if (!match.hasMatch())
+        return std::nullopt;
+    OfficeItem item{pNode, std::max(match.captured(1).toInt(), 1), false, 0, {}};
+    const GumboNode* pLabel = FindLabel(pNode);
+    const QString strLabel = pLabel ? TextOf(pLabel).simplified() : QString();
+    static const QRegularExpression letters(u"[\\p{L}\\p{N}]"_s);
+    if (!strLabel.contains(letters) || strLabel == u"o" || IsInSymbolFont(pLabel, pNode))
+        return item;
+    static const QRegularExpression number(u"^(\\d{1,5})[.、．)）]?$"_s), letter(u"^([a-zA-Z])[.、．)）]$"_s);
+    item.bOrdered = true;
+    if (const auto digits = number.match(strLabel); digits.hasMatch()) {
+        item.nNumber = digits.captured(1).toInt();
+        return item;
+    }
+    if (const auto one = letter.match(strLabel); one.hasMatch()) {
+        const QChar c = one.captured(1).front();
+        item.cType = c.isLower() ? u'a' : u'A';
+        item.nNumber = c.unicode() - item.cType.unicode() + 1;
+        return item;
+    }
+    return std::nullopt;
+}
+
+} // namespace PastedHtml
