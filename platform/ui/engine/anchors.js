@@ -22,8 +22,11 @@
   function meant(fragment) {
     const code = decoded(fragment, 'gb18030');
     const wanted = [fragment, decoded(fragment, 'utf-8'), code].map(lower);
+    // A form's own fields may stand in the place of its properties.
+    const get = Element.prototype.getAttribute;
+    const says = (e, name) => wanted.includes(lower(get.call(e, name) || ''));
     return named(code) || Array.from(document.querySelectorAll('[id], a[name]')).find(
-        (e) => wanted.includes(lower(e.id)) || (e.localName === 'a' && wanted.includes(lower(e.name)))) || null;
+        (e) => says(e, 'id') || (e.localName === 'a' && says(e, 'name'))) || null;
   }
 
   function settle(always) {
