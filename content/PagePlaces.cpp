@@ -17,13 +17,15 @@ namespace {
 /// A larger page is none that anybody wrote, and its tree would take as many times the memory.
 constexpr qint64 c_nMaxPage = 32 * 1024 * 1024;
 
-QList<Place> AnchorsIn(const QString& strPath) {
+Found AnchorsIn(const QString& strPath) {
     QByteArray bytes;
     try {
-        bytes = ReadFileBytes(strPath, c_nMaxPage);
+        bytes = ReadFileBytes(strPath, c_nMaxPage + 1);
     } catch (const Torvane::CException&) {
-        return {};
+        return {{}, ContentText::c_strNoPlaces};
     }
+    if (bytes.size() > c_nMaxPage)
+        return {{}, ContentText::c_strPageTooLarge};
     QList<Place> places;
     for (const PageAnchors::Anchor& anchor : PageAnchors::Find(PageText::Decode(bytes).Text)) {
         if (anchor.bOffered)
@@ -31,14 +33,14 @@ QList<Place> AnchorsIn(const QString& strPath) {
     }
     if (!places.isEmpty())
         places.prepend({{}, ContentText::c_strWholePage});
-    return places;
+    return {places, ContentText::c_strNoPlaces};
 }
 
-QList<Place> SlidesIn(const QString& strFolder) {
+Found SlidesIn(const QString& strFolder) {
     QList<Place> places;
     for (const Torvane::Office::SlideEntry& slide : Torvane::Office::SlidesIn(strFolder))
         places.append({slide.strFile, slide.strTitle});
-    return places;
+    return {places, ContentText::c_strNoPlaces};
 }
 
 } // namespace
@@ -47,10 +49,10 @@ bool MayHave(const QString& strPlace) {
     return Torvane::File::IsHtmlFile(InSiteLink::PathOf(strPlace));
 }
 
-QList<Place> Of(const QString& strPlace) {
+Found Of(const QString& strPlace) {
     const QString strPath = InSiteLink::PathOf(strPlace);
     if (!Torvane::File::IsHtmlFile(strPath))
-        return {};
+        return {{}, ContentText::c_strNoPagePlaces};
     return Torvane::Office::IsSlideViewer(strPath) ? SlidesIn(Torvane::File::ParentFolder(strPath))
                                                    : AnchorsIn(strPath);
 }

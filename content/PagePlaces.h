@@ -17,10 +17,15 @@ struct Place {
 /// Whether a page can have places for a link: it is one of the course, and not of the web.
 bool MayHave(const QString& strPlace);
 
+struct Found {
+    QList<Place> places;
+    /// What to tell a person where there are none.
+    QString strWhyNone;
+};
+
 /// The places of the page at which a place stands: its slides where it shows a presentation, else its
-/// anchors behind the page as a whole. Empty when there are none. Reads the page's file; never throws, from
-/// any thread.
-QList<Place> Of(const QString& strPlace);
+/// anchors behind the page as a whole. Reads the page's file; never throws, from any thread.
+Found Of(const QString& strPlace);
 
 /// The place within the list at which a place stands; -1 for none.
 qsizetype IndexOf(const QList<Place>& places, const QString& strPlace);

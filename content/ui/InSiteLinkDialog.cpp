@@ -310,12 +310,12 @@ void CInSiteLinkDialog::ReadPlaces(const QString& strPage) {
         return;
     }
     m_pPlaces->SetPlaces({}, {});
-    const auto pPromise = std::make_shared<QPromise<QList<PagePlaces::Place>>>();
+    const auto pPromise = std::make_shared<QPromise<PagePlaces::Found>>();
     pPromise->start();
-    pPromise->future().then(this, [this, strPage](const QList<PagePlaces::Place>& places) {
+    pPromise->future().then(this, [this, strPage](const PagePlaces::Found& found) {
         if (strPage != m_strListed)
             return;
-        m_pPlaces->SetPlaces(places, ContentText::c_strNoPlaces);
+        m_pPlaces->SetPlaces(found.places, found.strWhyNone);
         m_pPlaces->ShowPlace(m_strPlace);
     });
     QThreadPool::globalInstance()->start([pPromise, strPage] {
