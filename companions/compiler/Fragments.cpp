@@ -4,16 +4,12 @@
 #include "companions/compiler/SourceFile.h"
 #include "foundation/Exceptions.h"
 #include "foundation/PageText.h"
+#include "foundation/Paths.h"
 #include "foundation/Text.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool IsPage(const QString& strName) {
-    const QString strLower = LowerAscii(strName);
-    return strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1);
-}
 
 /// Whether the page can be read is not the matter of those that link to it.
 std::optional<QByteArray> TryRead(const QString& strNativePath) {
@@ -52,7 +48,7 @@ QString CFragments::SlideBeside(const QString& strSource, const QString& strFrag
 
 CFragments::Result CFragments::Spelled(const QString& strSource, const QString& strFragment) const {
     const QString strName = strFragment.mid(1);
-    if (strName.isEmpty() || !IsPage(strSource) || LowerAscii(strName) == "top"_L1)
+    if (strName.isEmpty() || !Torvane::File::IsHtmlFile(strSource) || LowerAscii(strName) == "top"_L1)
         return {strFragment};
     const Page& page = PageOf(strSource);
     QString strMeant = page.Names.Meant(strName);

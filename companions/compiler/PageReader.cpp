@@ -33,8 +33,11 @@ QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CRefer
     const std::optional<QString> strNew = kind == ESourceText::Page
                                               ? HtmlText::RewriteReferences(text.Text, rewrite)
                                               : CssText::RewriteReferences(text.Text, rewrite);
-    if (!strNew)
+    // No browser need guess as well as we did.
+    const bool bMark = kind == ESourceText::Page && text.IsUnsaid;
+    if (!strNew && !bMark)
         return bytes;
-    text.Text = *strNew;
+    text.Text = strNew.value_or(text.Text);
+    text.HasMark = text.HasMark || bMark;
     return PageText::Encode(text).value_or(bytes);
 }

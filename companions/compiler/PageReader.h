@@ -20,7 +20,8 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
                                   const CReferences::Place& place);
 
 /// A page or style sheet that goes to the site as it is but for the letter case of its references: its
-/// bytes, with what need not change untouched.
+/// bytes, with what need not change untouched. A page in UTF-8 or UTF-16 that doesn't say so gets a byte
+/// order mark.
 enum class ESourceText { Page, StyleSheet };
 QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                          const CReferences::Place& place);

@@ -10,6 +10,7 @@
 #include "companions/compiler/SourceTree.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
+#include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "platform/base/NativePath.h"
 
@@ -25,10 +26,9 @@ const QString c_strStartPage = u"index.html"_s;
 
 /// Whether a file's references are corrected on its way.
 std::optional<ESourceText> TextKind(const QString& strName) {
-    const QString strLower = LowerAscii(strName);
-    if (strLower.endsWith(".htm"_L1) || strLower.endsWith(".html"_L1))
+    if (Torvane::File::IsHtmlFile(strName))
         return ESourceText::Page;
-    if (strLower.endsWith(".css"_L1))
+    if (LowerAscii(strName).endsWith(".css"_L1))
         return ESourceText::StyleSheet;
     return std::nullopt;
 }

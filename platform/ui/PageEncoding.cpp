@@ -1,11 +1,9 @@
 #include "platform/ui/PageEncoding.h"
 
 #include "foundation/CodePage.h"
+#include "foundation/PageText.h"
 
 #include <QRegularExpression>
-#include <QStringDecoder>
-
-#include <algorithm>
 
 namespace PageEncoding {
 
@@ -14,42 +12,10 @@ namespace {
 /// As far as the engine itself looks for a declaration.
 constexpr qsizetype c_nDeclarationBytes = 1024;
 
-/// A text that was pasted or set with a declaration of its own says UTF-8 and is written in the code page all
-/// the same: hardly a character of it is UTF-8 then.
-bool IsNoUtf8(const QByteArray& bytes) {
-    qsizetype nGood = 0, nBad = 0;
-    for (const QChar c : QString::fromUtf8(bytes)) {
-        if (c == QChar::ReplacementCharacter)
-            ++nBad;
-        else if (c.unicode() > 127)
-            ++nGood;
-    }
-    return nBad > nGood;
-}
-
-/// Hardly any text of the code page is right as UTF-8 for so many characters of three bytes.
-constexpr qsizetype c_nSureCharacters = 12;
-
-bool IsSurelyUtf8(const QByteArray& bytes) {
-    const auto nLong = std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0xF0) == 0xE0; });
-    // A text of the code page that was misread once already is right as UTF-8 too.
-    return nLong >= c_nSureCharacters && bytes.isValidUtf8() && !bytes.contains("\xEF\xBF\xBD");
-}
-
-std::optional<QStringConverter::Encoding> WideEncoding(const QByteArray& bytes) {
-    if (bytes.startsWith(QByteArrayView("<\0", 2)))
-        return QStringConverter::Utf16LE;
-    if (bytes.startsWith(QByteArrayView("\0<", 2)))
-        return QStringConverter::Utf16BE;
-    return std::nullopt;
-}
-
 } // namespace
 
 QString TextOf(const QByteArray& bytes) {
-    if (const auto wide = WideEncoding(bytes))
-        return QStringDecoder(*wide).decode(bytes);
-    return IsSurelyUtf8(bytes) ? QString::fromUtf8(bytes) : CodePage::Decode(bytes);
+    return PageText::Decode(bytes).Text;
 }
 
 bool SaysItsEncoding(const QByteArray& bytes) {
@@ -76,9 +42,9 @@ bool IsBodyText(const QByteArray& bytes) {
 std::optional<QString> TextIfMisread(const QByteArray& bytes, const QString& strCharacterSet, bool bStrict) {
     const QString strSet = strCharacterSet.toLower();
     const bool bUtf8 = strSet == u"utf-8";
-    if (bUtf8 && IsNoUtf8(bytes))
+    if (bUtf8 && PageText::IsNoUtf8(bytes))
         return CodePage::Decode(bytes);
-    if (bUtf8 && IsSurelyUtf8(bytes))
+    if (bUtf8 && PageText::IsSurelyUtf8(bytes))
         return std::nullopt;
     if ((!bStrict && bUtf8) || SaysItsEncoding(bytes))
         return std::nullopt;

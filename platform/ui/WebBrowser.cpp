@@ -1,6 +1,7 @@
 #include "platform/ui/WebBrowser.h"
 
 #include "foundation/Paths.h"
+#include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/LinkDialog.h"
 #include "platform/ui/PageEncoding.h"
@@ -49,18 +50,26 @@ QJsonObject NewNames(const QJsonArray& references) {
     return names;
 }
 
+/// A larger page is none that anybody wrote, and what is read is in memory several times over.
+constexpr qint64 c_nMaxPage = 64 * 1024 * 1024;
+
+/// The bytes of a page's file; nothing when they can't be read or are too many.
+std::optional<QByteArray> PageBytes(const QString& strNativeFile) {
+    QByteArray bytes;
+    const int nError = Platform::ReadFileBytes(QFile::encodeName(strNativeFile), bytes, c_nMaxPage + 1);
+    return nError != 0 || bytes.size() > c_nMaxPage ? std::nullopt : std::optional(bytes);
+}
+
 /// The text of a page's file that is a body's text and says no encoding of its own. Such a text is put into
 /// an empty document: the inverse of how it was had from one, where the parser of whole pages takes its
 /// beginning for a head, and for large pages several times as long.
 std::optional<QString> BodyTextOf(const QUrl& url) {
-    QFile file(url.toLocalFile());
-    if (!url.isLocalFile() || !Torvane::File::IsHtmlFile(url.toLocalFile()) ||
-        !file.open(QIODevice::ReadOnly))
+    if (!url.isLocalFile() || !Torvane::File::IsHtmlFile(url.toLocalFile()))
         return std::nullopt;
-    const QByteArray bytes = file.readAll();
-    if (!PageEncoding::IsBodyText(bytes) || PageEncoding::SaysItsEncoding(bytes))
+    const auto bytes = PageBytes(url.toLocalFile());
+    if (!bytes || !PageEncoding::IsBodyText(*bytes) || PageEncoding::SaysItsEncoding(*bytes))
         return std::nullopt;
-    return PageEncoding::TextOf(bytes);
+    return PageEncoding::TextOf(*bytes);
 }
 
 bool IsWebUrl(const QUrl& url) {
@@ -237,18 +246,17 @@ bool CWebBrowser2Ex::MendPage(const QString& strNativeFile) {
     // A page that has scripts of its own, or doesn't answer, stays as the engine took it.
     if (!answer.HasValue() || (!m_bEditing && answer.Value[QLatin1String("scripts")].toBool()))
         return !m_bEditing;
-    QFile file(strNativeFile);
-    if (!file.open(QIODevice::ReadOnly))
+    const auto bytes = PageBytes(strNativeFile);
+    if (!bytes)
         return !m_bEditing;
-    const QByteArray bytes = file.readAll();
     const auto strText =
-        PageEncoding::TextIfMisread(bytes, answer.Value[QLatin1String("set")].toString(), m_bEditing);
+        PageEncoding::TextIfMisread(*bytes, answer.Value[QLatin1String("set")].toString(), m_bEditing);
     if (strText &&
         !IsTrue(m_pEngine->Call(QStringLiteral("replaceDocument"), {*strText}, c_nScriptMilliseconds)))
         return false;
-    return pAlive &&
-           (!m_bEditing || IsTrue(m_pEngine->Call(QStringLiteral("prepare"),
-                                                  {PageEncoding::IsBodyText(bytes)}, c_nScriptMilliseconds)));
+    return pAlive && (!m_bEditing ||
+                      IsTrue(m_pEngine->Call(QStringLiteral("prepare"), {PageEncoding::IsBodyText(*bytes)},
+                                             c_nScriptMilliseconds)));
 }
 
 bool CWebBrowser2Ex::NavigateAndWait(const QString& strUrl) {

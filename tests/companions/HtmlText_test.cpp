@@ -76,6 +76,10 @@ TEST(HtmlText, RefusesWhatTheParserCanNotBear) {
 TEST(HtmlText, ReadsWhatAPageSaysOfItsCoding) {
     const QString strText = u"课程é"_s;
     const auto page = [&](const char* szHead) -> QString { return QLatin1StringView(szHead) + strText; };
+    const QString strLong = u"<p>课程网站的页面没有说明它的编码</p>"_s;
+    const auto wide = [](const QString& str) {
+        return QByteArray(reinterpret_cast<const char*>(str.utf16()), str.size() * 2);
+    };
     const std::pair<QByteArray, QString> rows[] = {
         {CodePage::Encode(strText), strText},
         {"\xEF\xBB\xBF" + strText.toUtf8(), strText},
@@ -85,13 +89,18 @@ TEST(HtmlText, ReadsWhatAPageSaysOfItsCoding) {
         {CodePage::Encode(page("<meta content='text/html; charset=gb2312'>")),
          page("<meta content='text/html; charset=gb2312'>")},
         {CodePage::Encode(page("<meta charset=no-such-thing>")), page("<meta charset=no-such-thing>")},
-        {QByteArray("\xFF\xFE") +
-             QByteArray(reinterpret_cast<const char*>(strText.utf16()), strText.size() * 2),
-         strText},
+        {QByteArray("\xFF\xFE") + wide(strText), strText},
+        // Without a word, as other programs write them.
+        {strLong.toUtf8(), strLong},
+        {CodePage::Encode(strLong), strLong},
+        {wide(strLong), strLong},
+        {CodePage::Encode(page("&lt;meta charset=iso-8859-1&gt;")), page("&lt;meta charset=iso-8859-1&gt;")},
     };
     for (const auto& [bytes, strExpected] : rows) {
         const PageText::Decoded decoded = PageText::Decode(bytes);
         EXPECT_EQ(decoded.Text, strExpected);
         EXPECT_EQ(PageText::Encode(decoded), bytes) << "and back, byte for byte";
     }
+    EXPECT_TRUE(PageText::Decode("<meta charset=utf-8>" + strLong.toUtf8() + '\xFF').Text.contains(strLong))
+        << "one bad byte";
 }
