@@ -198,7 +198,9 @@ bool CPageSaver::ClearGarbage() {
     QString strHtml;
     if (!GetLiveText(strHtml))
         return false;
-    const QStringList garbage = FindGarbage(strHtml, m_folders.strResFolder);
+    // Who leaves without saving goes back to the page on the disk, and who takes a step back often does.
+    const QString strNamed = strHtml + u'\n' + ReadTextFile(m_strPagePath);
+    const QStringList garbage = FindGarbage(strNamed, m_folders.strResFolder);
     for (const QString& strName : garbage) {
         try {
             Torvane::File::DeleteOneFile(m_folders.strResFolder + strName, false);

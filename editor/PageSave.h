@@ -68,8 +68,8 @@ public:
     /// unchanged, or the person gave it up.
     bool IsSettled() const { return m_bSettled; }
 
-    /// Deletes the files in the resource folder that the live text doesn't refer to. False when the live text
-    /// could not be had.
+    /// Deletes the files in the resource folder to which neither the live text nor the page on the disk
+    /// refers. False when the live text could not be had.
     bool ClearGarbage();
 
 private:

@@ -209,6 +209,15 @@ TEST_F(PageSaveTest, TheTextOfALostSurfaceNeverReplacesThePage) {
     EXPECT_EQ(m_written, QStringList{u"typed"_s});
 }
 
+// Whoever declines to save goes back to the page on the disk.
+TEST_F(PageSaveTest, CleaningSparesWhatThePageOnTheDiskNames) {
+    Open(u"<img src=\"res/a.gif\">"_s, u"<p>the picture taken out</p>"_s);
+    for (const QString& strName : {u"a.gif"_s, u"b.gif"_s})
+        m_temp.Write(u"NodeResource\\N5\\res\\"_s + strName, "x");
+    EXPECT_TRUE(m_saver.ClearGarbage());
+    EXPECT_EQ(ResFiles(), QStringList{u"a.gif"_s});
+}
+
 TEST_F(PageSaveTest, ATextThatMemoryDoesNotHoldKeepsThePageOpen) {
     struct : CFakePage {
         bool GetCurrentHtml(QString&) override { throw std::bad_alloc(); }
