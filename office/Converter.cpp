@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStorageInfo>
 #include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
@@ -20,8 +19,6 @@ constexpr qint64 c_nLimitMsPerMegabyte = 4'000;
 constexpr quint64 c_nMaxBytes = quint64{6} << 30;
 // What a picture or a PDF file may need. What holds all that the source holds may be larger by its size.
 constexpr quint64 c_nMaxFileBytes = quint64{512} << 20;
-// A volume with less free can't take the next page.
-constexpr qint64 c_nLeastFree = 256 * 1024;
 
 // Strangers' files are converted: no macro runs, nothing that a document links to is loaded, be it a file of
 // this machine or an address, and what would ask the network all the same meets a closed door. The locale
@@ -75,8 +72,12 @@ EConversion CConverter::State() const {
 }
 
 bool CConverter::IsOutOfSpace() const {
-    const QStorageInfo volume(m_folder.isValid() ? m_folder.path() : QDir::tempPath());
-    return volume.isValid() && volume.bytesAvailable() < c_nLeastFree;
+    return !HasRoom(m_folder.isValid() ? m_folder.path() : QDir::tempPath());
+}
+
+void CConverter::StartLimit(qint64 nLimitMs) {
+    m_time.start();
+    m_nLimitMs = nLimitMs;
 }
 
 EConversion CConverter::Run(const QString& strProgram, const QStringList& arguments, quint64 nMaxFileBytes) {

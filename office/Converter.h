@@ -31,6 +31,9 @@ public:
     /// Done, or why it may not go on.
     EConversion State() const;
 
+    /// Another limit, which counts from here.
+    void StartLimit(qint64 nLimitMs);
+
     /// Whether the volume of the folder is full, which the programs themselves don't tell.
     bool IsOutOfSpace() const;
 

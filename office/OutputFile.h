@@ -18,4 +18,8 @@ std::optional<QByteArray> ReadWhole(const QString& strPath, qint64 nMaxBytes = c
 /// False when not all of it could be written.
 bool WriteBytes(const QString& strPath, const QByteArray& bytes);
 
+/// Whether the volume of the folder takes that many bytes, and a page more. A place that doesn't exist can't
+/// be told to be full.
+bool HasRoom(const QString& strFolder, qint64 nBytes = 0);
+
 } // namespace Torvane::Office

@@ -102,7 +102,10 @@ CompileReport CCompileRun::Run() {
 
     m_report.OutputFolder = output.Path();
     m_report.Files = int(output.FileCount()) - m_report.Pages;
-    m_report.Notes += m_plan.Notes() + output.Notes();
+    m_report.Notes += m_plan.Notes();
+    if (m_model.UnreachableCount() > 0)
+        m_report.Notes.append(CompilerText::c_strNoteUnreachable.arg(m_model.UnreachableCount()));
+    m_report.Notes += output.Notes();
     return m_report;
 }
 

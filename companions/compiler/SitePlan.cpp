@@ -59,8 +59,6 @@ CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
         if (!m_plans[i].PagePath.isEmpty())
             m_references.MapFolder(strFolder, m_plans[i].PagePath);
     }
-    if (m_model.UnreachableCount() > 0)
-        m_notes.append(CompilerText::c_strNoteUnreachable.arg(m_model.UnreachableCount()));
 }
 
 QString CSitePlan::NodeFolder(qint32 nId) const {

@@ -1,6 +1,5 @@
 #include "companions/docexport/CourseDocument.h"
 
-#include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
 #include "foundation/PageText.h"
 #include "foundation/Paths.h"
@@ -75,12 +74,7 @@ QStringList CCourseDocument::Notes() const {
     const int nUnreachable = m_plan.Model().UnreachableCount();
     if (nUnreachable > 0)
         notes.append(DocText::c_strNoteUnreachable.arg(nUnreachable));
-    const QString strOfSite = CompilerText::c_strNoteUnreachable.arg(nUnreachable);
-    for (const QString& strNote : m_plan.Notes()) {
-        if (strNote != strOfSite)
-            notes.append(strNote);
-    }
-    return notes + m_notes;
+    return notes + m_plan.Notes() + m_notes;
 }
 
 void CCourseDocument::Note(const QString& strNote) {
@@ -158,6 +152,8 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         return unreadable(DocText::c_strTooDeep);
     if (!text->LeftOut.isEmpty())
         Note(DocText::c_strNoteMedium.arg(m_strTitle, QString::number(text->LeftOut.size())));
+    for (const QString& strLink : text->DeadLinks)
+        Note(DocText::c_strNoteDeadLink.arg(m_strTitle, strLink));
     // Without it the numbers of a list would go on in the next node's.
     m_out += "<div>\n" + text->Html + "</div>\n";
 }

@@ -4,6 +4,8 @@
 #include "companions/docexport/TextLine.h"
 #include "companions/docexport/Texts.h"
 #include "foundation/HtmlTree.h"
+#include "foundation/PageAnchors.h"
+#include "foundation/Text.h"
 
 #include <QHash>
 #include <QSet>
@@ -61,34 +63,46 @@ class CPageWriter {
 public:
     explicit CPageWriter(const PageSurroundings& surroundings) : m_surroundings(surroundings) {}
 
-    PrintedPage WritePage(const GumboNode* pRoot) {
-        FindAnchors(pRoot);
+    PrintedPage WritePage(const GumboNode* pRoot, const QStringList& anchors, bool bScript) {
+        FindAnchors(pRoot, PageAnchors::CNames(anchors), bScript);
         Write(pRoot);
         EndLine();
-        return {m_out, m_leftOut};
+        return {m_out, m_leftOut, m_deadLinks};
     }
 
 private:
-    void FindAnchors(const GumboNode* pRoot) {
-        QSet<QString> wanted;
+    void FindAnchors(const GumboNode* pRoot, const PageAnchors::CNames& names, bool bScript) {
         ForEachElement(pRoot, [&](const GumboNode* pNode) {
+            if (pNode->v.element.tag != GUMBO_TAG_A)
+                return;
             const QString strReference =
                 QString::fromUtf8(AttributeValue(pNode->v.element, "href")).trimmed();
-            if (strReference.size() > 1 && strReference.startsWith(u'#'))
-                wanted.insert(QUrl::fromPercentEncoding(strReference.mid(1).toUtf8()));
-        });
-        ForEachElement(pRoot, [&](const GumboNode* pNode) {
-            const QString strName = AnchorOf(pNode->v.element);
-            if (wanted.contains(strName) && !m_anchors.contains(strName))
+            const QString strFragment = strReference.mid(1);
+            if (!strReference.startsWith(u'#') || strFragment.isEmpty() || m_meant.contains(strFragment))
+                return;
+            const QString strName = names.Meant(strFragment);
+            m_meant.insert(strFragment, strName);
+            if (!strName.isEmpty() && !m_anchors.contains(strName))
                 m_anchors.insert(strName,
                                  m_surroundings.AnchorPrefix + QString::number(m_anchors.size() + 1));
+            // A script may make the place; the top of a page has no anchor.
+            if (strName.isEmpty() && !bScript && LowerAscii(strFragment) != "top"_L1)
+                m_deadLinks.append(strReference);
         });
     }
 
-    static QString AnchorOf(const GumboElement& element) {
-        const QByteArray id = AttributeValue(element, "id");
-        return QString::fromUtf8(id.isEmpty() && element.tag == GUMBO_TAG_A ? AttributeValue(element, "name")
-                                                                            : id);
+    /// Of several with one name the first counts.
+    QByteArray AnchorMarks(const GumboElement& element) {
+        QByteArray marks;
+        for (const char* szName : {"id", "name"}) {
+            const QString strName = QString::fromUtf8(AttributeValue(element, szName));
+            if ((*szName == 'n' && element.tag != GUMBO_TAG_A) || !m_anchors.contains(strName) ||
+                m_placed.contains(strName))
+                continue;
+            m_placed.insert(strName);
+            marks += "<span id=\"" + m_anchors[strName].toUtf8() + "\"></span>";
+        }
+        return marks;
     }
 
     void WriteChildren(const GumboNode* pNode) {
@@ -114,11 +128,11 @@ private:
             return;
         const RunStyle before = m_style;
         m_style.Take(element, name);
-        if (const auto anchor = m_anchors.constFind(AnchorOf(element)); anchor != m_anchors.constEnd()) {
+        if (const QByteArray marks = AnchorMarks(element); !marks.isEmpty()) {
             // In the block, not at the end of the line before.
             if (IsBlock(name) || IsHeading(name) || IsList(name) || name == "table" || name == "pre")
                 EndLine();
-            m_line.AddMarkup("<span id=\"" + anchor->toUtf8() + "\"></span>");
+            m_line.AddMarkup(marks);
         }
         if (name == "br")
             WriteBreak();
@@ -186,8 +200,7 @@ private:
     void WriteLink(const GumboNode* pNode) {
         const QString strReference = QString::fromUtf8(AttributeValue(pNode->v.element, "href")).trimmed();
         if (strReference.startsWith(u'#')) {
-            const QString strAnchor =
-                m_anchors.value(QUrl::fromPercentEncoding(strReference.mid(1).toUtf8()));
+            const QString strAnchor = m_anchors.value(m_meant.value(strReference.mid(1)));
             m_style.Link = strAnchor.isEmpty() ? QString() : u'#' + strAnchor;
         } else if (!strReference.isEmpty()) {
             m_style.Link = m_surroundings.Link(strReference);
@@ -283,10 +296,12 @@ private:
                 m_out += "<li>";
                 m_bPlain = bItem = true;
             }
-            if (child == "li")
+            if (child == "li") {
+                m_line.AddMarkup(AnchorMarks(pChild->v.element));
                 WriteChildren(pChild);
-            else
+            } else {
                 Write(pChild);
+            }
             EndLine();
         }
         if (bItem)
@@ -346,6 +361,7 @@ private:
             m_bPlain = true;
             const RunStyle before = m_style;
             m_style.Take(cell.Node->v.element, "td");
+            m_line.AddMarkup(AnchorMarks(cell.Node->v.element));
             WriteChildren(cell.Node);
             EndLine();
             m_style = before;
@@ -382,9 +398,13 @@ private:
     static constexpr int c_nLeastWidth = 24;
 
     const PageSurroundings& m_surroundings;
+    /// The page's anchors by what its links say, and the names in the document of those that are linked to.
+    QHash<QString, QString> m_meant;
     QHash<QString, QString> m_anchors;
+    QSet<QString> m_placed;
     QByteArray m_out;
     QStringList m_leftOut;
+    QStringList m_deadLinks;
     CTextLine m_line;
     RunStyle m_style;
     /// The style of the paragraphs that are being written; empty for the plain one.
@@ -430,5 +450,9 @@ std::optional<PrintedPage> ReadPrintedPage(const QString& strPage, const PageSur
     if (IsTooDeep(html))
         return std::nullopt;
     const Tree tree = Parse(html);
-    return CPageWriter(surroundings).WritePage(tree->root);
+    QStringList anchors;
+    for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
+        anchors.append(anchor.strName);
+    return CPageWriter(surroundings)
+        .WritePage(tree->root, anchors, strPage.contains("<script"_L1, Qt::CaseInsensitive));
 }

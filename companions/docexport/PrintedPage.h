@@ -33,6 +33,8 @@ struct PrintedPage {
     QByteArray Html;
     /// Names of films, programs and pages within the page, which paper can't show.
     QStringList LeftOut;
+    /// Links, with their "#", to places that the page doesn't have.
+    QStringList DeadLinks;
 };
 
 /// Widest and highest that a picture stands on a sheet of paper, in pixels of 1/96 inch.

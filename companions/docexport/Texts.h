@@ -82,6 +82,8 @@ inline const QString c_strClose = QStringLiteral("关闭");
 inline const QString c_strOpen = QStringLiteral("打开(&O)");
 inline const QString c_strProgress = QStringLiteral("导出进度");
 inline const QString c_strReport = QStringLiteral("需要注意的内容(&N)：");
+inline const QString c_strNotOpened =
+    QStringLiteral("无法打开文件%1，请您检查文件是否存在、是否安装了编辑该文件的程序。");
 inline const QString c_strReplace = QStringLiteral("“%1”已存在，要替换它吗？");
 inline const QString c_strReadingCourse = QStringLiteral("正在读取课程...");
 inline const QString c_strReadingNodes = QStringLiteral("正在读取栏目：%1 / %2");

@@ -18,6 +18,8 @@ using Torvane::Office::EConversion;
 namespace {
 
 constexpr qint64 c_nLimitMs = 3'600'000;
+/// The page numbers are not worth more: the document stands without them.
+constexpr qint64 c_nLayoutLimitMs = 900'000;
 constexpr quint64 c_nMaxFileBytes = quint64{2} << 30;
 /// A course of a thousand pages takes some 0.7 GB; what takes more than this would slow the whole machine.
 const QString c_strMemory = u"-M4g"_s;
@@ -111,6 +113,7 @@ void CWordConverter::RunPandoc() {
 
 QHash<QString, int> CWordConverter::FindPages(const Course& course) {
     m_progress.Stage = DocProgress::EStage::Numbering;
+    m_converter.StartLimit(c_nLayoutLimitMs);
     QHash<QString, int> pages;
     const QString strPdf = m_converter.Path(u"out/layout.pdf"_s);
     EConversion eEnd =
@@ -127,7 +130,10 @@ QHash<QString, int> CWordConverter::FindPages(const Course& course) {
                            [this] { return m_converter.State() == EConversion::Done; });
         eEnd = m_converter.State();
     }
-    Check(eEnd);
+    if (eEnd == EConversion::Cancelled)
+        throw CDocCancelled();
+    if (eEnd != EConversion::Done)
+        return pages;
     const QList<int> found = OutlinePages(strOutline + u".xml"_s);
     // Only when each heading has its entry can it be told which is whose.
     if (found.size() == course.Headings.size()) {

@@ -45,7 +45,9 @@ CContentPane::CContentPane(QWidget* pParent)
     connect(m_pBrowser, &CWebBrowser2Ex::NewWindowRequested, this, &CContentPane::TakeNewWindow);
     connect(m_pOpenOutside, &QPushButton::clicked, this, [this] {
         m_pOpenOutside->hide();
-        QDesktopServices::openUrl(QUrl(m_strOutsideUrl));
+        const QUrl url(m_strOutsideUrl);
+        if (!QDesktopServices::openUrl(url))
+            SayNotOpened(url.toDisplayString());
     });
 }
 
@@ -109,9 +111,12 @@ void CContentPane::TakeNewWindow(const QString& strUrl) {
 }
 
 void CContentPane::OpenInProgram(const QString& strPath) {
-    if (Platform::OpenWithVerb(strPath))
-        return;
+    if (!Platform::OpenWithVerb(strPath))
+        SayNotOpened(Platform::ToShown(strPath));
+}
+
+void CContentPane::SayNotOpened(const QString& strWhat) {
     CQtPeople people;
     people.SetParent(this);
-    people.Error(ContentText::c_strFileNotOpened.arg(Platform::ToShown(strPath)));
+    people.Error(ContentText::c_strFileNotOpened.arg(strWhat));
 }

@@ -33,6 +33,7 @@ private:
     void ClearPage();
     void TakeNewWindow(const QString& strUrl);
     void OpenInProgram(const QString& strPath);
+    void SayNotOpened(const QString& strWhat);
 
     QString m_strTitle;
     QString m_strFileName;

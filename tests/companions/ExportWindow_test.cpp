@@ -92,6 +92,9 @@ TEST(PictureFiles, TakesWhatADocumentCanShow) {
     EXPECT_EQ(taken(u"really.png.gif"_s), u"picture3.png 5x5 5"_s);
     for (const QString& strName : {u"half.png"_s, u"drawing.svg"_s, u"none.png"_s})
         EXPECT_EQ(taken(strName), QString()) << strName.toStdString();
+    CPictureFiles nowhere(folder.Native(u"gone"_s));
+    for (const QString& strName : {u"a.bmp"_s, u"really.png.gif"_s})
+        EXPECT_THROW(nowhere.Take(folder.Native(strName)), Torvane::CRunException) << strName.toStdString();
 }
 
 } // namespace

@@ -33,6 +33,11 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
          "<p><a href=\"x\"><em>链</em></a></p>\n"},
         {u"<a href=#q>去</a><p id=q>到</p><a href=#none>无</a>"_s,
          "<p><a href=\"#n4_1\">去</a></p>\n<p><span id=\"n4_1\"></span>到</p>\n<p>无</p>\n"},
+        {u"<a href=#Y>去</a><a href=#%D6%D0>中</a><p><a id=x name=y>到</a><b id='中'>点</b><i id=y>再</i>"_s,
+         "<p><a href=\"#n4_1\">去</a><a href=\"#n4_2\">中</a></p>\n<p><span id=\"n4_1\"></span>到<span "
+         "id=\"n4_2\"></span><strong>点</strong><em>再</em></p>\n"},
+        {u"<a href=#f>注</a><ol><li id=f>释</ol>"_s,
+         "<p><a href=\"#n4_1\">注</a></p>\n<ol type=\"1\"><li><span id=\"n4_1\"></span>释</li>\n</ol>\n"},
         {u"<ul><li>甲<ul><li>乙</ul><ol start=3><li>丙</ol></ul>"_s,
          "<ul><li>甲<ul><li>乙</li>\n</ul>\n<ol start=\"3\" type=\"1\"><li>丙</li>\n</ol>\n</li>\n</ul>\n"},
         {u"<ul><ul><li>甲</ul></ul>"_s, "<ul><li>甲</li>\n</ul>\n"},

@@ -1,8 +1,9 @@
 #include "companions/docexport/ui/ExportWindow.h"
 
 #include "companions/docexport/Texts.h"
+#include "platform/base/FileOpening.h"
+#include "platform/base/NativePath.h"
 
-#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -15,7 +16,6 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QTimer>
-#include <QUrl>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -149,12 +149,16 @@ bool CExportWindow::MayReplace(const QString& strTarget) {
     return box.exec() == QMessageBox::Yes;
 }
 
+void CExportWindow::Warn(const QString& strText) {
+    QMessageBox box(QMessageBox::Warning, DocText::c_strTitle, strText, QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
 void CExportWindow::Start() {
     const DocRequest request = Request();
     if (const QString strFault = FaultOfTarget(request); !strFault.isEmpty()) {
-        QMessageBox box(QMessageBox::Warning, DocText::c_strTitle, strFault, QMessageBox::Ok, this);
-        box.setTextFormat(Qt::PlainText);
-        box.exec();
+        Warn(strFault);
         m_pTarget->setFocus();
         m_pTarget->selectAll();
         return;
@@ -231,5 +235,6 @@ void CExportWindow::End(const DocOutcome& outcome) {
 void CExportWindow::Accept() {
     if (!m_bDone)
         return Start();
-    QDesktopServices::openUrl(QUrl::fromLocalFile(m_pTarget->text()));
+    if (!Platform::OpenWithVerb(Platform::FromNative(m_pTarget->text())))
+        Warn(DocText::c_strNotOpened.arg(m_pTarget->text()));
 }

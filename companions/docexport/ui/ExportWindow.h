@@ -30,6 +30,7 @@ private:
     void MakeForm();
     void MakeProgress();
     void Browse();
+    void Warn(const QString& strText);
     void Start();
     void ShowProgress();
     void End(const DocOutcome& outcome);

@@ -1,6 +1,12 @@
 #include "companions/docexport/ui/PictureFiles.h"
 
+#include "companions/docexport/Texts.h"
+#include "foundation/Exceptions.h"
+#include "office/OutputFile.h"
+
+#include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
 
@@ -11,6 +17,17 @@ namespace {
 /// Sharp on paper: twice what a sheet is wide, at 150 dots an inch.
 constexpr int c_nMaxPixels = 2000;
 constexpr int c_nJpegQuality = 88;
+
+/// Any picture that came so far could be read.
+void Check(bool bWritten, const QString& strTarget, qint64 nBytes) {
+    if (bWritten)
+        return;
+    // What there is of it takes room that it would have filled.
+    QFile::remove(strTarget);
+    const bool bRoom = Torvane::Office::HasRoom(QFileInfo(strTarget).path(), nBytes);
+    throw Torvane::CRunException(DocText::c_strCannotWrite.arg(strTarget, bRoom ? DocText::c_strNoPermission
+                                                                                : DocText::c_strDiskFull));
+}
 
 } // namespace
 
@@ -39,12 +56,18 @@ std::optional<ReadyPicture> CPictureFiles::Make(const QString& strPath, const QS
     const QByteArray ending = bPhotograph ? "jpg" : format == "gif" && !bLarge ? "gif" : "png";
     const ReadyPicture picture{strName + u'.' + QString::fromLatin1(ending), image.width(), image.height()};
     const QString strTarget = m_strFolder + u'/' + picture.Name;
-    if (bKept && !bLarge && !bTurned)
-        return QFile::copy(strPath, strTarget) ? std::optional(picture) : std::nullopt;
+    if (bKept && !bLarge && !bTurned) {
+        Check(QFile::copy(strPath, strTarget), strTarget, QFileInfo(strPath).size());
+        return picture;
+    }
     const QImage fitting =
         bLarge ? image.scaled(c_nMaxPixels, c_nMaxPixels, Qt::KeepAspectRatio, Qt::SmoothTransformation)
                : image;
-    return fitting.save(strTarget, bPhotograph ? "JPG" : "PNG", bPhotograph ? c_nJpegQuality : -1)
-               ? std::optional(picture)
-               : std::nullopt;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!fitting.save(&buffer, bPhotograph ? "JPG" : "PNG", bPhotograph ? c_nJpegQuality : -1))
+        return std::nullopt;
+    Check(Torvane::Office::WriteBytes(strTarget, bytes), strTarget, bytes.size());
+    return picture;
 }

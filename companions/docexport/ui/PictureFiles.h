@@ -16,6 +16,7 @@ public:
 
     /// The picture of a file (native path), under a name of its own in the folder; the same one for the same
     /// file. Nothing for a file that is no picture, is broken, or has a form that word processors don't show.
+    /// Throws Torvane::CRunException with a message when the picture can't be written.
     std::optional<ReadyPicture> Take(const QString& strPath);
 
 private:
