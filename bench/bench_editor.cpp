@@ -43,8 +43,11 @@ constexpr int c_nMoreThanCaret = 300;
 constexpr const char* c_szFirst = "<p><font size=\"7\">x</font></p>\n";
 constexpr int c_nLetterAt = 18;
 
-/// Paragraphs with some markup, a table now and then; each on a line of its own, or all in one.
-QByteArray PageOf(qsizetype nBytes, bool bLines) {
+enum class EPage { Lines, OneLine, Breaks };
+
+/// Paragraphs with some markup, a table now and then; each on a line of its own, or all in one. Or lines that
+/// end in a break, with no paragraph around them.
+QByteArray PageOf(qsizetype nBytes, EPage page) {
     const QString strParagraph =
         u"<p align=\"center\">第一章 <b>数据结构</b>与算法，<font color=\"red\">重点</font>。"_s +
         u"本课程面向全校本科生，讲授线性表、树与图，以及排序和查找的常用算法。"_s.repeated(3) + u"</p>\n"_s;
@@ -52,12 +55,14 @@ QByteArray PageOf(qsizetype nBytes, bool bLines) {
                              u"<tr><td>学时</td><td>48</td><td>学分</td></tr>"_s.repeated(5) +
                              u"</tbody></table>\n"_s;
     QByteArray part = CodePage::Encode(QString(strParagraph.repeated(8) + strTable));
-    if (!bLines)
+    if (page == EPage::OneLine)
         part.replace('\n', "");
-    QByteArray page = c_szFirst;
-    while (page.size() < nBytes)
-        page += part;
-    return page;
+    else if (page == EPage::Breaks)
+        part = CodePage::Encode(u"一行文字内容<br>\n"_s);
+    QByteArray text = c_szFirst;
+    while (text.size() < nBytes)
+        text += part;
+    return text;
 }
 
 /// Says what it is asked, and lets the page go.
@@ -150,11 +155,14 @@ double BareKeys(const QString& strPage) {
 
 class CEditorBench {
 public:
-    CEditorBench(CCourse& course, qsizetype nKilobytes, bool bLines)
+    CEditorBench(CCourse& course, qsizetype nKilobytes, EPage page)
         : m_pNode(CBookNode::Root(course)->AddChild(u"页"_s)) {
         m_pNode->CreateEditorPage(0);
-        ReplaceFile(m_pNode->GetContentPath(), PageOf(nKilobytes * 1024, bLines));
-        std::printf("%lld KB%s\n", static_cast<long long>(nKilobytes), bLines ? "" : " in one line");
+        ReplaceFile(m_pNode->GetContentPath(), PageOf(nKilobytes * 1024, page));
+        const char* const szPage = page == EPage::OneLine  ? " in one line"
+                                   : page == EPage::Breaks ? " of lines with a break"
+                                                           : "";
+        std::printf("%lld KB%s\n", static_cast<long long>(nKilobytes), szPage);
         m_view.resize(1000, 700);
         m_view.show();
         m_view.activateWindow();
@@ -290,8 +298,8 @@ int main(int argc, char** argv) {
     if (sizes.isEmpty())
         sizes = {10, 100, 1024};
     for (const qsizetype nSize : sizes) {
-        for (const bool bLines : {true, false}) {
-            CEditorBench bench(*pCourse, nSize, bLines);
+        for (const EPage page : {EPage::Lines, EPage::OneLine, EPage::Breaks}) {
+            CEditorBench bench(*pCourse, nSize, page);
             bench.Tabs();
             bench.Parts();
             bench.Keys();

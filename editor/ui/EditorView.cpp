@@ -184,7 +184,7 @@ bool CEditorView::GetCurrentHtml(QString& strHtml) {
 
 bool CEditorView::SetCurrentHtml(const QString& strHtml) {
     if (!m_bInSource)
-        return m_pDesign->SetBrowserBodyInnerHTML(strHtml);
+        return m_pDesign->WriteBackBody(strHtml);
     m_pSource->SetText(strHtml);
     return true;
 }

@@ -350,6 +350,12 @@ bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
            PutBody(QStringLiteral("setBodyHtml"), strHtml);
 }
 
+bool CWebBrowser2Ex::WriteBackBody(const QString& strHtml) {
+    const CCallGuard guard;
+    return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded &&
+           PutBody(QStringLiteral("writeBack"), strHtml);
+}
+
 bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value) {
     if (bShowUi && strCommand.compare(u"CreateLink", Qt::CaseInsensitive) == 0)
         return CreateLinkWithDialog();
@@ -483,9 +489,16 @@ bool CWebBrowser2Ex::GetSelectedTableInfo(STableInfo& info) {
 }
 
 bool CWebBrowser2Ex::EditSelectedTable(const STableInfo& info) {
-    const auto isCount = [](int nCount) { return nCount >= 1 && nCount <= c_nMaxTableSize; };
+    const auto mayBe = [](int nWanted, int nNow) {
+        return nWanted == nNow || (nWanted >= 1 && nWanted <= c_nMaxTableSize);
+    };
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    STableInfo now;
+    if (!GetSelectedTableInfo(now) || !pAlive || !mayBe(info.nRows, now.nRows) ||
+        !mayBe(info.nColumns, now.nColumns))
+        return false;
     const CCallGuard guard;
-    if (guard.IsRefused() || !m_bPageLoaded || !isCount(info.nRows) || !isCount(info.nColumns))
+    if (guard.IsRefused() || !m_bPageLoaded)
         return false;
     const QJsonObject arguments{{QStringLiteral("rows"), info.nRows},
                                 {QStringLiteral("columns"), info.nColumns},

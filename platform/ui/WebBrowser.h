@@ -70,6 +70,10 @@ public:
     bool GetURL(QString& strUrl);
     bool GetBrowserBodyInnerHTML(QString& strHtml);
     bool SetBrowserBodyInnerHTML(const QString& strHtml);
+    /// The same for the text that the page has with other references, as a save makes them. No step to be
+    /// undone: earlier ones are renamed too, and the caret stays. A text that differs in more is put in as a
+    /// step.
+    bool WriteBackBody(const QString& strHtml);
     /// Asks for the body's text without waiting, whatever else runs. The answer comes at once or from the
     /// event loop: the text, or nothing when it has not changed since the last asking or there is no page. It
     /// may never come when the surface goes away first. References that came in by pasting may still have
@@ -107,8 +111,8 @@ public:
     /// The table that is selected or in which the caret stands.
     bool HasSelectTable();
     bool GetSelectedTableInfo(STableInfo& info);
-    /// Sets the attributes, and adds or drops rows and cells at the end to reach the counts. False for counts
-    /// below 1 or above 1000.
+    /// Sets the attributes, and adds or drops rows and cells at the end to reach the counts. False for a new
+    /// count below 1 or above 1000.
     bool EditSelectedTable(const STableInfo& info);
 
     /// The references of the body's img, embed and a elements in document order: an absolute reference as it

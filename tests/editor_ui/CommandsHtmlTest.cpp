@@ -243,6 +243,12 @@ TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
     };
     const std::pair<const char*, std::function<void()>> steps[] = {
         {"typing", [&] { Type(u"中文"_s); }},
+        {"typing elsewhere at once",
+         [&] {
+             Look(u"getSelection().selectAllChildren(document.querySelector('p'));"
+                  "getSelection().collapseToEnd()"_s);
+             Type(u"尾"_s);
+         }},
         {"a table",
          [&] {
              Run({0, 32837, u"rows=1;columns=1"_s, {}, {}});
@@ -253,7 +259,8 @@ TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
          [&] {
              Run({0, 32790, u"$FOLDERa.png"_s, {}, {}});
          }},
-        {"saving, which gives references another form", [&] { replaceAll(u"a.png"_s, u"b.png"_s); }},
+        {"another picture, and a name that no script may give",
+         [&] { replaceAll(u"a.png\""_s, u"b.png\" x\""_s); }},
         {"typing behind the picture", [&] { Type(u"图"_s); }},
         {"erasing", [&] { Press(Qt::Key_Backspace, Qt::NoModifier); }},
         {"the table changed",
@@ -298,6 +305,27 @@ TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
         expect(i, Qt::ControlModifier | Qt::ShiftModifier, steps[i - 1].first);
     m_view.RunCommand(32822);
     EXPECT_EQ(Html(), states.last()) << "nothing is left to be redone";
+}
+
+TEST_F(CommandsHtmlTest, SavingIsNoStepAndLeavesTheCaret) {
+    Open("<p>x</p>");
+    for (const QString& strName : {u"a.png"_s, u"b.png"_s})
+        ASSERT_TRUE(QImage(40, 40, QImage::Format_RGB32).save(m_world.Folder.Native(strName)));
+    const QString strA = u"<img src=\"%1a.png\">"_s.arg(m_strFolder);
+    const QString strB = u"<img src=\"%1b.png\">"_s.arg(m_strFolder);
+    Put(u"<p>[%1]</p>\n<p>%1</p>\n<p>mid</p>\n<p>%2</p>"_s.arg(strA, strB));
+    m_view.RunCommand(32820);
+    Look(u"getSelection().selectAllChildren(document.querySelectorAll('p')[2]);"
+         "getSelection().collapseToEnd()"_s);
+    m_view.RunCommand(32825);
+    const QString strPicture = u"<img src=\"res/$FILE\">"_s;
+    const QString strRest = u"</p>\n<p>"_s + strPicture + u"</p>"_s;
+    Type(u"后"_s);
+    EXPECT_EQ(Marked(), u"<p><br></p>\n<p>"_s + strPicture + u"</p>\n<p>mid后|"_s + strRest);
+    m_view.RunCommand(32821);
+    EXPECT_EQ(Marked(), u"<p><br></p>\n<p>"_s + strPicture + u"</p>\n<p>mid|"_s + strRest);
+    m_view.RunCommand(32821);
+    EXPECT_EQ(Marked(), u"<p>["_s + strPicture + u"]</p>\n<p>"_s + strPicture + u"</p>\n<p>mid"_s + strRest);
 }
 
 TEST_F(CommandsHtmlTest, WhatIsTypedBehindALinkIsNoLink) {

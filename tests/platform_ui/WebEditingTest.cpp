@@ -32,24 +32,8 @@ TEST_F(CWebEditing, PagesAreReadInTheCodePageAndTextStandsAsItIs) {
     }
 }
 
-TEST_F(CWebEditing, CommandsActOnTheSelectionAndAreUndone) {
-    Edit("<p>x</p>");
-    const std::tuple<QString, QVariant, QString> rows[] = {
-        {u"bold"_s, {}, u"<p><b>abc</b></p>"_s},
-        {u"ForeColor"_s, 0x0000FF, u"<p><font color=\"#ff0000\">abc</font></p>"_s},
-        {u"BackColor"_s, 0xFF8000, u"background-color: rgb(0, 128, 255)"_s},
-        {u"insertorderedlist"_s, {}, u"<li>abc</li>"_s},
-        {u"InsertButton"_s, {}, u"<button"_s},
-        {u"InsertParagraph"_s, {}, u"<p><br></p>"_s},
-    };
-    for (const auto& [strCommand, value, strExpected] : rows) {
-        SetHtml(u"<p>abc</p>"_s);
-        Command(u"SelectAll"_s);
-        Command(strCommand, value);
-        EXPECT_TRUE(Html().contains(strExpected)) << strCommand.toStdString() << ": " << Html().toStdString();
-        Command(u"Undo"_s);
-        EXPECT_EQ(Html(), u"<p>abc</p>"_s) << strCommand.toStdString();
-    }
+TEST_F(CWebEditing, WhatIsCutIsPasted) {
+    Edit("<p>abc</p>");
     Command(u"SelectAll"_s);
     Command(u"Cut"_s);
     EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::clipboard()->text() == u"abc"_s; }));
@@ -108,7 +92,9 @@ TEST_F(CWebEditing, TabGoesThroughCellsAndLevels) {
     Edit("");
     const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-        QTest::qWait(50);
+    };
+    const auto expect = [this](const QString& strHtml) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strHtml; }, 2000)) << Html().toStdString();
     };
     SetHtml(u"<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);
     press(Qt::Key_Right);
@@ -117,39 +103,15 @@ TEST_F(CWebEditing, TabGoesThroughCellsAndLevels) {
     press(Qt::Key_X);
     press(Qt::Key_Tab, Qt::ShiftModifier);
     press(Qt::Key_Y);
-    EXPECT_EQ(Html(), u"<table><tbody><tr><td>a</td><td>y</td></tr>"
-                      u"<tr><td>x</td><td>&nbsp;</td></tr></tbody></table>"_s);
+    expect(
+        u"<table><tbody><tr><td>a</td><td>y</td></tr><tr><td>x</td><td>&nbsp;</td></tr></tbody></table>"_s);
     SetHtml(u"<ul><li>a</li><li>b</li></ul>"_s);
     Command(u"SelectAll"_s);
     Command(u"UnSelect"_s);
     press(Qt::Key_Tab);
-    EXPECT_EQ(Html().count(u"<ul>"_s), 2) << Html().toStdString();
+    expect(u"<ul><li>a</li><ul><li>b</li></ul></ul>"_s);
     press(Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_EQ(Html(), u"<ul><li>a</li><li>b</li></ul>"_s);
-}
-
-TEST_F(CWebEditing, FragmentsStandAsTheyCameIn) {
-    Edit("<p>x</p>");
-    const std::pair<QString, QString> rows[] = {
-        {u"<a title=\"t\" style=\"{cursor:hand}\"><font \t\tcolor=\"#0000FF\">字</font></a>"_s,
-         u"<a title=\"t\" style=\"{cursor:hand}\"><font color=\"#0000FF\">字</font></a>"_s},
-        {u"<marquee>滚动</marquee>"_s, u"<marquee>滚动</marquee>"_s},
-        {u"<embed src=\"Z:\\a b.swf\" quality=\"high\"></embed>"_s,
-         u"<embed src=\"file:///Z:/a%20b.swf\" quality=\"high\">"_s},
-        {u"<table bordercolor=\"\"><tr><td>&nbsp;</td></tr></table>"_s,
-         u"<table bordercolor=\"\"><tbody><tr><td>&nbsp;</td></tr></tbody></table>"_s},
-    };
-    for (const auto& [strFragment, strInPage] : rows) {
-        SetHtml(u"<p>left</p>"_s);
-        EXPECT_TRUE(m_browser->InsertBrowserText(strFragment));
-        const QString strAfter = Html();
-        EXPECT_TRUE(strAfter.contains(strInPage)) << strAfter.toStdString();
-        EXPECT_FALSE(strAfter.contains(u"vorel"_s)) << strAfter.toStdString();
-        Command(u"Undo"_s);
-        EXPECT_EQ(Html(), u"<p>left</p>"_s);
-        Command(u"Redo"_s);
-        EXPECT_EQ(Html(), strAfter);
-    }
+    expect(u"<ul><li>a</li><li>b</li></ul>"_s);
 }
 
 TEST_F(CWebEditing, ALocalPictureShowsAndIsFoundInTheText) {
@@ -176,30 +138,6 @@ TEST_F(CWebEditing, ALocalPictureShowsAndIsFoundInTheText) {
     SetHtml(Html().replace(images[0], u"res/1.png"_s));
     EXPECT_TRUE(Html().startsWith(u"<p><img src=\"res/1.png\">left<a name"_s)) << Html().toStdString();
     EXPECT_TRUE(QTest::qWaitFor([&] { return ColourShows(Qt::red); }));
-}
-
-TEST_F(CWebEditing, TablesAreReadAndFitted) {
-    Edit("");
-    SetHtml(u"<table width=\"50%\"><tbody><tr><td colspan=\"2\">a</td></tr>"
-            "<tr><td rowspan=\"2\">b</td><td>c</td></tr><tr><td>d</td></tr></tbody></table>"_s);
-    Command(u"SelectAll"_s);
-    CWebBrowser2Ex::STableInfo info;
-    ASSERT_TRUE(m_browser->GetSelectedTableInfo(info));
-    EXPECT_EQ(std::tie(info.nRows, info.nColumns, info.strWidth), std::tuple(3, 2, u"50%"_s));
-    info.nRows = 4;
-    info.nColumns = 3;
-    info.strBorderColour = u"#ff0000"_s;
-    EXPECT_TRUE(m_browser->EditSelectedTable(info));
-    EXPECT_TRUE(Html().contains(u"<tr><td colspan=\"2\">a</td><td>&nbsp;</td></tr>"
-                                "<tr><td rowspan=\"2\">b</td><td>c</td><td>&nbsp;</td></tr>"
-                                "<tr><td>d</td><td>&nbsp;</td></tr>"
-                                "<tr><td>&nbsp;</td><td>&nbsp;</td><td>&nbsp;</td></tr>"_s))
-        << Html().toStdString();
-    EXPECT_TRUE(Html().contains(u"bordercolor=\"#ff0000\""_s));
-    info.nRows = info.nColumns = 1;
-    EXPECT_TRUE(m_browser->EditSelectedTable(info));
-    ASSERT_TRUE(m_browser->GetSelectedTableInfo(info));
-    EXPECT_EQ(std::tie(info.nRows, info.nColumns), std::tuple(1, 1));
 }
 
 TEST_F(CWebEditing, CreateLinkAsksForTheAddress) {

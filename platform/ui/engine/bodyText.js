@@ -11,6 +11,12 @@
         .filter((first) => first && first.nodeType === Node.TEXT_NODE && first.data.startsWith('\n'));
   }
 
+  // One by one: a call takes no more than some hundred thousand.
+  function moveChildren(from, to) {
+    while (from.firstChild)
+      to.append(from.firstChild);
+  }
+
   // Nothing ends this element, not even its own end tag: written and read it would swallow what comes behind.
   function endless(root) {
     return Array.from(root.querySelectorAll('plaintext'));
@@ -18,7 +24,7 @@
 
   function endingLike(element) {
     const preformatted = element.ownerDocument.createElement('pre');
-    preformatted.replaceChildren(...element.childNodes);
+    moveChildren(element, preformatted);
     return preformatted;
   }
 
@@ -28,7 +34,7 @@
     if (breakFirst(body()).length === 0 && endless(body()).length === 0)
       return body().innerHTML;
     const copy = inert('');
-    copy.replaceChildren(...copy.ownerDocument.importNode(body(), true).childNodes);
+    moveChildren(copy.ownerDocument.importNode(body(), true), copy);
     endless(copy).forEach((element) => element.replaceWith(endingLike(element)));
     breakFirst(copy).forEach((text) => text.insertData(0, '\n'));
     return copy.innerHTML;
@@ -61,25 +67,49 @@
   function patch(element, fresh) {
     const old = Array.from(element.childNodes);
     const next = Array.from(fresh.childNodes);
-    const isSame = (a, b) => a !== undefined && b !== undefined && a.isEqualNode(b);
     let behind = null;
-    for (; isSame(old[old.length - 1], next[next.length - 1]); next.pop())
+    while (old.length > 0 && next.length > 0 && old[old.length - 1].isEqualNode(next[next.length - 1])) {
       behind = old.pop();
-    while (isSame(old[0], next[0])) {
-      old.shift();
-      next.shift();
+      next.pop();
     }
+    let same = 0;
+    while (same < old.length && same < next.length && old[same].isEqualNode(next[same]))
+      ++same;
+    const gone = old.slice(same);
+    const come = next.slice(same);
     const isLike = (node, index) => node.nodeType === Node.ELEMENT_NODE && !node.matches('template, form') &&
-                                    node.nodeName === next[index].nodeName;
-    if (old.length === next.length && old.every(isLike)) {
-      old.forEach((node, index) => {
-        patchAttributes(node, next[index]);
-        patch(node, next[index]);
+                                    node.nodeName === come[index].nodeName;
+    const isKept = (node, index) => isLike(node, index) || node.isEqualNode(come[index]);
+    if (gone.length === come.length && gone.every(isKept)) {
+      gone.forEach((node, index) => {
+        if (!isLike(node, index))
+          return;
+        patchAttributes(node, come[index]);
+        patch(node, come[index]);
       });
     } else {
-      old.forEach((node) => node.remove());
-      next.forEach((node) => element.insertBefore(node, behind));
+      gone.forEach((node) => node.remove());
+      come.forEach((node) => element.insertBefore(node, behind));
     }
+  }
+
+  // How much of the page's text stands before a place, and the place behind so much of it.
+  function textBefore(node, offset) {
+    const range = document.createRange();
+    range.setStart(body(), 0);
+    range.setEnd(node, offset);
+    return range.toString().length;
+  }
+
+  function placeBehind(length) {
+    const walker = document.createTreeWalker(body(), NodeFilter.SHOW_TEXT);
+    let left = length;
+    while (walker.nextNode()) {
+      if (left <= walker.currentNode.length)
+        return [walker.currentNode, left];
+      left -= walker.currentNode.length;
+    }
+    return null;
   }
 
   function setBodyHtml(html) {
@@ -101,6 +131,43 @@
         selection();
     }
     return localReferences(body());
+  }
+
+  // The new values of attributes, by their names and old values, where two texts differ in nothing else.
+  function newNames(old, fresh) {
+    const names = new Map();
+    const [elements, others] = [old, fresh].map((root) => Array.from(root.querySelectorAll('*')));
+    elements.forEach((element, index) => {
+      for (const attribute of others[index] ? element.attributes : []) {
+        const value = others[index].getAttributeNS(attribute.namespaceURI, attribute.localName);
+        if (value !== null && value !== attribute.value)
+          names.set(attribute.localName + '=' + attribute.value, value);
+      }
+    });
+    return elements.length === others.length ? names : new Map();
+  }
+
+  // Gives the references of the page the names that they have in the text. False where it differs in more.
+  function takeNames(html) {
+    const own = innerHtml();
+    if (own === html)
+      return true;
+    const names = newNames(inert(own), inert(html));
+    if (names.size > 0)
+      undoHistory.of().rename(body(), names);
+    return innerHtml() === html;
+  }
+
+  // The caret stays behind as much text as before, whatever else is another.
+  function setBodyKeepingCaret(html) {
+    const {anchorNode, anchorOffset, isCollapsed} = window.getSelection();
+    const length = isCollapsed && body().contains(anchorNode) ? textBefore(anchorNode, anchorOffset) : -1;
+    const local = setBodyHtml(html);
+    const chosen = window.getSelection();
+    const place = length < 0 || chosen.anchorNode === anchorNode ? null : placeBehind(length);
+    if (place)
+      chosen.collapse(...place);
+    return local;
   }
 
   // A page to be looked at comes piece by piece, each larger than the last, so that its beginning shows at once.
@@ -171,6 +238,10 @@
     replaceDocument: replaceDocument,
     dropDeclarations: dropDeclarations,
     setBodyHtml: setBodyHtml,
+    setBodyKeepingCaret: setBodyKeepingCaret,
+    takeNames: takeNames,
+    textBefore: textBefore,
+    placeBehind: placeBehind,
     stage: stage,
     showStaged: showStaged,
     showMore: showMore,

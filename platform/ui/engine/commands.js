@@ -2,6 +2,7 @@
 (function () {
   'use strict';
   const {body, isFrameset, inert, selection, enclosing} = page;
+  const {textBefore, placeBehind} = bodyText;
   const {insert, insertParagraph} = insertion;
   const steps = undoHistory.of;
 
@@ -42,25 +43,6 @@
     if (lower === 'fontname')
       return setFont(chosen, value);
     return /list$|dent$/.test(lower) ? shapeBlocks(chosen, lower) : document.execCommand(lower, false, value);
-  }
-
-  // How much of the page's text stands before a place, and the place behind so much of it.
-  function textBefore(node, offset) {
-    const range = document.createRange();
-    range.setStart(body(), 0);
-    range.setEnd(node, offset);
-    return range.toString().length;
-  }
-
-  function placeBehind(length) {
-    const walker = document.createTreeWalker(body(), NodeFilter.SHOW_TEXT);
-    let left = length;
-    while (walker.nextNode()) {
-      if (left <= walker.currentNode.length)
-        return [walker.currentNode, left];
-      left -= walker.currentNode.length;
-    }
-    return null;
   }
 
   // Lists and indents. The engine forgets where in the paragraph the caret stood, and leaves lists inside of

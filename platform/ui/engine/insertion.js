@@ -82,7 +82,7 @@
         fragment.querySelectorAll('*').length > MOST_TO_JOIN)
       return insert(fragment.innerHTML, {});
     const wanted = Array.from(fragment.querySelectorAll('*'), (element, index) => {
-      const attributes = Array.from(element.attributes, (a) => [a.name, a.value]);
+      const attributes = Array.from(element.attributes, (a) => a.cloneNode());
       element.setAttribute(MARK, String(index));
       return attributes;
     });
@@ -91,8 +91,8 @@
     for (const element of body().querySelectorAll('[' + MARK + ']')) {
       const attributes = wanted[Number(element.getAttribute(MARK))];
       element.removeAttribute(MARK);
-      for (const [name, value] of attributes)
-        element.setAttribute(name, value);
+      // As they are: the parser takes names that no script may give.
+      attributes.forEach((attribute) => element.setAttributeNodeNS(attribute.cloneNode()));
     }
     return done;
   }

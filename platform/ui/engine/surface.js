@@ -3,8 +3,8 @@
 (function () {
   'use strict';
   const {body, isFrameset, inert, localReferences, rename, hasSelection, enclosing} = page;
-  const {innerHtml, replaceDocument, dropDeclarations, setBodyHtml, stage, showStaged, showMore, strays,
-         looks} = bodyText;
+  const {innerHtml, replaceDocument, dropDeclarations, setBodyHtml, setBodyKeepingCaret, takeNames, stage,
+         showStaged, showMore, strays, looks} = bodyText;
   const {insert, paste} = insertion;
   const {command, shapeBlocks, createLink} = commands;
   // Made at the first change of a page.
@@ -65,9 +65,12 @@
     const even = {font: true, size: true};
     const root = range.commonAncestorContainer;
     const walker = document.createTreeWalker(root, NodeFilter.SHOW_TEXT);
+    const {startContainer, startOffset} = range;
+    walker.currentNode = startContainer.childNodes[startOffset] || startContainer.lastChild || startContainer;
+    let node = walker.currentNode.nodeType === Node.TEXT_NODE ? walker.currentNode : walker.nextNode();
     let first;
-    for (let pieces = 0; pieces < MAX_PIECES && (even.font || even.size) && walker.nextNode(); ++pieces) {
-      const node = walker.currentNode;
+    for (let pieces = 0; node && pieces < MAX_PIECES && (even.font || even.size);
+         ++pieces, node = walker.nextNode()) {
       if (node.data.trim() === '' || !range.intersectsNode(node))
         continue;
       const style = getComputedStyle(node.parentElement);
@@ -182,6 +185,7 @@
       return innerHtml();
     },
     setBodyHtml: asStep(setBodyHtml),
+    writeBack: (html) => takeNames(html) ? localReferences(body()) : steps().change(() => setBodyKeepingCaret(html)),
     // Of a page that has just been loaded or goes out of sight: nothing to be undone.
     loadBodyHtml: (html) => {
       window.vorelStaged = undefined;

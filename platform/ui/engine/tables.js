@@ -13,10 +13,11 @@
   // Calls for each row with the number of columns that cells of the rows above it take.
   function eachRow(table, visit) {
     const covered = [];
-    Array.from(table.rows).forEach((row, index) => {
+    const rows = Array.from(table.rows);
+    rows.forEach((row, index) => {
       visit(row, covered[index] || 0);
       for (const cell of row.cells) {
-        const last = cell.rowSpan === 0 ? table.rows.length : index + cell.rowSpan;
+        const last = cell.rowSpan === 0 ? rows.length : Math.min(rows.length, index + cell.rowSpan);
         for (let below = index + 1; below < last; ++below)
           covered[below] = (covered[below] || 0) + cell.colSpan;
       }
@@ -57,10 +58,9 @@
 
   // Rows come and go at the end of the body, in front of a foot.
   function fitRows(table, wanted) {
-    while (table.rows.length > wanted) {
-      const inBody = Array.from(table.tBodies, (body) => Array.from(body.rows)).flat();
-      (inBody.pop() || table.rows[table.rows.length - 1]).remove();
-    }
+    const inBody = Array.from(table.tBodies, (body) => Array.from(body.rows)).flat();
+    for (let left = table.rows.length; left > wanted; --left)
+      (inBody.pop() || table.rows[left - 1]).remove();
     const body = table.rows.length < wanted && (table.tBodies[table.tBodies.length - 1] || table.createTBody());
     while (table.rows.length < wanted)
       body.insertRow(-1);

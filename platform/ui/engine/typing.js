@@ -82,7 +82,11 @@
     window.addEventListener('input', (event) => {
       if (isEdited() && !event.isComposing) {
         leadOut();
-        keepField(event.target);
+        // What is ticked or chosen is told of by nothing before.
+        if (event instanceof InputEvent)
+          keepField(event.target);
+        else
+          undoHistory.of().change(() => keepField(event.target));
       }
     }, true);
     window.addEventListener('compositionend', (event) => {

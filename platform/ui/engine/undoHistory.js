@@ -8,6 +8,8 @@
   // A step that replaced much of the page holds the old page.
   const MOST_LARGE_STEPS = 20;
   const LARGE = 200;
+  // What all steps together may hold of old text and markup, in characters: some 50 MB.
+  const MOST_CHARACTERS = 25000000;
   // What is typed without a rest is undone at once.
   const REST_MILLISECONDS = 1000;
   const TYPED = /^(insertText|insertCompositionText|insertFromComposition|delete(CompositionText|ByComposition))$/;
@@ -59,12 +61,28 @@
     return nodes.reduce((sum, node) => sum + (node.querySelectorAll ? node.querySelectorAll('*').length : 0), 0);
   }
 
-  function addChange(changes, change) {
-    const last = changes[changes.length - 1];
-    const isMore = last && change.type !== 'childList' && last.type === change.type &&
-                   last.target === change.target && last.name === change.name;
-    if (!isMore)
-      changes.push(change);
+  // What a change keeps that the page no longer has.
+  function sizeOf(change) {
+    const texts = change.type === 'childList' ? change.removed.map((node) => node.outerHTML || node.data) :
+                                                [change.other];
+    return texts.reduce((sum, text) => sum + (typeof text === 'string' ? text.length : 0), 0);
+  }
+
+  function makeStep(kind, before) {
+    return {kind: kind, changes: [], known: new Map(), size: 0, before: before, after: before, at: Date.now()};
+  }
+
+  // Of a text or an attribute that changes again and again, a step keeps what it was at first.
+  function addChange(step, change) {
+    if (change.type !== 'childList') {
+      const name = change.type === 'attributes' ? (change.space || '') + ' ' + change.name : '';
+      const names = step.known.get(change.target) || new Set();
+      if (names.has(name))
+        return;
+      step.known.set(change.target, names.add(name));
+    }
+    step.changes.push(change);
+    step.size += sizeOf(change);
   }
 
   function valueOf(change) {
@@ -79,50 +97,98 @@
   // What hangs below a node. A node of the page may have been moved into one that was not yet in the page, of
   // which the engine tells nothing: taking that move back would empty it for good.
   function shapeOf(node) {
-    const shape = node.hasChildNodes() ? [[node, Array.from(node.childNodes)]] : [];
-    for (const child of node.childNodes)
-      shape.push(...shapeOf(child));
+    const shape = [];
+    const add = (parent) => {
+      if (parent.hasChildNodes())
+        shape.push([parent, Array.from(parent.childNodes)]);
+      parent.childNodes.forEach(add);
+    };
+    add(node);
     return shape;
   }
 
   function restore(shape) {
     for (const [node, children] of shape) {
-      if (children.length !== node.childNodes.length || children.some((child, i) => child !== node.childNodes[i]))
-        node.replaceChildren(...children);
+      if (children.length === node.childNodes.length && children.every((child, i) => child === node.childNodes[i]))
+        continue;
+      node.replaceChildren();
+      children.forEach((child) => node.append(child));
     }
   }
 
-  // Turned once a change is undone, turned twice it is done.
+  function exchange(change) {
+    const {target, previous, next, added, removed, shapes} = change;
+    Object.assign(change, {added: removed, removed: added, shapes: added.map(shapeOf)});
+    added.forEach((node) => node.remove());
+    const isBefore = next && next.parentNode === target;
+    const isBehind = !isBefore && previous && previous.parentNode === target;
+    const before = isBefore ? next : isBehind ? previous.nextSibling : null;
+    (shapes || []).forEach(restore);
+    removed.forEach((node) => target.insertBefore(node, before));
+  }
+
+  // The parser takes names that no script may give.
+  function attributeOf(space, name) {
+    try {
+      return document.createAttributeNS(space, name);
+    } catch (refused) {
+      const holder = document.createElement('template');
+      holder.innerHTML = '<i ' + name + '></i>';
+      const parsed = holder.content.firstChild;
+      return parsed.removeAttributeNode(parsed.attributes[0]);
+    }
+  }
+
+  // Turned once a change is undone, turned twice it is done. One that fails leaves the page as it was.
   function turn(change) {
     if (change.type === 'childList') {
-      const {target, previous, next, shapes} = change;
-      change.shapes = change.added.map(shapeOf);
-      change.added.forEach((node) => node.remove());
-      const isBefore = next && next.parentNode === target;
-      const isBehind = !isBefore && previous && previous.parentNode === target;
-      const before = isBefore ? next : isBehind ? previous.nextSibling : null;
-      (shapes || []).forEach(restore);
-      change.removed.forEach((node) => target.insertBefore(node, before));
-      [change.added, change.removed] = [change.removed, change.added];
+      try {
+        exchange(change);
+      } catch (error) {
+        exchange(change);
+        throw error;
+      }
       return;
     }
     const now = valueOf(change);
-    if (change.type === 'characterData')
+    if (change.type === 'characterData') {
       change.target.data = change.other;
-    else if (change.other === null)
+    } else if (change.other === null) {
       change.target.removeAttributeNS(change.space, change.name);
-    else
-      change.target.setAttributeNS(change.space, change.name, change.other);
+    } else if (now !== null) {
+      change.target.getAttributeNodeNS(change.space, change.name).value = change.other;
+    } else {
+      const attribute = attributeOf(change.space, change.name);
+      attribute.value = change.other;
+      change.target.setAttributeNodeNS(attribute);
+    }
     change.other = now;
+  }
+
+  function turnAll(changes) {
+    const turned = [];
+    try {
+      for (const change of changes) {
+        turn(change);
+        turned.unshift(change);
+      }
+    } catch (error) {
+      turned.forEach(turn);
+      throw error;
+    }
   }
 
   // A field shows what was typed into it rather than what its markup says.
   function showField(node) {
-    const field = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement || document.body).closest('input, textarea');
-    if (!field || field.matches('[type=file]'))
+    const field = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement || document.body).closest('input, textarea, select');
+    if (!field)
       return;
-    field.value = field.defaultValue;
-    field.checked = field.defaultChecked;
+    if (/^(checkbox|radio)$/.test(field.type))
+      field.checked = field.defaultChecked;
+    else if (field.localName === 'select')
+      Array.from(field.options).forEach((option) => option.selected = option.defaultSelected);
+    else if (!/^(file|hidden|submit|reset|button|image)$/.test(field.type))
+      field.value = field.defaultValue;
   }
 
   class History {
@@ -155,13 +221,10 @@
       this.onChange();
       if (document.designMode !== 'on')
         return;
-      const changes = this.open ? this.open.changes : [];
-      records.forEach((record) => addChange(changes, changeOf(record)));
-      if (this.open)
-        return;
-      if (this.done.length === 0)
-        this.done.push({kind: '', changes: [], before: place(), after: place(), at: 0});
-      this.top().changes.push(...changes);
+      if (!this.open && this.done.length === 0)
+        this.done.push(makeStep('', place()));
+      const step = this.open || this.top();
+      records.forEach((record) => addChange(step, changeOf(record)));
     }
 
     flush() {
@@ -170,7 +233,7 @@
 
     begin(kind) {
       this.flush();
-      this.open = {kind: kind, changes: [], before: place(), at: Date.now()};
+      this.open = makeStep(kind, place());
     }
 
     end(isComposing) {
@@ -187,19 +250,19 @@
       step.isLarge = step.changes.reduce((sum, change) => sum + elementsOf(change.removed || []), 0) > LARGE;
       if (this.joins(step)) {
         const top = this.top();
-        step.changes.forEach((change) => addChange(top.changes, change));
+        step.changes.forEach((change) => addChange(top, change));
         Object.assign(top, {after: step.after, at: step.at, isComposing: isComposing});
       } else {
         this.done.push(step);
-        this.trim();
       }
+      this.trim();
       this.undone = [];
     }
 
     // Something has been done of which nobody told before, such as the cutting of what a key copies.
     catchUp() {
       const records = this.observer.takeRecords();
-      this.open = {kind: '', changes: [], before: this.atKey || place(), at: Date.now()};
+      this.open = makeStep('', this.atKey || place());
       this.take(records);
       this.end(false);
     }
@@ -213,10 +276,13 @@
 
     trim() {
       let large = 0;
+      let size = 0;
+      const newest = this.done.length - 1;
       const oldest = this.done.length - MOST_STEPS;
-      for (let index = this.done.length - 1; index >= 0; --index) {
+      for (let index = newest; index >= 0; --index) {
         large += this.done[index].isLarge ? 1 : 0;
-        if (index < oldest || large > MOST_LARGE_STEPS) {
+        size += this.done[index].size;
+        if (index < oldest || large > MOST_LARGE_STEPS || (size > MOST_CHARACTERS && index < newest)) {
           this.done.splice(0, index + 1);
           return;
         }
@@ -254,6 +320,33 @@
       return result;
     }
 
+    // Other names for references, in the page and in what can be brought back: no step, so that nothing brings
+    // back the old ones. The names are those of attributes with their values.
+    rename(root, names) {
+      const seen = new Set();
+      const renameAll = (node) => {
+        if (node.nodeType !== Node.ELEMENT_NODE || seen.has(node))
+          return;
+        for (const element of [node, ...Array.from(node.querySelectorAll('*'))]) {
+          seen.add(element);
+          for (const attribute of element.attributes) {
+            const name = names.get(attribute.localName + '=' + attribute.value);
+            if (name !== undefined)
+              attribute.value = name;
+          }
+        }
+      };
+      this.changeAside(() => {
+        renameAll(root);
+        for (const change of this.done.concat(this.undone).flatMap((step) => step.changes)) {
+          if (change.type === 'childList')
+            change.added.concat(change.removed).forEach(renameAll);
+          else if (change.type === 'attributes' && change.other !== null)
+            change.other = names.get(change.name + '=' + change.other) || change.other;
+        }
+      });
+    }
+
     // The command under way moves the caret as a part of what was done last.
     goOn() {
       if (this.top() && this.open && isSamePlace(this.top().after, this.open.before))
@@ -262,15 +355,18 @@
 
     move(from, to, isBack) {
       this.end(false);
-      const step = from.pop();
+      const step = from[from.length - 1];
       if (!step)
         return false;
       const changes = isBack ? step.changes.slice().reverse() : step.changes;
-      changes.forEach(turn);
-      this.observer.takeRecords();
+      try {
+        turnAll(changes);
+      } finally {
+        this.observer.takeRecords();
+      }
       changes.forEach((change) => showField(change.target));
       step.kind = '';
-      to.push(step);
+      to.push(from.pop());
       goTo(isBack ? step.before : step.after);
       this.onChange();
       return true;
@@ -304,6 +400,14 @@
           this.catchUp();
         else if (!this.open.isCommand)
           this.end(event.isComposing);
+      }, true);
+      // Behind the last input of what is composed: what is typed next is another text, unless it follows at once.
+      window.addEventListener('compositionend', () => {
+        if (this.open && this.open.isCommand)
+          return;
+        this.end(false);
+        if (this.top() && this.top().isComposing)
+          Object.assign(this.top(), {isComposing: false, after: place(), at: Date.now()});
       }, true);
       // The engine asks its own history before it tells of these keys.
       window.addEventListener('keydown', (event) => {
