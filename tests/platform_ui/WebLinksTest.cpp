@@ -3,6 +3,9 @@
 #include "foundation/CodePage.h"
 #include "foundation/Urls.h"
 
+#include <QEventLoop>
+#include <QTimer>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -38,7 +41,18 @@ protected:
     bool Reaches(const QString& strName, const QString& strFragment) {
         const QString strWanted =
             Torvane::File::PathToDocumentUrl(m_folder.Path(u"course\\N13\\"_s + strName)) + strFragment;
-        return QTest::qWaitFor([&] { return Url() == strWanted; }, 3000);
+        // The engine's steps run one by one in an event loop, which a wait of the test library lets sleep
+        // between them.
+        QEventLoop loop;
+        QTimer look, end;
+        QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+            if (Url() == strWanted)
+                loop.exit(1);
+        });
+        QObject::connect(&end, &QTimer::timeout, &loop, [&] { loop.exit(0); });
+        look.start(10);
+        end.start(10000);
+        return loop.exec() == 1;
     }
     /// Whether the element stands at the upper edge of the surface.
     bool IsAt(const QString& strSelector) {
