@@ -142,6 +142,8 @@ std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeRes
         if (BareName(strPath) == c_strFramePage && Torvane::Office::IsPptFrameFolder(strFolder) &&
             IsFile(strFolder + u'\\' + c_strWrapperPage))
             strLink.replace(c_strFramePage, c_strWrapperPage);
+    } else if (IsLocal(strLink) && !IsPathUnder(strNodeResourceFolder, strLink, u'\\')) {
+        return std::nullopt;
     }
     return strLink;
 }

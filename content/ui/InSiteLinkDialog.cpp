@@ -7,7 +7,9 @@
 #include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "platform/ui/DialogParts.h"
+#include "platform/ui/MediaKinds.h"
 #include "platform/ui/QtPeople.h"
+#include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
@@ -75,6 +77,8 @@ CInSiteLinkDialog::CInSiteLinkDialog(const CBookNode& self, IPeople& people, QWi
     m_toFollow.setSingleShot(true);
     m_toFollow.setInterval(c_nFollowMs);
     connect(&m_toFollow, &QTimer::timeout, this, &CInSiteLinkDialog::Follow);
+    m_toOpen.setSingleShot(true);
+    connect(&m_toOpen, &QTimer::timeout, this, &CInSiteLinkDialog::OpenHere);
     m_toGo.setSingleShot(true);
     connect(&m_toGo, &QTimer::timeout, this, &CInSiteLinkDialog::GoToChosen);
     m_pTree = MakeTree();
@@ -120,7 +124,13 @@ CWebBrowser2Ex* CInSiteLinkDialog::MakePreview() {
         if (!m_toFollow.isActive())
             m_toFollow.start();
     });
-    connect(pPreview, &CWebBrowser2Ex::NewWindowRequested, this, &CInSiteLinkDialog::OpenHere);
+    connect(pPreview, &CWebBrowser2Ex::NewWindowRequested, this,
+            [this](const QString& strUrl, bool bByPerson) {
+                if (!bByPerson || !strUrl.startsWith(QLatin1StringView("file:")))
+                    return;
+                m_strToOpen = strUrl;
+                m_toOpen.start(0);
+            });
     return pPreview;
 }
 
@@ -219,6 +229,7 @@ void CInSiteLinkDialog::OnSelected() {
     if (m_tree.rowCount(selected) > 0)
         m_pTree->expand(selected);
     // Behind the event that has selected it, and only for the last of several.
+    m_toOpen.stop();
     m_toShow.start(0);
 }
 
@@ -285,9 +296,19 @@ void CInSiteLinkDialog::Follow() {
 }
 
 /// What a page opens in a window of its own is chosen like any other place.
-void CInSiteLinkDialog::OpenHere(const QString& strUrl) {
-    if (strUrl.startsWith(QLatin1StringView("file:")) && !CWebBrowser2Ex::IsCallRunning())
-        m_pPreview->NavigateAndWait(strUrl);
+void CInSiteLinkDialog::OpenHere() {
+    if (IsThreadHeld()) {
+        m_toOpen.start(c_nRetryMs);
+        return;
+    }
+    const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(m_strToOpen));
+    if (MediaKinds::OfFile(strPath).Way == MediaKinds::EWay::Browser) {
+        m_pPreview->NavigateAndWait(m_strToOpen);
+        return;
+    }
+    // The preview can't show the file, and goes on showing the page that links to it.
+    m_toFollow.stop();
+    SetPlace(strPath);
 }
 
 void CInSiteLinkDialog::SetPlace(const QString& strPlace) {
@@ -350,7 +371,7 @@ QString CInSiteLinkDialog::NodeResourceFolder() const {
 
 void CInSiteLinkDialog::accept() {
     // The line still tells of another page.
-    if (m_toShow.isActive() || CWebBrowser2Ex::IsCallRunning())
+    if (m_toShow.isActive() || m_toOpen.isActive() || CWebBrowser2Ex::IsCallRunning())
         return;
     if (m_toFollow.isActive()) {
         m_toFollow.stop();

@@ -47,7 +47,7 @@ private:
     void ShowPreview();
     void OrderTabs();
     void Follow();
-    void OpenHere(const QString& strUrl);
+    void OpenHere();
     void SetPlace(const QString& strPlace);
     void ReadPlaces(const QString& strPage);
     void ChoosePlace(const QString& strName);
@@ -68,6 +68,9 @@ private:
     /// Runs until the preview goes to the place that was chosen in the list.
     QTimer m_toGo;
     QString m_strChosen;
+    /// Runs until what the person has clicked on in the preview is chosen.
+    QTimer m_toOpen;
+    QString m_strToOpen;
     InSiteLink::Preview m_preview;
     QString m_strPlace;
     /// The page whose places the list shows.

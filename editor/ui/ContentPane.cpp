@@ -3,6 +3,7 @@
 #include "content/Texts.h"
 #include "editor/Texts.h"
 #include "editor/ui/ContentWindow.h"
+#include "editor/ui/OfferBar.h"
 #include "platform/base/FileOpening.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/MediaKinds.h"
@@ -12,8 +13,6 @@
 #include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
-#include <QDesktopServices>
-#include <QPushButton>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QUrl>
@@ -22,37 +21,30 @@
 namespace {
 
 constexpr int c_nRetryMs = 200;
-constexpr int c_nShownUrlWidth = 600;
 const QLatin1StringView c_strBlank("about:blank");
 
 } // namespace
 
 CContentPane::CContentPane(QWidget* pParent)
     : QWidget(pParent), m_pStack(new QStackedWidget(this)), m_pBrowser(new CWebBrowser2Ex(m_pStack)),
-      m_pOpenOutside(new QPushButton(this)) {
+      m_pOffer(new COfferBar(this)) {
     setObjectName(QStringLiteral("contentPane"));
     m_pBrowser->setObjectName(QStringLiteral("content"));
     m_pBrowser->setAccessibleName(EditorTexts::c_strContent);
-    m_pOpenOutside->setObjectName(QStringLiteral("openOutside"));
-    m_pOpenOutside->hide();
     m_pStack->addWidget(m_pBrowser);
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
-    pLayout->addWidget(m_pOpenOutside);
+    pLayout->addWidget(m_pOffer);
     pLayout->addWidget(m_pStack, 1);
     setFocusProxy(m_pBrowser);
-    connect(m_pBrowser, &CWebBrowser2Ex::NewWindowRequested, this, &CContentPane::TakeNewWindow);
-    connect(m_pOpenOutside, &QPushButton::clicked, this, [this] {
-        m_pOpenOutside->hide();
-        const QUrl url(m_strOutsideUrl);
-        if (!QDesktopServices::openUrl(url))
-            SayNotOpened(url.toDisplayString());
-    });
+    m_pOffer->Serve(*m_pBrowser);
+    connect(m_pOffer, &COfferBar::FileWanted, this, &CContentPane::OpenForPage);
+    connect(m_pOffer, &COfferBar::NotOpened, this, &CContentPane::SayNotOpened);
 }
 
 void CContentPane::Show(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork) {
-    m_pOpenOutside->hide();
+    m_pOffer->hide();
     m_bCleared = false;
     m_allowedFolders = allowedFolders;
     const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(strTarget));
@@ -95,19 +87,9 @@ void CContentPane::ClearPage() {
         m_pBrowser->NavigateAndWait(c_strBlank);
 }
 
-void CContentPane::TakeNewWindow(const QString& strUrl) {
-    const QUrl url(strUrl);
-    if (url.scheme() == QLatin1StringView("http") || url.scheme() == QLatin1StringView("https")) {
-        m_strOutsideUrl = strUrl;
-        const QString strShown =
-            fontMetrics().elidedText(url.toDisplayString(), Qt::ElideMiddle, c_nShownUrlWidth);
-        m_pOpenOutside->setText(
-            EditorTexts::c_strOpenOutside.arg(QString(strShown).replace(u'&', QStringLiteral("&&"))));
-        m_pOpenOutside->setToolTip(url.toDisplayString().toHtmlEscaped());
-        m_pOpenOutside->show();
-    } else if (!m_bCleared) {
+void CContentPane::OpenForPage(const QString& strUrl) {
+    if (!m_bCleared)
         CContentWindow::OpenForPage(m_strTitle, strUrl, m_allowedFolders, window());
-    }
 }
 
 void CContentPane::OpenInProgram(const QString& strPath) {

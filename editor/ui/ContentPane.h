@@ -4,14 +4,13 @@
 #include <QWidget>
 
 class CMediaView;
+class COfferBar;
 class CWebBrowser2Ex;
-class QPushButton;
 class QStackedWidget;
 
 /// Shows content for looking at: what the browser engine shows in the browser surface, and every other file
-/// in the player or as what it is. A window that a page wants opens at once when it is of the course's own;
-/// an address of the web comes from a page that nobody has vouched for, so it is offered, and the teacher
-/// decides.
+/// in the player or as what it is. A file of the course's own to which a click leads opens at once; what
+/// else a page wants is offered.
 class CContentPane : public QWidget {
     Q_OBJECT
 public:
@@ -31,7 +30,7 @@ public:
 
 private:
     void ClearPage();
-    void TakeNewWindow(const QString& strUrl);
+    void OpenForPage(const QString& strUrl);
     void OpenInProgram(const QString& strPath);
     void SayNotOpened(const QString& strWhat);
 
@@ -41,8 +40,6 @@ private:
     QStackedWidget* m_pStack;
     CWebBrowser2Ex* m_pBrowser;
     CMediaView* m_pMedia = nullptr;
-    /// Offers an address of the web that the page asked for.
-    QPushButton* m_pOpenOutside;
-    QString m_strOutsideUrl;
+    COfferBar* m_pOffer;
     bool m_bCleared = true;
 };

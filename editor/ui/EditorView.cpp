@@ -1,9 +1,11 @@
 #include "editor/ui/EditorView.h"
 
+#include "content/Texts.h"
 #include "editor/Download.h"
 #include "editor/Texts.h"
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/EditorToolBars.h"
+#include "editor/ui/OfferBar.h"
 #include "editor/ui/ShowFailure.h"
 #include "editor/ui/SourceBox.h"
 #include "foundation/Files.h"
@@ -14,6 +16,7 @@
 #include <QPointer>
 #include <QShortcut>
 #include <QTabBar>
+#include <QVBoxLayout>
 
 using namespace EditorCommands;
 
@@ -28,7 +31,8 @@ constexpr quint32 c_nMaxPageBytes = 20 * 1024 * 1024;
 CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
     : CBookShowView(host, pParent), m_people(people), m_pBars(new CEditorToolBars(this)),
       m_pTabs(new QTabBar(this)), m_pSource(new CSourceBox(this)), m_pDesign(new CWebBrowser2Ex(this)),
-      m_pPreview(new CWebBrowser2Ex(this)), m_saver(*this, people, &DownloadUrlToFile),
+      m_pPreviewPane(new QWidget(this)), m_pOffer(new COfferBar(m_pPreviewPane)),
+      m_pPreview(new CWebBrowser2Ex(m_pPreviewPane)), m_saver(*this, people, &DownloadUrlToFile),
       m_keeper([this](const CPageKeeper::Answer& answer) { AskLiveText(answer); },
                [this](const QString& strFailure) { TellKeepFailure(strFailure); }) {
     setObjectName(QStringLiteral("CEditorView"));
@@ -68,11 +72,19 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
     connect(m_pDesign, &CWebBrowser2Ex::PasteWanted, this, &CEditorView::Paste);
     connect(m_pDesign, &CWebBrowser2Ex::PageLost, this, &CEditorView::PageLost);
     m_pPreview->SetMediaReplaced(true);
-    connect(m_pPreview, &CWebBrowser2Ex::NewWindowRequested, this, [this](const QString& strUrl) {
+    auto* pPreviewLayout = new QVBoxLayout(m_pPreviewPane);
+    pPreviewLayout->setContentsMargins(0, 0, 0, 0);
+    pPreviewLayout->setSpacing(0);
+    pPreviewLayout->addWidget(m_pOffer);
+    pPreviewLayout->addWidget(m_pPreview, 1);
+    m_pOffer->Serve(*m_pPreview);
+    connect(m_pOffer, &COfferBar::FileWanted, this, [this](const QString& strUrl) {
         if (m_pNode != nullptr)
             CContentWindow::OpenForPage(m_pNode->GetTitle(), strUrl, m_pPreview->GetAllowedFolders(),
                                         window());
     });
+    connect(m_pOffer, &COfferBar::NotOpened, this,
+            [this](const QString& strWhat) { m_people.Error(ContentText::c_strFileNotOpened.arg(strWhat)); });
     connect(m_pPreview, &CWebBrowser2Ex::PageLost, this, &CEditorView::PreviewLost);
     connect(m_pSource, &QPlainTextEdit::textChanged, this, [this] { m_keeper.Touch(); });
     connect(m_pSource, &CSourceBox::Full, this, [this] { m_people.Warn(EditorTexts::c_strSourceTooLong); });
@@ -263,6 +275,7 @@ bool CEditorView::SwapToDesign() {
 void CEditorView::ShowPreview() {
     const QPointer<CEditorView> pThis(this);
     QString strHtml;
+    m_pOffer->hide();
     if (!m_bPreviewLoaded)
         Blank(*m_pPreview);
     if (!pThis || !GetCurrentHtml(strHtml) || !pThis)
@@ -299,7 +312,7 @@ void CEditorView::LayOut() {
     };
     place(m_pDesign, EMode::Design, below);
     place(m_pSource, EMode::Source, below);
-    place(m_pPreview, EMode::Preview, QRect(0, 0, width(), nBottom));
+    place(m_pPreviewPane, EMode::Preview, QRect(0, 0, width(), nBottom));
 }
 
 void CEditorView::FocusLive() {

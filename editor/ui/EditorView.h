@@ -12,6 +12,7 @@
 #include <optional>
 
 class CEditorToolBars;
+class COfferBar;
 class CSourceBox;
 class CWebBrowser2Ex;
 class CPastedPictures;
@@ -109,6 +110,9 @@ private:
     QTabBar* m_pTabs;
     CSourceBox* m_pSource;
     CWebBrowser2Ex* m_pDesign;
+    /// The preview, and above it what its page offers.
+    QWidget* m_pPreviewPane;
+    COfferBar* m_pOffer;
     CWebBrowser2Ex* m_pPreview;
     CPageSaver m_saver;
     EditorCommands::EMode m_mode = EditorCommands::EMode::Design;

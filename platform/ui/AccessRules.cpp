@@ -3,6 +3,7 @@
 #include "platform/base/NativePath.h"
 #include "platform/ui/SurfaceUrls.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -74,8 +75,20 @@ CAccessRules::SVerdict CAccessRules::Judge(const QUrl& url, EResource resource) 
 }
 
 bool CAccessRules::MayOpen(const QUrl& url) const {
-    if (IsOneOf(url.scheme(), {QLatin1String("http"), QLatin1String("https")}))
+    if (IsOneOf(url.scheme(), {QLatin1String("http"), QLatin1String("https"), QLatin1String("mailto")}))
         return true;
-    return url.scheme() == QLatin1String("file") && !m_access.bWebPage &&
-           IsInAllowedFolder(SurfaceUrls::FindOnDisk(url));
+    if (url.scheme() != QLatin1String("file") || m_access.bWebPage)
+        return false;
+    const QString strFound = SurfaceUrls::FindOnDisk(url);
+    return QFileInfo(strFound).isFile() && IsInAllowedFolder(strFound);
+}
+
+bool CAccessRules::IsMissing(const QUrl& url) const {
+    const QString strPath = SurfaceUrls::UrlToPath(url);
+    if (strPath.isEmpty() || m_access.bWebPage || QFileInfo(SurfaceUrls::FindOnDisk(url)).isFile())
+        return false;
+    const QString strFile = QDir::cleanPath(Platform::ToNative(strPath));
+    return std::any_of(m_access.Folders.begin(), m_access.Folders.end(), [&](const QString& strFolder) {
+        return strFile.startsWith(QDir::cleanPath(Platform::ToNative(strFolder)) + u'/');
+    });
 }

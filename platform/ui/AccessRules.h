@@ -29,6 +29,9 @@ public:
     /// The same for a new window or a link: whether the program may be told of it.
     bool MayOpen(const QUrl& url) const;
 
+    /// Whether the URL points into the folders, and at no file there.
+    bool IsMissing(const QUrl& url) const;
+
 private:
     SVerdict JudgeFile(const QUrl& url, EResource resource) const;
     bool IsInAllowedFolder(const QString& strNativePath) const;

@@ -141,9 +141,11 @@ bool CWebBrowser2Ex::EnsureEngine() {
 
 void CWebBrowser2Ex::ConnectEngine() {
     m_pEngine->OnSelectionChanged = [this] { Q_EMIT SelectionChanged(); };
-    m_pEngine->OnNewWindow = [this](const QUrl& url) {
-        Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()));
+    m_pEngine->OnNewWindow = [this](const QUrl& url, bool bByPerson) {
+        Q_EMIT NewWindowRequested(SurfaceUrls::CanonicalReference(url.toString()).value_or(url.toString()),
+                                  bByPerson);
     };
+    m_pEngine->OnLinkMissing = [this](const QUrl& url) { Q_EMIT LinkMissing(SurfaceUrls::UrlToPath(url)); };
     m_pEngine->OnPaste = [this](IWebEngine::EPaste what) {
         PasteWhenFree(what == IWebEngine::EPaste::All    ? &SPastedData::FromClipboard
                       : what == IWebEngine::EPaste::Text ? &SPastedData::TextFromClipboard

@@ -155,9 +155,13 @@ Q_SIGNALS:
     /// The process that showed the page has ended. GetURL gives "about:blank" until the next navigation,
     /// which starts another.
     void PageLost();
-    /// A page, or ExecuteScript, wants a new window, or a link leads to the web while there is no network.
-    /// The URL comes from the page and is not to be trusted; a local one lies inside the allowed folders.
-    void NewWindowRequested(const QString& strUrl);
+    /// A page, or ExecuteScript, wants a new window, or a link leads to the web while there is no network, to
+    /// a mail address, or to a file that the engine doesn't show. The URL comes from the page and is not to
+    /// be trusted; a local one is a file inside the allowed folders. bByPerson: the person's click has led
+    /// there; else the page did by itself, and nothing is to open unasked.
+    void NewWindowRequested(const QString& strUrl, bool bByPerson);
+    /// The person has clicked on a link to a file of the allowed folders that isn't there.
+    void LinkMissing(const QString& strPath);
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;

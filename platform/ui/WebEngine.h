@@ -88,7 +88,10 @@ public:
     std::function<void(EPaste)> OnPaste;
     /// The same by dropping at a place of the page, in its own pixels.
     std::function<void(const QMimeData&, const QPoint&)> OnDrop;
-    std::function<void(const QUrl&)> OnNewWindow;
+    /// bByPerson: by the person's click; else by the page itself.
+    std::function<void(const QUrl&, bool bByPerson)> OnNewWindow;
+    /// The person has clicked on a link to a file that isn't there.
+    std::function<void(const QUrl&)> OnLinkMissing;
     /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
     std::function<void()> OnMoved;
     /// The page's process ended; the engine goes on with the next Load.

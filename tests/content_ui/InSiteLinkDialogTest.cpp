@@ -216,6 +216,32 @@ TEST_F(InSiteLinkDialogTest, ThePlacesOfThePageAreChosenFromAList) {
     EXPECT_TRUE(again.findChild<QLineEdit*>(u"location"_s)->text().endsWith(u"Content.htm#第一章"_s));
 }
 
+TEST_F(InSiteLinkDialogTest, AFilmToWhichAPageLeadsIsChosenByAClick) {
+    Write(m_nPage, u"Content.htm"_s, "<a href=film.wmv style='position:fixed;inset:0'>film</a>");
+    Write(m_nPage, u"Film.wmv"_s, "x");
+    CInSiteLinkDialog dialog(CBookNode(*m_disk.pCourse, m_disk.Store().GetNode(m_nSelf)), m_disk.People,
+                             nullptr);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto& tree = *dialog.findChild<QTreeView*>(u"nodes"_s);
+    auto& browser = *dialog.findChild<CWebBrowser2Ex*>(u"preview"_s);
+    auto& line = *dialog.findChild<QLineEdit*>(u"location"_s);
+    tree.setCurrentIndex(static_cast<CBookTree&>(*tree.model()).Find(m_nPage));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return line.text().endsWith(u"Content.htm"_s) && !browser.IsCallRunning(); }));
+    QWidget* pTarget = browser.focusProxy();
+    while (pTarget->focusProxy() != nullptr)
+        pTarget = pTarget->focusProxy();
+    QTest::mouseClick(pTarget, Qt::LeftButton, {}, pTarget->rect().center());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return line.text() == Line(m_nPage, u"Film.wmv"_s); }))
+        << line.text().toStdString();
+    QString strUrl;
+    EXPECT_TRUE(browser.GetURL(strUrl) && strUrl.endsWith(u"Content.htm"_s)) << "the page stays";
+    dialog.findChild<QPushButton*>(u"ok"_s)->click();
+    EXPECT_EQ(dialog.GetLink(), m_disk.Folder.Path(m_disk.NodePath(m_nPage, u"Film.wmv"_s)));
+}
+
 TEST_F(InSiteLinkDialogTest, CancelGivesNothing) {
     CBookNode self(*m_disk.pCourse, m_disk.Store().GetNode(m_nSelf));
     WhenDialogOpens([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });

@@ -1,11 +1,13 @@
 #include "editor/ui/DisplayViews.h"
 
+#include "editor/ui/OfferBar.h"
 #include "foundation/Urls.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 #include "tests/support/WindowHelp.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -70,6 +72,38 @@ TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
         return browser.GetURL(strUrl) && strUrl == u"about:blank"_s;
     }));
     EXPECT_TRUE(m_world.Host.Views.empty());
+}
+
+class CMailCatcher : public QObject {
+    Q_OBJECT
+public:
+    Q_INVOKABLE void Take(const QUrl& url) { Urls.append(url.toString(QUrl::FullyEncoded)); }
+    QStringList Urls;
+};
+
+TEST_F(DisplayViewsTest, WhatAPageOffersDoesNotChangeUnderTheHand) {
+    CMailCatcher mails;
+    QDesktopServices::setUrlHandler(u"mailto"_s, &mails, "Take");
+    QWidget pane;
+    CWebBrowser2Ex browser(&pane);
+    COfferBar bar(&pane);
+    bar.Serve(browser);
+    ShowOnScreen(pane);
+    const QString strMail = u"mailto:li@example.org?subject=a%26b&Attach=/etc/passwd"_s;
+    Q_EMIT browser.NewWindowRequested(strMail, true);
+    const QString strText = bar.text();
+    EXPECT_TRUE(strText.contains(u"li@example.org"_s));
+    Q_EMIT browser.NewWindowRequested(u"http://example.org/"_s, true);
+    EXPECT_EQ(bar.text(), strText);
+    QTest::mouseClick(&bar, Qt::LeftButton);
+    EXPECT_TRUE(bar.isVisible() && mails.Urls.isEmpty()) << "it was meant for what stood there before";
+    QTest::qWait(600);
+    QTest::mousePress(&bar, Qt::LeftButton);
+    Q_EMIT browser.NewWindowRequested(u"http://example.org/"_s, true);
+    QTest::mouseRelease(&bar, Qt::LeftButton);
+    EXPECT_EQ(mails.Urls, QStringList{u"mailto:li@example.org?subject=a%26b"_s});
+    EXPECT_FALSE(bar.isVisible());
+    QDesktopServices::unsetUrlHandler(u"mailto"_s);
 }
 
 TEST_F(DisplayViewsTest, ALinkOfANodeShowsItsPlaceInThePage) {
@@ -200,3 +234,5 @@ TEST_F(FileViewTest, ADownloadSavesAndGoesBack) {
 }
 
 } // namespace
+
+#include "DisplayViewsTest.moc"

@@ -4,6 +4,7 @@
 #include "foundation/Urls.h"
 
 #include <QEventLoop>
+#include <QSignalSpy>
 #include <QTimer>
 
 #include <utility>
@@ -101,6 +102,25 @@ TEST_F(CWebLinks, APlaceIsSteppedToByItsName) {
     EXPECT_TRUE(IsAt(u"a[name]"_s)) << "within the page";
     EXPECT_TRUE(m_browser->ExecuteScript(u"scrollTo(0, 0); document.querySelector('a').click()"_s));
     EXPECT_TRUE(IsAt(u"a[name]"_s)) << "and once more";
+}
+
+TEST_F(CWebLinks, WhatAPageCannotShowIsToldOf) {
+    QSignalSpy wanted(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
+    QSignalSpy missing(m_browser.get(), &CWebBrowser2Ex::LinkMissing);
+    const QString strPage = Torvane::File::PathToDocumentUrl(m_folder.Path(u"course\\N7\\Content.htm"_s));
+    for (const QString& strLink : {u"mailto:li@example.org"_s, u"http://example.org/"_s}) {
+        Follow(strLink);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); })) << strLink.toStdString();
+        EXPECT_EQ(wanted.takeLast().first().toString(), strLink);
+        EXPECT_EQ(Url(), strPage);
+    }
+    for (const QString& strLink : {u"gone.htm#a"_s, u"../n13"_s}) {
+        Follow(strLink);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !missing.isEmpty(); })) << strLink.toStdString();
+        missing.clear();
+        EXPECT_EQ(Url(), strPage);
+    }
+    EXPECT_TRUE(wanted.isEmpty());
 }
 
 TEST_F(CWebLinks, AreFollowedInThePreviewOfAnEditedPageAndNotWhileItIsEdited) {

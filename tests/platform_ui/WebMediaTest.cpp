@@ -98,6 +98,7 @@ TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {
     wanted.clear();
     click("<a href='课 1.wmv' style='display:block;height:200px;background:red'>x</a>");
     EXPECT_TRUE(wanted.wait(5000));
+    EXPECT_TRUE(wanted.value(0).value(1).toBool()) << "by the person";
     wanted.clear();
     click("<embed src='../../elsewhere.wmv' width=320 height=240>");
     EXPECT_FALSE(wanted.wait(500));

@@ -20,6 +20,8 @@ namespace {
 
 /// How long after the program's own script a new window counts as the program's wish.
 constexpr qint64 c_nNewWindowMilliseconds = 5000;
+/// How long after a person's click a link counts as the person's.
+constexpr qint64 c_nClickMilliseconds = 2000;
 
 CAccessRules::EResource ResourceOf(QWebEngineUrlRequestInfo::ResourceType type) {
     switch (type) {
@@ -33,6 +35,14 @@ CAccessRules::EResource ResourceOf(QWebEngineUrlRequestInfo::ResourceType type) 
     default:
         return CAccessRules::EResource::Other;
     }
+}
+
+/// Every other address the engine hands to the desktop, unless the page that is asked refuses.
+bool IsForTheEngine(const QUrl& url) {
+    static const QStringList s_schemes{QStringLiteral("file"),  QStringLiteral("http"),
+                                       QStringLiteral("https"), QStringLiteral("about"),
+                                       QStringLiteral("data"),  QStringLiteral("blob")};
+    return s_schemes.contains(url.scheme());
 }
 
 } // namespace
@@ -77,9 +87,11 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     s.setAttribute(S::NavigateOnDropEnabled, false);
     s.setAttribute(S::WebRTCPublicInterfacesOnly, true);
     s.setAttribute(S::AllowWindowActivationFromJavaScript, false);
-    s.setUnknownUrlSchemePolicy(S::DisallowUnknownUrlSchemes);
+    // The page is asked about them, and refuses them all.
+    s.setUnknownUrlSchemePolicy(S::AllowUnknownUrlSchemesFromUserInteraction);
     RefuseWishes();
     ReportFrames();
+    ReportClicks();
     SettleAtAnchors();
 }
 
@@ -91,6 +103,18 @@ void CSurfacePage::ReportFrames() {
     script.setRunsOnSubFrames(true);
     script.setSourceCode(
         QStringLiteral("if (window !== window.top)\n  console.info('%1');").arg(FrameToken()));
+    scripts().insert(script);
+}
+
+/// The engine calls a link clicked also when a script of the page has clicked it.
+void CSurfacePage::ReportClicks() {
+    QWebEngineScript script;
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(
+        QStringLiteral("addEventListener('click', (e) => e.isTrusted && console.info('%1'), true);")
+            .arg(ClickToken()));
     scripts().insert(script);
 }
 
@@ -158,32 +182,51 @@ void CSurfacePage::ExpectNewWindow() {
 void CSurfacePage::OnNewWindow(const QWebEngineNewWindowRequest& request) {
     const bool bExpected = m_expected.isValid() && m_expected.elapsed() < c_nNewWindowMilliseconds;
     m_expected.invalidate();
-    if ((bExpected || request.isUserInitiated()) && m_guard.Rules().MayOpen(request.requestedUrl()))
-        Q_EMIT WantsNewWindow(request.requestedUrl());
+    if (!bExpected && !request.isUserInitiated())
+        return;
+    if (m_guard.Rules().MayOpen(request.requestedUrl()))
+        Q_EMIT WantsNewWindow(request.requestedUrl(), true);
+    else if (m_guard.Rules().IsMissing(request.requestedUrl()))
+        Q_EMIT LinkMissing(request.requestedUrl());
 }
 
 bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool bMainFrame) {
-    if (m_bProgramLoads && bMainFrame)
+    if (m_bProgramLoads && bMainFrame && IsForTheEngine(url))
         return true;
     // The guard redirects to the letter case of the disk.
     const bool bByLink = type == NavigationTypeLinkClicked || type == NavigationTypeRedirect;
     const bool bMayLead = !m_bEditing || (m_bFollowsLinks && bByLink);
-    if ((bMayLead && bByLink && LeaveToProgram(url)) || (bMainFrame && (!bMayLead || GoToMeant(url))))
+    const bool bByClick = type == NavigationTypeLinkClicked;
+    if ((bMayLead && bByLink && LeaveToProgram(url, bByClick)) ||
+        (bMainFrame && (!bMayLead || GoToMeant(url))))
         return false;
     const auto resource = bMainFrame ? CAccessRules::EResource::MainPage : CAccessRules::EResource::Frame;
     const bool bAllowed = m_guard.Rules().Judge(url, resource).Kind != CAccessRules::SVerdict::EKind::Refuse;
-    if (!bAllowed && type == NavigationTypeLinkClicked && m_guard.Rules().MayOpen(url))
-        Q_EMIT WantsNewWindow(url);
-    return bAllowed;
+    if (!bAllowed && bByClick)
+        TellOfRefused(url);
+    return bAllowed && IsForTheEngine(url);
+}
+
+void CSurfacePage::TellOfRefused(const QUrl& url) {
+    if (m_guard.Rules().MayOpen(url))
+        Q_EMIT WantsNewWindow(url, TakeClick());
+    else if (m_guard.Rules().IsMissing(url) && TakeClick())
+        Q_EMIT LinkMissing(url);
+}
+
+bool CSurfacePage::TakeClick() {
+    const bool bClicked = m_clicked.isValid() && m_clicked.elapsed() < c_nClickMilliseconds;
+    m_clicked.invalidate();
+    return bClicked;
 }
 
 /// A link to a file that the engine would only offer to download is the program's.
-bool CSurfacePage::LeaveToProgram(const QUrl& url) {
+bool CSurfacePage::LeaveToProgram(const QUrl& url, bool bByClick) {
     const QUrl meant = SurfaceUrls::MeantByLink(url);
     if (!meant.isLocalFile() || MediaKinds::OfFile(meant.path()).Way == MediaKinds::EWay::Browser ||
         !m_guard.Rules().MayOpen(meant))
         return false;
-    Q_EMIT WantsNewWindow(meant);
+    Q_EMIT WantsNewWindow(meant, bByClick && TakeClick());
     return true;
 }
 
@@ -219,6 +262,8 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
                                             const QString&) {
     if (strText == m_strToken)
         Q_EMIT CaretMoved();
+    else if (strText == ClickToken())
+        m_clicked.start();
     else if (strText == FrameToken())
         Q_EMIT FrameShown();
     else if (strText == m_strToken + QStringLiteral("-paste"))
@@ -234,7 +279,7 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
 void CSurfacePage::TellMedium(const QUrl& url) {
     // Of a file that isn't there the person is told so.
     if (m_guard.Rules().MayOpen(url) || (url.isLocalFile() && SurfaceUrls::FindOnDisk(url).isEmpty()))
-        Q_EMIT WantsNewWindow(url);
+        Q_EMIT WantsNewWindow(url, true);
 }
 
 QStringList CSurfacePage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {

@@ -48,7 +48,10 @@ Q_SIGNALS:
     void WantsPaste(IWebEngine::EPaste what);
     /// A frame of the page shows another document.
     void FrameShown();
-    void WantsNewWindow(const QUrl& url);
+    /// bByPerson: the person has clicked for it; else it is the page's own wish.
+    void WantsNewWindow(const QUrl& url, bool bByPerson);
+    /// The person has clicked on a link to a file of the course that isn't there.
+    void LinkMissing(const QUrl& url);
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool bMainFrame) override;
@@ -64,9 +67,14 @@ protected:
 private:
     void RefuseWishes();
     void ReportFrames();
+    void ReportClicks();
     void SettleAtAnchors();
-    bool LeaveToProgram(const QUrl& url);
+    bool LeaveToProgram(const QUrl& url, bool bByClick);
+    void TellOfRefused(const QUrl& url);
+    /// True once, shortly after the person has clicked in the page.
+    bool TakeClick();
     bool GoToMeant(const QUrl& url);
+    QString ClickToken() const { return m_strToken + QStringLiteral("-click"); }
     QString FrameToken() const { return m_strToken + QStringLiteral("-frame"); }
     /// Before the URL of a medium that the person clicked on.
     QString MediaToken() const { return m_strToken + QStringLiteral("-media "); }
@@ -76,6 +84,7 @@ private:
     CRequestGuard& m_guard;
     QString m_strToken;
     QElapsedTimer m_expected;
+    QElapsedTimer m_clicked;
     bool m_bEditing = false;
     bool m_bFollowsLinks = false;
     bool m_bProgramLoads = false;

@@ -190,9 +190,16 @@ void CWebEngine::ConnectPage() {
         Qt::QueuedConnection);
     connect(
         m_pPage.get(), &CSurfacePage::WantsNewWindow, this,
-        [this](const QUrl& url) {
+        [this](const QUrl& url, bool bByPerson) {
             if (OnNewWindow)
-                OnNewWindow(url);
+                OnNewWindow(url, bByPerson);
+        },
+        Qt::QueuedConnection);
+    connect(
+        m_pPage.get(), &CSurfacePage::LinkMissing, this,
+        [this](const QUrl& url) {
+            if (OnLinkMissing)
+                OnLinkMissing(url);
         },
         Qt::QueuedConnection);
     const auto tellMoved = [this] {

@@ -1,0 +1,88 @@
+#include "editor/ui/OfferBar.h"
+
+#include "editor/Texts.h"
+#include "platform/base/NativePath.h"
+#include "platform/ui/SurfaceUrls.h"
+#include "platform/ui/WebBrowser.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+#include <QUrlQuery>
+
+namespace {
+
+constexpr int c_nShownWidth = 600;
+/// Nobody reads faster. For that long a page can't change what is offered, and a click that was meant for
+/// what stood there before opens nothing.
+constexpr qint64 c_nSettleMs = 500;
+const QLatin1StringView c_strMail("mailto");
+
+/// Mail programs attach files that an address names.
+QUrl WithoutAttachments(const QUrl& mail) {
+    const QUrlQuery asked(mail);
+    QUrlQuery kept;
+    for (const auto& [strName, strValue] : asked.queryItems(QUrl::FullyEncoded)) {
+        const QString strLower = strName.toLower();
+        if (strLower == QLatin1StringView("subject") || strLower == QLatin1StringView("body"))
+            kept.addQueryItem(strName, strValue);
+    }
+    QUrl url = mail;
+    url.setQuery(kept);
+    return url;
+}
+
+} // namespace
+
+COfferBar::COfferBar(QWidget* pParent) : QPushButton(pParent) {
+    setObjectName(QStringLiteral("openOutside"));
+    hide();
+    connect(this, &QPushButton::clicked, this, &COfferBar::Take);
+}
+
+void COfferBar::Serve(CWebBrowser2Ex& surface) {
+    connect(&surface, &CWebBrowser2Ex::NewWindowRequested, this,
+            [this](const QString& strUrl, bool bByPerson) {
+                if (bByPerson && QUrl(strUrl).isLocalFile())
+                    Q_EMIT FileWanted(strUrl);
+                else
+                    Offer(strUrl);
+            });
+    connect(&surface, &CWebBrowser2Ex::LinkMissing, this, [this](const QString& strPath) {
+        Show(EditorTexts::c_strLinkMissing, Platform::ToShown(strPath), {});
+    });
+}
+
+void COfferBar::Offer(const QString& strUrl) {
+    const QUrl url(strUrl);
+    const QString strPath = SurfaceUrls::UrlToPath(url);
+    if (!strPath.isEmpty())
+        Show(EditorTexts::c_strOpenOfPage, Platform::ToShown(strPath), strUrl);
+    else if (url.scheme() == c_strMail)
+        Show(EditorTexts::c_strWriteMail, url.path(), strUrl);
+    else
+        Show(EditorTexts::c_strOpenOutside, url.toDisplayString(), strUrl);
+}
+
+void COfferBar::Show(const QString& strText, const QString& strOf, const QString& strUrl) {
+    const bool bSettling = m_changed.isValid() && m_changed.elapsed() < c_nSettleMs;
+    if (!isHidden() && (isDown() || bSettling || (toolTip() == strOf.toHtmlEscaped() && m_strUrl == strUrl)))
+        return;
+    m_changed.start();
+    m_strUrl = strUrl;
+    const QString strShown = fontMetrics().elidedText(strOf, Qt::ElideMiddle, c_nShownWidth);
+    setText(strText.arg(QString(strShown).replace(u'&', QStringLiteral("&&"))));
+    setToolTip(strOf.toHtmlEscaped());
+    show();
+}
+
+void COfferBar::Take() {
+    if (m_changed.elapsed() < c_nSettleMs)
+        return;
+    hide();
+    const QUrl url(m_strUrl);
+    if (url.isLocalFile())
+        Q_EMIT FileWanted(m_strUrl);
+    else if (!m_strUrl.isEmpty() &&
+             !QDesktopServices::openUrl(url.scheme() == c_strMail ? WithoutAttachments(url) : url))
+        Q_EMIT NotOpened(url.toDisplayString());
+}
