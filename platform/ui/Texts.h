@@ -33,6 +33,7 @@ inline const QString c_strNoEngine =
 inline const QString c_strPageMissing = QStringLiteral("对不起，找不到要显示的文件：");
 inline const QString c_strPageFailed = QStringLiteral("对不起，无法显示该页面：");
 inline const QString c_strPageTimeOut = QStringLiteral("对不起，打开该页面超时：");
+inline const QString c_strPageOpening = QStringLiteral("正在打开网页，请稍候：");
 inline const QString c_strNoNetwork = QStringLiteral("该页面位于网络上，现在不允许访问网络：");
 
 // The player, and what stands in its place for a file that nothing here shows.

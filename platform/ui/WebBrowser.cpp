@@ -27,6 +27,8 @@ namespace {
 constexpr int c_nScriptMilliseconds = 10000;
 constexpr int c_nLoadMilliseconds = 30000;
 constexpr int c_nRetryMilliseconds = 50;
+constexpr int c_nNoteMilliseconds = 300;
+constexpr int c_nNoteMargin = 24;
 constexpr int c_nMaxTableSize = 1000;
 const QLatin1String c_strBlank("about:blank");
 /// As the parser makes it of a text without a document's tags: without a document type.
@@ -194,10 +196,51 @@ bool CWebBrowser2Ex::ShowFailure(const QString& strText) {
     return false;
 }
 
+bool CWebBrowser2Ex::BeginWebPage(const QUrl& url) {
+    m_waiting = url;
+    QTimer::singleShot(c_nNoteMilliseconds, this, [this, url] {
+        if (m_waiting == url)
+            ShowNote(UiTexts::c_strPageOpening, url.toDisplayString());
+    });
+    return m_pEngine->Begin(url, c_nLoadMilliseconds, [this, url](const SEngineAnswer& answer) {
+        m_waiting.clear();
+        m_bPageLoaded = IsTrue(answer);
+        const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
+        if (m_bPageLoaded)
+            ShowNote({});
+        else
+            ShowNote(bLate ? UiTexts::c_strPageTimeOut : UiTexts::c_strPageFailed, url.toDisplayString());
+        Q_EMIT NavigateComplete2();
+    });
+}
+
+void CWebBrowser2Ex::ShowNote(const QString& strText, const QString& strUrl) {
+    if (m_pNote == nullptr && !strText.isEmpty()) {
+        m_pNote = new QLabel(this);
+        m_pNote->setObjectName(QStringLiteral("webNote"));
+        m_pNote->setTextFormat(Qt::PlainText);
+        m_pNote->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        m_pNote->setMargin(c_nNoteMargin);
+        m_pNote->setBackgroundRole(QPalette::Base);
+        m_pNote->setForegroundRole(QPalette::Text);
+        m_pNote->setAutoFillBackground(true);
+    }
+    if (m_pNote == nullptr)
+        return;
+    const QString strShown = fontMetrics().elidedText(strUrl, Qt::ElideMiddle, width() - 2 * c_nNoteMargin);
+    m_pNote->setText(strText + u'\n' + strShown);
+    m_pNote->setToolTip(strUrl.toHtmlEscaped());
+    m_pNote->setGeometry(rect());
+    m_pNote->setVisible(!strText.isEmpty());
+    m_pNote->raise();
+}
+
 bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     const QUrl url = SurfaceUrls::EngineUrl(strUrl);
     const bool bWebPage = IsWebUrl(url);
     m_bPageLoaded = false;
+    m_waiting.clear();
+    ShowNote({});
     ApplyAccess(bWebPage);
     if (!url.isValid())
         return ShowFailure(UiTexts::c_strPageFailed + u'\n' + strUrl);
@@ -205,6 +248,8 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
         return ShowFailure(UiTexts::c_strPageMissing + u'\n' + Platform::ToNativeExact(url.toLocalFile()));
     if (bWebPage && !m_bNetwork)
         return ShowFailure(UiTexts::c_strNoNetwork + u'\n' + url.toString());
+    if (bWebPage)
+        return BeginWebPage(url);
     const QPointer<CWebBrowser2Ex> pAlive(this);
     // The engine takes a step to another place in the same page for no load at all.
     const auto bare = [](const QUrl& full) { return full.adjusted(QUrl::RemoveFragment); };
@@ -213,7 +258,7 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
         if (!pAlive)
             return false;
     }
-    const std::optional<QString> bodyText = m_bEditing && !bWebPage ? BodyTextOf(url) : std::nullopt;
+    const std::optional<QString> bodyText = m_bEditing ? BodyTextOf(url) : std::nullopt;
     const SEngineAnswer answer = bodyText
                                      ? m_pEngine->LoadDocument(c_strEmptyDocument, url, c_nLoadMilliseconds)
                                      : m_pEngine->Load(url, c_nLoadMilliseconds);
@@ -307,7 +352,10 @@ bool CWebBrowser2Ex::SetBrowserDesignMode(bool bOn) {
 }
 
 bool CWebBrowser2Ex::GetURL(QString& strUrl) {
-    strUrl = m_bPageLoaded ? SurfaceUrls::DocumentUrl(m_pEngine->Url()) : QString(c_strBlank);
+    if (m_bPageLoaded)
+        strUrl = SurfaceUrls::DocumentUrl(m_pEngine->Url());
+    else
+        strUrl = m_waiting.isEmpty() ? QString(c_strBlank) : SurfaceUrls::DocumentUrl(m_waiting);
     return true;
 }
 
@@ -596,6 +644,8 @@ void CWebBrowser2Ex::resizeEvent(QResizeEvent* pEvent) {
         m_pEngine->Widget()->setGeometry(rect());
     if (m_pMissing)
         m_pMissing->setGeometry(rect());
+    if (m_pNote)
+        m_pNote->setGeometry(rect());
 }
 
 void CWebBrowser2Ex::focusInEvent(QFocusEvent* pEvent) {

@@ -54,9 +54,13 @@ public:
     /// surface that is set to editing, because it is only looked at. Holds from the next navigation on.
     void SetMediaReplaced(bool bReplaced) { m_bReplaceMedia = bReplaced; }
 
-    /// Loads a path, a file or web URL or "about:blank" and returns when loading has ended. False when it
-    /// failed or the time limit passed; the surface then shows a page that says so, and GetURL gives
-    /// "about:blank".
+    /// Loads a path, a file URL or "about:blank" and returns when loading has ended, or when of a page that
+    /// isn't edited only pictures and the like fail to come. False when it failed or the time limit passed;
+    /// the surface then shows a page that says so, and GetURL gives "about:blank".
+    ///
+    /// A web address is only begun, since its server may take its time: true, and GetURL gives the address.
+    /// NavigateComplete2 comes when its page shows, or a text that says why it doesn't. Until then the other
+    /// calls fail as without a page.
     bool NavigateAndWait(const QString& strUrl);
     /// Shows this text as the body of the page with that path, which loads first unless it stands there.
     /// Returns when the text's beginning is there: the rest of a long one follows from the event loop, and is
@@ -187,12 +191,18 @@ private:
     /// Replaces the body's text, with its local references in the one form.
     bool PutBody(const QString& strFunction, const QString& strHtml);
     bool ShowFailure(const QString& strText);
+    bool BeginWebPage(const QUrl& url);
+    /// A text in front of the engine's view; none for an empty one.
+    void ShowNote(const QString& strText, const QString& strUrl = {});
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();
     void PasteWhenFree(const std::function<SPastedData()>& read, std::optional<QPoint> place = {});
 
     std::unique_ptr<IWebEngine> m_pEngine;
     QLabel* m_pMissing = nullptr;
+    QLabel* m_pNote = nullptr;
+    /// The page of the web that has been begun and isn't there yet.
+    QUrl m_waiting;
     QStringList m_allowedFolders;
     bool m_bEditing = false;
     bool m_bNetwork = false;

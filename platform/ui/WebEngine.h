@@ -60,6 +60,11 @@ public:
 
     /// Loads and waits; false when the load failed.
     virtual SEngineAnswer Load(const QUrl& url, int nMilliseconds) = 0;
+    /// Begins to load and doesn't wait. Told once from the event loop: true as soon as a document of the load
+    /// is there, false when it failed before, TimeOut behind the limit, Gone when the page's process ended.
+    /// Nothing is told when another load takes its place. False when refused.
+    virtual bool Begin(const QUrl& url, int nMilliseconds,
+                       std::function<void(const SEngineAnswer&)> told) = 0;
     /// Loads this document, of at most c_nMaxDocument characters, as if it stood at the URL, and waits.
     virtual SEngineAnswer LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) = 0;
     static constexpr qsizetype c_nMaxDocument = 200'000;

@@ -185,26 +185,10 @@ const QStringList c_refusedAnyway{u"EventSource"_s, u"frame of data"_s,       u"
                                   u"xml entity"_s,  u"xslt document()"_s};
 /// Tries to send that a page of the web has no luck with either: the engine hasn't them, or asks the program,
 /// which is another test's.
-const QStringList c_unsentAnyway{u"svg use"_s,
-                                 u"form, into a window"_s,
-                                 u"link, followed"_s,
-                                 u"link, ping"_s,
-                                 u"window.open"_s,
-                                 u"prerender"_s,
-                                 u"preconnect"_s,
-                                 u"dns-prefetch"_s,
-                                 u"manifest"_s,
-                                 u"shared worker"_s,
-                                 u"service worker"_s,
-                                 u"WebTransport"_s,
-                                 u"WebTransport of a worker"_s,
-                                 u"payment"_s,
-                                 u"credential"_s,
-                                 u"notification"_s,
-                                 u"media session"_s,
-                                 u"portal"_s,
-                                 u"fencedframe"_s,
-                                 u"policy report"_s};
+const QStringList c_unsentAnyway{u"svg use"_s,       u"form, into a window"_s, u"link, followed"_s,
+                                 u"link, ping"_s,    u"window.open"_s,         u"prerender"_s,
+                                 u"preconnect"_s,    u"dns-prefetch"_s,        u"manifest"_s,
+                                 u"shared worker"_s, u"service worker"_s,      u"policy report"_s};
 
 } // namespace
 
@@ -297,7 +281,9 @@ TEST_F(CWebAttack, Sending) {
         [&] {
             other.SetNetworkAllowed(true);
             other.show();
-            return other.NavigateAndWait(m_site.Url(u"data/s.txt"_s)) && ofCourse();
+            QString strHtml;
+            return other.NavigateAndWait(m_site.Url(u"data/s.txt"_s)) &&
+                   QTest::qWaitFor([&] { return other.GetBrowserBodyInnerHTML(strHtml); }) && ofCourse();
         },
         [&] {
             WriteJob(strJob.arg(u"true"_s));

@@ -1,6 +1,22 @@
 #include "platform/ui/engine/BlockingCall.h"
 
+#include <QCursor>
+#include <QGuiApplication>
 #include <QTimer>
+
+namespace {
+
+constexpr int c_nCursorMilliseconds = 500;
+
+/// The wait cursor, until it goes.
+class CWaitCursor {
+public:
+    CWaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~CWaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    Q_DISABLE_COPY_MOVE(CWaitCursor)
+};
+
+} // namespace
 
 void CBlockingCall::Finish(SEngineAnswer answer) {
     if (m_bDone)
@@ -15,6 +31,11 @@ SEngineAnswer CBlockingCall::Wait(const std::shared_ptr<CBlockingCall>& pCall, i
     QTimer::singleShot(nMilliseconds, pCall->Context(), [pWeak = std::weak_ptr(pCall)] {
         if (const auto pSelf = pWeak.lock())
             pSelf->Finish({EState::TimeOut, {}, {}});
+    });
+    std::unique_ptr<CWaitCursor> pCursor;
+    QTimer::singleShot(c_nCursorMilliseconds, pCall->Context(), [pWeak = std::weak_ptr(pCall), &pCursor] {
+        if (const auto pSelf = pWeak.lock(); pSelf && !pSelf->m_bDone)
+            pCursor = std::make_unique<CWaitCursor>();
     });
     if (!pCall->m_bDone)
         pCall->m_loop.exec(QEventLoop::ExcludeUserInputEvents);

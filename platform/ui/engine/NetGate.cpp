@@ -1,5 +1,7 @@
 #include "platform/ui/engine/NetGate.h"
 
+#include "foundation/Proxy.h"
+
 #include <QHostAddress>
 #include <QNetworkProxy>
 #include <QPointer>
@@ -8,7 +10,7 @@
 #include <QUrl>
 #include <QtEndian>
 
-#include <algorithm>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -20,6 +22,9 @@ constexpr char c_cGranted = 0, c_cRefused = 2, c_cUnreachable = 4;
 constexpr qint64 c_nMaxWaiting = 1024 * 1024;
 /// A connection that has not said by then where it wants to is none of the engine's.
 constexpr int c_nGreetingMilliseconds = 10000;
+
+/// Of a proxy that names none; as the program's own transfers take it.
+constexpr quint16 c_nProxyPort = 1080;
 
 using SPlace = CNetGate::SPlace;
 
@@ -47,6 +52,20 @@ std::optional<SPlace> ReadWish(QTcpSocket& client) {
         place.strHost = QHostAddress(reinterpret_cast<const quint8*>(pHost)).toString();
     client.read(nStart + nHost + 2);
     return place;
+}
+
+/// The proxy that leads to a place, as the environment names it: with or without a scheme, a name and a
+/// password. One that isn't known as any leads nowhere, as for the program's own transfers.
+QNetworkProxy ProxyTo(const QByteArray& scheme, const SPlace& place) {
+    const QString strHost = place.strHost.contains(u':') ? u'[' + place.strHost + u']' : place.strHost;
+    const QByteArray address = Torvane::Net::ProxyFor(scheme, strHost.toLatin1()).Address;
+    if (address.isEmpty())
+        return QNetworkProxy::NoProxy;
+    const QUrl url(QString::fromUtf8(address.contains("://") ? address : "http://" + address));
+    const bool bSocks = url.scheme().startsWith(QLatin1String("socks"));
+    return {bSocks ? QNetworkProxy::Socks5Proxy : QNetworkProxy::HttpProxy, url.host(),
+            quint16(url.port(c_nProxyPort)), url.userName(QUrl::FullyDecoded),
+            url.password(QUrl::FullyDecoded)};
 }
 
 void Reply(QTcpSocket& client, char cAnswer) {
@@ -91,16 +110,19 @@ void CNetGate::Allow(const void* pOwner, const QUrl& url) {
     const bool bSecure = url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("wss");
     // An address of the sixth version stands in brackets in a URL alone, where host() leaves them out.
     const SPlace place{url.host(QUrl::FullyEncoded), quint16(url.port(bSecure ? 443 : 80))};
-    m_allowed[pOwner].insert(place.Name());
+    m_allowed[pOwner].insert(place.Name(), bSecure ? "https" : "http");
 }
 
 void CNetGate::Withdraw(const void* pOwner) {
     m_allowed.remove(pOwner);
 }
 
-bool CNetGate::IsAllowed(const QString& strPlace) const {
-    return std::any_of(m_allowed.begin(), m_allowed.end(),
-                       [&](const QSet<QString>& places) { return places.contains(strPlace); });
+QByteArray CNetGate::AllowedScheme(const QString& strPlace) const {
+    for (const auto& places : m_allowed) {
+        if (places.contains(strPlace))
+            return places.value(strPlace);
+    }
+    return {};
 }
 
 /// The client names the ways in which it can prove itself, and is told that it need not.
@@ -130,20 +152,23 @@ void CNetGate::Greet(QTcpSocket* pClient) {
 }
 
 void CNetGate::Connect(QTcpSocket* pClient, const SPlace& place) {
-    if (!IsAllowed(place.Name())) {
+    const QByteArray scheme = AllowedScheme(place.Name());
+    if (scheme.isEmpty()) {
         Reply(*pClient, c_cRefused);
         pClient->disconnectFromHost();
         return;
     }
     auto* pFar = new QTcpSocket(pClient);
-    pFar->setProxy(QNetworkProxy::NoProxy);
-    connect(pFar, &QTcpSocket::connected, pClient, [pClient, pFar] {
+    pFar->setProxy(ProxyTo(scheme, place));
+    const auto pConnected = std::make_shared<bool>(false);
+    connect(pFar, &QTcpSocket::connected, pClient, [pClient, pFar, pConnected] {
+        *pConnected = true;
         Reply(*pClient, c_cGranted);
         Carry(pClient, pFar);
         Carry(pFar, pClient);
     });
-    connect(pFar, &QTcpSocket::errorOccurred, pClient, [pClient, pFar] {
-        if (pFar->state() != QAbstractSocket::ConnectedState && pFar->peerAddress().isNull())
+    connect(pFar, &QTcpSocket::errorOccurred, pClient, [pClient, pConnected] {
+        if (!*pConnected)
             Reply(*pClient, c_cUnreachable);
         pClient->disconnectFromHost();
     });

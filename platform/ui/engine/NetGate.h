@@ -1,14 +1,14 @@
 #pragma once
 
 #include <QHash>
-#include <QSet>
 #include <QTcpServer>
 
 class QTcpSocket;
 
 /// The one way of the engine to the network: a SOCKS proxy of this process, which leads on to places that the
 /// guard of a page has let through, and to no other. A page can open connections that no guard sees (calls,
-/// hints, what a later engine may bring); all of them come here.
+/// hints, what a later engine may bring); all of them come here. Where the environment names a proxy, the way
+/// leads on through that one.
 class CNetGate : public QTcpServer {
     Q_OBJECT
 public:
@@ -30,7 +30,9 @@ private:
     CNetGate();
     void Greet(QTcpSocket* pClient);
     void Connect(QTcpSocket* pClient, const SPlace& place);
-    bool IsAllowed(const QString& strPlace) const;
+    /// The scheme by which the place was let through; empty when it wasn't.
+    QByteArray AllowedScheme(const QString& strPlace) const;
 
-    QHash<const void*, QSet<QString>> m_allowed;
+    /// Names of places, each with its scheme for a proxy.
+    QHash<const void*, QHash<QString, QByteArray>> m_allowed;
 };

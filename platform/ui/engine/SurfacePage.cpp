@@ -92,6 +92,7 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     RefuseWishes();
     ReportFrames();
     ReportClicks();
+    ReportBeginnings();
     SettleAtAnchors();
 }
 
@@ -115,6 +116,16 @@ void CSurfacePage::ReportClicks() {
     script.setSourceCode(
         QStringLiteral("addEventListener('click', (e) => e.isTrusted && console.info('%1'), true);")
             .arg(ClickToken()));
+    scripts().insert(script);
+}
+
+/// The engine tells when it has all of a page, which may be never. Its own page about a failure is none.
+void CSurfacePage::ReportBeginnings() {
+    QWebEngineScript script;
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setSourceCode(QStringLiteral("if (/^https?:$/.test(location.protocol))\n  console.info('%1');")
+                             .arg(BeginningToken()));
     scripts().insert(script);
 }
 
@@ -266,6 +277,8 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
         m_clicked.start();
     else if (strText == FrameToken())
         Q_EMIT FrameShown();
+    else if (strText == BeginningToken())
+        Q_EMIT Begun();
     else if (strText == m_strToken + QStringLiteral("-paste"))
         Q_EMIT WantsPaste(IWebEngine::EPaste::All);
     else if (strText == m_strToken + QStringLiteral("-paste-text"))

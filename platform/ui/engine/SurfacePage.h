@@ -52,6 +52,8 @@ Q_SIGNALS:
     void WantsNewWindow(const QUrl& url, bool bByPerson);
     /// The person has clicked on a link to a file of the course that isn't there.
     void LinkMissing(const QUrl& url);
+    /// A document of the web is there, though perhaps not yet the whole of it.
+    void Begun();
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool bMainFrame) override;
@@ -68,6 +70,7 @@ private:
     void RefuseWishes();
     void ReportFrames();
     void ReportClicks();
+    void ReportBeginnings();
     void SettleAtAnchors();
     bool LeaveToProgram(const QUrl& url, bool bByClick);
     void TellOfRefused(const QUrl& url);
@@ -76,6 +79,7 @@ private:
     bool GoToMeant(const QUrl& url);
     QString ClickToken() const { return m_strToken + QStringLiteral("-click"); }
     QString FrameToken() const { return m_strToken + QStringLiteral("-frame"); }
+    QString BeginningToken() const { return m_strToken + QStringLiteral("-begun"); }
     /// Before the URL of a medium that the person clicked on.
     QString MediaToken() const { return m_strToken + QStringLiteral("-media "); }
     void TellMedium(const QUrl& url);

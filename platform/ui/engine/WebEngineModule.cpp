@@ -25,8 +25,11 @@ using EState = SEngineAnswer::EState;
 constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
 constexpr qreal c_dZoomStep = 0.1;
-/// While a page of the disk loads it is asked as often as this, and given up after two askings in vain.
-constexpr int c_nAliveMilliseconds = 3000;
+/// While a page of the disk loads it is asked as often as this how far it is. It is given up after so many
+/// times without an answer, and taken as it stands when all but what it shows has been there for so long.
+constexpr int c_nAliveMilliseconds = 1000;
+constexpr int c_nMaxUnanswered = 8;
+constexpr int c_nMaxInteractive = 2;
 
 QString ScriptFile(QLatin1StringView strName) {
     QFile file(QStringLiteral(":/vorel/") + strName + QStringLiteral(".js"));
@@ -163,6 +166,7 @@ void CWebEngine::RenewPage(bool bOtherProfile) {
         pOldProfile = std::move(m_pProfile);
         MakeProfile();
     }
+    m_pBegun.reset();
     const bool bHadFocus = m_pView->isAncestorOf(QApplication::focusWidget()) || m_pView->hasFocus();
     auto pFresh = std::make_unique<CSurfacePage>(m_pProfile.get(), *m_pGuard, nullptr);
     if (m_pPage)
@@ -241,17 +245,32 @@ std::shared_ptr<CBlockingCall> CWebEngine::BeginCall() {
     return pCall;
 }
 
-/// A page whose script runs on at loading would let the call wait to its limit.
+/// A page whose script runs on at loading would let the call wait to its limit, and so would one with a
+/// picture of the web that never comes.
 void CWebEngine::WatchWhileLoading(const std::shared_ptr<CBlockingCall>& pCall) {
-    const auto nUnanswered = std::make_shared<int>(0);
+    struct SAskings {
+        int nUnanswered = 0;
+        int nInteractive = 0;
+    };
+    const auto pAskings = std::make_shared<SAskings>();
     auto* pTimer = new QTimer(pCall->Context());
     connect(pTimer, &QTimer::timeout, m_pPage.get(),
-            [pWeak = std::weak_ptr(pCall), nUnanswered, pPage = m_pPage.get()] {
-                if (const auto pSelf = pWeak.lock(); pSelf && *nUnanswered >= 2)
+            [pWeak = std::weak_ptr(pCall), pAskings, pPage = m_pPage.get()] {
+                const auto pSelf = pWeak.lock();
+                if (pSelf && pAskings->nUnanswered >= c_nMaxUnanswered)
                     return pSelf->Finish({EState::TimeOut, {}, {}});
-                if (++*nUnanswered == 1)
-                    pPage->runJavaScript(QStringLiteral("''"), QWebEngineScript::ApplicationWorld,
-                                         [nUnanswered](const QVariant&) { *nUnanswered = 0; });
+                if (++pAskings->nUnanswered > 1)
+                    return;
+                pPage->runJavaScript(QStringLiteral("location.protocol + document.readyState"),
+                                     QWebEngineScript::ApplicationWorld,
+                                     [pWeak, pAskings](const QVariant& state) {
+                                         pAskings->nUnanswered = 0;
+                                         const bool bThere = state.toString() == u"file:interactive";
+                                         pAskings->nInteractive = bThere ? pAskings->nInteractive + 1 : 0;
+                                         if (const auto pLoad = pWeak.lock();
+                                             pLoad && pAskings->nInteractive >= c_nMaxInteractive)
+                                             pLoad->Finish({EState::Value, true, {}});
+                                     });
             });
     pTimer->start(c_nAliveMilliseconds);
 }
@@ -261,6 +280,7 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
     const auto pCall = BeginCall();
     if (!pCall)
         return {EState::Busy, {}, {}};
+    m_pBegun.reset();
     CSurfacePage& page = *m_pPage;
     const auto bStarted = std::make_shared<bool>(false);
     connect(&page, &QWebEnginePage::loadingChanged, pCall->Context(),
@@ -287,10 +307,8 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
     return answer;
 }
 
-SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start,
-                                 int nMilliseconds) {
-    if (m_pCall.lock())
-        return {EState::Busy, {}, {}};
+void CWebEngine::PreparePage(const QUrl& url) {
+    m_pBegun.reset();
     // A page that could run scripts may hold up whatever comes after it in its process. The first page takes
     // what was made with the view.
     const bool bOtherAccess = m_pageAccess && *m_pageAccess != m_access;
@@ -304,6 +322,13 @@ SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurf
     m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
     m_pView->SetEditing(m_access.bEditing);
     m_pPage->SetMediaReplaced(m_access.bReplaceMedia);
+}
+
+SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start,
+                                 int nMilliseconds) {
+    if (m_pCall.lock())
+        return {EState::Busy, {}, {}};
+    PreparePage(url);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = LoadWith(start, url, nMilliseconds);
     if (pAlive && m_access.bEditing && answer.HasValue())
@@ -314,6 +339,42 @@ SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurf
 SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
     return LoadAt(
         url, [url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
+}
+
+bool CWebEngine::Begin(const QUrl& url, int nMilliseconds, std::function<void(const SEngineAnswer&)> told) {
+    if (m_pCall.lock())
+        return false;
+    PreparePage(url);
+    m_pBegun = std::make_unique<QObject>();
+    QObject* const pContext = m_pBegun.get();
+    CSurfacePage* const pPage = m_pPage.get();
+    const auto finish = [this, pContext, told = std::move(told)](const SEngineAnswer& answer) {
+        if (m_pBegun.get() != pContext)
+            return;
+        m_pBegun.release()->deleteLater();
+        m_pPage->SetProgramLoads(false);
+        told(answer);
+    };
+    const auto finishLater = [pContext, finish](const SEngineAnswer& answer) {
+        QMetaObject::invokeMethod(
+            pContext, [finish, answer] { finish(answer); }, Qt::QueuedConnection);
+    };
+    connect(pPage, &CSurfacePage::Begun, pContext, [finishLater] { finishLater({EState::Value, true, {}}); });
+    connect(
+        pPage, &QWebEnginePage::loadingChanged, pContext, [finishLater](const QWebEngineLoadingInfo& info) {
+            if (info.status() != QWebEngineLoadingInfo::LoadStartedStatus)
+                finishLater({EState::Value, info.status() == QWebEngineLoadingInfo::LoadSucceededStatus, {}});
+        });
+    connect(pPage, &QWebEnginePage::renderProcessTerminated, pContext, [finishLater] {
+        finishLater({EState::Gone, {}, {}});
+    });
+    QTimer::singleShot(nMilliseconds, pContext, [pPage, finishLater] {
+        finishLater({EState::TimeOut, {}, {}});
+        pPage->triggerAction(QWebEnginePage::Stop);
+    });
+    pPage->SetProgramLoads(true);
+    pPage->load(url);
+    return true;
 }
 
 SEngineAnswer CWebEngine::LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) {

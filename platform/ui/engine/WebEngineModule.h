@@ -40,6 +40,7 @@ public:
     QWidget* Widget() override;
     void SetAccess(const SEngineAccess& access) override;
     SEngineAnswer Load(const QUrl& url, int nMilliseconds) override;
+    bool Begin(const QUrl& url, int nMilliseconds, std::function<void(const SEngineAnswer&)> told) override;
     SEngineAnswer LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) override;
     SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) override;
     SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) override;
@@ -56,6 +57,7 @@ private:
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();
     void WatchWhileLoading(const std::shared_ptr<CBlockingCall>& pCall);
+    void PreparePage(const QUrl& url);
     SEngineAnswer LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start, int nMilliseconds);
     SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
                            int nMilliseconds);
@@ -74,4 +76,6 @@ private:
     bool m_bPageHadScripts = false;
     QTimer m_caretTimer;
     std::weak_ptr<CBlockingCall> m_pCall;
+    /// While a load runs that nobody waits for; what would tell its end is connected to this.
+    std::unique_ptr<QObject> m_pBegun;
 };

@@ -1,0 +1,132 @@
+// The same hostile page in every surface of the program, with a table of what became of its tries.
+#include "content/ui/InSiteLinkDialog.h"
+#include "editor/ui/ContentWindow.h"
+#include "editor/ui/DisplayViews.h"
+#include "tests/editor_ui/EditorFixture.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QScreen>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTreeView>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// %1 is the URL of a folder outside the course, %2 that of a server.
+const QString c_strHostile = uR"(<p id=a>page</p><img src="%2img"><iframe src="%1out.htm"></iframe>
+<iframe src="inside.htm"></iframe><pre id=out></pre><script>(async () => {
+const got = {ran: 'yes'};
+const read = async (u) => { try { return await (await fetch(u)).text(); } catch (e) { return ''; } };
+got.inside = await read('inside.htm');
+got.fetch = await read('%1out.htm');
+got.picture = await new Promise((done) => {
+  const image = new Image;
+  image.onload = () => {
+    const pen = document.createElement('canvas').getContext('2d');
+    pen.drawImage(image, 0, 0);
+    try { done(String(pen.getImageData(1, 1, 1, 1).data)); } catch (e) { done('shown only'); }
+  };
+  image.onerror = () => done('');
+  image.src = '%1out.png';
+});
+got.open = window.open('inside.htm') ? 'opened' : '';
+window.close();
+for (let i = 0; i < 300; ++i) alert(i);
+fetch('%2fetch', {mode: 'no-cors'});
+navigator.sendBeacon('%2beacon', 'x');
+document.getElementById('out').textContent = JSON.stringify(got);
+})();</script>)"_s;
+
+class SurfaceAttacksTest : public CEditorFixture {
+protected:
+    SurfaceAttacksTest() {
+        const QString strOut = QUrl::fromLocalFile(m_world.Folder.Native(u"outside"_s)).toString() + u'/';
+        m_world.Folder.Write(u"outside\\out.htm"_s, "<body style='background:#ff00ff'>SECRET");
+        m_world.Folder.Write(u"outside\\out.png"_s, "");
+        QImage picture(9, 9, QImage::Format_RGB32);
+        picture.fill(Qt::blue);
+        EXPECT_TRUE(picture.save(m_world.Folder.Native(u"outside\\out.png"_s)));
+        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
+        QObject::connect(&m_server, &QTcpServer::newConnection, [this] { ++m_nCalls; });
+        Open("<p>first</p>");
+        m_world.Folder.Write(PageFile(u"inside.htm"_s), "<body style='background:#00ff00'>INSIDE");
+        const QString strServer = u"http://127.0.0.1:%1/"_s.arg(m_server.serverPort());
+        m_world.Folder.Write(PageFile(), c_strHostile.arg(strOut, strServer).toUtf8());
+    }
+    static bool ColourShows(const QWidget& widget, QRgb colour) {
+        const QImage image = widget.screen()->grabWindow(widget.window()->winId()).toImage();
+        int nFound = 0;
+        for (int y = 0; y < image.height(); y += 4) {
+            for (int x = 0; x < image.width(); x += 4)
+                nFound += (image.pixel(x, y) & 0xffffff) == (colour & 0xffffff) ? 1 : 0;
+        }
+        return nFound > 50;
+    }
+    /// What became of the page in a surface: bScripts says whether its script may run.
+    void Expect(const char* szSurface, CWebBrowser2Ex& browser, bool bScripts) {
+        const auto got = [&] {
+            QString strHtml;
+            browser.GetBrowserBodyInnerHTML(strHtml);
+            const QString strOut = strHtml.section(u"id=\"out\">"_s, 1).section(u"</pre>"_s, 0, 0);
+            return QJsonDocument::fromJson(strOut.toUtf8()).object();
+        };
+        // The frame of the course beside the one of outside shows in every surface.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ColourShows(browser, 0x00ff00); }, 10000)) << szSurface;
+        EXPECT_EQ(QTest::qWaitFor([&] { return !got().isEmpty(); }, bScripts ? 10000 : 1000), bScripts)
+            << szSurface;
+        const QJsonObject outcome = got();
+        const bool bFrame = ColourShows(browser, 0xff00ff);
+        EXPECT_FALSE(bFrame) << szSurface;
+        EXPECT_EQ(outcome[u"inside"_s].toString().contains(u"INSIDE"_s), bScripts) << szSurface;
+        for (const QString& strTry : {u"fetch"_s, u"picture"_s, u"open"_s})
+            EXPECT_EQ(outcome[strTry].toString(), QString()) << szSurface;
+        EXPECT_TRUE(browser.isVisible()) << szSurface;
+        EXPECT_EQ(m_nCalls, 0) << szSurface;
+        const char* const szDone = bScripts ? "refused" : "no script";
+        std::printf("  %-16s| %-9s | %-9s | %-9s | %-9s | %-9s | %-9s | %d calls\n", szSurface, szDone,
+                    bFrame ? "SHOWN" : "refused", szDone, szDone, szDone, bScripts ? "answered" : "no script",
+                    std::exchange(m_nCalls, 0));
+    }
+
+    QTcpServer m_server;
+    int m_nCalls = 0;
+};
+
+} // namespace
+
+TEST_F(SurfaceAttacksTest, NoSurfaceGivesWay) {
+    std::printf("  Surface         | fetch     | frame     | picture   | open      | close     | boxes     | "
+                "server\n");
+    m_view.ShowNode();
+    Expect("design", Surface("design"), false);
+    Tab(c_nPreview);
+    Expect("editor's preview", Surface("preview"), false);
+    m_view.hide();
+
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
+    pView->m_pNode = m_pNode.get();
+    ShowOnScreen(*pView);
+    pView->ShowNode();
+    Expect("content view", *pView->findChild<CWebBrowser2Ex*>(u"content"_s), true);
+
+    const QStringList folders = {m_world.pCourse->GetPaths().GetCourseFolder(false)};
+    CContentWindow::Open(u"x"_s, m_pNode->GetContentPath(), folders, false, DisplayRules::EWindowForm::Normal,
+                         pView.get());
+    auto* pWindow = pView->findChild<CContentWindow*>();
+    ASSERT_NE(pWindow, nullptr);
+    Expect("content window", *pWindow->findChild<CWebBrowser2Ex*>(u"content"_s), true);
+    pWindow->close();
+    pView->hide();
+
+    const auto pSelf = m_world.MakePage(u"self"_s, "<p>self</p>");
+    CInSiteLinkDialog dialog(*pSelf, m_world.People, nullptr);
+    ShowOnScreen(dialog);
+    auto& tree = *dialog.findChild<QTreeView*>(u"nodes"_s);
+    tree.setCurrentIndex(static_cast<CBookTree&>(*tree.model()).Find(m_pNode->GetId()));
+    Expect("link dialog", *dialog.findChild<CWebBrowser2Ex*>(u"preview"_s), true);
+}
