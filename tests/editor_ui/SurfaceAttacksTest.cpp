@@ -115,8 +115,8 @@ TEST_F(SurfaceAttacksTest, NoSurfaceGivesWay) {
     Expect("content view", *pView->findChild<CWebBrowser2Ex*>(u"content"_s), true);
 
     const QStringList folders = {m_world.pCourse->GetPaths().GetCourseFolder(false)};
-    CContentWindow::Open(u"x"_s, m_pNode->GetContentPath(), folders, false, DisplayRules::EWindowForm::Normal,
-                         pView.get());
+    CContentWindow::Open({u"x"_s, {}}, m_pNode->GetContentPath(), folders, false,
+                         DisplayRules::EWindowForm::Normal, pView.get());
     auto* pWindow = pView->findChild<CContentWindow*>();
     ASSERT_NE(pWindow, nullptr);
     Expect("content window", *pWindow->findChild<CWebBrowser2Ex*>(u"content"_s), true);
