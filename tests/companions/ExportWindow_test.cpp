@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest/QTest>
@@ -52,7 +53,9 @@ TEST(ExportWindow, AsksBeforeItReplacesAndStopsWhenTold) {
         WhenDialogOpens([](QDialog& question) { QTest::keyClick(&question, Qt::Key_Return); });
         QTest::keyClick(&dialog, Qt::Key_Return);
         EXPECT_TRUE(dialog.findChild<QLineEdit*>(u"target"_s)->isVisible()) << "Return must not replace";
-        WhenDialogOpens([](QDialog& question) { QTest::keyClick(&question, Qt::Key_Y, Qt::AltModifier); });
+        WhenDialogOpens([](QDialog& question) {
+            qobject_cast<QMessageBox*>(&question)->button(QMessageBox::Yes)->click();
+        });
         QTest::keyClick(&dialog, Qt::Key_Return);
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
