@@ -288,7 +288,7 @@ async function tryOneWay(way, places) {
 async function tryReading(places) {
   const got = {};
   const names = Object.keys(ways);
-  const atOnce = Math.ceil(300 / Object.keys(places).length);
+  const atOnce = Math.ceil(120 / Object.keys(places).length);
   for (let i = 0; i < names.length; i += atOnce)
     await Promise.all(names.slice(i, i + atOnce).map(async (name) => { got[name] = await tryOneWay(ways[name], places); }));
   return got;
