@@ -74,6 +74,13 @@ QStringList TakeArguments(const QString& str, qsizetype nAt) {
     }
 }
 
+// The same of a command line whose arguments have tabs between them: they stand as they are, blanks and all.
+QStringList TakeTabbed(const QString& str, qsizetype nAt) {
+    const QString strRest = str.sliced(nAt);
+    return strRest.contains(u'\t') && !strRest.contains(u'"') ? strRest.mid(1).split(u'\t')
+                                                              : TakeArguments(str, nAt);
+}
+
 // The native path of a program's file, with or without its ending; nothing when there is no such file.
 std::optional<QString> FindProgram(const QString& strPath) {
     QStringList candidates{strPath};
@@ -103,7 +110,7 @@ std::optional<Start> FindStart(const QString& strCommandLine) {
         if (nAt < strCommandLine.size() && !IsBlank(strCommandLine[nAt]))
             continue;
         if (const auto program = FindProgram(strCommandLine.left(nAt)))
-            return Start{*program, TakeArguments(strCommandLine, nAt)};
+            return Start{*program, TakeTabbed(strCommandLine, nAt)};
     }
     return std::nullopt;
 }

@@ -14,8 +14,8 @@ QStringList SplitCommandLine(const QString& strCommandLine);
 
 /// Starts the program of a command line and waits for its end with no time limit, calling whileWaiting every
 /// few milliseconds. The program's path is in backslash form; on a platform without the ending ".exe" it is
-/// looked up without it, and arguments are passed in native form when they begin with a drive. False when it
-/// could not start.
+/// looked up without it, and arguments are passed in native form when they begin with a drive. Behind a
+/// program that is not quoted, tabs part arguments that may hold blanks. False when it could not start.
 bool RunAndWait(const QString& strCommandLine, const std::function<void()>& whileWaiting);
 
 /// Starts a program (a name on the search path or a native path) with its arguments as they stand, in a

@@ -31,6 +31,10 @@ TEST(Process, RunsAProgramAndPassesNativePaths) {
                                      [&] { ++nWaits; }));
     EXPECT_EQ(folder.Read(u"bin dir\\out"_s), folder.Native(u"课 程.vcp"_s).toUtf8() + "|/s|C:\\x|");
     EXPECT_GT(nWaits, 3);
+    // The recorder's: a path with blanks, and tabs behind it.
+    ASSERT_TRUE(Platform::RunAndWait(
+        folder.Path(strTool) + u".exe "_s + folder.Path(u"我的  课.prj"_s) + u"\tAF\t7"_s, {}));
+    EXPECT_EQ(folder.Read(u"bin dir\\out"_s), folder.Native(u"我的  课.prj"_s).toUtf8() + "|AF|7|");
     EXPECT_TRUE(Platform::OwnProgramPath().endsWith(u"\\vorel_platform_base_tests"_s));
 }
 

@@ -1,0 +1,66 @@
+#include "video/Recording.h"
+
+#include "course/ProjectFile.h"
+#include "foundation/CodePage.h"
+#include "foundation/FolderWalk.h"
+#include "foundation/IniFile.h"
+#include "foundation/Paths.h"
+#include "foundation/SysInfo.h"
+#include "foundation/Text.h"
+#include "platform/base/Process.h"
+#include "video/Texts.h"
+#include "video/VideoKey.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString c_strFilmExtension = u".asf"_s;
+
+} // namespace
+
+QString RecorderProjectPath(const QString& strFolder) {
+    return strFolder + u"\\Template.prj"_s;
+}
+
+QString FilmPath(const QString& strFolder) {
+    const QString strName =
+        CodePage::Cut(ReadProfileString(u"OutputStream"_s, u"FileName"_s, {}, RecorderProjectPath(strFolder)),
+                      Torvane::File::c_nMaxPathBytes - 1);
+    return strName.isEmpty() ? QString() : strFolder + u'\\' + strName + c_strFilmExtension;
+}
+
+bool HasFilm(const QString& strFolder) {
+    QList<Torvane::File::FolderEntry> entries;
+    Torvane::File::ListFolder(strFolder, entries);
+    return std::ranges::any_of(entries, [](const Torvane::File::FolderEntry& entry) {
+        return !entry.bFolder && LowerAscii(Torvane::File::Extension(entry.strName)) == c_strFilmExtension;
+    });
+}
+
+QString RecorderCommandLine(const QString& strProgramFolder, const QString& strProjectPath,
+                            const QByteArray& modulus, quint32 nSeed) {
+    return strProgramFolder + u"\\VRM\\VorelRecorder.exe "_s + strProjectPath + u'\t' +
+           QString::fromLatin1(modulus) + u'\t' + QString::number(nSeed);
+}
+
+bool RecordVideo(const QString& strFolder, bool bWriteProject, const CCourseInfo& info,
+                 Torvane::Dialog::MFC::IPeople& people) {
+    const auto fail = [&people](const QString& strText) {
+        people.Error(strText);
+        return false;
+    };
+    if (bWriteProject && !WriteRecorderProject(strFolder, info))
+        return fail(VideoText::c_strProjectNotWritten);
+    const CSysInfo& settings = CSysInfo::Instance();
+    const auto key = CVideoKey(settings.GetSchoolName()).GetRecorderKey();
+    if (!key)
+        return fail(VideoText::c_strNoKey);
+    const QString strCommandLine = RecorderCommandLine(
+        settings.GetProgramFolder(false), RecorderProjectPath(strFolder), key->Modulus, key->nSeed);
+    if (!Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); }))
+        return fail(VideoText::c_strNoRecorder);
+    return HasFilm(strFolder);
+}

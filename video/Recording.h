@@ -1,0 +1,26 @@
+#pragma once
+
+#include "course/CourseInfo.h"
+#include "platform/base/People.h"
+
+#include <QString>
+
+/// The film of a lecture as its folder's project file names it.
+
+/// The project file's path.
+QString RecorderProjectPath(const QString& strFolder);
+/// The film's path, "<folder>\<name>.asf"; empty when the project file names none.
+QString FilmPath(const QString& strFolder);
+/// Whether a film stands in the folder.
+bool HasFilm(const QString& strFolder);
+
+/// What starts the recorder on a project file: a blank before the path, tabs behind it.
+QString RecorderCommandLine(const QString& strProgramFolder, const QString& strProjectPath,
+                            const QByteArray& modulus, quint32 nSeed);
+
+/// Has a lecture recorded into the folder (without a trailing backslash) by the recorder beside the program,
+/// and returns when the recorder has ended; the windows are painted meanwhile. bWriteProject writes the
+/// folder's project file first. True when a film stands there then; failures are shown, and a recorder that
+/// was left without recording is none.
+bool RecordVideo(const QString& strFolder, bool bWriteProject, const CCourseInfo& info,
+                 Torvane::Dialog::MFC::IPeople& people);
