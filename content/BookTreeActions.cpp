@@ -109,13 +109,12 @@ void CBookTreeActions::ReadAllTitles() {
 // Commands.
 
 bool CBookTreeActions::IsEnabled(int nCommand) const {
-    return !TreeCommand::IsHeldBack(nCommand) &&
-           TreeCommand::IsEnabled(nCommand, Selection(), m_host.IsEditorShowing());
+    return TreeCommand::IsEnabled(nCommand, Selection(), m_host.IsEditorShowing());
 }
 
 bool CBookTreeActions::Run(int nCommand) {
     const TreeCommand::Row* pCommand = TreeCommand::Find(nCommand);
-    if (pCommand == nullptr || TreeCommand::IsHeldBack(nCommand))
+    if (pCommand == nullptr)
         return false;
     const TreeSelection selection = Selection();
     if (selection.bCourseOpen && TreeCommand::IsActionAllowed(pCommand->Action, selection.Line))

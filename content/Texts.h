@@ -91,7 +91,14 @@ inline const QString c_strTemplateNotCopied = u"拷贝文件失败！"_s;
 inline const QString c_strNoSiteName = u"获取文件名失败！"_s;
 inline const QString c_strSiteNotCopied = u"拷贝文件夹失败！"_s;
 inline const QString c_strHomePageNotFound = u"查找首页失败！"_s;
+/// Lectures.
 inline const QString c_strNoRecorder = u"启动视频录制工具失败！"_s;
+inline const QString c_strNoPlayer =
+    u"系统检测到您的计算机没有安装Windows Media Player 9, 无法启动视频制作工具。"_s;
+inline const QString c_strNoEncoder =
+    u"系统检测到您的计算机没有安装Windows Media Encoder 9, 无法启动视频制作工具。"_s;
+inline const QString c_strVideoFolderNotMade = u"创建文件夹失败！"_s;
+inline const QString c_strVideoNotMade = u"创建视频失败！"_s;
 /// What stands below such a message where more is known.
 inline const QString c_strDiskFull = u"磁盘空间不足，请您清理磁盘后重试。"_s;
 inline const QString c_strPathTooLong = u"文件名或路径太长。"_s;

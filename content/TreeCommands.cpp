@@ -68,9 +68,6 @@ constexpr std::array c_rows{
         EContentKind::InSiteLink},
 };
 
-// There is no recorder yet.
-constexpr std::array c_heldBack{c_nCreateVideo};
-
 // Behind export and import: what shapes the tree, at the place where it is worked on.
 constexpr std::array c_rootMenu{c_nExport, c_nImport, 0, c_nAddChildInTree};
 constexpr std::array c_nodeMenu{
@@ -121,10 +118,6 @@ const Row* Find(int nCommand) {
 EAction ActionOf(int nCommand) {
     const Row* pRow = Find(nCommand);
     return pRow == nullptr ? EAction::None : pRow->Action;
-}
-
-bool IsHeldBack(int nCommand) {
-    return std::ranges::find(c_heldBack, nCommand) != c_heldBack.end();
 }
 
 bool IsEnabled(int nCommand, const TreeSelection& selection, bool bEditorShowing) {

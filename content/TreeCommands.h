@@ -77,9 +77,6 @@ const Row* Find(int nCommand);
 /// None for such an id.
 EAction ActionOf(int nCommand);
 
-/// Commands that this version knows but can't carry out; they are disabled wherever they stand.
-bool IsHeldBack(int nCommand);
-
 /// Whether the rule of a command holds. A disabled id that arrives all the same meets
 /// IsActionAllowed alone.
 bool IsEnabled(int nCommand, const TreeSelection& selection, bool bEditorShowing);

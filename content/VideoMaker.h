@@ -4,7 +4,11 @@
 
 class CBookNode;
 
-/// Records a lecture; the recorder's own floor implements it.
+namespace Torvane::Dialog::MFC {
+class IPeople;
+}
+
+/// Records a lecture; tests have recorders of their own.
 class IVideoMaker {
 public:
     virtual ~IVideoMaker() = default;
@@ -12,4 +16,23 @@ public:
     /// node's content is being built, and answers that folder's name. Called on the interface thread, and
     /// returns when the recorder has ended. Throws Torvane::CRunException.
     virtual QString CreateVideoNode(CBookNode& node, const QString& strFolder) = 0;
+    /// Whether what plays lectures and what encodes them is at hand, as found at the start.
+    virtual bool HasPlayer() const { return true; }
+    virtual bool HasEncoder() const { return true; }
+};
+
+/// With the recorder that stands beside the program.
+class CVideoMaker : public IVideoMaker {
+public:
+    CVideoMaker(Torvane::Dialog::MFC::IPeople& people, bool bHasPlayer, bool bHasEncoder)
+        : m_people(people), m_bHasPlayer(bHasPlayer), m_bHasEncoder(bHasEncoder) {}
+
+    QString CreateVideoNode(CBookNode& node, const QString& strFolder) override;
+    bool HasPlayer() const override { return m_bHasPlayer; }
+    bool HasEncoder() const override { return m_bHasEncoder; }
+
+private:
+    Torvane::Dialog::MFC::IPeople& m_people;
+    bool m_bHasPlayer;
+    bool m_bHasEncoder;
 };
