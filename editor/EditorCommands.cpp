@@ -42,19 +42,19 @@ constexpr Command c_commands[] = {
     {Id::c_nLineBreak, Own, u"插入回车", u"InsertBR.bmp", u""},
     {32847, Plain, u"插入段落", u"InsertP.bmp", u"InsertParagraph"},
     {Id::c_nLink, Link, u"超级链接", u"InsertWebLink.bmp", u"CreateLink"},
-    {Id::c_nUnlink, Link, u"取消链接", u"UnLink.bmp", u"UnLink"},
+    {Id::c_nUnlink, Link, u"取消链接", u"UnLink.bmp", u"UnLink", {}, {}, ENeed::Link},
     {Id::c_nFloatingHelp, Own, u"添加浮动帮助", u"InsertAnchor.bmp", u""},
     {Id::c_nHelpMark, Own, u"添加帮助文本", u"InsertHelp.bmp", u""},
     {Id::c_nInSiteLink, Own, u"添加站内链接", u"", u""},
 
-    {32795, Plain, u"剪切", u"Cut.bmp", u"Cut"},
-    {32793, Plain, u"拷贝", u"Copy.bmp", u"Copy"},
+    {32795, Plain, u"剪切", u"Cut.bmp", u"Cut", {}, {}, ENeed::Selection},
+    {32793, Plain, u"拷贝", u"Copy.bmp", u"Copy", {}, {}, ENeed::Selection},
     {32796, Plain, u"粘贴", u"Paste.bmp", u"Paste"},
     {32820, Plain, u"删除", u"Delete.bmp", u"Delete"},
-    {32821, Plain, u"撤销", u"Undo.bmp", u"Undo"},
-    {32822, Plain, u"重复", u"Redo.bmp", u"Redo"},
+    {32821, Plain, u"撤销", u"Undo.bmp", u"Undo", {}, {}, ENeed::StepBehind},
+    {32822, Plain, u"重复", u"Redo.bmp", u"Redo", {}, {}, ENeed::StepAhead},
     {32823, Plain, u"全选", u"SelectAll.bmp", u"SelectAll"},
-    {32824, Plain, u"取消选中", u"UnSelect.bmp", u"UnSelect"},
+    {32824, Plain, u"取消选中", u"UnSelect.bmp", u"UnSelect", {}, {}, ENeed::Selection},
     {Id::c_nSetTemplate, Page, u"设置模板", u"SetTemplate.bmp", u"", u"设置模板"},
     {Id::c_nClearContent, Page, u"清空内容", u"EmptyTemplate.bmp", u"", u"清空内容"},
     {Id::c_nClearGarbage, Page, u"清垃圾资源", u"ClearGarbage.bmp", u"", u"清垃圾资源"},
@@ -142,6 +142,24 @@ bool IsAllowed(int nId, EMode mode) {
     if (pCommand == nullptr)
         return false;
     return mode == EMode::Design || (mode == EMode::Source && pCommand->Family == EFamily::Page);
+}
+
+bool IsOffered(int nId, EMode mode, const SAtCaret& atCaret) {
+    if (!IsAllowed(nId, mode))
+        return false;
+    switch (Find(nId)->Need) {
+    case ENeed::Nothing:
+        return true;
+    case ENeed::StepBehind:
+        return atCaret.bStepBehind;
+    case ENeed::StepAhead:
+        return atCaret.bStepAhead;
+    case ENeed::Selection:
+        return atCaret.bSelection;
+    case ENeed::Link:
+        return atCaret.bLink;
+    }
+    return false;
 }
 
 } // namespace EditorCommands

@@ -50,6 +50,9 @@ enum class EFamily {
     Page,
 };
 
+/// What a command needs at the caret to have any effect.
+enum class ENeed { Nothing, StepBehind, StepAhead, Selection, Link };
+
 struct Command {
     int nId;
     EFamily Family;
@@ -62,6 +65,7 @@ struct Command {
     QStringView strLabel = {};
     /// For the status bar; the tooltip where empty.
     QStringView strHint = {};
+    ENeed Need = ENeed::Nothing;
 };
 
 std::span<const Command> All();
@@ -90,5 +94,18 @@ enum class EMode { Design = 0, Source = 1, Preview = 2 };
 
 /// Whether a mode allows the command; false for an id that is none of the editor's.
 bool IsAllowed(int nId, EMode mode);
+
+/// What a page that is edited has for the commands.
+struct SAtCaret {
+    bool bStepBehind = false;
+    bool bStepAhead = false;
+    bool bSelection = false;
+    bool bLink = false;
+
+    bool operator==(const SAtCaret&) const = default;
+};
+
+/// Whether the command is offered: one that would do nothing isn't, though its key may run it.
+bool IsOffered(int nId, EMode mode, const SAtCaret& atCaret);
 
 } // namespace EditorCommands

@@ -18,6 +18,8 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
+#include <utility>
+
 using namespace EditorCommands;
 
 namespace {
@@ -114,6 +116,7 @@ void CEditorView::ShowNode() {
     m_keeper.Close();
     m_bInSource = m_bPageLost = m_bPreviewLost = m_bPreviewLoaded = false;
     m_recovered.invalidate();
+    m_atCaret = {};
     m_pSource->clear();
     SetMode(EMode::Design);
 
@@ -145,6 +148,7 @@ void CEditorView::ShowNode() {
     // The preview loads the page when its tab is chosen: a second page kept alive behind the first would be
     // heard and not seen.
     FocusLive();
+    ShowStates();
 }
 
 bool CEditorView::LeaveNode(bool bCanCancel) {
@@ -290,7 +294,7 @@ void CEditorView::SetMode(EMode mode) {
     const QSignalBlocker blocker(m_pTabs);
     m_pTabs->setCurrentIndex(static_cast<int>(mode));
     m_pBars->setVisible(mode != EMode::Preview);
-    m_pBars->UpdateEnabled([this](int nCommand) { return IsCommandEnabled(nCommand); });
+    UpdateOffered();
     if (mode != EMode::Design)
         m_pBars->ShowStates({});
     LayOut();
@@ -324,7 +328,12 @@ void CEditorView::FocusLive() {
         m_pPreview->setFocus();
 }
 
-/// Presses the buttons of what is in force at the caret.
+/// The bars' actions stand in the page's menu too.
+void CEditorView::UpdateOffered() {
+    m_pBars->UpdateEnabled([this](int nCommand) { return IsOffered(nCommand, m_mode, m_atCaret); });
+}
+
+/// Presses the buttons of what is in force at the caret, and disables those that would do nothing there.
 void CEditorView::ShowStates() {
     if (m_mode != EMode::Design || m_pNode == nullptr || !isVisible())
         return;
@@ -339,6 +348,9 @@ void CEditorView::ShowStates() {
             return;
         pThis->m_pBars->ShowStates(state.Pressed);
         pThis->m_pBars->ShowFont(state.strFont, state.strSize);
+        const SAtCaret atCaret{state.bCanUndo, state.bCanRedo, state.bHasSelection, state.bInLink};
+        if (atCaret != std::exchange(pThis->m_atCaret, atCaret))
+            pThis->UpdateOffered();
     });
 }
 

@@ -67,6 +67,7 @@ private:
     void LayOut();
     void FocusLive();
     void ShowStates();
+    void UpdateOffered();
 
     // The text is kept while it is edited, and outlives the engine.
     void AskLiveText(const CPageKeeper::Answer& answer);
@@ -116,6 +117,8 @@ private:
     CWebBrowser2Ex* m_pPreview;
     CPageSaver m_saver;
     EditorCommands::EMode m_mode = EditorCommands::EMode::Design;
+    /// As the page has told last.
+    EditorCommands::SAtCaret m_atCaret;
     /// The text box holds the live text. A move to the preview leaves it as it is.
     bool m_bInSource = false;
     CPageKeeper m_keeper;

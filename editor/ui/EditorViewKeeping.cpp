@@ -157,4 +157,6 @@ void CEditorView::RecoverPage() {
     m_people.Warn(m_bInSource && !bShown ? EditorTexts::c_strPageInSource : EditorTexts::c_strPageRecovered);
     if (pThis)
         FocusLive();
+    if (pThis)
+        ShowStates();
 }

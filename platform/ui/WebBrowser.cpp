@@ -624,18 +624,23 @@ void CWebBrowser2Ex::AskCaretState(const QStringList& commands,
         return;
     QJsonArray arguments;
     arguments.append(QJsonArray::fromStringList(commands));
-    m_pEngine->CallLater(QStringLiteral("caretState"), arguments,
-                         [answer = std::move(answer)](const SEngineAnswer& reply) {
-                             if (!reply.HasValue())
-                                 return;
-                             SCaretState state;
-                             const QJsonArray pressed = reply.Value[QLatin1String("pressed")].toArray();
-                             for (const QJsonValue& name : pressed)
-                                 state.Pressed.append(name.toString());
-                             state.strFont = reply.Value[QLatin1String("font")].toString();
-                             state.strSize = reply.Value[QLatin1String("size")].toString();
-                             answer(state);
-                         });
+    m_pEngine->CallLater(
+        QStringLiteral("caretState"), arguments, [answer = std::move(answer)](const SEngineAnswer& reply) {
+            if (!reply.HasValue())
+                return;
+            SCaretState state;
+            const QJsonArray pressed = reply.Value[QLatin1String("pressed")].toArray();
+            for (const QJsonValue& name : pressed)
+                state.Pressed.append(name.toString());
+            state.strFont = reply.Value[QLatin1String("font")].toString();
+            state.strSize = reply.Value[QLatin1String("size")].toString();
+            const auto isSo = [&](QLatin1String strKey) { return reply.Value[strKey].toBool(); };
+            state.bCanUndo = isSo(QLatin1String("canUndo"));
+            state.bCanRedo = isSo(QLatin1String("canRedo"));
+            state.bHasSelection = isSo(QLatin1String("hasSelection"));
+            state.bInLink = isSo(QLatin1String("inLink"));
+            answer(state);
+        });
 }
 
 void CWebBrowser2Ex::resizeEvent(QResizeEvent* pEvent) {

@@ -142,10 +142,16 @@ public:
         /// selection holds several.
         QString strFont;
         QString strSize;
+        bool bCanUndo = false;
+        bool bCanRedo = false;
+        /// Also words in a field of the page.
+        bool bHasSelection = false;
+        /// The caret stands in a link, or the selection holds one.
+        bool bInLink = false;
     };
     /// Asks without waiting, whatever else runs, which of the commands ("bold", "italic" and so on) are in
-    /// force at the caret, and for the font there. The answer comes from the event loop, or never when there
-    /// is no page or the surface goes away first.
+    /// force at the caret, for the font there, and for what else there is to work on. The answer comes from
+    /// the event loop, or never when there is no page or the surface goes away first.
     void AskCaretState(const QStringList& commands, std::function<void(const SCaretState&)> answer);
 
 Q_SIGNALS:

@@ -43,10 +43,12 @@ protected:
     void Tab(int nTab) { m_view.findChild<QTabBar*>(QStringLiteral("editorTabs"))->setCurrentIndex(nTab); }
     QAction& Action(int nId) { return *m_view.findChild<QAction*>(QStringLiteral("command_%1").arg(nId)); }
 
+    bool HasFocus() { return Surface("design").isAncestorOf(QApplication::focusWidget()); }
+
     /// As an input method types.
     void Type(const QString& strText) {
         Surface("design").setFocus();
-        ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusObject() != nullptr; }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return HasFocus(); }));
         QInputMethodEvent composing(QStringLiteral("pin yin"), {});
         QCoreApplication::sendEvent(QApplication::focusObject(), &composing);
         QInputMethodEvent event;

@@ -37,6 +37,52 @@ TEST_F(EditorViewTest, WhatIsChosenAtTheCaretHoldsForWhatIsTypedThere) {
         << Html().toStdString();
 }
 
+TEST_F(EditorViewTest, WhatWouldDoNothingAtTheCaretIsNotOffered) {
+    enum {
+        c_nCut = 32795,
+        c_nCopy = 32793,
+        c_nUndo = 32821,
+        c_nRedo = 32822,
+        c_nAll = 32823,
+        c_nUnselect = 32824
+    };
+    const auto offered = [this] {
+        QList<int> ids;
+        for (const int nId : {int(c_nUndo), int(c_nRedo), int(c_nCut), int(c_nCopy), int(c_nUnselect),
+                              EditorCommands::Id::c_nUnlink})
+            if (Action(nId).isEnabled())
+                ids.append(nId);
+        return ids;
+    };
+    const auto expect = [&](const char* szWhat, const QList<int>& ids) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return offered() == ids; })) << szWhat;
+        // What needs no caret, or says itself what it needs.
+        for (const int nId : {32838, 32850, 32796, 32820, int(c_nAll)})
+            EXPECT_TRUE(Action(nId).isEnabled()) << szWhat << nId;
+    };
+    Open("<p>x<a href=\"http://h/\">y</a></p>");
+    expect("at first", {});
+    Type(u"前"_s);
+    expect("typed", {c_nUndo});
+    Action(c_nUndo).trigger();
+    expect("undone", {c_nRedo});
+    EXPECT_TRUE(m_view.RunCommand(c_nUndo)) << "a key is not held up by what shows";
+    Action(c_nAll).trigger();
+    expect("all chosen", {c_nRedo, c_nCut, c_nCopy, c_nUnselect, EditorCommands::Id::c_nUnlink});
+    Action(EditorCommands::Id::c_nUnlink).trigger();
+    expect("no link any more", {c_nUndo});
+    EXPECT_EQ(Html(), u"<p>xy</p>"_s);
+    Tab(c_nSource);
+    EXPECT_EQ(offered(), QList<int>());
+    Tab(c_nDesign);
+    expect("back", {c_nUndo});
+    m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, CScriptedPeople::BoxAnswer::No);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+    OpenAgain();
+    expect("another page", {});
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(EditorViewTest, AnUntouchedPageIsLeftWithoutAQuestionWhateverItsMarkup) {
     for (const QByteArray html :
          {"<P ALIGN=center>a<BR>b\r\n<img src=res/x.gif></P>\r\n\r\n",

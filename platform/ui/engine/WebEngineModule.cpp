@@ -108,7 +108,7 @@ void CDropView::dropEvent(QDropEvent* pEvent) {
 CWebEngine::CWebEngine(QWidget* pParent) : m_pView(new CDropView(pParent)) {
     m_pView->setObjectName(QStringLiteral("webView"));
     m_pView->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(m_pView, &QWidget::customContextMenuRequested, this, &CWebEngine::ShowContextMenu);
+    connect(m_pView, &QWidget::customContextMenuRequested, this, &CWebEngine::AskForContextMenu);
     connect(m_pView, &CDropView::Dropped, this, [this](const QMimeData& data, const QPoint& place) {
         if (OnDrop)
             OnDrop(data, place);
@@ -439,6 +439,15 @@ SEngineAnswer CWebEngine::RunInPage(const QString& strScript, int nMilliseconds)
                                               "catch(e){return JSON.stringify({error:String(e)});}})(...") +
                                strJson + u')';
     return RunScript(strWrapped, QWebEngineScript::MainWorld, nMilliseconds);
+}
+
+/// The press has moved the caret: what the menu offers follows it first.
+void CWebEngine::AskForContextMenu(const QPoint& position) {
+    if (!m_access.bEditing || !OnSelectionChanged)
+        return ShowContextMenu(position);
+    OnSelectionChanged();
+    CallLater(QStringLiteral("hasSelection"), {},
+              [this, position](const SEngineAnswer&) { ShowContextMenu(position); });
 }
 
 void CWebEngine::ShowContextMenu(const QPoint& position) {

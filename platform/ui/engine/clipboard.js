@@ -1,6 +1,6 @@
-// Copying and pasting. Left to itself the engine copies how a text looks in styles of its own and pastes
-// whatever it is given. So the page's markup is copied as it stands, and what is pasted is for the program to
-// read and to clean.
+// Copying, pasting and dragging. Left to itself the engine copies how a text looks in styles of its own and
+// pastes whatever it is given. So the page's markup is copied as it stands, and what is pasted is for the program
+// to read and to clean.
 (function () {
   'use strict';
   const REFERENCES = ['src', 'href', 'background', 'data', 'poster'];
@@ -8,6 +8,9 @@
   const OWN = 'data-vorel-own-';
   const LOOKS = 'b, strong, i, em, u, s, strike, font, span, sub, sup, code, tt, big, small, a';
   const FRAMES = 'table, thead, tbody, tfoot, tr, ul, ol, dl, pre';
+
+  // The markup that is being dragged within the page.
+  let dragged = null;
 
   function isField(target) {
     return target instanceof Element && target.closest('input, textarea, select') !== null;
@@ -54,20 +57,54 @@
     }
   }
 
-  function put(event, mark) {
-    const chosen = window.getSelection();
-    if (isField(event.target) || chosen.rangeCount === 0 || chosen.isCollapsed)
-      return;
-    const holder = selected(chosen.getRangeAt(0));
+  function offer(transfer, holder, mark) {
     makeAbsolute(holder);
     const about = document.createElement('meta');
     about.setAttribute('name', mark);
     about.setAttribute('content', page());
-    event.clipboardData.setData('text/html', about.outerHTML + holder.innerHTML);
+    transfer.setData('text/html', about.outerHTML + holder.innerHTML);
+  }
+
+  function put(event, mark) {
+    const chosen = window.getSelection();
+    if (isField(event.target) || chosen.rangeCount === 0 || chosen.isCollapsed)
+      return;
+    offer(event.clipboardData, selected(chosen.getRangeAt(0)), mark);
     event.clipboardData.setData('text/plain', chosen.toString());
     event.preventDefault();
     if (event.type === 'cut')
       document.execCommand('delete');
+  }
+
+  // A picture or a link need not be selected to be dragged.
+  function rangeOfDrag(target) {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount > 0 && !chosen.isCollapsed)
+      return chosen.getRangeAt(0);
+    const element = target.nodeType === Node.ELEMENT_NODE ? target : target.parentElement;
+    const range = document.createRange();
+    range.selectNode(element.closest('a') || element);
+    return range;
+  }
+
+  function beginDrag(event, mark) {
+    dragged = null;
+    if (isField(event.target))
+      return;
+    const range = rangeOfDrag(event.target);
+    const holder = selected(range);
+    dragged = holder.innerHTML;
+    offer(event.dataTransfer, holder, mark);
+    if (range.toString() !== '')
+      event.dataTransfer.setData('text/plain', range.toString());
+  }
+
+  // The engine takes what is dragged away by itself; what it puts in is ours, as it stood. A field takes words.
+  function drop(event) {
+    if (event.inputType !== 'insertFromDrop' || dragged === null || isField(event.target))
+      return;
+    const html = dragged;
+    undoHistory.of().instead(event, () => insertion.paste(html, {}));
   }
 
   return {
@@ -82,6 +119,9 @@
       };
       document.addEventListener('copy', (event) => put(event, mark));
       document.addEventListener('cut', (event) => put(event, mark));
+      document.addEventListener('dragstart', (event) => beginDrag(event, mark));
+      document.addEventListener('dragend', () => dragged = null);
+      document.addEventListener('beforeinput', drop);
       document.addEventListener('mousedown', (event) => middle = event.button === 1, true);
       document.addEventListener('keydown', (event) => {
         middle = false;

@@ -1,7 +1,7 @@
 // The named editing commands.
 (function () {
   'use strict';
-  const {body, isFrameset, inert, selection, enclosing} = page;
+  const {body, isFrameset, inert, selection, chosenField, enclosing} = page;
   const {textBefore, placeBehind} = bodyText;
   const {insert, insertParagraph} = insertion;
   const steps = undoHistory.of;
@@ -30,7 +30,11 @@
     if (lower === 'unlink' && chosen.isCollapsed)
       return unlinkAtCaret(chosen);
     if (lower === 'unselect') {
-      chosen.collapseToEnd();
+      const field = chosenField();
+      if (field)
+        field.setSelectionRange(field.selectionEnd, field.selectionEnd);
+      else
+        chosen.collapseToEnd();
       steps().goOn();
       return true;
     }

@@ -100,6 +100,12 @@
     return chosen.rangeCount > 0 && !chosen.isCollapsed && body().contains(chosen.anchorNode);
   }
 
+  // The words chosen in a field are none of the page's selection.
+  function chosenField() {
+    const field = document.activeElement;
+    return field && /^(input|textarea)$/.test(field.localName) && field.selectionStart !== field.selectionEnd ? field : null;
+  }
+
   function enclosing(tag) {
     const chosen = window.getSelection();
     if (chosen.rangeCount === 0)
@@ -124,6 +130,7 @@
     elementOf: elementOf,
     isEmpty: isEmpty,
     hasSelection: hasSelection,
+    chosenField: chosenField,
     enclosing: enclosing,
   };
 })()

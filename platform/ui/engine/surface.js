@@ -2,7 +2,7 @@
 // see. Arguments and results are JSON. Sent with every call, since a page may be replaced at any time.
 (function () {
   'use strict';
-  const {body, isFrameset, inert, localReferences, rename, hasSelection, enclosing} = page;
+  const {body, isFrameset, inert, localReferences, rename, hasSelection, chosenField, elementOf, enclosing} = page;
   const {innerHtml, replaceDocument, dropDeclarations, setBodyHtml, setBodyKeepingCaret, takeNames, stage,
          showStaged, showMore, strays, looks} = bodyText;
   const {insert, paste} = insertion;
@@ -53,8 +53,27 @@
     return {href: link ? link.getAttribute('href') : null, selected: hasSelection()};
   }
 
-  // At more pieces of text than this nobody looks while a selection is drawn over a long page.
-  const MAX_PIECES = 1000;
+  // At more of a selection than this nobody looks while it is drawn over a long page.
+  const MOST_NODES = 2000;
+
+  function behind(node) {
+    while (node && !node.nextSibling)
+      node = node.parentNode;
+    return node && node.nextSibling;
+  }
+
+  // Without asking for a node's place among its siblings, of which there may be very many.
+  function* nodesOf(range) {
+    const {startContainer, startOffset, endContainer, endOffset} = range;
+    const end = endContainer.childNodes[endOffset] || behind(endContainer);
+    const walker = document.createTreeWalker(document.documentElement);
+    let node = startContainer.childNodes[startOffset] ||
+        (startContainer.hasChildNodes() ? behind(startContainer) : startContainer);
+    if (node)
+      walker.currentNode = node;
+    for (let count = 0; node && node !== end && count < MOST_NODES; ++count, node = walker.nextNode())
+      yield node;
+  }
 
   function firstFamily(families) {
     return families.split(',')[0].trim().replace(/^(["'])(.*)\1$/, '$2');
@@ -63,32 +82,45 @@
   // Whether all text of the selection has the one font, and the one size.
   function evenness(range) {
     const even = {font: true, size: true};
-    const root = range.commonAncestorContainer;
-    const walker = document.createTreeWalker(root, NodeFilter.SHOW_TEXT);
-    const {startContainer, startOffset} = range;
-    walker.currentNode = startContainer.childNodes[startOffset] || startContainer.lastChild || startContainer;
-    let node = walker.currentNode.nodeType === Node.TEXT_NODE ? walker.currentNode : walker.nextNode();
     let first;
-    for (let pieces = 0; node && pieces < MAX_PIECES && (even.font || even.size);
-         ++pieces, node = walker.nextNode()) {
-      if (node.data.trim() === '' || !range.intersectsNode(node))
+    for (const node of nodesOf(range)) {
+      if (node.nodeType !== Node.TEXT_NODE || node.data.trim() === '')
         continue;
       const style = getComputedStyle(node.parentElement);
       const seen = {font: firstFamily(style.fontFamily), size: style.fontSize};
       first = first || seen;
       even.font = even.font && seen.font === first.font;
       even.size = even.size && seen.size === first.size;
+      if (!even.font && !even.size)
+        break;
     }
     return even;
   }
 
+  function hasLink(range) {
+    const around = elementOf(range.startContainer);
+    if (around && around.closest('a[href]'))
+      return true;
+    let count = 0;
+    for (const node of nodesOf(range)) {
+      if (++count === MOST_NODES || (node.localName === 'a' && node.hasAttribute('href')))
+        return true;
+    }
+    return false;
+  }
+
   function caretState(names) {
     const chosen = window.getSelection();
-    const even = chosen.rangeCount > 0 && !chosen.isCollapsed ? evenness(chosen.getRangeAt(0)) : {font: true, size: true};
+    const range = chosen.rangeCount > 0 ? chosen.getRangeAt(0) : null;
+    const even = range && !range.collapsed ? evenness(range) : {font: true, size: true};
     return {
       pressed: names.filter((name) => document.queryCommandState(name)),
       font: even.font ? firstFamily(document.queryCommandValue('fontName')) : '',
       size: even.size ? document.queryCommandValue('fontSize') : '',
+      canUndo: steps().canUndo(),
+      canRedo: steps().canRedo(),
+      hasSelection: hasSelection() || chosenField() !== null,
+      inLink: range !== null && hasLink(range),
     };
   }
 

@@ -76,7 +76,8 @@
     const isEdited = () => document.designMode === 'on';
     window.addEventListener('compositionstart', () => isEdited() && look(), true);
     window.addEventListener('beforeinput', (event) => {
-      if (isEdited() && !event.isComposing && event.inputType.startsWith('insert'))
+      if (isEdited() && !event.isComposing && event.inputType.startsWith('insert') &&
+          event.inputType !== 'insertFromDrop')
         look();
     }, true);
     window.addEventListener('input', (event) => {

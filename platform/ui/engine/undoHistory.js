@@ -14,6 +14,12 @@
   const REST_MILLISECONDS = 1000;
   const TYPED = /^(insertText|insertCompositionText|insertFromComposition|delete(CompositionText|ByComposition))$/;
   const ERASED = /^deleteContent(Backward|Forward)$/;
+  // What is dragged goes in one input and comes in another: both are one step.
+  const DRAGGED = {deleteByDrag: 'dragged', insertFromDrop: 'dropped'};
+
+  function kindOf(inputType) {
+    return DRAGGED[inputType] || (TYPED.test(inputType) ? 'typed' : ERASED.test(inputType) ? 'erased' : '');
+  }
 
   function place() {
     const s = window.getSelection();
@@ -252,6 +258,7 @@
         const top = this.top();
         step.changes.forEach((change) => addChange(top, change));
         Object.assign(top, {after: step.after, at: step.at, isComposing: isComposing});
+        top.kind = step.kind === 'dropped' ? '' : top.kind;
       } else {
         this.done.push(step);
       }
@@ -269,7 +276,11 @@
 
     joins(step) {
       const top = this.top();
-      if (!top || top.kind !== step.kind || step.kind === '' || this.undone.length > 0)
+      if (!top || this.undone.length > 0)
+        return false;
+      if (top.kind === 'dragged')
+        return step.kind === 'dropped' && step.at - top.at < REST_MILLISECONDS;
+      if (top.kind !== step.kind || step.kind === '')
         return false;
       return top.isComposing || (step.at - top.at < REST_MILLISECONDS && isSamePlace(top.after, step.before));
     }
@@ -298,6 +309,17 @@
       this.open.isCommand = true;
       try {
         return work();
+      } finally {
+        this.end(false);
+      }
+    }
+
+    // In place of what the engine would do for the input that has just begun.
+    instead(event, work) {
+      event.preventDefault();
+      this.open.isCommand = true;
+      try {
+        work();
       } finally {
         this.end(false);
       }
@@ -372,6 +394,15 @@
       return true;
     }
 
+    canUndo() {
+      this.flush();
+      return this.done.length > 0 || (this.open !== null && this.open.changes.length > 0);
+    }
+
+    canRedo() {
+      return this.undone.length > 0;
+    }
+
     undo() {
       return this.move(this.done, this.undone, true);
     }
@@ -391,8 +422,7 @@
           event.inputType === 'historyUndo' ? this.undo() : this.redo();
         } else if (!this.open || !this.open.isCommand) {
           this.end(event.isComposing);
-          const kind = event.inputType;
-          this.begin(TYPED.test(kind) ? 'typed' : ERASED.test(kind) ? 'erased' : '');
+          this.begin(kindOf(event.inputType));
         }
       }, true);
       window.addEventListener('input', (event) => {
