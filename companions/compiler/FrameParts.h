@@ -13,6 +13,14 @@ inline const QString c_strParts = QStringLiteral("vorel/parts.css");
 inline const QString c_strPlainSkin = QStringLiteral("vorel/site.css");
 /// Opens sized windows; the site works without it.
 inline const QString c_strScript = QStringLiteral("vorel/site.js");
+/// The search over the course: its page, its script, and the folder of what it reads.
+inline const QString c_strSearchPage = QStringLiteral("search.html");
+inline const QString c_strSearchScript = QStringLiteral("vorel/search.js");
+inline const QString c_strSearchFolder = QStringLiteral("vorel/search");
+
+/// Anchors of the frame, unlike any that a page within it would have.
+constexpr const char* c_szContentId = "v-content";
+constexpr const char* c_szNavigationId = "v-nav";
 
 QByteArray Content(const QString& strPart);
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "companions/compiler/Navigation.h"
 #include "companions/compiler/SitePlan.h"
 
 #include <QByteArray>
-#include <QList>
 #include <QString>
 
 /// What stands within the frame.
@@ -15,8 +15,8 @@ struct FramedContent {
     QString Main;
 };
 
-/// Writes the pages of the site: header, tree, content, footer, in UTF-8 and marked as Chinese. The tree is
-/// plain HTML and works without scripts.
+/// Writes the pages of the site: header, tree, content, footer, in UTF-8 and marked as Chinese. May be used
+/// by several threads at once.
 class CPageFrame {
 public:
     explicit CPageFrame(const CSitePlan& plan);
@@ -25,21 +25,38 @@ public:
     QByteArray NodePage(int nNode, const FramedContent& content) const;
     /// The page "index.html", with which a visitor begins.
     QByteArray StartPage(const FramedContent& content) const;
+    /// The page CNavigation::c_szSiteMap: the whole tree.
+    QByteArray SiteMapPage() const;
+    /// The page FrameParts::c_strSearchPage, which a script fills.
+    QByteArray SearchPage() const;
 
     /// A link to a node from a page in a folder: the opening tag, with what the node's open type asks for.
-    QString NodeLink(int nNode, const QString& strFromFolder, const QString& strMore = QString()) const;
+    QString NodeLink(int nNode, const QString& strFromFolder) const;
 
     /// Whether the compiler has to deliver the plain skin.
     bool HasSkin() const { return !m_strSkin.isEmpty(); }
 
 private:
-    QByteArray Page(const QString& strFolder, const QString& strBodyClass, const FramedContent& content,
-                    const QString& strNavigation) const;
-    QString Header(const QString& strFolder) const;
-    QString Footer() const;
-    QString Navigation(int nCurrent, const QString& strFolder) const;
-    class CTreeWriter;
+    /// What is the same on every page that lies equally deep.
+    struct Shell {
+        /// Leads from the page to the site's root.
+        QByteArray Up;
+        QByteArray Sheets;
+        QByteArray Skin;
+        QByteArray Header;
+        QByteArray Tools;
+        QByteArray Footer;
+    };
+    Shell MakeShell(qsizetype nDepth) const;
+    const Shell& ShellFor(const QString& strFolder, Shell& own) const;
+    void AppendHead(QByteArray& out, const Shell& shell, const FramedContent& content,
+                    const char* szBodyClass) const;
+    QByteArray RootPage(const FramedContent& content, const char* szBodyClass, const QByteArray& main) const;
 
     const CSitePlan& m_plan;
+    CNavigation m_navigation;
     QString m_strSkin;
+    QByteArray m_courseTitle;
+    /// Of pages in the root, in node folders and in folders of those.
+    QList<Shell> m_shells;
 };

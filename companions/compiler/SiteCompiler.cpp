@@ -5,6 +5,7 @@
 #include "companions/compiler/OutputFolder.h"
 #include "companions/compiler/PageFrame.h"
 #include "companions/compiler/PageReader.h"
+#include "companions/compiler/SearchIndex.h"
 #include "companions/compiler/SiteModel.h"
 #include "companions/compiler/SitePlan.h"
 #include "companions/compiler/SourceTree.h"
@@ -47,7 +48,8 @@ private:
     QString ChooseFolder();
     QStringList FrameFiles() const;
     void WritePages(COutputFolder& output);
-    void WriteNode(COutputFolder& output, int nNode);
+    /// Answers the node's text for the search.
+    QString WriteNode(COutputFolder& output, int nNode);
     FramedContent EditorPage(COutputFolder& output, int nNode);
     void CopyFiles(COutputFolder& output, const QStringList& files);
 
@@ -75,7 +77,7 @@ QString CCompileRun::ChooseFolder() {
 }
 
 QStringList CCompileRun::FrameFiles() const {
-    QStringList parts = {FrameParts::c_strParts, FrameParts::c_strScript};
+    QStringList parts = {FrameParts::c_strParts, FrameParts::c_strScript, FrameParts::c_strSearchScript};
     if (!m_frame.HasSkin())
         parts.append(FrameParts::c_strPlainSkin);
     return parts;
@@ -86,7 +88,10 @@ CompileReport CCompileRun::Run() {
                          Platform::ToNative(m_model.Paths().GetDataFolder(false)));
     const QStringList files = m_plan.FilesToCopy();
     QStringList names = FrameFiles();
-    names.append(c_strStartPage);
+    names += {c_strStartPage, QString::fromLatin1(CNavigation::c_szSiteMap), FrameParts::c_strSearchPage,
+              SearchIndex::IndexName()};
+    for (int i = 0; i < SearchIndex::PartCount(m_plan); ++i)
+        names.append(SearchIndex::PartName(i));
     for (const QString& strFile : files)
         names.append(m_tree.OutputName(strFile));
     for (int i = 0; i < m_model.Nodes().size(); ++i) {
@@ -128,23 +133,39 @@ void CCompileRun::CopyFiles(COutputFolder& output, const QStringList& files) {
 
 void CCompileRun::WritePages(COutputFolder& output) {
     output.Write(c_strStartPage, m_frame.StartPage({QString(), QString(), m_view.StartMain()}));
-    ++m_report.Pages;
+    output.Write(QString::fromLatin1(CNavigation::c_szSiteMap), m_frame.SiteMapPage());
+    output.Write(FrameParts::c_strSearchPage, m_frame.SearchPage());
+    m_report.Pages += 3;
+    QStringList texts;
+    QList<QByteArray> filters;
     for (int i = 0; i < m_model.Nodes().size(); ++i) {
-        if (!m_plan.Of(i).PagePath.isEmpty())
-            WriteNode(output, i);
+        texts.append(WriteNode(output, i));
+        if (texts.size() < SearchIndex::c_nNodesInPart && i + 1 < m_model.Nodes().size())
+            continue;
+        const int nPart = i / SearchIndex::c_nNodesInPart;
+        const QByteArray part = SearchIndex::Part(m_plan, nPart, texts);
+        output.Write(SearchIndex::PartName(nPart), part);
+        filters.append(SearchIndex::FilterOf(part));
+        texts.clear();
     }
+    output.Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, filters));
 }
 
-void CCompileRun::WriteNode(COutputFolder& output, int nNode) {
+QString CCompileRun::WriteNode(COutputFolder& output, int nNode) {
     const NodePlan& plan = m_plan.Of(nNode);
+    if (plan.PagePath.isEmpty())
+        return SearchIndex::NodeText(m_plan, nNode);
+    const bool bPage = plan.View == ENodeView::Page;
     FramedContent content;
-    if (plan.View == ENodeView::Page)
+    if (bPage)
         content = EditorPage(output, nNode);
     else
         content.Main = m_view.Main(nNode);
     content.Title = m_model.Nodes()[nNode].Row.Title;
     output.Write(plan.PagePath, m_frame.NodePage(nNode, content));
     ++m_report.Pages;
+    const qsizetype nBody = bPage ? content.Main.indexOf("<div class=\"page\">"_L1) : -1;
+    return SearchIndex::NodeText(m_plan, nNode, nBody < 0 ? QString() : content.Main.mid(nBody));
 }
 
 FramedContent CCompileRun::EditorPage(COutputFolder& output, int nNode) {

@@ -54,6 +54,18 @@ inline const QString c_strFile = QStringLiteral("文件");
 inline const QString c_strSize = QStringLiteral("大小");
 inline const QString c_strComment = QStringLiteral("说明");
 inline const QString c_strNewWindow = QStringLiteral("（在新窗口打开）");
+inline const QString c_strPath = QStringLiteral("当前位置");
+inline const QString c_strNeighbours = QStringLiteral("上一页和下一页");
+inline const QString c_strBefore = QStringLiteral("上一页");
+inline const QString c_strBehind = QStringLiteral("下一页");
+inline const QString c_strSiteMap = QStringLiteral("网站地图");
+inline const QString c_strSearch = QStringLiteral("搜索本课程");
+inline const QString c_strDoSearch = QStringLiteral("搜索");
+inline const QString c_strSearchHint =
+    QStringLiteral("请在上面的搜索框中输入要找的词，几个词之间用空格隔开。");
+inline const QString c_strMoreResults = QStringLiteral("显示更多结果");
+inline const QString c_strNoScript =
+    QStringLiteral("搜索需要浏览器允许运行脚本。您也可以从<a href=\"%1\">网站地图</a>中查找栏目。");
 inline const QString c_strMoreSiblings = QStringLiteral("全部 %1 个栏目");
 
 inline const QString c_strKindFolder = QStringLiteral("栏目");

@@ -231,12 +231,12 @@ TEST(SiteCompiler, ShowsContentUnderTheSkinAndTellsNamesApart) {
     course.WriteResource(nPage, u"res\\a.gif"_s, "lower");
     course.Folder.Write(CSampleCourse::Resource(u"Skin\\site.css"_s), "body{}");
     course.Compile();
-    EXPECT_THAT(
-        course.Bytes(nPage).toStdString(),
-        AllOf(HasSubstr("<img src=res/A.gif><img src=\"res/a~2.gif\">"),
-              HasSubstr("href=\"../Skin/site.css\""), Not(HasSubstr("class=\"children\"")),
-              HasSubstr("<details open><summary><a href=\"Content.htm\" aria-current=\"page\">有内容"),
-              HasSubstr(">下级</a>")));
+    EXPECT_THAT(course.Bytes(nPage).toStdString(),
+                AllOf(HasSubstr("<img src=res/A.gif><img src=\"res/a~2.gif\">"),
+                      HasSubstr("href=\"../Skin/site.css\""), Not(HasSubstr("class=\"children\"")),
+                      HasSubstr("<details open><summary><a href=\"../N" + std::to_string(nPage) +
+                                "/Content.htm\" aria-current=\"page\">有内容"),
+                      HasSubstr(">下级</a>")));
     EXPECT_EQ(course.Bytes(nPage, u"res\\a~2.gif"_s), "lower");
     EXPECT_FALSE(course.Folder.Exists(CSampleCourse::Site(u"vorel\\site.css"_s)));
 }

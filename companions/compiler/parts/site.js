@@ -1,7 +1,8 @@
-// Opens content in the window that its author chose. Without this script the links open a plain new window.
+// Small comforts. The site works without this script.
 (function () {
   "use strict";
 
+  // Opens content in the window that its author chose; otherwise the links open a plain new one.
   function features(kind) {
     if (kind === "2") {
       return "top=0,left=0,height=" + screen.availHeight + ",width=" + screen.availWidth +
@@ -31,10 +32,42 @@
   });
 
   // A long tree shows the present page without being scrolled by hand.
-  var nav = document.querySelector(".site-nav");
+  var nav = document.getElementById("v-nav");
   var current = nav && nav.querySelector("[aria-current]");
   if (current && nav.scrollHeight > nav.clientHeight) {
     nav.scrollTop = current.getBoundingClientRect().top - nav.getBoundingClientRect().top -
       nav.clientHeight / 3;
   }
+
+  // On a phone the link that opens the tree also closes it.
+  var menu = document.querySelector(".site-tools .menu");
+  function follow() {
+    var open = location.hash === "#v-nav";
+    menu.setAttribute("aria-expanded", String(open));
+    menu.setAttribute("href", open ? "#v-content" : "#v-nav");
+  }
+  if (menu) {
+    menu.setAttribute("role", "button");
+    menu.addEventListener("keydown", function (event) {
+      if (event.key === " ") {
+        event.preventDefault();
+        menu.click();
+      }
+    });
+    window.addEventListener("hashchange", follow);
+    follow();
+  }
+
+  // What is wider than the page can be scrolled by keyboard in every browser.
+  function reach() {
+    document.querySelectorAll(".page, .page pre").forEach(function (box) {
+      if (box.scrollWidth > box.clientWidth && !box.hasAttribute("tabindex")) {
+        box.setAttribute("tabindex", "0");
+        box.setAttribute("role", "region");
+        box.setAttribute("aria-label", "可左右滚动的内容");
+      }
+    });
+  }
+  window.addEventListener("load", reach);
+  window.addEventListener("resize", reach);
 })();

@@ -1,0 +1,292 @@
+#include "companions/compiler/SearchIndex.h"
+
+#include "companions/compiler/FrameParts.h"
+#include "companions/compiler/SourceFile.h"
+#include "foundation/Exceptions.h"
+#include "foundation/PageText.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <bit>
+
+using namespace Qt::StringLiterals;
+
+namespace SearchIndex {
+namespace {
+
+/// Of one node. Whoever looks for a word behind it looks in the page.
+constexpr qsizetype c_nMaxText = 100'000;
+constexpr quint32 c_nFilterBits = 1 << 16;
+constexpr quint32 c_nLeastFilterBits = 1 << 8;
+
+bool IsNameStart(QChar c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
+
+/// Reads the text of markup in one pass, forgiving whatever is wrong in it.
+class CTextReader {
+public:
+    explicit CTextReader(const QString& strHtml) : m_strHtml(strHtml) {}
+
+    QString Read() {
+        m_strOut.reserve(m_strHtml.size() / 2);
+        while (m_nAt < m_strHtml.size() && m_strOut.size() < c_nMaxText) {
+            const QChar c = m_strHtml[m_nAt];
+            if (c == u'<')
+                Tag();
+            else if (c == u'&')
+                Entity();
+            else
+                Put(m_strHtml[m_nAt++]);
+        }
+        return m_strOut;
+    }
+
+private:
+    void Put(QChar c) {
+        if (c.isSpace() || c.unicode() < 0x20) {
+            m_bSpace = true;
+            return;
+        }
+        if (m_bSpace && !m_strOut.isEmpty())
+            m_strOut += u' ';
+        m_bSpace = false;
+        m_strOut += c;
+    }
+
+    void SkipTo(QStringView strEnd) {
+        const qsizetype nEnd = m_strHtml.indexOf(strEnd, m_nAt, Qt::CaseInsensitive);
+        m_nAt = nEnd < 0 ? m_strHtml.size() : nEnd + strEnd.size();
+    }
+
+    void Tag() {
+        const QStringView rest = QStringView(m_strHtml).mid(m_nAt);
+        if (rest.startsWith(u"<!--")) {
+            m_nAt += 4;
+            return SkipTo(u"-->");
+        }
+        const bool bEnd = rest.size() > 1 && rest[1] == u'/';
+        const qsizetype nName = bEnd ? 2 : 1;
+        if (rest.size() <= nName || !(IsNameStart(rest[nName]) || rest[nName] == u'!' || rest[nName] == u'?'))
+            return Put(m_strHtml[m_nAt++]);
+        qsizetype nNameEnd = nName;
+        while (nNameEnd < rest.size() && rest[nNameEnd].isLetterOrNumber())
+            ++nNameEnd;
+        const QString strName = LowerAscii(rest.mid(nName, nNameEnd - nName).toString());
+        m_nAt += nNameEnd;
+        SkipAttributes();
+        static const QSet<QString> inlines = {
+            u"a"_s,   u"b"_s,   u"i"_s,    u"u"_s,     u"s"_s,   u"em"_s,   u"strong"_s, u"span"_s, u"font"_s,
+            u"sub"_s, u"sup"_s, u"code"_s, u"small"_s, u"big"_s, u"mark"_s, u"wbr"_s,    u"img"_s};
+        m_bSpace = m_bSpace || !inlines.contains(strName);
+        if (!bEnd && (strName == "script"_L1 || strName == "style"_L1 || strName == "title"_L1 ||
+                      strName == "template"_L1)) {
+            SkipTo(QString(u"</"_s + strName));
+            SkipAttributes();
+        }
+    }
+
+    void SkipAttributes() {
+        QChar cQuote;
+        for (; m_nAt < m_strHtml.size(); ++m_nAt) {
+            const QChar c = m_strHtml[m_nAt];
+            if (!cQuote.isNull())
+                cQuote = c == cQuote ? QChar() : cQuote;
+            else if (c == u'"' || c == u'\'')
+                cQuote = c;
+            else if (c == u'>') {
+                ++m_nAt;
+                return;
+            }
+        }
+    }
+
+    void Entity() {
+        static const QHash<QString, char16_t> names = {
+            {u"nbsp"_s, u' '},       {u"lt"_s, u'<'},          {u"gt"_s, u'>'},
+            {u"amp"_s, u'&'},        {u"quot"_s, u'"'},        {u"apos"_s, u'\''},
+            {u"ldquo"_s, u'\u201c'}, {u"rdquo"_s, u'\u201d'},  {u"lsquo"_s, u'\u2018'},
+            {u"rsquo"_s, u'\u2019'}, {u"hellip"_s, u'\u2026'}, {u"mdash"_s, u'\u2014'},
+            {u"ndash"_s, u'\u2013'}, {u"middot"_s, u'\u00b7'}, {u"times"_s, u'\u00d7'},
+            {u"copy"_s, u'\u00a9'}};
+        constexpr qsizetype c_nLongest = 10;
+        const qsizetype nEnd = m_strHtml.indexOf(u';', m_nAt);
+        if (nEnd < 0 || nEnd - m_nAt > c_nLongest)
+            return Put(m_strHtml[m_nAt++]);
+        const QString strName = m_strHtml.mid(m_nAt + 1, nEnd - m_nAt - 1);
+        char32_t nCode = names.value(strName);
+        if (strName.startsWith(u'#')) {
+            const bool bHex = strName.mid(1, 1).toLower() == "x"_L1;
+            nCode = strName.mid(bHex ? 2 : 1).toUInt(nullptr, bHex ? 16 : 10);
+        }
+        if (nCode == 0 || nCode > QChar::LastValidCodePoint || QChar::isSurrogate(nCode))
+            return Put(m_strHtml[m_nAt++]);
+        m_nAt = nEnd + 1;
+        for (const char16_t c : QChar::fromUcs4(nCode))
+            Put(c);
+    }
+
+    const QString& m_strHtml;
+    QString m_strOut;
+    qsizetype m_nAt = 0;
+    bool m_bSpace = false;
+};
+
+/// As the script folds what it compares: full-width forms count as plain ones, capitals as small ones.
+char16_t Folded(QChar c) {
+    if (c.unicode() >= 0xff01 && c.unicode() <= 0xff5e)
+        c = QChar(char16_t(c.unicode() - 0xfee0));
+    return c.toLower().unicode();
+}
+
+/// A bit for each pair of neighbouring characters that occurs.
+class CFilter {
+public:
+    void Add(const QString& strText) {
+        char16_t cBefore = 0;
+        for (const QChar c : strText) {
+            const char16_t cHere = Folded(c);
+            if (cBefore)
+                Set((quint32(cBefore) * 40503u + quint32(cHere) * 30011u) >> 2);
+            cBefore = cHere;
+        }
+    }
+
+    /// As small as it can be while it still tells much: folded while few bits are set.
+    QByteArray Bits() const {
+        QByteArray bits = m_bits;
+        while (quint32(bits.size()) * 8 > c_nLeastFilterBits && CountSet(bits) * 8 <= bits.size() * 8) {
+            const qsizetype nHalf = bits.size() / 2;
+            for (qsizetype i = 0; i < nHalf; ++i)
+                bits[i] = char(bits[i] | bits[i + nHalf]);
+            bits.resize(nHalf);
+        }
+        return bits;
+    }
+
+private:
+    void Set(quint32 nHash) {
+        const quint32 nBit = nHash % c_nFilterBits;
+        m_bits[qsizetype(nBit / 8)] = char(m_bits[qsizetype(nBit / 8)] | (1 << (nBit % 8)));
+    }
+    static qsizetype CountSet(const QByteArray& bits) {
+        qsizetype nCount = 0;
+        for (const char c : bits)
+            nCount += std::popcount(static_cast<unsigned char>(c));
+        return nCount;
+    }
+
+    QByteArray m_bits = QByteArray(c_nFilterBits / 8, '\0');
+};
+
+void AppendQuoted(QByteArray& out, const QString& strText) {
+    out += '"';
+    for (const char c : strText.toUtf8()) {
+        if (c == '"' || c == '\\')
+            out += '\\';
+        if (static_cast<unsigned char>(c) >= 0x20)
+            out += c;
+    }
+    out += '"';
+}
+
+QString FileText(const CSitePlan& plan, const QString& strSource) {
+    const bool bHtml = Torvane::File::IsHtmlFile(strSource);
+    if (!bHtml && LowerAscii(Torvane::File::Extension(strSource)) != ".txt"_L1)
+        return {};
+    try {
+        const std::optional<QByteArray> bytes = ReadSourceText(plan.Tree().NativePath(strSource));
+        if (!bytes)
+            return {};
+        const QString strText = PageText::Decode(*bytes).Text;
+        return bHtml ? PlainText(strText) : strText.left(c_nMaxText).simplified();
+    } catch (const Torvane::CRunException&) {
+        return {};
+    }
+}
+
+const QByteArray c_partBegin = "vorelSearch.part(";
+
+} // namespace
+
+QString PlainText(const QString& strHtml) {
+    return CTextReader(strHtml).Read();
+}
+
+QString NodeText(const CSitePlan& plan, int nNode, const QString& strPage) {
+    const NodePlan& node = plan.Of(nNode);
+    const StoreRow& row = plan.Model().Nodes()[nNode].Row;
+    switch (node.View) {
+    case ENodeView::Page:
+        if (node.PagePath.isEmpty())
+            return {}; // a link to a page that is found by itself
+        return strPage.isEmpty() ? FileText(plan, node.Source) : PlainText(strPage);
+    case ENodeView::Embedded:
+        return FileText(plan, node.Source);
+    case ENodeView::Address:
+        return node.Source;
+    case ENodeView::Picture:
+    case ENodeView::Player:
+    case ENodeView::Download:
+        return QString(row.FileName + u' ' + row.Comment).simplified();
+    default:
+        return {};
+    }
+}
+
+int PartCount(const CSitePlan& plan) {
+    return int((plan.Model().Nodes().size() + c_nNodesInPart - 1) / c_nNodesInPart);
+}
+
+QString PartName(int nPart) {
+    return FrameParts::c_strSearchFolder + u'/' + QString::number(nPart) + u".js"_s;
+}
+
+QString IndexName() {
+    return FrameParts::c_strSearchFolder + u"/index.js"_s;
+}
+
+QByteArray Part(const CSitePlan& plan, int nPart, const QStringList& texts) {
+    CFilter filter;
+    QByteArray list;
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        filter.Add(plan.Model().Nodes()[nPart * c_nNodesInPart + i].Row.Title);
+        filter.Add(texts[i]);
+        list += i ? ",\n" : "";
+        AppendQuoted(list, texts[i]);
+    }
+    return c_partBegin + QByteArray::number(nPart) + ",\"" + filter.Bits().toBase64() + "\",[\n" + list +
+           "\n]);\n";
+}
+
+QByteArray FilterOf(const QByteArray& part) {
+    const qsizetype nBegin = part.indexOf('"') + 1;
+    const qsizetype nEnd = part.indexOf('"', nBegin);
+    if (!part.startsWith(c_partBegin) || nBegin == 0 || nEnd < 0)
+        return {};
+    return part.mid(nBegin, nEnd - nBegin);
+}
+
+QByteArray Index(const CSitePlan& plan, const QList<QByteArray>& filters) {
+    QByteArray out = "vorelSearch.course({size:" + QByteArray::number(c_nNodesInPart) + ",nodes:[\n";
+    const QList<SiteNode>& nodes = plan.Model().Nodes();
+    for (int i = 0; i < nodes.size(); ++i) {
+        const NodePlan& node = plan.Of(i);
+        out += i ? ",\n[" : "[";
+        AppendQuoted(out, nodes[i].Row.Title);
+        out += ',';
+        const QString strFragment = node.PagePath.isEmpty() ? node.Fragment : QString();
+        AppendQuoted(out,
+                     node.TargetIsAddress ? node.Target : RelativeAddress({}, node.Target) + strFragment);
+        out += ',' + QByteArray::number(nodes[i].Parent) + ',' + QByteArray::number(node.OpenType) + ']';
+    }
+    out += "\n],filters:[\n";
+    for (qsizetype i = 0; i < filters.size(); ++i)
+        out += (i ? ",\n\"" : "\"") + filters[i] + '"';
+    return out + "\n]});\n";
+}
+
+} // namespace SearchIndex

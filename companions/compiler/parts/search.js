@@ -1,0 +1,203 @@
+// Searches titles and texts of the course, without a server: the index and the texts come as script files, since a
+// page that was opened from a disk may load nothing else. Of the texts only those parts are loaded that can hold the
+// words, and only until the page is full.
+(function () {
+  "use strict";
+
+  var SHOWN_AT_ONCE = 20;
+  var AROUND = 40;
+  var folder = document.currentScript.src.replace(/search\.js.*$/, "search/");
+  var found = document.getElementById("v-found");
+  var list = document.getElementById("v-results");
+  var more = document.getElementById("v-more");
+  var words = [];
+  var course = null;
+  var wanted = SHOWN_AT_ONCE;
+  var shown = 0;
+  var listed = {};
+  var waiting = []; // parts that may hold the words
+  var ready = []; // what was found and is not shown yet
+
+  // As the compiler folds what it writes into the filters. Keeps the length, so that places hold.
+  function fold(text) {
+    var plain = text.replace(/[\uff01-\uff5e]/g, function (c) {
+      return String.fromCharCode(c.charCodeAt(0) - 0xfee0);
+    });
+    var lower = plain.toLowerCase();
+    return lower.length === plain.length ? lower : plain;
+  }
+
+  function holdsAll(text) {
+    return words.every(function (word) { return text.indexOf(word) >= 0; });
+  }
+
+  function mayHold(filter) {
+    var bits = atob(filter);
+    var mask = bits.length * 8 - 1;
+    return words.every(function (word) {
+      for (var i = 1; i < word.length; ++i) {
+        var hash = (((word.charCodeAt(i - 1) * 40503 + word.charCodeAt(i) * 30011) >>> 0) >>> 2) & mask;
+        if (!(bits.charCodeAt(hash >> 3) & (1 << (hash & 7)))) {
+          return false;
+        }
+      }
+      return true;
+    });
+  }
+
+  function load(name) {
+    var script = document.createElement("script");
+    script.charset = "utf-8";
+    script.src = folder + name;
+    script.onerror = function () { say("读取搜索数据失败。"); };
+    document.head.appendChild(script);
+  }
+
+  function say(text) { found.textContent = text; }
+
+  // The text with the words marked.
+  function marked(element, text) {
+    var folded = fold(text);
+    var at = 0;
+    while (at < text.length) {
+      var next = -1;
+      var length = 0;
+      words.forEach(function (word) {
+        var place = folded.indexOf(word, at);
+        if (place >= 0 && (next < 0 || place < next)) {
+          next = place;
+          length = word.length;
+        }
+      });
+      if (next < 0) {
+        break;
+      }
+      element.appendChild(document.createTextNode(text.slice(at, next)));
+      var mark = document.createElement("mark");
+      mark.textContent = text.slice(next, next + length);
+      element.appendChild(mark);
+      at = next + length;
+    }
+    element.appendChild(document.createTextNode(text.slice(at)));
+    return element;
+  }
+
+  function excerpt(text) {
+    var folded = fold(text);
+    var first = words.reduce(function (least, word) {
+      var place = folded.indexOf(word);
+      return place >= 0 && (least < 0 || place < least) ? place : least;
+    }, -1);
+    var begin = Math.max(0, first - AROUND);
+    var end = Math.min(text.length, Math.max(first, 0) + 2 * AROUND);
+    return (begin > 0 ? "…" : "") + text.slice(begin, end) + (end < text.length ? "…" : "");
+  }
+
+  function path(index) {
+    var titles = [];
+    for (var i = course.nodes[index][2]; i > 0; i = course.nodes[i][2]) {
+      titles.unshift(course.nodes[i][0]);
+    }
+    return titles.join(" › ");
+  }
+
+  function show(index, text) {
+    var node = course.nodes[index];
+    var item = document.createElement("li");
+    var link = document.createElement("a");
+    link.href = node[1];
+    if (node[3]) {
+      link.target = "_blank";
+      link.rel = "noopener";
+      link.setAttribute("data-open", node[3]);
+    }
+    item.appendChild(marked(link, node[0]));
+    [["where", path(index)], ["excerpt", text ? excerpt(text) : ""]].forEach(function (line) {
+      if (line[1]) {
+        var paragraph = document.createElement("p");
+        paragraph.className = line[0];
+        item.appendChild(line[0] === "excerpt" ? marked(paragraph, line[1])
+          : paragraph.appendChild(document.createTextNode(line[1])).parentNode);
+      }
+    });
+    list.appendChild(item);
+    ++shown;
+  }
+
+  function step() {
+    while (ready.length > 0 && shown < wanted) {
+      var next = ready.shift();
+      show(next[0], next[1]);
+    }
+    if (shown < wanted && waiting.length > 0) {
+      say("正在搜索……已找到 " + shown + " 条。");
+      load(waiting[0] + ".js");
+      return;
+    }
+    more.hidden = ready.length === 0 && waiting.length === 0;
+    if (shown === 0) {
+      say("没有找到“" + words.join(" ") + "”。");
+    } else {
+      say(more.hidden ? "共找到 " + shown + " 条。" : "已显示 " + shown + " 条。");
+    }
+  }
+
+  more.addEventListener("click", function () {
+    var before = list.children.length;
+    wanted += SHOWN_AT_ONCE;
+    step();
+    if (list.children.length > before) {
+      list.children[before].firstChild.focus();
+    }
+  });
+
+  window.vorelSearch = {
+    course: function (data) {
+      course = data;
+      course.nodes.forEach(function (node, index) {
+        if (holdsAll(fold(node[0]))) {
+          listed[index] = true;
+          ready.push([index, ""]);
+        }
+      });
+      course.filters.forEach(function (filter, part) {
+        if (mayHold(filter)) {
+          waiting.push(part);
+        }
+      });
+      step();
+    },
+    part: function (part, filter, texts) {
+      waiting.shift();
+      texts.forEach(function (text, i) {
+        var index = part * course.size + i;
+        if (!listed[index] && holdsAll(fold(course.nodes[index][0] + "\n" + text))) {
+          ready.push([index, text]);
+        }
+      });
+      step();
+    }
+  };
+
+  var asked = /[?&]q=([^&#]*)/.exec(location.search);
+  var query = "";
+  if (asked) {
+    try {
+      query = decodeURIComponent(asked[1].replace(/\+/g, " "));
+    } catch (e) {
+      query = asked[1];
+    }
+  }
+  var box = document.querySelector(".search input");
+  if (box) {
+    box.value = query;
+  }
+  words = fold(query).split(/\s+/).filter(function (word) { return word !== ""; });
+  if (words.length > 0) {
+    document.title = query + " - " + document.title;
+    say("正在搜索……");
+    load("index.js");
+  } else if (box) {
+    box.focus();
+  }
+})();
