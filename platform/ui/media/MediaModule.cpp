@@ -226,8 +226,9 @@ void CMediaWorker::Draw(const QVideoFrame& frame) {
     QSize room;
     {
         const QMutexLocker lock(&m_pMail->mutex);
-        // The interface thread has not come to the last one yet: this one would not be seen.
-        if (m_pMail->bPictureWaits && m_pPlayer->playbackState() == QMediaPlayer::PlayingState)
+        // The interface thread has not come to the last one of this film yet: this one would not be seen.
+        if (m_pMail->bPictureWaits && m_pMail->nPictureOf == m_nFile &&
+            m_pPlayer->playbackState() == QMediaPlayer::PlayingState)
             return;
         room = m_pMail->room;
     }
@@ -236,8 +237,9 @@ void CMediaWorker::Draw(const QVideoFrame& frame) {
         return;
     const QMutexLocker lock(&m_pMail->mutex);
     m_pMail->picture = std::move(picture);
+    m_pMail->nPictureOf = m_nFile;
     if (!std::exchange(m_pMail->bPictureWaits, true))
-        Q_EMIT PictureWaits(m_nFile);
+        Q_EMIT PictureWaits();
 }
 
 CMediaEngine::CMediaEngine() : m_pWorker(new CMediaWorker(m_pMail)) {
@@ -270,11 +272,13 @@ void CMediaEngine::ConnectWorker() {
         m_pWorker, &CMediaWorker::Ended, this, [this](int nFile) { Tell(nFile, OnEnded); }, type);
     connect(
         m_pWorker, &CMediaWorker::PictureWaits, this,
-        [this](int nFile) {
+        [this] {
             QImage picture;
+            int nFile = -1;
             {
                 const QMutexLocker lock(&m_pMail->mutex);
                 picture = std::exchange(m_pMail->picture, {});
+                nFile = m_pMail->nPictureOf;
                 m_pMail->bPictureWaits = false;
             }
             if (!picture.isNull())

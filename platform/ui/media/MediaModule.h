@@ -23,6 +23,8 @@ struct SMediaMail {
     QMutex mutex;
     QSize room;
     QImage picture;
+    /// The file that the picture is of.
+    int nPictureOf = -1;
     bool bPictureWaits = false;
 };
 
@@ -49,7 +51,7 @@ Q_SIGNALS:
     void StateChanged(int nFile, EMediaState state);
     void Moved(int nFile, qint64 nPosition);
     void Ended(int nFile);
-    void PictureWaits(int nFile);
+    void PictureWaits();
 
 private:
     void MakePlayer();

@@ -54,6 +54,42 @@ private:
     QVideoFrame m_frame;
 };
 
+/// Films of more lines than this are in the colours of high definition where they don't say.
+constexpr int c_nStandardLines = 576;
+
+/// By which numbers brightness and colour were parted, as the library counts them.
+int MatrixOf(const QVideoFrameFormat& format) {
+    switch (format.colorSpace()) {
+    case QVideoFrameFormat::ColorSpace_BT601:
+    case QVideoFrameFormat::ColorSpace_AdobeRgb:
+        return SWS_CS_ITU601;
+    case QVideoFrameFormat::ColorSpace_BT709:
+        return SWS_CS_ITU709;
+    case QVideoFrameFormat::ColorSpace_BT2020:
+        return SWS_CS_BT2020;
+    case QVideoFrameFormat::ColorSpace_Undefined:
+        break;
+    }
+    return format.frameHeight() > c_nStandardLines ? SWS_CS_ITU709 : SWS_CS_ITU601;
+}
+
+/// Without this the library takes every film for one of standard definition in the narrow range.
+void SetColours(SwsContext* pContext, const QVideoFrameFormat& format) {
+    int* pIgnored = nullptr;
+    int nFromFull = 0;
+    int nToFull = 0;
+    int nBrightness = 0;
+    int nContrast = 0;
+    int nSaturation = 0;
+    // Shades of grey have no such numbers.
+    if (sws_getColorspaceDetails(pContext, &pIgnored, &nFromFull, &pIgnored, &nToFull, &nBrightness,
+                                 &nContrast, &nSaturation) < 0)
+        return;
+    const bool bFull = format.colorRange() == QVideoFrameFormat::ColorRange_Full;
+    sws_setColorspaceDetails(pContext, sws_getCoefficients(MatrixOf(format)), bFull ? 1 : 0,
+                             sws_getCoefficients(SWS_CS_DEFAULT), 1, nBrightness, nContrast, nSaturation);
+}
+
 QSize Shrunk(const QSize& size, const QSize& room) {
     const bool bFits = size.width() <= room.width() && size.height() <= room.height();
     return bFits ? size : size.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1});
@@ -84,6 +120,7 @@ QImage CMediaPictures::Make(const QVideoFrame& frame, const QSize& room) {
     QImage image(target, QImage::Format_RGB32);
     if (m_pContext == nullptr || image.isNull())
         return {};
+    SetColours(m_pContext, frame.surfaceFormat());
     std::array<const uint8_t*, 4> planes{};
     std::array<int, 4> lines{};
     for (int nPlane = 0; nPlane < mapped->planeCount(); ++nPlane) {
