@@ -24,8 +24,14 @@ SKind Of(const QString& strExtension);
 /// The same of a path or of what a URL points at.
 SKind OfFile(const QString& strPath);
 
-/// What the engine's pages must know: JSON, for each kind of media by its extension without the dot what it
-/// is called and whether the engine may be able to play it, {"wmv":["Windows Media 视频",false],…}.
+/// Whether a card can stand in a page for such a file, see AsJson.
+bool HasCard(const QString& strPath);
+
+/// What the script must know that puts cards into pages, JSON:
+///   files    by the extension without its dot: [name, whether the engine may play it, whether that is sound]
+///   classes  by the class of a plug-in its name
+///   types    [pattern of what a page asks for, name], the first that fits counts
+///   texts    what the cards say
 QString AsJson();
 
 } // namespace MediaKinds

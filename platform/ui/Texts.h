@@ -55,4 +55,41 @@ inline const QString c_strKindOfFile = QStringLiteral("这是 %1。");
 inline const QString c_strKindUnknown = QStringLiteral("这是一个文件。");
 inline const QString c_strNotShownHere = QStringLiteral("本程序不能显示这种文件，您可以用其他程序打开它。");
 
+// What media are called, in the player and on the cards that stand in pages.
+inline const QString c_strWindowsVideo = QStringLiteral("Windows Media 视频");
+inline const QString c_strWindowsSound = QStringLiteral("Windows Media 音频");
+inline const QString c_strWindowsList = QStringLiteral("Windows Media 播放列表");
+inline const QString c_strAviVideo = QStringLiteral("AVI 视频");
+inline const QString c_strMpegVideo = QStringLiteral("MPEG 视频");
+inline const QString c_strMpegSound = QStringLiteral("MPEG 音频");
+inline const QString c_strRealVideo = QStringLiteral("RealMedia 视频");
+inline const QString c_strRealSound = QStringLiteral("RealMedia 音频");
+inline const QString c_strRealList = QStringLiteral("RealMedia 播放列表");
+inline const QString c_strQuickTimeVideo = QStringLiteral("QuickTime 视频");
+inline const QString c_strFlashVideo = QStringLiteral("Flash 视频");
+inline const QString c_strFlashAnimation = QStringLiteral("Flash 动画");
+inline const QString c_strShockwave = QStringLiteral("Shockwave 动画");
+inline const QString c_strMatroskaVideo = QStringLiteral("Matroska 视频");
+inline const QString c_strPhoneVideo = QStringLiteral("手机视频");
+inline const QString c_strApeSound = QStringLiteral("APE 音频");
+inline const QString c_strAmrSound = QStringLiteral("AMR 录音");
+inline const QString c_strMidi = QStringLiteral("MIDI 音乐");
+inline const QString c_strMp4Video = QStringLiteral("MP4 视频");
+inline const QString c_strAacSound = QStringLiteral("AAC 音频");
+inline const QString c_strMp3Sound = QStringLiteral("MP3 音频");
+inline const QString c_strWavSound = QStringLiteral("WAV 音频");
+inline const QString c_strOggSound = QStringLiteral("OGG 音频");
+inline const QString c_strOggVideo = QStringLiteral("OGG 视频");
+inline const QString c_strWebmVideo = QStringLiteral("WebM 视频");
+inline const QString c_strFlacSound = QStringLiteral("FLAC 音频");
+inline const QString c_strAnyVideo = QStringLiteral("视频");
+inline const QString c_strAnySound = QStringLiteral("声音");
+inline const QString c_strAnyPlugIn = QStringLiteral("插件内容");
+inline const QString c_strAnyFile = QStringLiteral("文件");
+inline const QString c_strApplet = QStringLiteral("Java 小程序");
+inline const QString c_strCardOpens = QStringLiteral("%1，点击打开");
+inline const QString c_strCardOpensFile = QStringLiteral("点击打开 %1");
+inline const QString c_strCardNamed = QStringLiteral("%1：%2");
+inline const QString c_strCardWithoutFile = QStringLiteral("%1（没有指定文件）");
+
 } // namespace UiTexts

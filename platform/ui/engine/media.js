@@ -1,26 +1,17 @@
-// Puts a card in place of each medium that the engine can't play: with its name and kind, in its size, and a
-// click on it asks the program to open the file. Runs in a world of its own in every frame of a page that is
-// looked at, never in one that is edited. "kinds": extension to [name, whether the engine may play it].
+// Puts a card in place of each medium that the engine can't play, and of each frame with a file that it doesn't show:
+// with its name and kind, in its size, and a click on it asks the program to open the file. Runs in a world of its own in
+// every frame of a page that is looked at, never in one that is edited. "kinds" is MediaKinds::AsJson.
 (function (kinds, token) {
   'use strict';
-  const CLASSES = {
-    'd27cdb6e-ae6d-11cf-96b8-444553540000': 'Flash 动画',
-    '166b1bca-3f9c-11cf-8075-444553540000': 'Shockwave 动画',
-    '22d6f312-b0f6-11d0-94ab-0080c74c7e95': 'Windows Media 视频',
-    '6bf52a52-394a-11d3-b153-00c04f79faa6': 'Windows Media 视频',
-    '05589fa1-c356-11ce-bf01-00aa0055595a': 'Windows Media 视频',
-    'cfcdaa03-8be4-11cf-b84b-0020afbbccfa': 'RealMedia 视频',
-    '02bf25d5-8c17-4b23-bc80-d3488abddc6b': 'QuickTime 视频',
-  };
-  const TYPES = [
-    [/shockwave-flash|futuresplash/, 'Flash 动画'], [/application\/x-director/, 'Shockwave 动画'],
-    [/x-mplayer2|x-ms-|x-oleobject/, 'Windows Media 视频'], [/realaudio|realmedia/, 'RealMedia 视频'],
-    [/quicktime/, 'QuickTime 视频'], [/midi?$/, 'MIDI 音乐'], [/^video\//, '视频'], [/^audio\//, '声音'],
-  ];
+  const TEXTS = kinds.texts;
+  const TYPES = kinds.types.map(([pattern, name]) => [new RegExp(pattern), name]);
   const SOURCES = ['src', 'data', 'movie', 'url', 'filename', 'file'];
-  const TAGS = 'embed, object, bgsound, applet, video, audio, iframe';
+  const FRAMES = 'iframe, frame';
+  const TAGS = 'embed, object, bgsound, applet, video, audio, ' + FRAMES;
   const LEAST = {width: 120, height: 60};
   const done = new WeakSet();
+  // The engine's own page around a film, as in a frame that shows it.
+  const isAlone = /^(video|audio)\//.test(document.contentType);
 
   function extensionOf(url) {
     const path = url.split(/[?#]/)[0];
@@ -28,9 +19,18 @@
     return name.includes('.') ? name.slice(name.lastIndexOf('.') + 1).toLowerCase() : '';
   }
 
+  function entry(table, key) {
+    return Object.prototype.hasOwnProperty.call(table, key) ? table[key] : null;
+  }
+
+  // What the file is, or null for what the engine shows.
   function kindOf(url) {
-    const extension = extensionOf(url);
-    return Object.prototype.hasOwnProperty.call(kinds, extension) ? kinds[extension] : null;
+    const known = entry(kinds.files, extensionOf(url));
+    return known && {name: known[0], mayPlay: known[1], isSound: known[2]};
+  }
+
+  function filled(text, ...values) {
+    return values.reduce((result, value, i) => result.replace('%' + (i + 1), () => value), text);
   }
 
   function nameOf(url) {
@@ -69,7 +69,7 @@
     const id = (element.getAttribute('classid') || '').toLowerCase().replace(/^clsid:|[{}\s]/g, '');
     const type = (element.getAttribute('type') || '').toLowerCase();
     const known = TYPES.find(([pattern]) => pattern.test(type));
-    return CLASSES[id] || (known ? known[1] : '') || (id ? '插件内容' : '');
+    return entry(kinds.classes, id) || (known ? known[1] : '') || (id ? TEXTS.plugIn : '');
   }
 
   function sizeOf(element) {
@@ -96,13 +96,13 @@
     const root = host.attachShadow({mode: 'closed'});
     const button = document.createElement('button');
     const name = nameOf(url);
-    const text = url ? (kind + '：' + name) : (kind + '（没有指定文件）');
+    const text = url ? filled(TEXTS.named, kind, name) : filled(TEXTS.withoutFile, kind);
     button.type = 'button';
     button.disabled = !url;
-    button.title = url ? name + '\n点击打开' : text;
+    button.title = url ? filled(TEXTS.opensFile, name) : text;
     button.setAttribute('aria-label', text);
     for (const [line, style] of [[url ? '▶' : '', 'font-size:24px;line-height:1'], [name, 'font-weight:bold'],
-                                 [url ? kind + '，点击打开' : text, 'color:#555']]) {
+                                 [url ? filled(TEXTS.opens, kind) : text, 'color:#555']]) {
       const part = document.createElement('div');
       part.textContent = line;
       part.style.cssText = 'overflow:hidden;text-overflow:ellipsis;max-width:100%;' + style;
@@ -141,6 +141,10 @@
       (document.body || document.documentElement).append(chip);
       return;
     }
+    if (isAlone)
+      return fill(document, url, kind);
+    if (element.localName === 'frame')
+      return fillFrame(element, url, kind);
     const size = sizeOf(element);
     const place = element.style.position;
     const host = card(url, kind, size);
@@ -156,6 +160,20 @@
   }
   let unseen = 0;
 
+  // A card that is all there is in a document.
+  function fill(page, url, kind) {
+    const host = card(url, kind, {width: '100%', height: '100vh'});
+    host.style.display = 'block';
+    page.body.replaceChildren(host);
+    page.body.style.cssText = 'margin:0;height:100vh;overflow:hidden;background:white';
+  }
+
+  // Nothing else than a frame has a place among frames.
+  function fillFrame(frame, url, kind) {
+    frame.addEventListener('load', () => frame.contentDocument && fill(frame.contentDocument, url, kind), {once: true});
+    frame.src = 'about:blank';
+  }
+
   // Whether the engine has the decoders is known when it has tried.
   function watchPlayable(element) {
     if (done.has(element))
@@ -163,7 +181,7 @@
     const fail = () => {
       const url = element.currentSrc || sourceOf(element);
       if (url && !/^(blob|data):/.test(url))
-        replace(element, url, (kindOf(url) || [element.localName === 'audio' ? '声音' : '视频'])[0]);
+        replace(element, url, (kindOf(url) || {name: element.localName === 'audio' ? TEXTS.sound : TEXTS.video}).name);
     };
     const broken = () => element.error || element.networkState === HTMLMediaElement.NETWORK_NO_SOURCE;
     if (broken() && sourceOf(element))
@@ -194,32 +212,32 @@
     const url = sourceOf(element);
     const kind = url ? kindOf(url) : null;
     if (element.localName === 'bgsound') {
-      if (url && kind && kind[1])
+      if (url && kind && kind.mayPlay)
         playBehind(element, url);
       else if (url)
-        replace(element, url, kind ? kind[0] : '声音');
+        replace(element, url, kind ? kind.name : TEXTS.sound);
       return;
     }
-    if (element.localName === 'iframe') {
-      if (kind && !kind[1])
-        replace(element, url, kind[0]);
+    if (element.matches(FRAMES)) {
+      if (kind && !kind.mayPlay)
+        replace(element, url, kind.name);
       return;
     }
     const plugIn = plugInOf(element);
     if (element.localName === 'applet')
-      return replace(element, '', 'Java 小程序');
+      return replace(element, '', TEXTS.applet);
     if (kind)
-      return kind[1] ? playInstead(element, url, kind[0]) : replace(element, url, kind[0]);
+      return kind.mayPlay ? playInstead(element, url, kind.isSound) : replace(element, url, kind.name);
     if (plugIn && !isShown(element))
       replace(element, url, plugIn);
   }
 
   // A player for what the engine may have the decoder of.
-  function playInstead(element, url, kind) {
+  function playInstead(element, url, isSound) {
     if (isUnseen(element))
       return playBehind(element, url);
     const size = sizeOf(element);
-    const player = document.createElement(/音频|声音/.test(kind) ? 'audio' : 'video');
+    const player = document.createElement(isSound ? 'audio' : 'video');
     player.controls = true;
     player.src = url;
     player.style.cssText = 'width:' + size.width + ';height:' + size.height;
@@ -248,7 +266,10 @@
   lookBelow(document);
   // Pages of that time write their players by script.
   new MutationObserver((changes) => {
-    for (const change of changes)
+    for (const change of changes) {
+      if (change.type === 'attributes' && change.target.matches(FRAMES))
+        look(change.target);
       change.addedNodes.forEach((node) => node.isConnected && lookBelow(node));
-  }).observe(document, {subtree: true, childList: true});
+    }
+  }).observe(document, {subtree: true, childList: true, attributes: true, attributeFilter: ['src']});
 })
