@@ -302,13 +302,15 @@ void CInSiteLinkDialog::OpenHere() {
         return;
     }
     const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(m_strToOpen));
-    if (MediaKinds::OfFile(strPath).Way == MediaKinds::EWay::Browser) {
-        m_pPreview->NavigateAndWait(m_strToOpen);
+    const QPointer<CInSiteLinkDialog> pAlive(this);
+    if (MediaKinds::OfFile(strPath).Way == MediaKinds::EWay::Browser &&
+        m_pPreview->NavigateAndWait(m_strToOpen))
         return;
+    // The preview can't show the file, and mostly goes on showing the page that links to it.
+    if (pAlive) {
+        m_toFollow.stop();
+        SetPlace(strPath);
     }
-    // The preview can't show the file, and goes on showing the page that links to it.
-    m_toFollow.stop();
-    SetPlace(strPath);
 }
 
 void CInSiteLinkDialog::SetPlace(const QString& strPlace) {

@@ -41,6 +41,11 @@ CContentPane::CContentPane(QWidget* pParent)
     m_pOffer->Serve(*m_pBrowser);
     connect(m_pOffer, &COfferBar::FileWanted, this, &CContentPane::OpenForPage);
     connect(m_pOffer, &COfferBar::NotOpened, this, &CContentPane::SayNotOpened);
+    // The engine has looked into a file of a kind that nobody knows.
+    connect(m_pBrowser, &CWebBrowser2Ex::FileNotShown, this, [this](const QString& strPath) {
+        if (!m_bCleared && strPath == m_strShownPath)
+            ShowAsFile(strPath);
+    });
 }
 
 void CContentPane::Show(const QString& strTarget, const QStringList& allowedFolders, bool bNetwork) {
@@ -48,17 +53,9 @@ void CContentPane::Show(const QString& strTarget, const QStringList& allowedFold
     m_bCleared = false;
     m_allowedFolders = allowedFolders;
     const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(strTarget));
+    m_strShownPath = strPath;
     if (!strPath.isEmpty() && MediaKinds::OfFile(strPath).Way != MediaKinds::EWay::Browser) {
-        if (m_pMedia == nullptr) {
-            m_pMedia = new CMediaView(m_pStack);
-            m_pStack->addWidget(m_pMedia);
-            connect(m_pMedia, &CMediaView::OpenOutside, this, &CContentPane::OpenInProgram);
-        }
-        m_pStack->setCurrentWidget(m_pMedia);
-        setFocusProxy(m_pMedia);
-        m_pMedia->ShowFile(strPath, m_strFileName);
-        // The page of before is out of sight, not yet out of hearing.
-        ClearPage();
+        ShowAsFile(strPath);
         return;
     }
     m_pStack->setCurrentWidget(m_pBrowser);
@@ -66,6 +63,19 @@ void CContentPane::Show(const QString& strTarget, const QStringList& allowedFold
     m_pBrowser->SetAllowedFolders(allowedFolders, false);
     m_pBrowser->SetNetworkAllowed(bNetwork);
     m_pBrowser->NavigateAndWait(strTarget);
+}
+
+void CContentPane::ShowAsFile(const QString& strPath) {
+    if (m_pMedia == nullptr) {
+        m_pMedia = new CMediaView(m_pStack);
+        m_pStack->addWidget(m_pMedia);
+        connect(m_pMedia, &CMediaView::OpenOutside, this, &CContentPane::OpenInProgram);
+    }
+    m_pStack->setCurrentWidget(m_pMedia);
+    setFocusProxy(m_pMedia);
+    m_pMedia->ShowFile(strPath, m_strFileName);
+    // The page of before is out of sight, not yet out of hearing.
+    ClearPage();
 }
 
 void CContentPane::Clear() {

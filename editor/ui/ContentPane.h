@@ -29,6 +29,7 @@ public:
     void Clear();
 
 private:
+    void ShowAsFile(const QString& strPath);
     void ClearPage();
     void OpenForPage(const QString& strUrl);
     void OpenInProgram(const QString& strPath);
@@ -36,6 +37,7 @@ private:
 
     QString m_strTitle;
     QString m_strFileName;
+    QString m_strShownPath;
     QStringList m_allowedFolders;
     QStackedWidget* m_pStack;
     CWebBrowser2Ex* m_pBrowser;

@@ -45,7 +45,9 @@ bool CAccessRules::IsInAllowedFolder(const QString& strNativePath) const {
 CAccessRules::SVerdict CAccessRules::JudgeFile(const QUrl& url, EResource resource) const {
     if (m_access.bWebPage)
         return {};
-    const QString strFound = SurfaceUrls::FindOnDisk(url);
+    // Of a page in a frame nobody else could mend the link; where a whole page is to go the surface decides.
+    const QUrl meant = resource == EResource::Frame ? SurfaceUrls::MeantByLink(url) : url;
+    const QString strFound = SurfaceUrls::FindOnDisk(meant);
     if (strFound.isEmpty() || !QFileInfo(strFound).isFile())
         return {};
     const bool bProgramPage = resource == EResource::MainPage && IsSamePath(url, m_programPage);
@@ -55,10 +57,10 @@ CAccessRules::SVerdict CAccessRules::JudgeFile(const QUrl& url, EResource resour
     if (url.toLocalFile() == strFound)
         return {SVerdict::EKind::Allow, {}};
     QUrl target = QUrl::fromLocalFile(strFound);
-    if (url.hasQuery())
-        target.setQuery(url.query(QUrl::FullyEncoded));
-    if (url.hasFragment())
-        target.setFragment(url.fragment(QUrl::FullyEncoded));
+    if (meant.hasQuery())
+        target.setQuery(meant.query(QUrl::FullyEncoded));
+    if (meant.hasFragment())
+        target.setFragment(meant.fragment(QUrl::FullyEncoded));
     return {SVerdict::EKind::Redirect, target};
 }
 

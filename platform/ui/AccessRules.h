@@ -23,6 +23,7 @@ public:
 
     /// The page that the program itself asks for, which may always load.
     void SetProgramPage(const QUrl& url) { m_programPage = url; }
+    const QUrl& ProgramPage() const { return m_programPage; }
 
     SVerdict Judge(const QUrl& url, EResource resource) const;
 

@@ -264,6 +264,12 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
                                      : m_pEngine->Load(url, c_nLoadMilliseconds);
     if (!pAlive)
         return false;
+    if (answer.State == SEngineAnswer::EState::Stopped && url.isLocalFile()) {
+        const QString strPath = SurfaceUrls::UrlToPath(url);
+        QMetaObject::invokeMethod(
+            this, [this, strPath] { Q_EMIT FileNotShown(strPath); }, Qt::QueuedConnection);
+        return ShowFailure(UiTexts::c_strNotShownHere + u'\n' + Platform::ToNativeExact(url.toLocalFile()));
+    }
     if (!IsTrue(answer)) {
         const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
         return ShowFailure((bLate ? UiTexts::c_strPageTimeOut : UiTexts::c_strPageFailed) + u'\n' +

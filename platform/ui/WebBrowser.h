@@ -171,6 +171,8 @@ Q_SIGNALS:
     /// be trusted; a local one is a file inside the allowed folders. bByPerson: the person's click has led
     /// there; else the page did by itself, and nothing is to open unasked.
     void NewWindowRequested(const QString& strUrl, bool bByPerson);
+    /// The file that the program navigated to is none that the engine shows; a text stands in its place.
+    void FileNotShown(const QString& strPath);
     /// The person has clicked on a link to a file of the allowed folders that isn't there.
     void LinkMissing(const QString& strPath);
 

@@ -20,6 +20,7 @@ struct SEngineAnswer {
         ScriptError, ///< strError says what the script threw
         TimeOut,     ///< no answer within the limit; the page may still be at it
         Gone,        ///< the page, its process or the program ended meanwhile
+        Stopped,     ///< of a load: the engine could only put the file on the disk
         Busy         ///< refused: another call of this engine runs
     };
     EState State = EState::Gone;
@@ -58,7 +59,7 @@ public:
     /// Holds from the next Load on.
     virtual void SetAccess(const SEngineAccess& access) = 0;
 
-    /// Loads and waits; false when the load failed.
+    /// Loads and waits; false when the load failed, Stopped for what is no page nor anything else it shows.
     virtual SEngineAnswer Load(const QUrl& url, int nMilliseconds) = 0;
     /// Begins to load and doesn't wait. Told once from the event loop: true as soon as a document of the load
     /// is there, false when it failed before, TimeOut behind the limit, Gone when the page's process ended.

@@ -74,6 +74,19 @@ TEST_F(CWebHostile, APageDoesNotLeaveTheCourse) {
     EXPECT_EQ(Html(), u"<p>second</p>"_s);
 }
 
+// The engine would stop loading there, and what had come of the page would be taken for a failure.
+TEST_F(CWebHostile, APageThatClosesItselfWhileItLoadsShowsInFull) {
+    const QByteArray rest = QByteArray("<p>x</p>\n").repeated(20000) + "<p>end</p>";
+    for (const char* const szClose : {"<script>window.close()</script>", "<body onload='self.close()'>",
+                                      "<script>setTimeout(() => top.close())</script>",
+                                      "<iframe src=inside.txt onload='parent.close()'></iframe>"}) {
+        for (int nTry = 0; nTry < 3; ++nTry) {
+            EXPECT_TRUE(Show(u"course\\page.htm"_s, szClose + rest, false)) << szClose;
+            EXPECT_TRUE(Html().contains(u"<p>end</p>"_s)) << szClose;
+        }
+    }
+}
+
 TEST_F(CWebHostile, NewWindowsAreTheProgramsToOpen) {
     QSignalSpy wished(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
     Run(u"window.open('inside.txt'); window.open('../secret.txt');"_s);

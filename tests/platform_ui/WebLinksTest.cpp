@@ -92,6 +92,35 @@ TEST_F(CWebLinks, LeadToPageAndPlaceWhateverTheirLetterCase) {
     EXPECT_TRUE(IsAt(u"h2"_s));
 }
 
+TEST_F(CWebLinks, LeadOnInAFrameToo) {
+    const QString strFrame =
+        u"<meta charset=utf-8><iframe style='position:fixed;left:0;top:0;width:640px;height:480px' src=\"%1\">"_s;
+    m_folder.Write(u"course\\N13\\green #1.htm"_s, "<body style='background:#00ff00'>");
+    m_folder.Write(u"course\\N7\\in.htm"_s,
+                   "<a style='position:fixed;left:0;top:0;width:640px;height:480px;background:#ff0000' "
+                   "href='../n13/GREEN #1.htm#top'>link</a>");
+    ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, strFrame.arg(u"in.htm"_s).toUtf8(), false));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::red); }));
+    Click();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::green); })) << "by a click";
+    ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, strFrame.arg(u"../n13/green #1.htm"_s).toUtf8(), false));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::green); })) << "from the beginning";
+}
+
+// Neither the engine nor the desktop says what such a file is before it is opened.
+TEST_F(CWebLinks, AFileOfAnUnknownKindIsLeftToTheProgram) {
+    QSignalSpy wanted(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
+    QSignalSpy notShown(m_browser.get(), &CWebBrowser2Ex::FileNotShown);
+    m_folder.Write(u"course\\N13\\a.gsp"_s, QByteArray::fromHex("00ff01fe02fd"));
+    Follow(u"../n13/a.gsp"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    EXPECT_TRUE(wanted.first().first().toString().endsWith(u"/N13/a.gsp"_s));
+    EXPECT_TRUE(wanted.first().value(1).toBool()) << "by the person";
+    EXPECT_FALSE(m_browser->NavigateAndWait(m_folder.Path(u"course\\N13\\a.gsp"_s)));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !notShown.isEmpty(); }));
+    EXPECT_EQ(wanted.size(), 1);
+}
+
 TEST_F(CWebLinks, APlaceIsSteppedToByItsName) {
     ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, "<p>", false));
     ASSERT_TRUE(m_browser->NavigateAndWait(m_folder.Path(u"course\\N13\\Content.htm"_s)));

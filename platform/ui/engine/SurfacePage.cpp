@@ -94,6 +94,7 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     ReportClicks();
     ReportBeginnings();
     SettleAtAnchors();
+    KeepOpen();
 }
 
 /// The engine tells of its main frame alone.
@@ -136,6 +137,15 @@ void CSurfacePage::SettleAtAnchors() {
     script.setWorldId(QWebEngineScript::ApplicationWorld);
     script.setRunsOnSubFrames(true);
     script.setSourceCode(file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString());
+    scripts().insert(script);
+}
+
+/// The engine stops loading a page that closes its window, long before it asks whether the window may go.
+void CSurfacePage::KeepOpen() {
+    QWebEngineScript script;
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::MainWorld);
+    script.setSourceCode(QStringLiteral("window.close = function close() {};"));
     scripts().insert(script);
 }
 
@@ -208,7 +218,7 @@ bool CSurfacePage::acceptNavigationRequest(const QUrl& url, NavigationType type,
     const bool bByLink = type == NavigationTypeLinkClicked || type == NavigationTypeRedirect;
     const bool bMayLead = !m_bEditing || (m_bFollowsLinks && bByLink);
     const bool bByClick = type == NavigationTypeLinkClicked;
-    if ((bMayLead && bByLink && LeaveToProgram(url, bByClick)) ||
+    if ((bMayLead && (bByLink || bMainFrame) && LeaveToProgram(url, bByClick)) ||
         (bMainFrame && (!bMayLead || GoToMeant(url))))
         return false;
     const auto resource = bMainFrame ? CAccessRules::EResource::MainPage : CAccessRules::EResource::Frame;
@@ -223,6 +233,15 @@ void CSurfacePage::TellOfRefused(const QUrl& url) {
         Q_EMIT WantsNewWindow(url, TakeClick());
     else if (m_guard.Rules().IsMissing(url) && TakeClick())
         Q_EMIT LinkMissing(url);
+}
+
+/// In a frame a card stands for most files.
+void CSurfacePage::TellOfDownload(const QUrl& url) {
+    const bool bMayLead = !m_bEditing || m_bFollowsLinks;
+    const bool bTold =
+        url.isLocalFile() && (url == m_guard.Rules().ProgramPage() || MediaKinds::HasCard(url.path()));
+    if (bMayLead && !bTold && m_guard.Rules().MayOpen(url))
+        Q_EMIT WantsNewWindow(url, TakeClick());
 }
 
 bool CSurfacePage::TakeClick() {

@@ -40,6 +40,8 @@ public:
     void SetProgramLoads(bool bLoads) { m_bProgramLoads = bLoads; }
     /// For a moment a new window is the program's wish and not the page's.
     void ExpectNewWindow();
+    /// Of what the engine could only put on the disk, and doesn't; the program's own load tells that itself.
+    void TellOfDownload(const QUrl& url);
     /// The console line by which the editor's own script tells of a moved caret.
     const QString& Token() const { return m_strToken; }
 
@@ -72,6 +74,7 @@ private:
     void ReportClicks();
     void ReportBeginnings();
     void SettleAtAnchors();
+    void KeepOpen();
     bool LeaveToProgram(const QUrl& url, bool bByClick);
     void TellOfRefused(const QUrl& url);
     /// True once, shortly after the person has clicked in the page.

@@ -50,6 +50,12 @@ const QString& EditorScript() {
     return strScript;
 }
 
+SEngineAnswer AnswerOf(QWebEngineLoadingInfo::LoadStatus status) {
+    if (status == QWebEngineLoadingInfo::LoadStoppedStatus)
+        return {EState::Stopped, {}, {}};
+    return {EState::Value, status == QWebEngineLoadingInfo::LoadSucceededStatus, {}};
+}
+
 /// What the editor's script makes of a result: {"value": …}, {"undefined": true} or {"error": "…"}.
 SEngineAnswer ReadAnswer(const QVariant& reply) {
     if (reply.typeId() != QMetaType::QString)
@@ -153,7 +159,11 @@ void CWebEngine::MakeProfile() {
     m_pProfile->setUrlRequestInterceptor(m_pGuard.get());
     m_pProfile->setNotificationPresenter([](std::unique_ptr<QWebEngineNotification>) {});
     connect(m_pProfile.get(), &QWebEngineProfile::downloadRequested, this,
-            [](QWebEngineDownloadRequest* pDownload) { pDownload->cancel(); });
+            [this](QWebEngineDownloadRequest* pDownload) {
+                pDownload->cancel();
+                if (m_pPage && pDownload->page() == m_pPage.get())
+                    m_pPage->TellOfDownload(pDownload->url());
+            });
 }
 
 /// With a process of its own.
@@ -290,8 +300,7 @@ SEngineAnswer CWebEngine::LoadWith(const std::function<void(CSurfacePage&)>& sta
                 if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
                     *bStarted = true;
                 else if (const auto pSelf = pWeak.lock(); pSelf && (*bStarted || info.url() == url))
-                    pSelf->Finish(
-                        {EState::Value, info.status() == QWebEngineLoadingInfo::LoadSucceededStatus, {}});
+                    pSelf->Finish(AnswerOf(info.status()));
             });
     page.SetProgramLoads(true);
     start(page);
