@@ -22,19 +22,27 @@ std::optional<QByteArray> TryRead(const QString& strNativePath) {
 
 } // namespace
 
-const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
-    const auto known = m_pages.constFind(strSource);
-    if (known != m_pages.constEnd())
-        return *known;
+CFragments::Page CFragments::Read(const QString& strSource) const {
     const std::optional<QByteArray> bytes = TryRead(m_tree.NativePath(strSource));
     if (!bytes)
-        return *m_pages.insert(strSource, {PageAnchors::CNames(), true});
+        return {PageAnchors::CNames(), true};
     const QString strPage = PageText::Decode(*bytes).Text;
     QStringList names;
     for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
         names.append(anchor.strName);
-    return *m_pages.insert(strSource,
-                           {PageAnchors::CNames(names), strPage.contains("<script"_L1, Qt::CaseInsensitive)});
+    return {PageAnchors::CNames(names), strPage.contains("<script"_L1, Qt::CaseInsensitive)};
+}
+
+const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
+    {
+        const std::scoped_lock lock(m_mutex);
+        const auto known = m_pages.find(strSource);
+        if (known != m_pages.end())
+            return known->second;
+    }
+    Page page = Read(strSource);
+    const std::scoped_lock lock(m_mutex);
+    return m_pages.try_emplace(strSource, std::move(page)).first->second;
 }
 
 /// The viewer of a presentation takes a slide's file for its fragment.

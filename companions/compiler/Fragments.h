@@ -3,11 +3,14 @@
 #include "companions/compiler/SourceTree.h"
 #include "foundation/PageAnchors.h"
 
-#include <QHash>
 #include <QString>
 
+#include <mutex>
+#include <unordered_map>
+
 /// The fragments of references into the course, spelled as the pages that they lead to spell their anchors:
-/// links are lower-cased by rule, and what reads the site tells letter case. Each page is read once.
+/// links are lower-cased by rule, and what reads the site tells letter case. Each page is read once. Any thread
+/// may ask.
 class CFragments {
 public:
     explicit CFragments(const CSourceTree& tree) : m_tree(tree) {}
@@ -30,8 +33,11 @@ private:
         bool MayHaveMore = false;
     };
     const Page& PageOf(const QString& strSource) const;
+    Page Read(const QString& strSource) const;
     QString SlideBeside(const QString& strSource, const QString& strFragment) const;
 
     const CSourceTree& m_tree;
-    mutable QHash<QString, Page> m_pages;
+    mutable std::mutex m_mutex;
+    /// A page that is in stays where it is.
+    mutable std::unordered_map<QString, Page> m_pages;
 };

@@ -1,30 +1,25 @@
 #include "companions/compiler/OutputFolder.h"
 
+#include "companions/compiler/OutputList.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QStorageInfo>
 
-#include <filesystem>
-#include <system_error>
+#include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString c_strList = u"vorel-site.json"_s;
+const QString c_strList = u".vorel-site"_s;
 const QString c_strTemporaryFolder = u".vorel-tmp"_s;
 const QString c_strLock = u".vorel-lock"_s;
-constexpr qint64 c_nFullDisk = qint64{64} * 1024;
 /// The names of far more files than a site has. Without its list all that is there counts as a person's own.
-constexpr qint64 c_nMaxList = qint64{64} << 20;
+constexpr qint64 c_nMaxList = qint64{256} << 20;
 
 /// The path with every link resolved, also of a folder that is yet to be made.
 QString Canonical(const QString& strPath) {
@@ -43,32 +38,54 @@ bool IsWithin(const QString& strPath, const QString& strFolder) {
            strPath.startsWith(strFolder.endsWith(u'/') ? strFolder : strFolder + u'/');
 }
 
-bool IsSafeName(const QString& strName) {
-    const QStringList parts = strName.split(u'/');
-    return !strName.isEmpty() && !parts.contains(QString()) && !parts.contains(u"."_s) &&
-           !parts.contains(u".."_s) && !strName.contains(u'\0');
+QString ParentOf(const QString& strName) {
+    return strName.left(qMax(strName.lastIndexOf(u'/'), qsizetype(0)));
+}
+
+QString WhyNotWritten(int nError) {
+    switch (nError) {
+    case ENOSPC:
+    case EDQUOT:
+        return CompilerText::c_strDiskFull;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return CompilerText::c_strNoPermission;
+    case EEXIST:
+    case EISDIR:
+    case ENOTDIR:
+    case ENOTEMPTY:
+        return CompilerText::c_strNameTaken;
+    default:
+        return Platform::SystemErrorText(nError);
+    }
 }
 
 } // namespace
 
 COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseFolder,
-                             const QString& strDataFolder)
-    : m_strFolder(Canonical(strFolder)) {
+                             const QString& strDataFolder, const QString& strOwner)
+    : m_strFolder(Canonical(strFolder)), m_strOwner(strOwner) {
     if (IsWithin(Canonical(strCourseFolder), m_strFolder) || IsWithin(m_strFolder, Canonical(strDataFolder)))
         throw Torvane::CRunException(CompilerText::c_strForbiddenOutput.arg(m_strFolder));
+    errno = 0;
     if (!QDir().mkpath(m_strFolder))
-        Fail(m_strFolder, QString());
+        Fail({}, errno != 0 ? errno : EACCES);
+    if (const int nError = m_folder.Open(QFile::encodeName(m_strFolder)))
+        Fail({}, nError);
     m_pLock = std::make_unique<QLockFile>(Target(c_strLock));
+    // However long a compile takes. Who is killed leaves the number of a process that is gone.
+    m_pLock->setStaleLockTime(0);
     if (!m_pLock->tryLock()) {
         if (m_pLock->error() == QLockFile::LockFailedError)
             throw Torvane::CRunException(CompilerText::c_strOutputBusy.arg(m_strFolder));
-        Fail(m_strFolder, QString());
+        Fail({}, m_pLock->error() == QLockFile::PermissionError ? EACCES : errno);
     }
     // What a killed compile left half written.
     if (!QFileInfo(Target(c_strTemporaryFolder)).isSymLink())
         QDir(Target(c_strTemporaryFolder)).removeRecursively();
     EnsureFolder(c_strTemporaryFolder);
-    ReadList();
+    ReadList(strOwner);
 }
 
 COutputFolder::~COutputFolder() {
@@ -79,52 +96,56 @@ QString COutputFolder::Target(const QString& strName) const {
     return m_strFolder + u'/' + strName;
 }
 
-void COutputFolder::Fail(const QString& strPath, const QString& strReason) const {
-    QString strWhy = strReason;
-    const QFileInfo info(QFileInfo(strPath).path());
-    const QStorageInfo storage(m_strFolder);
-    if (storage.isValid() && storage.bytesAvailable() < c_nFullDisk)
-        strWhy = CompilerText::c_strDiskFull;
-    else if (strWhy.isEmpty() || (info.exists() && !info.isWritable()))
-        strWhy = CompilerText::c_strNoPermission;
-    throw Torvane::CRunException(CompilerText::c_strCannotWrite.arg(strPath, strWhy));
+void COutputFolder::Fail(const QString& strName, int nError) const {
+    const QString strPath = strName.isEmpty() ? m_strFolder : Target(strName);
+    throw Torvane::CRunException(CompilerText::c_strCannotWrite.arg(strPath, WhyNotWritten(nError)));
 }
 
-void COutputFolder::ReadList() {
-    QFile file(Target(c_strList));
-    if (!file.open(QIODevice::ReadOnly) || file.size() > c_nMaxList)
+void COutputFolder::ReadList(const QString& strOwner) {
+    QByteArray bytes;
+    if (Platform::ReadFileBytes(QFile::encodeName(Target(c_strList)), bytes, c_nMaxList) != 0)
         return;
-    const QJsonArray names =
-        QJsonDocument::fromJson(file.read(file.size())).object().value("files"_L1).toArray();
-    for (const auto& name : names) {
-        if (IsSafeName(name.toString()))
-            m_former.insert(name.toString());
-    }
+    const auto list = OutputList::Read(bytes);
+    if (!list)
+        return;
+    if (list->strOwner != strOwner)
+        throw Torvane::CRunException(CompilerText::c_strOtherCourse.arg(m_strFolder));
+    m_known = list->Files;
+    m_bListStands = true;
 }
 
-void COutputFolder::WriteList(const QSet<QString>& names) {
-    QStringList sorted(names.begin(), names.end());
-    sorted.sort();
-    const QJsonObject list{{u"generator"_s, u"VorelCompiler"_s},
-                           {u"files"_s, QJsonArray::fromStringList(sorted)}};
-    const QString strTemporary = TemporaryPath();
-    QFile file(strTemporary);
-    const QByteArray bytes = QJsonDocument(list).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        Fail(Target(c_strList), file.errorString());
-    file.close();
-    MoveIn(strTemporary, c_strList);
+void COutputFolder::WriteList() {
+    QHash<QString, OutputRecord> files = m_written;
+    for (auto it = m_known.begin(); it != m_known.end(); ++it) {
+        if (!files.contains(it.key()))
+            files.insert(it.key(), it.value());
+    }
+    for (const QString& strName : m_announced) {
+        if (!files.contains(strName))
+            files.insert(strName, {});
+    }
+    const QByteArray temporary = TemporaryName();
+    Platform::CFileState written;
+    if (const int nError = m_folder.WriteFile(temporary, OutputList::Write({m_strOwner, files}), written))
+        Fail(c_strList, nError);
+    MoveIn(temporary, c_strList);
+    m_bListStands = true;
 }
 
 void COutputFolder::Announce(const QStringList& names) {
     // The list names the files before they exist: a compile that is killed halfway leaves nothing behind that
     // the next one would take for a person's own.
+    const std::scoped_lock lock(m_mutex);
+    bool bNew = false;
     for (const QString& strName : names) {
-        if (!m_former.contains(strName))
-            MakeRoom(strName);
-        m_former.insert(strName);
+        if (m_known.contains(strName) || m_announced.contains(strName))
+            continue;
+        MakeRoom(strName);
+        m_announced.insert(strName);
+        bNew = true;
     }
-    WriteList(m_former);
+    if (bNew || !m_bListStands)
+        WriteList();
 }
 
 void COutputFolder::MakeRoom(const QString& strName) {
@@ -132,16 +153,20 @@ void COutputFolder::MakeRoom(const QString& strName) {
     QString strPart;
     for (qsizetype i = 0; i < parts.size(); ++i) {
         strPart += (i ? u"/"_s : QString()) + parts[i];
-        const QFileInfo info(Target(strPart));
-        if (!info.exists() && !info.isSymLink())
+        const QByteArray part = QFile::encodeName(strPart);
+        Platform::CFileState state;
+        if (m_folder.GetState(part, state, false) != 0)
             return;
-        if (i + 1 == parts.size() || !info.isDir()) {
-            if (info.isDir())
-                Fail(Target(strName), CompilerText::c_strNameTaken);
-            if (!m_former.contains(strPart))
+        // A folder behind a link is refused where it is to be written into.
+        if (state.bLink)
+            m_folder.GetState(part, state);
+        if (i + 1 == parts.size() || !state.bFolder) {
+            if (state.bFolder)
+                Fail(strName, EISDIR);
+            if (!m_known.contains(strPart) && !m_announced.contains(strPart))
                 SetAside(strPart);
             else if (i + 1 < parts.size())
-                QFile::remove(Target(strPart));
+                m_folder.RemoveFile(part);
         }
     }
 }
@@ -150,89 +175,145 @@ void COutputFolder::SetAside(const QString& strName) {
     QString strFree = strName + u".bak"_s;
     for (int n = 2; QFileInfo::exists(Target(strFree)); ++n)
         strFree = strName + u".bak"_s + QString::number(n);
-    if (!QFile::rename(Target(strName), Target(strFree)))
-        Fail(Target(strName), QString());
+    if (const int nError = m_folder.Rename(QFile::encodeName(strName), QFile::encodeName(strFree)))
+        Fail(strName, nError);
     m_notes.append(CompilerText::c_strSetAside.arg(strName, strFree));
 }
 
 void COutputFolder::EnsureFolder(const QString& strFolder) {
-    if (strFolder.isEmpty() || m_folders.contains(strFolder))
+    if (strFolder.isEmpty())
         return;
-    EnsureFolder(strFolder.left(qMax(strFolder.lastIndexOf(u'/'), qsizetype(0))));
-    const QFileInfo info(Target(strFolder));
-    if (info.isSymLink())
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (m_folders.contains(strFolder))
+            return;
+    }
+    EnsureFolder(ParentOf(strFolder));
+    const QByteArray name = QFile::encodeName(strFolder);
+    const int nError = m_folder.MakeFolder(name);
+    Platform::CFileState state;
+    if (nError == EEXIST && m_folder.GetState(name, state, false) == 0 && state.bLink)
         throw Torvane::CRunException(CompilerText::c_strOutputIsLink.arg(strFolder));
-    if (!info.isDir() && !QDir().mkdir(Target(strFolder)))
-        Fail(Target(strFolder), QString());
+    if (nError != 0 && !(nError == EEXIST && state.bFolder))
+        Fail(strFolder, nError);
+    const std::scoped_lock lock(m_mutex);
     m_folders.insert(strFolder);
 }
 
-QString COutputFolder::TemporaryPath() {
-    return Target(c_strTemporaryFolder) + u'/' + QString::number(++m_nTemporary);
+QByteArray COutputFolder::TemporaryName() {
+    return QFile::encodeName(c_strTemporaryFolder) + '/' + QByteArray::number(++m_nTemporary);
 }
 
-void COutputFolder::MoveIn(const QString& strTemporary, const QString& strName) {
-    EnsureFolder(strName.left(qMax(strName.lastIndexOf(u'/'), qsizetype(0))));
-    std::error_code error;
-    std::filesystem::rename(strTemporary.toStdString(), Target(strName).toStdString(), error);
-    if (error)
-        Fail(Target(strName), QString::fromLocal8Bit(error.message().c_str()));
+void COutputFolder::MoveIn(const QByteArray& temporary, const QString& strName) {
+    if (const int nError = m_folder.Rename(temporary, QFile::encodeName(strName)))
+        Fail(strName, nError);
 }
 
-void COutputFolder::Write(const QString& strName, const QByteArray& bytes) {
-    if (!IsSafeName(strName))
-        Fail(strName, QString());
-    m_written.insert(strName);
-    const QString strTarget = Target(strName);
-    const QFileInfo info(strTarget);
-    if (info.isFile() && !info.isSymLink() && info.size() == bytes.size()) {
-        QFile present(strTarget);
-        if (present.open(QIODevice::ReadOnly) && present.readAll() == bytes)
-            return;
+const OutputRecord* COutputFolder::Known(const QString& strName) const {
+    const auto found = m_known.constFind(strName);
+    return found == m_known.constEnd() ? nullptr : &*found;
+}
+
+bool COutputFolder::StandsAsWritten(const QString& strName, const OutputRecord& record) const {
+    Platform::CFileState state;
+    return record.nSize >= 0 && m_folder.GetState(QFile::encodeName(strName), state, false) == 0 &&
+           state.bPlainFile && qint64(state.nSize) == record.nSize && state.nModified == record.nModified;
+}
+
+void COutputFolder::Remember(const QString& strName, OutputRecord record) {
+    const OutputRecord* pKnown = Known(strName);
+    const std::scoped_lock lock(m_mutex);
+    m_bListStands = m_bListStands && pKnown && pKnown->nInput == record.nInput &&
+                    pKnown->nSize == record.nSize && pKnown->nModified == record.nModified;
+    m_written.insert(strName, std::move(record));
+}
+
+bool COutputFolder::Keep(const QString& strName, quint64 nInput) {
+    const OutputRecord* pKnown = Known(strName);
+    if (!pKnown || nInput == 0 || pKnown->nInput != nInput || !StandsAsWritten(strName, *pKnown))
+        return false;
+    for (const QString& strAlso : pKnown->Also) {
+        const OutputRecord* pAlso = Known(strAlso);
+        if (!pAlso || !StandsAsWritten(strAlso, *pAlso))
+            return false;
     }
-    const QString strTemporary = TemporaryPath();
-    QFile file(strTemporary);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        Fail(strTarget, file.errorString());
-    file.close();
-    MoveIn(strTemporary, strName);
+    Remember(strName, *pKnown);
+    for (const QString& strAlso : pKnown->Also)
+        Remember(strAlso, *Known(strAlso));
+    return true;
 }
 
-void COutputFolder::Copy(const QString& strSourcePath, const QString& strName) {
-    if (!IsSafeName(strName))
-        Fail(strName, QString());
-    m_written.insert(strName);
-    const QFileInfo source(strSourcePath);
-    const QFileInfo target(Target(strName));
-    if (target.isFile() && !target.isSymLink() && target.size() == source.size() &&
-        target.lastModified() == source.lastModified())
-        return;
-    const QString strTemporary = TemporaryPath();
-    QFile file(strSourcePath);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Torvane::CRunException(CompilerText::c_strCannotRead.arg(strSourcePath, file.errorString()));
-    file.close();
-    if (!file.copy(strTemporary))
-        Fail(Target(strName), file.errorString());
-    // The course may lie on a read-only medium; its site must be replaceable.
-    QFile copy(strTemporary);
-    copy.setPermissions(copy.permissions() | QFileDevice::WriteOwner);
-    if (copy.open(QIODevice::ReadWrite))
-        copy.setFileTime(source.lastModified(), QFileDevice::FileModificationTime);
-    copy.close();
-    MoveIn(strTemporary, strName);
+bool COutputFolder::HoldsAlready(const QString& strName, const QByteArray& bytes,
+                                 OutputRecord& record) const {
+    Platform::CFileState state;
+    if (m_folder.GetState(QFile::encodeName(strName), state, false) != 0 || !state.bPlainFile ||
+        qint64(state.nSize) != bytes.size())
+        return false;
+    QByteArray present;
+    if (Platform::ReadFileBytes(QFile::encodeName(Target(strName)), present, bytes.size() + 1) != 0 ||
+        present != bytes)
+        return false;
+    record.nSize = bytes.size();
+    record.nModified = state.nModified;
+    return true;
+}
+
+void COutputFolder::Write(const QString& strName, const QByteArray& bytes, OutputRecord record) {
+    if (!OutputList::IsSafeName(strName))
+        Fail(strName, EINVAL);
+    if (!HoldsAlready(strName, bytes, record)) {
+        const QByteArray temporary = TemporaryName();
+        Platform::CFileState written;
+        if (const int nError = m_folder.WriteFile(temporary, bytes, written))
+            Fail(strName, nError);
+        EnsureFolder(ParentOf(strName));
+        MoveIn(temporary, strName);
+        record.nSize = bytes.size();
+        record.nModified = written.nModified;
+        ++m_nChanged;
+    }
+    Remember(strName, std::move(record));
+}
+
+void COutputFolder::Copy(const QString& strSourcePath, const QString& strName,
+                         const std::function<bool()>& stop) {
+    if (!OutputList::IsSafeName(strName))
+        Fail(strName, EINVAL);
+    const Platform::CFolder paths = Platform::CFolder::OfPaths();
+    const QByteArray source = QFile::encodeName(strSourcePath);
+    const auto failToRead = [&](int nError) {
+        throw Torvane::CRunException(
+            CompilerText::c_strCannotRead.arg(strSourcePath, Platform::SystemErrorText(nError)));
+    };
+    Platform::CFileState from;
+    if (const int nError = paths.GetState(source, from))
+        failToRead(nError);
+    OutputRecord record;
+    record.nSize = qint64(from.nSize);
+    record.nModified = from.nModified;
+    if (!StandsAsWritten(strName, record)) {
+        QByteArray nothing;
+        if (const int nError = Platform::ReadFileBytes(source, nothing, 1))
+            failToRead(nError);
+        const QByteArray temporary = TemporaryName();
+        if (const int nError = Platform::CopyFileBytes(paths, source, m_folder, temporary, false, stop))
+            Fail(strName, nError);
+        EnsureFolder(ParentOf(strName));
+        MoveIn(temporary, strName);
+        ++m_nChanged;
+    }
+    Remember(strName, record);
 }
 
 void COutputFolder::RemoveStale(const QString& strName) {
-    const QString strParent = strName.left(qMax(strName.lastIndexOf(u'/'), qsizetype(0)));
+    const QString strParent = ParentOf(strName);
     // Not through a link: what lies behind it was never written here.
     if (Canonical(Target(strParent)) != (strParent.isEmpty() ? m_strFolder : Target(strParent)))
         return;
     const QFileInfo info(Target(strName));
-    if (info.isFile() && !info.isSymLink())
-        QFile::remove(Target(strName));
-    for (QString strFolder = strParent; !strFolder.isEmpty();
-         strFolder = strFolder.left(qMax(strFolder.lastIndexOf(u'/'), qsizetype(0)))) {
+    if (info.isFile() && !info.isSymLink() && QFile::remove(Target(strName)))
+        ++m_nChanged;
+    for (QString strFolder = strParent; !strFolder.isEmpty(); strFolder = ParentOf(strFolder)) {
         // Only an empty folder goes.
         if (!QDir().rmdir(Target(strFolder)))
             break;
@@ -240,8 +321,15 @@ void COutputFolder::RemoveStale(const QString& strName) {
 }
 
 void COutputFolder::Finish() {
-    const QSet<QString> stale = m_former - m_written;
-    for (const QString& strName : stale)
+    QSet<QString> stale = m_announced;
+    for (auto it = m_known.constBegin(); it != m_known.constEnd(); ++it)
+        stale.insert(it.key());
+    erase_if(stale, [this](const QString& strName) { return m_written.contains(strName); });
+    for (const QString& strName : std::as_const(stale))
         RemoveStale(strName);
-    WriteList(m_written);
+    if (m_bListStands && stale.isEmpty() && m_announced.isEmpty())
+        return;
+    m_known.clear();
+    m_announced.clear();
+    WriteList();
 }

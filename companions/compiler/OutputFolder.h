@@ -1,22 +1,46 @@
 #pragma once
 
+#include "platform/base/FileCalls.h"
+
 #include <QByteArray>
+#include <QHash>
 #include <QLockFile>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
+#include <functional>
 #include <memory>
+#include <mutex>
+
+/// What the compiler knows of a file of the output, from one run to the next.
+struct OutputRecord {
+    /// A sum over all that the file was made of; 0 when it is made anew each time.
+    quint64 nInput = 0;
+    /// Sources beside the file's own whose states are in the sum.
+    QStringList Sources;
+    /// Files that were written along with it.
+    QStringList Also;
+    /// What there was to say when it was made.
+    QStringList Notes;
+    /// Of the file as it was written.
+    qint64 nSize = -1;
+    qint64 nModified = 0;
+};
 
 /// The folder that a site is written into. Nothing outside it is ever written. A file appears whole or not at
 /// all: it is written in a folder of its own within and then moved to its place, so that a compiler that is
 /// killed leaves no half page. A list of what was written lies in the folder; by it the next compile knows
-/// which files have become stale, and which are a person's own and stay.
+/// which files are still as they should be, which have become stale, and which are a person's own and stay.
 /// Paths are native; names are relative, with "/" between components. Failures are Torvane::CRunException.
+/// Known, Keep, Write, Copy and Announce may be called by several threads at a time.
 class COutputFolder {
 public:
-    /// Creates the folder, unless it is the course's own folder, holds it, or is or lies in its data.
-    COutputFolder(const QString& strFolder, const QString& strCourseFolder, const QString& strDataFolder);
+    /// Creates the folder, unless it is the course's own folder, holds it, or is or lies in its data, or holds
+    /// what was compiled for somebody else than the owner, which is any text without a line break.
+    COutputFolder(const QString& strFolder, const QString& strCourseFolder, const QString& strDataFolder,
+                  const QString& strOwner);
     ~COutputFolder();
     COutputFolder(const COutputFolder&) = delete;
     COutputFolder& operator=(const COutputFolder&) = delete;
@@ -25,34 +49,53 @@ public:
 
     /// Says what is about to be written, before the first file is.
     void Announce(const QStringList& names);
-    /// A file that already holds these bytes is left as it is.
-    void Write(const QString& strName, const QByteArray& bytes);
-    /// A copy that is up to date by size and time is left as it is.
-    void Copy(const QString& strSourcePath, const QString& strName);
+    /// What the last run knew of a file; null when it wrote none.
+    const OutputRecord* Known(const QString& strName) const;
+    /// Whether the file of the last run still stands there and was made of just this; then it stays.
+    bool Keep(const QString& strName, quint64 nInput);
+    /// A file that already holds these bytes is left as it is, with its time.
+    void Write(const QString& strName, const QByteArray& bytes, OutputRecord record = {});
+    /// A copy that is up to date by size and time is left as it is. stop is asked in a large file: true ends
+    /// the copying with Torvane::CRunException.
+    void Copy(const QString& strSourcePath, const QString& strName, const std::function<bool()>& stop = {});
     /// Removes what a former compile wrote and this one did not.
     void Finish();
 
     qsizetype FileCount() const { return m_written.size(); }
+    /// How many files were not yet as they should be.
+    int ChangedCount() const { return m_nChanged; }
     const QStringList& Notes() const { return m_notes; }
 
 private:
     QString Target(const QString& strName) const;
-    void ReadList();
-    void WriteList(const QSet<QString>& names);
+    void ReadList(const QString& strOwner);
+    void WriteList();
     void MakeRoom(const QString& strName);
     void EnsureFolder(const QString& strFolder);
     void SetAside(const QString& strName);
-    void MoveIn(const QString& strTemporary, const QString& strName);
-    QString TemporaryPath();
+    void MoveIn(const QByteArray& temporary, const QString& strName);
+    QByteArray TemporaryName();
+    void Remember(const QString& strName, OutputRecord record);
+    bool StandsAsWritten(const QString& strName, const OutputRecord& record) const;
+    bool HoldsAlready(const QString& strName, const QByteArray& bytes, OutputRecord& record) const;
     void RemoveStale(const QString& strName);
-    [[noreturn]] void Fail(const QString& strPath, const QString& strReason) const;
+    [[noreturn]] void Fail(const QString& strName, int nError) const;
 
-    QString m_strFolder;
+    const QString m_strFolder;
+    QString m_strOwner;
+    Platform::CFolder m_folder;
     std::unique_ptr<QLockFile> m_pLock;
-    /// What the compiler wrote before or is about to write.
-    QSet<QString> m_former;
-    QSet<QString> m_written;
+    /// As the list of the last run had them.
+    QHash<QString, OutputRecord> m_known;
+    std::atomic<quint64> m_nTemporary = 0;
+    std::atomic<int> m_nChanged = 0;
+
+    std::mutex m_mutex;
+    /// What is about to be written and was not there before.
+    QSet<QString> m_announced;
+    QHash<QString, OutputRecord> m_written;
     QSet<QString> m_folders;
     QStringList m_notes;
-    quint64 m_nTemporary = 0;
+    /// Whether the list on the disk says what there is to say.
+    bool m_bListStands = false;
 };

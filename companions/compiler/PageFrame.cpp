@@ -25,8 +25,9 @@ QByteArray MainBegin() {
 
 } // namespace
 
-CPageFrame::CPageFrame(const CSitePlan& plan)
-    : m_plan(plan), m_navigation(plan), m_strSkin(plan.Tree().FindFile(u"skin/site.css"_s)) {
+CPageFrame::CPageFrame(const CSitePlan& plan, bool bPlain)
+    : m_plan(plan), m_navigation(plan), m_bPlain(bPlain),
+      m_strSkin(plan.Tree().FindFile(u"skin/site.css"_s)) {
     m_strSkin = plan.Tree().OutputName(m_strSkin);
     m_courseTitle = Escaped(plan.Model().Course());
     for (qsizetype i = 0; i < c_nShells; ++i)
@@ -42,7 +43,9 @@ CPageFrame::Shell CPageFrame::MakeShell(qsizetype nDepth) const {
     };
     shell.Sheets = "<link rel=\"stylesheet\" href=\"" + to(FrameParts::c_strParts) + '\n';
     shell.Skin = "<link rel=\"stylesheet\" href=\"" + to(HasSkin() ? m_strSkin : FrameParts::c_strPlainSkin) +
-                 "\n<script defer src=\"" + to(FrameParts::c_strScript) + "</script>\n";
+                 '\n';
+    if (!m_bPlain)
+        shell.Skin += "<script defer src=\"" + to(FrameParts::c_strScript) + "</script>\n";
     shell.Header = "<header class=\"site-header\">\n";
     if (!model.School().isEmpty())
         shell.Header += "<p class=\"school\">" + Escaped(model.School()) + "</p>\n";
@@ -52,10 +55,14 @@ CPageFrame::Shell CPageFrame::MakeShell(qsizetype nDepth) const {
     const QByteArray search = Escaped(CompilerText::c_strSearch);
     const QByteArray navigation = Escaped(CompilerText::c_strNavigation);
     shell.Tools = "<div class=\"site-tools\">\n<a class=\"menu\" href=\"#"_ba + FrameParts::c_szNavigationId +
-                  "\">" + navigation + "</a>\n<form class=\"search\" role=\"search\" action=\"" +
-                  to(FrameParts::c_strSearchPage) + "<input type=\"search\" name=\"q\" aria-label=\"" +
-                  search + "\" placeholder=\"" + search + "\"><button>" +
-                  Escaped(CompilerText::c_strDoSearch) + "</button></form>\n</div>\n";
+                  "\">" + navigation + "</a>\n";
+    if (!m_bPlain)
+        shell.Tools += "<form class=\"search\" role=\"search\" action=\"" +
+                       to(FrameParts::c_strSearchPage) +
+                       "<input type=\"search\" name=\"q\" aria-label=\"" + search +
+                       "\" placeholder=\"" + search + "\"><button>" +
+                       Escaped(CompilerText::c_strDoSearch) + "</button></form>\n";
+    shell.Tools += "</div>\n";
     QStringList names = {model.School(), model.Course(), model.Teacher()};
     names.removeAll(QString());
     shell.Footer = "<footer class=\"site-footer\"><p>" + Escaped(names.join(u" · "_s)) +

@@ -19,7 +19,8 @@ struct FramedContent {
 /// by several threads at once.
 class CPageFrame {
 public:
-    explicit CPageFrame(const CSitePlan& plan);
+    /// Without scripts, and what needs them, where the site is to be plain HTML.
+    explicit CPageFrame(const CSitePlan& plan, bool bPlain = false);
 
     /// The page of a node. Content that opens in a window of its own stands without the tree.
     QByteArray NodePage(int nNode, const FramedContent& content) const;
@@ -55,6 +56,7 @@ private:
 
     const CSitePlan& m_plan;
     CNavigation m_navigation;
+    const bool m_bPlain;
     QString m_strSkin;
     QByteArray m_courseTitle;
     /// Of pages in the root, in node folders and in folders of those.

@@ -3,6 +3,17 @@
 #include "companions/compiler/CssText.h"
 #include "foundation/PageText.h"
 
+#include <algorithm>
+
+namespace {
+
+void NoteSource(QStringList& sources, const CReferences::Result& result) {
+    if (!result.ReadSource.isEmpty() && !sources.contains(result.ReadSource))
+        sources.append(result.ReadSource);
+}
+
+} // namespace
+
 std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
                                   const CReferences::Place& place) {
     ReadyPage page;
@@ -10,6 +21,7 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
         CReferences::Result result = references.Rewrite(strReference, place);
         if (!result.Dead.isEmpty() && !page.DeadReferences.contains(result.Dead))
             page.DeadReferences.append(result.Dead);
+        NoteSource(page.ReadSources, result);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
     const auto fragment = HtmlText::TakeFragment(PageText::Decode(bytes).Text, rewrite);
@@ -19,10 +31,12 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
     return page;
 }
 
-QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
-                         const CReferences::Place& place) {
+CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
+                            const CReferences::Place& place) {
+    CorrectedFile corrected{bytes, {}};
     const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
         const CReferences::Result result = references.Rewrite(strReference, place);
+        NoteSource(corrected.ReadSources, result);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
     PageText::Decoded text = PageText::Decode(bytes);
@@ -36,8 +50,23 @@ QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CRefer
     // No browser need guess as well as we did.
     const bool bMark = kind == ESourceText::Page && text.IsUnsaid;
     if (!strNew && !bMark)
-        return bytes;
+        return corrected;
     text.Text = strNew.value_or(text.Text);
     text.HasMark = text.HasMark || bMark;
-    return PageText::Encode(text).value_or(bytes);
+    corrected.Bytes = PageText::Encode(text).value_or(bytes);
+    return corrected;
+}
+
+std::optional<QByteArray> WithSaidCoding(const QByteArray& bytes) {
+    constexpr qsizetype c_nWhereBrowsersLook = 1024;
+    const bool bPlain =
+        std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (bPlain || bytes.first(qMin(bytes.size(), c_nWhereBrowsersLook)).toLower().contains("charset"))
+        return std::nullopt;
+    PageText::Decoded text = PageText::Decode(bytes);
+    if (text.HasMark)
+        return std::nullopt;
+    text.Charset = "UTF-8";
+    text.HasMark = true;
+    return PageText::Encode(text);
 }

@@ -13,6 +13,8 @@ struct ReadyPage {
     HtmlText::Fragment Content;
     /// References into the course that lead to nothing.
     QStringList DeadReferences;
+    /// Other pages in which anchors were looked up.
+    QStringList ReadSources;
 };
 
 /// Nothing when the page is nested too deeply to be taken apart.
@@ -23,5 +25,14 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
 /// bytes, with what need not change untouched. A page in UTF-8 or UTF-16 that doesn't say so gets a byte
 /// order mark.
 enum class ESourceText { Page, StyleSheet };
-QByteArray CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
-                         const CReferences::Place& place);
+struct CorrectedFile {
+    QByteArray Bytes;
+    /// Other pages in which anchors were looked up.
+    QStringList ReadSources;
+};
+CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
+                            const CReferences::Place& place);
+
+/// A text in UTF-8 with a byte order mark, for a page or plain text that says nothing of its coding: without a
+/// server nobody tells the browser what it is. Nothing for one that needs no help.
+std::optional<QByteArray> WithSaidCoding(const QByteArray& bytes);

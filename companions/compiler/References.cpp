@@ -178,9 +178,11 @@ CReferences::Result CReferences::Rewrite(const QString& strReference, const Plac
         strPath = RelativeAddress(place.SiteFolder, target->Page);
     const CFragments::Result fragment = m_fragments.Spelled(target->Source, parts.Fragment);
     const QString strDead = fragment.IsDead ? strPath + parts.Fragment : QString();
+    const bool bReadOther = !parts.Fragment.isEmpty() && target->Source != place.Source;
+    const QString strRead = bReadOther ? target->Source : QString();
     if (strPath == parts.Path && fragment.Text == parts.Fragment)
-        return {EFound::Unchanged, {}, strDead};
-    return {EFound::Rewritten, strPath + parts.Query + fragment.Text, strDead};
+        return {EFound::Unchanged, {}, strDead, strRead};
+    return {EFound::Rewritten, strPath + parts.Query + fragment.Text, strDead, strRead};
 }
 
 QString CReferences::FindStored(const QString& strPath) const {

@@ -50,6 +50,8 @@ public:
         QString Text;
         /// What of it points into the course but at nothing: a file, or a place in a page that is there.
         QString Dead;
+        /// Another source file whose content it was looked up in.
+        QString ReadSource = {};
     };
 
     /// What stands in place of a reference. Missing: there is no such file.

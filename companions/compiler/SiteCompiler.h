@@ -1,30 +1,31 @@
 #pragma once
 
+#include "companions/common/TaskOutcome.h"
+#include "companions/compiler/CompileProgress.h"
+#include "companions/compiler/CompileRequest.h"
+
 #include <QString>
 #include <QStringList>
 
-/// The form in which a course is compiled, by the letter behind the project's path.
-enum class ESiteForm { Site, Html, Classroom };
-
-struct CompileRequest {
-    /// In backslash form, absolute.
-    QString ProjectPath;
-    ESiteForm Form = ESiteForm::Site;
-};
-
-/// Reads the program's one argument: a path in native or backslash form, and maybe "|H" or "|S" behind it.
-/// Throws Torvane::CRunException with a message.
-CompileRequest ReadArgument(const QString& strArgument);
-
 struct CompileReport {
-    /// Native.
+    /// Native: the folder of the form, the main one where there are two.
     QString OutputFolder;
     int Pages = 0;
+    /// Beside the pages.
     int Files = 0;
+    /// How many of both were not yet as they should be.
+    int Changed = 0;
     /// What the teacher should know: content that is missing, links that lead to nothing.
     QStringList Notes;
 };
 
-/// Makes the site of a course. The course itself is never changed. Throws Torvane::CRunException with a
-/// message.
+/// Compiles a course. Of the course itself nothing is changed but the folder that its project file remembers.
+/// Throws Torvane::CRunException with a message, CCompileCancelled where the progress says so.
+CompileReport CompileSite(const CompileRequest& request, CompileProgress& progress);
 CompileReport CompileSite(const CompileRequest& request);
+
+/// The same for a window or a console, which never throws. The page to open comes in pStartPage (native).
+TaskOutcome Compile(const CompileRequest& request, CompileProgress& progress, QString* pStartPage = nullptr);
+
+/// How far it is, in a line.
+QString DescribeProgress(const CompileProgress& progress);

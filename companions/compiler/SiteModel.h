@@ -23,6 +23,7 @@ public:
     explicit CSiteModel(const QString& strProjectPath);
 
     const CCoursePaths& Paths() const { return m_paths; }
+    qint32 CourseId() const { return m_info.Id; }
     QString School() const { return m_strSchool; }
     QString Course() const { return m_strCourse; }
     QString Teacher() const { return m_strTeacher; }

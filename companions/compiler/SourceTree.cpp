@@ -1,36 +1,88 @@
 #include "companions/compiler/SourceTree.h"
 
+#include "companions/compiler/Sums.h"
+#include "companions/compiler/Workers.h"
 #include "foundation/Text.h"
+#include "platform/base/FileCalls.h"
 
-#include <QDirIterator>
+#include <QFile>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-CSourceTree::CSourceTree(const QString& strNativeFolder) : m_strFolder(strNativeFolder) {
-    QStringList found;
-    QDirIterator walk(m_strFolder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks,
-                      QDirIterator::Subdirectories);
-    while (walk.hasNext()) {
-        walk.next();
-        const QString strName = walk.filePath().mid(m_strFolder.size() + 1);
-        found.append(walk.fileInfo().isDir() ? strName + u'/' : strName);
+/// Lists what lies below the folder, many folders at a time, since there is one for each node.
+class CSourceTree::CWalk {
+public:
+    explicit CWalk(const QString& strFolder) {
+        if (m_top.Open(QFile::encodeName(strFolder)) != 0)
+            return;
+        const std::vector<Platform::CFolderEntry> entries = Sorted(m_top);
+        m_found.resize(entries.size());
+        ForEachPiece(int(entries.size()), [&](int n) {
+            const auto nPiece = static_cast<std::size_t>(n);
+            Take(m_top, QString(), entries[nPiece], m_found[nPiece]);
+        });
     }
-    // Sorted, so that which of two like names keeps its own does not hang on the disk's order.
-    found.sort();
-    for (const QString& strName : found)
-        Add(strName.endsWith(u'/') ? strName.chopped(1) : strName, strName.endsWith(u'/'));
+
+    /// By top entry: each folder before what lies in it.
+    const std::vector<std::vector<Entry>>& Found() const { return m_found; }
+
+private:
+    /// Sorted, so that which of two like names keeps its own does not hang on the disk's order.
+    static std::vector<Platform::CFolderEntry> Sorted(Platform::CFolder& folder) {
+        std::vector<Platform::CFolderEntry> entries;
+        folder.List(entries);
+        std::erase_if(entries,
+                      [](const Platform::CFolderEntry& entry) { return entry.name.startsWith('.'); });
+        std::ranges::sort(entries, {}, &Platform::CFolderEntry::name);
+        return entries;
+    }
+
+    static void Take(const Platform::CFolder& folder, const QString& strPrefix,
+                     const Platform::CFolderEntry& entry, std::vector<Entry>& found) {
+        const QString strName = strPrefix + QFile::decodeName(entry.name);
+        if (entry.eType == Platform::EEntryType::Folder) {
+            found.push_back({strName, true, {}});
+            Platform::CFolder inner;
+            if (inner.OpenBelow(folder, entry.name) != 0)
+                return;
+            for (const Platform::CFolderEntry& below : Sorted(inner))
+                Take(inner, strName + u'/', below, found);
+        } else if (entry.eType == Platform::EEntryType::File) {
+            Platform::CFileState state;
+            if (folder.GetState(entry.name, state, false) == 0)
+                found.push_back({strName, false, {qint64(state.nSize), state.nModified}});
+        }
+    }
+
+    Platform::CFolder m_top;
+    std::vector<std::vector<Entry>> m_found;
+};
+
+CSourceTree::CSourceTree(const QString& strNativeFolder) : m_strFolder(strNativeFolder) {
+    const CWalk walk(m_strFolder);
+    CSum names;
+    for (const std::vector<Entry>& entries : walk.Found()) {
+        for (const Entry& entry : entries) {
+            Add(entry);
+            names.Add(entry.strName);
+        }
+    }
+    m_nNamesSum = names.Value();
 }
 
-void CSourceTree::Add(const QString& strName, bool bFolder) {
+void CSourceTree::Add(const Entry& entry) {
+    const QString& strName = entry.strName;
     const QString strKey = LowerAscii(strName);
-    if (bFolder) {
+    if (entry.bFolder) {
         if (!m_folders.contains(strKey))
             m_folders.insert(strKey, strName);
         if (!strName.contains(u'/'))
             m_topFolders.append(strName);
         return;
     }
-    m_exact.insert(strName);
+    m_exact.insert(strName, entry.state);
     const qsizetype nTop = strName.indexOf(u'/');
     if (nTop > 0)
         m_below[strName.left(nTop)].append(strName);

@@ -1,9 +1,10 @@
 #pragma once
 
 #include <QHash>
-#include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 /// The course's node resource folder, listed once. Names below it are relative, with "/" between components
 /// and in the letter case of the disk. Symbolic links and hidden entries are left out: what is compiled is
@@ -26,6 +27,16 @@ public:
     QStringList FilesBelow(const QString& strFolder) const;
     QStringList TopFolders() const;
 
+    /// How a file stood when it was listed, by its real name.
+    struct State {
+        qint64 nSize = 0;
+        /// In nanoseconds since 1970.
+        qint64 nModified = 0;
+    };
+    State StateOf(const QString& strFile) const { return m_exact.value(strFile); }
+    /// A sum over the names of all files, whatever is in them.
+    quint64 NamesSum() const { return m_nNamesSum; }
+
     /// The name under which a file goes to the site. It is the file's own, but for files whose names differ
     /// from another's in letter case alone: a server or disk that doesn't tell case would lose one.
     QString OutputName(const QString& strFile) const { return m_renamed.value(strFile, strFile); }
@@ -34,7 +45,13 @@ public:
     static QString Join(const QString& strFolder, const QString& strName);
 
 private:
-    void Add(const QString& strName, bool bFolder);
+    struct Entry {
+        QString strName;
+        bool bFolder;
+        State state;
+    };
+    class CWalk;
+    void Add(const Entry& entry);
     QString FreeName(const QString& strName) const;
 
     QString m_strFolder;
@@ -43,5 +60,6 @@ private:
     QHash<QString, QStringList> m_below;
     QStringList m_topFolders;
     QHash<QString, QString> m_renamed;
-    QSet<QString> m_exact;
+    QHash<QString, State> m_exact;
+    quint64 m_nNamesSum = 0;
 };

@@ -7,8 +7,16 @@
 namespace CompilerText {
 
 // To the teacher.
-inline const QString c_strUsage =
-    QStringLiteral("用法：VorelCompiler \"课程文件\"，课程文件后可加 |H（HTML 格式）或 |S（课堂格式）。");
+inline const QString c_strUsage = QStringLiteral(
+    "用法：VorelCompiler [选项] \"课程文件[|H 或 |S]\"\n"
+    "  课程文件后面没有字母：合成课程网站和申报网站；|H：HTML 格式；|S：课堂格式（Ondrel）。\n"
+    "选项：\n"
+    "  --silent          不出现窗口，供脚本使用：进度和错误写到标准错误，结果写到标准输出\n"
+    "  --output 文件夹   写入这个文件夹（默认是上次的文件夹，或者课程所在的文件夹）\n"
+    "  --help            显示这段说明\n"
+    "返回值：0 合成完毕；1 失败；2 命令有误；3 已取消。");
+inline const QString c_strNoArgument = QStringLiteral("没有指明课程文件。");
+inline const QString c_strUnknownOption = QStringLiteral("不认识的选项“%1”。");
 inline const QString c_strUnknownForm = QStringLiteral("不认识的合成格式“%1”。");
 inline const QString c_strNoProject = QStringLiteral("找不到课程文件“%1”。");
 inline const QString c_strBadProject = QStringLiteral("读取课程文件“%1”失败：文件不完整或已损坏。");
@@ -20,13 +28,20 @@ inline const QString c_strNoRoot = QStringLiteral("课程数据库中没有课�
 inline const QString c_strForbiddenOutput =
     QStringLiteral("输出文件夹“%1”不能用：它是课程文件夹、课程数据所在的文件夹，或者包含它们。");
 inline const QString c_strOutputIsLink = QStringLiteral("输出文件夹中的“%1”是一个链接，不向它写入。");
+inline const QString c_strOutputIsFile = QStringLiteral("输出文件夹“%1”不能用：它是一个文件。");
+inline const QString c_strNotAbsolute = QStringLiteral("输出文件夹“%1”不能用：请写出完整的路径。");
+inline const QString c_strOtherCourse =
+    QStringLiteral("“%1”里是另一门课程的合成结果，请另选一个输出文件夹。");
+inline const QString c_strNotRemembered = QStringLiteral("未能在课程文件中记住输出文件夹：%1");
 inline const QString c_strOutputBusy = QStringLiteral("另一个合成程序正在向“%1”写入。");
 inline const QString c_strCannotWrite = QStringLiteral("无法写入“%1”：%2。");
 inline const QString c_strCannotRead = QStringLiteral("无法读取“%1”：%2。");
 inline const QString c_strDiskFull = QStringLiteral("磁盘空间不足");
 inline const QString c_strNoPermission = QStringLiteral("没有权限");
 inline const QString c_strNameTaken = QStringLiteral("同名的文件夹挡住了它");
-inline const QString c_strDone = QStringLiteral("合成完毕：%1 个页面，%2 个文件，位于“%3”。");
+inline const QString c_strDone =
+    QStringLiteral("合成完毕：%1 个页面，%2 个其他文件，其中 %3 个有变化，位于“%4”。");
+inline const QString c_strCancelled = QStringLiteral("已取消。已经写好的文件是完整的，再次合成时会继续。");
 inline const QString c_strFailed = QStringLiteral("合成失败：%1");
 inline const QString c_strUnexpected = QStringLiteral("发生意外错误（%1）。");
 inline const QString c_strLastDirGone =
@@ -38,6 +53,26 @@ inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面
 inline const QString c_strNoteUnreachable = QStringLiteral("有 %1 个栏目不在课程树上，未合成。");
 inline const QString c_strNoteRawPage = QStringLiteral("栏目“%1”的页面有错，不能并入网站的框架，原样嵌入。");
 inline const QString c_strNoteLargeText = QStringLiteral("文件“%1”过大，原样复制，其中的链接未作修正。");
+
+// The window.
+inline const QString c_strTitle = QStringLiteral("合成课程");
+inline const QString c_strIntroSite =
+    QStringLiteral("把课程“%1”合成为网站。课程网站写入输出文件夹下的“课程网站”，申报网站写入“申报网站”。");
+inline const QString c_strIntroHtml =
+    QStringLiteral("把课程“%1”合成为 HTML 格式，不用服务器就能浏览。写入输出文件夹下的“合成/HTML”。");
+inline const QString c_strIntroClassroom =
+    QStringLiteral("把课程“%1”合成为课堂格式（Ondrel），供上课时全屏演示。写入输出文件夹下的“合成/Ondrel”。");
+inline const QString c_strTarget = QStringLiteral("输出文件夹(&F)：");
+inline const QString c_strChooseFolder = QStringLiteral("请您选择输出文件夹");
+inline const QString c_strMakeFolder = QStringLiteral("文件夹“%1”不存在，要新建它吗？");
+inline const QString c_strStart = QStringLiteral("合成(&C)");
+inline const QString c_strOpen = QStringLiteral("打开网站(&O)");
+inline const QString c_strProgress = QStringLiteral("合成进度");
+inline const QString c_strNotOpened = QStringLiteral("无法打开“%1”，请您检查是否安装了浏览器。");
+inline const QString c_strReadingCourse = QStringLiteral("正在读取课程...");
+inline const QString c_strWriting = QStringLiteral("正在写入：%1 / %2");
+inline const QString c_strFinishing = QStringLiteral("正在清理不再需要的文件...");
+inline const QString c_strCancelling = QStringLiteral("正在取消...");
 
 // To the visitor.
 inline const QString c_strSkipLink = QStringLiteral("跳到正文");

@@ -71,11 +71,6 @@ DocOutcome Export(const DocRequest& request, const PictureTakerMaker& pictures, 
 
 } // namespace
 
-QString ReadProjectArgument(const QString& strArgument) {
-    const bool bDrive = strArgument.size() > 1 && strArgument[1] == u':';
-    return Platform::FromNative(bDrive ? strArgument : QFileInfo(strArgument).absoluteFilePath());
-}
-
 QString DefaultTarget(const QString& strProjectPath) {
     const QFileInfo project(Platform::ToNativeExact(strProjectPath));
     return project.path() + u'/' + project.completeBaseName() + u".docx"_s;

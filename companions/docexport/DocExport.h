@@ -1,5 +1,6 @@
 #pragma once
 
+#include "companions/common/TaskOutcome.h"
 #include "companions/docexport/CourseDocument.h"
 #include "companions/docexport/DocProgress.h"
 
@@ -13,9 +14,6 @@ struct DocRequest {
     QString TargetPath;
 };
 
-/// The project file of the program's argument, native or in backslash form, in backslash form.
-QString ReadProjectArgument(const QString& strArgument);
-
 /// Where the document goes unless the person says otherwise: beside the project file, under its name. Native.
 QString DefaultTarget(const QString& strProjectPath);
 
@@ -26,14 +24,7 @@ QString FaultOfTarget(const DocRequest& request);
 /// The course's name, for the window. Throws Torvane::CRunException with a message when it can't be read.
 QString NameOfCourse(const QString& strProjectPath);
 
-/// How an export ended, with a sentence for the person.
-struct DocOutcome {
-    enum class EEnd { Done, Cancelled, Failed };
-    EEnd End = EEnd::Failed;
-    QString Text;
-    /// What is left out, and why.
-    QStringList Notes;
-};
+using DocOutcome = TaskOutcome;
 
 /// Makes the taker of pictures for a folder (native) that stands.
 using PictureTakerMaker = std::function<PictureTaker(const QString& strFolder)>;

@@ -74,14 +74,10 @@ inline const QString c_strDone = QStringLiteral("导出完毕：%1 个栏目，%
 inline const QString c_strTitle = QStringLiteral("导出Word文件");
 inline const QString c_strIntroduction = QStringLiteral("把课程“%1”的全部栏目导出为一个 Word 文件。");
 inline const QString c_strTarget = QStringLiteral("保存为(&F)：");
-inline const QString c_strBrowse = QStringLiteral("浏览(&B)...");
 inline const QString c_strFilter = QStringLiteral("Word 文件 (*.docx)");
 inline const QString c_strStart = QStringLiteral("导出(&E)");
-inline const QString c_strCancel = QStringLiteral("取消");
-inline const QString c_strClose = QStringLiteral("关闭");
 inline const QString c_strOpen = QStringLiteral("打开(&O)");
 inline const QString c_strProgress = QStringLiteral("导出进度");
-inline const QString c_strReport = QStringLiteral("需要注意的内容(&N)：");
 inline const QString c_strNotOpened =
     QStringLiteral("无法打开文件%1，请您检查文件是否存在、是否安装了编辑该文件的程序。");
 inline const QString c_strReplace = QStringLiteral("“%1”已存在，要替换它吗？");

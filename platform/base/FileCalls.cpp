@@ -56,6 +56,7 @@ CFileState StateOf(const struct stat& from) {
     state.bLink = S_ISLNK(from.st_mode);
     state.nDevice = from.st_dev;
     state.nInode = from.st_ino;
+    state.nModified = qint64{from.st_mtim.tv_sec} * 1'000'000'000 + from.st_mtim.tv_nsec;
     return state;
 }
 
@@ -285,11 +286,30 @@ int CFolder::GetStateAndBirth(const QByteArray& name, CFileState& state, qint64&
     state.nInode = found.stx_ino;
     const statx_timestamp& time = (found.stx_mask & STATX_BTIME) != 0 ? found.stx_btime : found.stx_mtime;
     nBorn = qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+    state.nModified = qint64{found.stx_mtime.tv_sec} * 1'000'000'000 + found.stx_mtime.tv_nsec;
     return 0;
 }
 
 int CFolder::MakeFolder(const QByteArray& name) const {
     return ErrorOf(::mkdirat(Descriptor(), name.constData(), 0777));
+}
+
+int CFolder::WriteFile(const QByteArray& name, const QByteArray& bytes, CFileState& written) const {
+    CDescriptor file(
+        ::openat(Descriptor(), name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+    if (file < 0)
+        return errno;
+    int nError = WriteAll(file, bytes.constData(), static_cast<size_t>(bytes.size()));
+    struct stat state {};
+    if (nError == 0)
+        nError = ErrorOf(::fstat(file, &state));
+    const int nClosed = file.Close();
+    written = StateOf(state);
+    return nError != 0 ? nError : nClosed;
+}
+
+int CFolder::Rename(const QByteArray& name, const QByteArray& newName) const {
+    return ErrorOf(::renameat(Descriptor(), name.constData(), Descriptor(), newName.constData()));
 }
 
 int CFolder::RemoveFile(const QByteArray& name) const {

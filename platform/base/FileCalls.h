@@ -28,6 +28,8 @@ struct CFileState {
     bool bLink = false;
     quint64 nDevice = 0;
     quint64 nInode = 0;
+    /// When its content was last changed, in nanoseconds since 1970.
+    qint64 nModified = 0;
 };
 
 /// Follows links unless told not to.
@@ -58,6 +60,10 @@ public:
     int GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const;
 
     int MakeFolder(const QByteArray& name) const;
+    /// Creates a file of these bytes. For what can be made again: it is not waited until they are on the disk.
+    int WriteFile(const QByteArray& name, const QByteArray& bytes, CFileState& written) const;
+    /// Both names may be paths below the folder. What stands under the new name is replaced.
+    int Rename(const QByteArray& name, const QByteArray& newName) const;
     /// Removes a file, or a link itself.
     int RemoveFile(const QByteArray& name) const;
     int RemoveFolder(const QByteArray& name) const;

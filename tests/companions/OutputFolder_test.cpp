@@ -15,9 +15,9 @@ protected:
     CTempFolder folder;
 
     OutputFolderTest() { folder.MakeFolder(u"course\\Data\\x"_s); }
-    COutputFolder Open(const QString& strFolder = u"out"_s) const {
+    COutputFolder Open(const QString& strFolder = u"out"_s, const QString& strOwner = u"7"_s) const {
         return COutputFolder(folder.Native(strFolder), folder.Native(u"course"_s),
-                             folder.Native(u"course\\Data"_s));
+                             folder.Native(u"course\\Data"_s), strOwner);
     }
     void WriteSite(const QStringList& names, const QByteArray& bytes) const {
         COutputFolder output = Open();
@@ -59,8 +59,9 @@ TEST_F(OutputFolderTest, LeavesAPersonsFilesAndTakesItsOwnStaleOnes) {
 
 // What a list names is deleted, so a list that someone forged must not reach out of the folder.
 TEST_F(OutputFolderTest, NeverReachesOutOfItsFolder) {
-    folder.Write(u"out\\vorel-site.json"_s,
-                 R"({"files":["../victim.txt","/etc/x","link/victim.txt","a/../../victim.txt"]})");
+    folder.Write(u"out\\.vorel-site"_s,
+                 "VorelCompiler 2\t7\n../victim.txt\t1\t1\t1\n/etc/x\t1\nlink/victim.txt\n"
+                 "a/../../victim.txt\na\tx\t\t-\t+../victim.txt\n\t\n%\n");
     folder.Write(u"victim.txt"_s, "x");
     folder.Write(u"other\\victim.txt"_s, "x");
     QFile::link(folder.Native(u"other"_s), folder.Native(u"out\\link"_s));
@@ -83,7 +84,30 @@ TEST_F(OutputFolderTest, RecoversFromAKilledCompile) {
     EXPECT_FALSE(folder.Exists(u"out\\a.htm"_s));
     EXPECT_FALSE(folder.Exists(u"out\\.vorel-tmp"_s));
     EXPECT_EQ(QDir(folder.Native(u"out"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              (QStringList{u"b.htm"_s, u"vorel-site.json"_s}));
+              (QStringList{u".vorel-site"_s, u"b.htm"_s}));
+}
+
+// Names and remarks may hold what separates the fields of the list.
+TEST_F(OutputFolderTest, RemembersFromRunToRun) {
+    const QString strOdd = u"a\tb%\n.htm"_s;
+    for (const bool bFirst : {true, false}) {
+        COutputFolder output = Open();
+        output.Announce({strOdd, u"b.htm"_s});
+        EXPECT_EQ(output.Keep(strOdd, 5), !bFirst);
+        EXPECT_FALSE(output.Keep(strOdd, 6));
+        if (bFirst) {
+            output.Write(strOdd, "x", {5, {u"s\t"_s}, {u"b.htm"_s}, {u"n%\n"_s}});
+            output.Write(u"b.htm"_s, "x");
+        } else {
+            EXPECT_EQ(output.Known(strOdd)->Notes, QStringList{u"n%\n"_s});
+            EXPECT_EQ(output.Known(strOdd)->Sources, QStringList{u"s\t"_s});
+        }
+        output.Finish();
+        EXPECT_EQ(output.ChangedCount(), bFirst ? 2 : 0);
+    }
+    QFile::remove(folder.Native(u"out\\b.htm"_s));
+    EXPECT_FALSE(Open().Keep(strOdd, 5)) << "what was written along with it is gone";
+    EXPECT_THROW(Open(u"out"_s, u"8"_s), Torvane::CRunException) << "another course's site";
 }
 
 TEST_F(OutputFolderTest, AllowsOneCompilerAtATime) {

@@ -150,7 +150,7 @@ TEST(VorelCompiler, LeavesNoLinkDead) {
     course.AddPage(nFolder, u"链接页"_s, strLinks + u"<a href=\"../n%1/\">目录</a>"_s.arg(nFolder));
 
     QProcess process;
-    process.start(QString::fromUtf8(VOREL_COMPILER), {course.Folder.Native(course.strProject)});
+    process.start(QString::fromUtf8(VOREL_COMPILER), {u"--silent"_s, course.Folder.Native(course.strProject)});
     ASSERT_TRUE(process.waitForFinished());
     const QString strSaid = QString::fromUtf8(process.readAllStandardOutput());
     EXPECT_EQ(strSaid.count(u'\n'), 1) << strSaid.toStdString();
@@ -253,30 +253,112 @@ TEST(SiteCompiler, EmbedsAPageThatCanNotBeTakenApart) {
     }
 }
 
-TEST(SiteCompiler, CompilesIntoTheLastFolderUnlessItIsGone) {
+TEST(SiteCompiler, RemembersTheFolderAndNothingElse) {
     CSampleCourse course;
-    const QByteArray project = course.Folder.Read(course.strProject);
-    const auto compileInto = [&](const QString& strFolder) {
-        course.Folder.Write(course.strProject,
-                            project + "[Compile]\r\nLastDir=" + CodePage::Encode(strFolder) + "\r\n");
-        return course.Compile();
+    const QByteArray project = course.Folder.Read(course.strProject) + "[Other]\r\nkey = kept \r\n";
+    course.Folder.Write(course.strProject, project);
+    const auto remembered = [](const QString& strFolder) -> QByteArray {
+        return "[Compile]\r\nLastDir=" + CodePage::Encode(strFolder) + "\r\n";
     };
-    EXPECT_TRUE(compileInto(course.Folder.Path(u"别处"_s)).OutputFolder.endsWith(u"/别处"_s));
-    EXPECT_TRUE(course.Folder.Exists(u"别处\\index.html"_s));
+    course.Folder.MakeFolder(u"别 处"_s);
+    CompileRequest request{course.Folder.Path(course.strProject), ESiteForm::Site,
+                           course.Folder.Native(u"别 处"_s)};
+    EXPECT_TRUE(CompileSite(request).OutputFolder.endsWith(u"/别 处/课程网站"_s));
     EXPECT_FALSE(course.Folder.Exists(CSampleCourse::Site(u"index.html"_s)));
-    const CompileReport report = compileInto(u"Q:\\旧机器\\站点"_s);
-    EXPECT_EQ(report.OutputFolder, QFileInfo(course.SiteNative()).canonicalFilePath());
-    EXPECT_EQ(report.Notes.size(), 1) << "the teacher is told";
+    const QByteArray expected = project + remembered(course.Folder.Path(u"别 处"_s));
+    EXPECT_EQ(course.Folder.Read(course.strProject), expected);
+    request.OutputFolder.clear();
+    EXPECT_EQ(CompileSite(request).Changed, 0) << "the same folder again";
+
+    // The folder of another machine, and of the course that this one was copied from.
+    course.Folder.Write(u"别 处\\Data\\DataBase\\VorelCourse.mdb"_s, "x");
+    for (const QString& strGone : {u"Q:\\旧机器\\站点"_s, course.Folder.Path(u"别 处"_s)}) {
+        course.Folder.Write(course.strProject, project + remembered(strGone));
+        const CompileReport report = CompileSite(request);
+        EXPECT_EQ(report.OutputFolder, QFileInfo(course.SiteNative()).canonicalFilePath());
+        EXPECT_EQ(report.Notes.size(), 1) << "the teacher is told";
+    }
+}
+
+// The teacher uploads what changed: one edited page must not touch a whole site.
+TEST(SiteCompiler, TouchesOnlyWhatAnEditChanges) {
+    CSampleCourse course;
+    QList<qint32> pages;
+    const qint32 nFolder = course.Add(c_nRootNodeId, u"章"_s);
+    for (int i = 0; i < 5; ++i)
+        pages.append(course.AddPage(nFolder, u"页%1"_s.arg(i), u"<h2 id=a>%1</h2>"_s.arg(i)));
+    course.WriteResource(pages[1], u"Content.htm"_s,
+                         "<a href=\"../n" + QByteArray::number(pages[0]) + "/content.htm#A\">x</a>");
+    course.WriteResource(pages[2], u"res\\p.gif"_s, "GIF89a");
+    QMap<QString, qint64> times;
+    const auto touched = [&] {
+        const int nChanged = course.Compile().Changed;
+        QMap<QString, qint64> now;
+        QStringList list;
+        QDirIterator walk(course.SiteNative(), QDir::Files, QDirIterator::Subdirectories);
+        while (walk.hasNext()) {
+            const QString strFile = walk.next();
+            now[strFile] = QFileInfo(strFile).lastModified().toMSecsSinceEpoch();
+            if (times.value(strFile) != now[strFile])
+                list.append(strFile.mid(course.SiteNative().size() + 1));
+        }
+        times = now;
+        EXPECT_EQ(nChanged, list.size());
+        list.sort();
+        return list;
+    };
+    const auto pageOf = [&](int i) { return u"N%1/Content.htm"_s.arg(pages[i]); };
+    EXPECT_GT(touched().size(), 7);
+    EXPECT_EQ(touched(), QStringList());
+    course.WriteResource(pages[3], u"Content.htm"_s, "<p>new</p>");
+    EXPECT_EQ(touched(), QStringList{pageOf(3)});
+    course.WriteResource(pages[2], u"res\\p.gif"_s, "GIF89a+");
+    EXPECT_EQ(touched(), QStringList{u"N%1/res/p.gif"_s.arg(pages[2])});
+    course.WriteResource(pages[0], u"Content.htm"_s, "<h2 id=A>0</h2>");
+    EXPECT_EQ(touched(), (QStringList{pageOf(0), pageOf(1)})) << "a link is spelled as its target is";
+    QFile::remove(course.SiteNative() + u'/' + pageOf(4));
+    EXPECT_EQ(touched(), QStringList{pageOf(4)}) << "what is gone comes back";
+    course.WriteResource(pages[4], u"Content.htm"_s, "<h2 id=a>4</h2>");
+    EXPECT_EQ(touched(), QStringList()) << "the same bytes at another time";
+    course.WriteResource(pages[4], u"new.txt"_s, "x");
+    EXPECT_EQ(touched(), QStringList{u"N%1/new.txt"_s.arg(pages[4])});
+}
+
+TEST(SiteCompiler, StopsWhenToldAndLeavesWholeFiles) {
+    CSampleCourse course;
+    const qint32 nPage = course.AddPage(c_nRootNodeId, u"页"_s, u"<p>旧</p>"_s);
+    course.Compile();
+    const QByteArray before = course.Bytes(nPage);
+    course.WriteResource(nPage, u"Content.htm"_s, "<p>new</p>");
+    CompileProgress progress;
+    progress.bCancelled = true;
+    const TaskOutcome outcome = Compile({course.Folder.Path(course.strProject)}, progress);
+    EXPECT_EQ(outcome.End, TaskOutcome::EEnd::Cancelled);
+    EXPECT_EQ(course.Bytes(nPage), before);
+    EXPECT_NE(course.Compile().Changed, 0);
 }
 
 TEST(VorelCompiler, TellsAScriptWhetherItCompiled) {
     const CSampleCourse course;
-    for (const bool bThere : {true, false}) {
+    const QString strProject = course.Folder.Native(course.strProject);
+    const QString strOther = course.Folder.Native(u"别处"_s);
+    const struct {
+        QStringList Arguments;
+        int nExit;
+    } rows[] = {{{u"--silent"_s, strProject}, 0},
+                {{u"--silent"_s, u"--output"_s, strOther, strProject + u"|H"_s}, 0},
+                {{u"--help"_s}, 0},
+                {{u"--silent"_s, strProject + u".gone"_s}, 1},
+                {{u"--silent"_s, strProject, u"--output="_s + strProject}, 1},
+                {{u"--silent"_s}, 2},
+                {{u"--silent"_s, strProject + u"|X"_s}, 2},
+                {{u"--silent"_s, u"--quiet"_s, strProject}, 2}};
+    for (const auto& row : rows) {
         QProcess process;
-        process.start(QString::fromUtf8(VOREL_COMPILER),
-                      {course.Folder.Native(course.strProject) + (bThere ? u""_s : u".gone"_s)});
+        process.start(QString::fromUtf8(VOREL_COMPILER), row.Arguments);
         ASSERT_TRUE(process.waitForFinished());
-        EXPECT_EQ(process.exitCode(), bThere ? 0 : 1);
-        EXPECT_EQ(process.readAllStandardError().isEmpty(), bThere);
+        EXPECT_EQ(process.exitCode(), row.nExit) << row.Arguments.join(u' ').toStdString();
+        EXPECT_EQ(process.readAllStandardError().isEmpty(), row.nExit == 0);
     }
+    EXPECT_TRUE(QFile::exists(strOther + u"/合成/HTML/index.html"_s));
 }

@@ -1,13 +1,9 @@
+#include "companions/common/ui/Program.h"
 #include "companions/fetch/FetchRun.h"
 #include "companions/fetch/Texts.h"
 #include "companions/fetch/ui/FetchWindow.h"
-#include "foundation/SysInfo.h"
-#include "platform/base/NativePath.h"
 
 #include <QApplication>
-#include <QIcon>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTextStream>
 
 #include <chrono>
@@ -19,23 +15,6 @@ constexpr int c_nDone = 0;
 constexpr int c_nFailed = 1;
 constexpr auto c_lineEvery = std::chrono::seconds(1);
 
-bool HasScreen() {
-    for (const char* szVariable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(szVariable))
-            return true;
-    }
-    return false;
-}
-
-QIcon ProgramIcon() {
-    const QString strFolder = Platform::ToNativeExact(CSysInfo::Instance().GetSysDataFolder(true) +
-                                                      QStringLiteral("Images\\Resource\\"));
-    QIcon icon;
-    for (const int nSize : {16, 32, 48})
-        icon.addFile(strFolder + QStringLiteral("128-%1.png").arg(nSize), QSize(nSize, nSize));
-    return icon;
-}
-
 FetchRequest ReadArguments() {
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 2)
@@ -43,20 +22,12 @@ FetchRequest ReadArguments() {
     return ReadFetchArgument(arguments[1]);
 }
 
-void SayFault(const QString& strMessage) {
-    QTextStream(stderr) << strMessage << Qt::endl;
-}
-
 int RunInWindow() {
     try {
         CFetchWindow window(ReadArguments());
         return window.exec() == QDialog::Accepted ? c_nDone : c_nFailed;
     } catch (const Torvane::CException& failure) {
-        SayFault(failure.GetMessage());
-        QMessageBox box(QMessageBox::Critical, FetchText::c_strTitle, failure.GetMessage());
-        box.setTextFormat(Qt::PlainText);
-        box.addButton(FetchText::c_strClose, QMessageBox::RejectRole);
-        box.exec();
+        CompanionProgram::ShowFault(FetchText::c_strTitle, failure.GetMessage());
         return c_nFailed;
     }
 }
@@ -80,9 +51,9 @@ int RunInTerminal() {
             out << outcome.strText << Qt::endl;
             return c_nDone;
         }
-        SayFault(outcome.strText);
+        CompanionProgram::SayFault(outcome.strText);
     } catch (const Torvane::CException& failure) {
-        SayFault(failure.GetMessage());
+        CompanionProgram::SayFault(failure.GetMessage());
     }
     return c_nFailed;
 }
@@ -90,11 +61,11 @@ int RunInTerminal() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!HasScreen()) {
+    if (!CompanionProgram::HasScreen()) {
         const QCoreApplication application(argc, argv);
         return RunInTerminal();
     }
     const QApplication application(argc, argv);
-    QApplication::setWindowIcon(ProgramIcon());
+    CompanionProgram::PrepareWindows();
     return RunInWindow();
 }

@@ -1,0 +1,49 @@
+#include "companions/compiler/CompileInput.h"
+
+#include "companions/compiler/Sums.h"
+#include "platform/base/NativePath.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <future>
+
+CCompileInput::CCompileInput(const CompileRequest& request) {
+    const QString strResources =
+        Platform::ToNative(CCoursePaths(request.ProjectPath).GetNodeResourceFolder(false));
+    auto tree =
+        std::async(std::launch::async, [&] { return std::make_unique<CSourceTree>(strResources); });
+    m_pModel = std::make_unique<CSiteModel>(request.ProjectPath);
+    m_pTree = tree.get();
+    m_pPlan = std::make_unique<CSitePlan>(*m_pModel, *m_pTree);
+    m_nStructure = SumOfStructure(request.Form);
+}
+
+quint64 CCompileInput::SumOfStructure(ESiteForm form) const {
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    CSum sum;
+    sum.Add(quint64(program.size())).Add(quint64(program.lastModified().toMSecsSinceEpoch()));
+    sum.Add(quint64(form)).Add(m_pTree->NamesSum());
+    sum.Add(m_pModel->School()).Add(m_pModel->Course()).Add(m_pModel->Teacher());
+    for (int i = 0; i < m_pModel->Nodes().size(); ++i) {
+        const SiteNode& node = m_pModel->Nodes()[i];
+        const NodePlan& plan = m_pPlan->Of(i);
+        sum.Add(quint64(quint32(node.Row.Id))).Add(quint64(quint32(node.Parent)));
+        sum.Add(quint64(quint32(node.Row.Type))).Add(quint64(quint32(node.Row.OpenType)));
+        for (const QString* pText : {&node.Row.Title, &node.Row.Path, &node.Row.FileName, &node.Row.Comment,
+                                     &plan.PagePath, &plan.Target, &plan.Fragment})
+            sum.Add(*pText);
+    }
+    return sum.Value();
+}
+
+quint64 CCompileInput::Sum(const QStringList& sources) const {
+    CSum sum;
+    sum.Add(m_nStructure);
+    for (const QString& strSource : sources) {
+        const CSourceTree::State state = m_pTree->StateOf(strSource);
+        sum.Add(quint64(state.nSize)).Add(quint64(state.nModified));
+    }
+    return sum.Value();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "companions/compiler/CompileRequest.h"
+#include "companions/compiler/SiteModel.h"
+#include "companions/compiler/SitePlan.h"
+#include "companions/compiler/SourceTree.h"
+
+#include <memory>
+
+/// All that a course is compiled from, read once, and what tells whether it is still the same in the next run.
+class CCompileInput {
+public:
+    /// Throws Torvane::CRunException with a message.
+    explicit CCompileInput(const CompileRequest& request);
+
+    const CSiteModel& Model() const { return *m_pModel; }
+    const CSourceTree& Tree() const { return *m_pTree; }
+    const CSitePlan& Plan() const { return *m_pPlan; }
+
+    /// A sum over what any page may show: the tree of nodes, the names of all files, the form, and this
+    /// program itself; and over the states of some source files, whose content is read for one page alone.
+    quint64 Sum(const QStringList& sources = {}) const;
+
+private:
+    quint64 SumOfStructure(ESiteForm form) const;
+
+    std::unique_ptr<CSiteModel> m_pModel;
+    std::unique_ptr<CSourceTree> m_pTree;
+    std::unique_ptr<CSitePlan> m_pPlan;
+    quint64 m_nStructure = 0;
+};

@@ -1,0 +1,121 @@
+#include "companions/compiler/CompileRequest.h"
+
+#include "companions/common/ProjectArgument.h"
+#include "companions/compiler/Texts.h"
+#include "foundation/Exceptions.h"
+#include "platform/base/NativePath.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// As every new course has them.
+const QString c_strSite = u"课程网站"_s;
+const QString c_strApplication = u"申报网站"_s;
+const QString c_strHtml = u"合成/HTML"_s;
+const QString c_strClassroom = u"合成/Ondrel"_s;
+
+QString CourseFolder(const QString& strProjectPath) {
+    return QDir::cleanPath(Platform::ToNative(CCoursePaths(strProjectPath).GetCourseFolder(false)));
+}
+
+/// A copy of a course still names the folder of the one that it was copied from.
+bool IsAnotherCourse(const QString& strFolder, const QString& strCourseFolder) {
+    const QString strReal = QFileInfo(strFolder).canonicalFilePath();
+    return strReal != QFileInfo(strCourseFolder).canonicalFilePath() &&
+           QFileInfo::exists(strReal + "/Data/DataBase/VorelCourse.mdb"_L1);
+}
+
+bool IsWithin(const QString& strPath, const QString& strFolder) {
+    return !strFolder.isEmpty() && (strPath == strFolder || strPath.startsWith(QString(strFolder + u'/')));
+}
+
+/// The nearest folder that stands already, with all links resolved.
+QString NearestFolder(const QString& strPath) {
+    QString strAt = QDir::cleanPath(strPath);
+    while (!QFileInfo::exists(strAt) && strAt != QFileInfo(strAt).path())
+        strAt = QFileInfo(strAt).path();
+    return QFileInfo(strAt).canonicalFilePath();
+}
+
+} // namespace
+
+CompileRequest ReadArgument(const QString& strArgument) {
+    CompileRequest request;
+    QString strPath = strArgument;
+    const qsizetype nBar = strArgument.lastIndexOf(u'|');
+    // A bar before the last separator is part of a folder's name.
+    if (nBar > qMax(strArgument.lastIndexOf(u'/'), strArgument.lastIndexOf(u'\\'))) {
+        const QString strForm = strArgument.mid(nBar + 1);
+        if (strForm == "H"_L1)
+            request.Form = ESiteForm::Html;
+        else if (strForm == "S"_L1)
+            request.Form = ESiteForm::Classroom;
+        else
+            throw Torvane::CRunException(CompilerText::c_strUnknownForm.arg(strForm));
+        strPath = strArgument.left(nBar);
+    }
+    if (strPath.isEmpty())
+        throw Torvane::CRunException(CompilerText::c_strNoArgument);
+    request.ProjectPath = ReadProjectArgument(strPath);
+    return request;
+}
+
+QString RememberedFolder(const CSiteModel& model, QString* pGone) {
+    const QString strCourse =
+        QDir::cleanPath(Platform::ToNative(model.Paths().GetCourseFolder(false)));
+    if (model.LastDir().isEmpty())
+        return strCourse;
+    const QString strLast = QDir::cleanPath(Platform::ToNative(Platform::FromNative(model.LastDir())));
+    // A course that was carried to another machine still names a folder of the old one.
+    const QFileInfo last(strLast);
+    const bool bPlace =
+        last.isAbsolute() && (last.exists() ? last.isDir() : QFileInfo(last.path()).isDir());
+    if (bPlace && !IsAnotherCourse(strLast, strCourse))
+        return strLast;
+    if (pGone)
+        *pGone = strLast;
+    return strCourse;
+}
+
+QString ProposedFolder(const QString& strProjectPath) {
+    try {
+        return RememberedFolder(CSiteModel(strProjectPath));
+    } catch (const Torvane::CException&) {
+        return CourseFolder(strProjectPath);
+    }
+}
+
+QStringList FoldersOf(ESiteForm form) {
+    switch (form) {
+    case ESiteForm::Html:
+        return {c_strHtml};
+    case ESiteForm::Classroom:
+        return {c_strClassroom};
+    default:
+        return {c_strSite, c_strApplication};
+    }
+}
+
+QString FaultOfOutput(const CompileRequest& request) {
+    const QString& strFolder = request.OutputFolder;
+    const QFileInfo info(strFolder);
+    if (!info.isAbsolute())
+        return CompilerText::c_strNotAbsolute.arg(strFolder);
+    if (info.exists() && !info.isDir())
+        return CompilerText::c_strOutputIsFile.arg(strFolder);
+    const QString strNearest = NearestFolder(strFolder);
+    if (!QFileInfo(strNearest).isDir())
+        return CompilerText::c_strOutputIsFile.arg(strNearest);
+    const QString strData =
+        QFileInfo(Platform::ToNative(CCoursePaths(request.ProjectPath).GetDataFolder(false)))
+            .canonicalFilePath();
+    if (IsWithin(strNearest, strData))
+        return CompilerText::c_strForbiddenOutput.arg(strFolder);
+    if (!QFileInfo(strNearest).isWritable())
+        return CompilerText::c_strCannotWrite.arg(strFolder, CompilerText::c_strNoPermission);
+    return QString();
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "companions/compiler/OutputFolder.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+/// The list of what the compiler wrote, which lies in the output: a line for each file, with fields between
+/// tabs. It is a text that anybody may have changed.
+namespace OutputList {
+
+struct List {
+    QString strOwner;
+    QHash<QString, OutputRecord> Files;
+};
+
+/// Nothing for what is no such list. Lines that name no file below the folder are passed over.
+std::optional<List> Read(const QByteArray& bytes);
+QByteArray Write(const List& list);
+
+/// Whether a name with "/" between components stays below its folder.
+bool IsSafeName(const QString& strName);
+
+} // namespace OutputList

@@ -1,0 +1,290 @@
+#include "companions/compiler/SiteRun.h"
+
+#include "companions/compiler/FrameParts.h"
+#include "companions/compiler/SearchIndex.h"
+#include "companions/compiler/SourceFile.h"
+#include "companions/compiler/Sums.h"
+#include "companions/compiler/Texts.h"
+#include "companions/compiler/Workers.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString c_strStartPage = QString::fromLatin1(CNavigation::c_szStartPage);
+const QString c_strSiteMap = QString::fromLatin1(CNavigation::c_szSiteMap);
+
+/// Whether a file's references are corrected on its way.
+std::optional<ESourceText> TextKind(const QString& strName) {
+    if (Torvane::File::IsHtmlFile(strName))
+        return ESourceText::Page;
+    if (LowerAscii(strName).endsWith(".css"_L1))
+        return ESourceText::StyleSheet;
+    return std::nullopt;
+}
+
+bool IsPlainText(const QString& strName) {
+    return LowerAscii(strName).endsWith(".txt"_L1);
+}
+
+} // namespace
+
+CSiteRun::CSiteRun(const CCompileInput& input, ESiteForm form, COutputFolder& output,
+                   CompileProgress& progress)
+    : m_input(input), m_plan(input.Plan()), m_tree(input.Tree()), m_form(form), m_output(output),
+      m_progress(progress), m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {}
+
+void CSiteRun::PlanPieces() {
+    using enum Piece::EKind;
+    QStringList parts = {FrameParts::c_strParts};
+    if (m_form != ESiteForm::Html)
+        parts += {FrameParts::c_strScript, FrameParts::c_strSearchScript};
+    if (!m_frame.HasSkin())
+        parts.append(FrameParts::c_strPlainSkin);
+    for (const QString& strPart : parts)
+        m_pieces.push_back({Part, strPart});
+    m_pieces.push_back({Page, c_strStartPage});
+    m_pieces.push_back({Page, c_strSiteMap});
+    if (HasSearch())
+        m_pieces.push_back({Page, FrameParts::c_strSearchPage});
+    for (const QString& strFile : m_plan.FilesToCopy())
+        m_pieces.push_back({File, m_tree.OutputName(strFile), strFile});
+    for (int i = 0; i < NodeCount(); i += SearchIndex::c_nNodesInPart)
+        m_pieces.push_back({Nodes, {}, {}, i});
+}
+
+QStringList CSiteRun::NamesOfPieces() {
+    QStringList names;
+    for (const Piece& piece : m_pieces) {
+        m_nPages += piece.Kind == Piece::EKind::Page;
+        if (piece.Kind != Piece::EKind::Nodes)
+            names.append(piece.Name);
+    }
+    for (int i = 0; i < NodeCount(); ++i) {
+        if (m_plan.Of(i).PagePath.isEmpty())
+            continue;
+        names.append(m_plan.Of(i).PagePath);
+        ++m_nPages;
+    }
+    if (HasSearch()) {
+        names.append(SearchIndex::IndexName());
+        for (int i = 0; i < SearchIndex::PartCount(m_plan); ++i)
+            names.append(SearchIndex::PartName(i));
+    }
+    return names;
+}
+
+void CSiteRun::Run() {
+    PlanPieces();
+    m_output.Announce(NamesOfPieces());
+    m_notes.resize(m_pieces.size());
+    m_progress.nTotal += int(m_pieces.size());
+    ForEachPiece(int(m_pieces.size()), [this](int n) {
+        StopIfCancelled(m_progress);
+        Make(m_pieces[std::size_t(n)], m_notes[std::size_t(n)]);
+        ++m_progress.nDone;
+    });
+    if (HasSearch())
+        MakeSearchIndex();
+}
+
+QStringList CSiteRun::Notes() const {
+    QStringList all;
+    for (const QStringList& notes : m_notes)
+        all += notes;
+    return all;
+}
+
+void CSiteRun::Make(const Piece& piece, QStringList& notes) {
+    switch (piece.Kind) {
+    case Piece::EKind::Part:
+        return m_output.Write(piece.Name, FrameParts::Content(piece.Name));
+    case Piece::EKind::Page:
+        if (!Keep(piece.Name, {}, notes))
+            Write(piece.Name, StandingPage(piece.Name), {});
+        return;
+    case Piece::EKind::Nodes:
+        return MakeNodes(piece.FirstNode, notes);
+    case Piece::EKind::File:
+        return MakeFile(piece, notes);
+    }
+}
+
+bool CSiteRun::Keep(const QString& strName, const QStringList& sources, QStringList& notes) {
+    const OutputRecord* pKnown = m_output.Known(strName);
+    if (!pKnown || !m_output.Keep(strName, m_input.Sum(sources + pKnown->Sources)))
+        return false;
+    notes += pKnown->Notes;
+    return true;
+}
+
+void CSiteRun::Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
+                     OutputRecord record) {
+    record.nInput = m_input.Sum(sources + record.Sources);
+    m_output.Write(strName, bytes, std::move(record));
+}
+
+void CSiteRun::Copy(const QString& strSource, const QString& strName) {
+    m_output.Copy(m_tree.NativePath(strSource), strName, [this] { return m_progress.bCancelled.load(); });
+}
+
+/// A page that belongs to no node.
+QByteArray CSiteRun::StandingPage(const QString& strName) const {
+    if (strName == c_strSiteMap)
+        return m_frame.SiteMapPage();
+    if (strName == FrameParts::c_strSearchPage)
+        return m_frame.SearchPage();
+    return m_frame.StartPage({QString(), QString(), m_view.StartMain()});
+}
+
+QStringList CSiteRun::SourcesOf(int nNode) const {
+    const NodePlan& plan = m_plan.Of(nNode);
+    if (plan.Source.isEmpty())
+        return {};
+    return plan.View == ENodeView::Video ? m_tree.FilesBelow(plan.Source) : QStringList{plan.Source};
+}
+
+QStringList CSiteRun::SourcesFrom(int nFirst) const {
+    QStringList sources;
+    for (int i = nFirst; i < qMin(nFirst + SearchIndex::c_nNodesInPart, NodeCount()); ++i)
+        sources += SourcesOf(i);
+    return sources;
+}
+
+void CSiteRun::MakeNodes(int nFirst, QStringList& notes) {
+    QList<std::optional<QString>> texts;
+    for (int i = nFirst; i < qMin(nFirst + SearchIndex::c_nNodesInPart, NodeCount()); ++i) {
+        StopIfCancelled(m_progress);
+        texts.append(m_plan.Of(i).PagePath.isEmpty() ? std::nullopt : MakeNode(i, notes));
+    }
+    if (HasSearch())
+        MakeSearchPart(nFirst, texts);
+}
+
+/// Answers the node's text for the search, where it comes along.
+std::optional<QString> CSiteRun::MakeNode(int nNode, QStringList& notes) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const QStringList sources = SourcesOf(nNode);
+    if (Keep(plan.PagePath, sources, notes))
+        return std::nullopt;
+    const bool bPage = plan.View == ENodeView::Page;
+    OutputRecord record;
+    FramedContent content;
+    if (bPage)
+        content = EditorPage(nNode, record);
+    else
+        content.Main = m_view.Main(nNode);
+    content.Title = m_input.Model().Nodes()[nNode].Row.Title;
+    notes += record.Notes;
+    Write(plan.PagePath, m_frame.NodePage(nNode, content), sources, std::move(record));
+    const qsizetype nBody = bPage ? content.Main.indexOf("<div class=\"page\">"_L1) : -1;
+    return nBody < 0 ? std::nullopt
+                     : std::optional(SearchIndex::NodeText(m_plan, nNode, content.Main.mid(nBody)));
+}
+
+void CSiteRun::MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts) {
+    const int nPart = nFirst / SearchIndex::c_nNodesInPart;
+    const QStringList sources = SourcesFrom(nFirst);
+    QStringList none;
+    if (Keep(SearchIndex::PartName(nPart), sources, none))
+        return;
+    QStringList all;
+    for (int i = 0; i < texts.size(); ++i)
+        all.append(texts[i] ? *texts[i] : SearchIndex::NodeText(m_plan, nFirst + i));
+    Write(SearchIndex::PartName(nPart), SearchIndex::Part(m_plan, nPart, all), sources);
+}
+
+void CSiteRun::MakeSearchIndex() {
+    QList<QByteArray> filters;
+    CSum sum;
+    sum.Add(m_input.Sum());
+    for (int i = 0; i < SearchIndex::PartCount(m_plan); ++i) {
+        const QString strPart = m_output.Path() + u'/' + SearchIndex::PartName(i);
+        QByteArray begin;
+        if (Platform::ReadFileBytes(QFile::encodeName(strPart), begin, SearchIndex::c_nFilterEnd) == 0)
+            begin = SearchIndex::FilterOf(begin);
+        filters.append(begin);
+        sum.Add(QString::fromLatin1(begin));
+    }
+    if (m_output.Keep(SearchIndex::IndexName(), sum.Value()))
+        return;
+    OutputRecord record;
+    record.nInput = sum.Value();
+    m_output.Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, filters), record);
+}
+
+FramedContent CSiteRun::EditorPage(int nNode, OutputRecord& record) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const std::optional<QByteArray> bytes = ReadSourceText(m_tree.NativePath(plan.Source));
+    const CReferences::Place place = {FolderOf(plan.Source), FolderOf(plan.PagePath), plan.Source};
+    const std::optional<ReadyPage> page = bytes ? ReadPage(*bytes, m_plan.References(), place) : std::nullopt;
+    if (!page)
+        return RawPage(nNode, bytes, record);
+    const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
+    for (const QString& strDead : page->DeadReferences)
+        record.Notes.append(CompilerText::c_strNoteDeadLink.arg(strTitle, strDead));
+    record.Sources = page->ReadSources;
+    return {QString(), page->Content.Head, m_view.PageMain(nNode, page->Content.Body)};
+}
+
+/// A page that can't be taken apart goes beside its own, which shows it in a frame.
+FramedContent CSiteRun::RawPage(int nNode, const std::optional<QByteArray>& bytes, OutputRecord& record) {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const QString strFolder = FolderOf(plan.PagePath);
+    QString strRaw = QFileInfo(plan.PagePath).fileName();
+    do
+        strRaw.prepend(u"raw-"_s);
+    while (!m_tree.FindFile(strFolder + u'/' + strRaw).isEmpty());
+    strRaw.prepend(strFolder + u'/');
+    record.Notes.append(CompilerText::c_strNoteRawPage.arg(m_input.Model().Nodes()[nNode].Row.Title));
+    record.Also.append(strRaw);
+    m_output.Announce({strRaw});
+    if (bytes) {
+        const CorrectedFile corrected =
+            Corrected(ESourceText::Page, *bytes, {FolderOf(plan.Source), strFolder, plan.Source});
+        record.Sources = corrected.ReadSources;
+        m_output.Write(strRaw, corrected.Bytes);
+    } else {
+        Copy(plan.Source, strRaw);
+    }
+    return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
+}
+
+CorrectedFile CSiteRun::Corrected(ESourceText kind, const QByteArray& bytes,
+                                  const CReferences::Place& place) const {
+    CorrectedFile corrected = CorrectedText(kind, bytes, m_plan.References(), place);
+    if (m_form == ESiteForm::Html && kind == ESourceText::Page)
+        corrected.Bytes = WithSaidCoding(corrected.Bytes).value_or(corrected.Bytes);
+    return corrected;
+}
+
+void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
+    const bool bText = TextKind(piece.Source) || (m_form == ESiteForm::Html && IsPlainText(piece.Source));
+    if (!bText)
+        return Copy(piece.Source, piece.Name);
+    if (Keep(piece.Name, {piece.Source}, notes))
+        return;
+    if (m_tree.StateOf(piece.Source).nSize > c_nMaxSourceText) {
+        notes.append(CompilerText::c_strNoteLargeText.arg(piece.Source));
+        return Copy(piece.Source, piece.Name);
+    }
+    OutputRecord record;
+    const QByteArray bytes = FileText(piece, record);
+    Write(piece.Name, bytes, {piece.Source}, std::move(record));
+}
+
+QByteArray CSiteRun::FileText(const Piece& piece, OutputRecord& record) {
+    const QByteArray bytes = ReadSourceText(m_tree.NativePath(piece.Source)).value_or(QByteArray());
+    const std::optional<ESourceText> kind = TextKind(piece.Source);
+    if (!kind)
+        return WithSaidCoding(bytes).value_or(bytes);
+    const CReferences::Place place = {FolderOf(piece.Source), FolderOf(piece.Name), piece.Source};
+    const CorrectedFile corrected = Corrected(*kind, bytes, place);
+    record.Sources = corrected.ReadSources;
+    return corrected.Bytes;
+}

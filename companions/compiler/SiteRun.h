@@ -1,0 +1,79 @@
+#pragma once
+
+#include "companions/compiler/CompileInput.h"
+#include "companions/compiler/CompileProgress.h"
+#include "companions/compiler/NodeView.h"
+#include "companions/compiler/OutputFolder.h"
+#include "companions/compiler/PageFrame.h"
+#include "companions/compiler/PageReader.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+/// Writes the site of a course into its folder, as a site or as plain HTML. What was made of the same things
+/// in the last run stays; the rest is made by several threads.
+class CSiteRun {
+public:
+    /// All must outlive the object.
+    CSiteRun(const CCompileInput& input, ESiteForm form, COutputFolder& output, CompileProgress& progress);
+
+    /// Throws Torvane::CRunException with a message.
+    void Run();
+
+    int PageCount() const { return m_nPages; }
+    /// What there is to say of single files, in their order.
+    QStringList Notes() const;
+
+private:
+    /// What one thread makes at a time.
+    struct Piece {
+        enum class EKind {
+            Part,  ///< of the frame
+            Page,  ///< of no node
+            Nodes, ///< the pages of some nodes, and the part of the search that holds their texts
+            File,  ///< of the course
+        };
+        EKind Kind;
+        /// Of the file, but for Nodes.
+        QString Name;
+        QString Source = {};
+        int FirstNode = -1;
+    };
+    void PlanPieces();
+    QStringList NamesOfPieces();
+    void Make(const Piece& piece, QStringList& notes);
+    void MakeNodes(int nFirst, QStringList& notes);
+    std::optional<QString> MakeNode(int nNode, QStringList& notes);
+    QByteArray StandingPage(const QString& strName) const;
+    FramedContent EditorPage(int nNode, OutputRecord& record);
+    FramedContent RawPage(int nNode, const std::optional<QByteArray>& bytes, OutputRecord& record);
+    void MakeFile(const Piece& piece, QStringList& notes);
+    QByteArray FileText(const Piece& piece, OutputRecord& record);
+    void MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts);
+    void MakeSearchIndex();
+    QStringList SourcesOf(int nNode) const;
+    QStringList SourcesFrom(int nFirst) const;
+    /// Keeps the file as it is, with what there was to say of it, when it was made of the same.
+    bool Keep(const QString& strName, const QStringList& sources, QStringList& notes);
+    void Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
+               OutputRecord record = {});
+    void Copy(const QString& strSource, const QString& strName);
+    CorrectedFile Corrected(ESourceText kind, const QByteArray& bytes,
+                            const CReferences::Place& place) const;
+    int NodeCount() const { return int(m_input.Model().Nodes().size()); }
+    bool HasSearch() const { return m_form != ESiteForm::Html; }
+
+    const CCompileInput& m_input;
+    const CSitePlan& m_plan;
+    const CSourceTree& m_tree;
+    const ESiteForm m_form;
+    COutputFolder& m_output;
+    CompileProgress& m_progress;
+    CPageFrame m_frame;
+    CNodeView m_view;
+    std::vector<Piece> m_pieces;
+    std::vector<QStringList> m_notes;
+    int m_nPages = 0;
+};
