@@ -12,8 +12,7 @@
 CCompileInput::CCompileInput(const CompileRequest& request) {
     const QString strResources =
         Platform::ToNative(CCoursePaths(request.ProjectPath).GetNodeResourceFolder(false));
-    auto tree =
-        std::async(std::launch::async, [&] { return std::make_unique<CSourceTree>(strResources); });
+    auto tree = std::async(std::launch::async, [&] { return std::make_unique<CSourceTree>(strResources); });
     m_pModel = std::make_unique<CSiteModel>(request.ProjectPath);
     m_pTree = tree.get();
     m_pPlan = std::make_unique<CSitePlan>(*m_pModel, *m_pTree);

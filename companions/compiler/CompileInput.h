@@ -7,7 +7,8 @@
 
 #include <memory>
 
-/// All that a course is compiled from, read once, and what tells whether it is still the same in the next run.
+/// All that a course is compiled from, read once, and what tells whether it is still the same in the next
+/// run.
 class CCompileInput {
 public:
     /// Throws Torvane::CRunException with a message.

@@ -65,15 +65,13 @@ CompileRequest ReadArgument(const QString& strArgument) {
 }
 
 QString RememberedFolder(const CSiteModel& model, QString* pGone) {
-    const QString strCourse =
-        QDir::cleanPath(Platform::ToNative(model.Paths().GetCourseFolder(false)));
+    const QString strCourse = QDir::cleanPath(Platform::ToNative(model.Paths().GetCourseFolder(false)));
     if (model.LastDir().isEmpty())
         return strCourse;
     const QString strLast = QDir::cleanPath(Platform::ToNative(Platform::FromNative(model.LastDir())));
     // A course that was carried to another machine still names a folder of the old one.
     const QFileInfo last(strLast);
-    const bool bPlace =
-        last.isAbsolute() && (last.exists() ? last.isDir() : QFileInfo(last.path()).isDir());
+    const bool bPlace = last.isAbsolute() && (last.exists() ? last.isDir() : QFileInfo(last.path()).isDir());
     if (bPlace && !IsAnotherCourse(strLast, strCourse))
         return strLast;
     if (pGone)

@@ -28,8 +28,7 @@ void WantEnd(int) {
 
 QString ReadFolder(const QString& strText) {
     const bool bDrive = strText.size() > 1 && strText[1] == u':';
-    return bDrive ? Platform::ToNative(Platform::FromNative(strText))
-                  : QFileInfo(strText).absoluteFilePath();
+    return bDrive ? Platform::ToNative(Platform::FromNative(strText)) : QFileInfo(strText).absoluteFilePath();
 }
 
 int Report(const TaskOutcome& outcome) {

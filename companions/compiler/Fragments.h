@@ -9,8 +9,8 @@
 #include <unordered_map>
 
 /// The fragments of references into the course, spelled as the pages that they lead to spell their anchors:
-/// links are lower-cased by rule, and what reads the site tells letter case. Each page is read once. Any thread
-/// may ask.
+/// links are lower-cased by rule, and what reads the site tells letter case. Each page is read once. Any
+/// thread may ask.
 class CFragments {
 public:
     explicit CFragments(const CSourceTree& tree) : m_tree(tree) {}

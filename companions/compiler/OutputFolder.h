@@ -37,8 +37,8 @@ struct OutputRecord {
 /// Known, Keep, Write, Copy and Announce may be called by several threads at a time.
 class COutputFolder {
 public:
-    /// Creates the folder, unless it is the course's own folder, holds it, or is or lies in its data, or holds
-    /// what was compiled for somebody else than the owner, which is any text without a line break.
+    /// Creates the folder, unless it is the course's own folder, holds it, or is or lies in its data, or
+    /// holds what was compiled for somebody else than the owner, which is any text without a line break.
     COutputFolder(const QString& strFolder, const QString& strCourseFolder, const QString& strDataFolder,
                   const QString& strOwner);
     ~COutputFolder();

@@ -44,7 +44,8 @@ QByteArrayView Take(QByteArrayView& text, char separator) {
     return head;
 }
 
-template <typename T> T Number(QByteArrayView text, int nBase, T nDefault) {
+template <typename T>
+T Number(QByteArrayView text, int nBase, T nDefault) {
     T nValue = 0;
     const auto [pEnd, error] = std::from_chars(text.data(), text.data() + text.size(), nValue, nBase);
     return error == std::errc() && pEnd == text.data() + text.size() ? nValue : nDefault;

@@ -42,8 +42,8 @@ CPageFrame::Shell CPageFrame::MakeShell(qsizetype nDepth) const {
         return shell.Up + Escaped(RelativeAddress({}, strFile)) + "\">";
     };
     shell.Sheets = "<link rel=\"stylesheet\" href=\"" + to(FrameParts::c_strParts) + '\n';
-    shell.Skin = "<link rel=\"stylesheet\" href=\"" + to(HasSkin() ? m_strSkin : FrameParts::c_strPlainSkin) +
-                 '\n';
+    shell.Skin =
+        "<link rel=\"stylesheet\" href=\"" + to(HasSkin() ? m_strSkin : FrameParts::c_strPlainSkin) + '\n';
     if (!m_bPlain)
         shell.Skin += "<script defer src=\"" + to(FrameParts::c_strScript) + "</script>\n";
     shell.Header = "<header class=\"site-header\">\n";
@@ -57,11 +57,9 @@ CPageFrame::Shell CPageFrame::MakeShell(qsizetype nDepth) const {
     shell.Tools = "<div class=\"site-tools\">\n<a class=\"menu\" href=\"#"_ba + FrameParts::c_szNavigationId +
                   "\">" + navigation + "</a>\n";
     if (!m_bPlain)
-        shell.Tools += "<form class=\"search\" role=\"search\" action=\"" +
-                       to(FrameParts::c_strSearchPage) +
-                       "<input type=\"search\" name=\"q\" aria-label=\"" + search +
-                       "\" placeholder=\"" + search + "\"><button>" +
-                       Escaped(CompilerText::c_strDoSearch) + "</button></form>\n";
+        shell.Tools += "<form class=\"search\" role=\"search\" action=\"" + to(FrameParts::c_strSearchPage) +
+                       "<input type=\"search\" name=\"q\" aria-label=\"" + search + "\" placeholder=\"" +
+                       search + "\"><button>" + Escaped(CompilerText::c_strDoSearch) + "</button></form>\n";
     shell.Tools += "</div>\n";
     QStringList names = {model.School(), model.Course(), model.Teacher()};
     names.removeAll(QString());

@@ -269,17 +269,17 @@ void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
         return Copy(piece.Source, piece.Name);
     if (Keep(piece.Name, {piece.Source}, notes))
         return;
-    if (m_tree.StateOf(piece.Source).nSize > c_nMaxSourceText) {
+    const std::optional<QByteArray> bytes = ReadSourceText(m_tree.NativePath(piece.Source));
+    if (!bytes) {
         notes.append(CompilerText::c_strNoteLargeText.arg(piece.Source));
         return Copy(piece.Source, piece.Name);
     }
     OutputRecord record;
-    const QByteArray bytes = FileText(piece, record);
-    Write(piece.Name, bytes, {piece.Source}, std::move(record));
+    const QByteArray text = FileText(piece, *bytes, record);
+    Write(piece.Name, text, {piece.Source}, std::move(record));
 }
 
-QByteArray CSiteRun::FileText(const Piece& piece, OutputRecord& record) {
-    const QByteArray bytes = ReadSourceText(m_tree.NativePath(piece.Source)).value_or(QByteArray());
+QByteArray CSiteRun::FileText(const Piece& piece, const QByteArray& bytes, OutputRecord& record) const {
     const std::optional<ESourceText> kind = TextKind(piece.Source);
     if (!kind)
         return WithSaidCoding(bytes).value_or(bytes);

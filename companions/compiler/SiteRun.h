@@ -50,7 +50,7 @@ private:
     FramedContent EditorPage(int nNode, OutputRecord& record);
     FramedContent RawPage(int nNode, const std::optional<QByteArray>& bytes, OutputRecord& record);
     void MakeFile(const Piece& piece, QStringList& notes);
-    QByteArray FileText(const Piece& piece, OutputRecord& record);
+    QByteArray FileText(const Piece& piece, const QByteArray& bytes, OutputRecord& record) const;
     void MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts);
     void MakeSearchIndex();
     QStringList SourcesOf(int nNode) const;
@@ -60,8 +60,7 @@ private:
     void Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
                OutputRecord record = {});
     void Copy(const QString& strSource, const QString& strName);
-    CorrectedFile Corrected(ESourceText kind, const QByteArray& bytes,
-                            const CReferences::Place& place) const;
+    CorrectedFile Corrected(ESourceText kind, const QByteArray& bytes, const CReferences::Place& place) const;
     int NodeCount() const { return int(m_input.Model().Nodes().size()); }
     bool HasSearch() const { return m_form != ESiteForm::Html; }
 

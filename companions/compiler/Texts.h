@@ -7,14 +7,14 @@
 namespace CompilerText {
 
 // To the teacher.
-inline const QString c_strUsage = QStringLiteral(
-    "用法：VorelCompiler [选项] \"课程文件[|H 或 |S]\"\n"
-    "  课程文件后面没有字母：合成课程网站和申报网站；|H：HTML 格式；|S：课堂格式（Ondrel）。\n"
-    "选项：\n"
-    "  --silent          不出现窗口，供脚本使用：进度和错误写到标准错误，结果写到标准输出\n"
-    "  --output 文件夹   写入这个文件夹（默认是上次的文件夹，或者课程所在的文件夹）\n"
-    "  --help            显示这段说明\n"
-    "返回值：0 合成完毕；1 失败；2 命令有误；3 已取消。");
+inline const QString c_strUsage =
+    QStringLiteral("用法：VorelCompiler [选项] \"课程文件[|H 或 |S]\"\n"
+                   "  课程文件后面没有字母：合成课程网站和申报网站；|H：HTML 格式；|S：课堂格式（Ondrel）。\n"
+                   "选项：\n"
+                   "  --silent          不出现窗口，供脚本使用：进度和错误写到标准错误，结果写到标准输出\n"
+                   "  --output 文件夹   写入这个文件夹（默认是上次的文件夹，或者课程所在的文件夹）\n"
+                   "  --help            显示这段说明\n"
+                   "返回值：0 合成完毕；1 失败；2 命令有误；3 已取消。");
 inline const QString c_strNoArgument = QStringLiteral("没有指明课程文件。");
 inline const QString c_strUnknownOption = QStringLiteral("不认识的选项“%1”。");
 inline const QString c_strUnknownForm = QStringLiteral("不认识的合成格式“%1”。");

@@ -60,7 +60,8 @@ public:
     int GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const;
 
     int MakeFolder(const QByteArray& name) const;
-    /// Creates a file of these bytes. For what can be made again: it is not waited until they are on the disk.
+    /// Creates a file of these bytes. For what can be made again: it is not waited until they are on the
+    /// disk.
     int WriteFile(const QByteArray& name, const QByteArray& bytes, CFileState& written) const;
     /// Both names may be paths below the folder. What stands under the new name is replaced.
     int Rename(const QByteArray& name, const QByteArray& newName) const;

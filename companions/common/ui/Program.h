@@ -2,8 +2,6 @@
 
 #include <QString>
 
-
-
 /// What the main functions of the companions have in common.
 namespace CompanionProgram {
 
