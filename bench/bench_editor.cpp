@@ -82,6 +82,7 @@ public:
     bool ShowNodeView(EViewKind, CBookNode*, int) override { return false; }
     bool LeaveCurrentView(bool) override { return false; }
     bool IsEditorShowing() const override { return true; }
+    bool IsShowing(const CBookNode*) const override { return true; }
     void SelectNode(qint32) override {}
     void RunCommand(int) override {}
 };

@@ -50,6 +50,8 @@ public:
     /// False when the present view refuses to be left.
     virtual bool LeaveCurrentView(bool bCanCancel) = 0;
     virtual bool IsEditorShowing() const = 0;
+    /// Whether the present view shows the node; then it is still there, whatever its pointer.
+    virtual bool IsShowing(const CBookNode* pNode) const = 0;
     /// Selects the node in the tree, opening the tree down to it.
     virtual void SelectNode(qint32 nId) = 0;
     /// Runs a command by its id, as a menu would.

@@ -140,10 +140,10 @@ void Convert(const QString& strSource, const QString& strPage, IWalkFilter* pFil
 
 QString VideoObstacle(bool bRecording, bool bHasPlayer, bool bHasEncoder) {
     if (!bRecording)
-        return bHasPlayer ? EditorTexts::c_strNoVideoPreview : EditorTexts::c_strNoPlayerForPreview;
+        return bHasPlayer ? QString() : EditorTexts::c_strNoPlayerForPreview;
     if (!bHasEncoder)
         return EditorTexts::c_strNoEncoderForRecording;
-    return bHasPlayer ? EditorTexts::c_strNoVideoRecording : EditorTexts::c_strNoPlayerForRecording;
+    return bHasPlayer ? QString() : EditorTexts::c_strNoPlayerForRecording;
 }
 
 std::optional<Card> CardOf(const CBookNode& node) {

@@ -22,7 +22,8 @@ struct Card {
 /// Nothing for a type that has no such view. Throws Torvane::CRunException when the store can't be read.
 std::optional<Card> CardOf(const CBookNode& node);
 
-/// What stands in the way of a lecture's preview, or of its being recorded again, in a sentence for a person.
+/// What stands in the way of a lecture's preview, or of its being recorded again, in a sentence for a person;
+/// empty for nothing.
 QString VideoObstacle(bool bRecording, bool bHasPlayer, bool bHasEncoder);
 
 /// Copies the file to where the person says. Failures are shown.

@@ -155,8 +155,6 @@ inline const QString c_strNoEncoderForRecording =
 inline const QString c_strNoPlayerForRecording =
     QStringLiteral("系统检测到您的计算机没有安装Windows Media Player 9, 无法启动视频制作工具。\n "
                    "请您安装后再次运行。");
-inline const QString c_strNoVideoPreview = QStringLiteral("本版本还不能预览视频课件。");
-inline const QString c_strNoVideoRecording = QStringLiteral("本版本还不能录制视频课件。");
 inline const QString c_strUnknownKind = QStringLiteral("%1 文件");
 inline const QString c_strDownloadTitle = QStringLiteral("下载");
 inline const QString c_strSavingAsHtml = QStringLiteral("正在另存为HTML页...");

@@ -5,6 +5,7 @@
 #include "app/ui/PaneSplitter.h"
 #include "app/ui/ProgramIcon.h"
 #include "content/TreeCommands.h"
+#include "content/VideoMaker.h"
 #include "editor/KeptPageOffer.h"
 #include "editor/ui/DisplayViews.h"
 #include "editor/ui/EditorView.h"
@@ -12,6 +13,7 @@
 #include "platform/base/NativePath.h"
 #include "platform/ui/Pictures.h"
 #include "platform/ui/QtPeople.h"
+#include "video/ui/VideoPreviewView.h"
 
 #include <QAction>
 #include <QApplication>
@@ -31,8 +33,6 @@ namespace {
 constexpr int c_nActivateMilliseconds = 100;
 
 constexpr int c_nTreeWidth = 200;
-/// Lectures can't be recorded.
-constexpr bool c_bVideo = false;
 
 } // namespace
 
@@ -126,7 +126,7 @@ QMenu* CMainFrame::MakeDropDown(int nButton) {
         if (dropDown.nButton != nButton || !dropDown.bArrow)
             continue;
         auto* pMenu = new QMenu(this);
-        for (const int nId : Commands::ItemsOf(dropDown, c_bVideo))
+        for (const int nId : Commands::ItemsOf(dropDown, m_owner.Videos().HasEncoder()))
             pMenu->addAction(ActionOf(nId));
         return pMenu;
     }
@@ -137,6 +137,7 @@ void CMainFrame::MakePanes() {
     auto* pSplitter = new CPaneSplitter(this);
     pSplitter->setObjectName(QStringLiteral("splitter"));
     m_pTree = new CBookTreeView(*this, m_people, pSplitter);
+    m_pTree->SetVideoMaker(m_owner.Videos());
     m_pStack = new QStackedWidget(pSplitter);
     m_pStack->setObjectName(QStringLiteral("rightPane"));
     pSplitter->addWidget(m_pTree);
@@ -191,14 +192,19 @@ CBookShowView* CMainFrame::GetViewByKind(EViewKind kind) {
         pView = DisplayViews::MakeEmptyView(*this, m_pStack);
         break;
     case EViewKind::ToolButtons:
-        pView = DisplayViews::MakeToolBtnView(*this, m_people, m_pStack);
+        pView = DisplayViews::MakeToolBtnView(*this, m_people, m_owner.Videos(), m_pStack);
         break;
     case EViewKind::Nothing:
         pView = DisplayViews::MakeNothingView(*this, m_pStack);
         break;
     case EViewKind::VideoPreview:
+        if (m_owner.Videos().HasPlayer()) {
+            pView = new CVideoPreviewView(*this, m_people, m_pStack);
+            break;
+        }
+        [[fallthrough]];
     default:
-        // There is no player; and a number that is no kind shows nothing either.
+        // A number that is no kind shows nothing either.
         return GetViewByKind(EViewKind::Nothing);
     }
     m_views.insert(static_cast<int>(kind), pView);
@@ -258,6 +264,11 @@ bool CMainFrame::LeaveCurrentView(bool bCanCancel) {
 
 bool CMainFrame::IsEditorShowing() const {
     return m_nCurrentView == static_cast<int>(EViewKind::Editor);
+}
+
+bool CMainFrame::IsShowing(const CBookNode* pNode) const {
+    const CBookShowView* pView = CurrentView();
+    return pView != nullptr && pView->m_pNode == pNode;
 }
 
 void CMainFrame::SelectNode(qint32 nId) {

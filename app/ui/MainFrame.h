@@ -18,6 +18,7 @@ class CPaneMark;
 class QAction;
 class QMenu;
 class QStackedWidget;
+class IVideoMaker;
 
 /// What the frame asks of the application.
 class IFrameOwner {
@@ -41,6 +42,7 @@ public:
     virtual bool MayClose() = 0;
     /// Whether the companion program that writes the document stands beside this one.
     virtual bool HasWordExport() const = 0;
+    virtual IVideoMaker& Videos() = 0;
 };
 
 /// The main window: menu, toolbar, status bar, and a splitter with the tree on the left and one right-hand
@@ -72,6 +74,7 @@ public:
     bool ShowNodeView(EViewKind kind, CBookNode* pNode, int nParam = 0) override;
     bool LeaveCurrentView(bool bCanCancel) override;
     bool IsEditorShowing() const override;
+    bool IsShowing(const CBookNode* pNode) const override;
     void SelectNode(qint32 nId) override;
     void RunCommand(int nId) override;
 

@@ -19,6 +19,7 @@
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
 #include "platform/base/MediaTools.h"
+#include "platform/base/Module.h"
 #include "platform/ui/ChineseTexts.h"
 #include "platform/ui/Pictures.h"
 #include "platform/ui/ThreadHeld.h"
@@ -82,8 +83,9 @@ int CVorelApp::Run(const QStringList& arguments) {
     QGuiApplication::setDesktopFileName(m_strName.toLower());
     if (CSysInfo::Instance().GetServerURL().isEmpty() && !AskFirstServerAddress())
         return 1;
-    m_bHasPlayer = Platform::HasMediaPlayer(QCoreApplication::libraryPaths());
-    m_bHasEncoder = Platform::HasMediaEncoder();
+    const bool bHasPlayer = Platform::CModule(QStringLiteral("vorelmedia")).IsThere() &&
+                            Platform::HasMediaPlayer(QCoreApplication::libraryPaths());
+    m_pVideos = std::make_unique<CVideoMaker>(m_people, bHasPlayer, Platform::HasMediaEncoder());
     // The program works as well without, and nothing at the start waits for it.
     m_registration = std::jthread([type = CourseFileType(), program = OwnProgramEntry()] {
         Platform::RegisterFileType(type, program);

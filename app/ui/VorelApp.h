@@ -2,6 +2,7 @@
 
 #include "app/ui/MainFrame.h"
 #include "content/BookNode.h"
+#include "content/VideoMaker.h"
 #include "course/Course.h"
 #include "course/ui/TemplateChooserDialog.h"
 #include "platform/base/EndRequest.h"
@@ -41,8 +42,8 @@ public:
     /// Null when no course is open.
     CCourse* GetCourse() const { return m_pCourse.get(); }
     /// Whether what plays lectures and what records them is at hand, as found at the start.
-    bool HasPlayer() const { return m_bHasPlayer; }
-    bool HasEncoder() const { return m_bHasEncoder; }
+    bool HasPlayer() const { return m_pVideos->HasPlayer(); }
+    bool HasEncoder() const { return m_pVideos->HasEncoder(); }
 
 private:
     void NewCourse() override;
@@ -59,6 +60,7 @@ private:
     bool IsCourseOpen() const override { return m_pCourse != nullptr; }
     bool MayClose() override;
     bool HasWordExport() const override;
+    IVideoMaker& Videos() override { return *m_pVideos; }
 
     bool AskFirstServerAddress();
     void MakeFrame(bool bShowSplash);
@@ -88,14 +90,14 @@ private:
 
     const QString m_strName;
     Platform::CSingleInstance m_instance;
-    bool m_bHasPlayer = false;
-    bool m_bHasEncoder = false;
     std::jthread m_registration;
     CQtPeople m_people;
     CSessionDialogs m_dialogs;
     CServerSession m_session;
     CTemplateChooser m_templates;
     CNodeMakerFactory m_nodes;
+    /// Made at the start, which finds out what is here to play and to encode with.
+    std::unique_ptr<CVideoMaker> m_pVideos;
     std::unique_ptr<CMainFrame> m_pFrame;
     std::unique_ptr<CSplashWindow> m_pSplash;
     std::unique_ptr<Platform::CEndRequest> m_pEndRequest;

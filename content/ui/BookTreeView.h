@@ -29,6 +29,9 @@ public:
     /// The course's name and its teacher as they are now.
     void ShowCourseInfo() { m_tree.ShowCourseInfo(); }
 
+    /// Records lectures; outlives the view.
+    void SetVideoMaker(IVideoMaker& videos) { m_actions.SetVideoMaker(videos); }
+
     /// A colour word of a template: red in the low byte, then green and blue.
     void SetBackColor(quint32 nColor);
 

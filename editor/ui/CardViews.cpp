@@ -1,16 +1,16 @@
 #include "editor/ui/CardViews.h"
 
+#include "content/ContentBuilder.h"
+#include "content/VideoMaker.h"
 #include "editor/DisplayRules.h"
 #include "editor/NodeFile.h"
 #include "editor/Texts.h"
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/SysInfo.h"
-#include "platform/base/MediaTools.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/DialogParts.h"
 
-#include <QCoreApplication>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -134,8 +134,9 @@ void CPromptView::Refresh() {
     });
 }
 
-CToolBtnView::CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent)
-    : CBookShowView(host, pParent), m_people(people) {
+CToolBtnView::CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, IVideoMaker& videos,
+                           QWidget* pParent)
+    : CBookShowView(host, pParent), m_people(people), m_videos(videos) {
     setObjectName(QStringLiteral("CToolBtnView"));
     PaintWith(*this, c_paleBlue);
     QVBoxLayout* pCard = MakeCard(*this);
@@ -193,16 +194,8 @@ void CToolBtnView::ShowCard() {
         pButton->setAccessibleName(DialogParts::NameOf(pButton->text()));
 }
 
-/// The button whose letter this is.
 QPushButton* CToolBtnView::ButtonFor(const QKeyEvent& key) const {
-    if (key.modifiers() != Qt::AltModifier)
-        return nullptr;
-    for (QPushButton* pButton : {m_pDownload, m_pEdit, m_pToHtml}) {
-        if (pButton->isVisible() && pButton->isEnabled() &&
-            QKeySequence::mnemonic(pButton->text()) == QKeySequence(Qt::ALT | Qt::Key(key.key())))
-            return pButton;
-    }
-    return nullptr;
+    return DialogParts::ButtonOfLetter(key, {m_pDownload, m_pEdit, m_pToHtml});
 }
 
 // The letters are those of menus as well. While the person is in the view they are the view's.
@@ -223,27 +216,43 @@ void CToolBtnView::keyPressEvent(QKeyEvent* pEvent) {
     }
 }
 
-void CToolBtnView::TellOfVideo(CBookNode& node, bool bRecording) {
-    const QPointer<CToolBtnView> pSelf(this);
-    const bool bPlayer = Platform::HasMediaPlayer(QCoreApplication::libraryPaths());
-    m_people.Notice(NodeFile::VideoObstacle(bRecording, bPlayer, Platform::HasMediaEncoder()));
-    // Nothing is being recorded that could be waited for.
-    if (bRecording && pSelf != nullptr)
-        m_host.ShowNodeView(KindView(node), &node);
+void CToolBtnView::PreviewVideo(CBookNode& node) {
+    const QString strObstacle = NodeFile::VideoObstacle(false, m_videos.HasPlayer(), m_videos.HasEncoder());
+    if (strObstacle.isEmpty())
+        m_host.ShowNodeView(EViewKind::VideoPreview, &node);
+    else
+        m_people.Notice(strObstacle);
+}
+
+void CToolBtnView::RecordAgain(CBookNode& node) {
+    INodeViewHost& host = m_host;
+    CBookNode* const pNode = &node;
+    if (!host.ShowNodeView(EViewKind::Prompt, pNode, PromptCode::c_nRecorder))
+        return;
+    const QString strObstacle = NodeFile::VideoObstacle(true, m_videos.HasPlayer(), m_videos.HasEncoder());
+    // The course may be closed behind a box.
+    const auto isThere = [&host, pNode] { return host.IsShowing(pNode); };
+    if (strObstacle.isEmpty()) {
+        CNodeFileParams params;
+        params.Kind = EContentKind::Video;
+        params.OpenType = node.GetOpenType();
+        CNodeContentBuilder(node, m_people, isThere, &m_videos).Create(params);
+    } else {
+        m_people.Notice(strObstacle);
+    }
+    if (isThere())
+        host.ShowNodeView(KindView(*pNode), pNode);
 }
 
 void CToolBtnView::Download(CBookNode& node) {
     if (node.GetType() == NodeType::c_nVideo)
-        return TellOfVideo(node, false);
+        return PreviewVideo(node);
     m_host.ShowNodeView(EViewKind::ShowContent, &node, ContentCode::c_nDownload);
 }
 
 void CToolBtnView::Edit(CBookNode& node) {
-    if (node.GetType() == NodeType::c_nVideo) {
-        if (m_host.ShowNodeView(EViewKind::Prompt, &node, PromptCode::c_nRecorder))
-            TellOfVideo(node, true);
-        return;
-    }
+    if (node.GetType() == NodeType::c_nVideo)
+        return RecordAgain(node);
     if (m_host.ShowNodeView(EViewKind::Prompt, &node, PromptCode::c_nExternalEditor) &&
         !NodeFile::OpenInProgram(node, m_people))
         m_host.ShowNodeView(KindView(node), &node);

@@ -3,6 +3,7 @@
 #include "content/ui/BookShowView.h"
 #include "platform/base/People.h"
 
+class IVideoMaker;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
@@ -41,7 +42,8 @@ private:
 class CToolBtnView : public CBookShowView {
     Q_OBJECT
 public:
-    CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent);
+    CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, IVideoMaker& videos,
+                 QWidget* pParent);
     void ShowNode() override;
 
 protected:
@@ -50,7 +52,8 @@ protected:
 
 private:
     QPushButton* ButtonFor(const QKeyEvent& key) const;
-    void TellOfVideo(CBookNode& node, bool bRecording);
+    void PreviewVideo(CBookNode& node);
+    void RecordAgain(CBookNode& node);
     QPushButton* AddButton(const QString& strName, void (CToolBtnView::*pStep)(CBookNode&));
     void ShowCard();
     void Download(CBookNode& node);
@@ -58,6 +61,7 @@ private:
     void ConvertToHtml(CBookNode& node);
 
     Torvane::Dialog::MFC::IPeople& m_people;
+    IVideoMaker& m_videos;
     QLabel* m_pKind;
     QLabel* m_pFileName;
     QPlainTextEdit* m_pComment;

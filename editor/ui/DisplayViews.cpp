@@ -14,8 +14,9 @@ CBookShowView* MakeChildrenNodeListView(INodeViewHost& host, QWidget* pParent) {
     return new CChildrenNodeListView(host, pParent);
 }
 
-CBookShowView* MakeToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people, QWidget* pParent) {
-    return new CToolBtnView(host, people, pParent);
+CBookShowView* MakeToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people,
+                               IVideoMaker& videos, QWidget* pParent) {
+    return new CToolBtnView(host, people, videos, pParent);
 }
 
 CBookShowView* MakeNothingView(INodeViewHost& host, QWidget* pParent) {

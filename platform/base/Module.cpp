@@ -1,7 +1,10 @@
 #include "platform/base/Module.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLibrary>
+
+#include <algorithm>
 
 namespace Platform {
 
@@ -9,6 +12,11 @@ CModule::CModule(const QString& strName) {
     const QString strProgram = QCoreApplication::applicationDirPath();
     m_files = {strProgram + QStringLiteral("/lib") + strName,
                strProgram + QStringLiteral("/../lib/lib") + strName};
+}
+
+bool CModule::IsThere() const {
+    return std::ranges::any_of(
+        m_files, [](const QString& strFile) { return QFileInfo(strFile + QStringLiteral(".so")).isFile(); });
 }
 
 QFunctionPointer CModule::Load(const char* szFunction) {

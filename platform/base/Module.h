@@ -13,6 +13,9 @@ public:
     /// object must exist.
     explicit CModule(const QString& strName);
 
+    /// Whether there is a file to load. Loads nothing.
+    bool IsThere() const;
+
     /// The module's exported C function, or null when there is none that loads. May be called on any thread,
     /// also to have the loading over before it is needed.
     QFunctionPointer Load(const char* szFunction);

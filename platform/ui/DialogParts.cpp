@@ -4,6 +4,7 @@
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -37,6 +38,17 @@ QPlainTextEdit* ReadOnlyText(QWidget* pParent) {
     palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     pText->setPalette(palette);
     return pText;
+}
+
+QPushButton* ButtonOfLetter(const QKeyEvent& key, std::initializer_list<QPushButton*> buttons) {
+    if (key.modifiers() != Qt::AltModifier)
+        return nullptr;
+    for (QPushButton* pButton : buttons) {
+        if (pButton->isVisible() && pButton->isEnabled() &&
+            QKeySequence::mnemonic(pButton->text()) == QKeySequence(Qt::ALT | Qt::Key(key.key())))
+            return pButton;
+    }
+    return nullptr;
 }
 
 QString TextOf(const QLineEdit& field) {

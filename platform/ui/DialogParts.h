@@ -4,10 +4,12 @@
 #include <QPointer>
 
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <type_traits>
 
 class QBoxLayout;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -37,6 +39,10 @@ QPlainTextEdit* ReadOnlyText(QWidget* pParent);
 
 /// The text of a field as it shows itself: a line break that was pasted is a blank.
 QString TextOf(const QLineEdit& field);
+
+/// The button whose letter the key is, of those that can be pressed; null for none. In a view whose letters
+/// are those of menus as well.
+QPushButton* ButtonOfLetter(const QKeyEvent& key, std::initializer_list<QPushButton*> buttons);
 
 /// Adds "确定" and "取消", named "ok" and "cancel", which end the dialog. Gives back the default button.
 enum class EDefaultButton { Ok, Cancel };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -11,6 +12,8 @@ struct SMediaInfo {
     qint64 nDuration = 0;
     bool bPicture = false;
     bool bSeekable = false;
+    /// Milliseconds: where the film's chapters or markers begin, in the file's order.
+    QList<qint64> Markers;
 };
 
 enum class EMediaState { Stopped, Playing, Paused };

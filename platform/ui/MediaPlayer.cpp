@@ -5,6 +5,7 @@
 #include "platform/ui/Texts.h"
 
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QThread>
@@ -57,6 +58,18 @@ private:
     MediaEngineFactory m_pFactory = nullptr;
 };
 
+QString TextOf(EMediaState state) {
+    switch (state) {
+    case EMediaState::Playing:
+        return UiTexts::c_strMediaPlaying;
+    case EMediaState::Paused:
+        return UiTexts::c_strMediaPaused;
+    case EMediaState::Stopped:
+        break;
+    }
+    return UiTexts::c_strMediaStopped;
+}
+
 QString TextOf(EMediaFailure failure) {
     switch (failure) {
     case EMediaFailure::NotReadable:
@@ -82,6 +95,7 @@ CMediaPlayer::~CMediaPlayer() = default;
 void CMediaPlayer::Load(const QString& strPath) {
     Unload();
     m_strPath = strPath;
+    SetStatus(UiTexts::c_strMediaOpening);
     // A plain file only: a pipe would hold the decoder for ever.
     const QFileInfo file(Platform::ToNative(strPath));
     if (!file.isFile() || !file.isReadable() || file.size() == 0) {
@@ -89,7 +103,7 @@ void CMediaPlayer::Load(const QString& strPath) {
             this,
             [this, strPath] {
                 if (strPath == m_strPath)
-                    Q_EMIT Failed(UiTexts::c_strMediaNotReadable);
+                    Fail(UiTexts::c_strMediaNotReadable);
             },
             Qt::QueuedConnection);
         return;
@@ -115,7 +129,7 @@ void CMediaPlayer::WithEngine() {
             if (!m_strPath.isEmpty())
                 Open();
         } else if (!m_strPath.isEmpty()) {
-            Q_EMIT Failed(UiTexts::c_strNoPlayer);
+            Fail(UiTexts::c_strNoPlayer);
         }
     });
     module.Load();
@@ -126,17 +140,20 @@ void CMediaPlayer::ConnectEngine() {
         m_info = info;
         m_bLoaded = true;
         const QPointer<CMediaPlayer> pSelf(this);
+        SetStatus(UiTexts::c_strMediaReady);
         Q_EMIT Loaded();
         if (pSelf && std::exchange(m_bPlayWhenLoaded, false))
             Play();
     };
     m_pEngine->OnFailure = [this](EMediaFailure failure) {
         m_bLoaded = m_bPlayWhenLoaded = false;
-        Q_EMIT Failed(TextOf(failure));
+        Fail(TextOf(failure));
     };
     m_pEngine->OnState = [this](EMediaState state) {
-        if (std::exchange(m_state, state) != state)
-            Q_EMIT StateChanged();
+        if (std::exchange(m_state, state) == state)
+            return;
+        SetStatus(TextOf(state));
+        Q_EMIT StateChanged();
     };
     m_pEngine->OnPosition = [this](qint64 nPosition) {
         m_nPosition = nPosition;
@@ -147,6 +164,16 @@ void CMediaPlayer::ConnectEngine() {
         m_picture = picture;
         update();
     };
+}
+
+void CMediaPlayer::SetStatus(const QString& strText) {
+    if (std::exchange(m_strStatus, strText) != strText)
+        Q_EMIT StatusChanged();
+}
+
+void CMediaPlayer::Fail(const QString& strText) {
+    SetStatus(strText);
+    Q_EMIT Failed(strText);
 }
 
 void CMediaPlayer::Open() {
@@ -160,6 +187,7 @@ void CMediaPlayer::Unload() {
     m_bLoaded = m_bPlayWhenLoaded = false;
     m_nPosition = 0;
     m_picture = {};
+    SetStatus({});
     if (m_pEngine)
         m_pEngine->Unload();
     if (std::exchange(m_state, EMediaState::Stopped) != EMediaState::Stopped)
@@ -189,6 +217,52 @@ void CMediaPlayer::Stop() {
 void CMediaPlayer::Seek(qint64 nPosition) {
     if (m_bLoaded && m_info.bSeekable)
         m_pEngine->Seek(qMax<qint64>(nPosition, 0));
+}
+
+int CMediaPlayer::GetMarker() const {
+    int nMarker = 0;
+    for (qsizetype i = 0; i < m_info.Markers.size(); ++i) {
+        // They may stand in the file in any order.
+        if (m_info.Markers[i] <= m_nPosition &&
+            (nMarker == 0 || m_info.Markers[i] >= m_info.Markers[nMarker - 1]))
+            nMarker = static_cast<int>(i) + 1;
+    }
+    return nMarker;
+}
+
+void CMediaPlayer::GoToMarker(int nMarker) {
+    if (nMarker >= 1 && nMarker <= m_info.Markers.size())
+        Seek(m_info.Markers[nMarker - 1]);
+}
+
+void CMediaPlayer::SetFullScreen(bool bOn) {
+    if (bOn == isWindow())
+        return;
+    if (bOn) {
+        m_place = geometry();
+        setWindowFlag(Qt::Window, true);
+        showFullScreen();
+        setFocus();
+        return;
+    }
+    setWindowFlag(Qt::Window, false);
+    setWindowState(Qt::WindowNoState);
+    setGeometry(m_place);
+    show();
+}
+
+void CMediaPlayer::keyPressEvent(QKeyEvent* pEvent) {
+    if (isWindow() && pEvent->key() == Qt::Key_Escape)
+        SetFullScreen(false);
+    else
+        QWidget::keyPressEvent(pEvent);
+}
+
+void CMediaPlayer::mouseDoubleClickEvent(QMouseEvent* pEvent) {
+    if (isWindow())
+        SetFullScreen(false);
+    else
+        QWidget::mouseDoubleClickEvent(pEvent);
 }
 
 void CMediaPlayer::SetVolume(int nPercent) {

@@ -40,6 +40,17 @@ public:
     /// The picture that shows, no larger than there is room for; null for none.
     const QImage& GetPicture() const { return m_picture; }
 
+    /// What it is at, in a few words for a person; what went wrong behind a failure.
+    const QString& GetStatus() const { return m_strStatus; }
+
+    /// The film's markers count from 1: the last at or before the place; 0 for none.
+    int GetMarker() const;
+    /// Goes to a marker; one that the film doesn't have leads nowhere.
+    void GoToMarker(int nMarker);
+
+    /// Fills the screen, until Escape, a double click, or this.
+    void SetFullScreen(bool bOn);
+
     QSize sizeHint() const override { return {480, 360}; }
     QSize minimumSizeHint() const override { return {120, 90}; }
 
@@ -51,8 +62,11 @@ Q_SIGNALS:
     /// It played to the end; the state has become Stopped.
     void Ended();
     void Failed(const QString& strText);
+    void StatusChanged();
 
 protected:
+    void keyPressEvent(QKeyEvent* pEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
 
@@ -61,6 +75,8 @@ private:
     void ConnectEngine();
     void Open();
     void TellRoom();
+    void SetStatus(const QString& strText);
+    void Fail(const QString& strText);
 
     std::unique_ptr<IMediaEngine> m_pEngine;
     bool m_bAsked = false;
@@ -72,5 +88,8 @@ private:
     EMediaState m_state = EMediaState::Stopped;
     qint64 m_nPosition = 0;
     int m_nVolume = 100;
+    QString m_strStatus;
+    /// In the window that holds it, while it fills the screen.
+    QRect m_place;
     QImage m_picture;
 };

@@ -43,6 +43,10 @@ inline const QString c_strPlaceInMedia = QStringLiteral("播放位置");
 inline const QString c_strVolume = QStringLiteral("音量(&L)：");
 inline const QString c_strOpenInProgram = QStringLiteral("用其他程序打开(&O)");
 inline const QString c_strMediaOpening = QStringLiteral("正在打开...");
+inline const QString c_strMediaReady = QStringLiteral("就绪");
+inline const QString c_strMediaPlaying = QStringLiteral("正在播放");
+inline const QString c_strMediaPaused = QStringLiteral("已暂停");
+inline const QString c_strMediaStopped = QStringLiteral("已停止");
 inline const QString c_strMediaNotReadable =
     QStringLiteral("对不起，这个文件不存在、是空的，或者不允许读取。");
 inline const QString c_strMediaDamaged =

@@ -1,6 +1,7 @@
 #include "app/ui/MainFrame.h"
 
 #include "app/Texts.h"
+#include "content/VideoMaker.h"
 #include "foundation/SysInfo.h"
 #include "tests/app/WrittenCommands.h"
 #include "tests/support/ScriptedPeople.h"
@@ -46,6 +47,13 @@ public:
     bool IsCourseOpen() const override { return bOpen; }
     bool MayClose() override { return bFree; }
     bool HasWordExport() const override { return false; }
+    IVideoMaker& Videos() override { return m_videos; }
+
+private:
+    class CNoVideos : public IVideoMaker {
+        QString CreateVideoNode(CBookNode&, const QString&) override { return {}; }
+        bool HasPlayer() const override { return false; }
+    } m_videos;
 };
 
 class MainFrameTest : public ::testing::Test {

@@ -31,6 +31,7 @@ public:
     }
     bool LeaveCurrentView(bool) override { return ++nAsked, !bRefuse; }
     bool IsEditorShowing() const override { return false; }
+    bool IsShowing(const CBookNode*) const override { return true; }
     void SelectNode(qint32 nId) override { Selected.append(nId); }
     void RunCommand(int nId) override { Commands.append(nId); }
     Shown Last() const { return Views.empty() ? Shown() : Views.back(); }

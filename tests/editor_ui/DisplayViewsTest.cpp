@@ -1,18 +1,17 @@
 #include "editor/ui/DisplayViews.h"
 
+#include "content/VideoMaker.h"
 #include "editor/ui/OfferBar.h"
 #include "foundation/Urls.h"
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -165,11 +164,23 @@ protected:
     }
 };
 
+class CVideos : public IVideoMaker {
+public:
+    bool bHasTools = true;
+    QString CreateVideoNode(CBookNode&, const QString& strFolder) override {
+        Torvane::File::CreateFolderPath(strFolder + u"new"_s);
+        return u"new"_s;
+    }
+    bool HasPlayer() const override { return bHasTools; }
+    bool HasEncoder() const override { return bHasTools; }
+};
+
 TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
     const auto pFile = MakeFile(u"1.doc"_s);
     const auto pVideo = MakeFile(u"2"_s, NodeType::c_nVideo);
+    CVideos videos;
     const std::unique_ptr<CBookShowView> pView(
-        DisplayViews::MakeToolBtnView(m_world.Host, m_world.People, nullptr));
+        DisplayViews::MakeToolBtnView(m_world.Host, m_world.People, videos, nullptr));
     const auto show = [&](CBookNode& node) {
         pView->m_pNode = &node;
         pView->ShowNode();
@@ -192,14 +203,9 @@ TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
     EXPECT_EQ(Child<QLabel>(*pView, u"fileKind"_s).text(), u"视频"_s);
     EXPECT_EQ(Child<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
     EXPECT_FALSE(toHtml.isVisible());
-    // What can't be done yet is said, and the card comes back.
+    // What stands in the way is said, and the card comes back.
     const CRecordingHost::Shown card{EViewKind::ToolButtons, pVideo->GetId(), 0};
-    const auto restore = qScopeGuard([path = qgetenv("PATH"), plugins = QCoreApplication::libraryPaths()] {
-        qputenv("PATH", path);
-        QCoreApplication::setLibraryPaths(plugins);
-    });
-    qputenv("PATH", "/nonexistent");
-    QCoreApplication::setLibraryPaths({});
+    videos.bHasTools = false;
     m_world.People.Expect(u"系统检测到您的计算机没有安装Windows Media Player 9, 无法预览视频。"_s);
     QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
     m_world.People.Expect(u"系统检测到您的计算机没有安装Windows Media Encoder 9, 无法启动视频制作工具。\n "
@@ -207,6 +213,13 @@ TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
     // The letter is the menu's, too; in the view it is the button's.
     QTest::keyClick(&Child<QWidget>(*pView, u"fileComment"_s), Qt::Key_E, Qt::AltModifier);
     EXPECT_EQ(m_world.Host.Last(), card);
+    videos.bHasTools = true;
+    QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
+    EXPECT_EQ(m_world.Host.Last(), (CRecordingHost::Shown{EViewKind::VideoPreview, pVideo->GetId(), 0}));
+    QTest::mouseClick(&edit, Qt::LeftButton);
+    EXPECT_EQ(m_world.Host.Last(), card);
+    EXPECT_EQ(m_world.Host.Views.at(m_world.Host.Views.size() - 2).nParam, PromptCode::c_nRecorder);
+    EXPECT_EQ(pVideo->GetContentPath(), m_world.Folder.Path(CViewWorld::NodePath(pVideo->GetId(), u"new"_s)));
 }
 
 // No browser shows the file: it is saved, and the pane goes back to what else can be done; likewise behind

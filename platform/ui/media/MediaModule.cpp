@@ -88,7 +88,8 @@ void CMediaWorker::Load(const QString& strFile, int nFile) {
         return;
     m_nFile = nFile;
     m_bToldLoaded = m_bAtEnd = false;
-    if (!IsPlainMedium(strFile, [this, nFile] { return nFile == m_pMail->nFile; })) {
+    if (!IsPlainMedium(
+            strFile, [this, nFile] { return nFile == m_pMail->nFile; }, m_markers)) {
         Fail(EMediaFailure::NotMedia);
         return;
     }
@@ -110,7 +111,8 @@ void CMediaWorker::TellLoaded() {
         return Fail(EMediaFailure::NotMedia);
     if (!m_pPlayer->hasVideo() && m_pSound == nullptr)
         return Fail(EMediaFailure::NoSound);
-    Q_EMIT Loaded(m_nFile, {m_pPlayer->duration(), m_pPlayer->hasVideo(), m_pPlayer->isSeekable()});
+    Q_EMIT Loaded(m_nFile,
+                  {m_pPlayer->duration(), m_pPlayer->hasVideo(), m_pPlayer->isSeekable(), m_markers});
 }
 
 void CMediaWorker::Unload() {
@@ -193,6 +195,8 @@ void CMediaWorker::Pause() {
 void CMediaWorker::Stop() {
     if (m_nFile < 0)
         return;
+    // Nobody hears that a film that seems to play has gone back to its beginning.
+    m_bAtEnd = true;
     m_pPlayer->stop();
     m_bAtEnd = false;
     Q_EMIT Moved(m_nFile, 0);

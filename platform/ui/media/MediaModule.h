@@ -72,6 +72,7 @@ private:
     /// -1 for none: only with a file is there a player.
     int m_nFile = -1;
     int m_nVolume = 100;
+    QList<qint64> m_markers;
     bool m_bToldLoaded = false;
     bool m_bAtEnd = false;
 };

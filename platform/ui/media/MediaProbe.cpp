@@ -18,6 +18,7 @@ constexpr const char* c_szFormats = "asf,xwma,avi,mpeg,mpegvideo,mpegts,m4v,h264
 /// No film of a course is larger, and a damaged one that says so would fill the memory.
 constexpr int c_nMaxSide = 8192;
 constexpr int c_nMaxSampleRate = 768000;
+constexpr unsigned int c_nMaxMarkers = 100000;
 
 struct SClose {
     void operator()(AVFormatContext* pMedium) const { avformat_close_input(&pMedium); }
@@ -34,9 +35,19 @@ bool IsSoundSound(const AVStream& stream) {
     return sound.ch_layout.nb_channels > 0 && sound.sample_rate > 0 && sound.sample_rate <= c_nMaxSampleRate;
 }
 
+QList<qint64> MarkersOf(const AVFormatContext& medium) {
+    QList<qint64> markers;
+    for (unsigned int n = 0; n < qMin(medium.nb_chapters, c_nMaxMarkers); ++n) {
+        const AVChapter& chapter = *medium.chapters[n];
+        if (chapter.time_base.num > 0 && chapter.time_base.den > 0)
+            markers.append(qMax<qint64>(av_rescale_q(chapter.start, chapter.time_base, {1, 1000}), 0));
+    }
+    return markers;
+}
+
 } // namespace
 
-bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn) {
+bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn, QList<qint64>& markers) {
     AVFormatContext* pOpened = avformat_alloc_context();
     if (pOpened == nullptr)
         return false;
@@ -65,5 +76,6 @@ bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn) {
             return false;
         bAny = bAny || avcodec_find_decoder(stream.codecpar->codec_id) != nullptr;
     }
+    markers = MarkersOf(*pMedium);
     return bAny;
 }
