@@ -100,7 +100,7 @@ Decoded Decode(const QByteArray& bytes) {
         if (IsSurelyUtf8(bytes))
             return {QString::fromUtf8(bytes), "UTF-8", false, true};
     }
-    return {CodePage::Decode(bytes), "GB18030"};
+    return {CodePage::Decode(bytes), "GB18030", false, false, !IsCodePage(charset)};
 }
 
 std::optional<QByteArray> Encode(const Decoded& page) {

@@ -17,6 +17,8 @@ struct Decoded {
     bool HasMark = false;
     /// Only the bytes tell that it isn't in the code page, which not every browser sees.
     bool IsUnsaid = false;
+    /// It is in the code page without saying so, which not every browser guesses.
+    bool IsSilent = false;
 };
 Decoded Decode(const QByteArray& bytes);
 

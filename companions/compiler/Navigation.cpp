@@ -58,6 +58,14 @@ void CNavigation::AppendLink(QByteArray& out, int nNode, const QByteArray& up, c
     out += link.Address + '"' + more + link.Attributes + '>';
 }
 
+/// Opens and closes a branch by mouse and keyboard. It stands beside the link: one in the other could not be
+/// told apart by those who don't see them.
+void CNavigation::AppendSwitch(QByteArray& out, int nNode, bool bOpen) const {
+    static const QByteArray below = Escaped(CompilerText::c_strBelow) + "\"></summary>\n<ul>\n";
+    out += bOpen ? "<details open><summary aria-label=\"" : "<details><summary aria-label=\"";
+    out += m_links[nNode].Title + below;
+}
+
 /// Writes the tree as nested lists, the branch of the current node open.
 class CNavigation::CTreeWriter {
 public:
@@ -94,9 +102,9 @@ private:
         const bool bShowsChildren = bOnPath || m_bWhole || m_navigation.m_plan.Of(nNode).PagePath.isEmpty();
         if (m_nodes[nNode].Children.isEmpty() || !bShowsChildren)
             return WriteLeaf(nNode);
-        m_out += bOnPath ? "<li><details open><summary>" : "<li><details><summary>";
+        m_out += "<li class=\"branch\">";
         WriteLink(nNode);
-        m_out += "</summary>\n<ul>\n";
+        m_navigation.AppendSwitch(m_out, nNode, bOnPath);
         WriteChildren(nNode, bOnPath ? nLevel + 1 : m_path.size());
         m_out += "</ul>\n</details></li>\n";
     }
@@ -213,15 +221,16 @@ private:
         const SiteNode& node = m_nodes[nNode];
         while (!m_open.isEmpty() && m_nodes[m_open.last()].Depth >= node.Depth)
             Close();
-        m_out += "<li id=\"n" + QByteArray::number(node.Row.Id) + "\">";
         const bool bNests = nNode > 0 && !node.Children.isEmpty() && m_open.size() < c_nMapLevels;
-        if (bNests)
-            m_out += m_bOpen || m_open.isEmpty() ? "<details open><summary>" : "<details><summary>";
+        m_out += "<li id=\"n" + QByteArray::number(node.Row.Id) + (bNests ? "\" class=\"branch\">" : "\">");
         m_navigation.AppendLink(m_out, nNode, {});
         m_out += m_navigation.m_links[nNode].Title + "</a>";
-        m_out += bNests ? "</summary><ul>\n" : "</li>\n";
-        if (bNests)
-            m_open.append(nNode);
+        if (!bNests) {
+            m_out += "</li>\n";
+            return;
+        }
+        m_navigation.AppendSwitch(m_out, nNode, m_bOpen || m_open.isEmpty());
+        m_open.append(nNode);
     }
 
     const CNavigation& m_navigation;

@@ -43,6 +43,7 @@ private:
     class CTreeWriter;
     class CMapWriter;
 
+    void AppendSwitch(QByteArray& out, int nNode, bool bOpen) const;
     bool IsStation(int nNode) const;
 
     const CSitePlan& m_plan;

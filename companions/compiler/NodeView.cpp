@@ -1,7 +1,11 @@
 #include "companions/compiler/NodeView.h"
 
+#include "companions/compiler/SourceFile.h"
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
+#include "foundation/Exceptions.h"
+#include "foundation/PageText.h"
+#include "foundation/Paths.h"
 #include "foundation/Text.h"
 
 #include <QFileInfo>
@@ -10,6 +14,13 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// More text than anybody reads in one page.
+constexpr qint64 c_nMaxShownText = qint64{512} << 10;
+
+QString Extension(const QString& strName) {
+    return LowerAscii(Torvane::File::Extension(strName));
+}
 
 QString Escaped(const QString& strText) {
     return strText.toHtmlEscaped();
@@ -106,6 +117,30 @@ QString CNodeView::FileCard(int nNode, const QString& strSource, const QString& 
            u"</a></p>\n</div>\n"_s;
 }
 
+/// A text file says nothing of its coding, so it stands in the page itself; none for a very large one.
+QString CNodeView::PlainTextFile(const QString& strSource) const {
+    const QString strPath = m_plan.Tree().NativePath(strSource);
+    if (QFileInfo(strPath).size() > c_nMaxShownText)
+        return QString();
+    try {
+        const auto bytes = ReadSourceText(strPath);
+        QString strText = PageText::Decode(bytes.value_or(QByteArray())).Text;
+        // Neither may stand in a page.
+        strText.removeIf([](QChar c) { return c.unicode() < 0x20 && !c.isSpace(); });
+        return u"<pre class=\"text\" tabindex=\"0\">\n"_s + Escaped(strText) + u"</pre>\n"_s;
+    } catch (const Torvane::CRunException&) {
+        return QString();
+    }
+}
+
+QString CNodeView::Player(const QString& strAddress, const QString& strName) const {
+    const QString strExtension = Extension(strName);
+    const bool bSound = strExtension == ".mp3"_L1 || strExtension == ".ogg"_L1 || strExtension == ".wav"_L1;
+    const QString strTag = bSound ? u"audio"_s : u"video"_s;
+    return u"<"_s + strTag + u" class=\"media\" controls preload=\"metadata\" src=\""_s +
+           Escaped(strAddress) + u"\"></"_s + strTag + u">\n"_s;
+}
+
 QString CNodeView::FileMain(int nNode) const {
     const StoreRow& row = m_plan.Model().Nodes()[nNode].Row;
     const NodePlan& plan = m_plan.Of(nNode);
@@ -121,10 +156,17 @@ QString CNodeView::FileMain(int nNode) const {
                   Escaped(row.Title) + u"\">\n"_s;
         break;
     case ENodeView::Player:
-        strView = u"<video class=\"media\" controls src=\""_s + Escaped(strAddress) + u"\"></video>\n"_s;
+        strView = Player(strAddress, plan.Source);
         break;
     default:
-        return FileCard(nNode, plan.Source, strShown);
+        // A browser may show it or not; whoever only wants to read it need not keep it.
+        if (Extension(plan.Source) == ".pdf"_L1)
+            strView = OpenAlone(nNode, strAddress);
+        return strView + FileCard(nNode, plan.Source, strShown);
+    }
+    if (plan.View == ENodeView::Embedded && Extension(plan.Source) == ".txt"_L1) {
+        const QString strText = PlainTextFile(plan.Source);
+        return strText + FileCard(nNode, plan.Source, strShown);
     }
     // A file of the teacher's own may be taken home; the pages of a site can't be taken one by one.
     if (row.Type == NodeType::c_nExternalFile)
@@ -137,8 +179,7 @@ QString CNodeView::VideoMain(int nNode) const {
     QString strMain;
     const QString strPlayable = FirstWithExtension(files, {u".mp4"_s, u".webm"_s, u".ogv"_s});
     if (!strPlayable.isEmpty())
-        strMain += u"<video class=\"media\" controls src=\""_s + Escaped(FileAddress(nNode, strPlayable)) +
-                   u"\"></video>\n"_s;
+        strMain += Player(FileAddress(nNode, strPlayable), strPlayable);
     const QString strRecording = FirstWithExtension(files, {u".asf"_s, u".wmv"_s});
     if (!strRecording.isEmpty())
         strMain += FileCard(nNode, strRecording, BareName(strRecording));

@@ -30,6 +30,8 @@ private:
     QString VideoMain(int nNode) const;
     QString FileAddress(int nNode, const QString& strSource) const;
     QString FileMain(int nNode) const;
+    QString PlainTextFile(const QString& strSource) const;
+    QString Player(const QString& strAddress, const QString& strName) const;
 
     const CSitePlan& m_plan;
     const CPageFrame& m_frame;

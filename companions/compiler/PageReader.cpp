@@ -12,6 +12,28 @@ void NoteSource(QStringList& sources, const CReferences::Result& result) {
         sources.append(result.ReadSource);
 }
 
+/// The page with a declaration of its coding. Within the frame a silent page would be taken for what the
+/// frame is. The first declaration counts, also before one that is wrong.
+QByteArray WithDeclaration(const QByteArray& bytes) {
+    constexpr qsizetype c_nHead = 4096;
+    const QByteArray lower = bytes.left(c_nHead).toLower();
+    qsizetype nPlace = 0;
+    for (const char* szTag : {"<head>", "<head ", "<html", "<!doctype"}) {
+        const qsizetype nTag = lower.indexOf(szTag);
+        const qsizetype nEnd = nTag < 0 ? -1 : lower.indexOf('>', nTag);
+        if (nEnd >= 0) {
+            nPlace = nEnd + 1;
+            break;
+        }
+    }
+    return bytes.left(nPlace) + "<meta charset=\"gb18030\">" + bytes.mid(nPlace);
+}
+
+bool IsAscii(const QByteArray& bytes) {
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 128; });
+}
+
 } // namespace
 
 std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
@@ -49,11 +71,14 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
                                               : CssText::RewriteReferences(text.Text, rewrite);
     // No browser need guess as well as we did.
     const bool bMark = kind == ESourceText::Page && text.IsUnsaid;
+    const bool bSilent = kind == ESourceText::Page && text.IsSilent && !IsAscii(bytes);
     if (!strNew && !bMark)
-        return corrected;
+        return {bSilent ? WithDeclaration(bytes) : bytes, corrected.ReadSources};
     text.Text = strNew.value_or(text.Text);
     text.HasMark = text.HasMark || bMark;
     corrected.Bytes = PageText::Encode(text).value_or(bytes);
+    if (bSilent)
+        corrected.Bytes = WithDeclaration(corrected.Bytes);
     return corrected;
 }
 

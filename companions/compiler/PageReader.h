@@ -23,7 +23,7 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
 
 /// A page or style sheet that goes to the site as it is but for the letter case of its references: its
 /// bytes, with what need not change untouched. A page in UTF-8 or UTF-16 that doesn't say so gets a byte
-/// order mark.
+/// order mark, one in the code page a declaration.
 enum class ESourceText { Page, StyleSheet };
 struct CorrectedFile {
     QByteArray Bytes;

@@ -23,6 +23,7 @@ ENodeView ViewOfFile(const QString& strName) {
         {u".webp"_s, ENodeView::Picture},   {u".mp4"_s, ENodeView::Player},
         {u".webm"_s, ENodeView::Player},    {u".ogv"_s, ENodeView::Player},
         {u".mp3"_s, ENodeView::Player},     {u".ogg"_s, ENodeView::Player},
+        {u".wav"_s, ENodeView::Player},
     };
     return views.value(LowerAscii(Torvane::File::Extension(strName)), ENodeView::Download);
 }

@@ -90,6 +90,7 @@ inline const QString c_strSize = QStringLiteral("大小");
 inline const QString c_strComment = QStringLiteral("说明");
 inline const QString c_strNewWindow = QStringLiteral("（在新窗口打开）");
 inline const QString c_strPath = QStringLiteral("当前位置");
+inline const QString c_strBelow = QStringLiteral("的下级栏目");
 inline const QString c_strNeighbours = QStringLiteral("上一页和下一页");
 inline const QString c_strBefore = QStringLiteral("上一页");
 inline const QString c_strBehind = QStringLiteral("下一页");

@@ -1,0 +1,135 @@
+// The part of check-site.sh that looks into pages: node check-site.cjs SITE_FOLDER FOLDER_FOR_THE_OUTPUTS
+"use strict";
+const childProcess = require("child_process");
+const fs = require("fs");
+const path = require("path");
+const url = require("url");
+
+const [site, out] = process.argv.slice(2);
+const mostForAxe = Number(process.env.VOREL_AXE_PAGES || 60);
+
+function* walk(folder) {
+  for (const entry of fs.readdirSync(folder, { withFileTypes: true })) {
+    const name = path.join(folder, entry.name);
+    if (entry.isDirectory()) {
+      yield* walk(name);
+    } else if (/\.html?$/i.test(entry.name)) {
+      yield name;
+    }
+  }
+}
+const own = [...walk(site)].filter((name) => fs.readFileSync(name, "utf8").includes('<body class="vorel-site'));
+
+function resolve(name) {
+  try {
+    return require.resolve(name);
+  } catch {
+    console.log(name + ": not there");
+    return null;
+  }
+}
+
+// The lines of a page that come from its author: the body, and style sheets in the head.
+function authorsLines(name) {
+  const lines = fs.readFileSync(name, "utf8").split("\n");
+  const find = (text, from) => lines.findIndex((line, i) => i >= from && line.includes(text)) + 1;
+  const bodyBegin = find('<div class="page">', 0);
+  const bodyEnd = lines.map((line) => /^<nav class="pager"|^<\/main>/.test(line)).indexOf(true, bodyBegin) + 1;
+  const headBegin = find("vorel/parts.css", 0);
+  const headEnd = find('class="skip"', 0);
+  return (line) => (bodyBegin > 0 && line >= bodyBegin && line < bodyEnd) || (line > headBegin && line < headEnd - 3);
+}
+
+function validate(jar) {
+  let ours = 0;
+  let theirs = 0;
+  const said = [];
+  for (let i = 0; i < own.length; i += 200) {
+    const run = childProcess.spawnSync("java", ["-Xss4m", "-jar", jar, "--format", "json", "--exit-zero-always",
+      ...own.slice(i, i + 200)], { encoding: "utf8", maxBuffer: 1 << 28 });
+    for (const message of JSON.parse(run.stderr).messages) {
+      const name = message.url ? url.fileURLToPath(message.url) : "";
+      const line = `${path.relative(site, name)}:${message.lastLine}: ${message.type}: ${message.message}`;
+      if (message.type === "info" && message.subType !== "fatal") {
+        said.push(line);
+      } else if (name && authorsLines(name)(message.lastLine)) {
+        ++theirs;
+        said.push("(the author's) " + line);
+      } else {
+        ++ours;
+        said.push(line);
+        console.log(line);
+      }
+    }
+  }
+  fs.writeFileSync(path.join(out, "vnu.txt"), said.join("\n") + "\n");
+  console.log(`vnu: ${own.length} pages, ${ours} errors in what the compiler writes, ${theirs} in what authors wrote`);
+  return ours;
+}
+
+// Pages spread over the site, and each kind of them.
+function somePages() {
+  const some = new Set(["index.html", "sitemap.html", "search.html"].map((name) => path.join(site, name)));
+  const step = Math.max(1, Math.floor(own.length / mostForAxe));
+  for (let i = 0; i < own.length; i += step) {
+    some.add(own[i]);
+  }
+  return [...some];
+}
+
+async function judge() {
+  const puppeteer = require("puppeteer-core");
+  const axe = fs.readFileSync(require.resolve("axe-core/axe.min.js"), "utf8");
+  const browser = await puppeteer.launch({ executablePath: process.env.CHROMIUM, args: ["--no-sandbox"] });
+  const said = [];
+  let serious = 0;
+  let pages = 0;
+  for (const width of [1280, 390]) {
+    for (const name of somePages()) {
+      const page = await browser.newPage();
+      await page.setViewport({ width, height: 844 });
+      await page.goto(url.pathToFileURL(name).href, { waitUntil: "load" });
+      const wide = await page.evaluate(() => document.documentElement.scrollWidth > window.innerWidth);
+      await page.evaluate(axe);
+      const result = await page.evaluate(() => window.axe.run({ include: [["html"]], exclude: [["iframe"]] },
+        { iframes: false, resultTypes: ["violations"] }));
+      ++pages;
+      const relative = path.relative(site, name);
+      if (wide) {
+        ++serious;
+        said.push(`${relative} at ${width}: wider than the window`);
+        console.log(said[said.length - 1]);
+      }
+      for (const fault of result.violations) {
+        for (const node of fault.nodes) {
+          const inside = await page.evaluate((selector) => {
+            const element = document.querySelector(selector);
+            return Boolean(element && element.closest(".page") && !element.matches(".page"));
+          }, node.target[0]).catch(() => false);
+          const line = `${inside ? "(the author's) " : ""}${relative} at ${width}: ${fault.impact}: ${fault.id}: ${node.target}`;
+          said.push(line);
+          if (!inside && (fault.impact === "serious" || fault.impact === "critical")) {
+            ++serious;
+            console.log(line);
+          }
+        }
+      }
+      await page.close();
+    }
+  }
+  await browser.close();
+  fs.writeFileSync(path.join(out, "axe.txt"), said.join("\n") + "\n");
+  console.log(`axe: ${pages} looks at pages (desktop and phone), ${serious} serious faults in the frame`);
+  return serious;
+}
+
+(async () => {
+  const jar = resolve("vnu-jar/build/dist/vnu.jar");
+  let faults = jar ? validate(jar) : 0;
+  if (!process.env.CHROMIUM) {
+    console.log("Chromium: not there");
+  } else if (resolve("puppeteer-core") && resolve("axe-core/axe.min.js")) {
+    faults += await judge();
+  }
+  process.exit(faults > 0 ? 1 : 0);
+})();
