@@ -132,6 +132,11 @@ const QList<DropDown>& DropDowns() {
     return dropDowns;
 }
 
+const DropDown* DropDownOf(int nButton) {
+    const auto found = std::ranges::find(DropDowns(), nButton, &DropDown::nButton);
+    return found == DropDowns().end() ? nullptr : &*found;
+}
+
 QList<int> ItemsOf(const DropDown& dropDown, bool bVideo) {
     QList<int> items = dropDown.Items;
     if (!bVideo)

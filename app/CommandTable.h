@@ -59,7 +59,8 @@ const QList<Menu>& MainMenu();
 /// The toolbar's buttons in order; 0 for a separator.
 std::span<const int> ToolBar();
 
-/// A menu that belongs to a button. It opens from the button's arrow, where the button has one.
+/// A menu that belongs to a button. It opens from the button's arrow, where the button has one, else by a
+/// right click.
 struct DropDown {
     int nButton;
     int nMenu;
@@ -67,6 +68,8 @@ struct DropDown {
     QList<int> Items;
 };
 const QList<DropDown>& DropDowns();
+/// Null for a button that has none.
+const DropDown* DropDownOf(int nButton);
 /// Its entries as they are shown: without the recording of a lecture where there is no video.
 QList<int> ItemsOf(const DropDown& dropDown, bool bVideo);
 

@@ -10,7 +10,7 @@ disk="$(mktemp -d "$PWD/build/vorel-bench-XXXXXX")"
 trap 'rm -rf "$place" "$disk"' EXIT
 cmake --preset release >/dev/null
 cmake --build build/release --target portable bench_ciphers bench_files bench_resource_text bench_store bench_subtree bench_import bench_tree_ops bench_empty_window \
-  bench_make_courses bench_names_tree voreljourney vorelstalls vorel-site-check >/dev/null
+  bench_make_courses bench_make_texts bench_names_tree VorelCompiler voreljourney vorelstalls vorel-site-check >/dev/null
 for bench in ciphers store files subtree import resource_text; do
   echo "== $bench"
   build/release/bin/bench_$bench "$place"
@@ -21,5 +21,7 @@ echo "== start"
 bench/start.sh
 echo "== open"
 bench/open.sh 5 "${1:-/dev/shm}"
+echo "== compile"
+bench/compile.sh 5 "${1:-/dev/shm}"
 echo "== stalls"
 bench/stalls.sh 1

@@ -36,6 +36,9 @@ bool Companions::HasDocExport(const QString& strProgramFolder) {
 
 void Companions::Run(const QString& strCommandLine, CBookDatabase& database,
                      Torvane::Dialog::MFC::IPeople& people) {
+    // The program's path is not quoted, so it ends at the first blank: from a folder with one nothing starts.
+    if (!Platform::IsProgram(strCommandLine.section(u' ', 0, 0)))
+        return;
     database.PauseForReaders();
     Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });
     database.ResumeWriting();

@@ -17,7 +17,7 @@ build=(
   # What the running program needs of a bare machine: fonts, pictures, a display to start under.
   fonts-noto-cjk qt6-image-formats-plugins libqt6svg6 shared-mime-info xvfb xauth openbox
 )
-tests=(clang-format dbus-daemon openssl xdotool)
+tests=(clang-format dbus-daemon hugo openssl time xdotool)
 
 wanted=("${build[@]}")
 [ "${1:-run}" = "test" ] && wanted+=("${tests[@]}")

@@ -33,7 +33,7 @@ CFrameToolBar::CFrameToolBar(QWidget* pParent) : QToolBar(AppTexts::c_strToolBar
     setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
 }
 
-void CFrameToolBar::AddButton(QAction& action, const QString& strName, QMenu* pDropDown) {
+void CFrameToolBar::AddButton(QAction& action, const QString& strName, QMenu* pDropDown, bool bArrow) {
     auto* pButton = new QToolButton(this);
     pButton->setDefaultAction(&action);
     pButton->setObjectName(strName);
@@ -44,8 +44,15 @@ void CFrameToolBar::AddButton(QAction& action, const QString& strName, QMenu* pD
     pButton->setAutoRaise(true);
     if (pDropDown != nullptr) {
         pDropDown->setParent(pButton, pDropDown->windowFlags());
-        pButton->setMenu(pDropDown);
-        pButton->setPopupMode(QToolButton::MenuButtonPopup);
+        if (bArrow) {
+            pButton->setMenu(pDropDown);
+            pButton->setPopupMode(QToolButton::MenuButtonPopup);
+        } else {
+            pButton->setContextMenuPolicy(Qt::CustomContextMenu);
+            connect(pButton, &QWidget::customContextMenuRequested, pDropDown, [pButton, pDropDown] {
+                pDropDown->popup(pButton->mapToGlobal(pButton->rect().bottomLeft()));
+            });
+        }
     }
     addWidget(pButton);
     m_buttons.append(pButton);

@@ -19,9 +19,9 @@ class CFrameToolBar : public QToolBar {
 public:
     explicit CFrameToolBar(QWidget* pParent);
 
-    /// A button for the action, which has its picture and its icon text. With a menu the button gets an arrow
-    /// that opens it; the menu goes to the button.
-    void AddButton(QAction& action, const QString& strName, QMenu* pDropDown = nullptr);
+    /// A button for the action, which has its picture and its icon text. A menu goes to the button: with an
+    /// arrow that opens it, or without one under the button's right click.
+    void AddButton(QAction& action, const QString& strName, QMenu* pDropDown = nullptr, bool bArrow = true);
 
     /// Takes the light off the buttons that the mouse isn't over. A dialog that comes up from a menu, with
     /// the mouse over a button, keeps the button from hearing that the mouse has gone.

@@ -117,20 +117,18 @@ void CMainFrame::MakeToolBar() {
         pAction->setIconText(Commands::Find(nId)->strButton.toString());
         pAction->setIconVisibleInMenu(false);
         pAction->setToolTip(pAction->iconText());
-        m_pToolBar->AddButton(*pAction, QStringLiteral("tool_%1").arg(nId), MakeDropDown(nId));
+        const Commands::DropDown* pDropDown = Commands::DropDownOf(nId);
+        m_pToolBar->AddButton(*pAction, QStringLiteral("tool_%1").arg(nId),
+                              pDropDown ? MakeDropDown(*pDropDown) : nullptr, pDropDown && pDropDown->bArrow);
     }
 }
 
-QMenu* CMainFrame::MakeDropDown(int nButton) {
-    for (const Commands::DropDown& dropDown : Commands::DropDowns()) {
-        if (dropDown.nButton != nButton || !dropDown.bArrow)
-            continue;
-        auto* pMenu = new QMenu(this);
-        for (const int nId : Commands::ItemsOf(dropDown, m_owner.Videos().HasEncoder()))
-            pMenu->addAction(ActionOf(nId));
-        return pMenu;
-    }
-    return nullptr;
+QMenu* CMainFrame::MakeDropDown(const Commands::DropDown& dropDown) {
+    auto* pMenu = new QMenu(this);
+    pMenu->setObjectName(QStringLiteral("menu_%1").arg(dropDown.nMenu));
+    for (const int nId : Commands::ItemsOf(dropDown, m_owner.Videos().HasEncoder()))
+        pMenu->addAction(ActionOf(nId));
+    return pMenu;
 }
 
 void CMainFrame::MakePanes() {

@@ -89,7 +89,7 @@ protected:
 private:
     void MakeMenus();
     void MakeToolBar();
-    QMenu* MakeDropDown(int nButton);
+    QMenu* MakeDropDown(const Commands::DropDown& dropDown);
     void MakePanes();
     /// From the tree to the page and back; with two panes the next one is the previous one.
     void SwitchPane();

@@ -7,7 +7,7 @@
 
 /// How far the compiling is. Its threads write, whoever shows it reads; all at any time.
 struct CompileProgress {
-    enum class EStage { ReadingCourse, Writing, Finishing };
+    enum class EStage { ReadingCourse, Writing };
 
     std::atomic<EStage> Stage = EStage::ReadingCourse;
     std::atomic<int> nDone = 0;

@@ -1,5 +1,6 @@
 #include "companions/compiler/SiteCompiler.h"
 
+#include "companions/compiler/ApplicationSite.h"
 #include "companions/compiler/CompileInput.h"
 #include "companions/compiler/OutputFolder.h"
 #include "companions/compiler/SiteRun.h"
@@ -11,6 +12,7 @@
 #include <QDir>
 
 #include <exception>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +29,8 @@ public:
 private:
     QString ChooseFolder();
     void WriteSite(const QString& strFolder);
+    void WriteApplicationSite(const QString& strFolder, const QString& strSite);
+    std::unique_ptr<COutputFolder> OpenFolder(const QString& strFolder) const;
     void RememberFolder(const QString& strFolder);
 
     const CompileRequest& m_request;
@@ -55,26 +59,39 @@ CompileReport CCompiling::Run() {
     if (m_input.Model().UnreachableCount() > 0)
         m_report.Notes.append(CompilerText::c_strNoteUnreachable.arg(m_input.Model().UnreachableCount()));
     m_progress.Stage = CompileProgress::EStage::Writing;
-    WriteSite(strFolder + u'/' + FoldersOf(m_request.Form).first());
+    const QStringList folders = FoldersOf(m_request.Form);
+    WriteSite(strFolder + u'/' + folders[0]);
+    if (folders.size() > 1)
+        WriteApplicationSite(strFolder + u'/' + folders[1], folders[0]);
     RememberFolder(strFolder);
     return m_report;
 }
 
-void CCompiling::WriteSite(const QString& strFolder) {
+std::unique_ptr<COutputFolder> CCompiling::OpenFolder(const QString& strFolder) const {
     const CCoursePaths& paths = m_input.Model().Paths();
-    COutputFolder output(strFolder, Platform::ToNative(paths.GetCourseFolder(false)),
-                         Platform::ToNative(paths.GetDataFolder(false)),
-                         QString::number(m_input.Model().CourseId()));
-    CSiteRun run(m_input, m_request.Form, output, m_progress);
+    return std::make_unique<COutputFolder>(strFolder, Platform::ToNative(paths.GetCourseFolder(false)),
+                                           Platform::ToNative(paths.GetDataFolder(false)),
+                                           QString::number(m_input.Model().CourseId()));
+}
+
+void CCompiling::WriteSite(const QString& strFolder) {
+    const auto pOutput = OpenFolder(strFolder);
+    CSiteRun run(m_input, m_request.Form, *pOutput, m_progress);
     run.Run();
     StopIfCancelled(m_progress);
-    m_progress.Stage = CompileProgress::EStage::Finishing;
-    output.Finish();
-    m_report.OutputFolder = output.Path();
+    pOutput->Finish();
+    m_report.OutputFolder = pOutput->Path();
     m_report.Pages = run.PageCount();
-    m_report.Files = int(output.FileCount()) - run.PageCount();
-    m_report.Changed += output.ChangedCount();
-    m_report.Notes += run.Notes() + output.Notes();
+    m_report.Files = int(pOutput->FileCount()) - run.PageCount();
+    m_report.Changed += pOutput->ChangedCount();
+    m_report.Notes += run.Notes() + pOutput->Notes();
+}
+
+void CCompiling::WriteApplicationSite(const QString& strFolder, const QString& strSite) {
+    const auto pOutput = OpenFolder(strFolder);
+    CApplicationSite(m_input, strSite, *pOutput, m_progress).Run();
+    pOutput->Finish();
+    m_report.Notes += pOutput->Notes();
 }
 
 void CCompiling::RememberFolder(const QString& strFolder) {
@@ -127,15 +144,9 @@ TaskOutcome Compile(const CompileRequest& request, CompileProgress& progress, QS
 }
 
 QString DescribeProgress(const CompileProgress& progress) {
-    using EStage = CompileProgress::EStage;
     if (progress.bCancelled)
         return CompilerText::c_strCancelling;
-    switch (progress.Stage) {
-    case EStage::Writing:
-        return CompilerText::c_strWriting.arg(progress.nDone).arg(progress.nTotal);
-    case EStage::Finishing:
-        return CompilerText::c_strFinishing;
-    default:
+    if (progress.Stage == CompileProgress::EStage::ReadingCourse)
         return CompilerText::c_strReadingCourse;
-    }
+    return CompilerText::c_strWriting.arg(progress.nDone).arg(progress.nTotal);
 }

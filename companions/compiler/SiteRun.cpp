@@ -37,21 +37,37 @@ bool IsPlainText(const QString& strName) {
 CSiteRun::CSiteRun(const CCompileInput& input, ESiteForm form, COutputFolder& output,
                    CompileProgress& progress)
     : m_input(input), m_plan(input.Plan()), m_tree(input.Tree()), m_form(form), m_output(output),
-      m_progress(progress), m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {}
+      m_progress(progress), m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {
+    if (form == ESiteForm::Classroom)
+        m_pClassroom = std::make_unique<CClassroom>(m_plan);
+}
 
-void CSiteRun::PlanPieces() {
-    using enum Piece::EKind;
+QStringList CSiteRun::Parts() const {
+    if (m_pClassroom)
+        return CClassroom::Parts();
     QStringList parts = {FrameParts::c_strParts};
-    if (m_form != ESiteForm::Html)
+    if (m_form == ESiteForm::Site)
         parts += {FrameParts::c_strScript, FrameParts::c_strSearchScript};
     if (!m_frame.HasSkin())
         parts.append(FrameParts::c_strPlainSkin);
-    for (const QString& strPart : parts)
-        m_pieces.push_back({Part, strPart});
-    m_pieces.push_back({Page, c_strStartPage});
-    m_pieces.push_back({Page, c_strSiteMap});
+    return parts;
+}
+
+QStringList CSiteRun::StandingPages() const {
+    if (m_pClassroom)
+        return CClassroom::StandingFiles();
+    QStringList pages = {c_strStartPage, c_strSiteMap};
     if (HasSearch())
-        m_pieces.push_back({Page, FrameParts::c_strSearchPage});
+        pages.append(FrameParts::c_strSearchPage);
+    return pages;
+}
+
+void CSiteRun::PlanPieces() {
+    using enum Piece::EKind;
+    for (const QString& strPart : Parts())
+        m_pieces.push_back({Part, strPart});
+    for (const QString& strPage : StandingPages())
+        m_pieces.push_back({Page, strPage});
     for (const QString& strFile : m_plan.FilesToCopy())
         m_pieces.push_back({File, m_tree.OutputName(strFile), strFile});
     for (int i = 0; i < NodeCount(); i += SearchIndex::c_nNodesInPart)
@@ -135,6 +151,8 @@ void CSiteRun::Copy(const QString& strSource, const QString& strName) {
 
 /// A page that belongs to no node.
 QByteArray CSiteRun::StandingPage(const QString& strName) const {
+    if (m_pClassroom)
+        return m_pClassroom->StandingFile(strName);
     if (strName == c_strSiteMap)
         return m_frame.SiteMapPage();
     if (strName == FrameParts::c_strSearchPage)
@@ -181,10 +199,13 @@ std::optional<QString> CSiteRun::MakeNode(int nNode, QStringList& notes) {
         content.Main = m_view.Main(nNode);
     content.Title = m_input.Model().Nodes()[nNode].Row.Title;
     notes += record.Notes;
-    Write(plan.PagePath, m_frame.NodePage(nNode, content), sources, std::move(record));
+    Write(plan.PagePath,
+          m_pClassroom ? m_pClassroom->SlidePage(nNode, content) : m_frame.NodePage(nNode, content), sources,
+          std::move(record));
     const qsizetype nBody = bPage ? content.Main.indexOf("<div class=\"page\">"_L1) : -1;
-    return nBody < 0 ? std::nullopt
-                     : std::optional(SearchIndex::NodeText(m_plan, nNode, content.Main.mid(nBody)));
+    return nBody < 0 || !HasSearch()
+               ? std::nullopt
+               : std::optional(SearchIndex::NodeText(m_plan, nNode, content.Main.mid(nBody)));
 }
 
 void CSiteRun::MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "companions/compiler/Classroom.h"
 #include "companions/compiler/CompileInput.h"
 #include "companions/compiler/CompileProgress.h"
 #include "companions/compiler/NodeView.h"
@@ -9,11 +10,12 @@
 
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
-/// Writes the site of a course into its folder, as a site or as plain HTML. What was made of the same things
-/// in the last run stays; the rest is made by several threads.
+/// Writes a course into the folder of one of its forms: as a site, as plain HTML, or for the classroom. What
+/// was made of the same things in the last run stays; the rest is made by several threads.
 class CSiteRun {
 public:
     /// All must outlive the object.
@@ -62,7 +64,9 @@ private:
     void Copy(const QString& strSource, const QString& strName);
     CorrectedFile Corrected(ESourceText kind, const QByteArray& bytes, const CReferences::Place& place) const;
     int NodeCount() const { return int(m_input.Model().Nodes().size()); }
-    bool HasSearch() const { return m_form != ESiteForm::Html; }
+    bool HasSearch() const { return m_form == ESiteForm::Site; }
+    QStringList Parts() const;
+    QStringList StandingPages() const;
 
     const CCompileInput& m_input;
     const CSitePlan& m_plan;
@@ -72,6 +76,8 @@ private:
     CompileProgress& m_progress;
     CPageFrame m_frame;
     CNodeView m_view;
+    /// For the classroom form.
+    std::unique_ptr<CClassroom> m_pClassroom;
     std::vector<Piece> m_pieces;
     std::vector<QStringList> m_notes;
     int m_nPages = 0;

@@ -71,7 +71,6 @@ inline const QString c_strProgress = QStringLiteral("合成进度");
 inline const QString c_strNotOpened = QStringLiteral("无法打开“%1”，请您检查是否安装了浏览器。");
 inline const QString c_strReadingCourse = QStringLiteral("正在读取课程...");
 inline const QString c_strWriting = QStringLiteral("正在写入：%1 / %2");
-inline const QString c_strFinishing = QStringLiteral("正在清理不再需要的文件...");
 inline const QString c_strCancelling = QStringLiteral("正在取消...");
 
 // To the visitor.
@@ -103,6 +102,36 @@ inline const QString c_strMoreResults = QStringLiteral("显示更多结果");
 inline const QString c_strNoScript =
     QStringLiteral("搜索需要浏览器允许运行脚本。您也可以从<a href=\"%1\">网站地图</a>中查找栏目。");
 inline const QString c_strMoreSiblings = QStringLiteral("全部 %1 个栏目");
+
+inline const QString c_strSteps = QStringLiteral("翻页");
+inline const QString c_strFirst = QStringLiteral("第一页（Home）");
+inline const QString c_strLast = QStringLiteral("最后一页（End）");
+inline const QString c_strOverview = QStringLiteral("目录（O）");
+inline const QString c_strFullScreen = QStringLiteral("全屏（F）");
+inline const QString c_strKeys = QStringLiteral("按键说明（?）");
+inline const QString c_strFilter = QStringLiteral("按标题查找");
+inline const QString c_strWithoutScripts = QStringLiteral("浏览器不允许运行脚本，请从这里开始逐页浏览");
+inline const QString c_strKeyList = QStringLiteral("→  PageDown  Enter　下一页\n"
+                                                   "←  PageUp  Backspace　上一页\n"
+                                                   "空格　向下滚动，到底后是下一页\n"
+                                                   "Home　第一页　　End　最后一页\n"
+                                                   "数字 Enter　转到这一页\n"
+                                                   "O　目录　　B　黑屏\n"
+                                                   "F　全屏　　Esc　退出全屏");
+
+inline const QString c_strApplication = QStringLiteral("课程申报网站");
+inline const QString c_strEnterSite = QStringLiteral("进入课程网站");
+inline const QString c_strContents = QStringLiteral("内容总表");
+inline const QString c_strFigures = QStringLiteral("课程概况");
+inline const QString c_strChapters = QStringLiteral("课程内容");
+inline const QString c_strContentsPage = QStringLiteral("内容总表（第 %1 页，共 %2 页）");
+inline const QString c_strNumber = QStringLiteral("编号");
+inline const QString c_strName = QStringLiteral("栏目");
+inline const QString c_strKind = QStringLiteral("类型");
+inline const QString c_strNodeCount = QStringLiteral("栏目总数");
+inline const QString c_strContentCount = QStringLiteral("有内容的栏目");
+inline const QString c_strTotalSize = QStringLiteral("内容总量");
+inline const QString c_strChapterCount = QStringLiteral("%1 个栏目");
 
 inline const QString c_strKindFolder = QStringLiteral("栏目");
 inline const QString c_strKindPage = QStringLiteral("网页");

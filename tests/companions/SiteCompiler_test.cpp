@@ -327,6 +327,53 @@ TEST(SiteCompiler, TouchesOnlyWhatAnEditChanges) {
     EXPECT_EQ(touched(), QStringList{u"N%1/new.txt"_s.arg(pages[4])});
 }
 
+// The other forms, of a course with content of most kinds: no link in them is dead, and each keeps its
+// promise.
+TEST(SiteCompiler, CompilesTheOtherForms) {
+    CSampleCourse course;
+    const qint32 nFolder = course.Add(c_nRootNodeId, u"第</script>章"_s);
+    const qint32 nPage = course.AddPage(nFolder, u"页"_s, u"<p id=A>正文</p>"_s);
+    const qint32 nSite = course.Add(nFolder, u"站点"_s, NodeType::c_nSite, u"s\\a.htm"_s, 3);
+    course.WriteResource(nSite, u"s\\a.htm"_s, CodePage::Encode(u"<p>没有说明编码</p><img src=/x.gif>"));
+    course.WriteResource(nSite, u"s\\b.TXT"_s, CodePage::Encode(u"文本"));
+    course.Add(nFolder, u"外"_s, NodeType::c_nExternalLink, u"http://example.com/"_s, 1);
+    course.Add(nFolder, u"站内"_s, NodeType::c_nInSiteLink, u"\\n%1\\content.htm#a"_s.arg(nPage));
+    const auto compile = [&](ESiteForm form) -> QString {
+        return CompileSite({course.Folder.Path(course.strProject), form}).OutputFolder + u'/';
+    };
+    const auto read = [](const QString& strFile) {
+        QFile file(strFile);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const auto nodeFile = [](qint32 nId, const QString& strName) -> QString {
+        return u"N%1/"_s.arg(nId) + strName;
+    };
+
+    const QString strApplication = compile(ESiteForm::Site) + u"../申报网站/"_s;
+    EXPECT_EQ(DeadLinks(QDir::cleanPath(strApplication)), "");
+    EXPECT_THAT(read(strApplication + u"contents1.html"_s).toStdString(),
+                AllOf(HasSubstr("<td>1.2</td>"), HasSubstr("href=\"../课程网站/N5/Content.htm#A\"")));
+
+    const QString strHtml = compile(ESiteForm::Html);
+    EXPECT_FALSE(read(strHtml + u"index.html"_s).contains("<script"));
+    EXPECT_FALSE(read(strHtml + u"index.html"_s).contains("<form"));
+    EXPECT_EQ(read(strHtml + nodeFile(nSite, u"s/b.TXT"_s)), "\xEF\xBB\xBF文本");
+    EXPECT_TRUE(read(strHtml + nodeFile(nSite, u"s/a.htm"_s)).startsWith("\xEF\xBB\xBF<p>没有说明编码"));
+
+    const QString strClassroom = compile(ESiteForm::Classroom);
+    const QByteArray script = read(strClassroom + u"vorel/course.js"_s);
+    EXPECT_EQ(script.count('\n'), 8) << script.toStdString();
+    EXPECT_THAT(script.toStdString(), AllOf(HasSubstr("[\"第\\u003c/script>章\",1,\"N4/index.html\",0]"),
+                                            HasSubstr("[\"站点\",2,\"N6/s/a.htm\",0]"),
+                                            HasSubstr("[\"外\",2,\"http://example.com/\",1]"),
+                                            HasSubstr("[\"站内\",2,\"N5/Content.htm#A\",0]")));
+    EXPECT_THAT(read(strClassroom + nodeFile(nPage, u"Content.htm"_s)).toStdString(),
+                AllOf(HasSubstr("data-step=\"2\""), HasSubstr("href=\"../N6/s/a.htm\">下一页"),
+                      HasSubstr("<p id=A>正文</p>")));
+    QFile::remove(strHtml + nodeFile(nSite, u"s/a.htm"_s));
+    EXPECT_EQ(DeadLinks(strClassroom.chopped(1)), strClassroom.toStdString() + "N6/s/a.htm: /x.gif\n");
+}
+
 TEST(SiteCompiler, StopsWhenToldAndLeavesWholeFiles) {
     CSampleCourse course;
     const qint32 nPage = course.AddPage(c_nRootNodeId, u"页"_s, u"<p>旧</p>"_s);

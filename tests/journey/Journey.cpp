@@ -184,3 +184,19 @@ void RunJourney(const QString& strFolder, int nPart) {
     }
     teacher.Close();
 }
+
+void CompileInWindow(const QString& strFolder) {
+    Robot robot(strFolder + u"/shots"_s);
+    robot.WaitForWidget(u"start"_s);
+    robot.Shot(u"compile-where"_s);
+    robot.Press(u"Return"_s);
+    robot.WaitFor(
+        "the report",
+        [] {
+            const auto* pClose = qobject_cast<QAbstractButton*>(Robot::Find(u"cancel"_s));
+            return pClose && pClose->text() == u"关闭"_s;
+        },
+        60);
+    robot.Shot(u"compile-report"_s);
+    robot.Press(u"Return"_s);
+}

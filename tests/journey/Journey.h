@@ -10,6 +10,9 @@
 /// left, compiled. The folder holds the picture that is put into the page.
 void RunJourney(const QString& strFolder, int nPart);
 
+/// The compiler's own window in part 2: the folder that it proposes, the report, the end.
+void CompileInWindow(const QString& strFolder);
+
 /// Every window of the shell, opened from the keyboard where there is a way to, with its faults.
 void RunTour(const QString& strFolder);
 

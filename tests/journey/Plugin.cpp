@@ -27,6 +27,18 @@ void RunWay(const QString& strFolder, const QString& strWay) {
         RunTrial(strFolder, strWay);
 }
 
+/// What the compiler's own process does in a journey; it inherits the environment that names the plug-in.
+bool IsCompiler() {
+    return QCoreApplication::applicationFilePath().endsWith(QStringLiteral("/VorelCompiler"));
+}
+
+void RunIn(const QString& strFolder) {
+    if (IsCompiler())
+        CompileInWindow(strFolder);
+    else
+        RunWay(strFolder, qEnvironmentVariable("VOREL_JOURNEY_PART"));
+}
+
 } // namespace
 
 /// Brings the journey into the real program, which knows nothing of it: Qt loads the plug-in because the
@@ -40,11 +52,14 @@ public:
             const QString strFolder = qEnvironmentVariable("VOREL_JOURNEY_FOLDER");
             QByteArray result("ok\n");
             try {
-                RunWay(strFolder, qEnvironmentVariable("VOREL_JOURNEY_PART"));
+                RunIn(strFolder);
             } catch (const std::exception& failure) {
                 result = QByteArray("failed: ") + failure.what() + "\n";
             }
             QFile file(strFolder + QStringLiteral("/part.txt"));
+            // The journey goes on behind the compiler's end.
+            if (IsCompiler() && result == "ok\n")
+                return;
             if (file.open(QIODevice::WriteOnly))
                 file.write(result);
             file.close();

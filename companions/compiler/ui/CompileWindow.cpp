@@ -37,7 +37,7 @@ public:
     TaskProgress Progress() const override {
         const bool bKnown = m_progress.Stage == CompileProgress::EStage::Writing;
         return {DescribeProgress(m_progress), m_progress.nDone, bKnown ? m_progress.nTotal.load() : 0,
-                !m_progress.bCancelled && m_progress.Stage != CompileProgress::EStage::Finishing};
+                !m_progress.bCancelled};
     }
     void Cancel() override { m_progress.bCancelled = true; }
     QString Result() const override { return m_strStartPage; }

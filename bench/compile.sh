@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# A course of 10,000 small pages compiled, beside Hugo (Debian's package) building the same pages from the same texts with
+# a plain theme: header, the pages of the section, the text. Then both again after one page was edited. All in turn; prints
+# medians in seconds, the most memory in MB, and the ratios.
+#   bench/compile.sh [ROUNDS [PLACE [PAGES]]]   build the preset "release" with VorelCompiler, bench_make_texts and
+#                                               vorel_seed first; default: 5 rounds, /dev/shm, 10,000 pages
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build="$PWD/build/release"
+rounds="${1:-5}"
+pages="${3:-10000}"
+work="$(mktemp -d "${2:-/dev/shm}/vorel-compile-XXXXXX")"
+trap 'rm -rf "$work"' EXIT
+
+"$build/bin/bench_make_texts" "$work" "$(find "$build/sysdata" -name VorelCourse.mdb | head -n 1)" "$pages"
+cp "$build/bin/VorelCompiler" "$work/program/"
+mkdir -p "$work/hugo/layouts/_default"
+cat >"$work/hugo/config.toml" <<'END'
+baseURL = "http://localhost/"
+title = "数据结构"
+languageCode = "zh-CN"
+disableKinds = ["taxonomy", "term", "RSS", "sitemap", "404"]
+END
+cat >"$work/hugo/layouts/_default/baseof.html" <<'END'
+<!DOCTYPE html>
+<html lang="zh-CN">
+<head><meta charset="utf-8"><meta name="viewport" content="width=device-width, initial-scale=1">
+<title>{{ .Title }} - {{ .Site.Title }}</title></head>
+<body>
+<header><p><a href="/">{{ .Site.Title }}</a></p></header>
+<nav><ul>{{ with .CurrentSection }}{{ range .Pages }}<li><a href="{{ .RelPermalink }}">{{ .Title }}</a></li>{{ end }}{{ end }}</ul></nav>
+<main><h1>{{ .Title }}</h1>{{ .Content }}</main>
+</body>
+</html>
+END
+for kind in single list; do cp "$work/hugo/layouts/_default/baseof.html" "$work/hugo/layouts/_default/$kind.html"; done
+rm "$work/hugo/layouts/_default/baseof.html"
+
+measure() { # NAME COMMAND...
+  local name="$1"
+  shift
+  /usr/bin/time -f '%e %M' -o "$work/time" "$@" >"$work/out.txt" 2>&1 || { cat "$work/out.txt"; exit 1; }
+  [ "$round" -eq 0 ] || cat "$work/time" >>"$work/$name.txt"
+}
+compile() { measure "$1" "$work/program/VorelCompiler" --silent "$work/course/course.vcp"; }
+hugo_build() { measure "$1" hugo --quiet --source "$work/hugo" --destination "$work/hugo/public"; }
+edit() { # FILE of either side: a line more
+  printf '<p>%s</p>\n' "$round" >>"$1"
+}
+ours="$(find "$work/course/Data/Courseware/NodeResource" -name Content.htm | sort | head -n 1)"
+theirs="$(find "$work/hugo/content" -name 'p1.html')"
+# The first round only warms the caches.
+for round in $(seq 0 "$rounds"); do
+  rm -rf "$work/course/课程网站" "$work/course/申报网站" "$work/hugo/public"
+  compile ours
+  hugo_build hugo
+  edit "$ours"
+  compile ours-again
+  edit "$theirs"
+  hugo_build hugo-again
+done
+echo "pages: $(find "$work/course/课程网站" -name '*.htm*' | wc -l) ours, $(find "$work/hugo/public" -name '*.html' | wc -l) Hugo's"
+
+median() { cut -d' ' -f"$2" "$work/$1.txt" | sort -n | awk '{ all[NR] = $1 } END { print all[int((NR + 1) / 2)] }'; }
+most() { cut -d' ' -f2 "$work/$1.txt" | sort -n | tail -n 1 | awk '{ printf "%.0f", $1 / 1024 }'; }
+for run in '' -again; do
+  o="$(median "ours$run" 1)" h="$(median "hugo$run" 1)"
+  awk -v o="$o" -v h="$h" -v om="$(most "ours$run")" -v hm="$(most "hugo$run")" -v what="${run:+ after one edited page}" \
+    'BEGIN { printf "compile%s: %.2f s, %d MB; Hugo %.2f s, %d MB; ratio %.3f\n", what, o, om, h, hm, o / h }'
+done
