@@ -83,10 +83,9 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
 }
 
 std::optional<QByteArray> WithSaidCoding(const QByteArray& bytes) {
-    constexpr qsizetype c_nWhereBrowsersLook = 1024;
     const bool bPlain =
         std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (bPlain || bytes.first(qMin(bytes.size(), c_nWhereBrowsersLook)).toLower().contains("charset"))
+    if (bPlain)
         return std::nullopt;
     PageText::Decoded text = PageText::Decode(bytes);
     if (text.HasMark)

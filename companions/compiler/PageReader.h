@@ -33,6 +33,6 @@ struct CorrectedFile {
 CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                             const CReferences::Place& place);
 
-/// A text in UTF-8 with a byte order mark, for a page or plain text that says nothing of its coding: without
-/// a server nobody tells the browser what it is. Nothing for one that needs no help.
+/// A plain text in UTF-8 with a byte order mark: without a server nobody tells the browser what it is.
+/// Nothing for one that needs no help.
 std::optional<QByteArray> WithSaidCoding(const QByteArray& bytes);

@@ -266,22 +266,14 @@ FramedContent CSiteRun::RawPage(int nNode, const std::optional<QByteArray>& byte
     record.Also.append(strRaw);
     m_output.Announce({strRaw});
     if (bytes) {
-        const CorrectedFile corrected =
-            Corrected(ESourceText::Page, *bytes, {FolderOf(plan.Source), strFolder, plan.Source});
+        const CorrectedFile corrected = CorrectedText(ESourceText::Page, *bytes, m_plan.References(),
+                                                      {FolderOf(plan.Source), strFolder, plan.Source});
         record.Sources = corrected.ReadSources;
         m_output.Write(strRaw, corrected.Bytes);
     } else {
         Copy(plan.Source, strRaw);
     }
     return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
-}
-
-CorrectedFile CSiteRun::Corrected(ESourceText kind, const QByteArray& bytes,
-                                  const CReferences::Place& place) const {
-    CorrectedFile corrected = CorrectedText(kind, bytes, m_plan.References(), place);
-    if (m_form == ESiteForm::Html && kind == ESourceText::Page)
-        corrected.Bytes = WithSaidCoding(corrected.Bytes).value_or(corrected.Bytes);
-    return corrected;
 }
 
 void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
@@ -305,7 +297,7 @@ QByteArray CSiteRun::FileText(const Piece& piece, const QByteArray& bytes, Outpu
     if (!kind)
         return WithSaidCoding(bytes).value_or(bytes);
     const CReferences::Place place = {FolderOf(piece.Source), FolderOf(piece.Name), piece.Source};
-    const CorrectedFile corrected = Corrected(*kind, bytes, place);
+    const CorrectedFile corrected = CorrectedText(*kind, bytes, m_plan.References(), place);
     record.Sources = corrected.ReadSources;
     return corrected.Bytes;
 }

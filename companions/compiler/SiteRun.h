@@ -62,7 +62,6 @@ private:
     void Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
                OutputRecord record = {});
     void Copy(const QString& strSource, const QString& strName);
-    CorrectedFile Corrected(ESourceText kind, const QByteArray& bytes, const CReferences::Place& place) const;
     int NodeCount() const { return int(m_input.Model().Nodes().size()); }
     bool HasSearch() const { return m_form == ESiteForm::Site; }
     QStringList Parts() const;
