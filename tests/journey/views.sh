@@ -7,9 +7,10 @@ set -euo pipefail
 lay_out "$1" "${2:-$1/views}"
 
 material="$place/material"
-mkdir -p "$material/媒体.files"
+mkdir -p "$material"/{媒体.files,框架.files,站点,课件}
 clip="$root/tests/platform_ui/media/clip.wmv"
 cp "$clip" "$material/媒体.files/课.wmv"
+cp "$clip" "$material/框架.files/课.wmv"
 if command -v ffmpeg >/dev/null; then
   ffmpeg -v error -y -f lavfi -i testsrc=d=60:s=640x480:r=25 -c:v wmv2 -b:v 500k "$material/课 #1.wmv"
 else
@@ -18,21 +19,42 @@ fi
 printf 'RIFF....AVI LIST' >"$material/坏.avi"
 printf 'FWS' >"$material/演示.swf"
 cp "$here/picture.png" "$material/图.png"
+cp "$here/picture.png" "$material/站点/图.png"
 printf '课前请先阅读。\n' >"$material/README"
-printf 'x' | tee "$material/讲义.doc" "$material/资料.pdf" >"$material/数据.xyz"
-cat >"$material/媒体.htm" <<'PAGE'
-<html><head><meta charset="utf-8"></head><body><h1>媒体</h1>
+printf '\0\1\2\377' >"$material/DATA"
+printf 'x' | tee "$material/资料.pdf" "$material/框架.files/讲义.doc" >"$material/数据.xyz"
+page() { printf '<html><head><meta charset="utf-8"></head>%s</html>' "$1"; }
+page '<body><h1>课程站点</h1><p>第一讲　绪论</p><img src="图.png" width="320"></body>' >"$material/站点/index.html"
+for name in 课.cml 课.arx; do : >"$material/课件/$name"; done
+page '<body><h1>课件首页</h1></body>' >"$material/课件/main.htm"
+page '<frameset cols="50%,*"><frame src="框架.files/讲义.doc"><frameset rows="50%,*"><frame src="框架.files/课.wmv">
+<frame src="框架.files/没有.mp4"></frameset></frameset>' >"$material/框架.htm"
+page '<body style="margin:0"><a href="http://example.org/课程/" style="display:block;padding:40px;height:800px">
+<h1>相关课程</h1></a></body>' >"$material/链接.htm"
+page '<body><h1>媒体</h1>
 <embed src="媒体.files/课.wmv" width="240" height="160">
 <object classid="clsid:D27CDB6E-AE6D-11cf-96B8-444553540000" width="240" height="160">
 <param name="movie" value="媒体.files/演示.swf"><embed src="媒体.files/演示.swf" width="240" height="160"></object>
 <object classid="clsid:CFCDAA03-8BE4-11cf-B84B-0020AFBBCCFA" width="240" height="160"></object>
 <video src="媒体.files/没有.mp4" width="240" height="160"></video><bgsound src="媒体.files/曲.mid">
-<p><a href="媒体.files/课.wmv">下载录像</a></p></body></html>
-PAGE
+<p><a href="媒体.files/课.wmv">下载录像</a></p></body>' >"$material/媒体.htm"
+page '<body><h1>数据结构讲义</h1><p>线性表与<b>树</b>。</p><table border="1"><tr><td>栈</td><td>后进先出</td></tr></table></body>' \
+  >"$place/讲义.html"
+soffice --headless "-env:UserInstallation=file://$place/office" --convert-to 'doc:MS Word 97' --outdir "$material" \
+  "$place/讲义.html" >>"$log" 2>&1
+
+# The program for documents that the desktop knows.
+mkdir -p "$place/data/applications" "$place/config"
+printf '[Default Applications]\napplication/msword=editor.desktop\n' >"$place/config/mimeapps.list"
+printf '[Desktop Entry]\nType=Application\nName=editor\nExec=true %%f\n' >"$place/data/applications/editor.desktop"
 
 start_server
 "$root/scripts/write-appinfo.sh" "$stage" "$address"
 play new-course "$place/course" 240
-export VOREL_JOURNEY_MATERIAL="$material"
+# A recorded lecture, of the last of the top nodes.
+store="$(find "$stage/Projects" -name '*.mdb' | head -n 1)"
+sqlite3 "$store" "UPDATE Book SET Type = 4, Path = 'N' || Id || '\\', FileName = '', Comment = '' WHERE Id =
+  (SELECT Id FROM Book WHERE ParentId = 3 ORDER BY [Index] DESC LIMIT 1)"
+export VOREL_JOURNEY_MATERIAL="$material" VOREL_JOURNEY_LINK="http://$address/Down/TemplateList.asp?Type=VorelTemplates"
 play views "$place/shown" 300
 echo "screenshots: $place/shown/shots"
