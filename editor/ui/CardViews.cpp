@@ -26,7 +26,7 @@
 namespace {
 
 constexpr int c_nCommandCreate = 32814;
-constexpr int c_nCardWidth = 420;
+constexpr int c_nCardWidth = 460;
 constexpr int c_nMargin = 24;
 constexpr int c_nValueWidth = 300;
 constexpr int c_nCommentLines = 5;
@@ -46,6 +46,8 @@ QVBoxLayout* MakeCard(QWidget& view) {
     auto* pBox = new QGroupBox(&view);
     pBox->setObjectName(QStringLiteral("card"));
     pBox->setFixedWidth(c_nCardWidth);
+    // The desktop's style would fill it with a shade of its own.
+    pBox->setStyleSheet(QStringLiteral("QGroupBox { border: 1px solid palette(mid); border-radius: 2px; }"));
     auto* pOuter = new QGridLayout(&view);
     pOuter->addWidget(pBox, 0, 0, Qt::AlignCenter);
     auto* pInner = new QVBoxLayout(pBox);
@@ -70,11 +72,18 @@ QLabel* AddValue(QFormLayout& form, const QString& strLabel, const char* szName)
     return pValue;
 }
 
+/// A long text keeps a distance from the button's edges.
+void GiveRoom(QPushButton& button) {
+    button.setMinimumWidth(button.fontMetrics().horizontalAdvance(DialogParts::NameOf(button.text())) +
+                           2 * c_nMargin);
+}
+
 QLabel* MakePrompt(QVBoxLayout& layout) {
     auto* pLabel = new QLabel;
     pLabel->setObjectName(QStringLiteral("prompt"));
     pLabel->setTextFormat(Qt::PlainText);
     pLabel->setWordWrap(true);
+    pLabel->setAlignment(Qt::AlignCenter);
     layout.addWidget(pLabel);
     return pLabel;
 }
@@ -103,6 +112,7 @@ CNothingView::CNothingView(INodeViewHost& host, QWidget* pParent) : CBookShowVie
     MakePrompt(*pCard)->setText(EditorTexts::c_strNoContentPrompt);
     auto* pCreate = new QPushButton(EditorTexts::c_strCreateContent);
     DialogParts::SetNames(pCreate, "createContent", EditorTexts::c_strCreateContent);
+    GiveRoom(*pCreate);
     pCard->addWidget(pCreate, 0, Qt::AlignHCenter);
     connect(pCreate, &QPushButton::clicked, this, [this] { m_host.RunCommand(c_nCommandCreate); });
 }
@@ -114,6 +124,7 @@ CPromptView::CPromptView(INodeViewHost& host, QWidget* pParent) : CBookShowView(
     m_pText = MakePrompt(*pCard);
     m_pRefresh = new QPushButton(EditorTexts::c_strRefresh);
     DialogParts::SetNames(m_pRefresh, "refresh", EditorTexts::c_strRefresh);
+    GiveRoom(*m_pRefresh);
     pCard->addWidget(m_pRefresh, 0, Qt::AlignHCenter);
     connect(m_pRefresh, &QPushButton::clicked, this, &CPromptView::Refresh);
 }
@@ -154,6 +165,7 @@ CToolBtnView::CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& p
     m_pEdit = AddButton(QStringLiteral("edit"), &CToolBtnView::Edit);
     m_pToHtml = AddButton(QStringLiteral("toHtml"), &CToolBtnView::ConvertToHtml);
     m_pToHtml->setText(EditorTexts::c_strToHtml);
+    GiveRoom(*m_pToHtml);
     auto* pButtons = new QHBoxLayout;
     pButtons->addStretch(1);
     for (QPushButton* pButton : {m_pDownload, m_pEdit, m_pToHtml})

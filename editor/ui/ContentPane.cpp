@@ -80,6 +80,8 @@ void CContentPane::ShowAsFile(const QString& strPath) {
 
 void CContentPane::Clear() {
     m_bCleared = true;
+    // What comes next may not be a film.
+    m_pStack->setCurrentWidget(m_pBrowser);
     if (m_pMedia != nullptr)
         m_pMedia->Clear();
     ClearPage();

@@ -5,6 +5,7 @@
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/ThreadHeld.h"
 
+#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 #include <QUrl>
@@ -31,7 +32,10 @@ CContentWindow::CContentWindow(QWidget* pOpener)
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->addWidget(m_pPane);
-    resize(c_normalSize);
+    const QRect screen = pOpener->screen()->availableGeometry();
+    QRect place(QPoint(), c_normalSize.boundedTo(screen.size()));
+    place.moveCenter(pOpener->frameGeometry().center());
+    setGeometry(place & screen);
     setFocusProxy(m_pPane);
     // A full screen without a frame needs a way out that doesn't depend on the desktop, and on the page.
     for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::ALT | Qt::Key_F4)}) {

@@ -192,6 +192,19 @@
       source.addEventListener('error', () => setTimeout(() => broken() && fail()));
   }
 
+  // A film that is there is watched within its frame. Of one that isn't the frame is empty, or the engine's own, which
+  // nobody may look into.
+  function watchFrame(frame, url, kind) {
+    const check = () => {
+      if (!frame.contentDocument || frame.contentDocument.URL === 'about:blank')
+        replace(frame, url, kind);
+    };
+    if (document.readyState === 'complete')
+      frame.addEventListener('load', check, {once: true});
+    else
+      window.addEventListener('load', check, {once: true});
+  }
+
   // Music behind a page, which the engine has no element for.
   function playBehind(element, url) {
     done.add(element);
@@ -219,7 +232,9 @@
       return;
     }
     if (element.matches(FRAMES)) {
-      if (kind && !kind.mayPlay)
+      if (kind && kind.mayPlay)
+        watchFrame(element, url, kind.name);
+      else if (kind)
         replace(element, url, kind.name);
       return;
     }
