@@ -19,6 +19,8 @@ namespace {
 /// Beyond this a browser takes too long to take it in. Pictures that are their own text count.
 constexpr qsizetype c_nMaxCharacters = 30'000'000;
 constexpr int c_nMaxElements = 50'000;
+/// A parsed tree is a hundred times as large as its tags. An element has two, and there are remarks.
+constexpr qsizetype c_nMaxTags = 5 * c_nMaxElements;
 constexpr int c_nMaxSpan = 1000;
 
 struct Context {
@@ -518,9 +520,11 @@ std::optional<Fragment> Clean(const QString& strHtml, const PictureNamer& pictur
     if (strHtml.size() > c_nMaxCharacters)
         return std::nullopt;
     const QByteArray html = WithoutHeader(strHtml).toUtf8();
-    if (IsTooDeep(html))
+    if (html.count('<') > c_nMaxTags || IsTooDeep(html))
         return std::nullopt;
     const Tree tree = Parse(html);
+    if (IsDeep(tree->root))
+        return std::nullopt;
     CCleaner cleaner(tree->root, pictures);
     if (cleaner.IsTooLong())
         return std::nullopt;

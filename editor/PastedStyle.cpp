@@ -1,8 +1,10 @@
 #include "editor/PastedStyle.h"
 
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -10,9 +12,46 @@ namespace PastedHtml {
 
 namespace {
 
-/// Bounds of what a hostile text may make us hold.
+/// Bounds of what a hostile text may make us read and hold; of the sheets, all together.
 constexpr qsizetype c_nMaxClasses = 5000;
-constexpr qsizetype c_nMaxSheet = 2'000'000;
+constexpr qsizetype c_nMaxSheets = 2'000'000;
+constexpr qsizetype c_nMaxStyle = 10'000;
+constexpr qsizetype c_nMaxValue = 200;
+constexpr qsizetype c_nMaxClassNames = 2000;
+
+/// In the order of the alphabet.
+constexpr std::array<QStringView, 32> c_read = {u"background",
+                                                u"background-color",
+                                                u"border",
+                                                u"border-bottom",
+                                                u"border-bottom-style",
+                                                u"border-collapse",
+                                                u"border-left",
+                                                u"border-left-style",
+                                                u"border-right",
+                                                u"border-right-style",
+                                                u"border-style",
+                                                u"border-top",
+                                                u"border-top-style",
+                                                u"color",
+                                                u"display",
+                                                u"font-style",
+                                                u"font-weight",
+                                                u"height",
+                                                u"margin-left",
+                                                u"mso-break-type",
+                                                u"mso-element",
+                                                u"mso-hide",
+                                                u"mso-list",
+                                                u"mso-special-character",
+                                                u"page-break-before",
+                                                u"text-align",
+                                                u"text-decoration",
+                                                u"text-decoration-line",
+                                                u"vertical-align",
+                                                u"visibility",
+                                                u"white-space",
+                                                u"width"};
 
 struct Rgb {
     int nRed, nGreen, nBlue;
@@ -95,12 +134,12 @@ QString LengthOf(const QString& strValue) {
     return QString::number(nValue) + (strUnit == u"%" ? strUnit : QString());
 }
 
-void CDeclarations::Add(const QString& strDeclarations) {
-    for (const QStringView one : QStringView(strDeclarations).split(u';')) {
+void CDeclarations::Add(QStringView strDeclarations) {
+    for (const QStringView one : strDeclarations.split(u';')) {
         const qsizetype nColon = one.indexOf(u':');
-        if (nColon > 0)
-            m_values.insert(one.first(nColon).trimmed().toString().toLower(),
-                            one.sliced(nColon + 1).trimmed().toString().toLower());
+        const QString strName = one.first(std::clamp<qsizetype>(nColon, 0, c_nMaxValue)).trimmed().toString().toLower();
+        if (std::binary_search(c_read.begin(), c_read.end(), QStringView(strName)))
+            m_values.insert(strName, one.sliced(nColon + 1).trimmed().left(c_nMaxValue).toString().toLower());
     }
 }
 
@@ -160,49 +199,61 @@ std::optional<bool> CDeclarations::KeepsBlanks() const {
 }
 
 CStyleSheet::CStyleSheet(const GumboNode* pRoot) {
-    HtmlTree::ForEachElement(pRoot, [this](const GumboNode* pNode) {
+    qsizetype nRead = 0;
+    HtmlTree::ForEachElement(pRoot, [&](const GumboNode* pNode) {
         const GumboElement& element = pNode->v.element;
-        if (element.tag != GUMBO_TAG_STYLE || element.children.length != 1)
+        if (element.tag != GUMBO_TAG_STYLE || element.children.length != 1 || nRead >= c_nMaxSheets)
             return;
         const auto* pText = static_cast<const GumboNode*>(element.children.data[0]);
-        if (!HtmlTree::IsElement(pText))
-            Read(QString::fromUtf8(pText->v.text.text).left(c_nMaxSheet));
+        if (HtmlTree::IsElement(pText))
+            return;
+        const QByteArrayView text(pText->v.text.text);
+        const QString strSheet = QString::fromUtf8(text.first(std::min(text.size(), c_nMaxSheets - nRead)));
+        nRead += strSheet.size();
+        Read(strSheet);
     });
 }
 
-void CStyleSheet::Read(const QString& strSheet) {
-    static const QRegularExpression lone(u"^[a-z0-9]*\\.([\\w-]+)$"_s);
+void CStyleSheet::Read(QStringView strSheet) {
     qsizetype nAt = 0;
     while (m_classes.size() < c_nMaxClasses) {
         const qsizetype nOpen = strSheet.indexOf(u'{', nAt);
-        const qsizetype nClose = strSheet.indexOf(u'}', nOpen);
-        if (nOpen < 0 || nClose < 0)
+        const qsizetype nClose = nOpen < 0 ? -1 : strSheet.indexOf(u'}', nOpen);
+        if (nClose < 0)
             return;
-        QString strSelectors = strSheet.mid(nAt, nOpen - nAt);
+        AddRule(strSheet.sliced(nAt, nOpen - nAt).toString(), strSheet.sliced(nOpen + 1, nClose - nOpen - 1));
         nAt = nClose + 1;
-        // Office programs put their sheets into comments.
-        strSelectors.remove(u"<!--"_s).remove(u"-->"_s);
-        if (const qsizetype nComment = strSelectors.lastIndexOf(u"*/"_s); nComment >= 0)
-            strSelectors.remove(0, nComment + 2);
-        CDeclarations declarations;
-        for (const QString& strSelector : strSelectors.split(u',')) {
-            const QRegularExpressionMatch match = lone.match(strSelector.trimmed().toLower());
-            if (!match.hasMatch())
-                continue;
-            if (declarations.IsEmpty())
-                declarations.Add(strSheet.mid(nOpen + 1, nClose - nOpen - 1));
-            m_classes[match.captured(1)].Add(declarations);
-        }
     }
+}
+
+void CStyleSheet::AddRule(QString strSelectors, QStringView strDeclarations) {
+    static const QRegularExpression lone(u"^[a-z0-9]*\\.([\\w-]+)$"_s);
+    // Office programs put their sheets into comments.
+    strSelectors.remove(u"<!--"_s).remove(u"-->"_s);
+    if (const qsizetype nComment = strSelectors.lastIndexOf(u"*/"_s); nComment >= 0)
+        strSelectors.remove(0, nComment + 2);
+    QSet<QString> classes;
+    for (const QStringView strSelector : QStringView(strSelectors).split(u',')) {
+        const QRegularExpressionMatch match = lone.match(strSelector.trimmed().toString().toLower());
+        if (match.hasMatch())
+            classes.insert(match.captured(1));
+    }
+    if (classes.isEmpty())
+        return;
+    CDeclarations declarations;
+    declarations.Add(strDeclarations);
+    for (const QString& strClass : std::as_const(classes))
+        m_classes[strClass].Add(declarations);
 }
 
 CDeclarations CStyleSheet::Of(const GumboElement& element, const QString& strClass) const {
     CDeclarations declarations;
-    for (const QString& strName : strClass.toLower().split(u' ', Qt::SkipEmptyParts)) {
-        if (const auto it = m_classes.find(strName); it != m_classes.end())
+    const QString strNames = strClass.left(c_nMaxClassNames).toLower();
+    for (const QStringView strName : QStringView(strNames).split(u' ', Qt::SkipEmptyParts)) {
+        if (const auto it = m_classes.constFind(strName.toString()); it != m_classes.constEnd())
             declarations.Add(*it);
     }
-    declarations.Add(QString::fromUtf8(HtmlTree::AttributeValue(element, "style")));
+    declarations.Add(QString::fromUtf8(HtmlTree::AttributeValue(element, "style").left(c_nMaxStyle)));
     return declarations;
 }
 

@@ -20,10 +20,11 @@ struct Format {
     QString strHighlight;
 };
 
-/// The declarations of one element: names in lower case, values trimmed and in lower case.
+/// The declarations of one element, as far as they are ever asked for: names in lower case, values trimmed
+/// and in lower case. However long a text is, no more of it is held than that.
 class CDeclarations {
 public:
-    void Add(const QString& strDeclarations);
+    void Add(QStringView strDeclarations);
     void Add(const CDeclarations& others) { m_values.insert(others.m_values); }
     QString operator[](const QString& strName) const { return m_values.value(strName); }
     bool Holds(const QString& strName, const QString& strPart) const;
@@ -53,7 +54,9 @@ public:
     CDeclarations Of(const GumboElement& element, const QString& strName) const;
 
 private:
-    void Read(const QString& strSheet);
+    void Read(QStringView strSheet);
+    void AddRule(QString strSelectors, QStringView strDeclarations);
+
     QHash<QString, CDeclarations> m_classes;
 };
 

@@ -1,24 +1,116 @@
 #include "foundation/HtmlTree.h"
 
+#include <QHash>
 #include <QSet>
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
 
 namespace HtmlTree {
 namespace {
 
-constexpr int c_nMaxDepth = 2000;
+constexpr std::size_t c_nMaxDepth = 2000;
+/// The parser compares each with all before it.
+constexpr int c_nMaxAttributes = 5000;
 
 bool IsAsciiLetter(char c) {
     return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
 }
 
+bool IsSpace(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f';
+}
+
+/// The end of a tag, from behind its name, as the parser finds it; counts its attributes.
+qsizetype EndOfTag(const QByteArray& html, qsizetype n, int& nAttributes) {
+    while (n < html.size() && html[n] != '>') {
+        if (IsSpace(html[n]) || html[n] == '/') {
+            ++n;
+            continue;
+        }
+        ++nAttributes;
+        // A name may begin with the sign that else ends it.
+        for (++n; n < html.size() && !IsSpace(html[n]) && !strchr("/>=", html[n]);)
+            ++n;
+        while (n < html.size() && IsSpace(html[n]))
+            ++n;
+        if (n >= html.size() || html[n] != '=')
+            continue;
+        for (++n; n < html.size() && IsSpace(html[n]);)
+            ++n;
+        if (n < html.size() && (html[n] == '"' || html[n] == '\'')) {
+            n = html.indexOf(html[n], n + 1);
+            if (n < 0)
+                return html.size();
+            ++n;
+        } else {
+            while (n < html.size() && !IsSpace(html[n]) && html[n] != '>')
+                ++n;
+        }
+    }
+    return n;
+}
+
+/// An element with those that the parser puts between it and the next of its kind.
+std::size_t LevelsOf(const QByteArray& name) {
+    constexpr std::size_t c_nTable = 4;
+    if (name == "table")
+        return c_nTable;
+    return name == "ul" || name == "ol" || name == "dl" ? 2 : 1;
+}
+
+/// The nodes of a tree, parents first.
+std::vector<GumboNode*> NodesOf(GumboNode* pRoot) {
+    std::vector<GumboNode*> nodes = {pRoot};
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (!IsElement(nodes[i]))
+            continue;
+        const GumboVector& children = nodes[i]->v.element.children;
+        for (unsigned nChild = 0; nChild < children.length; ++nChild)
+            nodes.push_back(static_cast<GumboNode*>(children.data[nChild]));
+    }
+    return nodes;
+}
+
+/// The parser frees a tree by recursion: a deep one is laid flat before.
+void LayFlat(GumboNode* pRoot) {
+    const std::vector<GumboNode*> nodes = NodesOf(pRoot);
+    for (GumboNode* pNode : nodes) {
+        if (IsElement(pNode))
+            pNode->v.element.children.length = 0;
+    }
+    GumboVector& all = pRoot->v.element.children;
+    kGumboDefaultOptions.deallocator(kGumboDefaultOptions.userdata, all.data);
+    all.data = static_cast<void**>(
+        kGumboDefaultOptions.allocator(kGumboDefaultOptions.userdata, nodes.size() * sizeof(void*)));
+    all.length = all.capacity = unsigned(nodes.size() - 1);
+    std::copy(nodes.begin() + 1, nodes.end(), all.data);
+}
+
+void AddText(const GumboNode* pNode, QString& strText) {
+    if (!IsElement(pNode)) {
+        if (pNode->type != GUMBO_NODE_COMMENT)
+            strText += QString::fromUtf8(pNode->v.text.text);
+        return;
+    }
+    for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
+        AddText(ChildAt(pNode, i), strText);
+}
+
 } // namespace
 
 void TreeDeleter::operator()(GumboOutput* pOutput) const {
+    if (IsDeep(pOutput->root))
+        LayFlat(pOutput->root);
     gumbo_destroy_output(&kGumboDefaultOptions, pOutput);
 }
 
 Tree Parse(const QByteArray& html) {
-    return Tree(gumbo_parse_with_options(&kGumboDefaultOptions, html.constData(), size_t(html.size())));
+    // With each error the parser would keep the names of all elements that are open.
+    GumboOptions options = kGumboDefaultOptions;
+    options.max_errors = 0;
+    return Tree(gumbo_parse_with_options(&options, html.constData(), size_t(html.size())));
 }
 
 bool IsVoid(const QByteArray& name) {
@@ -31,10 +123,12 @@ bool IsVoid(const QByteArray& name) {
 bool IsTooDeep(const QByteArray& html) {
     static const QSet<QByteArray> closesItself = {"p",  "li", "dt",     "dd",    "tr",    "td",   "th",
                                                   "rt", "rp", "option", "tbody", "thead", "tfoot"};
-    int nDepth = 0;
+    // An end tag ends no element of another name.
+    QHash<QByteArray, int> open;
+    std::size_t nDepth = 0;
     for (qsizetype i = html.indexOf('<'); i >= 0 && i + 1 < html.size(); i = html.indexOf('<', i + 1)) {
         const bool bEnd = html[i + 1] == '/';
-        qsizetype nName = i + 1 + bEnd;
+        const qsizetype nName = i + 1 + bEnd;
         qsizetype nEnd = nName;
         while (nEnd < html.size() &&
                (IsAsciiLetter(html[nEnd]) || (nEnd > nName && isdigit(uchar(html[nEnd])))))
@@ -42,11 +136,42 @@ bool IsTooDeep(const QByteArray& html) {
         if (nEnd == nName)
             continue;
         const QByteArray name = html.mid(nName, nEnd - nName).toLower();
+        while (nEnd < html.size() && !IsSpace(html[nEnd]) && html[nEnd] != '/' && html[nEnd] != '>')
+            ++nEnd;
+        int nAttributes = 0;
+        i = EndOfTag(html, nEnd, nAttributes);
+        if (nAttributes > c_nMaxAttributes)
+            return true;
         if (IsVoid(name) || closesItself.contains(name))
             continue;
-        nDepth = bEnd ? qMax(nDepth - 1, 0) : nDepth + 1;
+        int& nOpen = open[name];
+        if (bEnd && nOpen == 0)
+            continue;
+        nOpen += bEnd ? -1 : 1;
+        nDepth = bEnd ? nDepth - LevelsOf(name) : nDepth + LevelsOf(name);
         if (nDepth > c_nMaxDepth)
             return true;
+    }
+    return false;
+}
+
+bool IsDeep(const GumboNode* pRoot) {
+    struct Place {
+        const GumboNode* pNode;
+        unsigned nNext;
+    };
+    // By hand, since recursion is what a deep tree forbids.
+    std::vector<Place> way = {{pRoot, 0}};
+    while (!way.empty()) {
+        Place& place = way.back();
+        if (!IsElement(place.pNode) || place.nNext == place.pNode->v.element.children.length) {
+            way.pop_back();
+            continue;
+        }
+        const GumboNode* pChild = ChildAt(place.pNode, place.nNext++);
+        if (way.size() > c_nMaxDepth)
+            return true;
+        way.push_back({pChild, 0});
     }
     return false;
 }
@@ -80,11 +205,8 @@ const GumboNode* ChildAt(const GumboNode* pElement, unsigned i) {
 }
 
 QString TextOf(const GumboNode* pNode) {
-    if (!IsElement(pNode))
-        return pNode->type == GUMBO_NODE_COMMENT ? QString() : QString::fromUtf8(pNode->v.text.text);
     QString strText;
-    for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
-        strText += TextOf(ChildAt(pNode, i));
+    AddText(pNode, strText);
     return strText;
 }
 

@@ -9,7 +9,7 @@
 #include <gumbo.h>
 
 /// Pages as trees, parsed by the rules that browsers keep. A page must pass IsTooDeep before it is parsed;
-/// then its tree is safe to go down by recursion.
+/// then its tree is safe to go down by recursion, unless it was made to hurt: IsDeep tells for certain.
 namespace HtmlTree {
 
 struct TreeDeleter {
@@ -22,8 +22,11 @@ Tree Parse(const QByteArray& html);
 
 /// How deep tags could nest at most, by their count alone, is more than can be parsed: the parser frees its
 /// tree by recursion, and its work grows with the square of the depth. Elements that authors leave open and
-/// the parser closes by itself don't count.
+/// the parser closes by itself don't count. A tag with thousands of attributes can't be parsed either.
 bool IsTooDeep(const QByteArray& html);
+
+/// Whether a tree is deeper than IsTooDeep lets pass: tags in a wrong order may nest more than they tell.
+bool IsDeep(const GumboNode* pRoot);
 
 bool IsElement(const GumboNode* pNode);
 /// An element that has no end tag.
