@@ -114,10 +114,23 @@ QString PicturesFolder(const QString& strPath) {
     return AddBackslash(AddBackslash(ParentFolder(strPath)) + FileTitle(strPath) + c_strPicturesEnding);
 }
 
+bool IsInPictures(const QString& strPath) {
+    static const QRegularExpression folder(u"\\\\Unsaved\\\\N\\d+-[0-9a-f]+\\.files\\\\"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    return strPath.contains(folder);
+}
+
+bool HasPictures(const QString& strPath) {
+    return IsFolder(WithoutBackslash(PicturesFolder(strPath)));
+}
+
+bool RefersToPictures(const QString& strText, const QString& strPath) {
+    return strText.contains(BareName(WithoutBackslash(PicturesFolder(strPath))));
+}
+
 void RemovePictures(const QString& strPath, const QString& strSavedText) {
-    const QString strFolder = WithoutBackslash(PicturesFolder(strPath));
-    if (IsFolder(strFolder) && !strSavedText.contains(BareName(strFolder)))
-        TryDeleteFolder(strFolder);
+    if (HasPictures(strPath) && !RefersToPictures(strSavedText, strPath))
+        TryDeleteFolder(WithoutBackslash(PicturesFolder(strPath)));
 }
 
 void RemoveOrphans(const CCoursePaths& paths) {

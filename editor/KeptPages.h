@@ -36,6 +36,13 @@ QString NewPath(const CCoursePaths& paths, qint32 nNode);
 /// the kept text's file, with a trailing backslash. It may not stand.
 QString PicturesFolder(const QString& strPath);
 
+/// Whether a path leads into such a folder, of whatever page and course.
+bool IsInPictures(const QString& strPath);
+
+/// Whether such a folder stands, and whether a text refers to it.
+bool HasPictures(const QString& strPath);
+bool RefersToPictures(const QString& strText, const QString& strPath);
+
 /// Removes that folder, unless the page's saved text still refers to it.
 void RemovePictures(const QString& strPath, const QString& strSavedText);
 

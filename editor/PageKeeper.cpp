@@ -134,8 +134,16 @@ void CPageKeeper::Forget() {
 
 /// Not before the page is left: what is undone may be done again.
 void CPageKeeper::ForgetPictures() {
-    m_writer.start([strPath = m_about.strPath, strSaved = m_strOnDisk] {
-        KeptPages::RemovePictures(strPath, strSaved);
+    if (KeptPages::HasPictures(m_about.strPath))
+        m_left.append({m_about.strPath, m_strOnDisk});
+    if (m_left.isEmpty())
+        return;
+    const QString strWanted = m_stillWanted ? m_stillWanted() : QString();
+    m_left.removeIf([&](const LeftPictures& left) {
+        if (KeptPages::RefersToPictures(strWanted, left.strPath))
+            return false;
+        m_writer.start([left] { KeptPages::RemovePictures(left.strPath, left.strSaved); });
+        return true;
     });
 }
 

@@ -56,6 +56,10 @@ public:
     /// the text is given up.
     QString GetPicturesFolder() const { return KeptPages::PicturesFolder(m_about.strPath); }
 
+    /// What may yet be pasted somewhere. Pictures that it names stay until another page is left and it names
+    /// them no longer; those that stand when the program ends go at a later opening of the course.
+    void SetStillWanted(std::function<QString()> text) { m_stillWanted = std::move(text); }
+
     /// The newest known text, and whether it is another than the page's on disk.
     const Text& GetText() const { return m_text; }
     bool HasText() const { return m_bKnown; }
@@ -73,8 +77,16 @@ private:
     void Written(const QString& strFailure);
     void End();
 
+    /// Pictures that are to go, and the saved text of their page.
+    struct LeftPictures {
+        QString strPath;
+        QString strSaved;
+    };
+
     AskText m_ask;
     TellFailure m_tell;
+    std::function<QString()> m_stillWanted;
+    QList<LeftPictures> m_left;
     KeptPage m_about;
     bool m_bOpen = false;
     Text m_text;

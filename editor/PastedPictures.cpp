@@ -10,7 +10,6 @@
 
 #include <QCryptographicHash>
 #include <QUrl>
-#include <QUuid>
 
 using namespace Qt::StringLiterals;
 using namespace Torvane::File;
@@ -83,7 +82,8 @@ QString CPastedPictures::TakeFile(const QString& strPath) {
     try {
         if (EndingOf(ReadFileBytes(strPath, 64)).isEmpty())
             return {};
-        if (IsPathUnder(m_strCourseFolder, strPath, u'\\'))
+        if (IsPathUnder(m_strFolder, strPath, u'\\') ||
+            (IsPathUnder(m_strCourseFolder, strPath, u'\\') && !KeptPages::IsInPictures(strPath)))
             return strPath;
         return Keep(ReadFileBytes(strPath, c_nMaxPicture + 1));
     } catch (const Torvane::CRunException&) {
@@ -102,24 +102,26 @@ QString CPastedPictures::Keep(const QByteArray& bytes) {
         m_strFailure = EditorTexts::c_strPicturesTooLarge;
         return {};
     }
-    const QString strPath = Write(bytes, strEnding);
+    QString strPath = m_strFolder + QString::fromLatin1(hash.toHex()) + strEnding;
+    // An earlier paste may have brought it. What could not be written once is not tried for each place.
+    if (!IsFile(strPath) && !Write(strPath, bytes))
+        strPath.clear();
     m_paths.insert(hash, strPath);
     return strPath;
 }
 
-QString CPastedPictures::Write(const QByteArray& bytes, const QString& strEnding) {
-    const QString strPath = m_strFolder + QUuid::createUuid().toString(QUuid::Id128).left(12) + strEnding;
+bool CPastedPictures::Write(const QString& strPath, const QByteArray& bytes) {
     try {
         TryMakeFolder(WithoutBackslash(ParentFolder(WithoutBackslash(m_strFolder))));
         TryMakeFolder(WithoutBackslash(m_strFolder));
         ReplaceFile(strPath, bytes);
     } catch (const Torvane::CRunException& failure) {
         m_strFailure = failure.GetMessage();
-        return {};
+        return false;
     }
     m_nBytes += bytes.size();
     m_made.append(strPath);
-    return strPath;
+    return true;
 }
 
 void CPastedPictures::RemoveMade() {
@@ -127,4 +129,6 @@ void CPastedPictures::RemoveMade() {
         KeptPages::Remove(strPath);
     m_made.clear();
     m_paths.clear();
+    m_strFailure.clear();
+    m_nBytes = 0;
 }

@@ -10,8 +10,9 @@
 /// course like any other.
 class CPastedPictures {
 public:
-    /// The folder is made for its first picture. What lies below the course's folder stays where it is. Both
-    /// with a trailing backslash.
+    /// The folder is made for its first picture. What lies below the course's folder stays where it is,
+    /// unless it was pasted into another page, which takes it along when it goes. Both with a trailing
+    /// backslash.
     CPastedPictures(QString strFolder, QString strCourseFolder);
 
     /// What stands in the page for a reference of the pasted text: a path, the address of a picture on the
@@ -25,11 +26,11 @@ public:
 
     /// Why a picture could not be written; empty when all were.
     QString GetFailure() const { return m_strFailure; }
-    /// The new files go again: nothing of what was pasted has come into the page.
+    /// The new files go again: nothing of what was pasted has come into the page. All is as it was at first.
     void RemoveMade();
 
 private:
-    QString Write(const QByteArray& bytes, const QString& strEnding);
+    bool Write(const QString& strPath, const QByteArray& bytes);
 
     QString m_strFolder;
     QString m_strCourseFolder;

@@ -137,7 +137,8 @@ QString LengthOf(const QString& strValue) {
 void CDeclarations::Add(QStringView strDeclarations) {
     for (const QStringView one : strDeclarations.split(u';')) {
         const qsizetype nColon = one.indexOf(u':');
-        const QString strName = one.first(std::clamp<qsizetype>(nColon, 0, c_nMaxValue)).trimmed().toString().toLower();
+        const QString strName =
+            one.first(std::clamp<qsizetype>(nColon, 0, c_nMaxValue)).trimmed().toString().toLower();
         if (std::binary_search(c_read.begin(), c_read.end(), QStringView(strName)))
             m_values.insert(strName, one.sliced(nColon + 1).trimmed().left(c_nMaxValue).toString().toLower());
     }

@@ -68,6 +68,11 @@ inline const QString c_strPictureFailed = QStringLiteral("图片没有能够粘�
 inline const QString c_strPicturesTooLarge = QStringLiteral("图片太大，或者太多。");
 inline const QString c_strPasteTooLong =
     QStringLiteral("剪贴板中的内容过长，没有粘贴。\n系统建议您分几次粘贴，或者拆分成较小的页面。");
+inline const QString c_strPastedAsText =
+    QStringLiteral("剪贴板中的内容过长，或者过于复杂，已经只粘贴其中的文字，没有格式和图片。\n"
+                   "如果需要格式和图片，请您分几次粘贴。");
+inline const QString c_strPasting = QStringLiteral("正在粘贴...");
+inline const QString c_strPasteCancelled = QStringLiteral("您取消了粘贴，网页没有改变。");
 inline const QString c_strPasteFailed = QStringLiteral("粘贴失败，请您重试!");
 
 // Commands of the page.

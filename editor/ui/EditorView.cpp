@@ -11,6 +11,7 @@
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
+#include "platform/ui/PastedData.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QPointer>
@@ -37,6 +38,7 @@ CEditorView::CEditorView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& peo
       m_pPreview(new CWebBrowser2Ex(m_pPreviewPane)), m_saver(*this, people, &DownloadUrlToFile),
       m_keeper([this](const CPageKeeper::Answer& answer) { AskLiveText(answer); },
                [this](const QString& strFailure) { TellKeepFailure(strFailure); }) {
+    m_keeper.SetStillWanted(&SPastedData::HtmlOfClipboard);
     setObjectName(QStringLiteral("CEditorView"));
     m_pDesign->setObjectName(QStringLiteral("design"));
     m_pPreview->setObjectName(QStringLiteral("preview"));

@@ -15,7 +15,7 @@ class CEditorToolBars;
 class COfferBar;
 class CSourceBox;
 class CWebBrowser2Ex;
-class CPastedPictures;
+class CPasteTask;
 class QTabBar;
 struct SPastedData;
 
@@ -82,9 +82,7 @@ private:
 
     // Pasting.
     void Paste(const SPastedData& pasted);
-    std::optional<QString> MarkupOf(const SPastedData& pasted, CPastedPictures& pictures);
-    QString MarkupOfFiles(const QStringList& files, CPastedPictures& pictures);
-    QString LinkToFile(const QString& strPath);
+    void PutPasted(CPasteTask& task);
 
     // Commands.
     void RunPlain(const EditorCommands::Command& command);

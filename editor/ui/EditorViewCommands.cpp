@@ -5,6 +5,7 @@
 #include "editor/Texts.h"
 #include "editor/ui/EditorDialogs.h"
 #include "editor/ui/EditorView.h"
+#include "editor/ui/PasteTask.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/Files.h"
 #include "foundation/SysInfo.h"
@@ -140,19 +141,7 @@ void CEditorView::InsertOtherFile() {
     const auto path = m_people.PickOpenFile(QString(), QString(), EditorTexts::c_strOtherFileFilter);
     if (!path)
         return;
-    ShowFailure(this, [&] { Insert(LinkToFile(*path)); });
-}
-
-/// Copies the file into the page's folder; the markup of a link to it. Throws.
-QString CEditorView::LinkToFile(const QString& strPath) {
-    ResourceText::ResourceCopy copy;
-    ResourceText::PlanResource(strPath, m_saver.GetFolders(), nullptr, copy);
-    // A link is made to a file that is there, and to no other.
-    if (copy.bCopy) {
-        Torvane::File::CreateFolderPath(m_saver.GetFolders().strResFolder);
-        Torvane::File::CopyOneFile(copy.strOpenPath, copy.strDest, false);
-    }
-    return HtmlFragments::OtherFile(copy.strUrl, Torvane::File::BareName(strPath));
+    ShowFailure(this, [&] { Insert(LinkToFile(*path, m_saver.GetFolders()).strMarkup); });
 }
 
 void CEditorView::InsertTable() {

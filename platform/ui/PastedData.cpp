@@ -19,14 +19,25 @@ SPastedData SPastedData::FromMime(const QMimeData& mime) {
     if (mime.hasText())
         data.strText = mime.text();
     // Office programs offer a picture of every text as well.
-    if (mime.hasImage() && data.Files.isEmpty() && data.strText.trimmed().isEmpty())
+    if (!mime.hasImage() || !data.Files.isEmpty() || !data.strText.trimmed().isEmpty())
+        return data;
+    // Taken as it is, it need be neither read nor made anew.
+    data.PictureFile = mime.data(QStringLiteral("image/png"));
+    if (!data.PictureFile.startsWith("\x89PNG\r\n\x1A\n")) {
+        data.PictureFile.clear();
         data.Picture = qvariant_cast<QImage>(mime.imageData());
+    }
     return data;
 }
 
 SPastedData SPastedData::FromClipboard() {
     const QMimeData* pMime = QGuiApplication::clipboard()->mimeData();
     return pMime ? FromMime(*pMime) : SPastedData();
+}
+
+QString SPastedData::HtmlOfClipboard() {
+    const QMimeData* pMime = QGuiApplication::clipboard()->mimeData();
+    return pMime && pMime->hasHtml() ? pMime->html() : QString();
 }
 
 SPastedData SPastedData::TextFromClipboard() {

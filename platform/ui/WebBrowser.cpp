@@ -8,6 +8,7 @@
 #include "platform/ui/PastedData.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/Texts.h"
+#include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebEngine.h"
 #include "platform/ui/WebEngineLoader.h"
 
@@ -487,20 +488,43 @@ bool CWebBrowser2Ex::PasteBrowserText(const QString& strHtml) {
                                   c_nScriptMilliseconds));
 }
 
-void CWebBrowser2Ex::PasteWhenFree(const std::function<SPastedData()>& read, std::optional<QPoint> place) {
-    if (IsCallRunning()) {
-        QTimer::singleShot(c_nRetryMilliseconds, this, [this, read, place] { PasteWhenFree(read, place); });
-        return;
-    }
-    if (!m_bPageLoaded)
+void CWebBrowser2Ex::PasteWhenFree(std::function<SPastedData()> read, std::optional<QPoint> place) {
+    m_pastes.push_back({std::move(read), place});
+    PasteNext();
+}
+
+/// One right behind the other, so that no key comes between, however long each takes.
+void CWebBrowser2Ex::PasteNext() {
+    if (m_bPasting)
         return;
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    if (place) {
-        const CCallGuard guard;
-        m_pEngine->Call(QStringLiteral("caretAt"), {place->x(), place->y()}, c_nScriptMilliseconds);
+    while (pAlive && !m_pastes.empty()) {
+        if (IsThreadHeld()) {
+            m_toPaste.start(c_nRetryMilliseconds, this);
+            return;
+        }
+        const SPaste next = std::move(m_pastes.front());
+        m_pastes.pop_front();
+        if (!m_bPageLoaded)
+            continue;
+        m_bPasting = true;
+        if (next.Place) {
+            const CCallGuard guard;
+            m_pEngine->Call(QStringLiteral("caretAt"), {next.Place->x(), next.Place->y()},
+                            c_nScriptMilliseconds);
+        }
+        if (pAlive)
+            Q_EMIT PasteWanted(next.Read());
+        if (pAlive)
+            m_bPasting = false;
     }
-    if (pAlive)
-        Q_EMIT PasteWanted(read());
+}
+
+void CWebBrowser2Ex::timerEvent(QTimerEvent* pEvent) {
+    if (pEvent->timerId() != m_toPaste.timerId())
+        return QWidget::timerEvent(pEvent);
+    m_toPaste.stop();
+    PasteNext();
 }
 
 bool CWebBrowser2Ex::HasSelection() {

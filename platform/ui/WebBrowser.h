@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QBasicTimer>
+#include <QPoint>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
 #include <QVariant>
 #include <QWidget>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -179,6 +182,7 @@ Q_SIGNALS:
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
     void focusInEvent(QFocusEvent* pEvent) override;
+    void timerEvent(QTimerEvent* pEvent) override;
 
 private:
     class CCallGuard;
@@ -205,7 +209,8 @@ private:
     void ShowNote(const QString& strText, const QString& strUrl = {});
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();
-    void PasteWhenFree(const std::function<SPastedData()>& read, std::optional<QPoint> place = {});
+    void PasteWhenFree(std::function<SPastedData()> read, std::optional<QPoint> place = {});
+    void PasteNext();
 
     std::unique_ptr<IWebEngine> m_pEngine;
     QLabel* m_pMissing = nullptr;
@@ -220,4 +225,13 @@ private:
     /// Whether the engine holds a document that the program asked for: false before the first page and while
     /// the page of a failure shows.
     bool m_bPageLoaded = false;
+    struct SPaste {
+        std::function<SPastedData()> Read;
+        /// Where it was dropped.
+        std::optional<QPoint> Place;
+    };
+    /// What the person wants to be pasted, in her order.
+    std::deque<SPaste> m_pastes;
+    bool m_bPasting = false;
+    QBasicTimer m_toPaste;
 };

@@ -11,7 +11,10 @@
 #include <QFile>
 #include <QThread>
 
+#include <atomic>
 #include <functional>
+#include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -52,9 +55,14 @@ protected:
         m_page.Images = {Picture()};
     }
 
-    /// Is asked at once whether to give up.
+    /// Is asked at once whether to give up, or as soon as a test says.
     struct CHastyPeople : CScriptedPeople {
-        qint64 GetPatience() override { return 0; }
+        std::atomic<bool> bMayAsk = true;
+        /// The status knew of it too.
+        bool bSeen = true;
+        qint64 GetPatience() override {
+            return std::exchange(bSeen, bMayAsk) ? 0 : std::numeric_limits<qint64>::max();
+        }
     };
 
     CTempFolder m_temp;
@@ -120,12 +128,14 @@ TEST_F(PageSaveTest, APictureThatCannotBeFetchedKeepsItsReferenceAndIsNamed) {
 
 TEST_F(PageSaveTest, WhoGivesUpTheCopiesHasTheOldPageUnlessItHasToBeLeft) {
     const QString strUrl = u"http://h/x.gif"_s;
-    m_fetch = [](const QString&, const QString&, const std::function<bool()>& goOn) {
+    m_fetch = [this](const QString&, const QString&, const std::function<bool()>& goOn) {
+        m_people.bMayAsk = true;
         while (goOn())
             QThread::msleep(1);
         return false;
     };
     for (const bool bMayStay : {true, false}) {
+        m_people.bMayAsk = m_people.bSeen = false;
         Open(u"old"_s, u"a"_s);
         m_page.strHtml = Picture() + u' ' + strUrl;
         m_page.Images = {Picture(), strUrl, strUrl};
