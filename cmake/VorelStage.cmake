@@ -4,6 +4,7 @@ set(CMAKE_INSTALL_MESSAGE NEVER)
 set(folder .)
 if(VOREL_WINDOWS)
   install(TARGETS Vorel VorelDocExport VorelFetch RUNTIME DESTINATION ${folder})
+  install(TARGETS VorelRecorder RUNTIME DESTINATION VRM)
   install(TARGETS vorel_webengine vorel_media LIBRARY DESTINATION ${folder})
 endif()
 install(TARGETS vorel_http LIBRARY DESTINATION ${folder})
@@ -14,6 +15,6 @@ install(DIRECTORY DESTINATION Projects)
 
 # What the portable folder needs, and no test: `cmake --build build/release --target portable`.
 if(VOREL_WINDOWS)
-  add_custom_target(portable DEPENDS Vorel vorel_http vorel_media vorel_webengine VorelCompiler VorelDocExport VorelFetch
+  add_custom_target(portable DEPENDS Vorel vorel_http vorel_media vorel_webengine VorelCompiler VorelDocExport VorelFetch VorelRecorder
                                      vorel-course-server vorel_sysdata vorel_seed)
 endif()

@@ -14,6 +14,8 @@ build=(
   libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui poppler-utils
   # What writes a course as a Word document.
   pandoc
+  # What encodes recorded lectures.
+  ffmpeg
   # What the running program needs of a bare machine: fonts, pictures, a display to start under.
   fonts-noto-cjk qt6-image-formats-plugins libqt6svg6 shared-mime-info xvfb xauth openbox
 )

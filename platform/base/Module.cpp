@@ -11,7 +11,10 @@ namespace Platform {
 CModule::CModule(const QString& strName) {
     const QString strProgram = QCoreApplication::applicationDirPath();
     m_files = {strProgram + QStringLiteral("/lib") + strName,
-               strProgram + QStringLiteral("/../lib/lib") + strName};
+               strProgram + QStringLiteral("/../lib/lib") + strName,
+               // Of a companion in a folder of its own.
+               strProgram + QStringLiteral("/../lib") + strName,
+               strProgram + QStringLiteral("/../../lib/lib") + strName};
 }
 
 bool CModule::IsThere() const {

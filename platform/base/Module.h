@@ -6,7 +6,8 @@
 namespace Platform {
 
 /// A part of the program that lies in a library of its own, for what a start need not pay for. It is loaded
-/// when it is first needed, from the program's folder or from "../lib" beside it, and stays.
+/// when it is first needed, from the program's folder or from "../lib" beside it, or the folder above, and
+/// stays.
 class CModule {
 public:
     /// The name stands without what a platform puts before and behind it ("lib", ".so"). The application

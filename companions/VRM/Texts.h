@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QString>
+
+/// Everything that the recorder says to a person.
+namespace RecorderText {
+
+using namespace Qt::StringLiterals;
+
+inline const QString c_strTitle = u"视频课件录制"_s;
+inline const QString c_strTitleOf = u"视频课件录制 - %1"_s;
+inline const QString c_strUsage = u"本程序由课程编辑程序启动：在栏目中选择“新建视频”即可录制授课实况。"_s;
+
+// What is recorded.
+inline const QString c_strPresentation = u"讲  稿(&P)："_s;
+inline const QString c_strSource = u"录制内容(&V)："_s;
+inline const QString c_strFilm = u"视频文件(&F)："_s;
+inline const QString c_strBrowse = u"浏览(&B)..."_s;
+inline const QString c_strBrowseFilm = u"浏览(&O)..."_s;
+inline const QString c_strSound = u"同时录制麦克风的声音(&M)"_s;
+inline const QString c_strNoMicrophone = u"没有找到麦克风。"_s;
+inline const QString c_strStart = u"开始录制(&R)"_s;
+inline const QString c_strCancel = u"取消"_s;
+inline const QString c_strScreen = u"屏幕"_s;
+inline const QString c_strCamera = u"摄像头 %1"_s;
+inline const QString c_strMicrophone = u"麦克风（只有声音）"_s;
+inline const QString c_strExistingFilm = u"已有的视频文件"_s;
+inline const QString c_strPickPresentation = u"选择讲稿"_s;
+inline const QString c_strPresentations = u"演示文稿 (*.ppt *.pptx *.pps *.ppsx *.odp)"_s;
+inline const QString c_strPickFilm = u"选择视频文件"_s;
+inline const QString c_strFilms =
+    u"视频文件 (*.asf *.wmv *.avi *.mp4 *.mpg *.mpeg *.mkv *.mov *.webm *.flv);;所有文件 (*)"_s;
+inline const QString c_strHint =
+    u"开始后，请您一边讲课（或观看视频）一边用“下一页”翻动讲稿，翻页的时间会一起记录下来。"_s;
+
+// Recording.
+inline const QString c_strConverting = u"正在转换讲稿..."_s;
+inline const QString c_strStarting = u"正在启动录制..."_s;
+inline const QString c_strRecording = u"正在录制　%1"_s;
+inline const QString c_strPlaying = u"正在播放视频　%1 / %2"_s;
+inline const QString c_strWriting = u"正在生成视频课件..."_s;
+inline const QString c_strWritingPart = u"正在生成视频课件...　%1%"_s;
+inline const QString c_strPrevious = u"上一页(&P)"_s;
+inline const QString c_strNext = u"下一页(&N)"_s;
+inline const QString c_strStop = u"完成录制(&S)"_s;
+inline const QString c_strOutline = u"授课纲要"_s;
+inline const QString c_strSlide = u"讲稿第 %1 页：%2"_s;
+inline const QString c_strUntitled = u"第 %1 页"_s;
+inline const QString c_strAbandon = u"录制还没有完成，您确定放弃吗？"_s;
+inline const QString c_strYes = u"放弃(&Y)"_s;
+inline const QString c_strNo = u"继续(&N)"_s;
+inline const QString c_strDone = u"视频课件录制完成，共 %1 页，时长 %2。"_s;
+inline const QString c_strClose = u"关闭(&C)"_s;
+
+// Failures.
+inline const QString c_strBadKey = u"课程的密钥无效，无法录制。"_s;
+inline const QString c_strNoPresentation = u"请您选择讲稿。"_s;
+inline const QString c_strNoFilm = u"请您选择视频文件。"_s;
+inline const QString c_strNotConverted = u"转换讲稿失败，请您检查文件是否能正常打开。"_s;
+inline const QString c_strNoConverter =
+    u"没有找到转换讲稿的程序，请您安装软件包 libreoffice-impress 和 poppler-utils。"_s;
+inline const QString c_strNoSpace = u"磁盘空间不足，请您清理磁盘后重试。"_s;
+inline const QString c_strNoEncoder = u"没有找到编码程序，请您安装软件包 ffmpeg。"_s;
+inline const QString c_strNotRecorded = u"录制失败：编码程序没有生成视频。"_s;
+inline const QString c_strNotWritten = u"无法写入视频课件的文件，请您检查磁盘空间后重试。"_s;
+
+} // namespace RecorderText
