@@ -37,6 +37,45 @@ TEST_F(EditorViewTest, WhatIsChosenAtTheCaretHoldsForWhatIsTypedThere) {
         << Html().toStdString();
 }
 
+TEST_F(EditorViewTest, APageTakesKeysBeforeTheFirstClick) {
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        Open("<p>x</p>");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_A);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == u"<p>ax</p>"_s; })) << Html().toStdString();
+        Tab(c_nSource);
+        Source().setPlainText(u"<p>y</p>"_s);
+        Tab(c_nDesign);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_B);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == u"<p>by</p>"_s; })) << Html().toStdString();
+        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s,
+                              CScriptedPeople::BoxAnswer::No);
+        EXPECT_TRUE(m_view.LeaveNode(true));
+    }
+}
+
+TEST_F(EditorViewTest, WhatIsSwitchedAtALinesEndHoldsInTheNextLine) {
+    const std::pair<int, QString> rows[] = {{32779, u"b"_s}, {32780, u"i"_s}, {32781, u"u"_s}};
+    for (const auto& [nCommand, strTag] : rows) {
+        Open("<p>x</p>");
+        Action(nCommand).trigger();
+        Type(u"开"_s);
+        Action(nCommand).trigger();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        Type(u"关"_s);
+        EXPECT_EQ(Html(), u"<p><%1>开</%1></p><p>关x</p>"_s.arg(strTag));
+        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s,
+                              CScriptedPeople::BoxAnswer::No);
+        EXPECT_TRUE(m_view.LeaveNode(true));
+    }
+    Open("<h1>x</h1>");
+    Type(u"题"_s);
+    Surface("design").ExecuteIHTMLDocumentCmd(u"SelectAll"_s, false, {});
+    Surface("design").ExecuteIHTMLDocumentCmd(u"UnSelect"_s, false, {});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    Type(u"文"_s);
+    EXPECT_EQ(Html(), u"<h1>题x</h1><p>文</p>"_s) << "a heading's weight is its own";
+}
+
 TEST_F(EditorViewTest, WhatWouldDoNothingAtTheCaretIsNotOffered) {
     enum {
         c_nCut = 32795,

@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QMenu>
 #include <QMimeData>
+#include <QQuickItem>
+#include <QQuickWidget>
 #include <QQuickWindow>
 #include <QRandomGenerator>
 #include <QShortcut>
@@ -189,6 +191,16 @@ void CWebEngine::RenewPage(bool bOtherProfile) {
         m_pView->setFocus();
 }
 
+/// The engine gives the keys to what draws the page only behind a click on it.
+void CWebEngine::LeadKeysToPage() {
+    const auto* pQuick = qobject_cast<QQuickWidget*>(m_pView->focusProxy());
+    if (!pQuick || !pQuick->rootObject())
+        return;
+    const QList<QQuickItem*> drawn = pQuick->rootObject()->childItems();
+    if (!drawn.isEmpty())
+        drawn.last()->setFocus(true);
+}
+
 void CWebEngine::ConnectPage() {
     // The handlers may call into the engine, so they run from the event loop and not inside the engine.
     connect(m_pPage.get(), &CSurfacePage::CaretMoved, this, [this] {
@@ -340,6 +352,8 @@ SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurf
     PreparePage(url);
     const QPointer<CWebEngine> pAlive(this);
     SEngineAnswer answer = LoadWith(start, url, nMilliseconds);
+    if (pAlive)
+        LeadKeysToPage();
     if (pAlive && m_access.bEditing && answer.HasValue())
         Call(QStringLiteral("watch"), {m_pPage->Token(), CopyMark()}, nMilliseconds);
     return answer;

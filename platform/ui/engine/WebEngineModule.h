@@ -54,6 +54,7 @@ private:
     void MakeProfile();
     void RenewPage(bool bOtherProfile);
     void ConnectPage();
+    void LeadKeysToPage();
     void AskForContextMenu(const QPoint& position);
     void ShowContextMenu(const QPoint& position);
     std::shared_ptr<CBlockingCall> BeginCall();

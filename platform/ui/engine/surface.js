@@ -2,7 +2,8 @@
 // see. Arguments and results are JSON. Sent with every call, since a page may be replaced at any time.
 (function () {
   'use strict';
-  const {body, isFrameset, inert, localReferences, rename, hasSelection, chosenField, elementOf, enclosing} = page;
+  const {body, isFrameset, inert, localReferences, rename, selection, hasSelection, chosenField, elementOf,
+         enclosing} = page;
   const {innerHtml, replaceDocument, dropDeclarations, setBodyHtml, setBodyKeepingCaret, takeNames, stage,
          showStaged, showMore, strays, looks} = bodyText;
   const {insert, paste} = insertion;
@@ -207,6 +208,11 @@
       document.designMode = on ? 'on' : 'off';
       steps().clear();
       document.execCommand('defaultParagraphSeparator', false, 'p');
+      // Left to itself a page that is edited has no caret before the first click, and takes no key.
+      if (on && !isFrameset(body())) {
+        selection();
+        body().focus({preventScroll: true});
+      }
       return document.designMode === (on ? 'on' : 'off');
     },
     bodyHtml: () => ({html: innerHtml(), local: localReferences(body())}),

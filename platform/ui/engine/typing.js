@@ -34,6 +34,36 @@
     });
   }
 
+  // What was switched on or off at the caret holds behind a line's end as well: the engine goes by the text before it.
+  const SWITCHES = {
+    bold: (style) => parseInt(style.fontWeight, 10) >= 600,
+    italic: (style) => style.fontStyle === 'italic',
+    underline: (style) => style.textDecorationLine.includes('underline'),
+  };
+  let switched = [];
+
+  function lookAtSwitches() {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0 || !chosen.isCollapsed)
+      return [];
+    const node = chosen.anchorNode;
+    const around = [];
+    for (let e = node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement; e; e = e.parentElement)
+      around.push(getComputedStyle(e));
+    return Object.keys(SWITCHES).map((name) => [name, document.queryCommandState(name)]).filter(([name, isOn]) => {
+      const isInherited = name !== 'underline';
+      return isOn !== (isInherited ? around.slice(0, 1) : around).some(SWITCHES[name]);
+    });
+  }
+
+  function keepSwitches() {
+    for (const [name, isOn] of switched) {
+      if (document.queryCommandState(name) !== isOn)
+        document.execCommand(name);
+    }
+    switched = [];
+  }
+
   function look() {
     const chosen = window.getSelection();
     if (chosen.rangeCount > 0 && chosen.isCollapsed)
@@ -79,10 +109,12 @@
       if (isEdited() && !event.isComposing && event.inputType.startsWith('insert') &&
           event.inputType !== 'insertFromDrop')
         look();
+      switched = event.inputType === 'insertParagraph' && isEdited() ? lookAtSwitches() : [];
     }, true);
     window.addEventListener('input', (event) => {
       if (isEdited() && !event.isComposing) {
         leadOut();
+        keepSwitches();
         // What is ticked or chosen is told of by nothing before.
         if (event instanceof InputEvent)
           keepField(event.target);
