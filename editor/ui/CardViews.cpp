@@ -26,7 +26,7 @@
 namespace {
 
 constexpr int c_nCommandCreate = 32814;
-constexpr int c_nCardWidth = 460;
+constexpr int c_nCardWidth = 520;
 constexpr int c_nMargin = 24;
 constexpr int c_nValueWidth = 300;
 constexpr int c_nCommentLines = 5;

@@ -7,9 +7,6 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMessageBox>
-#include <QThread>
-
-#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -109,11 +106,6 @@ void CSteps::WaitForOpenCourse() {
         const QWidget* pFrame = Robot::Find(c_strFrame);
         return pFrame && pFrame->windowTitle().endsWith(u" - Vorel"_s) && !QApplication::activeModalWidget();
     });
-}
-
-void CSteps::Signal(int nSignal) {
-    ::kill(qEnvironmentVariableIntValue("VOREL_JOURNEY_SERVER"), nSignal);
-    QThread::msleep(200);
 }
 
 QString CSteps::Selected(const QString& strView) {

@@ -43,8 +43,6 @@ protected:
     /// Opens the selected page for editing, with the caret behind its text.
     void EnterEditor();
     void WaitForOpenCourse();
-    /// To the course server: one that has stopped is silent.
-    static void Signal(int nSignal);
     /// Chooses a command in the main menu that holds it, with the menu's own letter.
     void Command(int nId);
     /// Asks the main window to close: the last thing that a way does, for the program goes, and the plug-in

@@ -194,6 +194,11 @@ private:
         return bytes.contains("charset=utf-8") ? QString::fromUtf8(bytes) : CodePage::Decode(bytes);
     }
 
+    static void Signal(int nSignal) {
+        ::kill(qEnvironmentVariableIntValue("VOREL_JOURNEY_SERVER"), nSignal);
+        QThread::msleep(200);
+    }
+
     static void Sql(const QString& strStatement) {
         const QString strStore = qEnvironmentVariable("VOREL_JOURNEY_STATE") + u"/courses.db"_s;
         if (QProcess::execute(u"sqlite3"_s, {strStore, u".timeout 2000"_s, strStatement}) != 0)

@@ -2,17 +2,18 @@
 #include "tests/journey/ContentSteps.h"
 #include "tests/journey/Journey.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
-#include <QTreeView>
-
-#include <csignal>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const char* const c_szWebPage = "HTTP/1.0 200 OK\r\nContent-Type: text/html; charset=utf-8\r\n\r\n"
+                                "<h1>兄弟院校的课程</h1><p>这一页在网络上。</p>";
 
 /// Every view of a node, for each kind of content, and what the person can do there.
 class CShower : public CContentSteps {
@@ -62,20 +63,10 @@ private:
             return pKind && pKind->text() == EditorTexts::c_strVideo;
         });
         m_robot.Shot(u"视频课件"_s);
-        // Where nothing records, the message stands before the prompt.
-        const QByteArray path = qgetenv("PATH");
-        QMetaObject::invokeMethod(
-            qApp,
-            [] {
-                qputenv("PATH", "/nonexistent");
-                qobject_cast<QAbstractButton*>(Robot::Find(u"edit"_s))->click();
-            },
-            Qt::QueuedConnection);
+        // Nothing records here: the message stands before the prompt.
+        m_robot.Click(u"edit"_s);
         m_robot.WaitForWidget(u"ok"_s, u"messageBox"_s);
-        Robot::OnGui([&] {
-            qputenv("PATH", path);
-            ShownBox()->move(ShownBox()->pos() + QPoint(0, 2 * ShownBox()->height()));
-        });
+        Robot::OnGui([] { ShownBox()->move(ShownBox()->pos() + QPoint(0, 2 * ShownBox()->height())); });
         m_robot.Shot(u"视频课件-prompt"_s);
         m_robot.Click(u"ok"_s, u"messageBox"_s);
     }
@@ -136,11 +127,21 @@ private:
 
     /// While its server is silent a text stands there.
     void ShowWebPage() {
-        Signal(SIGSTOP);
-        Enter({u"外部链接"_s, 4, {{u"linkUrl"_s, qEnvironmentVariable("VOREL_JOURNEY_LINK")}}});
+        QTcpServer* pServer = nullptr;
+        Robot::OnGui([&] {
+            pServer = new QTcpServer(qApp);
+            pServer->listen(QHostAddress::LocalHost);
+        });
+        const QString strUrl = u"http://127.0.0.1:%1/course.htm"_s.arg(pServer->serverPort());
+        Enter({u"外部链接"_s, 4, {{u"linkUrl"_s, strUrl}}});
         m_robot.WaitForWidget(u"webNote"_s);
         m_robot.Shot(u"外部链接-waiting"_s);
-        Signal(SIGCONT);
+        Robot::OnGui([&] {
+            while (QTcpSocket* pSocket = pServer->nextPendingConnection()) {
+                pSocket->write(c_szWebPage);
+                pSocket->disconnectFromHost();
+            }
+        });
         m_robot.WaitFor("the page of the web", [] { return !Robot::Find(u"webNote"_s); });
         m_robot.Shot(u"外部链接-shown"_s);
     }

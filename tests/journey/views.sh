@@ -55,6 +55,10 @@ play new-course "$place/course" 240
 store="$(find "$stage/Projects" -name '*.mdb' | head -n 1)"
 sqlite3 "$store" "UPDATE Book SET Type = 4, Path = 'N' || Id || '\\', FileName = '', Comment = '' WHERE Id =
   (SELECT Id FROM Book WHERE ParentId = 3 ORDER BY [Index] DESC LIMIT 1)"
-export VOREL_JOURNEY_MATERIAL="$material" VOREL_JOURNEY_LINK="http://$address/Down/TemplateList.asp?Type=VorelTemplates"
-play views "$place/shown" 300
+# All programs but the one that records.
+mkdir "$place/bin"
+ln -s /usr/bin/* "$place/bin"
+rm -f "$place/bin/ffmpeg"
+export VOREL_JOURNEY_MATERIAL="$material"
+PATH="$place/bin" play views "$place/shown" 300
 echo "screenshots: $place/shown/shots"
