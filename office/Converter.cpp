@@ -3,14 +3,22 @@
 #include "office/OutputFile.h"
 #include "platform/base/Process.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QUrl>
+
+#include <mutex>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace Torvane::Office {
 namespace {
+
+const QString c_strFolder = u"vorel-office-"_s;
+const QString c_strLock = u"in-use"_s;
+/// Longer than any conversion may take.
+constexpr qint64 c_nOldMs = 7'200'000;
 
 constexpr qint64 c_nLeastLimitMs = 180'000;
 constexpr qint64 c_nMostLimitMs = 1'200'000;
@@ -55,10 +63,16 @@ QMap<QString, QString> ProgramEnvironment(const QString& strTemporary) {
 } // namespace
 
 CConverter::CConverter(const MayGoOn& mayGoOn, qint64 nLimitMs)
-    : m_folder(QDir::tempPath() + u"/vorel-office-XXXXXX"_s), m_mayGoOn(mayGoOn), m_nLimitMs(nLimitMs) {
+    : m_folder(QDir::tempPath() + u'/' + c_strFolder + u"XXXXXX"_s), m_lock(Path(c_strLock)),
+      m_mayGoOn(mayGoOn), m_nLimitMs(nLimitMs) {
     m_time.start();
     if (!m_folder.isValid())
         return;
+    m_lock.setStaleLockTime(0);
+    if (!m_lock.tryLock())
+        return;
+    static std::once_flag once;
+    std::call_once(once, &RemoveLeftFolders);
     const QDir folder(m_folder.path());
     // Without the whole profile it would run and load what a document wants.
     m_bReady = folder.mkpath(u"profile/user"_s) && folder.mkpath(u"tmp"_s) && folder.mkpath(u"out"_s) &&
@@ -113,6 +127,28 @@ EConversion CConverter::Convert(const QString& strSource, const QString& strFilt
 EConversion CConverter::DrawPages(const QString& strPdf, const QStringList& options,
                                   const QString& strFolder) {
     return Run(PdfProgram(), options + QStringList{strPdf, strFolder + u"/p"_s}, c_nMaxFileBytes);
+}
+
+void RemoveLeftFolders() {
+    const QDir place(QDir::tempPath());
+    const QFileInfoList folders =
+        place.entryInfoList({c_strFolder + u'*'}, QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    for (const QFileInfo& folder : folders) {
+        const QString strLock = folder.filePath() + u'/' + c_strLock;
+        if (!QFileInfo::exists(strLock)) {
+            // It may have been made just now, or by an older version that is still running.
+            if (folder.lastModified().msecsTo(QDateTime::currentDateTime()) > c_nOldMs)
+                QDir(folder.filePath()).removeRecursively();
+            continue;
+        }
+        QLockFile lock(strLock);
+        lock.setStaleLockTime(0);
+        if (!lock.tryLock())
+            continue;
+        // Its owner is gone and won't come back.
+        lock.unlock();
+        QDir(folder.filePath()).removeRecursively();
+    }
 }
 
 qint64 TimeLimitMs(quint64 nSourceBytes) {

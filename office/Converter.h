@@ -4,6 +4,7 @@
 #include "office/OfficeKind.h"
 
 #include <QElapsedTimer>
+#include <QLockFile>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -41,11 +42,17 @@ private:
     EConversion Run(const QString& strProgram, const QStringList& arguments, quint64 nMaxFileBytes);
 
     QTemporaryDir m_folder;
+    /// Tells others that the folder is in use; the system forgets it with this process.
+    QLockFile m_lock;
     MayGoOn m_mayGoOn;
     QElapsedTimer m_time;
     qint64 m_nLimitMs;
     bool m_bReady = false;
 };
+
+/// Deletes the folders of conversions whose program was killed. Those of running programs stay. Each program
+/// does so before its first conversion.
+void RemoveLeftFolders();
 
 /// How long a file of that size may take: far longer than any that works takes on a slow machine.
 qint64 TimeLimitMs(quint64 nSourceBytes);

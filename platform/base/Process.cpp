@@ -11,6 +11,9 @@
 
 #include <csignal>
 #include <optional>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -182,6 +185,11 @@ EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayG
     process.setChildProcessModifier(
         [nMaxBytes = rlim_t(call.nMaxBytes), nMaxFileBytes = rlim_t(call.nMaxFileBytes)] {
             ::setpgid(0, 0);
+#ifdef __linux__
+            // Who is killed can't end it any more; the thread that waits for it lives as long as this
+            // process.
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
             const rlimit none{0, 0};
             ::setrlimit(RLIMIT_CORE, &none);
             const rlimit memory{nMaxBytes, nMaxBytes};

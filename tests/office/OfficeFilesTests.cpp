@@ -11,9 +11,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace Torvane::Office;
@@ -270,6 +273,29 @@ TEST_F(OfficeFiles, AConverterThatHangsIsGivenUp) {
     CConverter converter({}, 300);
     EXPECT_EQ(converter.Convert(u"/none"_s, u"html"_s, u"none.html"_s), EConversion::TimedOut);
     EXPECT_EQ(converter.State(), EConversion::TimedOut);
+}
+
+// A killed program can't clean up; a second one that runs must not lose its files to the next.
+TEST_F(OfficeFiles, FoldersOfKilledProgramsGoAndThoseInUseStay) {
+    const CConverter running({}, 10'000);
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    const pid_t nChild = ::fork();
+    if (nChild == 0) {
+        const CConverter killed({}, 10'000);
+        const QByteArray folder = QFile::encodeName(killed.Path({}));
+        (void)!::write(pipe[1], folder.constData(), size_t(folder.size()));
+        ::kill(::getpid(), SIGKILL);
+    }
+    ::waitpid(nChild, nullptr, 0);
+    std::array<char, 1000> folder{};
+    ASSERT_GT(::read(pipe[0], folder.data(), folder.size() - 1), 0);
+    ASSERT_TRUE(QFileInfo::exists(QFile::decodeName(folder.data())));
+    RemoveLeftFolders();
+    EXPECT_FALSE(QFileInfo::exists(QFile::decodeName(folder.data())));
+    EXPECT_TRUE(QFileInfo::exists(running.Path(u"profile"_s)));
+    ::close(pipe[0]);
+    ::close(pipe[1]);
 }
 
 TEST_F(OfficeFiles, WhatTheConverterWritesHasBounds) {
