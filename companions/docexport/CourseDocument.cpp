@@ -7,6 +7,7 @@
 #include "office/OutputFile.h"
 
 #include <QDate>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
@@ -16,6 +17,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int c_nDeepestLevel = 9;
+/// The converter takes up to half a gigabyte for a megabyte.
+constexpr qsizetype c_nPieceBytes = qsizetype{512} * 1024;
+const QByteArray c_pieceBegin = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n";
+const QByteArray c_pieceEnd = "</body></html>\n";
+const QByteArray c_asItStands = "<pre class=\"wordxml\">";
 
 QString BareName(const QString& strName) {
     return strName.mid(strName.lastIndexOf(u'/') + 1);
@@ -23,8 +29,30 @@ QString BareName(const QString& strName) {
 
 /// What the converter takes over as it stands.
 QByteArray AsItStands(const QByteArray& xml) {
-    return "<pre class=\"wordxml\">" + QString::fromUtf8(xml).toHtmlEscaped().toUtf8() + "</pre>\n";
+    return c_asItStands + QString::fromUtf8(xml).toHtmlEscaped().toUtf8() + "</pre>\n";
 }
+
+/// A text on its way into a file.
+class CTextOut {
+public:
+    /// Throws, as the others do, Torvane::CRunException with a message.
+    explicit CTextOut(const QString& strPath) : m_file(strPath) { Check(m_file.open(QIODevice::WriteOnly)); }
+    void Write(const QByteArray& text) { Check(m_file.write(text) == text.size()); }
+    void Close() {
+        Check(m_file.flush());
+        m_file.close();
+    }
+
+private:
+    void Check(bool bDone) const {
+        if (!bDone)
+            throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
+                m_file.fileName(), m_file.error() == QFileDevice::ResourceError ? DocText::c_strDiskFull
+                                                                                : m_file.errorString()));
+    }
+
+    QFile m_file;
+};
 
 /// Two slides share a sheet.
 int SlideWidth(const ReadyPicture& picture) {
@@ -45,15 +73,47 @@ CCourseDocument::CCourseDocument(const CSitePlan& plan, DocProgress& progress,
     : m_plan(plan), m_nodes(plan.Model().Nodes()), m_progress(progress), m_takePicture(takePicture),
       m_links(plan) {}
 
-QByteArray CCourseDocument::Write() {
-    m_progress.nTotal = int(m_nodes.size());
-    m_progress.Stage = DocProgress::EStage::ReadingNodes;
-    for (int i = 0; i < m_nodes.size(); ++i) {
-        if (m_progress.bCancelled)
-            throw CDocCancelled();
-        WriteNode(i);
-        m_progress.nNodes = i + 1;
+bool CCourseDocument::HasHeading(int nNode) const {
+    // The root is the course itself, which has its title page, unless it shows something of its own.
+    const ENodeView view = m_plan.Of(nNode).View;
+    return nNode > 0 || (view != ENodeView::List && view != ENodeView::Empty);
+}
+
+/// A line or two, and nothing below.
+bool CCourseDocument::IsShort(int nNode) const {
+    const SiteNode& node = m_nodes[nNode];
+    if (!node.Children.isEmpty())
+        return false;
+    switch (m_plan.Of(nNode).View) {
+    case ENodeView::Page:
+    case ENodeView::Picture:
+        return node.Row.Type == NodeType::c_nInSiteLink;
+    case ENodeView::Embedded:
+        return node.Row.Type != NodeType::c_nExternalFile;
+    default:
+        return true;
     }
+}
+
+void CCourseDocument::FindHeadings() {
+    bool bShortBefore = false;
+    for (int i = 0; i < m_nodes.size(); ++i) {
+        if (!HasHeading(i))
+            continue;
+        const int nLevel = qMax(1, m_nodes[i].Depth);
+        m_nDeep += nLevel > c_nDeepestLevel;
+        m_headings.append(
+            {m_nodes[i].Row.Title, qMin(nLevel, c_nDeepestLevel), CDocLinks::BookmarkOf(m_nodes[i].Row.Id)});
+        if (nLevel > 1)
+            continue;
+        // A sheet for each line would be wasted.
+        const bool bShort = IsShort(i);
+        m_headings.last().SharesSheet = bShort && bShortBefore;
+        bShortBefore = bShort;
+    }
+}
+
+QByteArray CCourseDocument::Front() const {
     const CSiteModel& model = m_plan.Model();
     QByteArray cover;
     if (!model.School().isEmpty())
@@ -61,8 +121,50 @@ QByteArray CCourseDocument::Write() {
     cover += WordXml::Paragraph("Title", model.Course()) +
              WordXml::Paragraph("CoverLine", DocText::c_strTeacher.arg(model.Teacher())) +
              WordXml::Paragraph("CoverLine", QDate::currentDate().toString(DocText::c_strDate));
-    return "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n" + AsItStands(cover) +
-           AsItStands(WordXml::Contents(DocText::c_strContents, m_headings)) + m_out + "</body></html>\n";
+    return AsItStands(cover) + AsItStands(WordXml::Contents(DocText::c_strContents, m_headings));
+}
+
+void CCourseDocument::WriteMarked(const QString& strPath) {
+    CTextOut marked(strPath);
+    for (int i = 0; i < m_nodes.size(); ++i) {
+        if (m_progress.bCancelled)
+            throw CDocCancelled();
+        WriteNode(i);
+        marked.Write(std::exchange(m_out, QByteArray()));
+        m_progress.nNodes = i + 1;
+    }
+    marked.Close();
+}
+
+int CCourseDocument::Write(const std::function<QString(int nPiece)>& pathOf) {
+    m_progress.nTotal = int(m_nodes.size());
+    m_progress.Stage = DocProgress::EStage::ReadingNodes;
+    FindHeadings();
+    const QString strMarked = pathOf(0) + u".marked"_s;
+    WriteMarked(strMarked);
+    QFile marked(strMarked);
+    if (!marked.open(QIODevice::ReadOnly))
+        throw Torvane::CRunException(DocText::c_strCannotRead.arg(strMarked, marked.errorString()));
+    int nPieces = 0;
+    QByteArray piece = c_pieceBegin + Front();
+    const auto write = [&] {
+        CTextOut out(pathOf(nPieces++));
+        out.Write(piece + c_pieceEnd);
+        out.Close();
+        piece = c_pieceBegin;
+    };
+    // Neither marks nor links hold an end of line, and only nodes begin so.
+    while (!marked.atEnd()) {
+        if (m_progress.bCancelled)
+            throw CDocCancelled();
+        const QByteArray line = m_anchors.Finished(marked.readLine());
+        if (piece.size() > c_nPieceBytes && line.startsWith(c_asItStands))
+            write();
+        piece += line;
+    }
+    write();
+    marked.remove();
+    return nPieces;
 }
 
 QStringList CCourseDocument::Notes() const {
@@ -85,16 +187,11 @@ void CCourseDocument::Note(const QString& strNote) {
 }
 
 void CCourseDocument::WriteNode(int nNode) {
-    const SiteNode& node = m_nodes[nNode];
-    const ENodeView view = m_plan.Of(nNode).View;
-    // The root is the course itself, which has its title page, unless it shows something of its own.
-    if (nNode == 0 && (view == ENodeView::List || view == ENodeView::Empty))
+    m_strTitle = m_nodes[nNode].Row.Title;
+    if (!HasHeading(nNode))
         return;
-    m_strTitle = node.Row.Title;
-    const int nLevel = qMax(1, node.Depth);
-    m_nDeep += nLevel > c_nDeepestLevel;
-    m_headings.append({m_strTitle, qMin(nLevel, c_nDeepestLevel), CDocLinks::BookmarkOf(node.Row.Id)});
-    m_out += AsItStands(WordXml::HeadingParagraph(m_headings.last(), nNode));
+    ++m_nHeading;
+    m_out += AsItStands(WordXml::HeadingParagraph(m_headings[m_nHeading], nNode));
     WriteContent(nNode);
 }
 
@@ -143,10 +240,12 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         return unreadable(QFileInfo(strNative).size() > Torvane::Office::c_nMaxTextBytes
                               ? DocText::c_strTooLarge
                               : DocText::c_strNoPermission);
+    const qint32 nId = m_nodes[nNode].Row.Id;
     const PageSurroundings surroundings{
         [&](const QString& strReference) { return LinkOf(strReference, strFolder); },
         [&](const QString& strReference) { return PictureOf(strReference, strFolder); },
-        CDocLinks::BookmarkOf(m_nodes[nNode].Row.Id) + u'_'};
+        [&](const QString& strAnchor) { return m_anchors.LinkTo(nId, strAnchor); },
+        [&](const QString& strAnchor) { return m_anchors.MarkOf(nId, strAnchor); }};
     const auto text = ReadPrintedPage(PageText::Decode(*bytes).Text, surroundings);
     if (!text)
         return unreadable(DocText::c_strTooDeep);
@@ -154,6 +253,7 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         Note(DocText::c_strNoteMedium.arg(m_strTitle, QString::number(text->LeftOut.size())));
     for (const QString& strLink : text->DeadLinks)
         Note(DocText::c_strNoteDeadLink.arg(m_strTitle, strLink));
+    m_colors += text->Colors;
     // Without it the numbers of a list would go on in the next node's.
     m_out += "<div>\n" + text->Html + "</div>\n";
 }
@@ -165,8 +265,11 @@ QString CCourseDocument::LinkOf(const QString& strReference, const QString& strF
         Note(DocText::c_strNoteDeadLink.arg(m_strTitle, target.Text));
     else if (target.Kind == EKind::File)
         Note(DocText::c_strNoteLinkedFile.arg(m_strTitle, BareName(target.Text)));
+    if (target.IsDeadAnchor)
+        Note(DocText::c_strNoteDeadLink.arg(m_strTitle, strReference));
     if (target.Kind == EKind::Node)
-        return u'#' + target.Text;
+        return target.Anchor.isEmpty() ? u'#' + target.Text
+                                       : m_anchors.LinkTo(m_nodes[target.Node].Row.Id, target.Anchor);
     return target.Kind == EKind::Outside ? target.Text : QString();
 }
 
@@ -216,12 +319,13 @@ void CCourseDocument::WriteEmbedded(int nNode) {
     if (strName.endsWith(".txt"_L1))
         return WriteFile(nNode);
     // The frame of a presentation has no text of its own.
-    if ((strName == "torvaneframe.htm"_L1 || strName == "frame.htm"_L1) && WriteSlides(FolderOf(plan.Source)))
+    if ((strName == "torvaneframe.htm"_L1 || strName == "frame.htm"_L1) &&
+        WriteSlides(FolderOf(plan.Source), row.Id))
         return;
     WritePage(nNode, plan.Source);
 }
 
-bool CCourseDocument::WriteSlides(const QString& strFolder) {
+bool CCourseDocument::WriteSlides(const QString& strFolder, qint32 nId) {
     static const QRegularExpression slide(u"/slide\\d+\\.(png|jpe?g|gif)$"_s,
                                           QRegularExpression::CaseInsensitiveOption);
     QStringList files = m_plan.Tree().FilesBelow(strFolder).filter(slide);
@@ -229,8 +333,12 @@ bool CCourseDocument::WriteSlides(const QString& strFolder) {
     int nSlide = 0;
     for (const QString& strFile : files) {
         const QString strName = DocText::c_strSlide.arg(++nSlide);
+        // The viewer takes the slide's page for its anchor.
+        const QString strPage = m_plan.Tree().FindFile(QFileInfo(strFile).path() + u'/' +
+                                                       QFileInfo(strFile).completeBaseName() + u".htm"_s);
+        const QByteArray mark = strPage.isEmpty() ? QByteArray() : m_anchors.MarkOf(nId, BareName(strPage));
         if (const auto picture = Take(strFile))
-            m_out += "<div data-custom-style=\"Slide\"><p>" +
+            m_out += "<div data-custom-style=\"Slide\"><p>" + mark +
                      PictureHtml(*picture, strName, 0, 0, SlideWidth(*picture)) +
                      "</p></div>\n<div data-custom-style=\"Image Caption\"><p>" + MarkupText(strName) +
                      "</p></div>\n";
@@ -264,12 +372,14 @@ void CCourseDocument::WriteFile(int nNode) {
 
 void CCourseDocument::WriteInSiteLink(int nNode) {
     const QString& strSource = m_plan.Of(nNode).Source;
+    const QString strAnchor = CDocLinks::AnchorOf(m_plan.Of(nNode).Fragment);
     const int nTarget = m_links.NodeOf(strSource);
     if (nTarget < 0)
         return WriteNamed("File Line", DocText::c_strSeeFile, BareName(strSource));
     const StoreRow& row = m_nodes[nTarget].Row;
     WriteNamed("File Line", QString(), DocText::c_strSeeNode.arg(row.Title),
-               u'#' + CDocLinks::BookmarkOf(row.Id));
+               strAnchor.isEmpty() ? u'#' + CDocLinks::BookmarkOf(row.Id)
+                                   : m_anchors.LinkTo(row.Id, strAnchor));
 }
 
 void CCourseDocument::WriteNamed(const char* szStyle, const QString& strLabel, const QString& strText,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "companions/compiler/SitePlan.h"
+#include "companions/docexport/AnchorMarks.h"
 #include "companions/docexport/DocLinks.h"
 #include "companions/docexport/DocProgress.h"
 #include "companions/docexport/PrintedPage.h"
@@ -12,26 +13,37 @@
 /// Takes a picture of the course (native path) into the document; nothing for one that can't be shown.
 using PictureTaker = std::function<std::optional<ReadyPicture>(const QString& strNativePath)>;
 
-/// The whole course as one text, in the form that the converter takes.
+/// The whole course as one text, in the form that the converter takes. Of the pages one at a time is in
+/// memory.
 class CCourseDocument {
 public:
     /// The first two must outlive the object.
     CCourseDocument(const CSitePlan& plan, DocProgress& progress, const PictureTaker& takePicture);
 
-    /// The document's title page, contents and nodes in tree order. Throws CDocCancelled.
-    QByteArray Write();
+    /// The document's title page, contents and nodes in tree order, in pieces of at most some hundred
+    /// kilobytes, or one node. pathOf gives a piece's file (native); another beside the first is used
+    /// meanwhile. How many pieces there are. Throws CDocCancelled, and Torvane::CRunException with a message
+    /// when they can't be written.
+    int Write(const std::function<QString(int nPiece)>& pathOf);
 
     const QList<WordXml::Heading>& Headings() const { return m_headings; }
     int PictureCount() const { return int(m_pictures.size()); }
+    /// The colours of its text, each a character style "Color RRGGBB".
+    const QSet<QByteArray>& Colors() const { return m_colors; }
     /// What the teacher should know: what is missing, and what is only named.
     QStringList Notes() const;
 
 private:
+    bool HasHeading(int nNode) const;
+    void FindHeadings();
+    bool IsShort(int nNode) const;
+    QByteArray Front() const;
+    void WriteMarked(const QString& strPath);
     void WriteNode(int nNode);
     void WriteContent(int nNode);
     void WritePage(int nNode, const QString& strSource);
     void WriteEmbedded(int nNode);
-    bool WriteSlides(const QString& strFolder);
+    bool WriteSlides(const QString& strFolder, qint32 nId);
     void WritePicture(int nNode);
     void WriteFile(int nNode);
     void WriteInSiteLink(int nNode);
@@ -49,10 +61,14 @@ private:
     DocProgress& m_progress;
     PictureTaker m_takePicture;
     CDocLinks m_links;
+    CAnchorMarks m_anchors;
     QList<WordXml::Heading> m_headings;
+    /// Of the node that is being written.
+    qsizetype m_nHeading = -1;
     QByteArray m_out;
     QString m_strTitle;
     QSet<QString> m_pictures;
+    QSet<QByteArray> m_colors;
     QStringList m_notes;
     QSet<QString> m_noted;
     int m_nFiles = 0;

@@ -52,9 +52,9 @@ DocOutcome Export(const DocRequest& request, const PictureTakerMaker& pictures, 
     const CSitePlan plan(model, tree);
     CWordConverter converter(progress);
     CCourseDocument document(plan, progress, pictures(converter.PictureFolder()));
-    const QByteArray html = document.Write();
+    const int nPieces = document.Write([&converter](int nPiece) { return converter.PiecePath(nPiece); });
     const CWordConverter::Result made =
-        converter.Make(html, {model.Course(), model.Teacher(), document.Headings()});
+        converter.Make({model.Course(), model.Teacher(), document.Headings(), document.Colors(), nPieces});
     progress.Stage = DocProgress::EStage::Saving;
     if (progress.bCancelled)
         throw CDocCancelled();
@@ -127,7 +127,9 @@ QString DescribeProgress(const DocProgress& progress) {
     case EStage::ReadingNodes:
         return DocText::c_strReadingNodes.arg(progress.nNodes).arg(progress.nTotal);
     case EStage::Converting:
-        return DocText::c_strConverting;
+        return progress.nPieces > 1
+                   ? DocText::c_strConvertingPieces.arg(progress.nConverted).arg(progress.nPieces)
+                   : DocText::c_strConverting;
     case EStage::Numbering:
         return DocText::c_strNumbering;
     default:

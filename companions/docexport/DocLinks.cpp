@@ -39,7 +39,17 @@ CDocLinks::Target CDocLinks::Find(const QString& strReference, const QString& st
         return NodeTarget(strPath.mid(1).toInt());
     const QString strFile = m_plan.Tree().FindFile(strPath);
     const int nNode = NodeOf(strFile);
-    return nNode < 0 ? Target{EKind::File, strFile, -1} : NodeTarget(nNode);
+    if (nNode < 0)
+        return {EKind::File, strFile, -1};
+    Target target = NodeTarget(nNode);
+    target.IsDeadAnchor = !result.Dead.isEmpty();
+    if (!target.IsDeadAnchor)
+        target.Anchor = AnchorOf(result.Text);
+    return target;
+}
+
+QString CDocLinks::AnchorOf(const QString& strAddress) {
+    return QUrl::fromPercentEncoding(strAddress.section(u'#', 1).toUtf8());
 }
 
 CDocLinks::Target CDocLinks::NodeTarget(int nNode) const {

@@ -12,6 +12,8 @@ struct DocProgress {
     std::atomic<EStage> Stage = EStage::ReadingCourse;
     std::atomic<int> nNodes = 0;
     std::atomic<int> nTotal = 0;
+    std::atomic<int> nConverted = 0;
+    std::atomic<int> nPieces = 0;
     /// The person's wish to stop. Comes too late once the stage is Saving.
     std::atomic<bool> bCancelled = false;
 };

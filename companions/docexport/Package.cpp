@@ -10,7 +10,6 @@
 #include <archive_entry.h>
 
 #include <cerrno>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -20,13 +19,6 @@ namespace {
 constexpr size_t c_nBlock = size_t{64} * 1024;
 constexpr int c_nMode = 0644;
 
-struct Closer {
-    void operator()(archive* p) const { archive_free(p); }
-    void operator()(archive_entry* p) const { archive_entry_free(p); }
-};
-using Archive = std::unique_ptr<archive, Closer>;
-using Entry = std::unique_ptr<archive_entry, Closer>;
-
 [[noreturn]] void ThrowUnwritable(const QString& strPath, archive* pArchive) {
     const int nError = archive_errno(pArchive);
     throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
@@ -34,61 +26,100 @@ using Entry = std::unique_ptr<archive_entry, Closer>;
                                                       : QString::fromUtf8(archive_error_string(pArchive))));
 }
 
-class CWriter {
-public:
-    explicit CWriter(const QString& strPath) : m_strPath(strPath), m_out(archive_write_new()) {
-        archive_write_set_format_zip(m_out.get());
-        archive_write_set_options(m_out.get(), "zip:compression=deflate");
-        Check(archive_write_open_filename(m_out.get(), QFile::encodeName(strPath).constData()));
-    }
-    void Add(const Part& part) {
-        const Entry entry(archive_entry_new());
-        archive_entry_set_pathname(entry.get(), part.Name.constData());
-        archive_entry_set_size(entry.get(), part.Bytes.size());
-        archive_entry_set_filetype(entry.get(), AE_IFREG);
-        archive_entry_set_perm(entry.get(), c_nMode);
-        Check(archive_write_header(m_out.get(), entry.get()));
-        if (archive_write_data(m_out.get(), part.Bytes.constData(), size_t(part.Bytes.size())) !=
-            part.Bytes.size())
-            ThrowUnwritable(m_strPath, m_out.get());
-    }
-    void Close() { Check(archive_write_close(m_out.get())); }
+} // namespace
 
-private:
-    void Check(int nResult) {
-        if (nResult < ARCHIVE_WARN)
-            ThrowUnwritable(m_strPath, m_out.get());
-    }
-
-    QString m_strPath;
-    Archive m_out;
-};
-
-/// Goes over the parts; false when the package can't be read to its end.
-bool ForEachPart(const QString& strPath, const std::function<bool(const QByteArray&)>& isWanted,
-                 const std::function<void(Part&)>& take) {
-    const Archive in(archive_read_new());
-    archive_read_support_format_zip(in.get());
-    if (archive_read_open_filename(in.get(), QFile::encodeName(strPath).constData(), c_nBlock) != ARCHIVE_OK)
-        return false;
-    archive_entry* pEntry = nullptr;
-    int nResult = ARCHIVE_OK;
-    while ((nResult = archive_read_next_header(in.get(), &pEntry)) == ARCHIVE_OK) {
-        Part part{archive_entry_pathname(pEntry), {}};
-        if (!isWanted(part.Name))
-            continue;
-        QByteArray block(qsizetype(c_nBlock), Qt::Uninitialized);
-        la_ssize_t nRead = 0;
-        while ((nRead = archive_read_data(in.get(), block.data(), size_t(block.size()))) > 0)
-            part.Bytes.append(block.constData(), nRead);
-        if (nRead < 0)
-            return false;
-        take(part);
-    }
-    return nResult == ARCHIVE_EOF;
+void ArchiveCloser::operator()(archive* p) const {
+    archive_free(p);
 }
 
-} // namespace
+CWriter::CWriter(const QString& strPath) : m_strPath(strPath), m_out(archive_write_new()) {
+    archive_write_set_format_zip(m_out.get());
+    archive_write_set_options(m_out.get(), "zip:compression=deflate");
+    Check(archive_write_open_filename(m_out.get(), QFile::encodeName(strPath).constData()));
+}
+
+void CWriter::Add(const Part& part) {
+    Begin(part.Name, part.Bytes.size());
+    Take(part.Bytes);
+}
+
+void CWriter::AddFile(const QByteArray& name, const QString& strFile) {
+    QFile file(strFile);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Torvane::CRunException(DocText::c_strCannotRead.arg(strFile, file.errorString()));
+    Begin(name, file.size());
+    while (!file.atEnd())
+        Take(file.read(c_nBlock));
+}
+
+void CWriter::Close() {
+    Check(archive_write_close(m_out.get()));
+}
+
+void CWriter::Begin(const QByteArray& name, qint64 nSize) {
+    const std::unique_ptr<archive_entry, decltype(&archive_entry_free)> entry(archive_entry_new(),
+                                                                              &archive_entry_free);
+    archive_entry_set_pathname(entry.get(), name.constData());
+    archive_entry_set_size(entry.get(), nSize);
+    archive_entry_set_filetype(entry.get(), AE_IFREG);
+    archive_entry_set_perm(entry.get(), c_nMode);
+    Check(archive_write_header(m_out.get(), entry.get()));
+}
+
+void CWriter::Take(const QByteArray& bytes) {
+    if (archive_write_data(m_out.get(), bytes.constData(), size_t(bytes.size())) != bytes.size())
+        ThrowUnwritable(m_strPath, m_out.get());
+}
+
+void CWriter::Check(int nResult) {
+    if (nResult < ARCHIVE_WARN)
+        ThrowUnwritable(m_strPath, m_out.get());
+}
+
+CReader::CReader(const QString& strPath) : m_in(archive_read_new()) {
+    archive_read_support_format_zip(m_in.get());
+    m_bGood = archive_read_open_filename(m_in.get(), QFile::encodeName(strPath).constData(), c_nBlock) ==
+              ARCHIVE_OK;
+}
+
+bool CReader::Next() {
+    archive_entry* pEntry = nullptr;
+    const int nResult = m_bGood ? archive_read_next_header(m_in.get(), &pEntry) : ARCHIVE_FATAL;
+    m_bGood = nResult == ARCHIVE_OK || nResult == ARCHIVE_EOF;
+    if (nResult == ARCHIVE_OK)
+        m_name = archive_entry_pathname(pEntry);
+    return nResult == ARCHIVE_OK;
+}
+
+QByteArray CReader::Block() {
+    QByteArray block(qsizetype(c_nBlock), Qt::Uninitialized);
+    const la_ssize_t nRead = archive_read_data(m_in.get(), block.data(), size_t(block.size()));
+    m_bGood = m_bGood && nRead >= 0;
+    block.resize(qMax<la_ssize_t>(nRead, 0));
+    return block;
+}
+
+QByteArray CReader::Rest() {
+    QByteArray bytes;
+    for (QByteArray block = Block(); !block.isEmpty(); block = Block())
+        bytes += block;
+    return bytes;
+}
+
+void AppendFiltered(CReader& in, const QString& strPath, const Filter& filter) {
+    QFile file(strPath);
+    bool bWritten = file.open(QIODevice::Append);
+    for (bool bLast = false; bWritten && !bLast;) {
+        const QByteArray block = in.Block();
+        bLast = block.isEmpty();
+        const QByteArray bytes = filter(block);
+        bWritten = file.write(bytes) == bytes.size();
+    }
+    if (!bWritten || !file.flush())
+        throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
+            strPath,
+            file.error() == QFileDevice::ResourceError ? DocText::c_strDiskFull : file.errorString()));
+}
 
 void Write(const QString& strPath, const QList<Part>& parts) {
     CWriter writer(strPath);
@@ -99,38 +130,67 @@ void Write(const QString& strPath, const QList<Part>& parts) {
 
 QByteArray Read(const QString& strPath, const QByteArray& name) {
     QByteArray bytes;
-    const bool bWhole = ForEachPart(
-        strPath, [&](const QByteArray& part) { return part == name; },
-        [&](Part& part) { bytes = part.Bytes; });
+    const bool bWhole = ReadBlocks(strPath, name, [&](const QByteArray& block) { bytes += block; });
     return bWhole ? bytes : QByteArray();
 }
 
-void Rewrite(const QString& strFrom, const QString& strTo, const std::function<void(Part&)>& change) {
+bool ReadBlocks(const QString& strPath, const QByteArray& name,
+                const std::function<void(const QByteArray&)>& take) {
+    CReader in(strPath);
+    bool bFound = false;
+    while (in.Next()) {
+        bFound = bFound || in.Name() == name;
+        const bool bWanted = in.Name() == name;
+        for (QByteArray block = in.Block(); !block.isEmpty(); block = in.Block()) {
+            if (bWanted)
+                take(block);
+        }
+    }
+    return bFound && in.IsGood();
+}
+
+void Rewrite(const QString& strFrom, const QString& strTo, const Change& change) {
     CWriter writer(strTo);
-    const bool bWhole = ForEachPart(
-        strFrom, [](const QByteArray&) { return true; },
-        [&](Part& part) {
-            change(part);
-            writer.Add(part);
-        });
-    if (!bWhole)
+    CReader in(strFrom);
+    while (in.Next()) {
+        if (in.Name() == change.LargePart) {
+            const QString strFile = strTo + u".part"_s;
+            QFile::remove(strFile);
+            AppendFiltered(in, strFile, change.Large);
+            writer.AddFile(in.Name(), strFile);
+            QFile::remove(strFile);
+            continue;
+        }
+        Part part{in.Name(), in.Rest()};
+        change.Other(part);
+        writer.Add(part);
+    }
+    if (!in.IsGood())
         throw Torvane::CRunException(DocText::c_strBrokenDocument);
     writer.Close();
 }
 
-QList<Part> ReferenceDocument(const QString& strHeader) {
-    const auto file = [](const QString& strName) {
-        QFile resource(u":/docexport/reference/"_s + strName);
-        return resource.open(QIODevice::ReadOnly) ? resource.readAll() : QByteArray();
-    };
-    return {{"[Content_Types].xml", file(u"content-types.xml"_s)},
-            {"_rels/.rels", file(u"rels.xml"_s)},
-            {"word/_rels/document.xml.rels", file(u"document.xml.rels"_s)},
-            {"word/document.xml", file(u"document.xml"_s)},
-            {"word/styles.xml", file(u"styles.xml"_s)},
-            {"word/settings.xml", file(u"settings.xml"_s)},
-            {"word/header1.xml", file(u"header1.xml"_s).replace("@HEADER@", MarkupText(strHeader))},
-            {"word/footer1.xml", file(u"footer1.xml"_s)}};
+QByteArray ReferencePart(const QString& strName) {
+    QFile resource(u":/docexport/reference/"_s + strName);
+    return resource.open(QIODevice::ReadOnly) ? resource.readAll() : QByteArray();
+}
+
+QList<Part> ReferenceDocument(const QString& strHeader, const QSet<QByteArray>& colors) {
+    QByteArray styles;
+    for (const QByteArray& color : colors)
+        styles += "<w:style w:type=\"character\" w:customStyle=\"1\" w:styleId=\"Color" + color +
+                  "\"><w:name w:val=\"Color " + color +
+                  "\"/><w:basedOn w:val=\"DefaultParagraphFont\"/><w:rPr><w:color w:val=\"" + color +
+                  "\"/></w:rPr></w:style>";
+    styles += "</w:styles>";
+    return {{"[Content_Types].xml", ReferencePart(u"content-types.xml"_s)},
+            {"_rels/.rels", ReferencePart(u"rels.xml"_s)},
+            {"word/_rels/document.xml.rels", ReferencePart(u"document.xml.rels"_s)},
+            {"word/document.xml", ReferencePart(u"document.xml"_s)},
+            {"word/styles.xml", ReferencePart(u"styles.xml"_s).replace("</w:styles>", styles)},
+            {"word/settings.xml", ReferencePart(u"settings.xml"_s)},
+            {"word/header1.xml", ReferencePart(u"header1.xml"_s).replace("@HEADER@", MarkupText(strHeader))},
+            {"word/footer1.xml", ReferencePart(u"footer1.xml"_s)}};
 }
 
 } // namespace Package

@@ -4,6 +4,7 @@
 #include "foundation/HtmlTree.h"
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -14,13 +15,18 @@ namespace {
 /// More than a word processor's tables have.
 constexpr int c_nMaxColumns = 60;
 constexpr int c_nMaxRows = 10000;
-/// In characters of Latin script: how many the sheet's width holds, how many of them a column has at least,
-/// and for how many one may rather break its lines. What a short column needs it gets in full.
-constexpr int c_nSheet = 75;
-constexpr int c_nNarrowest = 6;
+/// In characters of Latin script: how many the sheet's width holds in texts of each size, and for how many a
+/// column may rather break its lines.
+constexpr std::array<double, 3> c_rooms = {86, 100, 120};
 constexpr int c_nWidest = 60;
-constexpr int c_nShort = 16;
 constexpr int c_nMargins = 4;
+/// A short text stays in one line, and longer words may be broken.
+constexpr int c_nShort = 8;
+constexpr int c_nLongestWord = 20;
+
+int WidthOf(QChar c) {
+    return c.unicode() >= 0x2e80 ? 2 : 1;
+}
 
 class CTableReader {
 public:
@@ -39,10 +45,6 @@ public:
     }
 
 private:
-    static const GumboNode* ChildAt(const GumboNode* pNode, unsigned i) {
-        return static_cast<const GumboNode*>(pNode->v.element.children.data[i]);
-    }
-
     void Collect(const GumboNode* pPart, bool bHead) {
         for (unsigned i = 0; i < pPart->v.element.children.length; ++i) {
             const GumboNode* pChild = ChildAt(pPart, i);
@@ -123,61 +125,95 @@ private:
         return bLayout;
     }
 
-    static int Percent(const GumboNode* pNode) {
+    struct Said {
+        double Percent = 0;
+        double Pixels = 0;
+    };
+    static Said WidthSaid(const GumboNode* pNode) {
         const QString strStyle = StyleValue(pNode->v.element, u"width"_s);
-        const QString strWidth =
-            strStyle.isEmpty() ? QString::fromUtf8(AttributeValue(pNode->v.element, "width")) : strStyle;
-        return strWidth.endsWith(u'%') ? qBound(0, int(strWidth.chopped(1).toDouble()), 100) : 0;
+        QString strWidth = strStyle.isEmpty() ? AttributeText(pNode->v.element, "width") : strStyle;
+        if (strWidth.endsWith(u'%'))
+            return {qBound(0.0, strWidth.chopped(1).toDouble(), 100.0), 0};
+        if (strWidth.endsWith("px"_L1) || strWidth.endsWith("pt"_L1))
+            strWidth.chop(2);
+        return {0, qBound(0.0, strWidth.toDouble(), 10000.0)};
     }
 
-    static int LengthOf(const GumboNode* pCell) {
-        int nLongest = 0;
-        int nLine = 0;
-        for (const QChar c : TextBelow(pCell)) {
-            nLine = c == u'\n' ? 0 : nLine + (c.unicode() >= 0x2e80 ? 2 : 1);
-            nLongest = qMax(nLongest, nLine);
+    /// What a column takes for a text to break no line, and at least.
+    struct Need {
+        double Most = 0;
+        double Least = 0;
+
+        void Take(const QString& strText) {
+            int nLine = 0;
+            int nWord = 0;
+            int nLongest = 0;
+            const auto endLine = [&] {
+                Most = qMax(Most, double(qMin(nLine, c_nWidest)));
+                Least = qMax(Least, double(nLine <= c_nShort ? nLine : qMax(c_nShort, nLongest)));
+                nLine = nWord = nLongest = 0;
+            };
+            for (const QChar c : strText) {
+                if (c == u'\n') {
+                    endLine();
+                    continue;
+                }
+                nLine += WidthOf(c);
+                nWord = WidthOf(c) > 1 || c.isSpace() ? 0 : nWord + 1;
+                nLongest = qMax(nLongest, qMin(nWord, c_nLongestWord));
+            }
+            endLine();
         }
-        return nLongest;
-    }
+    };
 
     /// As the page says it, else by what has to stand in the columns.
     void FindShares() {
-        QList<double> said(m_nColumns, 0);
-        QList<double> needed(m_nColumns, c_nNarrowest);
+        QList<Said> said(m_nColumns);
+        QList<Need> needs(m_nColumns);
         for (const PageTable::Row& row : m_table.Rows) {
             for (const PageTable::Cell& cell : row.Cells) {
                 if (cell.ColumnSpan != 1)
                     continue;
-                said[cell.Column] = qMax(said[cell.Column], double(Percent(cell.Node)));
-                needed[cell.Column] =
-                    qMax(needed[cell.Column], double(qMin(LengthOf(cell.Node) + c_nMargins, c_nWidest)));
+                const Said width = WidthSaid(cell.Node);
+                said[cell.Column].Percent = qMax(said[cell.Column].Percent, width.Percent);
+                said[cell.Column].Pixels = qMax(said[cell.Column].Pixels, width.Pixels);
+                needs[cell.Column].Take(TextBelow(cell.Node).trimmed());
             }
         }
-        if (said.contains(0))
-            said = Fitted(needed);
-        const double dSum = std::accumulate(said.begin(), said.end(), 0.0);
-        for (const double dWeight : said)
-            m_table.Shares.append(qMax(1, int(dWeight * 100 / dSum)));
+        QList<double> widths = Fitted(needs);
+        for (double Said::*unit : {&Said::Pixels, &Said::Percent}) {
+            if (std::all_of(said.begin(), said.end(), [&](const Said& width) { return width.*unit > 0; }))
+                std::transform(said.begin(), said.end(), widths.begin(),
+                               [&](const Said& width) { return width.*unit; });
+        }
+        const double dSum = std::accumulate(widths.begin(), widths.end(), 0.0);
+        for (const double dWidth : widths)
+            m_table.Shares.append(qMax(1, int(dWidth * 100 / dSum)));
         // What the rounding leaves goes where it is seen least.
         QList<int>& shares = m_table.Shares;
         *std::max_element(shares.begin(), shares.end()) +=
             qMax(0, 100 - std::accumulate(shares.begin(), shares.end(), 0));
     }
 
-    /// Widths that don't take their room from short columns.
-    static QList<double> Fitted(QList<double> needed) {
-        double dShort = 0;
-        double dLong = 0;
-        for (const double dNeed : needed)
-            (dNeed <= c_nShort ? dShort : dLong) += dNeed;
-        const double dRoom = c_nSheet - dShort;
-        if (dLong <= dRoom || dRoom < c_nSheet / 3.0)
-            return needed;
-        for (double& dNeed : needed) {
-            if (dNeed > c_nShort)
-                dNeed *= dRoom / dLong;
+    /// What each column has at least, and of the room that is left a part by what it could use. Sets the size
+    /// of the text by whether that finds room.
+    QList<double> Fitted(const QList<Need>& needs) {
+        double dMost = 0;
+        double dLeast = 0;
+        for (const Need& need : needs) {
+            dMost += need.Most + c_nMargins;
+            dLeast += need.Least + c_nMargins;
         }
-        return needed;
+        size_t nSize = 0;
+        while (nSize + 1 < c_rooms.size() && dLeast > c_rooms[nSize])
+            ++nSize;
+        m_table.Text = PageTable::EText(nSize);
+        const double dPart =
+            dMost > dLeast ? qBound(0.0, (c_rooms[nSize] - dLeast) / (dMost - dLeast), 1.0) : 1;
+        QList<double> widths;
+        for (const Need& need : needs)
+            widths.append(need.Least + c_nMargins + (need.Most - need.Least) * dPart);
+        return widths;
     }
 
     PageTable m_table;
@@ -195,4 +231,21 @@ int PageTable::ShareOf(const Cell& cell) const {
 
 PageTable ReadTable(const GumboNode* pTable) {
     return CTableReader().Read(pTable);
+}
+
+QByteArray CellAlignment(const GumboNode* pCell) {
+    QByteArray alignment = AlignmentOf(pCell->v.element);
+    if (alignment.isEmpty() && IsElement(pCell->parent))
+        alignment = AlignmentOf(pCell->parent->v.element);
+    for (const GumboNode* pIn = pCell; alignment.isEmpty() && pIn;) {
+        const GumboNode* pFirst = nullptr;
+        for (unsigned i = 0; i < pIn->v.element.children.length && !pFirst; ++i) {
+            if (!IsBlank(ChildAt(pIn, i)))
+                pFirst = ChildAt(pIn, i);
+        }
+        pIn = pFirst && IsElement(pFirst) ? pFirst : nullptr;
+        if (pIn)
+            alignment = TagName(pIn->v.element) == "center" ? "center" : AlignmentOf(pIn->v.element);
+    }
+    return alignment == "center" || alignment == "right" ? alignment : QByteArray();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 
 #include <gumbo.h>
@@ -25,8 +26,14 @@ struct PageTable {
     bool IsLayout = false;
     /// How much of the width each column has, in percent.
     QList<int> Shares;
+    /// How small its text must be for the columns to find room on a sheet.
+    enum class EText { Normal, Small, Smallest };
+    EText Text = EText::Normal;
 
     int ShareOf(const Cell& cell) const;
 };
 
 PageTable ReadTable(const GumboNode* pTable);
+
+/// "center" or "right" for what stands so in the cell, by the cell, its row, or the paragraph in it.
+QByteArray CellAlignment(const GumboNode* pCell);

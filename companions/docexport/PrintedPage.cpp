@@ -7,7 +7,7 @@
 #include "foundation/PageAnchors.h"
 #include "foundation/Text.h"
 
-#include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <QUrl>
 
@@ -47,6 +47,11 @@ bool IsList(const QByteArray& name) {
     return name == "ul" || name == "ol" || name == "menu" || name == "dir";
 }
 
+/// A length other than none, and not one to the left.
+bool IsPositive(const QString& strLength) {
+    return !strLength.startsWith(u'-') && strLength.contains(QRegularExpression(u"[1-9]"_s));
+}
+
 int Pixels(const GumboElement& element, const char* szName) {
     const QString strStyle = StyleValue(element, QString::fromLatin1(szName));
     QString strValue = strStyle.isEmpty() ? QString::fromUtf8(AttributeValue(element, szName)) : strStyle;
@@ -64,50 +69,40 @@ public:
     explicit CPageWriter(const PageSurroundings& surroundings) : m_surroundings(surroundings) {}
 
     PrintedPage WritePage(const GumboNode* pRoot, const QStringList& anchors, bool bScript) {
-        FindAnchors(pRoot, PageAnchors::CNames(anchors), bScript);
+        m_anchors = QSet<QString>(anchors.begin(), anchors.end());
+        m_names = PageAnchors::CNames(anchors);
+        m_bScript = bScript;
         Write(pRoot);
         EndLine();
-        return {m_out, m_leftOut, m_deadLinks};
+        return {m_out, m_leftOut, m_deadLinks, m_colors};
     }
 
 private:
-    void FindAnchors(const GumboNode* pRoot, const PageAnchors::CNames& names, bool bScript) {
-        ForEachElement(pRoot, [&](const GumboNode* pNode) {
-            if (pNode->v.element.tag != GUMBO_TAG_A)
-                return;
-            const QString strReference =
-                QString::fromUtf8(AttributeValue(pNode->v.element, "href")).trimmed();
-            const QString strFragment = strReference.mid(1);
-            if (!strReference.startsWith(u'#') || strFragment.isEmpty() || m_meant.contains(strFragment))
-                return;
-            const QString strName = names.Meant(strFragment);
-            m_meant.insert(strFragment, strName);
-            if (!strName.isEmpty() && !m_anchors.contains(strName))
-                m_anchors.insert(strName,
-                                 m_surroundings.AnchorPrefix + QString::number(m_anchors.size() + 1));
-            // A script may make the place; the top of a page has no anchor.
-            if (strName.isEmpty() && !bScript && LowerAscii(strFragment) != "top"_L1)
-                m_deadLinks.append(strReference);
-        });
+    QString AnchorLink(const QString& strReference) {
+        const QString strFragment = strReference.mid(1);
+        const QString strName = m_names.Meant(strFragment);
+        if (!strName.isEmpty())
+            return m_surroundings.AnchorLink(strName);
+        // A script may make the place; the top of a page has no anchor.
+        if (!strFragment.isEmpty() && !m_bScript && LowerAscii(strFragment) != "top"_L1 &&
+            !m_deadLinks.contains(strReference))
+            m_deadLinks.append(strReference);
+        return {};
     }
 
-    /// Of several with one name the first counts.
     QByteArray AnchorMarks(const GumboElement& element) {
         QByteArray marks;
         for (const char* szName : {"id", "name"}) {
             const QString strName = QString::fromUtf8(AttributeValue(element, szName));
-            if ((*szName == 'n' && element.tag != GUMBO_TAG_A) || !m_anchors.contains(strName) ||
-                m_placed.contains(strName))
-                continue;
-            m_placed.insert(strName);
-            marks += "<span id=\"" + m_anchors[strName].toUtf8() + "\"></span>";
+            if ((*szName == 'i' || element.tag == GUMBO_TAG_A) && m_anchors.contains(strName))
+                marks += m_surroundings.AnchorMark(strName);
         }
         return marks;
     }
 
     void WriteChildren(const GumboNode* pNode) {
         for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
-            Write(static_cast<const GumboNode*>(pNode->v.element.children.data[i]));
+            Write(ChildAt(pNode, i));
     }
 
     void Write(const GumboNode* pNode) {
@@ -119,6 +114,12 @@ private:
             m_line.AddText(QString::fromUtf8(pNode->v.text.text), m_style);
     }
 
+    void TakeStyle(const GumboElement& element, const QByteArray& name) {
+        m_style.Take(element, name);
+        if (!m_style.Color.isEmpty())
+            m_colors.insert(m_style.Color);
+    }
+
     void WriteElement(const GumboNode* pNode) {
         const GumboElement& element = pNode->v.element;
         const QByteArray name = TagName(element);
@@ -127,7 +128,7 @@ private:
         if (IsDropped(element, name))
             return;
         const RunStyle before = m_style;
-        m_style.Take(element, name);
+        TakeStyle(element, name);
         if (const QByteArray marks = AnchorMarks(element); !marks.isEmpty()) {
             // In the block, not at the end of the line before.
             if (IsBlock(name) || IsHeading(name) || IsList(name) || name == "table" || name == "pre")
@@ -173,8 +174,8 @@ private:
                           : name[1] == '3' ? "Page Heading 2"
                                            : "Page Heading 3";
             m_bHeading = true;
-        } else if (m_bHeading) {
-            // Nothing changes the looks of a heading.
+        } else if (m_bHeading || m_bTable) {
+            // Nothing changes the looks of a heading, and cells have theirs.
         } else if (alignment == "center" || name == "center" || name == "figcaption") {
             m_paragraph = "Centered";
         } else if (alignment == "right") {
@@ -183,6 +184,8 @@ private:
             m_paragraph.clear();
         } else if (name == "dd") {
             m_paragraph = "Indented";
+        } else if (IsPositive(StyleValue(pNode->v.element, u"text-indent"_s))) {
+            m_paragraph = c_firstLine;
         }
         if (name == "dt")
             m_style.Bold = true;
@@ -198,18 +201,16 @@ private:
     }
 
     void WriteLink(const GumboNode* pNode) {
-        const QString strReference = QString::fromUtf8(AttributeValue(pNode->v.element, "href")).trimmed();
-        if (strReference.startsWith(u'#')) {
-            const QString strAnchor = m_anchors.value(m_meant.value(strReference.mid(1)));
-            m_style.Link = strAnchor.isEmpty() ? QString() : u'#' + strAnchor;
-        } else if (!strReference.isEmpty()) {
+        const QString strReference = AttributeText(pNode->v.element, "href");
+        if (strReference.startsWith(u'#'))
+            m_style.Link = AnchorLink(strReference);
+        else if (!strReference.isEmpty())
             m_style.Link = m_surroundings.Link(strReference);
-        }
         WriteChildren(pNode);
     }
 
     void WritePicture(const GumboElement& element) {
-        const QString strReference = QString::fromUtf8(AttributeValue(element, "src")).trimmed();
+        const QString strReference = AttributeText(element, "src");
         const QString strAlt = QString::fromUtf8(AttributeValue(element, "alt")).simplified();
         const int nWidth = Pixels(element, "width");
         const int nHeight = Pixels(element, "height");
@@ -257,7 +258,7 @@ private:
     static bool HoldsListsAlone(const GumboNode* pList) {
         bool bAny = false;
         for (unsigned i = 0; i < pList->v.element.children.length; ++i) {
-            const auto* pChild = static_cast<const GumboNode*>(pList->v.element.children.data[i]);
+            const GumboNode* pChild = ChildAt(pList, i);
             if (IsBlank(pChild))
                 continue;
             if (!IsElement(pChild) || !IsList(TagName(pChild->v.element)))
@@ -282,10 +283,10 @@ private:
             open += " type=\"" + (types.contains(type) ? type : "1") + "\">";
         }
         Open(open);
-        const QByteArray styleBefore = std::exchange(m_paragraph, QByteArray());
+        const QByteArray styleBefore = std::exchange(m_paragraph, m_bTable ? m_paragraph : QByteArray());
         bool bItem = false;
         for (unsigned i = 0; i < pNode->v.element.children.length; ++i) {
-            const auto* pChild = static_cast<const GumboNode*>(pNode->v.element.children.data[i]);
+            const GumboNode* pChild = ChildAt(pNode, i);
             if (IsBlank(pChild))
                 continue;
             const QByteArray child = IsElement(pChild) ? TagName(pChild->v.element) : QByteArray();
@@ -310,6 +311,17 @@ private:
         Close(name == "ol" ? "</ol>" : "</ul>");
     }
 
+    static QByteArray TextStyle(const PageTable& table) {
+        switch (table.Text) {
+        case PageTable::EText::Small:
+            return "Small Table Text";
+        case PageTable::EText::Smallest:
+            return "Smallest Table Text";
+        default:
+            return "Table Text";
+        }
+    }
+
     void WriteTable(const GumboNode* pNode) {
         EndLine();
         const PageTable table = ReadTable(pNode);
@@ -327,7 +339,7 @@ private:
         for (const int nShare : table.Shares)
             m_out += "<col style=\"width:" + QByteArray::number(nShare) + "%\"/>";
         m_out += "</colgroup>\n";
-        const QByteArray styleBefore = std::exchange(m_paragraph, QByteArray());
+        const QByteArray styleBefore = std::exchange(m_paragraph, TextStyle(table));
         const int nWidthBefore = m_nMaxWidth;
         for (qsizetype i = 0; i < table.Rows.size(); ++i) {
             if (i == 0)
@@ -353,14 +365,14 @@ private:
                 m_out += " colspan=\"" + QByteArray::number(cell.ColumnSpan) + '"';
             if (cell.RowSpan > 1)
                 m_out += " rowspan=\"" + QByteArray::number(cell.RowSpan) + '"';
-            const QByteArray alignment = AlignmentOf(cell.Node->v.element);
-            if (alignment == "center" || alignment == "right" || bHeader)
-                m_out += " style=\"text-align:" + (alignment == "right" ? alignment : "center") + '"';
+            const QByteArray alignment = CellAlignment(cell.Node);
+            if (!alignment.isEmpty() || bHeader)
+                m_out += " style=\"text-align:" + (alignment.isEmpty() ? "center" : alignment) + '"';
             m_out += '>';
             m_nMaxWidth = qMax(nTableWidth * table.ShareOf(cell) / 100 - c_nCellMargins, c_nLeastWidth);
             m_bPlain = true;
             const RunStyle before = m_style;
-            m_style.Take(cell.Node->v.element, "td");
+            TakeStyle(cell.Node->v.element, "td");
             m_line.AddMarkup(AnchorMarks(cell.Node->v.element));
             WriteChildren(cell.Node);
             EndLine();
@@ -372,14 +384,18 @@ private:
 
     /// Ends the paragraph, if there is anything in it.
     void EndLine() {
+        const bool bPicture = m_line.HasPicture();
         const QByteArray line = m_line.Take();
         if (line.isEmpty())
             return;
-        const bool bStyled = !m_paragraph.isEmpty() && !m_bTable;
-        if (m_bPlain && !bStyled)
+        QByteArray style = m_paragraph;
+        // Justified, or with the distance that lines of text have, it would stand in too much room.
+        if (bPicture && !m_bPlain && (style.isEmpty() || style == "Centered" || style == c_firstLine))
+            style = style == "Centered" ? "Centered Picture" : "Picture Line";
+        if (m_bPlain && style.isEmpty())
             m_out += line;
-        else if (bStyled)
-            m_out += "<div data-custom-style=\"" + m_paragraph + "\"><p>" + line + "</p></div>\n";
+        else if (!style.isEmpty())
+            m_out += "<div data-custom-style=\"" + style + "\"><p>" + line + "</p></div>\n";
         else
             m_out += "<p>" + line + "</p>\n";
         m_bPlain = false;
@@ -394,17 +410,18 @@ private:
         m_bPlain = false;
     }
 
-    static constexpr int c_nCellMargins = 16;
+    static constexpr char c_firstLine[] = "First Line Indented";
+    static constexpr int c_nCellMargins = 12;
     static constexpr int c_nLeastWidth = 24;
 
     const PageSurroundings& m_surroundings;
-    /// The page's anchors by what its links say, and the names in the document of those that are linked to.
-    QHash<QString, QString> m_meant;
-    QHash<QString, QString> m_anchors;
-    QSet<QString> m_placed;
+    QSet<QString> m_anchors;
+    PageAnchors::CNames m_names;
+    bool m_bScript = false;
     QByteArray m_out;
     QStringList m_leftOut;
     QStringList m_deadLinks;
+    QSet<QByteArray> m_colors;
     CTextLine m_line;
     RunStyle m_style;
     /// The style of the paragraphs that are being written; empty for the plain one.

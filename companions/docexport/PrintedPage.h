@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -22,8 +23,9 @@ struct PageSurroundings {
     std::function<QString(const QString& strReference)> Link;
     /// The picture of a reference; nothing leaves its alternative text.
     std::function<std::optional<ReadyPicture>(const QString& strReference)> Picture;
-    /// What the bookmarks of the page's own anchors begin with.
-    QString AnchorPrefix;
+    /// A link, with its "#", to an anchor of the page itself, and the markup of that place.
+    std::function<QString(const QString& strAnchor)> AnchorLink;
+    std::function<QByteArray(const QString& strAnchor)> AnchorMark;
 };
 
 /// The text of a page as the converter takes it.
@@ -35,6 +37,8 @@ struct PrintedPage {
     QStringList LeftOut;
     /// Links, with their "#", to places that the page doesn't have.
     QStringList DeadLinks;
+    /// Of its text, as PaperColor gives them.
+    QSet<QByteArray> Colors;
 };
 
 /// Widest and highest that a picture stands on a sheet of paper, in pixels of 1/96 inch.

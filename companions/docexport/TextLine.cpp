@@ -1,5 +1,6 @@
 #include "companions/docexport/TextLine.h"
 
+#include "companions/docexport/PaperColor.h"
 #include "companions/docexport/PrintedPage.h"
 #include "foundation/HtmlTree.h"
 
@@ -31,6 +32,8 @@ QByteArray OpeningTags(const RunStyle& style) {
     };
     if (!style.Link.isEmpty())
         open += "<a href=\"" + MarkupText(style.Link) + "\">";
+    if (!style.Color.isEmpty() && style.Link.isEmpty())
+        open += "<span data-custom-style=\"Color " + style.Color + "\">";
     add(style.Bold, "<strong>");
     add(style.Italic, "<em>");
     add(style.Underlined && style.Link.isEmpty(), "<u>");
@@ -75,8 +78,13 @@ QString TextBelow(const GumboNode* pNode) {
         return u"\n"_s;
     QString strText;
     for (unsigned i = 0; i < pNode->v.element.children.length; ++i)
-        strText += TextBelow(static_cast<const GumboNode*>(pNode->v.element.children.data[i]));
+        strText += TextBelow(ChildAt(pNode, i));
     return strText;
+}
+
+void RunStyle::TakeColor(const QString& strColor) {
+    if (!strColor.isEmpty() && strColor != "inherit"_L1)
+        Color = PaperColor(strColor);
 }
 
 void RunStyle::Take(const GumboElement& element, const QByteArray& name) {
@@ -94,8 +102,11 @@ void RunStyle::Take(const GumboElement& element, const QByteArray& name) {
         Raised = true;
     else if (name == "code" || name == "tt" || name == "kbd" || name == "samp")
         Code = true;
+    else if (name == "font")
+        TakeColor(AttributeText(element, "color"));
     if (AttributeValue(element, "style").isEmpty())
         return;
+    TakeColor(StyleValue(element, u"color"_s));
     const QString strWeight = StyleValue(element, u"font-weight"_s);
     if (!strWeight.isEmpty())
         Bold = strWeight.startsWith("bold"_L1) || strWeight.toInt() >= 600;
@@ -150,7 +161,7 @@ void CTextLine::AddPicture(const QByteArray& markup, const RunStyle& style) {
     Begin(plain);
     m_markup += markup;
     m_last = QChar::ObjectReplacementCharacter;
-    m_bAny = true;
+    m_bAny = m_bPicture = true;
 }
 
 QByteArray CTextLine::Take() {
@@ -160,7 +171,7 @@ QByteArray CTextLine::Take() {
         line = std::exchange(m_markup, QByteArray());
     else if (!m_last.isNull())
         m_markup.clear();
-    m_bAny = m_bBlank = m_bLineEnd = false;
+    m_bAny = m_bPicture = m_bBlank = m_bLineEnd = false;
     m_last = QChar();
     return line;
 }

@@ -14,12 +14,17 @@ struct RunStyle {
     bool Lowered = false;
     bool Raised = false;
     bool Code = false;
+    /// As "RRGGBB"; empty for the document's own.
+    QByteArray Color;
     QString Link;
 
     bool operator==(const RunStyle&) const = default;
 
     /// Adds what an element says by its name and its own style.
     void Take(const GumboElement& element, const QByteArray& name);
+
+private:
+    void TakeColor(const QString& strColor);
 };
 
 /// A property of an element's own style, in lower case; empty for none.
@@ -38,6 +43,7 @@ public:
     /// Blanks are drawn together as browsers do it; a line end between two Chinese characters is none.
     void AddText(const QString& strText, const RunStyle& style);
     void AddPicture(const QByteArray& markup, const RunStyle& style);
+    bool HasPicture() const { return m_bPicture; }
     /// Something without looks.
     void AddMarkup(const QByteArray& markup) { m_markup += markup; }
 
@@ -52,6 +58,7 @@ private:
     QByteArray m_open;
     RunStyle m_style;
     bool m_bAny = false;
+    bool m_bPicture = false;
     bool m_bBlank = false;
     bool m_bLineEnd = false;
     QChar m_last;

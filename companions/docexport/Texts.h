@@ -84,6 +84,7 @@ inline const QString c_strReplace = QStringLiteral("“%1”已存在，要替�
 inline const QString c_strReadingCourse = QStringLiteral("正在读取课程...");
 inline const QString c_strReadingNodes = QStringLiteral("正在读取栏目：%1 / %2");
 inline const QString c_strConverting = QStringLiteral("正在生成 Word 文件...");
+inline const QString c_strConvertingPieces = QStringLiteral("正在生成 Word 文件：%1 / %2");
 inline const QString c_strNumbering = QStringLiteral("正在计算目录的页码...");
 inline const QString c_strSaving = QStringLiteral("正在保存...");
 inline const QString c_strCancelling = QStringLiteral("正在取消...");

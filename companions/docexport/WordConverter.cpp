@@ -1,6 +1,7 @@
 #include "companions/docexport/WordConverter.h"
 
 #include "companions/docexport/Package.h"
+#include "companions/docexport/Pieces.h"
 #include "companions/docexport/PrintedPage.h"
 #include "office/OutputFile.h"
 #include "platform/base/Process.h"
@@ -21,8 +22,10 @@ constexpr qint64 c_nLimitMs = 3'600'000;
 /// The page numbers are not worth more: the document stands without them.
 constexpr qint64 c_nLayoutLimitMs = 900'000;
 constexpr quint64 c_nMaxFileBytes = quint64{2} << 30;
-/// A course of a thousand pages takes some 0.7 GB; what takes more than this would slow the whole machine.
+/// One page may be that large; what takes more than this would slow the whole machine.
 const QString c_strMemory = u"-M4g"_s;
+
+constexpr char c_documentPart[] = "word/document.xml";
 
 QString PandocProgram() {
     return Platform::FindSystemProgram(u"pandoc"_s);
@@ -42,6 +45,16 @@ QByteArray CoreProperties(const CWordConverter::Course& course) {
            MarkupText(course.Name) + "</dc:title><dc:creator>" + MarkupText(course.Teacher) +
            "</dc:creator><dc:language>zh-CN</dc:language>" + time("created") + time("modified") +
            "</cp:coreProperties>";
+}
+
+/// The parts but the text.
+void Finish(Package::Part& part, const CWordConverter::Course& course) {
+    if (part.Name == "docProps/core.xml")
+        part.Bytes = CoreProperties(course);
+    else if (part.Name == "word/settings.xml")
+        part.Bytes = Package::ReferencePart(u"settings.xml"_s);
+    else if (part.Name == "word/numbering.xml")
+        part.Bytes = WordXml::CloserLists(part.Bytes);
 }
 
 /// The pages of the outline's entries, in their order.
@@ -85,15 +98,15 @@ void CWordConverter::Check(EConversion eEnd) const {
         throw CRunException(DocText::c_strTimedOut);
 }
 
-void CWordConverter::RunPandoc() {
-    const QString strOutput = m_converter.Path(u"out/pandoc.docx"_s);
+QString CWordConverter::RunPandoc(int nPiece) {
+    const QString strOutput = m_converter.Path(u"out/%1.docx"_s.arg(nPiece));
     const QStringList arguments{u"+RTS"_s, c_strMemory, u"-RTS"_s,
                                 // The person's own styles and filters have no say.
                                 u"--data-dir"_s, m_converter.Path(u"pandoc"_s), u"--from"_s, u"html"_s,
                                 u"--to"_s, u"docx"_s, u"--lua-filter"_s, m_converter.Path(u"filter.lua"_s),
                                 u"--reference-doc"_s, m_converter.Path(u"reference.docx"_s),
                                 u"--resource-path"_s, PictureFolder(), u"--output"_s, strOutput,
-                                m_converter.Path(u"course.html"_s)};
+                                PiecePath(nPiece)};
     QMap<QString, QString> environment{{u"LC_ALL"_s, u"C.UTF-8"_s},
                                        {u"TMPDIR"_s, m_converter.Path(u"tmp"_s)}};
     // Nothing that it is given names an address; this door is closed all the same.
@@ -109,6 +122,7 @@ void CWordConverter::RunPandoc() {
         throw CRunException(m_converter.IsOutOfSpace()
                                 ? DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull)
                                 : DocText::c_strConverterFailed);
+    return strOutput;
 }
 
 QHash<QString, int> CWordConverter::FindPages(const Course& course) {
@@ -143,31 +157,40 @@ QHash<QString, int> CWordConverter::FindPages(const Course& course) {
     return pages;
 }
 
-CWordConverter::Result CWordConverter::Make(const QByteArray& html, const Course& course) {
+CWordConverter::Result CWordConverter::Make(const Course& course) {
     m_progress.Stage = DocProgress::EStage::Converting;
     QFile filter(u":/docexport/filter.lua"_s);
     if (!filter.open(QIODevice::ReadOnly))
         throw CRunException(DocText::c_strConverterFailed);
     WriteInput(u"filter.lua"_s, filter.readAll());
-    WriteInput(u"course.html"_s, html);
-    Package::Write(m_converter.Path(u"reference.docx"_s), Package::ReferenceDocument(course.Name));
-    RunPandoc();
+    Package::Write(m_converter.Path(u"reference.docx"_s),
+                   Package::ReferenceDocument(course.Name, course.Colors));
+    m_progress.nPieces = course.Pieces;
+    QStringList pieces;
+    for (int i = 0; i < course.Pieces; ++i) {
+        pieces.append(RunPandoc(i));
+        m_progress.nConverted = i + 1;
+    }
+    const QString strPandoc = m_converter.Path(u"pandoc.docx"_s);
+    JoinPieces(pieces, strPandoc);
+    for (const QString& strPiece : pieces)
+        QFile::remove(strPiece);
 
     const auto finish = [&](const QString& strFrom, const QString& strName,
                             const QHash<QString, int>& pages) {
-        Package::Rewrite(strFrom, m_converter.Path(strName), [&](Package::Part& part) {
-            if (part.Name == "word/document.xml")
-                part.Bytes = WordXml::Finished(part.Bytes, pages);
-            else if (part.Name == "docProps/core.xml")
-                part.Bytes = CoreProperties(course);
-        });
+        WordXml::CFinisher finisher(pages);
+        Package::Rewrite(strFrom, m_converter.Path(strName),
+                         {c_documentPart, [&](const QByteArray& block) { return finisher.Take(block); },
+                          [&](Package::Part& part) { Finish(part, course); }});
     };
-    const QString strPandoc = m_converter.Path(u"out/pandoc.docx"_s);
     finish(strPandoc, u"layout.docx"_s, {});
     const QHash<QString, int> pages = FindPages(course);
     finish(strPandoc, u"course.docx"_s, pages);
     const QString strMade = m_converter.Path(u"course.docx"_s);
-    if (WordXml::CountHeadings(Package::Read(strMade, "word/document.xml")) != course.Headings.size())
+    WordXml::CHeadingCount headings;
+    if (!Package::ReadBlocks(strMade, c_documentPart,
+                             [&](const QByteArray& block) { headings.Take(block); }) ||
+        headings.Count() != course.Headings.size())
         throw CRunException(DocText::c_strBrokenDocument);
     return {strMade, !pages.isEmpty() || course.Headings.isEmpty()};
 }

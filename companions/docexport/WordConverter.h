@@ -19,22 +19,26 @@ public:
     /// Where the pictures of the document shall lie, native.
     QString PictureFolder() const { return m_converter.Path(QStringLiteral("pictures")); }
 
+    /// Where a piece of the course's text shall stand, as the converter takes it; native.
+    QString PiecePath(int nPiece) const { return m_converter.Path(QStringLiteral("%1.html").arg(nPiece)); }
+
     struct Course {
         QString Name;
         QString Teacher;
         QList<WordXml::Heading> Headings;
+        QSet<QByteArray> Colors;
+        int Pieces = 1;
     };
     struct Result {
         /// Native; goes with the object.
         QString Path;
         bool HasPageNumbers = false;
     };
-    /// html is what the converter takes of the course. Throws Torvane::CRunException with a message, and
-    /// CDocCancelled.
-    Result Make(const QByteArray& html, const Course& course);
+    /// Throws Torvane::CRunException with a message, and CDocCancelled.
+    Result Make(const Course& course);
 
 private:
-    void RunPandoc();
+    QString RunPandoc(int nPiece);
     QHash<QString, int> FindPages(const Course& course);
     void Check(Torvane::Office::EConversion eEnd) const;
     void WriteInput(const QString& strName, const QByteArray& bytes) const;

@@ -2,8 +2,6 @@
 
 #include "companions/docexport/PrintedPage.h"
 
-#include <QXmlStreamReader>
-
 using namespace Qt::StringLiterals;
 
 namespace WordXml {
@@ -46,8 +44,9 @@ QByteArray Paragraph(const QByteArray& styleId, const QString& strText) {
 
 QByteArray HeadingParagraph(const Heading& heading, int nNumber) {
     const QByteArray id = QByteArray::number(c_nFirstBookmarkId + nNumber);
-    return "<w:p><w:pPr><w:pStyle w:val=\"Heading" + QByteArray::number(heading.Level) +
-           "\"/></w:pPr><w:bookmarkStart w:id=\"" + id + "\" w:name=\"" + heading.Bookmark.toUtf8() + "\"/>" +
+    return "<w:p><w:pPr><w:pStyle w:val=\"Heading" + QByteArray::number(heading.Level) + "\"/>" +
+           (heading.SharesSheet ? "<w:pageBreakBefore w:val=\"0\"/>" : "") +
+           "</w:pPr><w:bookmarkStart w:id=\"" + id + "\" w:name=\"" + heading.Bookmark.toUtf8() + "\"/>" +
            Run(heading.Title) + "<w:bookmarkEnd w:id=\"" + id + "\"/></w:p>";
 }
 
@@ -62,7 +61,21 @@ QByteArray Contents(const QString& strTitle, const QList<Heading>& headings) {
     return xml + "<w:p>" + end + "</w:p></w:sdtContent></w:sdt>";
 }
 
-QByteArray Finished(const QByteArray& document, const QHash<QString, int>& pages) {
+QByteArray CWholeParagraphs::Take(const QByteArray& block) {
+    m_pending += block;
+    const qsizetype nEnd = block.isEmpty() ? m_pending.size() : m_pending.lastIndexOf("<w:p>");
+    if (nEnd <= 0)
+        return {};
+    const QByteArray ready = m_pending.left(nEnd);
+    m_pending.remove(0, nEnd);
+    return ready;
+}
+
+QByteArray CFinisher::Take(const QByteArray& block) {
+    return Finished(m_text.Take(block));
+}
+
+QByteArray CFinisher::Finished(const QByteArray& document) const {
     constexpr QByteArrayView numbering = "<w:pPr><w:numPr>";
     constexpr QByteArrayView numberingEnd = "</w:numPr>";
     QByteArray out;
@@ -76,7 +89,7 @@ QByteArray Finished(const QByteArray& document, const QHash<QString, int>& pages
     for (qsizetype nMark = document.indexOf(c_mark); nMark >= 0; nMark = document.indexOf(c_mark, nAt)) {
         const qsizetype nName = nMark + c_mark.size();
         const qsizetype nEnd = document.indexOf(c_markEnd, nName);
-        const int nPage = pages.value(QString::fromUtf8(document.mid(nName, nEnd - nName)));
+        const int nPage = m_pages.value(QString::fromUtf8(document.mid(nName, nEnd - nName)));
         takeTo(nName - 1);
         if (nPage > 0)
             out += QByteArray::number(nPage);
@@ -100,15 +113,29 @@ QByteArray Finished(const QByteArray& document, const QHash<QString, int>& pages
     return out;
 }
 
-int CountHeadings(const QByteArray& document) {
-    QXmlStreamReader xml(document);
-    int nCount = 0;
-    while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == "pStyle"_L1 &&
-            xml.attributes().value("w:val"_L1).startsWith("Heading"_L1))
-            ++nCount;
+QByteArray CloserLists(QByteArray numbering) {
+    constexpr int c_nTheirStep = 720;
+    constexpr int c_nOurStep = 420;
+    for (int i = 1; i <= c_nMaxLevel; ++i) {
+        const QByteArray theirs = "w:left=\"" + QByteArray::number(i * c_nTheirStep) + "\" w:hanging=\"480\"";
+        const QByteArray ours = "w:left=\"" + QByteArray::number((i + 1) * c_nOurStep) + "\" w:hanging=\"" +
+                                QByteArray::number(c_nOurStep) + '"';
+        numbering.replace(theirs, ours);
     }
-    return xml.hasError() ? -1 : nCount;
+    return numbering;
+}
+
+void CHeadingCount::Take(const QByteArray& block) {
+    m_xml.addData(block);
+    while (!m_xml.atEnd()) {
+        if (m_xml.readNext() == QXmlStreamReader::StartElement && m_xml.name() == "pStyle"_L1 &&
+            m_xml.attributes().value("w:val"_L1).startsWith("Heading"_L1))
+            ++m_nCount;
+    }
+}
+
+int CHeadingCount::Count() const {
+    return m_xml.hasError() || !m_xml.atEnd() ? -1 : m_nCount;
 }
 
 } // namespace WordXml

@@ -94,9 +94,12 @@ QStringList FilesAndTimes(const QString& strFolder) {
 TEST(DocExport, WritesACourseThatOtherProgramsRead) {
     CSampleCourse course;
     const qint32 nChapter = course.Add(c_nRootNodeId, u"第一章 <极限> & \"x\""_s);
+    course.AddPage(nChapter, u"前"_s,
+                   u"<a href=../n6/Content.htm#B>后</a><a href=../n7/content.htm#c>无</a>"_s);
     const qint32 nPage = course.AddPage(
         nChapter, u"课程介绍"_s,
-        u"<p>正文</p><img src=res/PIC.png><img src=res/gone.gif><img src=res/bad.png><script>坏</script>"
+        u"<p id=a>正文</p><p id=b>后文</p><img src=res/PIC.png><img src=res/gone.gif><img "
+        u"src=res/bad.png><script>坏</script>"
         "<table border=1><tr><td>甲<td>乙</table><ul><li>一<ol><li>二</ol></ul><embed src=m.swf>"_s);
     course.WriteResource(nPage, u"res\\pic.png"_s, c_png);
     course.WriteResource(nPage, u"res\\bad.png"_s, "x");
@@ -140,8 +143,15 @@ TEST(DocExport, WritesACourseThatOtherProgramsRead) {
     static const QRegularExpression entry(u"^第一章 <极限> & \"x\"\\|[0-9]+\n"_s);
     EXPECT_TRUE(entry.match(TextOf(document, u"TOC1"_s)).hasMatch())
         << TextOf(document, u"TOC1"_s).toStdString();
-    EXPECT_EQ(document.count(QByteArray("w:anchor=\"n" + QByteArray::number(nPage) + '"')), 3)
-        << "contents, in-site link, and the node that is one";
+    const QByteArray place = 'n' + QByteArray::number(nPage);
+    const QByteArray link = "w:anchor=\"" + place;
+    ASSERT_EQ(nPage, 6);
+    EXPECT_EQ(document.count(QByteArray(link + '"')), 2) << "contents, and the node that leads there";
+    EXPECT_EQ(document.count(QByteArray(link + '_')), 2)
+        << "to a place of a page behind it, and of one before";
+    EXPECT_EQ(document.count(QByteArray("w:name=\"" + place + '_')), 2)
+        << "not a bookmark that nothing leads to";
+    EXPECT_THAT(notes, HasSubstr("引用了不存在的“../n7/content.htm#c”"));
     EXPECT_EQ(Package::Read(strTarget, "word/header1.xml").count("&lt;高等&gt;数学"), 1);
     EXPECT_THAT(Package::Read(strTarget, "word/footer1.xml").toStdString(), HasSubstr(" NUMPAGES "));
 

@@ -9,13 +9,17 @@ using testing::Not;
 namespace {
 
 std::optional<PrintedPage> Read(const QString& strPage) {
-    return ReadPrintedPage(strPage, {[](const QString& strReference) { return strReference; },
-                                     [](const QString& strReference) -> std::optional<ReadyPicture> {
-                                         if (strReference == "none"_L1)
-                                             return std::nullopt;
-                                         return ReadyPicture{u"p.png"_s, 1200, 600};
-                                     },
-                                     u"n4_"_s});
+    return ReadPrintedPage(strPage,
+                           {[](const QString& strReference) { return strReference; },
+                            [](const QString& strReference) -> std::optional<ReadyPicture> {
+                                if (strReference == "none"_L1)
+                                    return std::nullopt;
+                                return ReadyPicture{u"p.png"_s, 1200, 600};
+                            },
+                            [](const QString& strAnchor) -> QString { return u"#to-"_s + strAnchor; },
+                            [](const QString& strAnchor) -> QByteArray {
+                                return "<span id=\"" + strAnchor.toUtf8() + "\"></span>";
+                            }});
 }
 
 } // namespace
@@ -32,17 +36,23 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
         {u"<a href=x><i>链</i></a><span style='display:none'>藏</span><SCRIPT>坏</SCRIPT>"_s,
          "<p><a href=\"x\"><em>链</em></a></p>\n"},
         {u"<a href=#q>去</a><p id=q>到</p><a href=#none>无</a>"_s,
-         "<p><a href=\"#n4_1\">去</a></p>\n<p><span id=\"n4_1\"></span>到</p>\n<p>无</p>\n"},
-        {u"<a href=#Y>去</a><a href=#%D6%D0>中</a><p><a id=x name=y>到</a><b id='中'>点</b><i id=y>再</i>"_s,
-         "<p><a href=\"#n4_1\">去</a><a href=\"#n4_2\">中</a></p>\n<p><span id=\"n4_1\"></span>到<span "
-         "id=\"n4_2\"></span><strong>点</strong><em>再</em></p>\n"},
+         "<p><a href=\"#to-q\">去</a></p>\n<p><span id=\"q\"></span>到</p>\n<p>无</p>\n"},
+        {u"<a href=#Y>去</a><a href=#%D6%D0>中</a><p><a id=x name=y>到</a><b id='中'>点</b>"_s,
+         "<p><a href=\"#to-y\">去</a><a href=\"#to-中\">中</a></p>\n<p><span id=\"x\"></span><span "
+         "id=\"y\"></span>到<span id=\"中\"></span><strong>点</strong></p>\n"},
         {u"<a href=#f>注</a><ol><li id=f>释</ol>"_s,
-         "<p><a href=\"#n4_1\">注</a></p>\n<ol type=\"1\"><li><span id=\"n4_1\"></span>释</li>\n</ol>\n"},
+         "<p><a href=\"#to-f\">注</a></p>\n<ol type=\"1\"><li><span id=\"f\"></span>释</li>\n</ol>\n"},
+        {u"<font color=red>红</font><span style='color:#333'>灰<b style='color:rgb(0,0,250)'>蓝</b></span>"_s,
+         "<p><span data-custom-style=\"Color FF0000\">红</span>灰<span data-custom-style=\"Color "
+         "0000FF\"><strong>蓝</strong></span></p>\n"},
+        {u"<p style='text-indent:2em'>段<p style='text-indent:-1em'>落"_s,
+         "<div data-custom-style=\"First Line Indented\"><p>段</p></div>\n<p>落</p>\n"},
         {u"<ul><li>甲<ul><li>乙</ul><ol start=3><li>丙</ol></ul>"_s,
          "<ul><li>甲<ul><li>乙</li>\n</ul>\n<ol start=\"3\" type=\"1\"><li>丙</li>\n</ol>\n</li>\n</ul>\n"},
         {u"<ul><ul><li>甲</ul></ul>"_s, "<ul><li>甲</li>\n</ul>\n"},
         {u"<img src=a alt='\"x'><img src=none alt=替代><img src=a width=1 height=1>"_s,
-         "<p><img src=\"p.png\" alt=\"&quot;x\" width=\"600\" height=\"300\"/>替代</p>\n"},
+         "<div data-custom-style=\"Picture Line\"><p><img src=\"p.png\" alt=\"&quot;x\" width=\"600\" "
+         "height=\"300\"/>替代</p></div>\n"},
         {u"<pre>a &lt;b\n  c</pre>"_s, "<pre>a &lt;b\n  c</pre>\n"},
         {u"<h1 align=center>题<br>目</h1>"_s,
          "<div data-custom-style=\"Page Heading 1\"><p>题 目</p></div>\n"},

@@ -47,9 +47,16 @@ public:
 
     TaskProgress Progress() const override {
         using EStage = DocProgress::EStage;
-        const bool bKnown = m_progress.Stage == EStage::ReadingNodes;
-        return {DescribeProgress(m_progress), m_progress.nNodes, bKnown ? m_progress.nTotal.load() : 0,
-                !m_progress.bCancelled && m_progress.Stage != EStage::Saving};
+        const bool bMayCancel = !m_progress.bCancelled && m_progress.Stage != EStage::Saving;
+        TaskProgress progress{DescribeProgress(m_progress), 0, 0, bMayCancel};
+        if (m_progress.Stage == EStage::ReadingNodes) {
+            progress.nDone = m_progress.nNodes;
+            progress.nTotal = m_progress.nTotal;
+        } else if (m_progress.Stage == EStage::Converting && m_progress.nPieces > 1) {
+            progress.nDone = m_progress.nConverted;
+            progress.nTotal = m_progress.nPieces;
+        }
+        return progress;
     }
     void Cancel() override { m_progress.bCancelled = true; }
     QString Result() const override { return m_strTarget; }

@@ -4,13 +4,16 @@
 #include "companions/docexport/Texts.h"
 #include "companions/docexport/ui/ExportWindow.h"
 #include "companions/docexport/ui/PictureFiles.h"
+#include "platform/base/EndRequest.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QTextStream>
 
 #include <algorithm>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -33,7 +36,15 @@ int RunSilently(QStringList arguments) {
     const QString strTarget =
         arguments.size() > 1 ? QFileInfo(arguments[1]).absoluteFilePath() : DefaultTarget(strProject);
     DocProgress progress;
-    const DocOutcome outcome = ExportDocument({strProject, strTarget}, TakerFor, progress);
+    const Platform::CEndRequest end([&progress] { progress.bCancelled = true; });
+    DocOutcome outcome;
+    QEventLoop loop;
+    std::thread worker([&] {
+        outcome = ExportDocument({strProject, strTarget}, TakerFor, progress);
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    });
+    loop.exec();
+    worker.join();
     if (outcome.End != DocOutcome::EEnd::Done) {
         CompanionProgram::SayFault(outcome.Text);
         return c_nFailed;
@@ -51,6 +62,7 @@ int RunInWindow(const QStringList& arguments) {
             throw Torvane::CRunException(DocText::c_strUsage);
         const QString strProject = ReadProjectArgument(arguments[0]);
         CExportWindow window(strProject, NameOfCourse(strProject), TakerFor);
+        const Platform::CEndRequest end([&window] { window.close(); });
         return window.exec() == QDialog::Accepted ? c_nDone : c_nFailed;
     } catch (const Torvane::CException& failure) {
         CompanionProgram::ShowFault(DocText::c_strTitle, failure.GetMessage());
