@@ -74,6 +74,8 @@ public:
         m_bScript = bScript;
         Write(pRoot);
         EndLine();
+        if (const QByteArray marks = m_line.TakeMarks(); !marks.isEmpty())
+            m_out += "<div data-custom-style=\"Table End\"><p>" + marks + "</p></div>\n";
         return {m_out, m_leftOut, m_deadLinks, m_colors};
     }
 

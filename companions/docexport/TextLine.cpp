@@ -164,13 +164,23 @@ void CTextLine::AddPicture(const QByteArray& markup, const RunStyle& style) {
     m_bAny = m_bPicture = true;
 }
 
+void CTextLine::AddMarkup(const QByteArray& markup) {
+    if (markup.isEmpty())
+        return;
+    Begin({});
+    m_markup += markup;
+    m_marks += markup;
+}
+
 QByteArray CTextLine::Take() {
     Begin({});
     QByteArray line;
-    if (m_bAny)
+    if (m_bAny) {
         line = std::exchange(m_markup, QByteArray());
-    else if (!m_last.isNull())
-        m_markup.clear();
+        m_marks.clear();
+    } else {
+        m_markup = m_marks;
+    }
     m_bAny = m_bPicture = m_bBlank = m_bLineEnd = false;
     m_last = QChar();
     return line;

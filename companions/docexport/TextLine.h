@@ -5,6 +5,8 @@
 
 #include <gumbo.h>
 
+#include <utility>
+
 /// What a stretch of text looks like, of all that a printed text keeps.
 struct RunStyle {
     bool Bold = false;
@@ -44,17 +46,21 @@ public:
     void AddText(const QString& strText, const RunStyle& style);
     void AddPicture(const QByteArray& markup, const RunStyle& style);
     bool HasPicture() const { return m_bPicture; }
-    /// Something without looks.
-    void AddMarkup(const QByteArray& markup) { m_markup += markup; }
+    /// Something without looks. Within code it would be lost.
+    void AddMarkup(const QByteArray& markup);
 
     /// The line's markup, which begins anew. Empty for one that would only be a blank line; a mark without
     /// looks then waits for the next.
     QByteArray Take();
+    /// The marks that still wait for a line.
+    QByteArray TakeMarks() { return std::exchange(m_marks, QByteArray()); }
 
 private:
     void Begin(const RunStyle& style);
 
     QByteArray m_markup;
+    /// What has no looks of it.
+    QByteArray m_marks;
     QByteArray m_open;
     RunStyle m_style;
     bool m_bAny = false;

@@ -172,7 +172,14 @@ CWordConverter::Result CWordConverter::Make(const Course& course) {
         m_progress.nConverted = i + 1;
     }
     const QString strPandoc = m_converter.Path(u"pandoc.docx"_s);
-    JoinPieces(pieces, strPandoc);
+    try {
+        JoinPieces(pieces, strPandoc);
+    } catch (const CRunException&) {
+        // A full volume leaves half a piece.
+        if (m_converter.IsOutOfSpace())
+            throw CRunException(DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull));
+        throw;
+    }
     for (const QString& strPiece : pieces)
         QFile::remove(strPiece);
 

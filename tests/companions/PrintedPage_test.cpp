@@ -42,6 +42,7 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
          "id=\"y\"></span>到<span id=\"中\"></span><strong>点</strong></p>\n"},
         {u"<a href=#f>注</a><ol><li id=f>释</ol>"_s,
          "<p><a href=\"#to-f\">注</a></p>\n<ol type=\"1\"><li><span id=\"f\"></span>释</li>\n</ol>\n"},
+        {u"<code>x<a id=c></a>y</code>"_s, "<p><code>x</code><span id=\"c\"></span><code>y</code></p>\n"},
         {u"<font color=red>红</font><span style='color:#333'>灰<b style='color:rgb(0,0,250)'>蓝</b></span>"_s,
          "<p><span data-custom-style=\"Color FF0000\">红</span>灰<span data-custom-style=\"Color "
          "0000FF\"><strong>蓝</strong></span></p>\n"},
