@@ -68,8 +68,13 @@ QString CPastedPictures::Name(const QString& strReference) {
     };
     if (begins(u"data:"_s))
         return Keep(BytesOfData(strReference));
-    if (begins(u"file:"_s))
-        return TakeFile(PathOf(strReference));
+    if (begins(u"file:"_s)) {
+        const QString strPath = PathOf(strReference);
+        QString strTaken = TakeFile(strPath);
+        if (strTaken.isEmpty() && m_strFailure.isEmpty())
+            m_strFailure = EditorTexts::c_strPictureGone.arg(BareName(strPath));
+        return strTaken;
+    }
     // The save fetches what it can; the page is not shown with it until then.
     if (begins(u"http://"_s) || begins(u"https://"_s))
         return strReference;

@@ -24,7 +24,7 @@ public:
     /// it could not be written.
     QString Keep(const QByteArray& bytes);
 
-    /// Why a picture could not be written; empty when all were.
+    /// Why a picture of this machine could not be read or written; empty when all were.
     QString GetFailure() const { return m_strFailure; }
     /// The new files go again: nothing of what was pasted has come into the page. All is as it was at first.
     void RemoveMade();

@@ -65,6 +65,7 @@ inline const QString c_strPageInSource = QStringLiteral("显示网页的组件�
 inline const QString c_strPicturesFailed =
     QStringLiteral("有图片没有能够粘贴到网页中，其余内容已经粘贴。\n\n%1");
 inline const QString c_strPictureFailed = QStringLiteral("图片没有能够粘贴到网页中。\n\n%1");
+inline const QString c_strPictureGone = QStringLiteral("找不到图片，或者网页不能显示：%1");
 inline const QString c_strPicturesTooLarge = QStringLiteral("图片太大，或者太多。");
 inline const QString c_strPasteTooLong =
     QStringLiteral("剪贴板中的内容过长，没有粘贴。\n系统建议您分几次粘贴，或者拆分成较小的页面。");

@@ -36,7 +36,7 @@ public:
     const std::optional<QString>& GetMarkup() const { return m_markup; }
     /// Whether of a text that is too much only its words are left.
     bool IsPlainInstead() const { return m_bPlainInstead; }
-    /// Why a picture could not be written; empty when all were.
+    /// Why a picture could not be read or written; empty when all were.
     QString GetPictureFailure() const { return m_pictures.GetFailure(); }
 
     /// The new files go again: nothing has come into the page.
