@@ -163,7 +163,9 @@ void CWebEngine::MakeProfile() {
     connect(m_pProfile.get(), &QWebEngineProfile::downloadRequested, this,
             [this](QWebEngineDownloadRequest* pDownload) {
                 pDownload->cancel();
-                if (m_pPage && pDownload->page() == m_pPage.get())
+                // The profile is this page's alone. The engine can't be asked for the page of a download:
+                // where the frame that wanted it is gone, it crashes.
+                if (m_pPage)
                     m_pPage->TellOfDownload(pDownload->url());
             });
 }
