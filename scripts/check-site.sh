@@ -16,7 +16,7 @@ linkinator="$(dirname "$(node -p "try { require.resolve('linkinator') } catch (e
 while [ "$linkinator" != / ] && [ "$linkinator" != . ] && [ ! -d "$linkinator/.bin" ]; do linkinator="$(dirname "$linkinator")"; done
 if [ -x "$linkinator/.bin/linkinator" ]; then
   # The net's addresses are not ours to check.
-  (cd "$site" && "$linkinator/.bin/linkinator" . --recurse --check-fragments --format CSV --skip '^https?://(?!localhost)' --skip '^(mailto|ftp):') \
+  (cd "$site" && "$linkinator/.bin/linkinator" . --recurse --check-fragments --concurrency 20 --format CSV --skip '^https?://(?!localhost)' --skip '^(mailto|ftp):') \
     >"$out/linkinator.csv" 2>"$out/linkinator.log" || true
   echo "linkinator: $(grep -c ',OK,' "$out/linkinator.csv" || true) links good," \
     "$(grep -c ',BROKEN,' "$out/linkinator.csv" || true) dead"

@@ -18,6 +18,10 @@ inline const QString c_strSearchPage = QStringLiteral("search.html");
 inline const QString c_strSearchScript = QStringLiteral("vorel/search.js");
 inline const QString c_strSearchFolder = QStringLiteral("vorel/search");
 
+/// In the page of a recorded lecture, and in its slide page.
+inline const QString c_strLectureScript = QStringLiteral("vorel/lecture.js");
+inline const QString c_strSlidesScript = QStringLiteral("vorel/slides.js");
+
 /// Anchors of the frame, unlike any that a page within it would have.
 constexpr const char* c_szContentId = "v-content";
 constexpr const char* c_szNavigationId = "v-nav";

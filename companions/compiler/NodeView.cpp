@@ -1,5 +1,6 @@
 #include "companions/compiler/NodeView.h"
 
+#include "companions/compiler/FrameParts.h"
 #include "companions/compiler/SourceFile.h"
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
@@ -9,6 +10,8 @@
 #include "foundation/Text.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +25,12 @@ QString Extension(const QString& strName) {
     return LowerAscii(Torvane::File::Extension(strName));
 }
 
+/// Of a file that is no text at all.
+bool MayNotStandInAPage(char16_t c) {
+    const bool bControl = (c < 0x20 && c != u'\n' && c != u'\t' && c != u'\r') || (c >= 0x7f && c < 0xa0);
+    return bControl || (c >= 0xfdd0 && c <= 0xfdef) || c >= 0xfffe || QChar::isSurrogate(c);
+}
+
 QString Escaped(const QString& strText) {
     return strText.toHtmlEscaped();
 }
@@ -32,17 +41,6 @@ QString Paragraph(const QString& strClass, const QString& strText) {
 
 QString BareName(const QString& strName) {
     return strName.mid(strName.lastIndexOf(u'/') + 1);
-}
-
-/// A file that the browser shows by itself, of those in a video's folder.
-QString FirstWithExtension(const QStringList& files, const QStringList& extensions) {
-    for (const QString& strExtension : extensions) {
-        for (const QString& strFile : files) {
-            if (LowerAscii(strFile).endsWith(strExtension))
-                return strFile;
-        }
-    }
-    return QString();
 }
 
 } // namespace
@@ -125,8 +123,7 @@ QString CNodeView::PlainTextFile(const QString& strSource) const {
     try {
         const auto bytes = ReadSourceText(strPath);
         QString strText = PageText::Decode(bytes.value_or(QByteArray())).Text;
-        // Neither may stand in a page.
-        strText.removeIf([](QChar c) { return c.unicode() < 0x20 && !c.isSpace(); });
+        strText.removeIf([](QChar c) { return MayNotStandInAPage(c.unicode()); });
         return u"<pre class=\"text\" tabindex=\"0\">\n"_s + Escaped(strText) + u"</pre>\n"_s;
     } catch (const Torvane::CRunException&) {
         return QString();
@@ -174,21 +171,54 @@ QString CNodeView::FileMain(int nNode) const {
     return OpenAlone(nNode, strAddress + plan.Fragment) + strView;
 }
 
-QString CNodeView::VideoMain(int nNode) const {
-    const QStringList files = m_plan.Tree().FilesBelow(m_plan.Of(nNode).Source);
-    QString strMain;
-    const QString strPlayable = FirstWithExtension(files, {u".mp4"_s, u".webm"_s, u".ogv"_s});
-    if (!strPlayable.isEmpty())
-        strMain += Player(FileAddress(nNode, strPlayable), strPlayable);
-    const QString strRecording = FirstWithExtension(files, {u".asf"_s, u".wmv"_s});
-    if (!strRecording.isEmpty())
-        strMain += FileCard(nNode, strRecording, BareName(strRecording));
-    const QString strSlides = FirstWithExtension(files, {u"/ppt.htm"_s, u".htm"_s, u".html"_s});
-    if (!strSlides.isEmpty()) {
-        const QString strAddress = FileAddress(nNode, strSlides);
-        strMain += OpenAlone(nNode, strAddress) + Embed(nNode, strAddress);
+/// Without scripts an entry opens the film at its place.
+QString CNodeView::OutlineList(const Lecture& lecture, const QString& strFilm) const {
+    if (lecture.Outline.isEmpty())
+        return QString();
+    QString strList = u"<h2>"_s + CompilerText::c_strOutline + u"</h2>\n<ol class=\"outline\">\n"_s;
+    for (const Lecture::Place& place : lecture.Outline) {
+        const QString strName = Escaped(place.strName);
+        const QString strTime = QString::number(double(place.nTime) / 1000, 'f', 3);
+        if (place.nTime < 0 || strFilm.isEmpty())
+            strList += u"<li>"_s + strName + u"</li>\n"_s;
+        else
+            strList += u"<li><a href=\""_s + Escaped(strFilm) + u"#t="_s + strTime + u"\" data-time=\""_s +
+                       QString::number(place.nTime) + u"\">"_s + strName + u"</a></li>\n"_s;
     }
-    return strMain.isEmpty() ? Paragraph(u"empty"_s, CompilerText::c_strMissingContent) : strMain;
+    return strList + u"</ol>\n"_s;
+}
+
+QString CNodeView::LectureMain(int nNode, const Lecture& lecture, const QString& strFilm) const {
+    const NodePlan& plan = m_plan.Of(nNode);
+    const QString strFilmAddress =
+        strFilm.isEmpty() ? QString() : RelativeAddress(FolderOf(plan.PagePath), strFilm);
+    QString strMain = Heading(nNode) + u"<div class=\"lecture\">\n<div class=\"film\">\n"_s;
+    if (!strFilm.isEmpty())
+        strMain += Player(strFilmAddress, strFilm);
+    strMain += OutlineList(lecture, strFilmAddress) + u"</div>\n"_s;
+    if (!lecture.strSlides.isEmpty()) {
+        const QString strTitle =
+            CompilerText::c_strSlides.arg(m_plan.Model().Nodes()[nNode].Row.Title).toHtmlEscaped();
+        strMain += u"<iframe class=\"embed slides\" title=\""_s + strTitle + u"\" src=\""_s +
+                   Escaped(FileAddress(nNode, lecture.strSlides)) + u"\"></iframe>\n"_s;
+    }
+    strMain += u"</div>\n"_s;
+    if (m_frame.HasScripts() && !strFilm.isEmpty()) {
+        QJsonArray steps;
+        for (const Lecture::Step& step : lecture.Steps)
+            steps.append(QJsonArray{step.nTime, step.strScript, step.bSlide ? 1 : 0});
+        QString strSteps = QString::fromUtf8(QJsonDocument(steps).toJson(QJsonDocument::Compact));
+        strSteps.replace(u'<', u"\\u003c"_s);
+        strMain += u"<script type=\"application/json\" id=\"v-lecture\">"_s + strSteps +
+                   u"</script>\n<script defer src=\""_s +
+                   RelativeAddress(FolderOf(plan.PagePath), FrameParts::c_strLectureScript) +
+                   u"\"></script>\n"_s;
+    }
+    if (!lecture.strSlides.isEmpty())
+        strMain += OpenAlone(nNode, FileAddress(nNode, lecture.strSlides));
+    if (!lecture.strFilm.isEmpty())
+        strMain += FileCard(nNode, lecture.strFilm, BareName(lecture.strFilm));
+    return strMain;
 }
 
 QString CNodeView::Main(int nNode) const {
@@ -206,8 +236,6 @@ QString CNodeView::Main(int nNode) const {
         if (plan.Source.startsWith("http"_L1, Qt::CaseInsensitive))
             strMain += Paragraph(u"hint"_s, CompilerText::c_strFrameHint) + Embed(nNode, plan.Source);
         return strMain;
-    case ENodeView::Video:
-        return strMain + VideoMain(nNode);
     case ENodeView::Missing:
         return strMain + Paragraph(u"empty"_s, CompilerText::c_strMissingContent);
     default:

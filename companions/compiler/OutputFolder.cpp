@@ -305,6 +305,25 @@ void COutputFolder::Copy(const QString& strSourcePath, const QString& strName,
     Remember(strName, record);
 }
 
+QString COutputFolder::FreshPath() {
+    return Target(QFile::decodeName(TemporaryName()));
+}
+
+void COutputFolder::Adopt(const QString& strFreshPath, const QString& strName, quint64 nInput) {
+    const QByteArray temporary = QFile::encodeName(strFreshPath.mid(m_strFolder.size() + 1));
+    Platform::CFileState state;
+    if (const int nError = m_folder.GetState(temporary, state, false))
+        Fail(strName, nError);
+    EnsureFolder(ParentOf(strName));
+    MoveIn(temporary, strName);
+    OutputRecord record;
+    record.nInput = nInput;
+    record.nSize = qint64(state.nSize);
+    record.nModified = state.nModified;
+    ++m_nChanged;
+    Remember(strName, std::move(record));
+}
+
 void COutputFolder::RemoveStale(const QString& strName) {
     const QString strParent = ParentOf(strName);
     // Not through a link: what lies behind it was never written here.

@@ -58,6 +58,10 @@ public:
     /// A copy that is up to date by size and time is left as it is. stop is asked in a large file: true ends
     /// the copying with Torvane::CRunException.
     void Copy(const QString& strSourcePath, const QString& strName, const std::function<bool()>& stop = {});
+    /// The native path of a file that is not there yet, for another program to write before Adopt takes it.
+    QString FreshPath();
+    /// Moves such a file to its place. nInput is the sum over all that it was made of.
+    void Adopt(const QString& strFreshPath, const QString& strName, quint64 nInput);
     /// Removes what a former compile wrote and this one did not.
     void Finish();
 

@@ -34,6 +34,7 @@ public:
     /// A link to a node from a page in a folder: the opening tag, with what the node's open type asks for.
     QString NodeLink(int nNode, const QString& strFromFolder) const;
 
+    bool HasScripts() const { return !m_bPlain; }
     /// Whether the compiler has to deliver the plain skin.
     bool HasSkin() const { return !m_strSkin.isEmpty(); }
 

@@ -12,12 +12,11 @@ void NoteSource(QStringList& sources, const CReferences::Result& result) {
         sources.append(result.ReadSource);
 }
 
-/// The page with a declaration of its coding. Within the frame a silent page would be taken for what the
-/// frame is. The first declaration counts, also before one that is wrong.
-QByteArray WithDeclaration(const QByteArray& bytes) {
+/// The page with something more at the beginning of its head, said or not.
+QByteArray WithInHead(const QByteArray& bytes, const QByteArray& more) {
     constexpr qsizetype c_nHead = 4096;
     const QByteArray lower = bytes.left(c_nHead).toLower();
-    qsizetype nPlace = 0;
+    qsizetype nPlace = lower.startsWith("\xef\xbb\xbf") ? 3 : 0;
     for (const char* szTag : {"<head>", "<head ", "<html", "<!doctype"}) {
         const qsizetype nTag = lower.indexOf(szTag);
         const qsizetype nEnd = nTag < 0 ? -1 : lower.indexOf('>', nTag);
@@ -26,7 +25,13 @@ QByteArray WithDeclaration(const QByteArray& bytes) {
             break;
         }
     }
-    return bytes.left(nPlace) + "<meta charset=\"gb18030\">" + bytes.mid(nPlace);
+    return bytes.left(nPlace) + more + bytes.mid(nPlace);
+}
+
+/// Within the frame a page that is silent would be taken to be in the coding that the frame is in. The first
+/// declaration counts, also before one that is wrong.
+QByteArray WithDeclaration(const QByteArray& bytes) {
+    return WithInHead(bytes, "<meta charset=\"gb18030\">");
 }
 
 bool IsAscii(const QByteArray& bytes) {
@@ -93,4 +98,10 @@ std::optional<QByteArray> WithSaidCoding(const QByteArray& bytes) {
     text.Charset = "UTF-8";
     text.HasMark = true;
     return PageText::Encode(text);
+}
+
+QByteArray WithScript(const QByteArray& page, const QString& strAddress) {
+    const bool bWide = page.startsWith("\xff\xfe") || page.startsWith("\xfe\xff") || page.contains('\0');
+    return bWide ? page
+                 : WithInHead(page, "<script src=\"" + strAddress.toHtmlEscaped().toUtf8() + "\"></script>");
 }

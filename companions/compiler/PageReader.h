@@ -36,3 +36,6 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
 /// A plain text in UTF-8 with a byte order mark: without a server nobody tells the browser what it is.
 /// Nothing for one that needs no help.
 std::optional<QByteArray> WithSaidCoding(const QByteArray& bytes);
+
+/// A page with one more script, at the beginning of its head.
+QByteArray WithScript(const QByteArray& page, const QString& strAddress);

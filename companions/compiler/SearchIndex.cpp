@@ -6,6 +6,8 @@
 #include "foundation/PageText.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
+#include "platform/base/NativePath.h"
+#include "video/Outline.h"
 
 #include <QHash>
 #include <QSet>
@@ -228,6 +230,11 @@ QString NodeText(const CSitePlan& plan, int nNode, const QString& strPage) {
         return FileText(plan, node.Source);
     case ENodeView::Address:
         return node.Source;
+    case ENodeView::Video: {
+        QStringList names;
+        ReadOutline(Platform::FromNative(plan.Tree().NativePath(node.Source)) + OutlineFileBelow(), names);
+        return names.join(u' ');
+    }
     case ENodeView::Picture:
     case ENodeView::Player:
     case ENodeView::Download:

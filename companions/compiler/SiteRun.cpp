@@ -40,12 +40,19 @@ CSiteRun::CSiteRun(const CCompileInput& input, ESiteForm form, COutputFolder& ou
       m_progress(progress), m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {
     if (form == ESiteForm::Classroom)
         m_pClassroom = std::make_unique<CClassroom>(m_plan);
+    for (int i = 0; i < NodeCount() && form != ESiteForm::Html; ++i) {
+        if (m_plan.Of(i).View == ENodeView::Video)
+            m_slides.insert(LectureSlides(m_tree, m_plan.Of(i).Source));
+    }
 }
 
 QStringList CSiteRun::Parts() const {
+    QStringList parts;
+    if (!m_slides.isEmpty())
+        parts += {FrameParts::c_strLectureScript, FrameParts::c_strSlidesScript};
     if (m_pClassroom)
-        return CClassroom::Parts();
-    QStringList parts = {FrameParts::c_strParts};
+        return parts + CClassroom::Parts();
+    parts.append(FrameParts::c_strParts);
     if (m_form == ESiteForm::Site)
         parts += {FrameParts::c_strScript, FrameParts::c_strSearchScript};
     if (!m_frame.HasSkin())
@@ -195,6 +202,8 @@ std::optional<QString> CSiteRun::MakeNode(int nNode, QStringList& notes) {
     FramedContent content;
     if (bPage)
         content = EditorPage(nNode, record);
+    else if (plan.View == ENodeView::Video)
+        content.Main = LecturePage(nNode, record);
     else
         content.Main = m_view.Main(nNode);
     content.Title = m_input.Model().Nodes()[nNode].Row.Title;
@@ -237,6 +246,45 @@ void CSiteRun::MakeSearchIndex() {
     OutputRecord record;
     record.nInput = sum.Value();
     m_output.Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, filters), record);
+}
+
+QString CSiteRun::LecturePage(int nNode, OutputRecord& record) {
+    const Lecture lecture = ReadLecture(m_plan, nNode);
+    if (lecture.bScriptsUnreadable)
+        record.Notes.append(CompilerText::c_strNoteNoScripts.arg(m_input.Model().Nodes()[nNode].Row.Title));
+    return m_view.LectureMain(nNode, lecture, MakeFilm(nNode, lecture, record));
+}
+
+/// Answers the film that browsers play. It takes as long as it takes to watch a part of it, so it is made
+/// anew only when the recording has changed.
+QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& record) {
+    const PlayableFilm film = FindPlayable(m_tree, m_plan.Of(nNode).Source, lecture.strFilm);
+    if (!film.bMade)
+        return film.strName;
+    m_output.Announce({film.strName});
+    const CSourceTree::State state = m_tree.StateOf(lecture.strFilm);
+    const quint64 nInput =
+        CSum().Add(lecture.strFilm).Add(quint64(state.nSize)).Add(quint64(state.nModified)).Value();
+    if (!m_output.Keep(film.strName, nInput)) {
+        const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
+        const QString strProgram = FilmProgram();
+        const QString strMade = m_output.FreshPath();
+        const bool bMade =
+            !strProgram.isEmpty() && MakePlayable(strProgram, m_tree.NativePath(lecture.strFilm), strMade,
+                                                  [this] { return !m_progress.bCancelled; });
+        StopIfCancelled(m_progress);
+        if (!bMade) {
+            record.Notes.append(
+                (strProgram.isEmpty() ? CompilerText::c_strNoteNoFilmProgram : CompilerText::c_strNoteNoFilm)
+                    .arg(strTitle));
+            // Looked for again in each run: a file that is not there is not as it was written.
+            record.Also.append(film.strName);
+            return QString();
+        }
+        m_output.Adopt(strMade, film.strName, nInput);
+    }
+    record.Also.append(film.strName);
+    return film.strName;
 }
 
 FramedContent CSiteRun::EditorPage(int nNode, OutputRecord& record) {
@@ -299,5 +347,7 @@ QByteArray CSiteRun::FileText(const Piece& piece, const QByteArray& bytes, Outpu
     const CReferences::Place place = {FolderOf(piece.Source), FolderOf(piece.Name), piece.Source};
     const CorrectedFile corrected = CorrectedText(*kind, bytes, m_plan.References(), place);
     record.Sources = corrected.ReadSources;
-    return corrected.Bytes;
+    if (!m_slides.contains(piece.Source))
+        return corrected.Bytes;
+    return WithScript(corrected.Bytes, RelativeAddress(FolderOf(piece.Name), FrameParts::c_strSlidesScript));
 }

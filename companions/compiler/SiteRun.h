@@ -8,6 +8,7 @@
 #include "companions/compiler/PageFrame.h"
 #include "companions/compiler/PageReader.h"
 
+#include <QSet>
 #include <QStringList>
 
 #include <memory>
@@ -49,6 +50,8 @@ private:
     void MakeNodes(int nFirst, QStringList& notes);
     std::optional<QString> MakeNode(int nNode, QStringList& notes);
     QByteArray StandingPage(const QString& strName) const;
+    QString LecturePage(int nNode, OutputRecord& record);
+    QString MakeFilm(int nNode, const Lecture& lecture, OutputRecord& record);
     FramedContent EditorPage(int nNode, OutputRecord& record);
     FramedContent RawPage(int nNode, const std::optional<QByteArray>& bytes, OutputRecord& record);
     void MakeFile(const Piece& piece, QStringList& notes);
@@ -68,6 +71,8 @@ private:
     QStringList StandingPages() const;
 
     const CCompileInput& m_input;
+    /// Slide pages of lectures, which hear from the film.
+    QSet<QString> m_slides;
     const CSitePlan& m_plan;
     const CSourceTree& m_tree;
     const ESiteForm m_form;

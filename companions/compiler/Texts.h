@@ -52,6 +52,11 @@ inline const QString c_strNoteBadAddress = QStringLiteral("栏目“%1”的链�
 inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面引用了不存在的“%2”。");
 inline const QString c_strNoteUnreachable = QStringLiteral("有 %1 个栏目不在课程树上，未合成。");
 inline const QString c_strNoteRawPage = QStringLiteral("栏目“%1”的页面有错，不能并入网站的框架，原样嵌入。");
+inline const QString c_strNoteNoFilmProgram =
+    QStringLiteral("栏目“%1”的视频未能转换成浏览器能播放的格式：本机没有安装 ffmpeg，网站只提供下载。");
+inline const QString c_strNoteNoFilm =
+    QStringLiteral("栏目“%1”的视频未能转换成浏览器能播放的格式，网站只提供下载。");
+inline const QString c_strNoteNoScripts = QStringLiteral("栏目“%1”的视频脚本无法读取，讲稿不会随视频换页。");
 inline const QString c_strNoteLargeText = QStringLiteral("文件“%1”过大，原样复制，其中的链接未作修正。");
 
 // The window.
@@ -133,6 +138,8 @@ inline const QString c_strContentCount = QStringLiteral("有内容的栏目");
 inline const QString c_strTotalSize = QStringLiteral("内容总量");
 inline const QString c_strChapterCount = QStringLiteral("%1 个栏目");
 
+inline const QString c_strOutline = QStringLiteral("授课纲要");
+inline const QString c_strSlides = QStringLiteral("“%1”的讲稿");
 inline const QString c_strKindFolder = QStringLiteral("栏目");
 inline const QString c_strKindPage = QStringLiteral("网页");
 inline const QString c_strKindFile = QStringLiteral("文件");

@@ -37,9 +37,11 @@ inline void ForEachTag(const QString& strPage,
     }
 }
 
-/// Whether a fragment names a place of the page, or a slide where the page is the viewer of a presentation.
+/// Whether a fragment names a place of the page or film, or a slide where the page is the viewer of a
+/// presentation.
 inline bool HasPlace(const QString& strPage, const QString& strFragment) {
     bool bFound = strFragment == QLatin1String("top") ||
+                  (strPage.endsWith(QLatin1String(".mp4")) && strFragment.startsWith(QLatin1String("t="))) ||
                   (strPage.endsWith(QLatin1String("frame.htm")) &&
                    QFileInfo(QFileInfo(strPage).path() + u'/' + strFragment).isFile());
     ForEachTag(strPage, [&](const QString& strTag, const Attributes& attributes) {

@@ -1,5 +1,11 @@
+#include "companions/compiler/Lecture.h"
+#include "companions/compiler/SearchIndex.h"
+#include "platform/base/NativePath.h"
 #include "tests/companions/SampleCourse.h"
 #include "tests/companions/SiteCheck.h"
+#include "video/AsfFile.h"
+#include "video/Outline.h"
+#include "video/VideoScripts.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -62,7 +68,6 @@ TEST(SiteCompiler, CompilesEveryKindOfNode) {
     course.Add(c_nRootNodeId, u"站内二"_s, NodeType::c_nInSiteLink, u"\\n%1\\site\\next.htm#x"_s.arg(nSite));
     const qint32 nVideo = course.Add(c_nRootNodeId, u"录像"_s, NodeType::c_nVideo, u"200711131620"_s);
     course.WriteResource(nVideo, u"200711131620\\ppt.htm"_s, "<p>slides</p>");
-    course.WriteResource(nVideo, u"200711131620\\lecture.asf"_s, "asf");
     const QByteArray before = Fingerprint(course.Folder.Native(CSampleCourse::Below(u"Data"_s)));
 
     const CompileReport report = course.Compile();
@@ -86,7 +91,7 @@ TEST(SiteCompiler, CompilesEveryKindOfNode) {
         {course.Bytes(nFolder, u"index.html"_s),
          {"<ul class=\"children\">", "<span class=\"title\">文档</span><span class=\"kind\">文件</span>"}},
         {course.Bytes(nWord, u"index.html"_s), {"download=\"原讲义.doc\"", "2.0 kB", "请先看&lt;第一页&gt;"}},
-        {course.Bytes(nVideo, u"index.html"_s), {"lecture.asf"}},
+        {course.Bytes(nVideo, u"index.html"_s), {"src=\"200711131620/ppt.htm\""}},
         {course.Bytes(u"index.html"_s),
          {"<a href=\"" + strPageLink + "站内</a>", "<h1>&lt;高等&gt;数学</h1>"}},
     };
@@ -162,6 +167,75 @@ TEST(VorelCompiler, LeavesNoLinkDead) {
         nFolder, u"断"_s, u"<a href=../%1#gone>x</a>"_s.arg(QString(page).replace(u'\\', u'/')));
     EXPECT_THAT(Notes(course.Compile()), HasSubstr("Content.htm#gone")) << "the teacher is told";
     EXPECT_THAT(DeadLinks(course.SiteNative()), HasSubstr("N" + std::to_string(nDead) + "/Content.htm: "));
+}
+
+// A recorded lecture plays in browsers of today: the film is made into one that they know, once, and the
+// slide page is told what to show.
+TEST(SiteCompiler, PlaysARecordedLecture) {
+    CSampleCourse course;
+    // The school's name is the key to the scripts.
+    course.Folder.Write(u"程序\\AppInfo.ini"_s, CodePage::Encode(u"[SysInfo]\r\nSchoolName=测试大学\r\n"));
+    CSysInfo::Reset(course.Folder.Path(u"程序\\Vorel"_s));
+    const qint32 nVideo = course.Add(c_nRootNodeId, u"录像"_s, NodeType::c_nVideo, u"V"_s);
+    const auto write = [&](const QString& strName, const QByteArray& bytes) {
+        course.WriteResource(nVideo, u"V\\"_s + strName, bytes);
+    };
+    write(u"Template.prj"_s, "[OutputStream]\r\nFileName=film\r\n");
+    write(u"PPT.htm"_s, "<HTML><HEAD><title>s</title></HEAD><p>x</p>");
+    write(u"CourseInfo\\Outline.js"_s, MakeOutline({u"一<1>"_s, u"二"_s}));
+    write(u"CourseInfo\\s.esf"_s,
+          MakeVideoScripts({u"Show('</script>')"_s}, {u"(1,2)"_s},
+                           *CVideoKey(CSysInfo::Instance().GetSchoolName()).GetRecorderKey()));
+    WriteAsfScript(Platform::FromNative(QStringLiteral(VOREL_FILM)),
+                   course.Folder.Path(CSampleCourse::Resource(u"N%1\\V\\film.asf"_s.arg(nVideo))),
+                   {{{0, u"S"_s, u"-1"_s}, {1500, u"P"_s, u"0"_s}}, {{0, u"a"_s}, {1500, u"b"_s}}});
+    const bool bPlays = !FilmProgram().isEmpty();
+    const CompileReport report = course.Compile();
+    EXPECT_EQ(report.Notes.isEmpty(), bPlays) << Notes(report);
+    EXPECT_EQ(DeadLinks(course.SiteNative()), "");
+    const std::string strPage = course.Bytes(nVideo, u"index.html"_s).toStdString();
+    EXPECT_THAT(strPage, AllOf(HasSubstr("一&lt;1&gt;"), HasSubstr("src=\"V/PPT.htm\""),
+                               HasSubstr("film.asf\" download")));
+    EXPECT_EQ(course.Bytes(nVideo, u"V\\PPT.htm"_s),
+              "<HTML><HEAD><script src=\"../../vorel/slides.js\"></script><title>s</title></HEAD><p>x</p>");
+    if (!bPlays)
+        return;
+    EXPECT_THAT(strPage, AllOf(HasSubstr("src=\"V/film.mp4\""), HasSubstr("film.mp4#t=1.500\""),
+                               HasSubstr("[[0,\"Show('\\u003c/script>')\",1],[1500,\"MoveMouse(1,2)\",0]]")));
+    EXPECT_EQ(course.Bytes(nVideo, u"V\\film.mp4"_s).mid(4, 4), "ftyp");
+    course.AddPage(c_nRootNodeId, u"新"_s, u"x"_s);
+    const QString strFilm = course.Folder.Native(CSampleCourse::Site(u"N%1\\V\\film.mp4"_s.arg(nVideo)));
+    const QDateTime made = QFileInfo(strFilm).lastModified();
+    course.Compile();
+    EXPECT_EQ(QFileInfo(strFilm).lastModified(), made) << "a changed tree made the film anew";
+}
+
+// What the search reads: each node's text in its part, and a filter that never hides a word that is there.
+TEST(SiteCompiler, IndexesTitlesAndTexts) {
+    CSampleCourse course;
+    const qint32 nPage = course.AddPage(
+        c_nRootNodeId, u"极限"_s,
+        u"<style>p{}</style><p>函<b>数</b>的 &lt;定义&gt;<br>\"Fourier\"&nbsp;变换 \\ &#x6781;值</p>"
+        "<script>var x = '<p>秘密';</script><!-- 注 --><table><tr><td>甲<td>乙</table>1<2"_s);
+    const qint32 nText = course.Add(c_nRootNodeId, u"文本"_s, NodeType::c_nExternalFile, u"a.txt"_s);
+    course.WriteResource(nText, u"a.txt"_s, CodePage::Encode(u"第一行\r\n<第二行>"));
+    course.Compile();
+    const std::string strPart = course.Bytes(u"vorel\\search\\0.js"_s).toStdString();
+    EXPECT_THAT(strPart,
+                AllOf(HasSubstr("\"函数的 <定义> \\\"Fourier\\\" 变换 \\\\ 极值 甲 乙 1<2\""),
+                      HasSubstr("\"第一行 <第二行>\""), Not(HasSubstr("秘密")), Not(HasSubstr("p{}"))));
+    EXPECT_THAT(course.Bytes(u"vorel\\search\\index.js"_s).toStdString(),
+                HasSubstr("[\"极限\",\"N" + std::to_string(nPage) + "/Content.htm\",0,0]"));
+    const QByteArray filter =
+        QByteArray::fromBase64(SearchIndex::FilterOf(course.Bytes(u"vorel\\search\\0.js"_s)));
+    // As the site's script looks them up.
+    for (const QString& strPair : {u"函数"_s, u"数的"_s, u"fo"_s, u"极限"_s, u"二行"_s}) {
+        const quint32 nHash = ((strPair[0].unicode() * 40503u + strPair[1].unicode() * 30011u) >> 2) %
+                              quint32(filter.size() * 8);
+        EXPECT_TRUE(filter[qsizetype(nHash / 8)] & (1 << (nHash % 8))) << strPair.toStdString();
+    }
+    EXPECT_THAT(course.Bytes(nText, u"index.html"_s).toStdString(), HasSubstr("&lt;第二行&gt;</pre>"))
+        << "a text file stands in the page, whatever its coding";
 }
 
 TEST(SiteCompiler, KeepsOpenTypes) {
