@@ -30,8 +30,12 @@ TEST(ExportWindow, ExportsAndReportsWhatIsLeftOut) {
     course.Add(c_nRootNodeId, u"丢了"_s, NodeType::c_nEditorPage, u"Content.htm"_s);
     CExportWindow window(course.Folder.Path(course.strProject), u"<b>课"_s, NoPictures);
     WhenDialogOpens([](QDialog& dialog) {
-        dialog.findChild<QLineEdit*>(u"target"_s)->setText(u"讲义"_s);
-        QTest::keyClick(&dialog, Qt::Key_Return);
+        auto* pTarget = dialog.findChild<QLineEdit*>(u"target"_s);
+        pTarget->setText(u"讲义"_s);
+        // Return means the start again when the focus has been on the other button.
+        dialog.findChild<QPushButton*>(u"cancel"_s)->setFocus();
+        pTarget->setFocus();
+        QTest::keyClick(pTarget, Qt::Key_Return);
         auto* pClose = dialog.findChild<QPushButton*>(u"cancel"_s);
         EXPECT_TRUE(QTest::qWaitFor([&] { return pClose->text() == u"关闭"_s; }, c_nPatienceMilliseconds));
         EXPECT_TRUE(dialog.findChild<QPlainTextEdit*>(u"report"_s)->toPlainText().contains(u"栏目“丢了”"));

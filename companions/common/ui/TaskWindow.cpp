@@ -64,11 +64,12 @@ CTaskWindow::CTaskWindow(const TaskTexts& texts, std::unique_ptr<ITask> pTask, c
     m_pCancel->setObjectName(u"cancel"_s);
     m_pCopy->setAutoDefault(false);
     m_pCopy->hide();
-    m_pStart->setDefault(true);
     connect(m_pCopy, &QPushButton::clicked, this, &CTaskWindow::CopyReport);
     connect(m_pButtons, &QDialogButtonBox::accepted, this, &CTaskWindow::Accept);
     connect(m_pButtons, &QDialogButtonBox::rejected, this, &CTaskWindow::reject);
     LayOut();
+    // Only within its window is it also the default when the focus comes back from another button.
+    m_pStart->setDefault(true);
     m_pPlace->setFocus();
 }
 
