@@ -109,10 +109,28 @@ QImage OnScreen(QWidget& widget) {
 
 double Tell(const char* szWhat, const std::vector<double>& times) {
     const double dMedian = Median(times);
-    std::printf("  %-20s %8.1f   worst %8.1f\n", szWhat, dMedian,
+    std::printf("  %-22s %8.1f   worst %8.1f\n", szWhat, dMedian,
                 *std::max_element(times.begin(), times.end()));
     std::fflush(stdout);
     return dMedian;
+}
+
+/// From a step's beginning to the last change of what the screen shows of the beginning of a widget's text.
+template <class Step>
+double UntilShown(QWidget& shown, Step step) {
+    QElapsedTimer timer;
+    timer.start();
+    step();
+    double dShown = Since(timer);
+    QImage last = OnScreen(shown);
+    while (timer.elapsed() < c_nLook) {
+        QTest::qWait(2);
+        const QImage now = OnScreen(shown);
+        if (Difference(last, now) > c_nMoreThanCaret)
+            dShown = Since(timer);
+        last = now;
+    }
+    return dShown;
 }
 
 /// Letters into whatever has the keyboard; they are large and stand at the page's beginning.
@@ -143,8 +161,9 @@ double BareKeys(const QString& strPage) {
     view.show();
     view.activateWindow();
     bool bDone = false;
+    QTest::qWait(c_nLook);
     QObject::connect(&view, &QWebEngineView::loadFinished, [&] { bDone = true; });
-    view.load(QUrl::fromLocalFile(strPage));
+    Tell("bare load until shown", {UntilShown(view, [&] { view.load(QUrl::fromLocalFile(strPage)); })});
     if (!QTest::qWaitFor([&] { return bDone; }, c_nPaintPatience))
         std::printf("  the bare page never came\n");
     view.page()->runJavaScript(
@@ -167,10 +186,16 @@ public:
         m_view.resize(1000, 700);
         m_view.show();
         m_view.activateWindow();
-        Say("load", {Time([this] {
+        QTest::qWait(c_nLook);
+        double dLoad = 0;
+        const double dShown = UntilShown(*m_view.findChild<QWidget*>(u"design"_s), [&] {
+            dLoad = Time([this] {
                 m_view.m_pNode = m_pNode.get();
                 m_view.ShowNode();
-            })});
+            });
+        });
+        Say("load", {dLoad});
+        Say("load until shown", {dShown});
     }
 
     void Tabs() {
@@ -186,7 +211,10 @@ public:
             m_times[step.szName].clear();
         for (int n = 0; n < c_nRounds; ++n) {
             for (const auto& step : steps) {
-                m_times[step.szName].push_back(UntilShown(step.nTab, step.szShown));
+                m_times[step.szName].push_back(
+                    UntilShown(*m_view.findChild<QWidget*>(QLatin1StringView(step.szShown)), [&] {
+                        m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(step.nTab);
+                    }));
                 if (step.nTab == 1)
                     ChangeSource(n);
             }
@@ -219,6 +247,20 @@ public:
         Say("navigate", navigate);
     }
 
+    /// A text that has nothing of the page, or its first line alone, and the way back.
+    void Undo() {
+        auto* pDesign = m_view.findChild<CWebBrowser2Ex*>(u"design"_s);
+        QString strHtml, strBack;
+        pDesign->GetBrowserBodyInnerHTML(strHtml);
+        for (const QString& strOther :
+             {u"<h1>x</h1>"_s, QString(strHtml.section(u'\n', 0, 0) + u"<h1>x</h1>"_s)}) {
+            Say("replace all", {Time([&] { pDesign->SetBrowserBodyInnerHTML(strOther); })});
+            Say("undo that", {Time([&] { pDesign->ExecuteIHTMLDocumentCmd(u"Undo"_s, false, {}); })});
+            if (!pDesign->GetBrowserBodyInnerHTML(strBack) || strBack != strHtml)
+                std::printf("  the page did not come back\n");
+        }
+    }
+
     void Keys() {
         auto* pDesign = m_view.findChild<CWebBrowser2Ex*>(u"design"_s);
         pDesign->setFocus();
@@ -237,7 +279,7 @@ public:
         tick.stop();
         Say("interface still", {dStill});
         const double dBare = BareKeys(Platform::ToNative(m_pNode->GetContentPath()));
-        std::printf("  key, ours to bare    %8.2f\n", dOurs / dBare);
+        std::printf("  key, ours to bare      %8.2f\n", dOurs / dBare);
     }
 
 private:
@@ -249,24 +291,6 @@ private:
         return Since(timer);
     }
     static void Say(const char* szWhat, const std::vector<double>& times) { Tell(szWhat, times); }
-
-    /// From the choice of a tab to the last change of what the screen shows of its text's beginning.
-    double UntilShown(int nTab, const char* szShown) {
-        auto* pShown = m_view.findChild<QWidget*>(QLatin1StringView(szShown));
-        QElapsedTimer timer;
-        timer.start();
-        m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(nTab);
-        double dShown = Since(timer);
-        QImage last = OnScreen(*pShown);
-        while (timer.elapsed() < c_nLook) {
-            QTest::qWait(2);
-            const QImage now = OnScreen(*pShown);
-            if (Difference(last, now) > c_nMoreThanCaret)
-                dShown = Since(timer);
-            last = now;
-        }
-        return dShown;
-    }
 
     /// Another large letter at the page's beginning, so that the screen tells when the text is there.
     void ChangeSource(int nRound) {
@@ -303,6 +327,7 @@ int main(int argc, char** argv) {
             CEditorBench bench(*pCourse, nSize, page);
             bench.Tabs();
             bench.Parts();
+            bench.Undo();
             bench.Keys();
         }
     }

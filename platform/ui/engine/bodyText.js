@@ -88,8 +88,10 @@
         patch(node, come[index]);
       });
     } else {
-      gone.forEach((node) => node.remove());
-      come.forEach((node) => element.insertBefore(node, behind));
+      gone.length === old.length && !behind ? element.replaceChildren() : gone.forEach((node) => node.remove());
+      const whole = document.createDocumentFragment();
+      come.forEach((node) => whole.append(node));
+      element.insertBefore(whole, behind);
     }
   }
 
@@ -112,25 +114,35 @@
     return null;
   }
 
-  function setBodyHtml(html) {
-    const chosen = window.getSelection();
-    const {anchorNode, focusNode} = chosen;
+  function putBody(html) {
     const fresh = /<frameset[\s>]/i.test(html) && new DOMParser().parseFromString(html, 'text/html');
     if (fresh && isFrameset(fresh.body)) {
       replaceDocument(fresh);
     } else {
       if (isFrameset(body()))
         document.body = document.createElement('body');
-      patch(body(), inert(html));
+      if (body().hasChildNodes())
+        patch(body(), inert(html));
+      else
+        body().innerHTML = html;
     }
     dropDeclarations();
+    return localReferences(body());
+  }
+
+  function setBodyHtml(html) {
+    // Whoever asks for the caret has the page laid out.
+    if (document.designMode !== 'on')
+      return putBody(html);
+    const chosen = window.getSelection();
+    const {anchorNode, focusNode} = chosen;
+    const local = putBody(html);
     // A caret that stood in what is gone stands nowhere: the engine selects nothing from there.
     if (anchorNode !== chosen.anchorNode || focusNode !== chosen.focusNode || !anchorNode) {
       chosen.removeAllRanges();
-      if (document.designMode === 'on')
-        selection();
+      selection();
     }
-    return localReferences(body());
+    return local;
   }
 
   // The new values of attributes, by their names and old values, where two texts differ in nothing else.
@@ -237,6 +249,7 @@
     innerHtml: innerHtml,
     replaceDocument: replaceDocument,
     dropDeclarations: dropDeclarations,
+    putBody: putBody,
     setBodyHtml: setBodyHtml,
     setBodyKeepingCaret: setBodyKeepingCaret,
     takeNames: takeNames,

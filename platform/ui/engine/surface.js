@@ -4,7 +4,7 @@
   'use strict';
   const {body, isFrameset, inert, localReferences, rename, selection, hasSelection, chosenField, elementOf,
          enclosing} = page;
-  const {innerHtml, replaceDocument, dropDeclarations, setBodyHtml, setBodyKeepingCaret, takeNames, stage,
+  const {innerHtml, replaceDocument, dropDeclarations, putBody, setBodyHtml, setBodyKeepingCaret, takeNames, stage,
          showStaged, showMore, strays, looks} = bodyText;
   const {insert, paste} = insertion;
   const {command, shapeBlocks, createLink} = commands;
@@ -187,6 +187,7 @@
     if (Object.hasOwn(window, 'vorelWatching'))
       return true;
     window.vorelWatching = true;
+    separateByParagraphs();
     typing.listen();
     window.vorelChanged = false;
     clipboard.watch(token, mark);
@@ -201,13 +202,19 @@
     return true;
   }
 
+  // The command has the page laid out, and is given while that is empty.
+  function separateByParagraphs() {
+    if (document.queryCommandValue('defaultParagraphSeparator') !== 'p')
+      document.execCommand('defaultParagraphSeparator', false, 'p');
+  }
+
   const asStep = (work) => (...args) => steps().change(() => work(...args));
 
   const FUNCTIONS = {
     designMode: (on) => {
       document.designMode = on ? 'on' : 'off';
-      steps().clear();
-      document.execCommand('defaultParagraphSeparator', false, 'p');
+      steps().observe(on);
+      separateByParagraphs();
       // Left to itself a page that is edited has no caret before the first click, and takes no key.
       if (on && !isFrameset(body())) {
         selection();
@@ -225,9 +232,12 @@
     setBodyHtml: asStep(setBodyHtml),
     writeBack: (html) => takeNames(html) ? localReferences(body()) : steps().change(() => setBodyKeepingCaret(html)),
     // Of a page that has just been loaded or goes out of sight: nothing to be undone.
-    loadBodyHtml: (html) => {
+    loadBodyHtml: (html, isEdited) => {
       window.vorelStaged = undefined;
-      return setBodyHtml(html);
+      // While it is empty: the switch has each element looked at anew.
+      if (isEdited)
+        document.designMode = 'on';
+      return putBody(html);
     },
     stage: stage,
     showStaged: showStaged,

@@ -78,6 +78,23 @@
     return {kind: kind, changes: [], known: new Map(), size: 0, before: before, after: before, at: Date.now()};
   }
 
+  // Neighbours that come or go one by one, as the engine's commands have it, are one change.
+  function join(last, change) {
+    if (!last || last.type !== 'childList' || change.type !== 'childList' || last.target !== change.target || last.shapes)
+      return false;
+    const isGoing = last.added.length === 0 && change.added.length === 0 && change.previous === last.previous &&
+                    change.removed[0] === last.next;
+    const isComing = last.removed.length === 0 && change.removed.length === 0 && change.next === last.next &&
+                     change.previous === last.added[last.added.length - 1];
+    if (isGoing) {
+      change.removed.forEach((node) => last.removed.push(node));
+      last.next = change.next;
+    } else if (isComing) {
+      change.added.forEach((node) => last.added.push(node));
+    }
+    return isGoing || isComing;
+  }
+
   // Of a text or an attribute that changes again and again, a step keeps what it was at first.
   function addChange(step, change) {
     if (change.type !== 'childList') {
@@ -87,8 +104,9 @@
         return;
       step.known.set(change.target, names.add(name));
     }
-    step.changes.push(change);
     step.size += sizeOf(change);
+    if (!join(step.changes[step.changes.length - 1], change))
+      step.changes.push(change);
   }
 
   function valueOf(change) {
@@ -118,19 +136,35 @@
       if (children.length === node.childNodes.length && children.every((child, i) => child === node.childNodes[i]))
         continue;
       node.replaceChildren();
-      children.forEach((child) => node.append(child));
+      node.append(together(children));
     }
+  }
+
+  // A great many nodes come and go together: the engine takes each that moves alone for a change of the page.
+  function together(nodes) {
+    const whole = document.createDocumentFragment();
+    nodes.forEach((node) => whole.append(node));
+    return whole;
+  }
+
+  function removeAll(target, nodes) {
+    const isWhole = nodes.length > 1 && nodes[0] === target.firstChild && nodes[nodes.length - 1] === target.lastChild &&
+                    nodes.length === target.childNodes.length && nodes.every((node) => node.parentNode === target);
+    if (isWhole)
+      target.replaceChildren();
+    else
+      nodes.forEach((node) => node.remove());
   }
 
   function exchange(change) {
     const {target, previous, next, added, removed, shapes} = change;
     Object.assign(change, {added: removed, removed: added, shapes: added.map(shapeOf)});
-    added.forEach((node) => node.remove());
+    removeAll(target, added);
     const isBefore = next && next.parentNode === target;
     const isBehind = !isBefore && previous && previous.parentNode === target;
     const before = isBefore ? next : isBehind ? previous.nextSibling : null;
     (shapes || []).forEach(restore);
-    removed.forEach((node) => target.insertBefore(node, before));
+    target.insertBefore(together(removed), before);
   }
 
   // The parser takes names that no script may give.
@@ -176,10 +210,10 @@
     try {
       for (const change of changes) {
         turn(change);
-        turned.unshift(change);
+        turned.push(change);
       }
     } catch (error) {
-      turned.forEach(turn);
+      turned.reverse().forEach(turn);
       throw error;
     }
   }
@@ -201,15 +235,18 @@
     constructor() {
       this.onChange = () => {};
       this.observer = new MutationObserver((records) => this.take(records));
-      this.observer.observe(window.document, {
-        subtree: true, childList: true, characterData: true, attributes: true,
-        characterDataOldValue: true, attributeOldValue: true,
-      });
-      this.clear();
+      this.observe(false);
     }
 
-    clear() {
-      this.observer.takeRecords();
+    // Begins anew, and looks at nothing while the page is not edited: its loading would be told node by node.
+    observe(on) {
+      this.observer.disconnect();
+      if (on) {
+        this.observer.observe(window.document, {
+          subtree: true, childList: true, characterData: true, attributes: true,
+          characterDataOldValue: true, attributeOldValue: true,
+        });
+      }
       this.done = [];
       this.undone = [];
       this.open = null;
@@ -225,8 +262,6 @@
       if (records.length === 0)
         return;
       this.onChange();
-      if (document.designMode !== 'on')
-        return;
       if (!this.open && this.done.length === 0)
         this.done.push(makeStep('', place()));
       const step = this.open || this.top();
