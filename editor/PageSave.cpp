@@ -53,10 +53,6 @@ bool CPageSaver::GetLiveText(QString& strHtml) {
 }
 
 bool CPageSaver::GetReferences(References& references, QString& strFailure) {
-    // The source box outlives a surface that has lost the page: its text is then saved with the references as
-    // they stand, which beats losing it.
-    if (m_page.IsInSource() && !SurfaceHoldsPage())
-        return true;
     if (!m_page.GetAllImageSrc(references.Images))
         strFailure = EditorTexts::c_strNoImages;
     else if (!m_page.GetAllEmbededSrc(references.Embeds))
@@ -65,7 +61,8 @@ bool CPageSaver::GetReferences(References& references, QString& strFailure) {
         strFailure = EditorTexts::c_strNoLinks;
     if (!strFailure.isEmpty())
         return false;
-    if (!m_page.GetURL(references.strDocumentUrl))
+    // The source box outlives a surface that has lost the page.
+    if (!SurfaceHoldsPage() || !m_page.GetURL(references.strDocumentUrl))
         references.strDocumentUrl.clear();
     return true;
 }
@@ -109,8 +106,10 @@ ESaveResult CPageSaver::SaveLiveText(bool bWriteBack, bool bAsk, bool bCanCancel
         return ESaveResult::NotSaved;
     }
     QList<ResourceCopy> copies;
+    auto pBusy = m_page.ShowBusy();
     QList<Replacement> replacements = PlanReplacements(references, m_folders, copies);
     QString strText = ApplyReplacements(strHtml, replacements);
+    pBusy.reset();
     const QString strOnDisk = ReadTextFile(m_strPagePath);
     m_bSettled = !HasChanged(strText, strOnDisk);
     if (m_bSettled)

@@ -4,6 +4,7 @@
 #include "platform/base/People.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 /// The text of the page being edited and what its surface reports about it. Every call is false when the
@@ -16,11 +17,14 @@ public:
     virtual bool SetCurrentHtml(const QString& strHtml) = 0;
     /// Whether the source box holds the live text.
     virtual bool IsInSource() const = 0;
-    /// Of the design surface, whichever of the two holds the live text.
+    /// Of the live text, as they stand in it.
     virtual bool GetAllImageSrc(QStringList& list) = 0;
     virtual bool GetAllEmbededSrc(QStringList& list) = 0;
     virtual bool GetAllAnchorHref(QStringList& list) = 0;
+    /// Of the design surface, whichever of the two holds the live text.
     virtual bool GetURL(QString& strUrl) = 0;
+    /// The wait cursor for as long as the object lives, which must be gone before a box comes up.
+    virtual std::shared_ptr<void> ShowBusy() { return nullptr; }
 };
 
 enum class ESaveResult {

@@ -14,6 +14,7 @@
 #include "platform/ui/PastedData.h"
 #include "platform/ui/WebBrowser.h"
 
+#include <QApplication>
 #include <QPointer>
 #include <QShortcut>
 #include <QTabBar>
@@ -192,7 +193,7 @@ void CEditorView::Blank(CWebBrowser2Ex& surface) {
 bool CEditorView::GetCurrentHtml(QString& strHtml) {
     const QPointer<CEditorView> pThis(this);
     if (m_bInSource)
-        strHtml = m_pSource->GetText();
+        strHtml = ReadSource().strHtml;
     else if (!m_pDesign->GetBrowserBodyInnerHTML(strHtml))
         return false;
     if (pThis)
@@ -203,24 +204,44 @@ bool CEditorView::GetCurrentHtml(QString& strHtml) {
 bool CEditorView::SetCurrentHtml(const QString& strHtml) {
     if (!m_bInSource)
         return m_pDesign->WriteBackBody(strHtml);
-    m_pSource->SetText(strHtml);
+    m_pSource->ChangeText(strHtml);
     return true;
 }
 
+/// The surface doesn't know what was typed into the box.
+const CSourceReferences& CEditorView::ReadSource() {
+    if (const QString strText = m_pSource->GetText(); strText != m_strSourceRead) {
+        m_source = CSourceReferences::Of(strText);
+        m_strSourceRead = strText;
+    }
+    return m_source;
+}
+
 bool CEditorView::GetAllImageSrc(QStringList& list) {
-    return m_pDesign->GetAllImageSrc(list);
+    if (m_bInSource)
+        list = ReadSource().Images;
+    return m_bInSource || m_pDesign->GetAllImageSrc(list);
 }
 
 bool CEditorView::GetAllEmbededSrc(QStringList& list) {
-    return m_pDesign->GetAllEmbededSrc(list);
+    if (m_bInSource)
+        list = ReadSource().Embeds;
+    return m_bInSource || m_pDesign->GetAllEmbededSrc(list);
 }
 
 bool CEditorView::GetAllAnchorHref(QStringList& list) {
-    return m_pDesign->GetAllAnchorHref(list);
+    if (m_bInSource)
+        list = ReadSource().Anchors;
+    return m_bInSource || m_pDesign->GetAllAnchorHref(list);
 }
 
 bool CEditorView::GetURL(QString& strUrl) {
     return m_pDesign->GetURL(strUrl);
+}
+
+std::shared_ptr<void> CEditorView::ShowBusy() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    return {nullptr, [](void*) { QApplication::restoreOverrideCursor(); }};
 }
 
 void CEditorView::SwitchTo(EMode mode) {

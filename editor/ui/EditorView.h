@@ -4,6 +4,7 @@
 #include "editor/EditorCommands.h"
 #include "editor/PageKeeper.h"
 #include "editor/PageSave.h"
+#include "editor/ui/SourceReferences.h"
 #include "platform/base/People.h"
 
 #include <QElapsedTimer>
@@ -56,6 +57,8 @@ private:
     bool GetAllEmbededSrc(QStringList& list) override;
     bool GetAllAnchorHref(QStringList& list) override;
     bool GetURL(QString& strUrl) override;
+    std::shared_ptr<void> ShowBusy() override;
+    const CSourceReferences& ReadSource();
 
     // Tabs and layout.
     void SwitchTo(EditorCommands::EMode mode);
@@ -119,6 +122,9 @@ private:
     EditorCommands::SAtCaret m_atCaret;
     /// The text box holds the live text. A move to the preview leaves it as it is.
     bool m_bInSource = false;
+    /// The source box's text as it was read last, and what it says.
+    QString m_strSourceRead;
+    CSourceReferences m_source;
     CPageKeeper m_keeper;
     std::optional<KeptPage> m_takeUp;
     /// The preview stands at the page as it is on the disk.

@@ -6,12 +6,34 @@
 #include <QMimeData>
 #include <QTextCursor>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
 /// More characters than this the box can't show in bearable time.
 constexpr int c_nMaxCharacters = 8'000'000;
+
+/// Replaces what differs between the text at a place of a document and another one.
+void ReplaceAt(QTextCursor& cursor, qsizetype nPlace, QStringView was, QStringView wanted) {
+    const auto [itWas, itWanted] = std::mismatch(was.begin(), was.end(), wanted.begin(), wanted.end());
+    qsizetype nSame = itWas - was.begin();
+    // The halves of a character go together.
+    if (nSame > 0 && was[nSame - 1].isHighSurrogate())
+        --nSame;
+    was = was.sliced(nSame);
+    wanted = wanted.sliced(nSame);
+    const auto [itWasEnd, itWantedEnd] =
+        std::mismatch(was.rbegin(), was.rend(), wanted.rbegin(), wanted.rend());
+    qsizetype nSameEnd = itWasEnd - was.rbegin();
+    if (nSameEnd > 0 && was[was.size() - nSameEnd].isLowSurrogate())
+        --nSameEnd;
+    if (was.size() == nSameEnd && wanted.size() == nSameEnd)
+        return;
+    cursor.setPosition(static_cast<int>(nPlace + nSame));
+    cursor.setPosition(static_cast<int>(nPlace + nSame + was.size() - nSameEnd), QTextCursor::KeepAnchor);
+    cursor.insertText(wanted.chopped(nSameEnd).toString());
+}
 
 } // namespace
 
@@ -55,11 +77,36 @@ void CSourceBox::SetText(const QString& strText) {
     setPlainText(m_mark.isNull() ? strShown : SourceLines::Fold(strShown, m_mark));
 }
 
-QString CSourceBox::GetText() const {
+void CSourceBox::ChangeText(const QString& strText) {
+    if (m_mark.isNull() || !Fits(strText) || strText.contains(m_mark) ||
+        strText.contains(SourceLines::SecondMark(m_mark)))
+        return SetText(strText);
+    const QString strWas = GetShown();
+    const QString strWanted = SourceLines::Fold(SourceLines::WithReferences(strText), m_mark);
+    const QList<QStringView> was = QStringView(strWas).split(u'\n');
+    const QList<QStringView> wanted = QStringView(strWanted).split(u'\n');
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    if (was.size() != wanted.size()) {
+        ReplaceAt(cursor, 0, strWas, strWanted);
+    } else {
+        // From the end, where nothing moves the lines that are still to come.
+        for (qsizetype n = was.size() - 1; n >= 0; --n)
+            ReplaceAt(cursor, was[n].begin() - QStringView(strWas).begin(), was[n], wanted[n]);
+    }
+    cursor.endEditBlock();
+}
+
+/// With the folds.
+QString CSourceBox::GetShown() const {
     // The box's plain text would turn hard blanks into ordinary ones.
     QString strText = document()->toRawText();
     strText.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
-    return SourceLines::Unfold(strText, m_mark);
+    return strText;
+}
+
+QString CSourceBox::GetText() const {
+    return SourceLines::Unfold(GetShown(), m_mark);
 }
 
 QMimeData* CSourceBox::createMimeDataFromSelection() const {

@@ -13,6 +13,9 @@ public:
     static bool Fits(const QString& strText);
     /// For a text that fits.
     void SetText(const QString& strText);
+    /// The same, but as one step that can be undone, in which what is the same stays: the caret keeps its
+    /// place, and the box what it shows.
+    void ChangeText(const QString& strText);
     QString GetText() const;
 
 Q_SIGNALS:
@@ -24,8 +27,8 @@ protected:
     void insertFromMimeData(const QMimeData* pSource) override;
 
 private:
+    QString GetShown() const;
     void CutAt(int nPosition, int nAdded);
-
     void KeepOffFold();
 
     QChar m_mark;

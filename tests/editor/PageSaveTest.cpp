@@ -214,7 +214,6 @@ TEST_F(PageSaveTest, TheTextOfALostSurfaceNeverReplacesThePage) {
     // What stands in the source box is the teacher's own.
     m_page.bInSource = true;
     m_page.strHtml = u"typed"_s;
-    m_page.strFailing = u"images"_s;
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     EXPECT_EQ(m_written, QStringList{u"typed"_s});
 }

@@ -199,6 +199,38 @@ TEST_F(EditorViewTest, TheLiveTextFollowsTheTabs) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+// As if the surface had had it; and the box stays where it is.
+TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
+    m_world.Folder.Write(u"图 & 1.gif"_s, "x");
+    Open("<p>one</p>");
+    Tab(c_nSource);
+    const QString strTyped =
+        u"<IMG alt=a src='file://%1'>\n<!-- <img src=\"%2\"> -->\n<p>here</p>\n<img src=\"%2\">\n"
+        u"<a href=\"file:///%3#a&amp;b\">x</a><img src=\"file:///Z:/gone 1.gif\"><img src=res/a.gif>"_s.arg(
+            m_world.Folder.Native(u"图 & 1.gif"_s).replace(u'&', u"&amp;"_s),
+            m_world.Folder.Path(u"图 & 1.gif"_s),
+            m_world.NodePath(m_pNode->GetId(), u"res\\b.htm"_s).replace(u'\\', u'/'));
+    QTextCursor(Source().document()).insertText(strTyped);
+    QTextCursor caret = Source().document()->find(u"here"_s);
+    Source().setTextCursor(caret);
+    ASSERT_TRUE(m_view.RunCommand(32825));
+
+    const QString strSaved = Source().toPlainText();
+    EXPECT_EQ(OnDisk().replace(u"\r\n"_s, u"\n"_s), strSaved);
+    EXPECT_EQ(QDir(m_world.Folder.Native(PageFile(u"res"_s))).count(), 4U) << "two of them folders";
+    EXPECT_TRUE(strSaved.contains(u"<IMG alt=a src=\"res/"_s)) << strSaved.toStdString();
+    EXPECT_EQ(strSaved.count(u"\"res/"_s), 3) << strSaved.toStdString();
+    EXPECT_TRUE(strSaved.contains(u"<a href=\"res/b.htm#a&amp;b\">"_s)) << strSaved.toStdString();
+    EXPECT_TRUE(strSaved.contains(m_world.Folder.Path(u"图 & 1.gif"_s))) << "the comment's";
+    EXPECT_EQ(Source().textCursor().selectedText(), u"here"_s);
+    Source().undo();
+    EXPECT_TRUE(Source().toPlainText().startsWith(strTyped));
+    Source().redo();
+    ASSERT_TRUE(m_view.RunCommand(32825));
+    EXPECT_EQ(Source().toPlainText(), strSaved);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
     Open("<p>one <b>two</b></p>");
     for (const auto& command : EditorCommands::All()) {

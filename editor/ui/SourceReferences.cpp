@@ -1,0 +1,70 @@
+#include "editor/ui/SourceReferences.h"
+
+#include "foundation/HtmlTree.h"
+#include "platform/ui/SurfaceUrls.h"
+
+#include <QMap>
+
+namespace {
+
+/// Where an attribute's value stands in the bytes of the text, and what it becomes.
+struct SChange {
+    qsizetype nLength;
+    QByteArray value;
+};
+
+QByteArray WithoutQuotes(const QByteArray& value) {
+    const bool bQuoted = value.startsWith('"') || value.startsWith('\'');
+    return bQuoted ? value.mid(1, value.size() - 2) : value;
+}
+
+} // namespace
+
+CSourceReferences CSourceReferences::Of(const QString& strSource) {
+    CSourceReferences result{strSource, {}, {}, {}};
+    const QByteArray bytes = strSource.toUtf8();
+    if (HtmlTree::IsTooDeep(bytes))
+        return result;
+    // By their places: the parser may make several elements of one tag.
+    QMap<qsizetype, SChange> changes;
+    const auto note = [&](const GumboElement& element, const char* szName, QStringList& list) {
+        const GumboAttribute* pAttribute = gumbo_get_attribute(&element.attributes, szName);
+        if (pAttribute == nullptr)
+            return;
+        const QString strValue = QString::fromUtf8(pAttribute->value);
+        const auto canonical = SurfaceUrls::CanonicalReference(strValue);
+        if (!canonical) {
+            if (const QString strAbsolute = SurfaceUrls::ReportedReference(strValue, {});
+                !strAbsolute.isEmpty())
+                list.append(strAbsolute);
+            return;
+        }
+        // In the text a query or a fragment may need an escape.
+        const QString strWritten = canonical->toHtmlEscaped();
+        list.append(strWritten);
+        const GumboStringPiece& piece = pAttribute->original_value;
+        const QByteArray written(piece.data, static_cast<qsizetype>(piece.length));
+        if (WithoutQuotes(written) != strWritten.toUtf8())
+            changes.insert(piece.data - bytes.constData(), {written.size(), '"' + strWritten.toUtf8() + '"'});
+    };
+    const HtmlTree::Tree tree = HtmlTree::Parse(bytes);
+    HtmlTree::ForEachElement(tree->root, [&](const GumboNode* pNode) {
+        const GumboElement& element = pNode->v.element;
+        if (element.tag == GUMBO_TAG_IMG)
+            note(element, "src", result.Images);
+        else if (element.tag == GUMBO_TAG_EMBED)
+            note(element, "src", result.Embeds);
+        else if (element.tag == GUMBO_TAG_A)
+            note(element, "href", result.Anchors);
+    });
+    if (changes.isEmpty())
+        return result;
+    QByteArray text;
+    qsizetype nDone = 0;
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
+        text += QByteArrayView(bytes).sliced(nDone, it.key() - nDone).toByteArray() + it->value;
+        nDone = it.key() + it->nLength;
+    }
+    result.strHtml = QString::fromUtf8(text + bytes.mid(nDone));
+    return result;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// A page's source and its references, for a text that no surface has read.
+struct CSourceReferences {
+    /// The text with the absolute local references of its pictures, embedded files and links in the form that
+    /// a surface gives them (platform/ui/SurfaceUrls.h). All else stands as it is.
+    QString strHtml;
+    /// As they stand in that text, in its order. Relative ones are left out: they need no change.
+    QStringList Images, Embeds, Anchors;
+
+    /// A text whose tags nest too deeply for the parser comes as it is, without references.
+    static CSourceReferences Of(const QString& strSource);
+};
