@@ -278,13 +278,13 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     }
     m_bPageLoaded = true;
     if (bodyText)
-        return bForText || PutBody(QStringLiteral("loadBodyHtml"), {*bodyText, true});
+        return bForText || PutBody(QStringLiteral("loadBodyHtml"), *bodyText);
     return !url.isLocalFile() || MendPage(url.toLocalFile());
 }
 
-bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QJsonArray& arguments) {
+bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QString& strHtml) {
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const SEngineAnswer answer = m_pEngine->Call(strFunction, arguments, c_nScriptMilliseconds);
+    const SEngineAnswer answer = m_pEngine->Call(strFunction, {strHtml}, c_nScriptMilliseconds);
     if (!pAlive || !answer.HasValue())
         return false;
     const QJsonObject names = NewNames(answer.Value.toArray());
@@ -404,13 +404,13 @@ void CWebBrowser2Ex::ClearLater() {
 bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
     const CCallGuard guard;
     return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded &&
-           PutBody(QStringLiteral("setBodyHtml"), {strHtml});
+           PutBody(QStringLiteral("setBodyHtml"), strHtml);
 }
 
 bool CWebBrowser2Ex::WriteBackBody(const QString& strHtml) {
     const CCallGuard guard;
     return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded &&
-           PutBody(QStringLiteral("writeBack"), {strHtml});
+           PutBody(QStringLiteral("writeBack"), strHtml);
 }
 
 bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value) {

@@ -15,7 +15,6 @@
 
 class IWebEngine;
 struct SPastedData;
-class QJsonArray;
 class QLabel;
 
 /// The browser surface: shows a page, makes it editable, and hands its text in and out as synchronous calls.
@@ -203,7 +202,7 @@ private:
     /// saving would make untrue, is taken out. False when a page to be edited stays misread.
     bool MendPage(const QString& strNativeFile);
     /// Replaces the body's text, with its local references in the one form.
-    bool PutBody(const QString& strFunction, const QJsonArray& arguments);
+    bool PutBody(const QString& strFunction, const QString& strHtml);
     bool ShowFailure(const QString& strText);
     bool BeginWebPage(const QUrl& url);
     /// A text in front of the engine's view; none for an empty one.

@@ -199,6 +199,17 @@ TEST_F(EditorViewTest, TheLiveTextFollowsTheTabs) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+// The surface has the keyboard already when the second comes.
+TEST_F(EditorViewTest, EachPageTakesWhatIsTypedAtOnce) {
+    for (int n = 0; n < 3; ++n) {
+        Open("<p>one</p>");
+        Type(u"甲"_s);
+        EXPECT_EQ(Html(), u"<p>甲one</p>"_s);
+        m_view.RunCommand(32825);
+        EXPECT_TRUE(m_view.LeaveNode(true));
+    }
+}
+
 // As if the surface had had it; and the box stays where it is.
 TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
     m_world.Folder.Write(u"图 & 1.gif"_s, "x");
@@ -209,7 +220,7 @@ TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
         u"<a href=\"file:///%3#a&amp;b\">x</a><img src=\"file:///Z:/gone 1.gif\"><img src=res/a.gif>"_s.arg(
             m_world.Folder.Native(u"图 & 1.gif"_s).replace(u'&', u"&amp;"_s),
             m_world.Folder.Path(u"图 & 1.gif"_s),
-            m_world.NodePath(m_pNode->GetId(), u"res\\b.htm"_s).replace(u'\\', u'/'));
+            m_world.Folder.Path(PageFile(u"res\\b.htm"_s)).replace(u'\\', u'/'));
     QTextCursor(Source().document()).insertText(strTyped);
     QTextCursor caret = Source().document()->find(u"here"_s);
     Source().setTextCursor(caret);

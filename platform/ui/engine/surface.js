@@ -232,11 +232,8 @@
     setBodyHtml: asStep(setBodyHtml),
     writeBack: (html) => takeNames(html) ? localReferences(body()) : steps().change(() => setBodyKeepingCaret(html)),
     // Of a page that has just been loaded or goes out of sight: nothing to be undone.
-    loadBodyHtml: (html, isEdited) => {
+    loadBodyHtml: (html) => {
       window.vorelStaged = undefined;
-      // While it is empty: the switch has each element looked at anew.
-      if (isEdited)
-        document.designMode = 'on';
       return putBody(html);
     },
     stage: stage,
