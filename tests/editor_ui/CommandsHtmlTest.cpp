@@ -382,6 +382,25 @@ TEST_F(CommandsHtmlTest, WhatIsTypedBehindALinkIsNoLink) {
     }
 }
 
+TEST_F(CommandsHtmlTest, WhatIsTypedBehindAButtonIsNotItsLabel) {
+    Open("<p>x</p>");
+    Put(u"<p>a|b</p>"_s);
+    Run({0, 32843, {}, {}, {}});
+    Type(u"后"_s);
+    EXPECT_EQ(Html(), u"<p>a<button type=\"button\">按钮</button>后b</p>"_s);
+    Put(u"<p><button>a</button></p>"_s);
+    Look(u"getSelection().collapse(document.querySelector('button').firstChild, 0)"_s);
+    Press(Qt::Key_End, Qt::NoModifier);
+    Press(Qt::Key_Z, Qt::NoModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == u"<p><button>a</button>z</p>"_s; }))
+        << Html().toStdString();
+    Put(u"<p><button>[a]</button></p>"_s);
+    Press(Qt::Key_B, Qt::NoModifier);
+    Press(Qt::Key_C, Qt::NoModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == u"<p><button>bc</button></p>"_s; }))
+        << Html().toStdString();
+}
+
 TEST_F(CommandsHtmlTest, WhatIsTypedBehindATableIsAParagraph) {
     Open("<p>x</p>");
     Put(u"|"_s);

@@ -57,6 +57,13 @@
     if (nodes.length === 1 && nodes[0].localName === 'br')
       return document.execCommand('insertLineBreak');
     const range = emptiedPlace();
+    // Nothing that is clicked may stand in a button.
+    const button = fragment.querySelector('a, button, input, select, textarea') &&
+        elementOf(range.startContainer).closest('button');
+    if (button) {
+      range.setStartAfter(button);
+      range.collapse(true);
+    }
     for (const [inside, around] of [[BLOCKS, PARAGRAPHS], ['a', 'a']]) {
       const outer = fragment.querySelector(inside) && elementOf(range.startContainer).closest(around);
       if (outer && body().contains(outer))

@@ -19,6 +19,25 @@
     return rest.toString() === '' ? help : null;
   }
 
+  // A caret that stands behind a button is drawn in it, and what is typed there would be its label. Only one that
+  // was put into the label stands in it.
+  function buttonBefore(node, offset) {
+    const before = node.nodeType === Node.ELEMENT_NODE ? node.childNodes[offset - 1] :
+        offset === 0 ? node.previousSibling : null;
+    return before && before.localName === 'button' ? before : null;
+  }
+
+  function leaveButton(event) {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0 || !chosen.isCollapsed || chosen.anchorNode.nodeType !== Node.TEXT_NODE ||
+        chosen.anchorOffset !== chosen.anchorNode.length)
+      return;
+    const button = chosen.anchorNode.parentElement.closest('button');
+    const isOutside = event.type === 'keyup' ? event.key === 'End' : button && !button.contains(event.target);
+    if (button && isOutside && button.parentNode)
+      chosen.collapse(button.parentNode, Array.from(button.parentNode.childNodes).indexOf(button) + 1);
+  }
+
   // Directly behind a table an input method loses its place, and text would stand outside of every paragraph.
   function openLine(chosen) {
     const {anchorNode, anchorOffset} = chosen;
@@ -68,7 +87,9 @@
     const chosen = window.getSelection();
     if (chosen.rangeCount > 0 && chosen.isCollapsed)
       openLine(chosen);
-    const help = chosen.rangeCount > 0 && chosen.isCollapsed ? helpEndingAt(chosen.anchorNode, chosen.anchorOffset) : null;
+    const {anchorNode, anchorOffset} = chosen;
+    const help = chosen.rangeCount > 0 && chosen.isCollapsed ?
+        helpEndingAt(anchorNode, anchorOffset) || buttonBefore(anchorNode, anchorOffset) : null;
     left = help && help.textContent !== '' ? {help: help, length: help.textContent.length} : null;
   }
 
@@ -104,6 +125,8 @@
   // Before the history hears of it, which takes all that is done here for what was typed.
   function listen() {
     const isEdited = () => document.designMode === 'on';
+    for (const name of ['mouseup', 'keyup'])
+      window.addEventListener(name, (event) => isEdited() && leaveButton(event), true);
     window.addEventListener('compositionstart', () => isEdited() && look(), true);
     window.addEventListener('beforeinput', (event) => {
       if (isEdited() && !event.isComposing && event.inputType.startsWith('insert') &&
