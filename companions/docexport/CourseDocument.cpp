@@ -169,8 +169,15 @@ int CCourseDocument::Write(const std::function<QString(int nPiece)>& pathOf) {
 
 QStringList CCourseDocument::Notes() const {
     QStringList notes;
-    if (m_nFiles + m_nSites + m_nVideos > 0)
-        notes.append(DocText::c_strNoteNamedOnly.arg(m_nFiles).arg(m_nSites).arg(m_nVideos));
+    QStringList named;
+    for (const auto& [nCount, strKind] :
+         {std::pair(m_nFiles, DocText::c_strNamedFiles), std::pair(m_nSites, DocText::c_strNamedSites),
+          std::pair(m_nVideos, DocText::c_strNamedVideos)}) {
+        if (nCount > 0)
+            named.append(strKind.arg(nCount));
+    }
+    if (!named.isEmpty())
+        notes.append(DocText::c_strNoteNamedOnly.arg(named.join(u'、')));
     if (m_nDeep > 0)
         notes.append(DocText::c_strNoteDeepLevels.arg(m_nDeep));
     const int nUnreachable = m_plan.Model().UnreachableCount();

@@ -19,8 +19,9 @@ constexpr int c_nMaxRows = 10000;
 /// column may rather break its lines.
 constexpr std::array<double, 3> c_rooms = {86, 100, 120};
 constexpr int c_nWidest = 60;
-constexpr int c_nMargins = 4;
-/// A short text stays in one line, and longer words may be broken.
+constexpr int c_nMargins = 3;
+constexpr int c_nShortest = 2;
+/// A short text had better stay in one line, and longer words may be broken.
 constexpr int c_nShort = 8;
 constexpr int c_nLongestWord = 20;
 
@@ -139,19 +140,19 @@ private:
         return {0, qBound(0.0, strWidth.toDouble(), 10000.0)};
     }
 
-    /// What a column takes for a text to break no line, and at least.
+    /// What a column takes for its longest word, for short texts to stay in a line, and for all to do so.
     struct Need {
-        double Most = 0;
-        double Least = 0;
+        double Word = c_nShortest;
+        double Short = c_nShortest;
+        double All = c_nShortest;
 
         void Take(const QString& strText) {
             int nLine = 0;
             int nWord = 0;
-            int nLongest = 0;
             const auto endLine = [&] {
-                Most = qMax(Most, double(qMin(nLine, c_nWidest)));
-                Least = qMax(Least, double(nLine <= c_nShort ? nLine : qMax(c_nShort, nLongest)));
-                nLine = nWord = nLongest = 0;
+                All = qMax(All, double(qMin(nLine, c_nWidest)));
+                Short = qMax(Short, double(qMin(nLine, c_nShort)));
+                nLine = nWord = 0;
             };
             for (const QChar c : strText) {
                 if (c == u'\n') {
@@ -160,9 +161,10 @@ private:
                 }
                 nLine += WidthOf(c);
                 nWord = WidthOf(c) > 1 || c.isSpace() ? 0 : nWord + 1;
-                nLongest = qMax(nLongest, qMin(nWord, c_nLongestWord));
+                Word = qMax(Word, double(qMin(nWord, c_nLongestWord)));
             }
             endLine();
+            Short = qMax(Short, Word);
         }
     };
 
@@ -186,7 +188,7 @@ private:
                 std::transform(said.begin(), said.end(), widths.begin(),
                                [&](const Said& width) { return width.*unit; });
         }
-        const double dSum = std::accumulate(widths.begin(), widths.end(), 0.0);
+        const double dSum = Sum(widths);
         for (const double dWidth : widths)
             m_table.Shares.append(qMax(1, int(dWidth * 100 / dSum)));
         // What the rounding leaves goes where it is seen least.
@@ -195,25 +197,35 @@ private:
             qMax(0, 100 - std::accumulate(shares.begin(), shares.end(), 0));
     }
 
-    /// What each column has at least, and of the room that is left a part by what it could use. Sets the size
-    /// of the text by whether that finds room.
+    static double Sum(const QList<double>& widths) {
+        return std::accumulate(widths.begin(), widths.end(), 0.0);
+    }
+    /// Widths between two, as the room allows.
+    static QList<double> Between(const QList<double>& least, const QList<double>& most, double dRoom) {
+        const double dWish = Sum(most) - Sum(least);
+        const double dPart = dWish > 0 ? qBound(0.0, (dRoom - Sum(least)) / dWish, 1.0) : 1;
+        QList<double> widths;
+        for (qsizetype i = 0; i < least.size(); ++i)
+            widths.append(least[i] + (most[i] - least[i]) * dPart);
+        return widths;
+    }
+
+    /// Words are not broken where smaller text can help, and short texts only where there is no room.
     QList<double> Fitted(const QList<Need>& needs) {
-        double dMost = 0;
-        double dLeast = 0;
+        QList<double> words, shorts, all;
         for (const Need& need : needs) {
-            dMost += need.Most + c_nMargins;
-            dLeast += need.Least + c_nMargins;
+            words.append(need.Word + c_nMargins);
+            shorts.append(need.Short + c_nMargins);
+            all.append(need.All + c_nMargins);
         }
         size_t nSize = 0;
-        while (nSize + 1 < c_rooms.size() && dLeast > c_rooms[nSize])
+        while (nSize + 1 < c_rooms.size() && Sum(words) > c_rooms[nSize])
             ++nSize;
+        if (nSize == 0 && Sum(shorts) > c_rooms[0])
+            nSize = 1;
         m_table.Text = PageTable::EText(nSize);
-        const double dPart =
-            dMost > dLeast ? qBound(0.0, (c_rooms[nSize] - dLeast) / (dMost - dLeast), 1.0) : 1;
-        QList<double> widths;
-        for (const Need& need : needs)
-            widths.append(need.Least + c_nMargins + (need.Most - need.Least) * dPart);
-        return widths;
+        const double dRoom = c_rooms[nSize];
+        return Sum(shorts) > dRoom ? Between(words, shorts, dRoom) : Between(shorts, all, dRoom);
     }
 
     PageTable m_table;

@@ -39,8 +39,10 @@ inline const QString c_strNoteMedium =
 inline const QString c_strNoteUnreadable = QStringLiteral("栏目“%1”的页面无法读取（%2），未导出。");
 inline const QString c_strTooDeep = QStringLiteral("嵌套过深");
 inline const QString c_strTooLarge = QStringLiteral("文件过大");
-inline const QString c_strNoteNamedOnly =
-    QStringLiteral("%1 个外部文件、%2 个导入的站点和课件、%3 段录像在文档中只写出名称。");
+inline const QString c_strNamedFiles = QStringLiteral("%1 个外部文件");
+inline const QString c_strNamedSites = QStringLiteral("%1 个导入的站点和课件");
+inline const QString c_strNamedVideos = QStringLiteral("%1 段录像");
+inline const QString c_strNoteNamedOnly = QStringLiteral("%1在文档中只写出名称。");
 inline const QString c_strNoteDeepLevels = QStringLiteral("有 %1 个栏目深于九级，其标题按第九级排版。");
 inline const QString c_strNoteNoPageNumbers =
     QStringLiteral("未能算出目录的页码（需要软件包 libreoffice-writer-nogui 和 poppler-utils）。"

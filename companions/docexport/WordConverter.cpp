@@ -20,7 +20,7 @@ namespace {
 
 constexpr qint64 c_nLimitMs = 3'600'000;
 /// The page numbers are not worth more: the document stands without them.
-constexpr qint64 c_nLayoutLimitMs = 900'000;
+constexpr qint64 c_nLayoutLimitMs = 1'800'000;
 constexpr quint64 c_nMaxFileBytes = quint64{2} << 30;
 /// One page may be that large; what takes more than this would slow the whole machine.
 const QString c_strMemory = u"-M4g"_s;

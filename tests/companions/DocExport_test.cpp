@@ -2,6 +2,7 @@
 
 #include "companions/compiler/SourceFile.h"
 #include "companions/docexport/Package.h"
+#include "companions/docexport/Pieces.h"
 #include "companions/docexport/WordConverter.h"
 #include "companions/docexport/WordXml.h"
 #include "tests/companions/SampleCourse.h"
@@ -164,6 +165,46 @@ TEST(DocExport, WritesACourseThatOtherProgramsRead) {
         EXPECT_THAT(text, HasSubstr(szPiece));
     for (const char* szPiece : {"坏", "javascript"})
         EXPECT_THAT(text, Not(HasSubstr(szPiece)));
+}
+
+// A long text goes through the converter in pieces, each with names and numbers that others have too.
+TEST(DocExport, JoinsPiecesWithoutMixingUpTheirParts) {
+    CTempFolder folder;
+    folder.Write(u"p.png"_s, c_png);
+    QStringList pieces;
+    for (int i = 0; i < 3; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        folder.Write(u"a.html"_s, "<p><span id=\"n" + number + "\"></span><a href=\"http://a/" + number +
+                                      "?b&amp;c\">l</a><a href=\"#n0\">i</a><img src=\"p.png\"></p>"
+                                      "<ol start=\"2\"><li>a</li></ol><ol start=\"2\"><li>b</li></ol>"
+                                      "<ul><li>x<ol type=\"A\"><li>y</li></ol></li></ul><table><tr><td>" +
+                                      number + "</td></tr></table>");
+        pieces.append(folder.Native(u"%1.docx"_s.arg(i)));
+        QProcess pandoc;
+        pandoc.setWorkingDirectory(folder.Native({}));
+        pandoc.start(u"pandoc"_s, {u"a.html"_s, u"-o"_s, pieces.last()});
+        ASSERT_TRUE(pandoc.waitForFinished());
+    }
+    const QString strJoined = folder.Native(u"joined.docx"_s);
+    JoinPieces(pieces, strJoined);
+
+    const QString strText = ReadBack(strJoined);
+    QString strExpected;
+    for (const QString& strPiece : pieces)
+        strExpected += ReadBack(strPiece);
+    // What differs are the names of pictures, and links to a piece that was not there.
+    static const QRegularExpression names(u"media/[a-zA-Z0-9]+\\.png| id=\"n[0-9]\"| class=\"anchor\""_s);
+    EXPECT_EQ(QString(strText).remove(names), QString(strExpected).remove(names));
+    const QByteArray document = Package::Read(strJoined, "word/document.xml");
+    for (const char* szUnique :
+         {"<w:bookmarkStart w:id=\"([0-9]+)\"", "r:embed=\"([^\"]+)\"", "<wp:docPr [^>]*id=\"([0-9]+)\""}) {
+        QStringList found;
+        auto matches = QRegularExpression(QLatin1String(szUnique)).globalMatch(QString::fromUtf8(document));
+        while (matches.hasNext())
+            found.append(matches.next().captured(1));
+        EXPECT_EQ(found.size(), 3) << szUnique;
+        EXPECT_EQ(found.removeDuplicates(), 0) << szUnique;
+    }
 }
 
 // A course may come from a stranger, with names and addresses that no program of the system writes.
