@@ -24,5 +24,9 @@ void RunTrial(const QString& strFolder, const QString& strName);
 
 /// A node of each kind of content, made with the wizard out of the caller's material.
 void MakeKinds(const QString& strFolder);
+/// A lecture, recorded into a node and looked at.
+void RecordLecture(const QString& strFolder);
+/// The recorder's own window: the slides and the film that the caller names, or nothing.
+void RecordInWindow(const QString& strFolder);
 /// Nodes of what the browser engine shows and of what it does not, and each view of them.
 void ShowViews(const QString& strFolder);

@@ -21,20 +21,28 @@ void RunWay(const QString& strFolder, const QString& strWay) {
         MakeCourse(strFolder);
     else if (strWay == QStringLiteral("kinds"))
         MakeKinds(strFolder);
+    else if (strWay == QStringLiteral("lecture"))
+        RecordLecture(strFolder);
     else if (strWay == QStringLiteral("views"))
         ShowViews(strFolder);
     else
         RunTrial(strFolder, strWay);
 }
 
-/// What the compiler's own process does in a journey; it inherits the environment that names the plug-in.
-bool IsCompiler() {
-    return QCoreApplication::applicationFilePath().endsWith(QStringLiteral("/VorelCompiler"));
+/// What a companion's own process does in a journey; it inherits the environment that names the plug-in.
+bool IsProgram(const char* szName) {
+    return QCoreApplication::applicationFilePath().endsWith(QLatin1StringView(szName));
+}
+
+bool IsCompanion() {
+    return IsProgram("/VorelCompiler") || IsProgram("/VorelRecorder");
 }
 
 void RunIn(const QString& strFolder) {
-    if (IsCompiler())
+    if (IsProgram("/VorelCompiler"))
         CompileInWindow(strFolder);
+    else if (IsProgram("/VorelRecorder"))
+        RecordInWindow(strFolder);
     else
         RunWay(strFolder, qEnvironmentVariable("VOREL_JOURNEY_PART"));
 }
@@ -57,8 +65,8 @@ public:
                 result = QByteArray("failed: ") + failure.what() + "\n";
             }
             QFile file(strFolder + QStringLiteral("/part.txt"));
-            // The journey goes on behind the compiler's end.
-            if (IsCompiler() && result == "ok\n")
+            // The journey goes on behind the companion's end.
+            if (IsCompanion() && result == "ok\n")
                 return;
             if (file.open(QIODevice::WriteOnly))
                 file.write(result);
