@@ -54,6 +54,12 @@ class CCleaner {
 public:
     CCleaner(const GumboNode* pRoot, const PictureNamer& pictures) : m_sheet(pRoot), m_pictures(pictures) {
         FindBlocks(pRoot);
+        HtmlTree::ForEachElement(pRoot, [this](const GumboNode* pNode) {
+            const GumboElement& element = pNode->v.element;
+            m_bBlankLineEnds =
+                m_bBlankLineEnds || (element.tag == GUMBO_TAG_META &&
+                                     AttributeText(element, "content").startsWith(u"LibreOffice"));
+        });
     }
     bool IsTooLong() const { return m_nElements > c_nMaxElements; }
 
@@ -212,7 +218,7 @@ private:
         if (context.bKeepsBlanks && !context.bPreformatted)
             strText = WithBlanks(strText);
         else if (!context.bPreformatted)
-            strText = Flowing(strText);
+            strText = Flowing(strText, m_bBlankLineEnds);
         if (m_bFresh && !context.bPreformatted) {
             qsizetype nText = 0;
             while (nText < strText.size() && strText[nText] == u' ')
@@ -391,20 +397,38 @@ private:
         return m_withBlocks.contains(pNode);
     }
 
-    /// A cell or an item is a paragraph of its own, without another in it.
+    /// A cell is a paragraph of its own, without another in it.
     const GumboNode* Unwrapped(const GumboNode* pNode) const {
         const GumboNode* pOnly = OnlyChild(pNode);
         const QByteArray name = pOnly ? NameOf(pOnly) : QByteArray();
         return (name == "p" || name == "div") && !m_withBlocks.contains(pOnly) ? pOnly : nullptr;
     }
 
+    /// The paragraph that an item begins with, where behind it come at most lists: it is the item's own text.
+    const GumboNode* LeadOf(const GumboNode* pItem) const {
+        const GumboNode* pLead = nullptr;
+        for (unsigned i = 0; i < pItem->v.element.children.length; ++i) {
+            const GumboNode* pChild = ChildAt(pItem, i);
+            const QByteArray name = NameOf(pChild);
+            if (IsBlank(pChild))
+                continue;
+            if (pLead == nullptr && (name == "p" || name == "div") && !m_withBlocks.contains(pChild))
+                pLead = pChild;
+            else if (pLead == nullptr || (name != "ul" && name != "ol"))
+                return nullptr;
+        }
+        return pLead;
+    }
+
     void WriteItem(const GumboNode* pNode, const Context& context) {
-        const GumboNode* pOnly = Unwrapped(pNode);
+        const GumboNode* pLead = LeadOf(pNode);
         Enclose(u"<li>"_s, u"</li>"_s, true, [&] {
-            if (pOnly)
-                WriteInner(pOnly, context);
-            else
-                WriteStyled(pNode, context);
+            if (!pLead)
+                return WriteStyled(pNode, context);
+            WriteInner(pLead, context);
+            for (unsigned i = unsigned(pLead->index_within_parent) + 1; i < pNode->v.element.children.length;
+                 ++i)
+                Write(ChildAt(pNode, i), context);
         });
     }
 
@@ -504,6 +528,8 @@ private:
     /// Blanks that come now begin a line, and don't show.
     bool m_bFresh = true;
     int m_nElements = 0;
+    /// Lines end at blanks alone, also between Chinese characters.
+    bool m_bBlankLineEnds = false;
     /// Elements with a block somewhere in them.
     QSet<const GumboNode*> m_withBlocks;
 };

@@ -47,7 +47,7 @@ QString WithBlanks(const QString& strText) {
     return strResult;
 }
 
-QString Flowing(const QString& strText) {
+QString Flowing(const QString& strText, bool bBlankLineEnds) {
     const auto isBlank = [](QChar c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; };
     QString strResult;
     for (qsizetype n = 0; n < strText.size();) {
@@ -56,7 +56,7 @@ QString Flowing(const QString& strText) {
         for (; n < strText.size() && isBlank(strText[n]); ++n)
             bLineEnd = bLineEnd || strText[n] == u'\n';
         if (n > nStart) {
-            const bool bBetween = bLineEnd && nStart > 0 && n < strText.size() &&
+            const bool bBetween = bLineEnd && !bBlankLineEnds && nStart > 0 && n < strText.size() &&
                                   IsWide(strText[nStart - 1]) && IsWide(strText[n]);
             if (!bBetween)
                 strResult += u' ';

@@ -12,7 +12,7 @@ void DropJunk(QString& strText);
 /// Blanks as hard ones where markup would show fewer of them.
 QString WithBlanks(const QString& strText);
 /// Blanks and line ends as markup reads them: one blank, and none where a line ends between two Chinese
-/// characters. A lone hard blank between two words is an ordinary one.
-QString Flowing(const QString& strText);
+/// characters, unless lines end at blanks alone. A lone hard blank between two words is an ordinary one.
+QString Flowing(const QString& strText, bool bBlankLineEnds);
 
 } // namespace PastedHtml

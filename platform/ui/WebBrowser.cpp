@@ -508,16 +508,32 @@ void CWebBrowser2Ex::PasteNext() {
         if (!m_bPageLoaded)
             continue;
         m_bPasting = true;
-        if (next.Place) {
-            const CCallGuard guard;
-            m_pEngine->Call(QStringLiteral("caretAt"), {next.Place->x(), next.Place->y()},
-                            c_nScriptMilliseconds);
-        }
+        const int nTyped = BeginPaste(next.Place);
         if (pAlive)
             Q_EMIT PasteWanted(next.Read());
+        if (pAlive && nTyped > 0) {
+            const CCallGuard guard;
+            if (!guard.IsRefused() && m_bPageLoaded)
+                m_pEngine->Call(QStringLiteral("pasteEnds"), {nTyped}, c_nScriptMilliseconds);
+        }
         if (pAlive)
             m_bPasting = false;
     }
+}
+
+/// The caret to where it was dropped, or was when the person wanted to paste. How many characters were typed
+/// behind that meanwhile.
+int CWebBrowser2Ex::BeginPaste(std::optional<QPoint> place) {
+    const CCallGuard guard;
+    if (guard.IsRefused())
+        return 0;
+    if (!place) {
+        const SEngineAnswer answer =
+            m_pEngine->Call(QStringLiteral("pasteBegins"), {}, c_nScriptMilliseconds);
+        return answer.HasValue() ? answer.Value.toInt() : 0;
+    }
+    m_pEngine->Call(QStringLiteral("caretAt"), {place->x(), place->y()}, c_nScriptMilliseconds);
+    return 0;
 }
 
 void CWebBrowser2Ex::timerEvent(QTimerEvent* pEvent) {

@@ -211,6 +211,7 @@ private:
     bool CreateLinkWithDialog();
     void PasteWhenFree(std::function<SPastedData()> read, std::optional<QPoint> place = {});
     void PasteNext();
+    int BeginPaste(std::optional<QPoint> place);
 
     std::unique_ptr<IWebEngine> m_pEngine;
     QLabel* m_pMissing = nullptr;

@@ -101,6 +101,11 @@ TEST(PastedHtml, TextOfOfficeProgramsArrivesWithoutTheirLooks) {
          "<font size=\"3\" style=\"font-size: 12pt\"><u>a</u> <sup>2</sup></font></font></p>\n<ol>\n\t<li>"
          "<p style=\"margin-bottom: 0cm\">x</p></li>\n\t<li><p>y</p>\n</li></ol></body></html>"_s,
          u"<p><u>a</u> <sup>2</sup></p><ol><li>x</li><li>y</li></ol>"_s},
+        {"LibreOffice Writer: a list in an item, and lines that end at blanks",
+         u"<meta name=\"generator\" content=\"LibreOffice 7.4\"/><ul><li><p>第二项 "
+         u"章\n数</p>\n<ol><li><p>甲</p>"
+         "</li></ol></li></ul>"_s,
+         u"<ul><li>第二项 章 数<ol><li>甲</li></ol></li></ul>"_s},
         {"LibreOffice Calc",
          u"<html><head></head><body><table cellspacing=\"0\" border=\"0\">\n\t<colgroup "
          u"width=\"85\"></colgroup>"
@@ -165,6 +170,16 @@ TEST(PastedHtml, PiecesOfWebPagesFitIntoAnyPage) {
 TEST(PastedHtml, WhatIsTooDeepOrTooMuchIsLeftToThePlainText) {
     EXPECT_EQ(Cleaned(u"<div>"_s.repeated(100000)), u"<too much>"_s);
     EXPECT_EQ(Cleaned(u"<b>x"_s.repeated(60000)), u"<too much>"_s);
+    // Each was a crash or took minutes.
+    EXPECT_EQ(Cleaned(u"<table><tr><td>"_s.repeated(1900)), u"<too much>"_s);
+    EXPECT_EQ(Cleaned(u"<div></a>"_s.repeated(20000)), u"<too much>"_s);
+    EXPECT_EQ(Cleaned(u"<span><p></span></p>"_s.repeated(5000)), u"<too much>"_s);
+    EXPECT_EQ(Cleaned(u"<p "_s + u"a=b c"_s.repeated(100000) + u">"_s), u"<too much>"_s);
+    const QString strRule = u".a{color:red;"_s + u"p:v;"_s.repeated(50) + u'}';
+    EXPECT_EQ(Cleaned(u"<style>"_s + strRule.repeated(20000) + u".b,"_s.repeated(100000) + u"</style>"_s +
+                      u"<b class=a>x</b>"_s.repeated(20000))
+                  .size(),
+              20000 * u"<font color=\"#ff0000\"><b>x</b></font>"_s.size());
     EXPECT_EQ(Cleaned(QString(31'000'000, u'x')), u"<too much>"_s);
     EXPECT_EQ(PastedHtml::FromPlainText(u" a  b\tc<\r\nd\n\ne\u200B\n"_s),
               u"&nbsp;a &nbsp;b&nbsp;&nbsp;&nbsp;&nbsp;c&lt;<br>d<br><br>e"_s);

@@ -128,6 +128,25 @@ TEST_F(PastingTest, RichTextComesCleanOnEveryRoadAndIsUndoneInOneStep) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(PastingTest, WhatIsTypedRightBehindComesBehind) {
+    Open("<p>A</p>");
+    const auto type = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    const std::pair<QString, QString> rows[] = {{u"<b>T</b>"_s, u"<p><b>T</b>xzA</p>"_s},
+                                                {u"<p>1</p><p>2</p>"_s, u"<p>1</p><p>2xzA</p>"_s}};
+    for (const auto& [strOffered, strPasted] : rows) {
+        Offer(Offered(strOffered, u"t"_s));
+        Key(Qt::Key_V, Qt::ControlModifier);
+        // Before the program knows of the wish.
+        type(Qt::Key_X);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html().size() == strPasted.size() - 1; }, c_nPatience));
+        type(Qt::Key_Z);
+        ExpectHtml(strPasted);
+        while (Html() != u"<p>A</p>"_s)
+            ASSERT_TRUE(m_view.RunCommand(32821));
+    }
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(PastingTest, WhatIsCopiedInAPageStandsInItAsItStood) {
     m_world.Folder.Write(CViewWorld::NodePath(4, u"Content.htm"_s), "x");
     const QString strPage =

@@ -7,6 +7,7 @@
   // Beside a reference that was made absolute stands the one of the page.
   const OWN = 'data-vorel-own-';
   const LOOKS = 'b, strong, i, em, u, s, strike, font, span, sub, sup, code, tt, big, small, a';
+  const MOST_TYPED = 200;
   const FRAMES = 'table, thead, tbody, tfoot, tr, ul, ol, dl, pre';
 
   // The markup that is being dragged within the page.
@@ -115,6 +116,8 @@
         if (isField(event.target))
           return;
         event.preventDefault();
+        const chosen = window.getSelection();
+        window.vorelPlace = chosen.rangeCount > 0 ? chosen.getRangeAt(0).cloneRange() : undefined;
         console.debug(token + what);
       };
       document.addEventListener('copy', (event) => put(event, mark));
@@ -129,6 +132,34 @@
           tell(event, '-paste-text');
       }, true);
       document.addEventListener('paste', (event) => tell(event, middle ? '-paste-selection' : '-paste'), true);
+    },
+
+    // Until the program knows of the wish the person may have typed on: what is pasted comes before that. Back
+    // to where it was to be; how many characters stand behind it.
+    begin: () => {
+      const place = window.vorelPlace;
+      window.vorelPlace = undefined;
+      const chosen = window.getSelection();
+      if (!place || chosen.rangeCount === 0 || !chosen.isCollapsed || !document.body.contains(place.startContainer))
+        return 0;
+      const typed = place.cloneRange();
+      typed.collapse(true);
+      const now = chosen.getRangeAt(0);
+      if (now.compareBoundaryPoints(Range.START_TO_START, typed) <= 0)
+        return 0;
+      typed.setEnd(now.startContainer, now.startOffset);
+      const length = typed.toString().length;
+      if (length === 0 || length > MOST_TYPED)
+        return 0;
+      chosen.collapse(place.startContainer, place.startOffset);
+      return length;
+    },
+
+    // The caret behind what was typed.
+    end: (length) => {
+      for (let n = 0; n < length; ++n)
+        window.getSelection().modify('move', 'forward', 'character');
+      return true;
     },
 
     // The markup of a copy of our own: in its own page with the references as they stood there.

@@ -249,6 +249,8 @@
                    (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
     insert: asStep(insert),
     paste: asStep(paste),
+    pasteBegins: clipboard.begin,
+    pasteEnds: clipboard.end,
     ownCopy: (html, mark) => clipboard.own(inert(html), mark),
     caretAt: caretAt,
     command: asStep(command),
