@@ -77,6 +77,36 @@ function somePages() {
   return [...some];
 }
 
+// Whether the search finds titles and texts, from the disk.
+async function search(browser) {
+  const index = path.join(site, "vorel/search/index.js");
+  if (!fs.existsSync(index)) {
+    return 0;
+  }
+  let nodes = [];
+  global.vorelSearch = { course: (data) => { nodes = data.nodes; }, part: (part, filter, texts) => { nodes = texts; } };
+  (0, eval)(fs.readFileSync(index, "utf8"));
+  const asked = [nodes[nodes.length - 1][0]];
+  (0, eval)(fs.readFileSync(path.join(site, "vorel/search/0.js"), "utf8"));
+  const text = nodes.find((one) => one.length > 60);
+  if (text) {
+    asked.push(text.slice(40, 46).trim());
+  }
+  let faults = 0;
+  for (const words of asked) {
+    const page = await browser.newPage();
+    await page.goto(url.pathToFileURL(path.join(site, "search.html")).href + "?q=" + encodeURIComponent(words));
+    const found = await page.waitForSelector("#v-results li a[href]", { timeout: 20000 }).catch(() => null);
+    if (!found) {
+      ++faults;
+      console.log(`the search does not find "${words}"`);
+    }
+    await page.close();
+  }
+  console.log(`search: ${asked.length - faults} of ${asked.length} found`);
+  return faults;
+}
+
 async function judge() {
   const puppeteer = require("puppeteer-core");
   const axe = fs.readFileSync(require.resolve("axe-core/axe.min.js"), "utf8");
@@ -117,6 +147,7 @@ async function judge() {
       await page.close();
     }
   }
+  serious += await search(browser);
   await browser.close();
   fs.writeFileSync(path.join(out, "axe.txt"), said.join("\n") + "\n");
   console.log(`axe: ${pages} looks at pages (desktop and phone), ${serious} serious faults in the frame`);

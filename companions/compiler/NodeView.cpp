@@ -86,8 +86,9 @@ QString CNodeView::FileAddress(int nNode, const QString& strSource) const {
     return RelativeAddress(FolderOf(plan.PagePath), m_plan.Tree().OutputName(strSource));
 }
 
-QString CNodeView::OpenAlone(int nNode, const QString& strAddress) const {
-    const QString strTitle = Escaped(m_plan.Model().Nodes()[nNode].Row.Title);
+/// strName says what opens; empty for what the node is called.
+QString CNodeView::OpenAlone(int nNode, const QString& strAddress, const QString& strName) const {
+    const QString strTitle = Escaped(strName.isEmpty() ? m_plan.Model().Nodes()[nNode].Row.Title : strName);
     return Paragraph(u"alone-link"_s, u"<a href=\""_s + Escaped(strAddress) +
                                           u"\" target=\"_blank\" rel=\"noopener\">"_s +
                                           CompilerText::c_strOpenAlone.arg(strTitle) + u"</a>"_s);
@@ -215,7 +216,7 @@ QString CNodeView::LectureMain(int nNode, const Lecture& lecture, const QString&
                    u"\"></script>\n"_s;
     }
     if (!lecture.strSlides.isEmpty())
-        strMain += OpenAlone(nNode, FileAddress(nNode, lecture.strSlides));
+        strMain += OpenAlone(nNode, FileAddress(nNode, lecture.strSlides), CompilerText::c_strSlidesName);
     if (!lecture.strFilm.isEmpty())
         strMain += FileCard(nNode, lecture.strFilm, BareName(lecture.strFilm));
     return strMain;

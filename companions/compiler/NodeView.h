@@ -28,7 +28,7 @@ private:
     QString Heading(int nNode) const;
     QString ChildList(int nNode, const QString& strFolder) const;
     QString Embed(int nNode, const QString& strAddress) const;
-    QString OpenAlone(int nNode, const QString& strAddress) const;
+    QString OpenAlone(int nNode, const QString& strAddress, const QString& strName = {}) const;
     QString FileCard(int nNode, const QString& strSource, const QString& strShownName) const;
     QString OutlineList(const Lecture& lecture, const QString& strFilm) const;
     QString FileAddress(int nNode, const QString& strSource) const;

@@ -140,6 +140,7 @@ inline const QString c_strChapterCount = QStringLiteral("%1 个栏目");
 
 inline const QString c_strOutline = QStringLiteral("授课纲要");
 inline const QString c_strSlides = QStringLiteral("“%1”的讲稿");
+inline const QString c_strSlidesName = QStringLiteral("讲稿");
 inline const QString c_strKindFolder = QStringLiteral("栏目");
 inline const QString c_strKindPage = QStringLiteral("网页");
 inline const QString c_strKindFile = QStringLiteral("文件");
