@@ -36,6 +36,30 @@ QByteArray Entry(const Heading& heading, const QByteArray& before) {
            "</w:hyperlink></w:p>";
 }
 
+/// Rows of a few lines go to the next sheet as a whole; large ones may be cut, or they would leave gaps.
+void KeepRowsWhole(QByteArray& text) {
+    constexpr QByteArrayView row = "<w:tr>";
+    constexpr QByteArrayView properties = "<w:trPr>";
+    constexpr qsizetype c_nFewLines = 6000;
+    QByteArray out;
+    qsizetype nTaken = 0;
+    for (qsizetype nAt = text.indexOf(row); nAt >= 0; nAt = text.indexOf(row, nAt)) {
+        nAt += row.size();
+        const qsizetype nEnd = text.indexOf("</w:tr>", nAt);
+        if (nEnd < 0)
+            break;
+        if (nEnd - nAt > c_nFewLines)
+            continue;
+        const bool bProperties = QByteArrayView(text).sliced(nAt).startsWith(properties);
+        const qsizetype nPlace = bProperties ? nAt + properties.size() : nAt;
+        out += QByteArrayView(text).sliced(nTaken, nPlace - nTaken);
+        out += bProperties ? "<w:cantSplit/>" : "<w:trPr><w:cantSplit/></w:trPr>";
+        nTaken = nPlace;
+    }
+    if (nTaken > 0)
+        text = out + text.mid(nTaken);
+}
+
 } // namespace
 
 QByteArray Paragraph(const QByteArray& styleId, const QString& strText) {
@@ -108,6 +132,7 @@ QByteArray CFinisher::Finished(const QByteArray& document) const {
         }
     }
     takeTo(document.size());
+    KeepRowsWhole(out);
     // Without a distance of its own a picture is moved aside by some readers.
     out.replace("<wp:inline>", "<wp:inline distT=\"0\" distB=\"0\" distL=\"0\" distR=\"0\">");
     return out;
