@@ -105,6 +105,8 @@ void CFilmRun::Start(const QStringList& arguments) {
     m_bFinishing = false;
     m_pProcess = std::make_unique<QProcess>();
     m_pProcess->setStandardErrorFile(QProcess::nullDevice());
+    // Nobody is filmed by a recorder that is no more.
+    Platform::EndWithUs(*m_pProcess);
     QObject::connect(m_pProcess.get(), &QProcess::readyReadStandardOutput, m_pProcess.get(),
                      [this] { ReadProgress(); });
     QObject::connect(m_pProcess.get(), &QProcess::finished, m_pProcess.get(),

@@ -14,6 +14,7 @@
 #ifdef __linux__
 #include <sys/prctl.h>
 #endif
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -213,6 +214,15 @@ EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayG
     // What it left running behind itself would go on with the files.
     ::kill(-nGroup, SIGKILL);
     return eEnd;
+}
+
+void EndWithUs(QProcess& process) {
+    process.setChildProcessModifier([nParent = ::getpid()] {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        // This one may be gone already.
+        if (::getppid() != nParent)
+            ::_exit(1);
+    });
 }
 
 QString FindSystemProgram(const QString& strName) {

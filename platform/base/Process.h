@@ -6,6 +6,8 @@
 
 #include <functional>
 
+class QProcess;
+
 namespace Platform {
 
 /// Splits a command line into program and arguments as the programs' own command lines are read: blanks
@@ -40,6 +42,10 @@ enum class EProgramEnd { Ended, NotStarted, Stopped };
 /// Runs it and waits for its end, asking mayGoOn every few milliseconds: false ends it at once with every
 /// program that it started itself. What it says goes nowhere. Any thread may call.
 EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn);
+
+/// Has a program that is yet to be started told to end when this one does, however it does. The thread that
+/// starts it must live as long as the program runs.
+void EndWithUs(QProcess& process);
 
 /// The native path of a program that stands where this system keeps programs; empty for none.
 QString FindSystemProgram(const QString& strName);
