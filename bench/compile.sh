@@ -12,7 +12,7 @@ pages="${3:-10000}"
 work="$(mktemp -d "${2:-/dev/shm}/vorel-compile-XXXXXX")"
 trap 'rm -rf "$work"' EXIT
 
-"$build/bin/bench_make_texts" "$work" "$(find "$build/sysdata" -name VorelCourse.mdb | head -n 1)" "$pages"
+"$build/bin/bench_make_texts" "$work" "$build/sysdata/Data/DataBase/VorelCourse.mdb" "$pages"
 cp "$build/bin/VorelCompiler" "$work/program/"
 mkdir -p "$work/hugo/layouts/_default"
 cat >"$work/hugo/config.toml" <<'END'
@@ -47,8 +47,9 @@ hugo_build() { measure "$1" hugo --quiet --source "$work/hugo" --destination "$w
 edit() { # FILE of either side: a line more
   printf '<p>%s</p>\n' "$round" >>"$1"
 }
-ours="$(find "$work/course/Data/Courseware/NodeResource" -name Content.htm | sort | head -n 1)"
-theirs="$(find "$work/hugo/content" -name 'p1.html')"
+ours="$work/course/Data/Courseware/NodeResource/N6/Content.htm"
+theirs="$work/hugo/content/c1/s1/p1.html"
+[ -f "$ours" ] && [ -f "$theirs" ]
 # The first round only warms the caches.
 for round in $(seq 0 "$rounds"); do
   rm -rf "$work/course/课程网站" "$work/course/申报网站" "$work/hugo/public"

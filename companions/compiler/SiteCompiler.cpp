@@ -12,6 +12,7 @@
 #include <QDir>
 
 #include <exception>
+#include <future>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -29,7 +30,7 @@ public:
 private:
     QString ChooseFolder();
     void WriteSite(const QString& strFolder);
-    void WriteApplicationSite(const QString& strFolder, const QString& strSite);
+    QStringList WriteApplicationSite(const QString& strFolder, const QString& strSite) const;
     std::unique_ptr<COutputFolder> OpenFolder(const QString& strFolder) const;
     void RememberFolder(const QString& strFolder);
 
@@ -60,9 +61,14 @@ CompileReport CCompiling::Run() {
         m_report.Notes.append(CompilerText::c_strNoteUnreachable.arg(m_input.Model().UnreachableCount()));
     m_progress.Stage = CompileProgress::EStage::Writing;
     const QStringList folders = FoldersOf(m_request.Form);
-    WriteSite(strFolder + u'/' + folders[0]);
+    std::future<QStringList> application;
     if (folders.size() > 1)
-        WriteApplicationSite(strFolder + u'/' + folders[1], folders[0]);
+        application = std::async(std::launch::async, [&] {
+            return WriteApplicationSite(strFolder + u'/' + folders[1], folders[0]);
+        });
+    WriteSite(strFolder + u'/' + folders[0]);
+    if (application.valid())
+        m_report.Notes += application.get();
     RememberFolder(strFolder);
     return m_report;
 }
@@ -75,9 +81,11 @@ std::unique_ptr<COutputFolder> CCompiling::OpenFolder(const QString& strFolder) 
 }
 
 void CCompiling::WriteSite(const QString& strFolder) {
-    const auto pOutput = OpenFolder(strFolder);
-    CSiteRun run(m_input, m_request.Form, *pOutput, m_progress);
-    run.Run();
+    // What there was is read while it is prepared what there shall be.
+    auto opening = std::async(std::launch::async, [&] { return OpenFolder(strFolder); });
+    CSiteRun run(m_input, m_request.Form, m_progress);
+    const auto pOutput = opening.get();
+    run.Run(*pOutput);
     StopIfCancelled(m_progress);
     pOutput->Finish();
     m_report.OutputFolder = pOutput->Path();
@@ -87,11 +95,12 @@ void CCompiling::WriteSite(const QString& strFolder) {
     m_report.Notes += run.Notes() + pOutput->Notes();
 }
 
-void CCompiling::WriteApplicationSite(const QString& strFolder, const QString& strSite) {
+/// Answers what there is to say of it.
+QStringList CCompiling::WriteApplicationSite(const QString& strFolder, const QString& strSite) const {
     const auto pOutput = OpenFolder(strFolder);
     CApplicationSite(m_input, strSite, *pOutput, m_progress).Run();
     pOutput->Finish();
-    m_report.Notes += pOutput->Notes();
+    return pOutput->Notes();
 }
 
 void CCompiling::RememberFolder(const QString& strFolder) {

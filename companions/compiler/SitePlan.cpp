@@ -9,6 +9,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,6 +28,13 @@ ENodeView ViewOfFile(const QString& strName) {
         {u".wav"_s, ENodeView::Player},
     };
     return views.value(LowerAscii(Torvane::File::Extension(strName)), ENodeView::Download);
+}
+
+/// "N" and a number.
+bool IsNodeFolder(const QString& strName) {
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    return strName.size() > 1 && (strName[0] == u'N' || strName[0] == u'n') &&
+           std::all_of(strName.begin() + 1, strName.end(), isDigit);
 }
 
 bool OpensByItself(ENodeView view) {
@@ -195,10 +204,9 @@ void CSitePlan::PlanInSiteLink(int nNode) {
 }
 
 QStringList CSitePlan::FilesToCopy() const {
-    static const QRegularExpression nodeFolder(u"^[Nn][0-9]+$"_s);
     QStringList folders;
     for (const QString& strFolder : m_tree.TopFolders()) {
-        if (!nodeFolder.match(strFolder).hasMatch() && LowerAscii(strFolder) != FrameParts::c_strFolder)
+        if (!IsNodeFolder(strFolder) && LowerAscii(strFolder) != FrameParts::c_strFolder)
             folders.append(strFolder);
     }
     for (const SiteNode& node : m_model.Nodes())

@@ -34,10 +34,9 @@ bool IsPlainText(const QString& strName) {
 
 } // namespace
 
-CSiteRun::CSiteRun(const CCompileInput& input, ESiteForm form, COutputFolder& output,
-                   CompileProgress& progress)
-    : m_input(input), m_plan(input.Plan()), m_tree(input.Tree()), m_form(form), m_output(output),
-      m_progress(progress), m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {
+CSiteRun::CSiteRun(const CCompileInput& input, ESiteForm form, CompileProgress& progress)
+    : m_input(input), m_plan(input.Plan()), m_tree(input.Tree()), m_form(form), m_progress(progress),
+      m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {
     if (form == ESiteForm::Classroom)
         m_pClassroom = std::make_unique<CClassroom>(m_plan);
     for (int i = 0; i < NodeCount() && form != ESiteForm::Html; ++i) {
@@ -102,9 +101,10 @@ QStringList CSiteRun::NamesOfPieces() {
     return names;
 }
 
-void CSiteRun::Run() {
+void CSiteRun::Run(COutputFolder& output) {
+    m_pOutput = &output;
     PlanPieces();
-    m_output.Announce(NamesOfPieces());
+    m_pOutput->Announce(NamesOfPieces());
     m_notes.resize(m_pieces.size());
     m_progress.nTotal += int(m_pieces.size());
     ForEachPiece(int(m_pieces.size()), [this](int n) {
@@ -126,7 +126,7 @@ QStringList CSiteRun::Notes() const {
 void CSiteRun::Make(const Piece& piece, QStringList& notes) {
     switch (piece.Kind) {
     case Piece::EKind::Part:
-        return m_output.Write(piece.Name, FrameParts::Content(piece.Name));
+        return m_pOutput->Write(piece.Name, FrameParts::Content(piece.Name));
     case Piece::EKind::Page:
         if (!Keep(piece.Name, {}, notes))
             Write(piece.Name, StandingPage(piece.Name), {});
@@ -139,8 +139,8 @@ void CSiteRun::Make(const Piece& piece, QStringList& notes) {
 }
 
 bool CSiteRun::Keep(const QString& strName, const QStringList& sources, QStringList& notes) {
-    const OutputRecord* pKnown = m_output.Known(strName);
-    if (!pKnown || !m_output.Keep(strName, m_input.Sum(sources + pKnown->Sources)))
+    const OutputRecord* pKnown = m_pOutput->Known(strName);
+    if (!pKnown || !m_pOutput->Keep(strName, m_input.Sum(sources + pKnown->Sources)))
         return false;
     notes += pKnown->Notes;
     return true;
@@ -149,11 +149,11 @@ bool CSiteRun::Keep(const QString& strName, const QStringList& sources, QStringL
 void CSiteRun::Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
                      OutputRecord record) {
     record.nInput = m_input.Sum(sources + record.Sources);
-    m_output.Write(strName, bytes, std::move(record));
+    m_pOutput->Write(strName, bytes, std::move(record));
 }
 
 void CSiteRun::Copy(const QString& strSource, const QString& strName) {
-    m_output.Copy(m_tree.NativePath(strSource), strName, [this] { return m_progress.bCancelled.load(); });
+    m_pOutput->Copy(m_tree.NativePath(strSource), strName, [this] { return m_progress.bCancelled.load(); });
 }
 
 /// A page that belongs to no node.
@@ -234,18 +234,18 @@ void CSiteRun::MakeSearchIndex() {
     CSum sum;
     sum.Add(m_input.Sum());
     for (int i = 0; i < SearchIndex::PartCount(m_plan); ++i) {
-        const QString strPart = m_output.Path() + u'/' + SearchIndex::PartName(i);
+        const QString strPart = m_pOutput->Path() + u'/' + SearchIndex::PartName(i);
         QByteArray begin;
         if (Platform::ReadFileBytes(QFile::encodeName(strPart), begin, SearchIndex::c_nFilterEnd) == 0)
             begin = SearchIndex::FilterOf(begin);
         filters.append(begin);
         sum.Add(QString::fromLatin1(begin));
     }
-    if (m_output.Keep(SearchIndex::IndexName(), sum.Value()))
+    if (m_pOutput->Keep(SearchIndex::IndexName(), sum.Value()))
         return;
     OutputRecord record;
     record.nInput = sum.Value();
-    m_output.Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, filters), record);
+    m_pOutput->Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, filters), record);
 }
 
 QString CSiteRun::LecturePage(int nNode, OutputRecord& record) {
@@ -312,12 +312,12 @@ FramedContent CSiteRun::RawPage(int nNode, const std::optional<QByteArray>& byte
     strRaw.prepend(strFolder + u'/');
     record.Notes.append(CompilerText::c_strNoteRawPage.arg(m_input.Model().Nodes()[nNode].Row.Title));
     record.Also.append(strRaw);
-    m_output.Announce({strRaw});
+    m_pOutput->Announce({strRaw});
     if (bytes) {
         const CorrectedFile corrected = CorrectedText(ESourceText::Page, *bytes, m_plan.References(),
                                                       {FolderOf(plan.Source), strFolder, plan.Source});
         record.Sources = corrected.ReadSources;
-        m_output.Write(strRaw, corrected.Bytes);
+        m_pOutput->Write(strRaw, corrected.Bytes);
     } else {
         Copy(plan.Source, strRaw);
     }

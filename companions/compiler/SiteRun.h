@@ -20,10 +20,10 @@
 class CSiteRun {
 public:
     /// All must outlive the object.
-    CSiteRun(const CCompileInput& input, ESiteForm form, COutputFolder& output, CompileProgress& progress);
+    CSiteRun(const CCompileInput& input, ESiteForm form, CompileProgress& progress);
 
     /// Throws Torvane::CRunException with a message.
-    void Run();
+    void Run(COutputFolder& output);
 
     int PageCount() const { return m_nPages; }
     /// What there is to say of single files, in their order.
@@ -76,7 +76,7 @@ private:
     const CSitePlan& m_plan;
     const CSourceTree& m_tree;
     const ESiteForm m_form;
-    COutputFolder& m_output;
+    COutputFolder* m_pOutput = nullptr;
     CompileProgress& m_progress;
     CPageFrame m_frame;
     CNodeView m_view;

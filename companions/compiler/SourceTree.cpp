@@ -11,6 +11,21 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Whether there is nothing in a name that Join would take out.
+bool IsPlain(const QString& strName) {
+    QChar cBefore = u'/';
+    for (const QChar c : strName) {
+        if (cBefore == u'/' && (c == u'/' || c == u'.'))
+            return false;
+        cBefore = c;
+    }
+    return cBefore != u'/';
+}
+
+} // namespace
+
 /// Lists what lies below the folder, many folders at a time, since there is one for each node.
 class CSourceTree::CWalk {
 public:
@@ -122,12 +137,12 @@ QString CSourceTree::Join(const QString& strFolder, const QString& strName) {
 }
 
 QString CSourceTree::FindFile(const QString& strName) const {
-    const QString strPlain = Join(QString(), strName);
+    const QString strPlain = IsPlain(strName) ? strName : Join(QString(), strName);
     return m_exact.contains(strPlain) ? strPlain : m_files.value(LowerAscii(strPlain));
 }
 
 QString CSourceTree::FindFolder(const QString& strName) const {
-    return m_folders.value(LowerAscii(Join(QString(), strName)));
+    return m_folders.value(LowerAscii(IsPlain(strName) ? strName : Join(QString(), strName)));
 }
 
 QStringList CSourceTree::FilesBelow(const QString& strFolder) const {
