@@ -131,6 +131,7 @@ QByteArray CApplicationSite::FigureTable() const {
         return "<tr><th scope=\"row\">" + Escaped(strName) + "</th><td>" + value + "</td></tr>\n";
     };
     QByteArray out = "<h2>" + Escaped(CompilerText::c_strFigures) + "</h2>\n<table class=\"figures\">\n" +
+                     row(CompilerText::c_strTeacherName, Escaped(m_model.Teacher())) +
                      row(CompilerText::c_strNodeCount, QByteArray::number(m_below[0])) +
                      row(CompilerText::c_strContentCount, QByteArray::number(nContents));
     for (auto it = kinds.constBegin(); it != kinds.constEnd(); ++it)

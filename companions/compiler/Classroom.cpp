@@ -96,12 +96,13 @@ QByteArray CClassroom::StartPage() const {
            "\" allowfullscreen></iframe>\n<p id=\"outside\" hidden><a target=\"_blank\" "
            "rel=\"noopener\"></a></p>"
            "</main>\n<div id=\"bar\" role=\"toolbar\" aria-label=\"" +
-           Escaped(CompilerText::c_strSteps) + "\">\n" + button("first", CompilerText::c_strFirst, "⏮") +
+           Escaped(CompilerText::c_strSteps) + "\">\n" + button("first", CompilerText::c_strFirst, "|◀") +
            button("before", CompilerText::c_strBefore, "◀") +
            "<output id=\"place\" aria-live=\"polite\"></output>\n" +
-           button("behind", CompilerText::c_strBehind, "▶") + button("last", CompilerText::c_strLast, "⏭") +
-           "<span id=\"title\"></span>\n" + button("list", CompilerText::c_strOverview, "☰") +
-           button("full", CompilerText::c_strFullScreen, "⛶") + button("help", CompilerText::c_strKeys, "?") +
+           button("behind", CompilerText::c_strBehind, "▶") + button("last", CompilerText::c_strLast, "▶|") +
+           "<span id=\"title\"></span>\n" + button("list", CompilerText::c_strOverview, "目录") +
+           button("full", CompilerText::c_strFullScreen, "全屏") +
+           button("help", CompilerText::c_strKeys, "?") +
            "</div>\n<div id=\"overview\" role=\"dialog\" aria-modal=\"true\" aria-label=\"" +
            Escaped(CompilerText::c_strOverview) +
            "\" hidden>\n<input type=\"search\" id=\"filter\" "

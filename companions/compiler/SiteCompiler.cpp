@@ -67,8 +67,10 @@ CompileReport CCompiling::Run() {
             return WriteApplicationSite(strFolder + u'/' + folders[1], folders[0]);
         });
     WriteSite(strFolder + u'/' + folders[0]);
-    if (application.valid())
+    if (application.valid()) {
         m_report.Notes += application.get();
+        m_report.ApplicationFolder = strFolder + u'/' + folders[1];
+    }
     RememberFolder(strFolder);
     return m_report;
 }
@@ -115,12 +117,13 @@ void CCompiling::RememberFolder(const QString& strFolder) {
 }
 
 TaskOutcome OutcomeOf(const CompileReport& report) {
-    return {TaskOutcome::EEnd::Done,
-            CompilerText::c_strDone.arg(report.Pages)
-                .arg(report.Files)
-                .arg(report.Changed)
-                .arg(report.OutputFolder),
-            report.Notes};
+    QString strText = CompilerText::c_strDone.arg(report.Pages)
+                          .arg(report.Files)
+                          .arg(report.Changed)
+                          .arg(report.OutputFolder);
+    if (!report.ApplicationFolder.isEmpty())
+        strText += u'\n' + CompilerText::c_strDoneApplication.arg(report.ApplicationFolder);
+    return {TaskOutcome::EEnd::Done, strText, report.Notes};
 }
 
 } // namespace

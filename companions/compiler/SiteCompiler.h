@@ -10,6 +10,8 @@
 struct CompileReport {
     /// Native: the folder of the form, the main one where there are two.
     QString OutputFolder;
+    /// The other one; empty for none.
+    QString ApplicationFolder;
     int Pages = 0;
     /// Beside the pages.
     int Files = 0;

@@ -41,6 +41,7 @@ inline const QString c_strNoPermission = QStringLiteral("没有权限");
 inline const QString c_strNameTaken = QStringLiteral("同名的文件夹挡住了它");
 inline const QString c_strDone =
     QStringLiteral("合成完毕：%1 个页面，%2 个其他文件，其中 %3 个有变化，位于“%4”。");
+inline const QString c_strDoneApplication = QStringLiteral("申报网站位于“%1”，提交时请连同课程网站。");
 inline const QString c_strCancelled = QStringLiteral("已取消。已经写好的文件是完整的，再次合成时会继续。");
 inline const QString c_strFailed = QStringLiteral("合成失败：%1");
 inline const QString c_strUnexpected = QStringLiteral("发生意外错误（%1）。");
@@ -133,6 +134,7 @@ inline const QString c_strContentsPage = QStringLiteral("内容总表（第 %1 �
 inline const QString c_strNumber = QStringLiteral("编号");
 inline const QString c_strName = QStringLiteral("栏目");
 inline const QString c_strKind = QStringLiteral("类型");
+inline const QString c_strTeacherName = QStringLiteral("主讲教师");
 inline const QString c_strNodeCount = QStringLiteral("栏目总数");
 inline const QString c_strContentCount = QStringLiteral("有内容的栏目");
 inline const QString c_strTotalSize = QStringLiteral("内容总量");

@@ -160,7 +160,7 @@ TEST(VorelCompiler, LeavesNoLinkDead) {
                   {u"--silent"_s, course.Folder.Native(course.strProject)});
     ASSERT_TRUE(process.waitForFinished());
     const QString strSaid = QString::fromUtf8(process.readAllStandardOutput());
-    EXPECT_EQ(strSaid.count(u'\n'), 1) << strSaid.toStdString();
+    EXPECT_EQ(strSaid.count(u'\n'), 2) << strSaid.toStdString();
     EXPECT_EQ(DeadLinks(course.SiteNative()), "");
     EXPECT_GT(CountLinks(course.SiteNative()), 10 * places.size()) << "the check sees them";
     const qint32 nDead = course.AddPage(

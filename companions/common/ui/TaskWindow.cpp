@@ -14,6 +14,8 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
 #include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -22,7 +24,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int c_nWidth = 480;
+constexpr int c_nWidth = 560;
+/// Half the height of the application's status window, and a little air.
+constexpr int c_nBelowMiddle = 80;
 constexpr int c_nRefreshMilliseconds = 100;
 constexpr int c_nMargin = 16;
 constexpr int c_nSpacing = 10;
@@ -119,7 +123,7 @@ void CTaskWindow::LayOut() {
     auto* pHead = new QHBoxLayout;
     pHead->setSpacing(c_nMargin);
     pHead->addWidget(m_pIcon, 0, Qt::AlignTop);
-    pHead->addWidget(m_pHead, 1);
+    pHead->addWidget(m_pHead, 1, Qt::AlignTop);
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(c_nMargin, c_nMargin, c_nMargin, c_nMargin);
     pLayout->setSpacing(c_nSpacing);
@@ -131,6 +135,15 @@ void CTaskWindow::LayOut() {
     pLayout->addSpacing(c_nSpacing);
     pLayout->addWidget(m_pButtons);
     setMinimumWidth(c_nWidth);
+}
+
+void CTaskWindow::showEvent(QShowEvent* pEvent) {
+    QDialog::showEvent(pEvent);
+    if (pEvent->spontaneous())
+        return;
+    const QRect place = screen()->availableGeometry();
+    const int nTop = qMin(place.center().y() + c_nBelowMiddle, place.bottom() - height() - c_nBelowMiddle);
+    move(place.center().x() - width() / 2, nTop);
 }
 
 void CTaskWindow::Browse() {

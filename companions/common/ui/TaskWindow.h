@@ -71,6 +71,10 @@ public:
 
     TaskOutcome::EEnd GetEnd() const { return m_eEnd; }
 
+protected:
+    /// Comes up below the middle of the screen, where the application says that it waits.
+    void showEvent(QShowEvent* pEvent) override;
+
 private:
     enum class EState { Asking, Working, Ended };
 
