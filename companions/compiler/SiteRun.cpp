@@ -261,14 +261,14 @@ QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& reco
     const PlayableFilm film = FindPlayable(m_tree, m_plan.Of(nNode).Source, lecture.strFilm);
     if (!film.bMade)
         return film.strName;
-    m_output.Announce({film.strName});
+    m_pOutput->Announce({film.strName});
     const CSourceTree::State state = m_tree.StateOf(lecture.strFilm);
     const quint64 nInput =
         CSum().Add(lecture.strFilm).Add(quint64(state.nSize)).Add(quint64(state.nModified)).Value();
-    if (!m_output.Keep(film.strName, nInput)) {
+    if (!m_pOutput->Keep(film.strName, nInput)) {
         const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
         const QString strProgram = FilmProgram();
-        const QString strMade = m_output.FreshPath();
+        const QString strMade = m_pOutput->FreshPath();
         const bool bMade =
             !strProgram.isEmpty() && MakePlayable(strProgram, m_tree.NativePath(lecture.strFilm), strMade,
                                                   [this] { return !m_progress.bCancelled; });
@@ -281,7 +281,7 @@ QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& reco
             record.Also.append(film.strName);
             return QString();
         }
-        m_output.Adopt(strMade, film.strName, nInput);
+        m_pOutput->Adopt(strMade, film.strName, nInput);
     }
     record.Also.append(film.strName);
     return film.strName;
