@@ -11,12 +11,14 @@ using namespace Qt::StringLiterals;
 // would take something over as it stands or load something.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
     const QByteArray bytes(reinterpret_cast<const char*>(pData), qsizetype(nSize));
-    const auto page = ReadPrintedPage(PageText::Decode(bytes).Text,
-                                      {[](const QString& strReference) { return strReference; },
-                                       [](const QString&) {
-                                           return std::optional(ReadyPicture{u"own.png"_s, 900, 30});
-                                       },
-                                       u"n4_"_s});
+    const auto page =
+        ReadPrintedPage(PageText::Decode(bytes).Text,
+                        {[](const QString& strReference) { return strReference; },
+                         [](const QString&) {
+                             return std::optional(ReadyPicture{u"own.png"_s, 900, 30});
+                         },
+                         [](const QString&) { return u"#n4_a"_s; },
+                         [](const QString&) { return QByteArray(R"(<span id="n4_a"></span>)"); }});
     if (!page)
         return 0;
     static const QSet<QString> known = {u"href"_s,   u"src"_s,     u"alt"_s,     u"width"_s,
