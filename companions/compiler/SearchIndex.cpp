@@ -115,10 +115,11 @@ private:
             {u"ndash"_s, u'\u2013'}, {u"middot"_s, u'\u00b7'}, {u"times"_s, u'\u00d7'},
             {u"copy"_s, u'\u00a9'}};
         constexpr qsizetype c_nLongest = 10;
-        const qsizetype nEnd = m_strHtml.indexOf(u';', m_nAt);
-        if (nEnd < 0 || nEnd - m_nAt > c_nLongest)
+        // Looked for no further than that: in a page without any it would take the square of its length.
+        const qsizetype nLength = QStringView(m_strHtml).mid(m_nAt, c_nLongest + 1).indexOf(u';');
+        if (nLength < 0)
             return Put(m_strHtml[m_nAt++]);
-        const QString strName = m_strHtml.mid(m_nAt + 1, nEnd - m_nAt - 1);
+        const QString strName = m_strHtml.mid(m_nAt + 1, nLength - 1);
         char32_t nCode = names.value(strName);
         if (strName.startsWith(u'#')) {
             const bool bHex = strName.mid(1, 1).toLower() == "x"_L1;
@@ -126,7 +127,7 @@ private:
         }
         if (nCode == 0 || nCode > QChar::LastValidCodePoint || QChar::isSurrogate(nCode))
             return Put(m_strHtml[m_nAt++]);
-        m_nAt = nEnd + 1;
+        m_nAt += nLength + 1;
         for (const char16_t c : QChar::fromUcs4(nCode))
             Put(c);
     }

@@ -2,6 +2,7 @@
 
 #include "companions/compiler/FrameParts.h"
 #include "companions/compiler/Texts.h"
+#include "companions/compiler/Workers.h"
 #include "course/BookDatabase.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
@@ -57,6 +58,7 @@ QString UsableAddress(const QString& strTyped) {
 CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
     : m_model(model), m_tree(tree), m_references(tree, model.Paths().GetNodeResourceFolder(false)) {
     m_plans.resize(model.Nodes().size());
+    LookUpFiles();
     for (int i = 0; i < m_plans.size(); ++i)
         PlanNode(i);
     // A link's target may stand anywhere in the tree.
@@ -65,10 +67,27 @@ CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
             PlanInSiteLink(i);
     }
     for (int i = 0; i < m_plans.size(); ++i) {
-        const QString strFolder = NodeFolder(m_model.Nodes()[i].Row.Id);
         if (!m_plans[i].PagePath.isEmpty())
-            m_references.MapFolder(strFolder, m_plans[i].PagePath);
+            m_references.MapFolder(m_folders[i], m_plans[i].PagePath);
     }
+}
+
+/// Finds on the disk what the rows name, many nodes at a time: it is most of a plan's work.
+void CSitePlan::LookUpFiles() {
+    constexpr int c_nNodesInPiece = 256;
+    const int nNodes = int(m_plans.size());
+    m_folders.resize(nNodes);
+    QString* const pFolders = m_folders.data();
+    NodePlan* const pPlans = m_plans.data();
+    ForEachPiece((nNodes + c_nNodesInPiece - 1) / c_nNodesInPiece, [&](int nPiece) {
+        for (int i = nPiece * c_nNodesInPiece; i < qMin((nPiece + 1) * c_nNodesInPiece, nNodes); ++i) {
+            const StoreRow& row = m_model.Nodes()[i].Row;
+            pFolders[i] = NodeFolder(row.Id);
+            if (row.Type == NodeType::c_nEditorPage || row.Type == NodeType::c_nExternalFile ||
+                row.Type == NodeType::c_nSite || row.Type == NodeType::c_nCourseware)
+                pPlans[i].Source = m_references.FindStored(row.Path);
+        }
+    });
 }
 
 QString CSitePlan::NodeFolder(qint32 nId) const {
@@ -103,7 +122,7 @@ void CSitePlan::PlanNode(int nNode) {
 }
 
 void CSitePlan::TakeOwnPage(int nNode, NodePlan& plan) {
-    const QString strFolder = NodeFolder(m_model.Nodes()[nNode].Row.Id);
+    const QString& strFolder = m_folders[nNode];
     QString strPage = strFolder + u"/index.html"_s;
     for (int n = 1; !m_tree.FindFile(strPage).isEmpty(); ++n)
         strPage = strFolder + u"/node"_s + QString::number(n) + u".html"_s;
@@ -120,14 +139,13 @@ void CSitePlan::MarkMissing(int nNode, NodePlan& plan) {
 
 void CSitePlan::PlanPage(int nNode, NodePlan& plan) {
     const StoreRow& row = m_model.Nodes()[nNode].Row;
-    plan.Source = m_references.FindStored(row.Path);
     if (plan.Source.isEmpty())
         return MarkMissing(nNode, plan);
     plan.View = ENodeView::Page;
     m_nodeOfSource.insert(plan.Source, nNode);
     // The page keeps its place, where its own pictures and the links of other pages find it. A store that
     // names another node's page gets a page in the node's own folder.
-    if (plan.Source.startsWith(NodeFolder(row.Id) + u'/')) {
+    if (plan.Source.startsWith(QString(m_folders[nNode] + u'/'))) {
         plan.PagePath = m_tree.OutputName(plan.Source);
         plan.Target = plan.PagePath;
         m_framed.insert(plan.Source);
@@ -145,7 +163,9 @@ void CSitePlan::TakeFile(int nNode, NodePlan& plan) {
 }
 
 void CSitePlan::PlanFile(int nNode, NodePlan& plan) {
-    plan.Source = m_references.FindStored(m_model.Nodes()[nNode].Row.Path);
+    // A lecture of one file was looked for as a folder.
+    if (plan.Source.isEmpty())
+        plan.Source = m_references.FindStored(m_model.Nodes()[nNode].Row.Path);
     if (plan.Source.isEmpty())
         return MarkMissing(nNode, plan);
     if (!m_nodeOfSource.contains(plan.Source))
@@ -209,8 +229,7 @@ QStringList CSitePlan::FilesToCopy() const {
         if (!IsNodeFolder(strFolder) && LowerAscii(strFolder) != FrameParts::c_strFolder)
             folders.append(strFolder);
     }
-    for (const SiteNode& node : m_model.Nodes())
-        folders.append(NodeFolder(node.Row.Id));
+    folders += m_folders;
     QStringList files;
     for (const QString& strFolder : folders) {
         for (const QString& strFile : m_tree.FilesBelow(strFolder)) {

@@ -62,6 +62,7 @@ public:
     QString NodeFolder(qint32 nId) const;
 
 private:
+    void LookUpFiles();
     void PlanNode(int nNode);
     void PlanPage(int nNode, NodePlan& plan);
     void PlanFile(int nNode, NodePlan& plan);
@@ -76,6 +77,8 @@ private:
     const CSourceTree& m_tree;
     CReferences m_references;
     QList<NodePlan> m_plans;
+    /// Of each node, below the resource folder.
+    QStringList m_folders;
     QHash<QString, int> m_nodeOfSource;
     QSet<QString> m_framed;
     QStringList m_notes;
