@@ -6,6 +6,7 @@
 #include "platform/ui/MediaPlayer.h"
 #include "platform/ui/Texts.h"
 
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHideEvent>
 #include <QLabel>
@@ -179,7 +180,8 @@ void CMediaView::ShowName() {
     m_pName->setText(m_pName->fontMetrics().elidedText(m_strName, Qt::ElideMiddle, m_pName->width()));
     m_pName->setAccessibleName(m_strName);
     m_pName->setToolTip(Platform::ToShown(m_strPath).toHtmlEscaped());
-    m_pOutside->setEnabled(!m_strPath.isEmpty());
+    // Another program could no more read it.
+    m_pOutside->setEnabled(!m_strPath.isEmpty() && QFileInfo(Platform::ToNative(m_strPath)).isReadable());
 }
 
 void CMediaView::ShowState() {

@@ -1,5 +1,6 @@
 #include "platform/ui/SurfaceUrls.h"
 
+#include "foundation/CodePage.h"
 #include "foundation/Urls.h"
 #include "platform/base/NativePath.h"
 
@@ -35,7 +36,7 @@ qsizetype EndOfPath(QStringView strText) {
 }
 
 /// A "%" without two digits behind it stands for itself.
-QString Decode(const QString& strText) {
+QByteArray BytesOf(const QString& strText) {
     const QByteArray text = strText.toUtf8();
     const auto isDigit = [&](qsizetype n) { return n < text.size() && std::isxdigit(uchar(text[n])) != 0; };
     QByteArray result;
@@ -44,7 +45,19 @@ QString Decode(const QString& strText) {
         result += bEscape ? static_cast<char>(text.mid(i + 1, 2).toInt(nullptr, 16)) : text[i];
         i += bEscape ? 2 : 0;
     }
-    return QString::fromUtf8(result);
+    return result;
+}
+
+/// Name by name: old pages escape a name in the code page, and the engine those of the folders in UTF-8.
+QString Decode(const QString& strText) {
+    QStringList names = strText.split(u'/');
+    for (QString& strName : names) {
+        const QByteArray bytes = BytesOf(strName);
+        strName = QString::fromUtf8(bytes);
+        if (strName.contains(QChar::ReplacementCharacter))
+            strName = CodePage::Decode(bytes);
+    }
+    return names.join(u'/');
 }
 
 /// The bare name at which a file URL points, with those escapes that the engine has not made itself.

@@ -61,9 +61,15 @@ public:
     }
     /// How many calls came since the last asking.
     int TakeCalls() {
-        for (; m_socket.hasPendingDatagrams(); ++m_nCalls)
-            m_socket.receiveDatagram(0);
+        Said();
+        m_nSaid = 0;
         return std::exchange(m_nCalls, 0);
+    }
+    /// How many calls have said something since then.
+    int Said() {
+        for (; m_socket.hasPendingDatagrams(); ++m_nCalls, ++m_nSaid)
+            m_socket.receiveDatagram(0);
+        return m_nSaid;
     }
     int TcpPort() const { return m_server.serverPort(); }
     int UdpPort() const { return m_socket.localPort(); }
@@ -72,7 +78,8 @@ private:
     void Answer() {
         while (QTcpSocket* pSocket = m_server.nextPendingConnection()) {
             ++m_nCalls;
-            QObject::connect(pSocket, &QTcpSocket::readyRead, pSocket, [pSocket] {
+            QObject::connect(pSocket, &QTcpSocket::readyRead, pSocket, [this, pSocket] {
+                ++m_nSaid;
                 pSocket->readAll();
                 pSocket->write("HTTP/1.0 404 No\r\nAccess-Control-Allow-Origin: *\r\n\r\n");
                 pSocket->disconnectFromHost();
@@ -83,6 +90,7 @@ private:
     QTcpServer m_server;
     QUdpSocket m_socket;
     int m_nCalls = 0;
+    int m_nSaid = 0;
 };
 
 /// Serves the files below a folder as a site of the web.
@@ -277,13 +285,22 @@ TEST_F(CWebAttack, Sending) {
     CWebBrowser2Ex other;
     const std::function<bool()> rounds[] = {
         ofCourse,
-        // Another surface has the network meanwhile.
+        // Another surface has the network meanwhile, and has been to the very places.
         [&] {
             other.SetNetworkAllowed(true);
             other.show();
-            QString strHtml;
-            return other.NavigateAndWait(m_site.Url(u"data/s.txt"_s)) &&
-                   QTest::qWaitFor([&] { return other.GetBrowserBodyInnerHTML(strHtml); }) && ofCourse();
+            const QString strHtml = u"<body><script>for (const port of [%2])"
+                                    "fetch(`http://%1:${port}/`, {mode: 'no-cors'})</script>"_s;
+            m_folder.Write(u"course\\everywhere.htm"_s, strHtml.arg(strHost, ports.join(u',')).toUtf8());
+            const auto isCalled = [](const auto& pListener) {
+                return pListener->Said() > 0 && pListener->TakeCalls() > 0;
+            };
+            std::vector<CListener*> left;
+            for (const auto& pListener : listeners)
+                left.push_back(pListener.get());
+            return other.NavigateAndWait(m_site.Url(u"everywhere.htm"_s)) &&
+                   QTest::qWaitFor([&] { return std::erase_if(left, isCalled), left.empty(); }, 20000) &&
+                   ofCourse();
         },
         [&] {
             WriteJob(strJob.arg(u"true"_s));
@@ -297,8 +314,12 @@ TEST_F(CWebAttack, Sending) {
         names = WaitForReport().toArray();
         ASSERT_LE(size_t(names.size()), listeners.size());
         calls.emplace_back();
-        for (const auto& pListener : listeners)
-            calls.back().append(pListener->TakeCalls());
+        // Where another surface has been, a call may still knock: the gate lets through nothing that it says.
+        for (const auto& pListener : listeners) {
+            const int nSaid = pListener->Said();
+            const int nCalls = pListener->TakeCalls();
+            calls.back().append(calls.size() == 2 ? nSaid : nCalls);
+        }
     }
     PrintRow(u"To send"_s, {u"by a page"_s, u"beside the web"_s, u"by the web"_s});
     for (int i = 0; i < names.size(); ++i) {

@@ -21,7 +21,8 @@ protected:
         const QString strHtml = u"<!DOCTYPE html><a href='#chapterone'>上</a>"_s + strFar +
                                 u"<a name='ChapterOne'>一</a>"_s + strFar + u"<h2 id='第二节 A'>二</h2>"_s +
                                 strFar;
-        for (const QString& strName : {u"Content.htm"_s, u"C#?.htm"_s, u"a%20b.htm"_s, u"100%.htm"_s})
+        for (const QString& strName :
+             {u"Content.htm"_s, u"C#?.htm"_s, u"a%20b.htm"_s, u"100%.htm"_s, u"章.htm"_s})
             m_folder.Write(u"course\\N13\\"_s + strName, CodePage::Encode(strHtml));
     }
     /// A page with one link, which is clicked.
@@ -79,6 +80,7 @@ TEST_F(CWebLinks, LeadToPageAndPlaceWhateverTheirLetterCase) {
         {u"../N13/Content.htm#%E7%AC%AC%E4%BA%8C%E8%8A%82%20A"_s, u"Content.htm"_s, u"#第二节 A"_s, u"h2"_s},
         {u"../n13/c#?.htm#chapterone"_s, u"C#?.htm"_s, u"#chapterone"_s, u"a[name]"_s},
         {u"../n13/100%.htm#chapterone"_s, u"100%.htm"_s, u"#chapterone"_s, u"a[name]"_s},
+        {u"../n13/%D5%C2.htm#chapterone"_s, u"章.htm"_s, u"#chapterone"_s, u"a[name]"_s},
         {u"../n13/a%20b.htm#chapterone"_s, u"a%20b.htm"_s, u"#chapterone"_s, u"a[name]"_s},
     };
     for (const auto& c : cases) {

@@ -73,6 +73,14 @@ void Reply(QTcpSocket& client, char cAnswer) {
     client.write(reply, sizeof reply);
 }
 
+/// Whether a connection begins as one to a place of the web does: with the name of a method or with TLS. What
+/// relays calls begins otherwise, and is asked for without the guard.
+bool BeginsAsWeb(QTcpSocket& client) {
+    constexpr char c_cHandshake = 0x16;
+    const QByteArray first = client.peek(1);
+    return !first.isEmpty() && (first[0] == c_cHandshake || (first[0] >= 'A' && first[0] <= 'Z'));
+}
+
 /// Carries over what one side says, no faster than the other takes it.
 void Carry(QTcpSocket* pFrom, QTcpSocket* pTo) {
     const auto carry = [pFrom, pTo = QPointer(pTo)] {
@@ -164,8 +172,16 @@ void CNetGate::Connect(QTcpSocket* pClient, const SPlace& place) {
     connect(pFar, &QTcpSocket::connected, pClient, [pClient, pFar, pConnected] {
         *pConnected = true;
         Reply(*pClient, c_cGranted);
-        Carry(pClient, pFar);
         Carry(pFar, pClient);
+        connect(
+            pClient, &QTcpSocket::readyRead, pFar,
+            [pClient, pFar] {
+                if (BeginsAsWeb(*pClient))
+                    Carry(pClient, pFar);
+                else
+                    pClient->abort();
+            },
+            Qt::SingleShotConnection);
     });
     connect(pFar, &QTcpSocket::errorOccurred, pClient, [pClient, pConnected] {
         if (!*pConnected)

@@ -149,6 +149,28 @@ void CSurfacePage::KeepOpen() {
     scripts().insert(script);
 }
 
+/// The requests of a call pass no guard. The engine runs no script in the empty document that a frame begins
+/// with: what a page sends from there ends at the gate.
+void CSurfacePage::SetCalling(bool bMayCall) {
+    const QString strName = QStringLiteral("noCalls");
+    const QList<QWebEngineScript> known = scripts().find(strName);
+    if (known.isEmpty() == bMayCall)
+        return;
+    if (bMayCall) {
+        scripts().remove(known.first());
+        return;
+    }
+    QWebEngineScript script;
+    script.setName(strName);
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::MainWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(
+        QStringLiteral("delete window.RTCPeerConnection; delete window.webkitRTCPeerConnection;"
+                       "delete window.RTCDataChannel;"));
+    scripts().insert(script);
+}
+
 void CSurfacePage::SetMediaReplaced(bool bReplaced) {
     const QString strName = QStringLiteral("media");
     const QList<QWebEngineScript> known = scripts().find(strName);

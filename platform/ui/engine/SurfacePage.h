@@ -36,6 +36,8 @@ public:
     void SetEditing(bool bEditing, bool bFollowsLinks);
     /// Holds from the next load on: media that can't be played give way to cards.
     void SetMediaReplaced(bool bReplaced);
+    /// Holds from the next load on: a page without the network can call nobody.
+    void SetCalling(bool bMayCall);
     /// The program's own loads are told apart from those that the page starts.
     void SetProgramLoads(bool bLoads) { m_bProgramLoads = bLoads; }
     /// For a moment a new window is the program's wish and not the page's.

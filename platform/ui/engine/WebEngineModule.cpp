@@ -345,6 +345,7 @@ void CWebEngine::PreparePage(const QUrl& url) {
     m_pPage->SetEditing(m_access.bEditing, m_access.bFollowsLinks);
     m_pView->SetEditing(m_access.bEditing);
     m_pPage->SetMediaReplaced(m_access.bReplaceMedia);
+    m_pPage->SetCalling(m_access.bNetwork);
 }
 
 SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start,

@@ -38,7 +38,9 @@
     try {
       return decodeURIComponent(name);
     } catch (broken) {
-      return name;
+      // Escaped in the code page of old pages.
+      const bytes = Uint8Array.from(unescape(name), (c) => c.charCodeAt(0));
+      return new TextDecoder('gb18030').decode(bytes);
     }
   }
 
