@@ -173,8 +173,6 @@ bool IsEnabled(const Command& command, const State& state) {
     case EOwner::Application:
         break;
     }
-    if (command.nId == c_nExportWord && !state.bWordExport)
-        return false;
     return command.Rule == Always || state.bCourseOpen;
 }
 

@@ -89,8 +89,6 @@ QList<Place> Places();
 /// What decides whether a command is enabled.
 struct State {
     bool bCourseOpen = false;
-    /// A companion program that the command needs stands beside this one.
-    bool bWordExport = false;
     /// The tree's and the showing view's own answers for this command.
     bool bTreeSaysYes = false;
     bool bViewSaysYes = false;

@@ -30,10 +30,6 @@ QString Companions::DocExportCommandLine(const QString& strProgramFolder, const 
     return strProgramFolder + u"\\VorelDocExport.exe \""_s + strProjectPath + u'"';
 }
 
-bool Companions::HasDocExport(const QString& strProgramFolder) {
-    return Platform::IsProgram(strProgramFolder + u"\\VorelDocExport.exe"_s);
-}
-
 void Companions::Run(const QString& strCommandLine, CBookDatabase& database,
                      Torvane::Dialog::MFC::IPeople& people) {
     // The program's path is not quoted, so it ends at the first blank: from a folder with one nothing starts.

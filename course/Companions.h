@@ -15,9 +15,6 @@ QString CompilerCommandLine(const QString& strProgramFolder, const QString& strP
                             ECompileForm form);
 QString DocExportCommandLine(const QString& strProgramFolder, const QString& strProjectPath);
 
-/// Whether the companion that writes the document stands in the program folder.
-bool HasDocExport(const QString& strProgramFolder);
-
 /// Runs a companion on the open course and waits for its end without a time limit, with the windows painted.
 /// The store lets go of its file meanwhile. That a companion could not start is told to nobody; one in a
 /// folder whose path holds a blank can't, since its path is not quoted. Throws Torvane::COM::CCOMException

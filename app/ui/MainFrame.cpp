@@ -340,7 +340,6 @@ void CMainFrame::UpdateCommands() {
     m_bUpdatePending = false;
     Commands::State state;
     state.bCourseOpen = m_owner.IsCourseOpen();
-    state.bWordExport = m_owner.HasWordExport();
     for (auto action = m_actions.cbegin(); action != m_actions.cend(); ++action) {
         state.bTreeSaysYes = m_pTree->IsCommandEnabled(action.key());
         state.bViewSaysYes = IsEditorShowing() && m_pEditor->IsCommandEnabled(action.key());

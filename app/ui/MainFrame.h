@@ -40,8 +40,6 @@ public:
     virtual bool IsCourseOpen() const = 0;
     /// Whether the window may close now; where not, the owner closes it as soon as it may.
     virtual bool MayClose() = 0;
-    /// Whether the companion program that writes the document stands beside this one.
-    virtual bool HasWordExport() const = 0;
     virtual IVideoMaker& Videos() = 0;
 };
 

@@ -341,10 +341,6 @@ void CVorelApp::ExportWord() {
                  AppTexts::c_strExportingWord);
 }
 
-bool CVorelApp::HasWordExport() const {
-    return Companions::HasDocExport(CSysInfo::Instance().GetProgramFolder(false));
-}
-
 void CVorelApp::RunCompanion(const QString& strCommandLine, const QString& strStatus) {
     Guarded([&] {
         const auto pStatus = m_people.OpenStatus();

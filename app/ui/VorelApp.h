@@ -59,7 +59,6 @@ private:
     void ShowOverallPreview() override;
     bool IsCourseOpen() const override { return m_pCourse != nullptr; }
     bool MayClose() override;
-    bool HasWordExport() const override;
     IVideoMaker& Videos() override { return *m_pVideos; }
 
     bool AskFirstServerAddress();

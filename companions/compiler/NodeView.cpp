@@ -135,8 +135,9 @@ QString CNodeView::Player(const QString& strAddress, const QString& strName) con
     const QString strExtension = Extension(strName);
     const bool bSound = strExtension == ".mp3"_L1 || strExtension == ".ogg"_L1 || strExtension == ".wav"_L1;
     const QString strTag = bSound ? u"audio"_s : u"video"_s;
-    return u"<"_s + strTag + u" class=\"media\" controls preload=\"metadata\" src=\""_s +
-           Escaped(strAddress) + u"\"></"_s + strTag + u">\n"_s;
+    return u"<"_s + strTag + (bSound ? u""_s : u" playsinline"_s) +
+           u" class=\"media\" controls preload=\"metadata\" aria-label=\""_s + Escaped(strName) +
+           u"\" src=\""_s + Escaped(strAddress) + u"\"></"_s + strTag + u">\n"_s;
 }
 
 QString CNodeView::FileMain(int nNode) const {

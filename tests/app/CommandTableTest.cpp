@@ -74,10 +74,7 @@ TEST(CommandTable, ACommandIsEnabledByItsOwner) {
         {c_nNewCourse, {}, true},
         {c_nCompileHtml, {}, false},
         {c_nCompileHtml, {.bCourseOpen = true}, true},
-        // The companion that writes the document may be missing.
-        {c_nExportWord, {.bCourseOpen = true}, false},
-        {c_nExportWord, {.bCourseOpen = true, .bWordExport = true}, true},
-        {c_nExportWord, {.bWordExport = true}, false},
+        {c_nExportWord, {.bCourseOpen = true}, true},
         {TreeCommand::c_nEditContent, {.bCourseOpen = true}, false},
         {TreeCommand::c_nEditContent, {.bTreeSaysYes = true}, true},
         {32825, {.bCourseOpen = true, .bTreeSaysYes = true}, false},

@@ -46,7 +46,6 @@ public:
     void ShowOverallPreview() override { Asked.append(u"preview"_s); }
     bool IsCourseOpen() const override { return bOpen; }
     bool MayClose() override { return bFree; }
-    bool HasWordExport() const override { return false; }
     IVideoMaker& Videos() override { return m_videos; }
 
 private:

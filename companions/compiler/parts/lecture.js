@@ -16,7 +16,8 @@
   var last = -1;
 
   function run(step) {
-    slides.contentWindow.postMessage({ vorelScript: step[1] }, "*");
+    var place = window.location;
+    slides.contentWindow.postMessage({ vorelScript: step[1] }, place.protocol === "file:" ? "*" : place.origin);
   }
 
   // How many steps lie before a place.

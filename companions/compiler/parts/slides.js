@@ -5,7 +5,11 @@
     return;
   }
   window.addEventListener("message", function (event) {
-    if (event.source !== window.parent || !event.data || typeof event.data.vorelScript !== "string") {
+    // Any site may put this page into a frame of its own. Pages on a disk have no origin to compare; there none
+    // but their neighbours can frame them.
+    var foreign = window.location.protocol === "file:" ? event.origin !== "null" && event.origin !== "file://" :
+      event.origin !== window.location.origin;
+    if (foreign || event.source !== window.parent || !event.data || typeof event.data.vorelScript !== "string") {
       return;
     }
     try {
