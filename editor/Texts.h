@@ -74,6 +74,8 @@ inline const QString c_strPastedAsText =
                    "如果需要格式和图片，请您分几次粘贴。");
 inline const QString c_strPasting = QStringLiteral("正在粘贴...");
 inline const QString c_strPasteCancelled = QStringLiteral("您取消了粘贴，网页没有改变。");
+inline const QString c_strPasteLate =
+    QStringLiteral("粘贴的内容较多，网页还在处理。\n请您等内容出现以后再继续编辑和保存。");
 inline const QString c_strPasteFailed = QStringLiteral("粘贴失败，请您重试!");
 
 // Commands of the page.

@@ -160,6 +160,8 @@ bool CEditorView::LeaveNode(bool bCanCancel) {
     const QPointer<CEditorView> pThis(this);
     if (m_bPageLost)
         RecoverPage();
+    if (pThis)
+        m_pDesign->FinishPastes();
     QString strUrl;
     if (!pThis)
         return true;
@@ -248,6 +250,9 @@ void CEditorView::SwitchTo(EMode mode) {
     if (mode == m_mode)
         return;
     const QPointer<CEditorView> pThis(this);
+    m_pDesign->FinishPastes();
+    if (!pThis)
+        return;
     // It is neither seen nor heard from here on, and its page need not be loaded for the next time.
     if (m_mode == EMode::Preview) {
         m_bPreviewLost = false;

@@ -112,6 +112,8 @@ void CEditorView::RunOwn(int nCommand) {
 void CEditorView::RunOnPage(int nCommand) {
     switch (nCommand) {
     case Id::c_nSave:
+        if (const QPointer<CEditorView> pThis(this); m_pDesign->FinishPastes(), !pThis)
+            return;
         m_saver.SavePage(true, false, true);
         return;
     case Id::c_nQuit:

@@ -38,7 +38,11 @@ void CEditorView::PutPasted(CPasteTask& task) {
     const QString strFailure = task.GetPictureFailure();
     Torvane::Dialog::MFC::IPeople& people = m_people;
     const QPointer<CEditorView> pThis(this);
-    const bool bPasted = markup && !markup->isEmpty() && !bTooLong && m_pDesign->PasteBrowserText(*markup);
+    using EPasted = CWebBrowser2Ex::EPasted;
+    const EPasted end =
+        markup && !markup->isEmpty() && !bTooLong ? m_pDesign->PasteBrowserText(*markup) : EPasted::No;
+    // What the page still takes in names the files.
+    const bool bPasted = end != EPasted::No;
     if (!bPasted)
         task.RemoveMade();
     if (!pThis)
@@ -48,6 +52,8 @@ void CEditorView::PutPasted(CPasteTask& task) {
     else if (!strFailure.isEmpty())
         people.Warn(
             (bPasted ? EditorTexts::c_strPicturesFailed : EditorTexts::c_strPictureFailed).arg(strFailure));
+    else if (end == EPasted::Late)
+        people.Warn(EditorTexts::c_strPasteLate);
     else if (!bPasted && markup && !markup->isEmpty())
         people.Error(EditorTexts::c_strPasteFailed);
     else if (bPasted && task.IsPlainInstead())

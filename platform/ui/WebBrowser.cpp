@@ -160,6 +160,7 @@ void CWebBrowser2Ex::ConnectEngine() {
     m_pEngine->OnMoved = [this] { Q_EMIT NavigateComplete2(); };
     m_pEngine->OnPageLost = [this] {
         const bool bWasLoaded = std::exchange(m_bPageLoaded, false);
+        ForgetPastes();
         if (bWasLoaded)
             Q_EMIT PageLost();
     };
@@ -241,6 +242,7 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     const bool bWebPage = IsWebUrl(url);
     m_bPageLoaded = false;
     m_waiting.clear();
+    ForgetPastes();
     ShowNote({});
     ApplyAccess(bWebPage);
     if (!url.isValid())
@@ -467,30 +469,53 @@ bool CWebBrowser2Ex::IsOwnCopy(const QString& strHtml) const {
     return m_pEngine && QStringView(strHtml).left(c_nHead).contains(m_pEngine->CopyMark());
 }
 
-bool CWebBrowser2Ex::PasteBrowserText(const QString& strHtml) {
+CWebBrowser2Ex::EPasted CWebBrowser2Ex::PasteBrowserText(const QString& strHtml) {
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
-        return false;
+        return EPasted::No;
     const QPointer<CWebBrowser2Ex> pAlive(this);
     QString strOwn = strHtml;
     if (IsOwnCopy(strHtml)) {
         const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("ownCopy"),
                                                      {strHtml, m_pEngine->CopyMark()}, c_nScriptMilliseconds);
         if (!pAlive || !answer.HasValue())
-            return false;
+            return EPasted::No;
         strOwn = answer.Value.toString();
     }
     const SEngineAnswer answer =
         m_pEngine->Call(QStringLiteral("localReferences"), {strOwn}, c_nScriptMilliseconds);
     if (!pAlive || !answer.HasValue())
-        return false;
-    return IsTrue(m_pEngine->Call(QStringLiteral("paste"), {strOwn, NewNames(answer.Value.toArray())},
-                                  c_nScriptMilliseconds));
+        return EPasted::No;
+    const SEngineAnswer done = m_pEngine->Call(
+        QStringLiteral("paste"), {strOwn, NewNames(answer.Value.toArray())}, c_nScriptMilliseconds);
+    if (done.State == SEngineAnswer::EState::TimeOut)
+        return EPasted::Late;
+    return IsTrue(done) ? EPasted::Yes : EPasted::No;
 }
 
 void CWebBrowser2Ex::PasteWhenFree(std::function<SPastedData()> read, std::optional<QPoint> place) {
+    // A wish from the page before comes while the next one loads.
+    if (!m_bPageLoaded)
+        return;
     m_pastes.push_back({std::move(read), place});
     PasteNext();
+}
+
+void CWebBrowser2Ex::FinishPastes() {
+    if (!m_pastes.empty())
+        PasteNext();
+}
+
+/// They were for a page that goes.
+void CWebBrowser2Ex::ForgetPastes() {
+    m_pastes.clear();
+    m_toPaste.stop();
+}
+
+/// A box in front of the page may be about its text, and what answers it goes on with the text that was read.
+bool CWebBrowser2Ex::IsFreeToPaste() const {
+    const QWidget* pModal = QApplication::activeModalWidget();
+    return !IsThreadHeld() && (pModal == nullptr || pModal == window());
 }
 
 /// One right behind the other, so that no key comes between, however long each takes.
@@ -499,7 +524,7 @@ void CWebBrowser2Ex::PasteNext() {
         return;
     const QPointer<CWebBrowser2Ex> pAlive(this);
     while (pAlive && !m_pastes.empty()) {
-        if (IsThreadHeld()) {
+        if (!IsFreeToPaste()) {
             m_toPaste.start(c_nRetryMilliseconds, this);
             return;
         }

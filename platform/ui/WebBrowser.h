@@ -95,9 +95,14 @@ public:
     /// Inserts the fragment at the caret in place of the selection. It stands in the page as it came in, but
     /// for local paths, which become file URLs. It can be undone.
     bool InsertBrowserText(const QString& strHtml);
+    /// Late: the page has not answered in time, and still takes it in.
+    enum class EPasted { No, Yes, Late };
     /// The same for what a person pastes: what begins and ends it may join the paragraphs around it. A copy
     /// that was made in a surface stands as it stood there.
-    bool PasteBrowserText(const QString& strHtml);
+    EPasted PasteBrowserText(const QString& strHtml);
+    /// Has pasted (see PasteWanted) what the person wanted and what still waits: before the page is read to
+    /// be saved or left. What waits when the page goes is dropped.
+    void FinishPastes();
     /// Whether markup was copied in a surface of this run.
     bool IsOwnCopy(const QString& strHtml) const;
     /// True when text or an element is selected.
@@ -161,7 +166,8 @@ Q_SIGNALS:
     /// The caret moved or the text changed; coalesced, at most some ten times a second.
     void SelectionChanged();
     /// The person pastes into the page that is edited, or drops something on it. The surface has done nothing
-    /// but put the caret where it was dropped. Comes when no call runs.
+    /// but put the caret where it was dropped. Comes when no call runs and no box
+    /// stands in front of the page.
     void PasteWanted(const SPastedData& data);
     /// The page stands at another place: another page or an anchor, or a frame of it shows another document.
     /// Comes behind each step, also during a call, and as often as the page likes.
@@ -211,6 +217,8 @@ private:
     bool CreateLinkWithDialog();
     void PasteWhenFree(std::function<SPastedData()> read, std::optional<QPoint> place = {});
     void PasteNext();
+    void ForgetPastes();
+    bool IsFreeToPaste() const;
     int BeginPaste(std::optional<QPoint> place);
 
     std::unique_ptr<IWebEngine> m_pEngine;

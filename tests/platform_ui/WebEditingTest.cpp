@@ -40,7 +40,7 @@ TEST_F(CWebEditing, WhatIsCutIsPasted) {
     EXPECT_FALSE(Html().contains(u"abc"_s));
     // The surface itself pastes nothing: it tells.
     QObject::connect(m_browser.get(), &CWebBrowser2Ex::PasteWanted, [this](const SPastedData& pasted) {
-        EXPECT_TRUE(m_browser->PasteBrowserText(pasted.strText));
+        EXPECT_EQ(m_browser->PasteBrowserText(pasted.strText), CWebBrowser2Ex::EPasted::Yes);
     });
     Command(u"Paste"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"abc"_s); }));

@@ -26,6 +26,7 @@ using EState = SEngineAnswer::EState;
 
 constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
+constexpr int c_nMenuMilliseconds = 500;
 constexpr qreal c_dZoomStep = 0.1;
 /// While a page of the disk loads it is asked as often as this how far it is. It is given up after so many
 /// times without an answer, and taken as it stands when all but what it shows has been there for so long.
@@ -467,13 +468,21 @@ SEngineAnswer CWebEngine::RunInPage(const QString& strScript, int nMilliseconds)
     return RunScript(strWrapped, QWebEngineScript::MainWorld, nMilliseconds);
 }
 
-/// The press has moved the caret: what the menu offers follows it first.
+/// The press has moved the caret: what the menu offers follows it first, unless the page takes too long.
 void CWebEngine::AskForContextMenu(const QPoint& position) {
     if (!m_access.bEditing || !OnSelectionChanged)
         return ShowContextMenu(position);
     OnSelectionChanged();
-    CallLater(QStringLiteral("hasSelection"), {},
-              [this, position](const SEngineAnswer&) { ShowContextMenu(position); });
+    const int nAsked = ++m_nMenusAsked;
+    const auto show = [this, position, nAsked] {
+        // Not for a press before the last, not twice, and not in front of another page.
+        if (nAsked != m_nMenusAsked || !m_pView->isVisible())
+            return;
+        ++m_nMenusAsked;
+        ShowContextMenu(position);
+    };
+    CallLater(QStringLiteral("hasSelection"), {}, [show](const SEngineAnswer&) { show(); });
+    QTimer::singleShot(c_nMenuMilliseconds, this, show);
 }
 
 void CWebEngine::ShowContextMenu(const QPoint& position) {

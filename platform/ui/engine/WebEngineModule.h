@@ -77,6 +77,7 @@ private:
     bool m_bPageHangs = false;
     bool m_bPageHadScripts = false;
     QTimer m_caretTimer;
+    int m_nMenusAsked = 0;
     std::weak_ptr<CBlockingCall> m_pCall;
     /// While a load runs that nobody waits for; what would tell its end is connected to this.
     std::unique_ptr<QObject> m_pBegun;

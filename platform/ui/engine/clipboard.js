@@ -8,6 +8,8 @@
   const OWN = 'data-vorel-own-';
   const LOOKS = 'b, strong, i, em, u, s, strike, font, span, sub, sup, code, tt, big, small, a';
   const MOST_TYPED = 200;
+  // What the caret steps over besides characters.
+  const STOPS = 'p, div, h1, h2, h3, h4, h5, h6, li, td, th, br, img';
   const FRAMES = 'table, thead, tbody, tfoot, tr, ul, ol, dl, pre';
 
   // The markup that is being dragged within the page.
@@ -108,16 +110,41 @@
     undoHistory.of().instead(event, () => insertion.paste(html, {}));
   }
 
+  // Whether one place of the caret is another, though it may be told by another node.
+  function isReached(from, to) {
+    const rest = from.cloneRange();
+    if (rest.compareBoundaryPoints(Range.START_TO_START, to) >= 0)
+      return true;
+    rest.setEnd(to.startContainer, to.startOffset);
+    return rest.toString() === '' && !rest.cloneContents().querySelector(STOPS);
+  }
+
+  // By how many steps the caret comes from one place to the other: one goes over a character of several units, or
+  // over the end of a paragraph. None when it does not come there, and then it stays.
+  function stepsTo(from, to) {
+    const chosen = window.getSelection();
+    chosen.collapse(from.startContainer, from.startOffset);
+    for (let n = 1; n <= MOST_TYPED; ++n) {
+      chosen.modify('move', 'forward', 'character');
+      if (isReached(chosen.getRangeAt(0), to))
+        return n;
+    }
+    chosen.collapse(to.startContainer, to.startOffset);
+    return 0;
+  }
+
   return {
     // Tells a wish to paste by the token with a word behind it.
     watch: (token, mark) => {
       let middle = false;
+      // One for each wish that the program has not yet come to. Set here, so that no element of that name is found.
+      window.vorelPlaces = [];
       const tell = (event, what) => {
         if (isField(event.target))
           return;
         event.preventDefault();
         const chosen = window.getSelection();
-        window.vorelPlace = chosen.rangeCount > 0 ? chosen.getRangeAt(0).cloneRange() : undefined;
+        window.vorelPlaces.push(chosen.rangeCount > 0 ? chosen.getRangeAt(0).cloneRange() : undefined);
         console.debug(token + what);
       };
       document.addEventListener('copy', (event) => put(event, mark));
@@ -135,12 +162,19 @@
     },
 
     // Until the program knows of the wish the person may have typed on: what is pasted comes before that. Back
-    // to where it was to be; how many characters stand behind it.
+    // to where it was to be; how many steps of the caret stand behind it.
     begin: () => {
-      const place = window.vorelPlace;
-      window.vorelPlace = undefined;
+      const place = window.vorelPlaces.shift();
       const chosen = window.getSelection();
-      if (!place || chosen.rangeCount === 0 || !chosen.isCollapsed || !document.body.contains(place.startContainer))
+      if (!place || chosen.rangeCount === 0 || !document.body.contains(place.commonAncestorContainer))
+        return 0;
+      // Nothing has been typed in place of what it is to replace.
+      if (!place.collapsed) {
+        chosen.removeAllRanges();
+        chosen.addRange(place);
+        return 0;
+      }
+      if (!chosen.isCollapsed)
         return 0;
       const typed = place.cloneRange();
       typed.collapse(true);
@@ -151,13 +185,15 @@
       const length = typed.toString().length;
       if (length === 0 || length > MOST_TYPED)
         return 0;
-      chosen.collapse(place.startContainer, place.startOffset);
-      return length;
+      const steps = stepsTo(place, now.cloneRange());
+      if (steps > 0)
+        chosen.collapse(place.startContainer, place.startOffset);
+      return steps;
     },
 
     // The caret behind what was typed.
-    end: (length) => {
-      for (let n = 0; n < length; ++n)
+    end: (steps) => {
+      for (let n = 0; n < steps; ++n)
         window.getSelection().modify('move', 'forward', 'character');
       return true;
     },

@@ -147,7 +147,10 @@
       return;
     const table = cell.closest('table');
     tables.fit(table, Object.assign(tables.info(table), {rows: table.rows.length + 1}));
-    selectCell(Array.from(table.tBodies).pop().lastElementChild.cells[0]);
+    // It has no cell where those above reach down into it.
+    const added = Array.from(Array.from(table.tBodies).pop().rows).pop();
+    if (added.cells.length > 0)
+      selectCell(added.cells[0]);
   }
 
   function onTab(event) {

@@ -135,9 +135,16 @@
     for (const [node, children] of shape) {
       if (children.length === node.childNodes.length && children.every((child, i) => child === node.childNodes[i]))
         continue;
+      refuseLoop(children, node);
       node.replaceChildren();
       node.append(together(children));
     }
+  }
+
+  // Before anything moves: the engine would refuse it when the nodes are already taken out of the page.
+  function refuseLoop(nodes, parent) {
+    if (nodes.some((node) => node.contains(parent)))
+      throw new Error('a node can not come into itself');
   }
 
   // A great many nodes come and go together: the engine takes each that moves alone for a change of the page.
@@ -158,6 +165,7 @@
 
   function exchange(change) {
     const {target, previous, next, added, removed, shapes} = change;
+    refuseLoop(removed, target);
     Object.assign(change, {added: removed, removed: added, shapes: added.map(shapeOf)});
     removeAll(target, added);
     const isBefore = next && next.parentNode === target;
@@ -262,8 +270,10 @@
       if (records.length === 0)
         return;
       this.onChange();
-      if (!this.open && this.done.length === 0)
+      if (!this.open && this.done.length === 0) {
         this.done.push(makeStep('', place()));
+        this.undone = [];
+      }
       const step = this.open || this.top();
       records.forEach((record) => addChange(step, changeOf(record)));
     }
