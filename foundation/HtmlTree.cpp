@@ -60,6 +60,114 @@ std::size_t LevelsOf(const QByteArray& name) {
     return name == "ul" || name == "ol" || name == "dl" ? 2 : 1;
 }
 
+/// Elements behind which most end tags don't reach what was opened before. A cell is one too, but always
+/// stands in a table.
+bool IsBarrier(const QByteArray& name) {
+    static const QSet<QByteArray> names = {
+        "applet", "marquee", "object", "table", "template", "select", "foreignobject",
+        "desc",   "mi",      "mo",     "mn",    "ms",       "mtext",  "annotation-xml"};
+    return names.contains(name);
+}
+
+/// Elements that only a barrier keeps from being ended by their tag.
+bool IsFormatting(const QByteArray& name) {
+    static const QSet<QByteArray> names = {"a", "b",     "big",    "code",   "em", "font", "i",
+                                           "s", "small", "strike", "strong", "tt", "u",    "nobr"};
+    return names.contains(name);
+}
+
+/// The same, but they keep an element that has no rules of its own from being ended.
+bool IsBlock(const QByteArray& name) {
+    static const QSet<QByteArray> names = {
+        "address", "article", "aside",   "blockquote", "body",       "button",  "center",   "details",
+        "dir",     "div",     "dl",      "fieldset",   "figcaption", "figure",  "footer",   "form",
+        "h1",      "h2",      "h3",      "h4",         "h5",         "h6",      "header",   "hgroup",
+        "head",    "html",    "listing", "main",       "menu",       "nav",     "noscript", "ol",
+        "pre",     "ul",      "section", "summary",    "caption",    "frameset"};
+    return names.contains(name);
+}
+
+/// What is in these is text.
+bool IsRaw(const QByteArray& name) {
+    static const QSet<QByteArray> names = {"style", "script", "textarea", "title",
+                                           "xmp",   "iframe", "noembed",  "noframes"};
+    return names.contains(name);
+}
+
+/// Where the end tag of such an element begins, or the end of all.
+qsizetype EndOfRaw(const QByteArray& html, qsizetype n, const QByteArray& name) {
+    for (n = html.indexOf("</", n); n >= 0; n = html.indexOf("</", n + 2)) {
+        const qsizetype nEnd = n + 2 + name.size();
+        if (nEnd < html.size() && qstrnicmp(html.constData() + n + 2, name.constData(), name.size()) == 0 &&
+            (IsSpace(html[nEnd]) || html[nEnd] == '/' || html[nEnd] == '>'))
+            return n;
+    }
+    return html.size();
+}
+
+/// The end of a remark, or of another thing between angle brackets that is no tag.
+qsizetype EndOfRemark(const QByteArray& html, qsizetype n) {
+    if (html.mid(n, 4) != "<!--") {
+        const qsizetype nEnd = html.indexOf('>', n + 2);
+        return nEnd < 0 ? html.size() : nEnd;
+    }
+    const qsizetype nText = n + 4;
+    for (n = html.indexOf("--", n + 2); n >= 0; n = html.indexOf("--", n + 1)) {
+        if (html.mid(n + 2, 1) == ">")
+            return n + 2;
+        if (n >= nText && html.mid(n + 2, 2) == "!>")
+            return n + 3;
+    }
+    return html.size();
+}
+
+/// The elements that are open by the tags alone. An end tag takes away its own element only: what else it
+/// ends stays, as if it had been left open.
+class COpenElements {
+public:
+    void Open(const QByteArray& name) {
+        m_open[name].push_back(++m_nLast);
+        m_nDepth += LevelsOf(name);
+        if (IsBarrier(name))
+            m_barriers.push_back(m_nLast);
+        if (IsBarrier(name) || IsBlock(name))
+            m_blocks.push_back(m_nLast);
+    }
+
+    void Close(const QByteArray& name) {
+        const auto it = m_open.find(name);
+        if (it == m_open.end() || it->empty() || IsBehind(name, it->back()))
+            return;
+        for (std::vector<qsizetype>* pList : {&m_barriers, &m_blocks}) {
+            if (const auto found = std::lower_bound(pList->begin(), pList->end(), it->back());
+                found != pList->end() && *found == it->back())
+                pList->erase(found);
+        }
+        it->pop_back();
+        m_nDepth -= LevelsOf(name);
+    }
+
+    std::size_t GetDepth() const { return m_nDepth; }
+
+private:
+    /// Whether something was opened since that the end tag doesn't reach over.
+    bool IsBehind(const QByteArray& name, qsizetype nOpened) const {
+        // These end whatever is in them.
+        if (name == "table" || name == "template" || name == "select")
+            return false;
+        const bool bOwnRules = IsBarrier(name) || IsBlock(name) || IsFormatting(name);
+        const std::vector<qsizetype>& list = bOwnRules ? m_barriers : m_blocks;
+        return !list.empty() && list.back() > nOpened;
+    }
+
+    /// The numbers of the open elements, in the order in which they were opened.
+    QHash<QByteArray, std::vector<qsizetype>> m_open;
+    std::vector<qsizetype> m_barriers;
+    std::vector<qsizetype> m_blocks;
+    qsizetype m_nLast = 0;
+    std::size_t m_nDepth = 0;
+};
+
 /// The nodes of a tree, parents first.
 std::vector<GumboNode*> NodesOf(GumboNode* pRoot) {
     std::vector<GumboNode*> nodes = {pRoot};
@@ -123,9 +231,11 @@ bool IsVoid(const QByteArray& name) {
 bool IsTooDeep(const QByteArray& html) {
     static const QSet<QByteArray> closesItself = {"p",  "li", "dt",     "dd",    "tr",    "td",   "th",
                                                   "rt", "rp", "option", "tbody", "thead", "tfoot"};
-    // An end tag ends no element of another name.
-    QHash<QByteArray, int> open;
-    std::size_t nDepth = 0;
+    COpenElements open;
+    // Up to there end tags may be mere text.
+    qsizetype nText = 0;
+    // In these other rules hold for text.
+    bool bForeign = false;
     for (qsizetype i = html.indexOf('<'); i >= 0 && i + 1 < html.size(); i = html.indexOf('<', i + 1)) {
         const bool bEnd = html[i + 1] == '/';
         const qsizetype nName = i + 1 + bEnd;
@@ -133,24 +243,40 @@ bool IsTooDeep(const QByteArray& html) {
         while (nEnd < html.size() &&
                (IsAsciiLetter(html[nEnd]) || (nEnd > nName && isdigit(uchar(html[nEnd])))))
             ++nEnd;
-        if (nEnd == nName)
+        if (nEnd == nName) {
+            if (bForeign && html.mid(i, 9) == "<![CDATA[" && i >= nText)
+                nText = html.indexOf("]]>", i) < 0 ? html.size() : html.indexOf("]]>", i);
+            if (i >= nText && (bEnd || html[nName] == '!' || html[nName] == '?'))
+                i = EndOfRemark(html, i);
             continue;
+        }
         const QByteArray name = html.mid(nName, nEnd - nName).toLower();
         while (nEnd < html.size() && !IsSpace(html[nEnd]) && html[nEnd] != '/' && html[nEnd] != '>')
             ++nEnd;
+        const bool bText = i < nText;
         int nAttributes = 0;
-        i = EndOfTag(html, nEnd, nAttributes);
+        // A quote in mere text holds nothing.
+        i = bText ? nEnd - 1 : EndOfTag(html, nEnd, nAttributes);
         if (nAttributes > c_nMaxAttributes)
             return true;
         if (IsVoid(name) || closesItself.contains(name))
             continue;
-        int& nOpen = open[name];
-        if (bEnd && nOpen == 0)
+        if (bEnd) {
+            if (!bText)
+                open.Close(name);
             continue;
-        nOpen += bEnd ? -1 : 1;
-        nDepth = bEnd ? nDepth - LevelsOf(name) : nDepth + LevelsOf(name);
-        if (nDepth > c_nMaxDepth)
+        }
+        open.Open(name);
+        if (open.GetDepth() > c_nMaxDepth)
             return true;
+        bForeign = bForeign || name == "svg" || name == "math" || name == "select";
+        if (!IsRaw(name) || bText)
+            continue;
+        const qsizetype nRaw = EndOfRaw(html, i, name);
+        if (bForeign)
+            nText = nRaw;
+        else
+            i = nRaw - 1;
     }
     return false;
 }

@@ -134,8 +134,10 @@ QList<Anchor> Find(const QString& strPage) {
     const QByteArray html = strPage.toUtf8();
     if (IsTooDeep(html))
         return {};
-    CReader reader;
     const Tree tree = Parse(html);
+    if (IsDeep(tree->root))
+        return {};
+    CReader reader;
     reader.Walk(tree->root);
     return reader.Result();
 }
