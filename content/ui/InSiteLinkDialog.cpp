@@ -5,7 +5,9 @@
 #include "content/ui/PlaceList.h"
 #include "content/ui/TitleDelegate.h"
 #include "foundation/Exceptions.h"
+#include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
+#include "platform/base/NativePath.h"
 #include "platform/ui/DialogParts.h"
 #include "platform/ui/MediaKinds.h"
 #include "platform/ui/QtPeople.h"
@@ -126,11 +128,14 @@ CWebBrowser2Ex* CInSiteLinkDialog::MakePreview() {
     });
     connect(pPreview, &CWebBrowser2Ex::NewWindowRequested, this,
             [this](const QString& strUrl, bool bByPerson) {
-                if (!bByPerson || !strUrl.startsWith(QLatin1StringView("file:")))
+                if (!bByPerson)
                     return;
+                if (!strUrl.startsWith(QLatin1StringView("file:")))
+                    return Tell(ContentText::c_strNoPlaceChosen);
                 m_strToOpen = strUrl;
                 m_toOpen.start(0);
             });
+    connect(pPreview, &CWebBrowser2Ex::LinkMissing, this, &CInSiteLinkDialog::TellMissing);
     return pPreview;
 }
 
@@ -165,6 +170,13 @@ void CInSiteLinkDialog::LayOut() {
     QPalette palette = m_pPlace->palette();
     palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     m_pPlace->setPalette(palette);
+    m_pNote = new QLabel(this);
+    m_pNote->setObjectName(QStringLiteral("note"));
+    m_pNote->setTextFormat(Qt::PlainText);
+    m_pNote->setWordWrap(true);
+    // The name of a file has no place to break at.
+    m_pNote->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_pNote->hide();
 
     // Tree and page have frames of one kind.
     auto* pFrame = new QFrame(this);
@@ -195,6 +207,7 @@ void CInSiteLinkDialog::LayOut() {
     pLayout->addWidget(pPrompt);
     pLayout->addWidget(pPanes, 1);
     pLayout->addLayout(pPlaceLine);
+    pLayout->addWidget(m_pNote);
     DialogParts::AddOkAndCancel(*this, *pLayout);
     // A page keeps the key to itself.
     new QShortcut(Qt::Key_Escape, this, this, &QDialog::reject);
@@ -302,6 +315,9 @@ void CInSiteLinkDialog::OpenHere() {
         return;
     }
     const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(m_strToOpen));
+    // A card stands for a file that is missing, too.
+    if (!Torvane::File::IsFile(strPath))
+        return TellMissing(strPath);
     const QPointer<CInSiteLinkDialog> pAlive(this);
     if (MediaKinds::OfFile(strPath).Way == MediaKinds::EWay::Browser &&
         m_pPreview->NavigateAndWait(m_strToOpen))
@@ -313,7 +329,18 @@ void CInSiteLinkDialog::OpenHere() {
     }
 }
 
+void CInSiteLinkDialog::Tell(const QString& strText) {
+    m_pNote->setText(strText);
+    m_pNote->setToolTip(strText.toHtmlEscaped());
+    m_pNote->setVisible(!strText.isEmpty());
+}
+
+void CInSiteLinkDialog::TellMissing(const QString& strPath) {
+    Tell(ContentText::c_strLinkMissing.arg(Platform::ToShown(strPath)));
+}
+
 void CInSiteLinkDialog::SetPlace(const QString& strPlace) {
+    Tell({});
     m_strPlace = strPlace;
     // The end tells the page and its anchor.
     m_pPlace->setText(InSiteLink::ShownPlace(strPlace));

@@ -12,6 +12,7 @@
 
 class CPlaceList;
 class CWebBrowser2Ex;
+class QLabel;
 class QLineEdit;
 class QTreeView;
 
@@ -48,6 +49,9 @@ private:
     void OrderTabs();
     void Follow();
     void OpenHere();
+    /// Below the location line, until another place shows: why a click has chosen nothing.
+    void Tell(const QString& strText);
+    void TellMissing(const QString& strPath);
     void SetPlace(const QString& strPlace);
     void ReadPlaces(const QString& strPage);
     void ChoosePlace(const QString& strName);
@@ -62,6 +66,7 @@ private:
     CWebBrowser2Ex* m_pPreview = nullptr;
     CPlaceList* m_pPlaces = nullptr;
     QLineEdit* m_pPlace = nullptr;
+    QLabel* m_pNote = nullptr;
     /// Runs until the selected node shows, and until the line follows the preview.
     QTimer m_toShow;
     QTimer m_toFollow;
