@@ -174,6 +174,5 @@ inline const QString c_strContent = QStringLiteral("内容");
 inline const QString c_strOpenOutside = QStringLiteral("在系统浏览器中打开：%1");
 inline const QString c_strWriteMail = QStringLiteral("在邮件程序中写信：%1");
 inline const QString c_strOpenOfPage = QStringLiteral("网页要打开文件：%1");
-inline const QString c_strLinkMissing = QStringLiteral("链接的文件不存在：%1");
 
 } // namespace EditorTexts

@@ -80,6 +80,7 @@ void CContentPane::ShowAsFile(const QString& strPath) {
 
 void CContentPane::Clear() {
     m_bCleared = true;
+    m_pOffer->hide();
     // What comes next may not be a film.
     m_pStack->setCurrentWidget(m_pBrowser);
     if (m_pMedia != nullptr)

@@ -1,17 +1,18 @@
 #include "editor/ui/OfferBar.h"
 
+#include "content/Texts.h"
 #include "editor/Texts.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/WebBrowser.h"
 
 #include <QDesktopServices>
+#include <QStyle>
 #include <QUrl>
 #include <QUrlQuery>
 
 namespace {
 
-constexpr int c_nShownWidth = 600;
 /// Nobody reads faster. For that long a page can't change what is offered, and a click that was meant for
 /// what stood there before opens nothing.
 constexpr qint64 c_nSettleMs = 500;
@@ -31,15 +32,29 @@ QUrl WithoutAttachments(const QUrl& mail) {
     return url;
 }
 
+/// Without the place in it.
+QString PageOf(CWebBrowser2Ex& surface) {
+    QString strUrl;
+    surface.GetURL(strUrl);
+    return strUrl.section(u'#', 0, 0);
+}
+
 } // namespace
 
 COfferBar::COfferBar(QWidget* pParent) : QPushButton(pParent) {
     setObjectName(QStringLiteral("openOutside"));
+    // However long an address of a page is, the window stays as wide as it is.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     hide();
     connect(this, &QPushButton::clicked, this, &COfferBar::Take);
 }
 
 void COfferBar::Serve(CWebBrowser2Ex& surface) {
+    m_pSurface = &surface;
+    connect(&surface, &CWebBrowser2Ex::NavigateComplete2, this, [this] {
+        if (!isHidden() && PageOf(*m_pSurface) != m_strPage)
+            hide();
+    });
     connect(&surface, &CWebBrowser2Ex::NewWindowRequested, this,
             [this](const QString& strUrl, bool bByPerson) {
                 if (bByPerson && QUrl(strUrl).isLocalFile())
@@ -48,7 +63,7 @@ void COfferBar::Serve(CWebBrowser2Ex& surface) {
                     Offer(strUrl);
             });
     connect(&surface, &CWebBrowser2Ex::LinkMissing, this, [this](const QString& strPath) {
-        Show(EditorTexts::c_strLinkMissing, Platform::ToShown(strPath), {});
+        Show(ContentText::c_strLinkMissing, Platform::ToShown(strPath), {});
     });
 }
 
@@ -69,10 +84,26 @@ void COfferBar::Show(const QString& strText, const QString& strOf, const QString
         return;
     m_changed.start();
     m_strUrl = strUrl;
-    const QString strShown = fontMetrics().elidedText(strOf, Qt::ElideMiddle, c_nShownWidth);
-    setText(strText.arg(QString(strShown).replace(u'&', QStringLiteral("&&"))));
+    m_strPage = PageOf(*m_pSurface);
+    m_strText = strText;
+    m_strOf = strOf;
+    Elide();
     setToolTip(strOf.toHtmlEscaped());
     show();
+}
+
+void COfferBar::Elide() {
+    const int nEdge = style()->pixelMetric(QStyle::PM_ButtonMargin, nullptr, this) +
+                      2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    const int nLeft = width() - 2 * nEdge - fontMetrics().horizontalAdvance(m_strText.arg(QString()));
+    const QString strShown = fontMetrics().elidedText(m_strOf, Qt::ElideMiddle, qMax(nLeft, 0));
+    setText(m_strText.arg(QString(strShown).replace(u'&', QStringLiteral("&&"))));
+}
+
+void COfferBar::resizeEvent(QResizeEvent* pEvent) {
+    QPushButton::resizeEvent(pEvent);
+    if (!m_strText.isEmpty())
+        Elide();
 }
 
 void COfferBar::Take() {

@@ -16,6 +16,9 @@ public:
     /// Takes what the surface's pages wish for.
     void Serve(CWebBrowser2Ex& surface);
 
+protected:
+    void resizeEvent(QResizeEvent* pEvent) override;
+
 Q_SIGNALS:
     /// A file of the course is to open, a local URL: the person has clicked in the page or here.
     void FileWanted(const QString& strUrl);
@@ -26,7 +29,13 @@ private:
     void Offer(const QString& strUrl);
     void Show(const QString& strText, const QString& strOf, const QString& strUrl);
     void Take();
+    void Elide();
 
+    CWebBrowser2Ex* m_pSurface = nullptr;
+    /// The page of which the bar speaks.
+    QString m_strPage;
+    QString m_strText;
+    QString m_strOf;
     /// What a click opens; nothing for a message.
     QString m_strUrl;
     QElapsedTimer m_changed;

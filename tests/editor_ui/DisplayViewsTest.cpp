@@ -87,6 +87,7 @@ TEST_F(DisplayViewsTest, WhatAPageOffersDoesNotChangeUnderTheHand) {
     CWebBrowser2Ex browser(&pane);
     COfferBar bar(&pane);
     bar.Serve(browser);
+    bar.resize(400, bar.height());
     ShowOnScreen(pane);
     const QString strMail = u"mailto:li@example.org?subject=a%26b&Attach=/etc/passwd"_s;
     Q_EMIT browser.NewWindowRequested(strMail, true);
