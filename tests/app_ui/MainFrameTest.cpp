@@ -132,7 +132,7 @@ TEST_F(MainFrameTest, CommandsReachTheApplicationWhenTheyAreEnabled) {
     m_pFrame->UpdateCommands();
     for (const int nId : {32855, 32928, 32929, 32939, 32941})
         Action(nId).trigger();
-    EXPECT_EQ(m_owner.Asked, (QStringList{u"compile 0"_s, u"compile 1"_s, u"compile 2"_s}));
+    EXPECT_EQ(m_owner.Asked, (QStringList{u"compile 0"_s, u"compile 1"_s, u"compile 2"_s, u"word"_s}));
 }
 
 // A window closed in the middle of a step would take the step's course along, or leave it open behind itself.
