@@ -12,6 +12,7 @@
 
 #include <QScopeGuard>
 
+#include <functional>
 #include <utility>
 
 using Torvane::CRunException;
@@ -31,15 +32,19 @@ protected:
         CContentStage stage(m_node);
         // However it ends; what stands there can be large.
         const auto remove = qScopeGuard([&] { Tidy([&] { stage.Remove(); }); });
-        const QString strBelow = MakeFiles(stage.GetFolder());
-        double dSize = 0;
-        Beside([&](IWalkFilter*) {
-            dSize = Torvane::File::GetFolderSize(stage.GetFolder());
-            // The row, which waits for the disk, must not outlive a power cut without the files.
-            if (!strBelow.isEmpty())
-                Torvane::File::FlushVolumeOf(stage.GetFolder());
-        });
-        m_node.TakeContent(stage, m_recipe.Row, strBelow, dSize);
+        try {
+            Fill(stage);
+        } catch (const CRunException& e) {
+            if (!stage.KeepsRecording())
+                throw;
+            throw CRunException(
+                ContentText::c_strRecordingKept.arg(e.GetMessage(), Platform::ToShown(stage.GetFolder())));
+        }
+    }
+
+    /// Measures the files, and sees that they are on the disk.
+    virtual void Settle(const std::function<void()>& settle) {
+        Beside([&](IWalkFilter*) { settle(); });
     }
 
     /// The path below the folder of what shows.
@@ -53,6 +58,18 @@ protected:
     CBookNode& m_node;
 
 private:
+    void Fill(CContentStage& stage) {
+        const QString strBelow = MakeFiles(stage.GetFolder());
+        double dSize = 0;
+        Settle([&] {
+            dSize = Torvane::File::GetFolderSize(stage.GetFolder());
+            // The row, which waits for the disk, must not outlive a power cut without the files.
+            if (!strBelow.isEmpty())
+                Torvane::File::FlushVolumeOf(stage.GetFolder());
+        });
+        m_node.TakeContent(stage, m_recipe.Row, strBelow, dSize);
+    }
+
     template <typename FileStep>
     void Beside(FileStep step) {
         SetPieces(0);
@@ -74,6 +91,8 @@ private:
     QString MakeFiles(const QString& strFolder) override {
         return m_videos.CreateVideoNode(m_node, strFolder);
     }
+    // Behind a lecture there is no giving up: who wants to has done so in the recorder.
+    void Settle(const std::function<void()>& settle) override { Tidy(settle); }
 
     IVideoMaker& m_videos;
 };

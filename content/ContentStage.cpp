@@ -5,10 +5,13 @@
 #include "foundation/Files.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
+#include "video/Recording.h"
 
 #include <QMap>
 #include <QRegularExpression>
 #include <QStringList>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace Torvane::File;
@@ -38,6 +41,15 @@ QString BelowNode(const QString& strNode, const QString& strStored) {
                                                                       : QString();
 }
 
+/// In a folder of its own in the stage, as the recorder gets one.
+bool HoldsLecture(const QString& strStage) {
+    QList<FolderEntry> entries;
+    ListFolder(strStage, entries);
+    return std::ranges::any_of(entries, [&](const FolderEntry& entry) {
+        return entry.bFolder && HoldsRecording(strStage + u'\\' + entry.strName);
+    });
+}
+
 /// The folders beside the node's own are given without a trailing backslash.
 void MendBeside(const CBookNode& node, const QStringList& beside, IWalkFilter* pFilter) {
     // First of all: throws for a node that is gone.
@@ -59,6 +71,8 @@ void MendBeside(const CBookNode& node, const QStringList& beside, IWalkFilter* p
     if (!strBelow.isEmpty() && !holdsContent(strFolder))
         return;
     for (const QString& strPlace : beside) {
+        if (HoldsLecture(strPlace))
+            continue;
         try {
             DeleteFolder(strPlace, true, pFilter);
         } catch (const CFileException&) {
@@ -90,8 +104,12 @@ void CContentStage::Exchange() {
     m_bHoldsOld = !m_bHoldsOld;
 }
 
+bool CContentStage::KeepsRecording() const {
+    return !m_bHoldsOld && !m_bTaken && HoldsLecture(WithoutBackslash(m_strFolder));
+}
+
 void CContentStage::Remove() const {
-    if (m_bHoldsOld)
+    if (m_bHoldsOld || KeepsRecording())
         return;
     TryDeleteFolder(WithoutBackslash(m_strFolder));
     RemoveStagesFolder(ParentFolder(WithoutBackslash(m_strFolder)));

@@ -24,7 +24,13 @@ public:
     /// undoes the first. What stands here in between is kept until it is let go.
     void Exchange();
     /// The row leads to the new content, for good: the old may go.
-    void LetOldGo() { m_bHoldsOld = false; }
+    void LetOldGo() {
+        m_bHoldsOld = false;
+        m_bTaken = true;
+    }
+    /// What stands here was recorded and belongs to no node yet. Nobody can give that lecture once more, so
+    /// it stays when the object goes.
+    bool KeepsRecording() const;
     /// Removes the folder before the object goes; another thread may call it. What can't be removed stays
     /// behind as litter, to which no row leads.
     void Remove() const;
@@ -33,6 +39,7 @@ private:
     QString m_strNodeFolder;
     QString m_strFolder;
     bool m_bHoldsOld = false;
+    bool m_bTaken = false;
 };
 
 /// Puts back in order what a crash in the middle of an exchange has left: of the folders that stand for a

@@ -99,6 +99,8 @@ inline const QString c_strNoEncoder =
     u"系统检测到您的计算机没有安装Windows Media Encoder 9, 无法启动视频制作工具。"_s;
 inline const QString c_strVideoFolderNotMade = u"创建文件夹失败！"_s;
 inline const QString c_strVideoNotMade = u"创建视频失败！"_s;
+/// Below any failure behind the recording.
+inline const QString c_strRecordingKept = u"%1\n\n已录制的内容保留在\n%2"_s;
 /// What stands below such a message where more is known.
 inline const QString c_strDiskFull = u"磁盘空间不足，请您清理磁盘后重试。"_s;
 inline const QString c_strPathTooLong = u"文件名或路径太长。"_s;

@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString c_strFilmExtension = u".asf"_s;
+const QString c_strWorkingFilm = u"recorded.part"_s;
 
 } // namespace
 
@@ -38,6 +39,17 @@ bool HasFilm(const QString& strFolder) {
     return std::ranges::any_of(entries, [](const Torvane::File::FolderEntry& entry) {
         return !entry.bFolder && LowerAscii(Torvane::File::Extension(entry.strName)) == c_strFilmExtension;
     });
+}
+
+QString WorkingFilmPath(const QString& strFolder) {
+    return strFolder + u'\\' + c_strWorkingFilm;
+}
+
+bool HoldsRecording(const QString& strFolder) {
+    using Torvane::File::EPathKind;
+    using Torvane::File::GetPathKind;
+    return GetPathKind(RecorderProjectPath(strFolder)) == EPathKind::File &&
+           (HasFilm(strFolder) || GetPathKind(WorkingFilmPath(strFolder)) == EPathKind::File);
 }
 
 QString RecorderCommandLine(const QString& strProgramFolder, const QString& strProjectPath,

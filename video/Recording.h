@@ -14,6 +14,12 @@ QString FilmPath(const QString& strFolder);
 /// Whether a film stands in the folder.
 bool HasFilm(const QString& strFolder);
 
+/// The film while it is being recorded. Until then it is none, by its name too: a recorder that was ended by
+/// force has made no lecture.
+QString WorkingFilmPath(const QString& strFolder);
+/// Whether somebody has recorded in the folder, even if not to the end.
+bool HoldsRecording(const QString& strFolder);
+
 /// What starts the recorder on a project file: a blank before the path, tabs behind it.
 QString RecorderCommandLine(const QString& strProgramFolder, const QString& strProjectPath,
                             const QByteArray& modulus, quint32 nSeed);

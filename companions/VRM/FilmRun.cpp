@@ -12,6 +12,7 @@ using EKind = SFilmSource::EKind;
 namespace {
 
 constexpr int c_nEndMilliseconds = 15000;
+constexpr int c_nKillMilliseconds = 3000;
 
 bool HasSoundServer() {
     const QString strRuntime = qEnvironmentVariable("XDG_RUNTIME_DIR");
@@ -84,7 +85,7 @@ QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QStri
                                  u"-pix_fmt"_s,
                                  u"yuv420p"_s};
         if (source.Kind == EKind::File)
-            arguments += QStringList{u"-map"_s, u"0:v:0?"_s, u"-map"_s, u"0:a:0?"_s};
+            arguments += QStringList{u"-map"_s, u"0:V:0?"_s, u"-map"_s, u"0:a:0?"_s};
     }
     arguments +=
         QStringList{u"-c:a"_s, u"wmav2"_s, u"-b:a"_s, u"96k"_s, u"-ac"_s, u"2"_s, u"-ar"_s, u"44100"_s};
@@ -138,6 +139,9 @@ void CFilmRun::Finish() {
     m_pProcess->write("q");
     QTimer::singleShot(c_nEndMilliseconds, m_pProcess.get(),
                        [pProcess = m_pProcess.get()] { pProcess->terminate(); });
+    // One that waits for a device hears neither.
+    QTimer::singleShot(c_nEndMilliseconds + c_nKillMilliseconds, m_pProcess.get(),
+                       [pProcess = m_pProcess.get()] { pProcess->kill(); });
 }
 
 void CFilmRun::Abandon() {

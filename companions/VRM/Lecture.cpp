@@ -7,6 +7,7 @@
 #include "foundation/TextFile.h"
 #include "platform/base/NativePath.h"
 #include "video/Outline.h"
+#include "video/Recording.h"
 #include "video/VideoScripts.h"
 
 #include <QFile>
@@ -18,7 +19,8 @@ namespace {
 
 const QString c_strName = u"lecture"_s;
 const QString c_strFilm = u"\\lecture.asf"_s;
-const QString c_strRecorded = u"\\recorded.asf"_s;
+/// The film while it is being put together.
+const QString c_strFilmPart = u"\\lecture.part"_s;
 const QString c_strSlidePage = u"\\ppt.htm"_s;
 const QString c_strCourseInfo = u"\\CourseInfo"_s;
 
@@ -26,11 +28,16 @@ void Remove(const QString& strPath) {
     QFile::remove(Platform::ToNativeExact(strPath));
 }
 
-} // namespace
-
-QString RecordedFilmPath(const QString& strFolder) {
-    return strFolder + c_strRecorded;
+bool Rename(const QString& strFrom, const QString& strTo) {
+    Remove(strTo);
+    return QFile::rename(Platform::ToNativeExact(strFrom), Platform::ToNativeExact(strTo));
 }
+
+void WriteFilmName(const SRecorderRequest& request) {
+    WriteProfileString(u"OutputStream"_s, u"FileName"_s, c_strName, request.strProject);
+}
+
+} // namespace
 
 void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double dRatio,
                   const CLectureTimes& times, const std::function<bool(qint64, qint64)>& progress) {
@@ -41,18 +48,32 @@ void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double
         ReplaceFile(strFolder + OutlineFileBelow(), MakeOutline(times.GetOutline()));
         ReplaceFile(strFolder + ScriptFileBelow(),
                     MakeVideoScripts(times.GetCalls(), times.GetPlaces(), request.Key));
-        WriteProfileString(u"OutputStream"_s, u"FileName"_s, c_strName, request.strProject);
+        WriteFilmName(request);
     } catch (const Torvane::File::CFileException&) {
         throw CRunException(RecorderText::c_strNotWritten);
     }
-    Remove(strFolder + c_strFilm);
-    WriteAsfScript(RecordedFilmPath(strFolder), strFolder + c_strFilm, times.GetScript(), progress);
-    Remove(RecordedFilmPath(strFolder));
+    const QString strPart = strFolder + c_strFilmPart;
+    Remove(strPart);
+    WriteAsfScript(WorkingFilmPath(strFolder), strPart, times.GetScript(), progress);
+    if (!Rename(strPart, strFolder + c_strFilm))
+        throw CRunException(RecorderText::c_strNotWritten);
+    Remove(WorkingFilmPath(strFolder));
+}
+
+bool KeepFilmAlone(const SRecorderRequest& request) {
+    Remove(request.strFolder + c_strFilmPart);
+    try {
+        WriteFilmName(request);
+    } catch (const Torvane::CException&) {
+        // Whoever asks for it can name it.
+    }
+    return Rename(WorkingFilmPath(request.strFolder), request.strFolder + c_strFilm);
 }
 
 void RemoveLecture(const QString& strFolder) {
-    for (const QString& strName : {c_strFilm, c_strRecorded, c_strSlidePage})
+    for (const QString& strName : {c_strFilm, c_strFilmPart, c_strSlidePage})
         Remove(strFolder + strName);
+    Remove(WorkingFilmPath(strFolder));
     Torvane::File::TryDeleteFolder(strFolder + c_strCourseInfo);
     RemoveSlides(strFolder);
 }

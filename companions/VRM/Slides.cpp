@@ -56,6 +56,8 @@ SSlides ConvertSlides(const QString& strPresentation, const QString& strFolder,
         RemoveSlides(strFolder);
         throw CRunException(RecorderText::c_strNotConverted);
     }
+    // The lecture has a page of its own.
+    QFile::remove(Platform::ToNativeExact(strFolder + c_strPage));
     return slides;
 }
 

@@ -47,9 +47,13 @@ inline const QString c_strOutline = u"授课纲要"_s;
 inline const QString c_strSlide = u"讲稿第 %1 页：%2"_s;
 inline const QString c_strUntitled = u"第 %1 页"_s;
 inline const QString c_strAbandon = u"录制还没有完成，您确定放弃吗？"_s;
+inline const QString c_strStopNow = u"您确定结束录制吗？"_s;
+inline const QString c_strStopYes = u"结束(&Y)"_s;
 inline const QString c_strYes = u"放弃(&Y)"_s;
 inline const QString c_strNo = u"继续(&N)"_s;
 inline const QString c_strDone = u"视频课件录制完成，共 %1 页，时长 %2。"_s;
+inline const QString c_strBrokenOff =
+    u"录制提前中断，视频只到 %1 为止，请您检查录制设备和磁盘空间。已录制的部分共 %2 页讲稿，已保存。"_s;
 inline const QString c_strClose = u"关闭(&C)"_s;
 
 // Failures.
@@ -63,5 +67,11 @@ inline const QString c_strNoSpace = u"磁盘空间不足，请您清理磁盘后
 inline const QString c_strNoEncoder = u"没有找到编码程序，请您安装软件包 ffmpeg。"_s;
 inline const QString c_strNotRecorded = u"录制失败：编码程序没有生成视频。"_s;
 inline const QString c_strNotWritten = u"无法写入视频课件的文件，请您检查磁盘空间后重试。"_s;
+/// Below the failure: what giving up means.
+inline const QString c_strAskAgain = u"%1\n\n放弃后只保留录制的视频，播放时讲稿不会自动翻页。"_s;
+inline const QString c_strAgain = u"重试(&R)"_s;
+inline const QString c_strGiveUp = u"放弃(&G)"_s;
+inline const QString c_strFilmAlone = u"%1\n\n只保留了录制的视频，时长 %2，播放时讲稿不会自动翻页。"_s;
+inline const QString c_strFilmInPlace = u"%1\n\n录制的视频保留在\n%2"_s;
 
 } // namespace RecorderText

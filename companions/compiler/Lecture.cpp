@@ -94,12 +94,17 @@ Lecture ReadLecture(const CSitePlan& plan, int nNode) {
 }
 
 PlayableFilm FindPlayable(const CSourceTree& tree, const QString& strFolder, const QString& strFilm) {
-    const QString strThere =
-        FirstWithExtension(tree.FilesBelow(strFolder), {u".mp4"_s, u".webm"_s, u".ogv"_s});
-    if (!strThere.isEmpty())
-        return {tree.OutputName(strThere), false};
-    if (strFilm.isEmpty())
-        return {};
+    const QStringList extensions{u".mp4"_s, u".webm"_s, u".ogv"_s};
+    if (strFilm.isEmpty()) {
+        const QString strThere = FirstWithExtension(tree.FilesBelow(strFolder), extensions);
+        return {strThere.isEmpty() ? QString() : tree.OutputName(strThere), false};
+    }
+    // Another film, such as one that a slide shows, is not the lecture.
+    for (const QString& strExtension : extensions) {
+        const QString strThere = tree.FindFile(strFilm.left(strFilm.lastIndexOf(u'.')) + strExtension);
+        if (!strThere.isEmpty())
+            return {tree.OutputName(strThere), false};
+    }
     const QString strName = tree.OutputName(strFilm);
     return {strName.left(strName.lastIndexOf(u'.')) + u".mp4"_s, true};
 }
@@ -125,7 +130,7 @@ bool MakePlayable(const QString& strProgram, const QString& strFrom, const QStri
                       u"-i"_s,
                       u"file:"_s + strFrom,
                       u"-map"_s,
-                      u"0:v:0?"_s,
+                      u"0:V:0?"_s,
                       u"-map"_s,
                       u"0:a:0?"_s,
                       u"-map_metadata"_s,

@@ -14,7 +14,6 @@
 #ifdef __linux__
 #include <sys/prctl.h>
 #endif
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 

@@ -4,6 +4,7 @@
 #include "platform/base/NativePath.h"
 #include "platform/ui/Texts.h"
 
+#include <QCloseEvent>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QPainter>
@@ -249,6 +250,13 @@ void CMediaPlayer::SetFullScreen(bool bOn) {
     setWindowState(Qt::WindowNoState);
     setGeometry(m_place);
     show();
+}
+
+void CMediaPlayer::closeEvent(QCloseEvent* pEvent) {
+    if (!isWindow() || !isFullScreen())
+        return QWidget::closeEvent(pEvent);
+    pEvent->ignore();
+    SetFullScreen(false);
 }
 
 void CMediaPlayer::keyPressEvent(QKeyEvent* pEvent) {

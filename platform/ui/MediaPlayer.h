@@ -65,6 +65,8 @@ Q_SIGNALS:
     void StatusChanged();
 
 protected:
+    /// The window that fills the screen is not the player's end.
+    void closeEvent(QCloseEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;

@@ -42,12 +42,12 @@ TEST_F(RecorderTest, ALectureReadsBackAsItWasRecorded) {
     times.ShowSlide(1, 3000);
     times.MovePointer(400, 500, 2900);
     times.ShowSlide(0, 6000);
-    m_folder.Write(u"课 一\\recorded.asf"_s, Film());
+    m_folder.Write(u"课 一\\recorded.part"_s, Film());
     WriteLecture(m_request, slides, 1.5, times, {});
 
     const QString strFolder = m_request.strFolder;
     EXPECT_EQ(FilmPath(strFolder), strFolder + u"\\lecture.asf"_s);
-    EXPECT_FALSE(m_folder.Exists(u"课 一\\recorded.asf"_s));
+    EXPECT_FALSE(m_folder.Exists(u"课 一\\recorded.part"_s));
     QStringList outline;
     EXPECT_TRUE(ReadOutline(strFolder + OutlineFileBelow(), outline));
     EXPECT_EQ(outline, (QStringList{u"一"_s, u"\"二\""_s, u"一"_s}));

@@ -119,7 +119,7 @@ QWidget* CRecorderWindow::MakeRecordPage() {
     m_pStop->setAutoDefault(false);
     connect(m_pPrevious, &QPushButton::clicked, this, [this] { Turn(m_nSlide - 1); });
     connect(m_pNext, &QPushButton::clicked, this, [this] { Turn(m_nSlide + 1); });
-    connect(m_pStop, &QPushButton::clicked, this, &CRecorderWindow::FinishFilm);
+    connect(m_pStop, &QPushButton::clicked, this, &CRecorderWindow::AskFinish);
     connect(m_pOutline, &QListWidget::currentRowChanged, this, &CRecorderWindow::Turn);
     connect(m_pSlide, &CSlidePicture::PointerMoved, this, [this](int nX, int nY) {
         if (m_stage == EStage::Recording && m_times && FilmNow() > 0)

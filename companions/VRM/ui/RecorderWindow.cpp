@@ -7,6 +7,7 @@
 #include "platform/base/MediaTools.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/MediaPlayer.h"
+#include "video/Recording.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -209,7 +210,7 @@ void CRecorderWindow::StartFilm() {
     if (bFile)
         m_pPlayer->Load(Platform::FromNative(QFileInfo(m_source.strPlace).absoluteFilePath()));
     m_film.Start(EncoderArguments(m_source, m_pSound->isChecked(),
-                                  Platform::ToNativeExact(RecordedFilmPath(m_request.strFolder))));
+                                  Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder))));
     ShowTime();
 }
 
@@ -229,7 +230,7 @@ void CRecorderWindow::OnFilm(qint64 nFilm) {
 
 void CRecorderWindow::OnFilmEnd(bool bWell) {
     m_bFilmDone = true;
-    m_bFilmWell = bWell;
+    m_bFilmWell = bWell && (m_source.Kind == EKind::File || m_bFinished);
     // What there is of a film that broke off is a film, and the slides of it are known.
     if (m_nFilm <= 0 || (m_source.Kind == EKind::File && !bWell))
         return Fail(RecorderText::c_strNotRecorded);
@@ -237,6 +238,12 @@ void CRecorderWindow::OnFilmEnd(bool bWell) {
         m_bFinished = true;
     if (m_bFinished)
         Write();
+}
+
+void CRecorderWindow::AskFinish() {
+    if (m_source.Kind == EKind::File ||
+        Asks(RecorderText::c_strStopNow, RecorderText::c_strStopYes, RecorderText::c_strNo))
+        FinishFilm();
 }
 
 void CRecorderWindow::FinishFilm() {
@@ -266,12 +273,37 @@ void CRecorderWindow::Write() {
 }
 
 void CRecorderWindow::End(const QString& strFailure) {
-    // The recorded film stays, which counts as a lecture without slides.
+    const QString strLength = ClockText(m_nFilm);
+    if (strFailure.isEmpty() && m_bFilmWell)
+        return ShowEnd(RecorderText::c_strDone.arg(m_slides.Pages.size()).arg(strLength), false);
+    if (strFailure.isEmpty())
+        return ShowEnd(RecorderText::c_strBrokenOff.arg(strLength).arg(m_slides.Pages.size()), true);
+    // The times are still known: once there is room it can be done.
+    if (Asks(RecorderText::c_strAskAgain.arg(strFailure), RecorderText::c_strAgain,
+             RecorderText::c_strGiveUp))
+        return Write();
+    const QString strFolder = m_request.strFolder;
+    ShowEnd(KeepFilmAlone(m_request) ? RecorderText::c_strFilmAlone.arg(strFailure, strLength)
+                                     : RecorderText::c_strFilmInPlace.arg(
+                                           strFailure, Platform::ToShown(WorkingFilmPath(strFolder))),
+            true);
+}
+
+void CRecorderWindow::ShowEnd(const QString& strText, bool bWarning) {
     SetStage(EStage::Done);
     m_pPlayer->Unload();
-    m_pWait->setText(strFailure.isEmpty()
-                         ? RecorderText::c_strDone.arg(m_slides.Pages.size()).arg(ClockText(m_nFilm))
-                         : strFailure);
+    m_pWait->setText(strText);
+    if (bWarning)
+        QMessageBox::warning(this, RecorderText::c_strTitle, strText);
+}
+
+bool CRecorderWindow::Asks(const QString& strText, const QString& strYes, const QString& strNo) {
+    QMessageBox box(QMessageBox::Question, RecorderText::c_strTitle, strText, QMessageBox::NoButton, this);
+    box.setTextFormat(Qt::PlainText);
+    const QPushButton* pYes = box.addButton(strYes, QMessageBox::YesRole);
+    box.setDefaultButton(box.addButton(strNo, QMessageBox::NoRole));
+    box.exec();
+    return box.clickedButton() == pYes;
 }
 
 void CRecorderWindow::Turn(int nSlide) {
@@ -285,6 +317,10 @@ void CRecorderWindow::Turn(int nSlide) {
         const QSignalBlocker byProgram(m_pOutline);
         m_pOutline->setCurrentRow(nSlide);
     }
+    // Else the focus would go on to the button that ends the lecture, and the next blank press it.
+    if ((m_pPrevious->hasFocus() && nSlide == 0) ||
+        (m_pNext->hasFocus() && nSlide + 1 == m_slides.Pages.size()))
+        m_pSlide->setFocus();
     m_pPrevious->setEnabled(nSlide > 0);
     m_pNext->setEnabled(nSlide + 1 < m_slides.Pages.size());
 }
@@ -311,13 +347,9 @@ void CRecorderWindow::reject() {
     if (m_stage == EStage::Done)
         return accept();
     if (m_stage == EStage::Recording || m_stage == EStage::Writing) {
-        QMessageBox box(QMessageBox::Question, RecorderText::c_strTitle, RecorderText::c_strAbandon,
-                        QMessageBox::NoButton, this);
-        QPushButton* pYes = box.addButton(RecorderText::c_strYes, QMessageBox::YesRole);
-        box.setDefaultButton(box.addButton(RecorderText::c_strNo, QMessageBox::NoRole));
-        box.exec();
+        const bool bAbandon = Asks(RecorderText::c_strAbandon, RecorderText::c_strYes, RecorderText::c_strNo);
         // It may have come to its end meanwhile.
-        if (box.clickedButton() != pYes || m_stage == EStage::Done)
+        if (!bAbandon || m_stage == EStage::Done)
             return;
     }
     m_film.Abandon();

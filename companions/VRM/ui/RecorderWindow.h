@@ -58,9 +58,14 @@ private:
     void StartFilm();
     void OnFilm(qint64 nFilm);
     void OnFilmEnd(bool bWell);
+    /// A live lecture is over once it is ended, so that is asked about.
+    void AskFinish();
     void FinishFilm();
     void Write();
     void End(const QString& strFailure);
+    void ShowEnd(const QString& strText, bool bWarning);
+    /// Whether the person presses the first button; neither Escape nor closing does.
+    bool Asks(const QString& strText, const QString& strYes, const QString& strNo);
 
     void Turn(int nSlide);
     /// Milliseconds of the film by now.
@@ -79,6 +84,7 @@ private:
     qint64 m_nBehind = -1;
     qint64 m_nFilm = 0;
     bool m_bFilmDone = false;
+    /// It did not end before it was told to.
     bool m_bFilmWell = false;
     bool m_bFinished = false;
     int m_nSlide = 0;

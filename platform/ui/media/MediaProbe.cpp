@@ -30,6 +30,12 @@ bool IsSoundPicture(const AVStream& stream) {
            picture.height <= c_nMaxSide && stream.avg_frame_rate.num > 0 && stream.avg_frame_rate.den > 0;
 }
 
+/// The cover of a film or a song; it has no time. Nobody plays it.
+bool IsCover(const AVStream& stream) {
+    return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 && stream.codecpar->width <= c_nMaxSide &&
+           stream.codecpar->height <= c_nMaxSide;
+}
+
 bool IsSoundSound(const AVStream& stream) {
     const AVCodecParameters& sound = *stream.codecpar;
     return sound.ch_layout.nb_channels > 0 && sound.sample_rate > 0 && sound.sample_rate <= c_nMaxSampleRate;
@@ -69,7 +75,7 @@ bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn, QL
     for (unsigned int nStream = 0; nStream < pMedium->nb_streams; ++nStream) {
         const AVStream& stream = *pMedium->streams[nStream];
         const AVMediaType type = stream.codecpar->codec_type;
-        if (type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO)
+        if ((type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO) || IsCover(stream))
             continue;
         if (stream.time_base.num <= 0 || stream.time_base.den <= 0 ||
             (type == AVMEDIA_TYPE_VIDEO ? !IsSoundPicture(stream) : !IsSoundSound(stream)))
