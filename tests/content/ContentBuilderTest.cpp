@@ -3,6 +3,7 @@
 #include "content/ImportPlan.h"
 #include "content/VideoMaker.h"
 #include "foundation/IniFile.h"
+#include "foundation/TextFile.h"
 #include "tests/content/TreeOnDisk.h"
 
 #include <QDirIterator>
@@ -308,7 +309,15 @@ TEST_F(ContentBuilderTest, ARecorderWorksBesideTheOldContent) {
     class CRecorder : public IVideoMaker {
     public:
         bool bFails = true;
+        bool bRecords = false;
+        QString strRecorded;
         QString CreateVideoNode(CBookNode&, const QString& strFolder) override {
+            if (bRecords) {
+                strRecorded = strFolder + u"r"_s;
+                Torvane::File::CreateFolderPath(strRecorded);
+                ReplaceFile(strRecorded + u"\\Template.prj"_s, "p");
+                ReplaceFile(strRecorded + u"\\recorded.part"_s, "film");
+            }
             if (bFails)
                 throw Torvane::CRunException(u"创建视频失败！"_s);
             Torvane::File::CreateFolderPath(strFolder + u"v"_s);
@@ -323,6 +332,16 @@ TEST_F(ContentBuilderTest, ARecorderWorksBesideTheOldContent) {
     recorder.bFails = false;
     EXPECT_TRUE(Create(Of(EContentKind::Video), &recorder));
     EXPECT_EQ(Left(), u"4 N#\\v 2 [] [] | v/"_s);
+    // Nobody gives a lecture twice: what was recorded outlives the failure and the next that is built.
+    recorder.bFails = recorder.bRecords = true;
+    m_disk.People.ExpectBeginning(u"创建视频失败！\n\n已录制的内容保留在\n"_s);
+    EXPECT_FALSE(Create(Of(EContentKind::Video), &recorder));
+    const auto kept = [&] { return ReadFileBytes(recorder.strRecorded + u"\\recorded.part"_s); };
+    EXPECT_EQ(kept(), "film");
+    MendNodeFolders(*m_disk.pCourse, nullptr);
+    recorder.bFails = recorder.bRecords = false;
+    EXPECT_TRUE(Create(Of(EContentKind::Video), &recorder));
+    EXPECT_EQ(kept(), "film");
 }
 
 TEST_F(ContentBuilderTest, AFolderBecomesABranch) {
