@@ -3,8 +3,10 @@
 #include "companions/compiler/CssText.h"
 #include "foundation/HtmlTree.h"
 
+#include <QHash>
 #include <QMap>
 #include <QSet>
+#include <QVarLengthArray>
 
 using namespace Qt::StringLiterals;
 using namespace HtmlTree;
@@ -186,6 +188,111 @@ Fragment SerializeDocument(const QByteArray& html, const Rewriter& rewrite) {
     return serializer.Result();
 }
 
+/// Tells whether a page is nothing but text in well-nested elements of the plainest kind, as most pages of
+/// the editor are: then a parser finds just what stands there, and takes ten times as long to do so. Whatever
+/// it does not know it leaves to the parser.
+class CPlainMarkup {
+public:
+    explicit CPlainMarkup(const QByteArray& html) : m_html(html) {}
+
+    bool IsAll() {
+        while (m_nAt < m_html.size()) {
+            const char c = m_html[m_nAt++];
+            if (c == '\0' || (c == '<' && !TakeTag()))
+                return false;
+        }
+        return m_open.isEmpty();
+    }
+
+private:
+    enum class EKind { Unknown, Flow, Lines, List, Item, Inline, Void };
+    struct Open {
+        QByteArrayView Name;
+        EKind Kind;
+    };
+    static constexpr qsizetype c_nMaxOpen = 100;
+
+    static EKind KindOf(QByteArrayView name) {
+        static const QHash<QByteArrayView, EKind> kinds = {
+            {"div", EKind::Flow},   {"blockquote", EKind::Flow}, {"p", EKind::Lines},
+            {"h1", EKind::Lines},   {"h2", EKind::Lines},        {"h3", EKind::Lines},
+            {"h4", EKind::Lines},   {"h5", EKind::Lines},        {"h6", EKind::Lines},
+            {"ul", EKind::List},    {"ol", EKind::List},         {"li", EKind::Item},
+            {"b", EKind::Inline},   {"i", EKind::Inline},        {"u", EKind::Inline},
+            {"em", EKind::Inline},  {"strong", EKind::Inline},   {"span", EKind::Inline},
+            {"sub", EKind::Inline}, {"sup", EKind::Inline},      {"br", EKind::Void}};
+        return kinds.value(name, EKind::Unknown);
+    }
+
+    /// Where the kinds may stand that no element has to be closed for.
+    bool Fits(EKind kind) const {
+        const EKind parent = m_open.isEmpty() ? EKind::Flow : m_open.last().Kind;
+        switch (kind) {
+        case EKind::Flow:
+        case EKind::Lines:
+        case EKind::List:
+            return parent == EKind::Flow || parent == EKind::Item;
+        case EKind::Item:
+            return parent == EKind::List;
+        case EKind::Inline:
+        case EKind::Void:
+            return parent != EKind::List;
+        default:
+            return false;
+        }
+    }
+
+    QByteArrayView TakeName() {
+        const qsizetype nBegin = m_nAt;
+        while (m_nAt < m_html.size() && ((m_html[m_nAt] >= 'a' && m_html[m_nAt] <= 'z') ||
+                                         (m_html[m_nAt] >= '0' && m_html[m_nAt] <= '9')))
+            ++m_nAt;
+        return QByteArrayView(m_html).sliced(nBegin, m_nAt - nBegin);
+    }
+
+    bool Takes(char c) {
+        const bool bThere = m_nAt < m_html.size() && m_html[m_nAt] == c;
+        m_nAt += bThere;
+        return bThere;
+    }
+
+    /// Attributes that lead nowhere, in double quotes.
+    bool TakeAttributes() {
+        while (Takes(' ')) {
+            const QByteArrayView name = TakeName();
+            if ((name != "id" && name != "class" && name != "align" && name != "title") || !Takes('=') ||
+                !Takes('"'))
+                return false;
+            const qsizetype nEnd = m_html.indexOf('"', m_nAt);
+            if (nEnd < 0 || QByteArrayView(m_html).sliced(m_nAt, nEnd - m_nAt).contains('<'))
+                return false;
+            m_nAt = nEnd + 1;
+        }
+        return Takes('>');
+    }
+
+    bool TakeTag() {
+        if (Takes('/')) {
+            const QByteArrayView name = TakeName();
+            if (m_open.isEmpty() || m_open.last().Name != name)
+                return false;
+            m_open.removeLast();
+            return Takes('>');
+        }
+        const QByteArrayView name = TakeName();
+        const EKind kind = KindOf(name);
+        if (!Fits(kind) || m_open.size() >= c_nMaxOpen || !TakeAttributes())
+            return false;
+        if (kind != EKind::Void)
+            m_open.append({name, kind});
+        return true;
+    }
+
+    const QByteArray& m_html;
+    qsizetype m_nAt = 0;
+    QVarLengthArray<Open, 16> m_open;
+};
+
 const QByteArray c_before = "<!DOCTYPE html><body><div>";
 const QByteArray c_after = "</div>x<hr>";
 
@@ -246,6 +353,8 @@ std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter&
 
 std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rewrite) {
     const QByteArray html = strPage.toUtf8();
+    if (CPlainMarkup(html).IsAll())
+        return Fragment{QString(), strPage};
     if (IsTooDeep(html))
         return std::nullopt;
     const QByteArray wrapped = c_before + html + c_after;

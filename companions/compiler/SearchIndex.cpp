@@ -186,13 +186,19 @@ private:
 };
 
 void AppendQuoted(QByteArray& out, const QString& strText) {
+    const QByteArray text = strText.toUtf8();
     out += '"';
-    for (const char c : strText.toUtf8()) {
-        if (c == '"' || c == '\\')
+    qsizetype nFrom = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool bQuoted = text[i] == '"' || text[i] == '\\';
+        if (!bQuoted && static_cast<unsigned char>(text[i]) >= 0x20)
+            continue;
+        out.append(text.constData() + nFrom, i - nFrom);
+        if (bQuoted)
             out += '\\';
-        if (static_cast<unsigned char>(c) >= 0x20)
-            out += c;
+        nFrom = bQuoted ? i : i + 1;
     }
+    out.append(text.constData() + nFrom, text.size() - nFrom);
     out += '"';
 }
 
