@@ -114,19 +114,21 @@ void COutputFolder::ReadList(const QString& strOwner) {
     m_bListStands = true;
 }
 
-void COutputFolder::WriteList() {
-    QHash<QString, OutputRecord> files = m_written;
-    for (auto it = m_known.begin(); it != m_known.end(); ++it) {
-        if (!files.contains(it.key()))
-            files.insert(it.key(), it.value());
+void COutputFolder::WriteList(bool bFinal) {
+    QByteArray list = OutputList::Head(m_strOwner);
+    for (auto it = m_known.constBegin(); it != m_known.constEnd(); ++it) {
+        if (!m_written.contains(it.key()) && (it->bKept || !bFinal))
+            OutputList::Append(list, it.key(), *it);
     }
+    for (auto it = m_written.constBegin(); it != m_written.constEnd(); ++it)
+        OutputList::Append(list, it.key(), *it);
     for (const QString& strName : m_announced) {
-        if (!files.contains(strName))
-            files.insert(strName, {});
+        if (!bFinal && !m_written.contains(strName))
+            OutputList::Append(list, strName, {});
     }
     const QByteArray temporary = TemporaryName();
     Platform::CFileState written;
-    if (const int nError = m_folder.WriteFile(temporary, OutputList::Write({m_strOwner, files}), written))
+    if (const int nError = m_folder.WriteFile(temporary, list, written))
         Fail(c_strList, nError);
     MoveIn(temporary, c_strList);
     m_bListStands = true;
@@ -145,7 +147,7 @@ void COutputFolder::Announce(const QStringList& names) {
         bNew = true;
     }
     if (bNew || !m_bListStands)
-        WriteList();
+        WriteList(false);
 }
 
 void COutputFolder::MakeRoom(const QString& strName) {
@@ -237,9 +239,9 @@ bool COutputFolder::Keep(const QString& strName, quint64 nInput) {
         if (!pAlso || !StandsAsWritten(strAlso, *pAlso))
             return false;
     }
-    Remember(strName, *pKnown);
+    pKnown->bKept = true;
     for (const QString& strAlso : pKnown->Also)
-        Remember(strAlso, *Known(strAlso));
+        Known(strAlso)->bKept = true;
     return true;
 }
 
@@ -340,15 +342,21 @@ void COutputFolder::RemoveStale(const QString& strName) {
 }
 
 void COutputFolder::Finish() {
-    QSet<QString> stale = m_announced;
-    for (auto it = m_known.constBegin(); it != m_known.constEnd(); ++it)
-        stale.insert(it.key());
-    erase_if(stale, [this](const QString& strName) { return m_written.contains(strName); });
+    QStringList stale;
+    for (auto it = m_known.constBegin(); it != m_known.constEnd(); ++it) {
+        if (m_written.contains(it.key()))
+            continue;
+        m_nFiles += it->bKept;
+        if (!it->bKept)
+            stale.append(it.key());
+    }
+    m_nFiles += m_written.size();
+    for (const QString& strName : std::as_const(m_announced)) {
+        if (!m_written.contains(strName))
+            stale.append(strName);
+    }
     for (const QString& strName : std::as_const(stale))
         RemoveStale(strName);
-    if (m_bListStands && stale.isEmpty() && m_announced.isEmpty())
-        return;
-    m_known.clear();
-    m_announced.clear();
-    WriteList();
+    if (!m_bListStands || !stale.isEmpty() || !m_announced.isEmpty())
+        WriteList(true);
 }

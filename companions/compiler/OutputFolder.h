@@ -27,6 +27,9 @@ struct OutputRecord {
     /// Of the file as it was written.
     qint64 nSize = -1;
     qint64 nModified = 0;
+    /// That it stays in this run. Only the thread that makes the file marks it, and none reads it before all
+    /// have ended.
+    mutable bool bKept = false;
 };
 
 /// The folder that a site is written into. Nothing outside it is ever written. A file appears whole or not at
@@ -65,7 +68,8 @@ public:
     /// Removes what a former compile wrote and this one did not.
     void Finish();
 
-    qsizetype FileCount() const { return m_written.size(); }
+    /// After Finish.
+    qsizetype FileCount() const { return m_nFiles; }
     /// How many files were not yet as they should be.
     int ChangedCount() const { return m_nChanged; }
     const QStringList& Notes() const { return m_notes; }
@@ -73,7 +77,7 @@ public:
 private:
     QString Target(const QString& strName) const;
     void ReadList(const QString& strOwner);
-    void WriteList();
+    void WriteList(bool bFinal);
     void MakeRoom(const QString& strName);
     void EnsureFolder(const QString& strFolder);
     void SetAside(const QString& strName);
@@ -102,4 +106,5 @@ private:
     QStringList m_notes;
     /// Whether the list on the disk says what there is to say.
     bool m_bListStands = false;
+    qsizetype m_nFiles = 0;
 };

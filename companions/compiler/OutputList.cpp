@@ -110,20 +110,19 @@ std::optional<OutputList::List> OutputList::Read(const QByteArray& bytes) {
     return list;
 }
 
-QByteArray OutputList::Write(const List& list) {
+QByteArray OutputList::Head(const QString& strOwner) {
     QByteArray out = c_head;
     out += '\t';
-    AppendField(out, list.strOwner);
-    out += '\n';
-    for (auto it = list.Files.constBegin(); it != list.Files.constEnd(); ++it) {
-        const OutputRecord& record = it.value();
-        AppendField(out, it.key());
-        out += '\t' + QByteArray::number(record.nInput, 16) + '\t' + QByteArray::number(record.nSize) + '\t' +
-               QByteArray::number(record.nModified);
-        AppendList(out, c_source, record.Sources);
-        AppendList(out, c_also, record.Also);
-        AppendList(out, c_note, record.Notes);
-        out += '\n';
-    }
-    return out;
+    AppendField(out, strOwner);
+    return out + '\n';
+}
+
+void OutputList::Append(QByteArray& list, const QString& strName, const OutputRecord& record) {
+    AppendField(list, strName);
+    list += '\t' + QByteArray::number(record.nInput, 16) + '\t' + QByteArray::number(record.nSize) + '\t' +
+            QByteArray::number(record.nModified);
+    AppendList(list, c_source, record.Sources);
+    AppendList(list, c_also, record.Also);
+    AppendList(list, c_note, record.Notes);
+    list += '\n';
 }

@@ -19,7 +19,9 @@ struct List {
 
 /// Nothing for what is no such list. Lines that name no file below the folder are passed over.
 std::optional<List> Read(const QByteArray& bytes);
-QByteArray Write(const List& list);
+/// The first line, behind which a line is appended for each file.
+QByteArray Head(const QString& strOwner);
+void Append(QByteArray& list, const QString& strName, const OutputRecord& record);
 
 /// Whether a name with "/" between components stays below its folder.
 bool IsSafeName(const QString& strName);

@@ -26,12 +26,14 @@ QByteArray MainBegin() {
 } // namespace
 
 CPageFrame::CPageFrame(const CSitePlan& plan, bool bPlain)
-    : m_plan(plan), m_navigation(plan), m_bPlain(bPlain),
-      m_strSkin(plan.Tree().FindFile(u"skin/site.css"_s)) {
-    m_strSkin = plan.Tree().OutputName(m_strSkin);
+    : m_plan(plan), m_navigation(plan), m_bPlain(bPlain), m_strSkin(SkinOf(plan)) {
     m_courseTitle = Escaped(plan.Model().Course());
     for (qsizetype i = 0; i < c_nShells; ++i)
         m_shells.append(MakeShell(i));
+}
+
+QString CPageFrame::SkinOf(const CSitePlan& plan) {
+    return plan.Tree().OutputName(plan.Tree().FindFile(u"skin/site.css"_s));
 }
 
 CPageFrame::Shell CPageFrame::MakeShell(qsizetype nDepth) const {
@@ -42,8 +44,8 @@ CPageFrame::Shell CPageFrame::MakeShell(qsizetype nDepth) const {
         return shell.Up + Escaped(RelativeAddress({}, strFile)) + "\">";
     };
     shell.Sheets = "<link rel=\"stylesheet\" href=\"" + to(FrameParts::c_strParts) + '\n';
-    shell.Skin =
-        "<link rel=\"stylesheet\" href=\"" + to(HasSkin() ? m_strSkin : FrameParts::c_strPlainSkin) + '\n';
+    shell.Skin = "<link rel=\"stylesheet\" href=\"" +
+                 to(!m_strSkin.isEmpty() ? m_strSkin : FrameParts::c_strPlainSkin) + '\n';
     if (!m_bPlain)
         shell.Skin += "<script defer src=\"" + to(FrameParts::c_strScript) + "</script>\n";
     shell.Header = "<header class=\"site-header\">\n";

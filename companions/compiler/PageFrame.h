@@ -36,9 +36,10 @@ public:
 
     bool HasScripts() const { return !m_bPlain; }
     /// Whether the compiler has to deliver the plain skin.
-    bool HasSkin() const { return !m_strSkin.isEmpty(); }
+    static bool HasSkin(const CSitePlan& plan) { return !SkinOf(plan).isEmpty(); }
 
 private:
+    static QString SkinOf(const CSitePlan& plan);
     /// What is the same on every page that lies equally deep.
     struct Shell {
         /// Leads from the page to the site's root.

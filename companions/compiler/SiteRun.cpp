@@ -34,9 +34,16 @@ bool IsPlainText(const QString& strName) {
 
 } // namespace
 
+CSiteRun::Writers::Writers(const CSitePlan& plan, ESiteForm form)
+    : Frame(plan, form == ESiteForm::Html), View(plan, Frame) {}
+
+const CSiteRun::Writers& CSiteRun::TheWriters() const {
+    std::call_once(m_once, [this] { m_pWriters = std::make_unique<Writers>(m_plan, m_form); });
+    return *m_pWriters;
+}
+
 CSiteRun::CSiteRun(const CCompileInput& input, ESiteForm form, CompileProgress& progress)
-    : m_input(input), m_plan(input.Plan()), m_tree(input.Tree()), m_form(form), m_progress(progress),
-      m_frame(m_plan, form == ESiteForm::Html), m_view(m_plan, m_frame) {
+    : m_input(input), m_plan(input.Plan()), m_tree(input.Tree()), m_form(form), m_progress(progress) {
     if (form == ESiteForm::Classroom)
         m_pClassroom = std::make_unique<CClassroom>(m_plan);
     for (int i = 0; i < NodeCount() && form != ESiteForm::Html; ++i) {
@@ -54,7 +61,7 @@ QStringList CSiteRun::Parts() const {
     parts.append(FrameParts::c_strParts);
     if (m_form == ESiteForm::Site)
         parts += {FrameParts::c_strScript, FrameParts::c_strSearchScript};
-    if (!m_frame.HasSkin())
+    if (!CPageFrame::HasSkin(m_plan))
         parts.append(FrameParts::c_strPlainSkin);
     return parts;
 }
@@ -161,10 +168,10 @@ QByteArray CSiteRun::StandingPage(const QString& strName) const {
     if (m_pClassroom)
         return m_pClassroom->StandingFile(strName);
     if (strName == c_strSiteMap)
-        return m_frame.SiteMapPage();
+        return Frame().SiteMapPage();
     if (strName == FrameParts::c_strSearchPage)
-        return m_frame.SearchPage();
-    return m_frame.StartPage({QString(), QString(), m_view.StartMain()});
+        return Frame().SearchPage();
+    return Frame().StartPage({QString(), QString(), View().StartMain()});
 }
 
 QStringList CSiteRun::SourcesOf(int nNode) const {
@@ -205,11 +212,11 @@ std::optional<QString> CSiteRun::MakeNode(int nNode, QStringList& notes) {
     else if (plan.View == ENodeView::Video)
         content.Main = LecturePage(nNode, record);
     else
-        content.Main = m_view.Main(nNode);
+        content.Main = View().Main(nNode);
     content.Title = m_input.Model().Nodes()[nNode].Row.Title;
     notes += record.Notes;
     Write(plan.PagePath,
-          m_pClassroom ? m_pClassroom->SlidePage(nNode, content) : m_frame.NodePage(nNode, content), sources,
+          m_pClassroom ? m_pClassroom->SlidePage(nNode, content) : Frame().NodePage(nNode, content), sources,
           std::move(record));
     const qsizetype nBody = bPage ? content.Main.indexOf("<div class=\"page\">"_L1) : -1;
     return nBody < 0 || !HasSearch()
@@ -252,7 +259,7 @@ QString CSiteRun::LecturePage(int nNode, OutputRecord& record) {
     const Lecture lecture = ReadLecture(m_plan, nNode);
     if (lecture.bScriptsUnreadable)
         record.Notes.append(CompilerText::c_strNoteNoScripts.arg(m_input.Model().Nodes()[nNode].Row.Title));
-    return m_view.LectureMain(nNode, lecture, MakeFilm(nNode, lecture, record));
+    return View().LectureMain(nNode, lecture, MakeFilm(nNode, lecture, record));
 }
 
 /// Answers the film that browsers play. It takes as long as it takes to watch a part of it, so it is made
@@ -298,7 +305,7 @@ FramedContent CSiteRun::EditorPage(int nNode, OutputRecord& record) {
     for (const QString& strDead : page->DeadReferences)
         record.Notes.append(CompilerText::c_strNoteDeadLink.arg(strTitle, strDead));
     record.Sources = page->ReadSources;
-    return {QString(), page->Content.Head, m_view.PageMain(nNode, page->Content.Body)};
+    return {QString(), page->Content.Head, View().PageMain(nNode, page->Content.Body)};
 }
 
 /// A page that can't be taken apart goes beside its own, which shows it in a frame.
@@ -321,7 +328,7 @@ FramedContent CSiteRun::RawPage(int nNode, const std::optional<QByteArray>& byte
     } else {
         Copy(plan.Source, strRaw);
     }
-    return {QString(), QString(), m_view.RawPageMain(nNode, strRaw)};
+    return {QString(), QString(), View().RawPageMain(nNode, strRaw)};
 }
 
 void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {

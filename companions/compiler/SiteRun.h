@@ -12,6 +12,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -78,8 +79,17 @@ private:
     const ESiteForm m_form;
     COutputFolder* m_pOutput = nullptr;
     CompileProgress& m_progress;
-    CPageFrame m_frame;
-    CNodeView m_view;
+    struct Writers {
+        Writers(const CSitePlan& plan, ESiteForm form);
+        CPageFrame Frame;
+        CNodeView View;
+    };
+    /// Made when the first page is: where nothing has changed none is.
+    const CPageFrame& Frame() const { return TheWriters().Frame; }
+    const CNodeView& View() const { return TheWriters().View; }
+    const Writers& TheWriters() const;
+    mutable std::once_flag m_once;
+    mutable std::unique_ptr<Writers> m_pWriters;
     /// For the classroom form.
     std::unique_ptr<CClassroom> m_pClassroom;
     std::vector<Piece> m_pieces;
