@@ -198,7 +198,8 @@ public:
     bool IsAll() {
         while (m_nAt < m_html.size()) {
             const char c = m_html[m_nAt++];
-            if (c == '\0' || (c == '<' && !TakeTag()))
+            const bool bControl = static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\r' && c != '\t';
+            if (bControl || (c == '<' && !TakeTag()) || (c == '&' && !TakeCharacter()))
                 return false;
         }
         return m_open.isEmpty();
@@ -256,13 +257,21 @@ private:
         return bThere;
     }
 
-    /// Attributes that lead nowhere, in double quotes.
+    /// Behind "&": one of the usual characters, written in full.
+    bool TakeCharacter() {
+        static const QSet<QByteArrayView> names = {"amp", "gt", "lt", "nbsp", "quot"};
+        return names.contains(TakeName()) && Takes(';');
+    }
+
+    /// Attributes that lead nowhere, each once and in double quotes.
     bool TakeAttributes() {
+        static const QList<QByteArrayView> names = {"id", "class", "align", "title"};
+        unsigned nSeen = 0;
         while (Takes(' ')) {
-            const QByteArrayView name = TakeName();
-            if ((name != "id" && name != "class" && name != "align" && name != "title") || !Takes('=') ||
-                !Takes('"'))
+            const unsigned nBit = 1U << (names.indexOf(TakeName()) + 1);
+            if (nBit == 1 || (nSeen & nBit) != 0 || !Takes('=') || !Takes('"'))
                 return false;
+            nSeen |= nBit;
             const qsizetype nEnd = m_html.indexOf('"', m_nAt);
             if (nEnd < 0 || QByteArrayView(m_html).sliced(m_nAt, nEnd - m_nAt).contains('<'))
                 return false;

@@ -115,7 +115,7 @@ TEST(HtmlText, SparesTheParserOnlyWhatItWouldLeave) {
                                 u"<li>"_s,     u"</li>"_s, u"<div>"_s,        u"</div>"_s,
                                 u"<h2>"_s,     u"</h2>"_s, u"<br>"_s,         u"</br>"_s,
                                 u"字 &amp;"_s, u"\n"_s,    u"<p id=\"a\">"_s, u"<span title=\"<\">"_s,
-                                u"</span>"_s};
+                                u"</span>"_s,  u"R & D"_s, u"&copy 1"_s,      u"<p id=\"a\" id=\"b\">"_s};
     QRandomGenerator random(7);
     int nKept = 0;
     for (int nRound = 0; nRound < 40'000; ++nRound) {
