@@ -181,19 +181,20 @@ bool IsLockedByAnother(int nFile) {
 } // namespace
 
 struct CFolder::Handle {
-    explicit Handle(DIR* p) : pFolder(p) {}
+    explicit Handle(int n) : nFolder(n) {}
     ~Handle() {
-        if (pFolder)
-            ::closedir(pFolder);
+        if (nFolder >= 0)
+            ::close(nFolder);
     }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
-    DIR* pFolder; // null for whole paths
+    const int nFolder; // AT_FDCWD, which is negative, for whole paths
+    bool bRead = false;
 };
 
 CFolder CFolder::OfPaths() {
     CFolder folder;
-    folder.m_pHandle = std::make_unique<Handle>(nullptr);
+    folder.m_pHandle = std::make_unique<Handle>(AT_FDCWD);
     return folder;
 }
 
@@ -203,9 +204,7 @@ CFolder::CFolder(CFolder&&) noexcept = default;
 CFolder& CFolder::operator=(CFolder&&) noexcept = default;
 
 int CFolder::Descriptor() const {
-    if (!m_pHandle)
-        return -1;
-    return m_pHandle->pFolder ? ::dirfd(m_pHandle->pFolder) : AT_FDCWD;
+    return m_pHandle ? m_pHandle->nFolder : -1;
 }
 
 int CFolder::Open(const QByteArray& path, bool bFollow) {
@@ -222,39 +221,44 @@ int CFolder::OpenAt(int nParent, const QByteArray& path, bool bFollow) {
     CDescriptor folder(::openat(nParent, path.constData(), nFlags));
     if (folder < 0)
         return errno;
-    DIR* pFolder = ::fdopendir(folder);
-    if (!pFolder)
-        return errno;
-    folder.Release();
-    m_pHandle = std::make_unique<Handle>(pFolder);
+    m_pHandle = std::make_unique<Handle>(folder.Release());
     return 0;
 }
 
+// By the system's own call: the library's would take new memory for each of ten thousand small folders.
 int CFolder::List(std::vector<CFolderEntry>& list) {
     list.clear();
-    if (!m_pHandle || !m_pHandle->pFolder)
+    if (!m_pHandle || m_pHandle->nFolder < 0)
         return EBADF;
-    ::rewinddir(m_pHandle->pFolder);
+    if (m_pHandle->bRead && ::lseek(m_pHandle->nFolder, 0, SEEK_SET) < 0)
+        return errno;
+    m_pHandle->bRead = true;
+    alignas(dirent64) static thread_local std::array<char, size_t{32} * 1024> block;
     for (;;) {
-        errno = 0;
-        const dirent* pEntry = ::readdir(m_pHandle->pFolder);
-        if (!pEntry)
-            return errno;
-        const char* szName = pEntry->d_name;
-        if (std::strcmp(szName, ".") == 0 || std::strcmp(szName, "..") == 0)
-            continue;
-        unsigned char nType = pEntry->d_type;
-        if (nType == DT_UNKNOWN) {
-            struct stat state {};
-            if (::fstatat(Descriptor(), szName, &state, AT_SYMLINK_NOFOLLOW) == 0)
-                nType = static_cast<unsigned char>(IFTODT(state.st_mode));
+        const ssize_t nRead = ::getdents64(m_pHandle->nFolder, block.data(), block.size());
+        if (nRead <= 0)
+            return nRead == 0 ? 0 : errno;
+        for (ssize_t nAt = 0; nAt < nRead;) {
+            const auto* pEntry = reinterpret_cast<const dirent64*>(block.data() + nAt);
+            nAt += pEntry->d_reclen;
+            AppendEntry(pEntry->d_name, pEntry->d_type, list);
         }
-        const EEntryType eType = nType == DT_REG   ? EEntryType::File
-                                 : nType == DT_DIR ? EEntryType::Folder
-                                 : nType == DT_LNK ? EEntryType::Link
-                                                   : EEntryType::Other;
-        list.push_back({QByteArray(szName), eType});
     }
+}
+
+void CFolder::AppendEntry(const char* szName, unsigned char nType, std::vector<CFolderEntry>& list) const {
+    if (std::strcmp(szName, ".") == 0 || std::strcmp(szName, "..") == 0)
+        return;
+    if (nType == DT_UNKNOWN) {
+        struct stat state {};
+        if (::fstatat(Descriptor(), szName, &state, AT_SYMLINK_NOFOLLOW) == 0)
+            nType = static_cast<unsigned char>(IFTODT(state.st_mode));
+    }
+    const EEntryType eType = nType == DT_REG   ? EEntryType::File
+                             : nType == DT_DIR ? EEntryType::Folder
+                             : nType == DT_LNK ? EEntryType::Link
+                                               : EEntryType::Other;
+    list.push_back({QByteArray(szName), eType});
 }
 
 int CFolder::GetState(const QByteArray& name, CFileState& state, bool bFollow) const {

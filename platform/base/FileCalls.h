@@ -76,6 +76,7 @@ private:
                              const std::function<bool()>&);
     int OpenAt(int nParent, const QByteArray& path, bool bFollow);
     int Descriptor() const;
+    void AppendEntry(const char* szName, unsigned char nType, std::vector<CFolderEntry>& list) const;
     struct Closer;
     struct Handle;
     std::unique_ptr<Handle> m_pHandle;
