@@ -72,7 +72,11 @@ bool RecordVideo(const QString& strFolder, bool bWriteProject, const CCourseInfo
         return fail(VideoText::c_strNoKey);
     const QString strCommandLine = RecorderCommandLine(
         settings.GetProgramFolder(false), RecorderProjectPath(strFolder), key->Modulus, key->nSeed);
-    if (!Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); }))
+    auto pStatus = people.OpenStatus();
+    pStatus->ShowStatus(VideoText::c_strRecorderRuns);
+    const bool bStarted = Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });
+    pStatus.reset();
+    if (!bStarted)
         return fail(VideoText::c_strNoRecorder);
     return HasFilm(strFolder);
 }

@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 inline const QString c_strProjectNotWritten = u"设定视频课件信息失败！"_s;
 inline const QString c_strNoKey = u"创建视频课件文件失败！"_s;
 inline const QString c_strNoRecorder = u"启动视频录制工具失败！"_s;
+inline const QString c_strRecorderRuns = u"正在录制视频课件，请在录制窗口中操作..."_s;
 
 // The script file.
 inline const QString c_strNotOpened = u"对不起，无法打开视频文件！"_s;

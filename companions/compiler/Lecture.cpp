@@ -14,6 +14,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -54,12 +56,24 @@ QList<Lecture::Place> OutlineOf(const QString& strFolder, const QList<SAsfMarker
     return places;
 }
 
+/// Under another school's key the scripts come out as noise.
+bool IsNoise(const QStringList& scripts) {
+    return std::ranges::any_of(scripts, [](const QString& strScript) {
+        return std::ranges::any_of(strScript, [](QChar c) {
+            return c == QChar::ReplacementCharacter || (!c.isSpace() && c.category() == QChar::Other_Control);
+        });
+    });
+}
+
 void ReadSteps(const QString& strFolder, const QList<SAsfCommand>& commands, Lecture& lecture) {
     if (commands.isEmpty())
         return;
     try {
         const SVideoScripts scripts =
             ReadVideoScripts(strFolder, CVideoKey(CSysInfo::Instance().GetSchoolName()));
+        lecture.bScriptsUnreadable = IsNoise(scripts.First) || IsNoise(scripts.Second);
+        if (lecture.bScriptsUnreadable)
+            return;
         for (const SAsfCommand& command : commands) {
             const QString strScript = scripts.Called(command.strParameter);
             if (!strScript.isEmpty())

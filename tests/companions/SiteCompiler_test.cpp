@@ -208,6 +208,10 @@ TEST(SiteCompiler, PlaysARecordedLecture) {
     const QDateTime made = QFileInfo(strFilm).lastModified();
     course.Compile();
     EXPECT_EQ(QFileInfo(strFilm).lastModified(), made) << "a changed tree made the film anew";
+    write(u"CourseInfo\\s.esf"_s, MakeVideoScripts({u"Show('</script>')"_s}, {u"(1,2)"_s},
+                                                   *CVideoKey(u"别的大学"_s).GetRecorderKey()));
+    EXPECT_THAT(Notes(course.Compile()), HasSubstr("脚本无法读取")) << "of another school";
+    EXPECT_THAT(course.Bytes(nVideo, u"index.html"_s).toStdString(), Not(HasSubstr("MoveMouse")));
 }
 
 // What the search reads: each node's text in its part, and a filter that never hides a word that is there.

@@ -37,6 +37,7 @@ constexpr int c_nStatus = 1148;
 
 /// 0xFFFAF4 with red in the low byte.
 constexpr QColor c_background(0xF4, 0xFA, 0xFF);
+constexpr int c_nFailureMargin = 8;
 constexpr int c_nTimeMilliseconds = 1000;
 /// How soon a script is tried again that another call into the engine kept from running.
 constexpr int c_nAgainMilliseconds = 30;
@@ -67,7 +68,11 @@ CVideoPreviewView::CVideoPreviewView(INodeViewHost& host, Torvane::Dialog::MFC::
     connect(m_pOutline->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &CVideoPreviewView::ChooseEntry);
     // Back to the beginning of the one that is on.
-    connect(m_pOutline, &QListView::clicked, this, &CVideoPreviewView::ChooseEntry);
+    connect(m_pOutline, &QListView::clicked, this, [this] {
+        if (!m_bChosen)
+            ChooseEntry();
+    });
+    m_pOutline->viewport()->installEventFilter(this);
     m_time.setObjectName(QStringLiteral("timer_1"));
     m_time.setInterval(c_nTimeMilliseconds);
     connect(&m_time, &QTimer::timeout, this, [this] {
@@ -81,6 +86,12 @@ CVideoPreviewView::~CVideoPreviewView() = default;
 
 void CVideoPreviewView::MakeControls() {
     m_pPlayer = WithId(new CMediaPlayer(this), c_nPlayer, "player", VideoText::c_strFilmName);
+    m_pFailure = DialogParts::Named(new QLabel(m_pPlayer), "failure", VideoText::c_strStatusName);
+    m_pFailure->setTextFormat(Qt::PlainText);
+    m_pFailure->setWordWrap(true);
+    m_pFailure->setAlignment(Qt::AlignCenter);
+    m_pFailure->setMargin(c_nFailureMargin);
+    m_pFailure->hide();
     m_pStatus = WithId(new QLabel(VideoText::c_strFirstStatus, this), c_nStatus, "status",
                        VideoText::c_strStatusName);
     m_pStatus->setTextFormat(Qt::PlainText);
@@ -88,6 +99,7 @@ void CVideoPreviewView::MakeControls() {
     colours.setColor(QPalette::Window, Qt::black);
     colours.setColor(QPalette::WindowText, Qt::white);
     m_pStatus->setPalette(colours);
+    m_pFailure->setPalette(colours);
     m_pStatus->setAutoFillBackground(true);
     m_pHeading = WithId(new QLabel(VideoText::c_strOutline, this), c_nHeading, "outlineHeading",
                         VideoText::c_strOutline);
@@ -118,6 +130,10 @@ QPushButton* CVideoPreviewView::AddButton(int nId, const char* szName, const QSt
 
 void CVideoPreviewView::ConnectPlayer() {
     connect(m_pPlayer, &CMediaPlayer::StatusChanged, this, [this] { ShowStatus(m_pPlayer->GetStatus()); });
+    connect(m_pPlayer, &CMediaPlayer::Failed, m_pFailure, [this](const QString& strText) {
+        m_pFailure->setText(strText);
+        m_pFailure->show();
+    });
     connect(m_pPlayer, &CMediaPlayer::StateChanged, this, &CVideoPreviewView::OnPlayState);
     connect(m_pPlayer, &CMediaPlayer::PositionChanged, this, &CVideoPreviewView::OnPosition);
 }
@@ -134,6 +150,7 @@ void CVideoPreviewView::ShowNode() {
 
 void CVideoPreviewView::Clear() {
     m_pPlayer->Unload();
+    m_pFailure->hide();
     m_clock.SetCommands({});
     m_called.clear();
     m_scripts = {};
@@ -251,8 +268,15 @@ void CVideoPreviewView::ChooseEntry() {
     const QModelIndex entry = m_pOutline->currentIndex();
     if (m_bByProgram || !entry.isValid())
         return;
+    m_bChosen = true;
     m_pPlayer->GoToMarker(entry.row() + 1);
     m_pPlayer->Play();
+}
+
+bool CVideoPreviewView::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    if (pEvent->type() == QEvent::MouseButtonPress)
+        m_bChosen = false;
+    return CBookShowView::eventFilter(pWatched, pEvent);
 }
 
 void CVideoPreviewView::FillScreen() {
@@ -287,6 +311,7 @@ void CVideoPreviewView::resizeEvent(QResizeEvent* pEvent) {
     const PreviewRules::Layout layout = PreviewRules::LayoutFor(size());
     if (!m_pPlayer->isWindow())
         m_pPlayer->setGeometry(layout.Player);
+    m_pFailure->resize(layout.Player.size());
     m_pStatus->setGeometry(layout.Status);
     m_pHeading->adjustSize();
     m_pHeading->move(layout.OutlineHeading);

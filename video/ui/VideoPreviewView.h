@@ -30,6 +30,7 @@ public:
     void ShowNode() override;
 
 protected:
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
     bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
@@ -64,11 +65,15 @@ private:
     bool m_bRunning = false;
     /// The entry is chosen because the film has come to it.
     bool m_bByProgram = false;
+    /// The press that is going on has chosen an entry already.
+    bool m_bChosen = false;
     bool m_bSlidesShow = false;
     QTimer m_time;
     QTimer m_runSoon;
 
     CMediaPlayer* m_pPlayer = nullptr;
+    /// Over the player: why there is no film, in full. The status line is too narrow.
+    QLabel* m_pFailure = nullptr;
     QLabel* m_pStatus = nullptr;
     QLabel* m_pHeading = nullptr;
     QListView* m_pOutline = nullptr;
