@@ -15,7 +15,7 @@ inline const QString c_strLockOn = QStringLiteral("：开");
 inline const QString c_strLockOff = QStringLiteral("：关");
 inline const QString c_strRecent = QStringLiteral("最近课程");
 inline const QString c_strValidationFailed = QStringLiteral("验证课程失败！");
-inline const QString c_strCompiling = QStringLiteral("正在合成课程网站，请稍候...");
+inline const QString c_strCompiling = QStringLiteral("正在合成课程，请稍候...");
 inline const QString c_strExportingWord = QStringLiteral("正在导出Word文件，请稍候...");
 
 inline const QString c_strStartupTitle = QStringLiteral("新建课程");

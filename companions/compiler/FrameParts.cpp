@@ -12,4 +12,8 @@ QByteArray Content(const QString& strPart) {
     return file.readAll();
 }
 
+QString HiddenHint(const QString& strText) {
+    return QStringLiteral("<span class=\"heard\">") + strText.toHtmlEscaped() + QStringLiteral("</span>");
+}
+
 } // namespace FrameParts

@@ -28,4 +28,7 @@ constexpr const char* c_szNavigationId = "v-nav";
 
 QByteArray Content(const QString& strPart);
 
+/// Words that are read out and not shown.
+QString HiddenHint(const QString& strText);
+
 } // namespace FrameParts

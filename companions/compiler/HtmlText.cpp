@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QMap>
+#include <QRegularExpression>
 #include <QSet>
 #include <QVarLengthArray>
 
@@ -15,11 +16,16 @@ namespace HtmlText {
 namespace {
 
 constexpr int c_nMaxWritings = 3;
+/// Of what the templates' pages tell their author.
+const QByteArray c_hintClass = "v-hint";
 
 bool IsReference(const GumboElement& element, const GumboAttribute& attribute) {
-    static const QSet<QByteArray> names = {"href", "src", "background", "data", "poster", "xlink:href"};
+    static const QSet<QByteArray> names = {"href",       "src",      "background", "data",   "poster",
+                                           "xlink:href", "longdesc", "dynsrc",     "lowsrc", "formaction"};
     if (names.contains(attribute.name))
-        return true;
+        return element.tag != GUMBO_TAG_BASE;
+    if (qstrcmp(attribute.name, "action") == 0)
+        return element.tag == GUMBO_TAG_FORM;
     if (element.tag != GUMBO_TAG_PARAM || qstrcmp(attribute.name, "value") != 0)
         return false;
     static const QSet<QByteArray> parameters = {"movie", "src", "url", "filename"};
@@ -63,11 +69,52 @@ QByteArray Quoted(const QString& strValue) {
     return '"' + strValue.toHtmlEscaped().toUtf8() + '"';
 }
 
+/// The pictures that a browser may choose from: addresses, each with what it is for behind a blank.
+std::optional<QString> RewriteSourceSet(const QString& strSet, const Rewriter& rewrite) {
+    static const QRegularExpression begin(u"[^\\s,]"_s), blank(u"\\s"_s);
+    QStringList list;
+    bool bChanged = false;
+    for (qsizetype nAt = strSet.indexOf(begin); nAt >= 0; nAt = strSet.indexOf(begin, nAt)) {
+        const qsizetype nBlank = strSet.indexOf(blank, nAt);
+        QString strAddress = strSet.mid(nAt, nBlank < 0 ? -1 : nBlank - nAt);
+        QString strFor;
+        nAt += strAddress.size();
+        if (!strAddress.endsWith(u',')) {
+            const qsizetype nComma = strSet.indexOf(u',', nAt);
+            const qsizetype nEnd = nComma < 0 ? strSet.size() : nComma;
+            strFor = strSet.mid(nAt, nEnd - nAt).trimmed();
+            nAt = nEnd;
+        }
+        while (strAddress.endsWith(u','))
+            strAddress.chop(1);
+        const std::optional<QString> strNew = rewrite(strAddress);
+        bChanged = bChanged || strNew;
+        list.append(strNew.value_or(strAddress) + (strFor.isEmpty() ? QString() : u' ' + strFor));
+    }
+    return bChanged ? std::optional(list.join(u", "_s)) : std::nullopt;
+}
+
+/// "5; url=next.htm" of a page that leads on by itself.
+std::optional<QString> RewriteRefresh(const QString& strContent, const Rewriter& rewrite) {
+    static const QRegularExpression parts(u"^([\\s\\d.]*[;,\\s]\\s*(?:url\\s*=\\s*)?)(['\"]?)([^'\"]+)"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = parts.match(strContent);
+    if (!match.hasMatch())
+        return std::nullopt;
+    const std::optional<QString> strNew = rewrite(match.captured(3));
+    return strNew ? std::optional(match.captured(1) + *strNew) : std::nullopt;
+}
+
 /// What stands in place of an attribute's value; nothing to leave it.
 std::optional<QString> NewValue(const GumboElement& element, const GumboAttribute& attribute,
                                 const Rewriter& rewrite) {
     if (IsReference(element, attribute))
         return rewrite(QString::fromUtf8(attribute.value));
+    if (qstrcmp(attribute.name, "srcset") == 0 || qstrcmp(attribute.name, "imagesrcset") == 0)
+        return RewriteSourceSet(QString::fromUtf8(attribute.value), rewrite);
+    if (element.tag == GUMBO_TAG_META && qstrcmp(attribute.name, "content") == 0 &&
+        AttributeValue(element, "http-equiv").toLower() == "refresh")
+        return RewriteRefresh(QString::fromUtf8(attribute.value), rewrite);
     if (qstrcmp(attribute.name, "style") == 0)
         return CssText::RewriteReferences(QString::fromUtf8(attribute.value), rewrite);
     return std::nullopt;
@@ -101,6 +148,14 @@ bool GoesToHead(const GumboElement& element) {
            (IsStyleLink(element) || element.tag == GUMBO_TAG_STYLE);
 }
 
+/// What a template tells the author to do. An author who has written into it gets it back.
+bool IsHint(const GumboNode* pNode) {
+    static const QRegularExpression untouched(
+        u"^\\s*[请这][^。]*。[^。]*写好后删除这段提示。\\s*$|^\\s*[请这][^。]*写好后删除这段提示。\\s*$"_s);
+    return AttributeValue(pNode->v.element, "class").split(' ').contains(c_hintClass) &&
+           untouched.match(TextOf(pNode)).hasMatch();
+}
+
 /// What the frame says itself has no place in a page within it.
 bool IsDropped(const GumboElement& element) {
     return element.tag_namespace == GUMBO_NAMESPACE_HTML &&
@@ -113,7 +168,7 @@ class CSerializer {
 public:
     explicit CSerializer(const Rewriter& rewrite) : m_rewrite(rewrite) {}
 
-    Fragment Result() const { return {QString::fromUtf8(m_head), QString::fromUtf8(m_body)}; }
+    Fragment Result() const { return {QString::fromUtf8(m_head), QString::fromUtf8(m_body), m_bHint}; }
 
     void WriteChildren(const GumboNode* pNode, bool bHeadOnly) {
         const GumboVector& children = pNode->v.element.children;
@@ -124,7 +179,9 @@ public:
 private:
     void Write(const GumboNode* pNode, QByteArray* pOut, bool bRaw) {
         if (IsElement(pNode)) {
-            if (GoesToHead(pNode->v.element))
+            if (IsHint(pNode))
+                m_bHint = true;
+            else if (GoesToHead(pNode->v.element))
                 WriteElement(pNode, m_head);
             else if (pOut && !IsDropped(pNode->v.element))
                 WriteElement(pNode, *pOut);
@@ -166,6 +223,7 @@ private:
     const Rewriter& m_rewrite;
     QByteArray m_head;
     QByteArray m_body;
+    bool m_bHint = false;
 };
 
 /// Whether the page says itself that it is a whole document. A false yes costs nothing but its spelling.
@@ -360,9 +418,24 @@ std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter&
     return edits.IsEmpty() ? std::nullopt : std::optional(QString::fromUtf8(edits.Apply(0, html.size())));
 }
 
+QString BaseOf(const QString& strPage) {
+    if (!strPage.contains("<base"_L1, Qt::CaseInsensitive))
+        return {};
+    const QByteArray html = strPage.toUtf8();
+    if (IsTooDeep(html))
+        return {};
+    const Tree tree = Parse(html);
+    QString strBase;
+    ForEachElement(tree->root, [&](const GumboNode* pNode) {
+        if (pNode->v.element.tag == GUMBO_TAG_BASE && strBase.isEmpty())
+            strBase = AttributeText(pNode->v.element, "href");
+    });
+    return strBase;
+}
+
 std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rewrite) {
     const QByteArray html = strPage.toUtf8();
-    if (CPlainMarkup(html).IsAll())
+    if (!html.contains(c_hintClass) && CPlainMarkup(html).IsAll())
         return Fragment{QString(), strPage};
     if (IsTooDeep(html))
         return std::nullopt;
@@ -375,15 +448,18 @@ std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rew
     CEdits edits(wrapped);
     ForEachElement(pContent, [&](const GumboNode* pNode) { EditReferences(pNode, rewrite, edits); });
     QByteArray head;
+    bool bHint = false;
     ForEachElement(pContent, [&](const GumboNode* pNode) {
         const GumboElement& element = pNode->v.element;
+        const bool bThisHint = IsHint(pNode);
+        bHint = bHint || bThisHint;
         if (GoesToHead(element))
             head += CutOut(element, wrapped, edits) + '\n';
-        else if (IsDropped(element))
+        else if (IsDropped(element) || bThisHint)
             CutOut(element, wrapped, edits);
     });
     const QByteArray body = edits.Apply(c_before.size(), wrapped.size() - c_after.size());
-    return Fragment{QString::fromUtf8(head), QString::fromUtf8(body)};
+    return Fragment{QString::fromUtf8(head), QString::fromUtf8(body), bHint};
 }
 
 } // namespace HtmlText

@@ -22,7 +22,12 @@ struct Fragment {
     QString Head;
     /// What the body holds, well nested in itself: no tag of it reaches into what stands around it.
     QString Body;
+    /// A template's words to the author stood in it, as they came; they are left out.
+    bool HadHint = false;
 };
+
+/// The address that the references of a page are relative to, where the page says so.
+QString BaseOf(const QString& strPage);
 
 /// Nothing when the page is nested too deeply, or so wrongly that it can't be kept within a frame.
 std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rewrite);

@@ -1,5 +1,6 @@
 #include "companions/compiler/Navigation.h"
 
+#include "companions/compiler/FrameParts.h"
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
 
@@ -32,6 +33,7 @@ QList<int> PathTo(const QList<SiteNode>& nodes, int nNode, qsizetype nMost) {
 } // namespace
 
 CNavigation::CNavigation(const CSitePlan& plan) : m_plan(plan), m_nodes(plan.Model().Nodes()) {
+    const QByteArray newWindow = FrameParts::HiddenHint(CompilerText::c_strNewWindow).toUtf8();
     m_links.resize(m_nodes.size());
     for (int i = 0; i < m_nodes.size(); ++i) {
         const NodePlan& node = plan.Of(i);
@@ -42,9 +44,12 @@ CNavigation::CNavigation(const CSitePlan& plan) : m_plan(plan), m_nodes(plan.Mod
         const QString strFragment = node.PagePath.isEmpty() ? node.Fragment : QString();
         link.Address =
             Escaped(node.TargetIsAddress ? node.Target : RelativeAddress({}, node.Target) + strFragment);
-        if (node.OpenType != 0)
+        link.Text = link.Title;
+        if (node.OpenType != 0) {
             link.Attributes =
                 " target=\"_blank\" rel=\"noopener\" data-open=\"" + QByteArray::number(node.OpenType) + '"';
+            link.Text += newWindow;
+        }
         for (int nPlace = 0; nPlace < m_nodes[i].Children.size(); ++nPlace)
             m_links[m_nodes[i].Children[nPlace]].Place = nPlace;
     }
@@ -87,7 +92,7 @@ private:
     void WriteLink(int nNode) {
         static const QByteArray current = " aria-current=\"page\"";
         m_navigation.AppendLink(m_out, nNode, m_up, nNode == m_nCurrent ? current : QByteArray());
-        m_out += m_navigation.m_links[nNode].Title + "</a>";
+        m_out += m_navigation.m_links[nNode].Text + "</a>";
     }
 
     void WriteLeaf(int nNode) {
@@ -132,10 +137,16 @@ private:
         if (nParent > 0 && plan.View == ENodeView::List)
             m_navigation.AppendLink(m_out, nParent, m_up);
         else
-            m_out += "<a href=\"" + m_up + c_szSiteMap + "#n" + QByteArray::number(m_nodes[nParent].Row.Id) +
-                     "\">";
+            m_out += "<a href=\"" + m_up + c_szSiteMap + PlaceInMap(nParent) + "\">";
         m_out +=
             CompilerText::c_strMoreSiblings.arg(m_nodes[nParent].Children.size()).toUtf8() + "</a></li>\n";
+    }
+
+    /// The map begins with what lies below a root that shows nothing of its own.
+    QByteArray PlaceInMap(int nNode) const {
+        const StoreRow& row = m_nodes[nNode].Row;
+        return nNode == 0 && row.Type == NodeType::c_nEmpty ? QByteArray()
+                                                            : "#n" + QByteArray::number(row.Id);
     }
 
     const CNavigation& m_navigation;
@@ -159,7 +170,7 @@ void CNavigation::AppendPath(QByteArray& out, int nNode, const QByteArray& up) c
     for (const int nAbove : PathTo(m_nodes, m_nodes[nNode].Parent, c_nLevelsAbove)) {
         out += "<li>";
         AppendLink(out, nAbove, up);
-        out += m_links[nAbove].Title + "</a></li>\n";
+        out += m_links[nAbove].Text + "</a></li>\n";
     }
     out += "</ol></nav>\n";
 }
@@ -186,11 +197,11 @@ void CNavigation::AppendNeighbours(QByteArray& out, int nNode, const QByteArray&
     out += begin;
     if (nBefore >= 0) {
         AppendLink(out, nBefore, up, " rel=\"prev\" class=\"prev\"");
-        out += before + m_links[nBefore].Title + "</a>\n";
+        out += before + m_links[nBefore].Text + "</a>\n";
     }
     if (nBehind < m_nodes.size()) {
         AppendLink(out, nBehind, up, " rel=\"next\" class=\"next\"");
-        out += behind + m_links[nBehind].Title + "</a>\n";
+        out += behind + m_links[nBehind].Text + "</a>\n";
     }
     out += "</nav>\n";
 }
@@ -224,7 +235,7 @@ private:
         const bool bNests = nNode > 0 && !node.Children.isEmpty() && m_open.size() < c_nMapLevels;
         m_out += "<li id=\"n" + QByteArray::number(node.Row.Id) + (bNests ? "\" class=\"branch\">" : "\">");
         m_navigation.AppendLink(m_out, nNode, {});
-        m_out += m_navigation.m_links[nNode].Title + "</a>";
+        m_out += m_navigation.m_links[nNode].Text + "</a>";
         if (!bNests) {
             m_out += "</li>\n";
             return;

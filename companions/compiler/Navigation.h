@@ -36,6 +36,8 @@ private:
         QByteArray Address;
         QByteArray Attributes;
         QByteArray Title;
+        /// For whoever can't see that a new window opens.
+        QByteArray Text;
         bool IsOutside = false;
         /// Among its siblings.
         int Place = 0;

@@ -91,7 +91,8 @@ QString CNodeView::OpenAlone(int nNode, const QString& strAddress, const QString
     const QString strTitle = Escaped(strName.isEmpty() ? m_plan.Model().Nodes()[nNode].Row.Title : strName);
     return Paragraph(u"alone-link"_s, u"<a href=\""_s + Escaped(strAddress) +
                                           u"\" target=\"_blank\" rel=\"noopener\">"_s +
-                                          CompilerText::c_strOpenAlone.arg(strTitle) + u"</a>"_s);
+                                          CompilerText::c_strOpenAlone.arg(strTitle) +
+                                          FrameParts::HiddenHint(CompilerText::c_strNewWindow) + u"</a>"_s);
 }
 
 QString CNodeView::Embed(int nNode, const QString& strAddress) const {
@@ -232,9 +233,10 @@ QString CNodeView::Main(int nNode) const {
     case ENodeView::Empty:
         return strMain + Paragraph(u"empty"_s, CompilerText::c_strEmptyNode);
     case ENodeView::Address:
-        strMain += Paragraph(u"alone-link"_s, u"<a href=\""_s + Escaped(plan.Source) +
-                                                  u"\" target=\"_blank\" rel=\"noopener\">"_s +
-                                                  Escaped(plan.Source) + u"</a>"_s);
+        strMain += Paragraph(u"alone-link"_s,
+                             u"<a href=\""_s + Escaped(plan.Source) +
+                                 u"\" target=\"_blank\" rel=\"noopener\">"_s + Escaped(plan.Source) +
+                                 FrameParts::HiddenHint(CompilerText::c_strNewWindow) + u"</a>"_s);
         if (plan.Source.startsWith("http"_L1, Qt::CaseInsensitive))
             strMain += Paragraph(u"hint"_s, CompilerText::c_strFrameHint) + Embed(nNode, plan.Source);
         return strMain;

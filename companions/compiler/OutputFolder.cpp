@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <atomic>
 #include <cerrno>
 #include <utility>
 
@@ -239,9 +240,9 @@ bool COutputFolder::Keep(const QString& strName, quint64 nInput) {
         if (!pAlso || !StandsAsWritten(strAlso, *pAlso))
             return false;
     }
-    pKnown->bKept = true;
+    std::atomic_ref(pKnown->bKept).store(true, std::memory_order_relaxed);
     for (const QString& strAlso : pKnown->Also)
-        Known(strAlso)->bKept = true;
+        std::atomic_ref(Known(strAlso)->bKept).store(true, std::memory_order_relaxed);
     return true;
 }
 

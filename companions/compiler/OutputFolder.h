@@ -27,8 +27,8 @@ struct OutputRecord {
     /// Of the file as it was written.
     qint64 nSize = -1;
     qint64 nModified = 0;
-    /// That it stays in this run. Only the thread that makes the file marks it, and none reads it before all
-    /// have ended.
+    /// That it stays in this run. Several threads may mark a file that pages share, and none reads it before
+    /// all have ended.
     mutable bool bKept = false;
 };
 

@@ -19,6 +19,14 @@ qsizetype DepthOf(const QString& strFolder) {
 
 const QByteArray c_mainEnd = "\n</main>\n";
 
+/// On a phone the tree stands before the content when it is asked for.
+QByteArray NavigationBegin() {
+    return "</header>\n<div class=\"layout\">\n<nav id=\""_ba + FrameParts::c_szNavigationId +
+           "\" class=\"site-nav\" aria-label=\"" + Escaped(CompilerText::c_strNavigation) +
+           "\">\n<a class=\"close\" href=\"#" + FrameParts::c_szContentId + "\">" +
+           Escaped(CompilerText::c_strCloseNavigation) + "</a>\n";
+}
+
 QByteArray MainBegin() {
     return "<main id=\""_ba + FrameParts::c_szContentId + "\" class=\"content\">\n";
 }
@@ -101,9 +109,7 @@ void CPageFrame::AppendHead(QByteArray& out, const Shell& shell, const FramedCon
 
 QByteArray CPageFrame::NodePage(int nNode, const FramedContent& content) const {
     static const QByteArray mainBegin = MainBegin();
-    static const QByteArray navigation =
-        "</header>\n<div class=\"layout\">\n<nav id=\""_ba + FrameParts::c_szNavigationId +
-        "\" class=\"site-nav\" aria-label=\"" + Escaped(CompilerText::c_strNavigation) + "\">\n";
+    static const QByteArray navigation = NavigationBegin();
     const NodePlan& plan = m_plan.Of(nNode);
     Shell own;
     const Shell& shell = ShellFor(FolderOf(plan.PagePath), own);
@@ -128,8 +134,7 @@ QByteArray CPageFrame::RootPage(const FramedContent& content, const char* szBody
     const Shell& shell = m_shells[0];
     QByteArray out;
     AppendHead(out, shell, content, szBodyClass);
-    out += shell.Tools + "</header>\n<div class=\"layout\">\n<nav id=\"" + FrameParts::c_szNavigationId +
-           "\" class=\"site-nav\" aria-label=\"" + Escaped(CompilerText::c_strNavigation) + "\">\n";
+    out += shell.Tools + NavigationBegin();
     m_navigation.AppendTree(out, -1, shell.Up);
     return out + "</nav>\n" + MainBegin() + main + c_mainEnd + "</div>\n" + shell.Footer;
 }

@@ -3,13 +3,20 @@
 #include "companions/compiler/CssText.h"
 #include "foundation/PageText.h"
 
+#include <QUrl>
+
 #include <algorithm>
 
 namespace {
 
-void NoteSource(QStringList& sources, const CReferences::Result& result) {
-    if (!result.ReadSource.isEmpty() && !sources.contains(result.ReadSource))
-        sources.append(result.ReadSource);
+void NoteOnce(QStringList& list, const QString& strText) {
+    if (!strText.isEmpty() && !list.contains(strText))
+        list.append(strText);
+}
+
+void NoteSources(FoundSources& found, const CReferences::Result& result) {
+    NoteOnce(found.Read, result.ReadSource);
+    NoteOnce(found.Strays, result.Stray);
 }
 
 /// The page with something more at the beginning of its head, said or not.
@@ -44,14 +51,23 @@ bool IsAscii(const QByteArray& bytes) {
 std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
                                   const CReferences::Place& place) {
     ReadyPage page;
+    const QString strText = PageText::Decode(bytes).Text;
+    const QString strBase = HtmlText::BaseOf(strText);
+    // The base itself does not come along.
+    const std::optional<CReferences::Place> base = references.WithBase(strBase, place);
     const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
-        CReferences::Result result = references.Rewrite(strReference, place);
-        if (!result.Dead.isEmpty() && !page.DeadReferences.contains(result.Dead))
-            page.DeadReferences.append(result.Dead);
-        NoteSource(page.ReadSources, result);
+        if (!base)
+            return strReference.startsWith(u'#')
+                       ? std::nullopt
+                       : std::optional(QUrl(strBase).resolved(QUrl(strReference)).toString());
+        CReferences::Result result =
+            references.Rewrite(strReference, {base->SourceFolder, place.SiteFolder, place.Source});
+        NoteOnce(result.Found == CReferences::EFound::Missing ? page.DeadReferences : page.DeadPlaces,
+                 result.Dead);
+        NoteSources(page.Found, result);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
-    const auto fragment = HtmlText::TakeFragment(PageText::Decode(bytes).Text, rewrite);
+    const auto fragment = HtmlText::TakeFragment(strText, rewrite);
     if (!fragment)
         return std::nullopt;
     page.Content = *fragment;
@@ -61,27 +77,31 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
 CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                             const CReferences::Place& place) {
     CorrectedFile corrected{bytes, {}};
-    const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
-        const CReferences::Result result = references.Rewrite(strReference, place);
-        NoteSource(corrected.ReadSources, result);
-        return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
-    };
     PageText::Decoded text = PageText::Decode(bytes);
     // Bytes that don't survive the way there and back are kept as they are, one character each; names in
     // ASCII are found all the same.
     if (PageText::Encode(text) != bytes)
         text = {QString::fromLatin1(bytes), "ISO-8859-1", false};
-    const std::optional<QString> strNew = kind == ESourceText::Page
-                                              ? HtmlText::RewriteReferences(text.Text, rewrite)
-                                              : CssText::RewriteReferences(text.Text, rewrite);
+    const bool bPage = kind != ESourceText::StyleSheet;
+    const std::optional<CReferences::Place> base =
+        references.WithBase(bPage ? HtmlText::BaseOf(text.Text) : QString(), place);
+    const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
+        if (!base)
+            return std::nullopt;
+        const CReferences::Result result = references.Rewrite(strReference, *base);
+        NoteSources(corrected.Found, result);
+        return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
+    };
+    const std::optional<QString> strNew = bPage ? HtmlText::RewriteReferences(text.Text, rewrite)
+                                                : CssText::RewriteReferences(text.Text, rewrite);
     // No browser need guess as well as we did.
-    const bool bMark = kind == ESourceText::Page && text.IsUnsaid;
+    const bool bMark = bPage && text.IsUnsaid;
     const bool bSilent = kind == ESourceText::Page && text.IsSilent && !IsAscii(bytes);
-    if (!strNew && !bMark)
-        return {bSilent ? WithDeclaration(bytes) : bytes, corrected.ReadSources};
-    text.Text = strNew.value_or(text.Text);
-    text.HasMark = text.HasMark || bMark;
-    corrected.Bytes = PageText::Encode(text).value_or(bytes);
+    if (strNew || bMark) {
+        text.Text = strNew.value_or(text.Text);
+        text.HasMark = text.HasMark || bMark;
+        corrected.Bytes = PageText::Encode(text).value_or(bytes);
+    }
     if (bSilent)
         corrected.Bytes = WithDeclaration(corrected.Bytes);
     return corrected;

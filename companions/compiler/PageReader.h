@@ -8,13 +8,22 @@
 #include <QString>
 #include <QStringList>
 
+/// What the references of a file have led to.
+struct FoundSources {
+    /// Other pages in which anchors were looked up.
+    QStringList Read;
+    /// Files that are not published by themselves.
+    QStringList Strays;
+};
+
 /// A page of the built-in editor, made ready to stand within the frame.
 struct ReadyPage {
     HtmlText::Fragment Content;
     /// References into the course that lead to nothing.
     QStringList DeadReferences;
-    /// Other pages in which anchors were looked up.
-    QStringList ReadSources;
+    /// References to places that a page of the course does not have.
+    QStringList DeadPlaces;
+    FoundSources Found;
 };
 
 /// Nothing when the page is nested too deeply to be taken apart.
@@ -24,11 +33,10 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
 /// A page or style sheet that goes to the site as it is but for the letter case of its references: its
 /// bytes, with what need not change untouched. A page in UTF-8 or UTF-16 that doesn't say so gets a byte
 /// order mark, one in the code page a declaration.
-enum class ESourceText { Page, StyleSheet };
+enum class ESourceText { Page, XmlPage, StyleSheet };
 struct CorrectedFile {
     QByteArray Bytes;
-    /// Other pages in which anchors were looked up.
-    QStringList ReadSources;
+    FoundSources Found;
 };
 CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                             const CReferences::Place& place);

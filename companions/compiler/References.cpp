@@ -83,8 +83,22 @@ QString RelativeAddress(const QString& strFromFolder, const QString& strToFile) 
 }
 
 bool IsOutsideAddress(const QString& strAddress) {
-    static const QStringList schemes = {u"http:"_s, u"https:"_s, u"ftp:"_s, u"mailto:"_s};
+    // Streams among them: a player that is installed takes them.
+    static const QStringList schemes = {u"http:"_s, u"https:"_s, u"ftp:"_s,  u"mailto:"_s, u"mms:"_s,
+                                        u"mmst:"_s, u"rtsp:"_s,  u"rtmp:"_s, u"tel:"_s};
     return schemes.contains(LowerAscii(strAddress.left(SchemeLength(strAddress))));
+}
+
+QString EscapedAddress(const QString& strAddress) {
+    static const QString strForbidden = u" \"<>`{}|\\^"_s;
+    QString strResult;
+    for (const QChar c : strAddress) {
+        if (c.unicode() < 0x20 || strForbidden.contains(c))
+            strResult += EncodeAddress(c);
+        else
+            strResult += c;
+    }
+    return strResult;
 }
 
 CReferences::CReferences(const CSourceTree& tree, const QString& strResourceFolder)
@@ -179,10 +193,33 @@ CReferences::Result CReferences::Rewrite(const QString& strReference, const Plac
     const CFragments::Result fragment = m_fragments.Spelled(target->Source, parts.Fragment);
     const QString strDead = fragment.IsDead ? strPath + parts.Fragment : QString();
     const bool bReadOther = !parts.Fragment.isEmpty() && target->Source != place.Source;
-    const QString strRead = bReadOther ? target->Source : QString();
-    if (strPath == parts.Path && fragment.Text == parts.Fragment)
-        return {EFound::Unchanged, {}, strDead, strRead};
-    return {EFound::Rewritten, strPath + parts.Query + fragment.Text, strDead, strRead};
+    const bool bStray = !parts.Path.isEmpty() && !target->Source.isEmpty() && !IsPublished(target->Source);
+    Result result = {EFound::Unchanged,
+                     {},
+                     strDead,
+                     bReadOther ? target->Source : QString(),
+                     bStray ? target->Source : QString()};
+    if (strPath != parts.Path || fragment.Text != parts.Fragment) {
+        result.Found = EFound::Rewritten;
+        result.Text = strPath + parts.Query + fragment.Text;
+    }
+    return result;
+}
+
+std::optional<CReferences::Place> CReferences::WithBase(const QString& strBase, const Place& place) const {
+    if (strBase.isEmpty())
+        return place;
+    const QString strPath = strBase.left(EndOfPath(strBase, 0)).replace(u'\\', u'/');
+    if (SchemeLength(strPath) > 0 || IsDrivePath(strPath) || strPath.startsWith(u'/'))
+        return std::nullopt;
+    const QString strBelow = FolderOf(strPath);
+    const QString strSource = CSourceTree::Join(place.SourceFolder, strBelow);
+    const QString strSite = CSourceTree::Join(place.SiteFolder, strBelow);
+    const QString strReal = m_tree.FindFolder(strSource);
+    // What a server does not find in that letter case it does not find at all.
+    if (strReal.isEmpty() || (strReal != strSource && strSource == strSite))
+        return std::nullopt;
+    return Place{strReal, strSite, place.Source};
 }
 
 QString CReferences::FindStored(const QString& strPath) const {

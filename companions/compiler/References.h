@@ -5,7 +5,9 @@
 #include "foundation/Text.h"
 
 #include <QHash>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -22,6 +24,9 @@ QString FolderOf(const QString& strName);
 /// Whether an address may be offered to a visitor as a link out of the site.
 bool IsOutsideAddress(const QString& strAddress);
 
+/// An address that a person typed, with "%" escapes for blanks and whatever else no address may hold.
+QString EscapedAddress(const QString& strAddress);
+
 /// Finds what the references of a page mean. A course is written on systems that don't tell letter case, and
 /// its links are lower-cased by rule; the site must work on any server. So each reference into the course is
 /// looked up, and written with the real name of what it found, and of the place in it.
@@ -33,6 +38,16 @@ public:
     /// References to a node's folder shall lead to this page.
     void MapFolder(const QString& strFolder, const QString& strPage) {
         m_folderPages.insert(LowerAscii(strFolder), strPage);
+    }
+
+    /// Only what lies in these folders of the tree goes to the site by itself.
+    void Publish(const QStringList& folders) {
+        m_published = folders;
+        m_isPublished = QSet<QString>(folders.begin(), folders.end());
+    }
+    const QStringList& Published() const { return m_published; }
+    bool IsPublished(const QString& strSource) const {
+        return m_isPublished.contains(strSource.left(strSource.indexOf(u'/')));
     }
 
     /// Where a page stands: in the course and in the site.
@@ -52,7 +67,12 @@ public:
         QString Dead;
         /// Another source file whose content it was looked up in.
         QString ReadSource = {};
+        /// The source file that it leads to, where that is not published.
+        QString Stray = {};
     };
+
+    /// Where the references of a page lead from that names a base; nothing where they leave the course.
+    std::optional<Place> WithBase(const QString& strBase, const Place& place) const;
 
     /// What stands in place of a reference. Missing: there is no such file.
     Result Rewrite(const QString& strReference, const Place& place) const;
@@ -87,4 +107,6 @@ private:
     CFragments m_fragments;
     QString m_strResourceFolder;
     QHash<QString, QString> m_folderPages;
+    QStringList m_published;
+    QSet<QString> m_isPublished;
 };

@@ -203,7 +203,7 @@ void AppendQuoted(QByteArray& out, const QString& strText) {
 }
 
 QString FileText(const CSitePlan& plan, const QString& strSource) {
-    const bool bHtml = Torvane::File::IsHtmlFile(strSource);
+    const bool bHtml = IsPageFile(strSource);
     if (!bHtml && LowerAscii(Torvane::File::Extension(strSource)) != ".txt"_L1)
         return {};
     try {

@@ -27,6 +27,8 @@ CSiteModel::CSiteModel(const QString& strProjectPath) : m_paths(strProjectPath) 
     const QList<StoreRow> rows = ReadStore(m_paths.GetDatabasePath(), m_info.Id);
     TakeSeedTitles(rows);
     BuildTree(rows);
+    if (m_nodes[0].Row.Title.isEmpty())
+        m_nodes[0].Row.Title = m_strTeacher.isEmpty() ? m_strCourse : m_strTeacher;
 }
 
 void CSiteModel::TakeSeedTitles(const QList<StoreRow>& rows) {

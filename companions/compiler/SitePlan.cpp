@@ -43,9 +43,10 @@ bool OpensByItself(ENodeView view) {
            view == ENodeView::Address;
 }
 
-/// An address as typed, completed where its author left "http://" out; empty for one that can't be used.
+/// An address as typed, with what an address may not hold escaped and completed where its author left
+/// "http://" out; empty for one that can't be used.
 QString UsableAddress(const QString& strTyped) {
-    const QString strAddress = strTyped.trimmed();
+    const QString strAddress = EscapedAddress(strTyped.trimmed());
     if (IsOutsideAddress(strAddress))
         return strAddress;
     static const QRegularExpression host(u"^[a-z0-9-]+(\\.[a-z0-9-]+)+(:[0-9]+)?([/?#].*)?$"_s,
@@ -59,6 +60,12 @@ CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
     : m_model(model), m_tree(tree), m_references(tree, model.Paths().GetNodeResourceFolder(false)) {
     m_plans.resize(model.Nodes().size());
     LookUpFiles();
+    QStringList published;
+    for (const QString& strFolder : m_tree.TopFolders()) {
+        if (!IsNodeFolder(strFolder) && LowerAscii(strFolder) != FrameParts::c_strFolder)
+            published.append(strFolder);
+    }
+    m_references.Publish(published + m_folders);
     for (int i = 0; i < m_plans.size(); ++i)
         PlanNode(i);
     // A link's target may stand anywhere in the tree.
@@ -69,6 +76,25 @@ CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
     for (int i = 0; i < m_plans.size(); ++i) {
         if (!m_plans[i].PagePath.isEmpty())
             m_references.MapFolder(m_folders[i], m_plans[i].PagePath);
+    }
+    NotePassedOver();
+}
+
+/// Of each kind in one line: imported sites bring such files by the dozen.
+void CSitePlan::NotePassedOver() {
+    using EPassed = CSourceTree::EPassed;
+    constexpr qsizetype c_nNamed = 3;
+    for (const auto& [eWhy, strNote] : {std::pair{EPassed::Hidden, CompilerText::c_strNoteHidden},
+                                        std::pair{EPassed::Link, CompilerText::c_strNoteLinks},
+                                        std::pair{EPassed::Unreadable, CompilerText::c_strNoteUnreadable}}) {
+        QStringList names;
+        for (const CSourceTree::Passed& passed : m_tree.PassedOver()) {
+            if (passed.Why == eWhy && (IsPublished(passed.Name) || !passed.Name.contains(u'/')))
+                names.append(passed.Name);
+        }
+        const QString strNamed = names.mid(0, c_nNamed).join(u"”、“"_s);
+        if (!names.isEmpty())
+            m_notes.append(strNote.arg(names.size()).arg(strNamed));
     }
 }
 
@@ -138,7 +164,6 @@ void CSitePlan::MarkMissing(int nNode, NodePlan& plan) {
 }
 
 void CSitePlan::PlanPage(int nNode, NodePlan& plan) {
-    const StoreRow& row = m_model.Nodes()[nNode].Row;
     if (plan.Source.isEmpty())
         return MarkMissing(nNode, plan);
     plan.View = ENodeView::Page;
@@ -212,7 +237,7 @@ void CSitePlan::PlanInSiteLink(int nNode) {
         return MarkMissing(nNode, plan);
     const CFragments::Result fragment = m_references.Fragments().Spelled(plan.Source, strFragment);
     if (fragment.IsDead)
-        m_notes.append(CompilerText::c_strNoteNoContent.arg(m_model.Nodes()[nNode].Row.Title, strPath));
+        m_notes.append(CompilerText::c_strNoteNoPlace.arg(m_model.Nodes()[nNode].Row.Title, strPath));
     plan.Fragment = fragment.Text;
     const int nTarget = m_nodeOfSource.value(plan.Source, -1);
     if (nTarget >= 0 && (m_plans[nTarget].View == ENodeView::Page || plan.Fragment.isEmpty())) {
@@ -224,18 +249,21 @@ void CSitePlan::PlanInSiteLink(int nNode) {
 }
 
 QStringList CSitePlan::FilesToCopy() const {
-    QStringList folders;
-    for (const QString& strFolder : m_tree.TopFolders()) {
-        if (!IsNodeFolder(strFolder) && LowerAscii(strFolder) != FrameParts::c_strFolder)
-            folders.append(strFolder);
-    }
-    folders += m_folders;
     QStringList files;
-    for (const QString& strFolder : folders) {
+    for (const QString& strFolder : m_references.Published()) {
         for (const QString& strFile : m_tree.FilesBelow(strFolder)) {
             if (!m_framed.contains(strFile))
                 files.append(strFile);
         }
     }
-    return files;
+    QSet<QString> shown;
+    for (const NodePlan& plan : m_plans) {
+        if (plan.Source.isEmpty() || plan.View == ENodeView::Address || plan.View == ENodeView::Page ||
+            IsPublished(plan.Source))
+            continue;
+        for (const QString& strFile :
+             plan.View == ENodeView::Video ? m_tree.FilesBelow(plan.Source) : QStringList{plan.Source})
+            shown.insert(strFile);
+    }
+    return files + shown.values();
 }

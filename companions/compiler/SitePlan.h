@@ -51,9 +51,11 @@ public:
     /// What the teacher should know of: content that is missing, addresses that can't be used.
     const QStringList& Notes() const { return m_notes; }
 
-    /// Files of the resource folder that go to the site: those of the nodes in the tree and of the skin. The
-    /// pages that are written anew are not among them.
+    /// Files of the resource folder that go to the site: those of the nodes in the tree and of the skin, and
+    /// what nodes show from elsewhere. The pages that are written anew are not among them.
     QStringList FilesToCopy() const;
+    /// Of the tree's folders, that of a node in the tree or of the skin.
+    bool IsPublished(const QString& strSource) const { return m_references.IsPublished(strSource); }
 
     /// The source file of an editor page, which the site has within a frame.
     bool IsFramedPage(const QString& strSource) const { return m_framed.contains(strSource); }
@@ -72,6 +74,7 @@ private:
     void TakeOwnPage(int nNode, NodePlan& plan);
     void TakeFile(int nNode, NodePlan& plan);
     void MarkMissing(int nNode, NodePlan& plan);
+    void NotePassedOver();
 
     const CSiteModel& m_model;
     const CSourceTree& m_tree;

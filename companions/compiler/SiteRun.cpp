@@ -21,8 +21,8 @@ const QString c_strSiteMap = QString::fromLatin1(CNavigation::c_szSiteMap);
 
 /// Whether a file's references are corrected on its way.
 std::optional<ESourceText> TextKind(const QString& strName) {
-    if (Torvane::File::IsHtmlFile(strName))
-        return ESourceText::Page;
+    if (IsPageFile(strName))
+        return LowerAscii(strName).contains(".xht"_L1) ? ESourceText::XmlPage : ESourceText::Page;
     if (LowerAscii(strName).endsWith(".css"_L1))
         return ESourceText::StyleSheet;
     return std::nullopt;
@@ -304,7 +304,11 @@ FramedContent CSiteRun::EditorPage(int nNode, OutputRecord& record) {
     const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
     for (const QString& strDead : page->DeadReferences)
         record.Notes.append(CompilerText::c_strNoteDeadLink.arg(strTitle, strDead));
-    record.Sources = page->ReadSources;
+    for (const QString& strDead : page->DeadPlaces)
+        record.Notes.append(CompilerText::c_strNoteDeadPlace.arg(strTitle, strDead));
+    if (page->Content.HadHint)
+        record.Notes.append(CompilerText::c_strNoteHint.arg(strTitle));
+    TakeSources(page->Found, record);
     return {QString(), page->Content.Head, View().PageMain(nNode, page->Content.Body)};
 }
 
@@ -323,7 +327,7 @@ FramedContent CSiteRun::RawPage(int nNode, const std::optional<QByteArray>& byte
     if (bytes) {
         const CorrectedFile corrected = CorrectedText(ESourceText::Page, *bytes, m_plan.References(),
                                                       {FolderOf(plan.Source), strFolder, plan.Source});
-        record.Sources = corrected.ReadSources;
+        TakeSources(corrected.Found, record);
         m_pOutput->Write(strRaw, corrected.Bytes);
     } else {
         Copy(plan.Source, strRaw);
@@ -343,17 +347,64 @@ void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
         return Copy(piece.Source, piece.Name);
     }
     OutputRecord record;
-    const QByteArray text = FileText(piece, *bytes, record);
+    FoundSources found;
+    const QByteArray text = FileText(piece, *bytes, found);
+    TakeSources(found, record);
+    notes += record.Notes;
     Write(piece.Name, text, {piece.Source}, std::move(record));
 }
 
-QByteArray CSiteRun::FileText(const Piece& piece, const QByteArray& bytes, OutputRecord& record) const {
+/// What a file refers to, and what of that has to come along with it: files that belong to no node.
+void CSiteRun::TakeSources(const FoundSources& found, OutputRecord& record) {
+    record.Sources += found.Read;
+    QStringList pending = found.Strays;
+    while (!pending.isEmpty()) {
+        const QString strSource = pending.takeLast();
+        const QString strName = m_tree.OutputName(strSource);
+        if (record.Also.contains(strName))
+            continue;
+        if (IsOurName(strName)) {
+            record.Notes.append(CompilerText::c_strNoteStray.arg(strName));
+            continue;
+        }
+        const FoundSources more = MakeStray(strSource, strName);
+        record.Sources += QStringList{strSource} + more.Read;
+        record.Also.append(strName);
+        pending += more.Strays;
+    }
+}
+
+/// Once, however many files refer to it.
+FoundSources CSiteRun::MakeStray(const QString& strSource, const QString& strName) {
+    const std::scoped_lock lock(m_strayMutex);
+    const auto known = m_strays.constFind(strSource);
+    if (known != m_strays.constEnd())
+        return *known;
+    m_pOutput->Announce({strName});
+    FoundSources found;
+    const bool bText = TextKind(strSource).has_value();
+    const std::optional<QByteArray> bytes =
+        bText ? ReadSourceText(m_tree.NativePath(strSource)) : std::nullopt;
+    if (bytes)
+        m_pOutput->Write(strName, FileText({Piece::EKind::File, strName, strSource}, *bytes, found));
+    else
+        Copy(strSource, strName);
+    return *m_strays.insert(strSource, found);
+}
+
+/// A name that the site gives to a file of its own.
+bool CSiteRun::IsOurName(const QString& strName) const {
+    return LowerAscii(strName).startsWith(QString(FrameParts::c_strFolder + u'/')) ||
+           StandingPages().contains(strName, Qt::CaseInsensitive);
+}
+
+QByteArray CSiteRun::FileText(const Piece& piece, const QByteArray& bytes, FoundSources& found) const {
     const std::optional<ESourceText> kind = TextKind(piece.Source);
     if (!kind)
         return WithSaidCoding(bytes).value_or(bytes);
     const CReferences::Place place = {FolderOf(piece.Source), FolderOf(piece.Name), piece.Source};
     const CorrectedFile corrected = CorrectedText(*kind, bytes, m_plan.References(), place);
-    record.Sources = corrected.ReadSources;
+    found = corrected.Found;
     if (!m_slides.contains(piece.Source))
         return corrected.Bytes;
     return WithScript(corrected.Bytes, RelativeAddress(FolderOf(piece.Name), FrameParts::c_strSlidesScript));

@@ -8,6 +8,7 @@
 #include "companions/compiler/PageFrame.h"
 #include "companions/compiler/PageReader.h"
 
+#include <QHash>
 #include <QSet>
 #include <QStringList>
 
@@ -56,7 +57,10 @@ private:
     FramedContent EditorPage(int nNode, OutputRecord& record);
     FramedContent RawPage(int nNode, const std::optional<QByteArray>& bytes, OutputRecord& record);
     void MakeFile(const Piece& piece, QStringList& notes);
-    QByteArray FileText(const Piece& piece, const QByteArray& bytes, OutputRecord& record) const;
+    QByteArray FileText(const Piece& piece, const QByteArray& bytes, FoundSources& found) const;
+    void TakeSources(const FoundSources& found, OutputRecord& record);
+    FoundSources MakeStray(const QString& strSource, const QString& strName);
+    bool IsOurName(const QString& strName) const;
     void MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts);
     void MakeSearchIndex();
     QStringList SourcesOf(int nNode) const;
@@ -94,5 +98,7 @@ private:
     std::unique_ptr<CClassroom> m_pClassroom;
     std::vector<Piece> m_pieces;
     std::vector<QStringList> m_notes;
+    std::mutex m_strayMutex;
+    QHash<QString, FoundSources> m_strays;
     int m_nPages = 0;
 };

@@ -2,8 +2,18 @@
 
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
+#include "foundation/Paths.h"
+#include "foundation/Text.h"
 
 #include <QFile>
+
+using namespace Qt::StringLiterals;
+
+bool IsPageFile(const QString& strName) {
+    const QString strExtension = LowerAscii(Torvane::File::Extension(strName));
+    return strExtension == ".htm"_L1 || strExtension == ".html"_L1 || strExtension == ".xhtml"_L1 ||
+           strExtension == ".xht"_L1 || strExtension == ".shtml"_L1;
+}
 
 std::optional<QByteArray> ReadSourceText(const QString& strNativePath) {
     QFile file(strNativePath);

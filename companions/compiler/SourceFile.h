@@ -8,6 +8,9 @@
 /// More than any text of a course has; to be read, it is in memory several times over.
 constexpr qint64 c_nMaxSourceText = qint64{32} << 20;
 
+/// A page of hypertext, by its ending.
+bool IsPageFile(const QString& strName);
+
 /// A text of the course, whole; nothing for one of more than c_nMaxSourceText bytes. Throws
 /// Torvane::CRunException with a message.
 std::optional<QByteArray> ReadSourceText(const QString& strNativePath);

@@ -6,6 +6,7 @@
 #include "platform/base/FileCalls.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -26,13 +27,30 @@ bool IsPlain(const QString& strName) {
 
 } // namespace
 
+/// Where a node's content is being made, and where what it replaces or a damaged folder was put aside.
+bool IsStage(const QString& strTopFolder) {
+    static const QRegularExpression beside(u"^N\\d+(\\[\\d+\\])?(\\.(old|new))*$"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    return strTopFolder == "~"_L1 ||
+           (!strTopFolder.back().isDigit() && beside.match(strTopFolder).hasMatch());
+}
+
 /// Lists what lies below the folder, many folders at a time, since there is one for each node.
 class CSourceTree::CWalk {
 public:
+    struct Found {
+        /// Each folder before what lies in it.
+        std::vector<Entry> Entries;
+        QList<Passed> PassedOver;
+    };
+
     explicit CWalk(const QString& strFolder) {
         if (m_top.Open(QFile::encodeName(strFolder)) != 0)
             return;
-        const std::vector<Platform::CFolderEntry> entries = Sorted(m_top);
+        std::vector<Platform::CFolderEntry> entries = Sorted(m_top);
+        std::erase_if(entries, [](const Platform::CFolderEntry& entry) {
+            return entry.name.startsWith('.') || IsStage(QFile::decodeName(entry.name));
+        });
         m_found.resize(entries.size());
         ForEachPiece(int(entries.size()), [&](int n) {
             const auto nPiece = static_cast<std::size_t>(n);
@@ -40,49 +58,55 @@ public:
         });
     }
 
-    /// By top entry: each folder before what lies in it.
-    const std::vector<std::vector<Entry>>& Found() const { return m_found; }
+    /// By top entry.
+    const std::vector<Found>& All() const { return m_found; }
 
 private:
     /// Sorted, so that which of two like names keeps its own does not hang on the disk's order.
     static std::vector<Platform::CFolderEntry> Sorted(Platform::CFolder& folder) {
         std::vector<Platform::CFolderEntry> entries;
         folder.List(entries);
-        std::erase_if(entries,
-                      [](const Platform::CFolderEntry& entry) { return entry.name.startsWith('.'); });
         std::ranges::sort(entries, {}, &Platform::CFolderEntry::name);
         return entries;
     }
 
     static void Take(const Platform::CFolder& folder, const QString& strPrefix,
-                     const Platform::CFolderEntry& entry, std::vector<Entry>& found) {
+                     const Platform::CFolderEntry& entry, Found& found) {
         const QString strName = strPrefix + QFile::decodeName(entry.name);
-        if (entry.eType == Platform::EEntryType::Folder) {
-            found.push_back({strName, true, {}});
+        Platform::CFileState state;
+        if (entry.name.startsWith('.')) {
+            found.PassedOver.append({EPassed::Hidden, strName});
+        } else if (entry.eType == Platform::EEntryType::Folder) {
+            found.Entries.push_back({strName, true, {}});
             Platform::CFolder inner;
-            if (inner.OpenBelow(folder, entry.name) != 0)
+            if (inner.OpenBelow(folder, entry.name) != 0) {
+                found.PassedOver.append({EPassed::Unreadable, strName});
                 return;
+            }
             for (const Platform::CFolderEntry& below : Sorted(inner))
                 Take(inner, strName + u'/', below, found);
-        } else if (entry.eType == Platform::EEntryType::File) {
-            Platform::CFileState state;
-            if (folder.GetState(entry.name, state, false) == 0)
-                found.push_back({strName, false, {qint64(state.nSize), state.nModified}});
+        } else if (entry.eType == Platform::EEntryType::File &&
+                   folder.GetState(entry.name, state, false) == 0) {
+            found.Entries.push_back({strName, false, {qint64(state.nSize), state.nModified}});
+        } else {
+            found.PassedOver.append(
+                {entry.eType == Platform::EEntryType::Link ? EPassed::Link : EPassed::Unreadable, strName});
         }
     }
 
     Platform::CFolder m_top;
-    std::vector<std::vector<Entry>> m_found;
+    std::vector<Found> m_found;
 };
 
 CSourceTree::CSourceTree(const QString& strNativeFolder) : m_strFolder(strNativeFolder) {
     const CWalk walk(m_strFolder);
     CSum names;
-    for (const std::vector<Entry>& entries : walk.Found()) {
-        for (const Entry& entry : entries) {
+    for (const CWalk::Found& found : walk.All()) {
+        for (const Entry& entry : found.Entries) {
             Add(entry);
             names.Add(entry.strName);
         }
+        m_passed += found.PassedOver;
     }
     m_nNamesSum = names.Value();
 }

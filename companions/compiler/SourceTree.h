@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -8,10 +9,18 @@
 
 /// The course's node resource folder, listed once. Names below it are relative, with "/" between components
 /// and in the letter case of the disk. Symbolic links and hidden entries are left out: what is compiled is
-/// what the course itself holds.
+/// what the course itself holds. So are folders in which content is being made or put aside.
 class CSourceTree {
 public:
     explicit CSourceTree(const QString& strNativeFolder);
+
+    /// What is on the disk and not in the tree.
+    enum class EPassed { Hidden, Link, Unreadable };
+    struct Passed {
+        EPassed Why;
+        QString Name;
+    };
+    const QList<Passed>& PassedOver() const { return m_passed; }
 
     QString NativeFolder() const { return m_strFolder; }
     QString NativePath(const QString& strName) const { return m_strFolder + QLatin1Char('/') + strName; }
@@ -62,4 +71,5 @@ private:
     QHash<QString, QString> m_renamed;
     QHash<QString, State> m_exact;
     quint64 m_nNamesSum = 0;
+    QList<Passed> m_passed;
 };

@@ -16,21 +16,48 @@ namespace {
 
 constexpr int c_nBusyMilliseconds = 1000;
 
+/// More than the program lets anybody write; a store may hold whatever it was given. In characters, of a
+/// title as the store keeps it.
+constexpr int c_nMaxStoredTitle = 4096;
+constexpr int c_nMaxTitle = 200;
+constexpr int c_nMaxPath = 4096;
+constexpr int c_nMaxText = 20'000;
+
 QString TextOf(const SQLite::Column& column) {
     return QString::fromUtf8(column.getText(), column.getBytes());
 }
 
+/// What a person reads in one line. A title that can't be deciphered is none.
+QString TitleOf(qint32 nId, QString strPlain) {
+    strPlain.removeIf(
+        [](QChar c) { return c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter; });
+    if (strPlain.trimmed().isEmpty() && nId > c_nRootNodeId)
+        return CompilerText::c_strNoTitle.arg(nId);
+    return strPlain.left(c_nMaxTitle);
+}
+
+/// A path that was cut would lead elsewhere: a long one leads nowhere.
+QString PathOf(const QString& strStored) {
+    constexpr qsizetype c_nShown = 80;
+    return strStored.size() <= c_nMaxPath ? strStored : u'…' + strStored.left(c_nShown) + u'…';
+}
+
 QList<StoreRow> ReadRows(SQLite::Database& database, const CTitleCipher& titles) {
     QList<StoreRow> rows;
-    SQLite::Statement query(database, "SELECT Id, ParentId, Title, Type, Path, OpenType, FileName, Comment "
-                                      "FROM Book ORDER BY [Index] ASC, Id ASC");
+    SQLite::Statement query(database,
+                            "SELECT Id, ParentId, substr(Title, 1, ?), Type, substr(Path, 1, ?), OpenType, "
+                            "substr(FileName, 1, ?3), substr(Comment, 1, ?3) "
+                            "FROM Book ORDER BY [Index] ASC, Id ASC");
+    query.bind(1, c_nMaxStoredTitle);
+    query.bind(2, c_nMaxPath + 1);
+    query.bind(3, c_nMaxText);
     while (query.executeStep()) {
         StoreRow row;
         row.Id = query.getColumn(0).getInt();
         row.ParentId = query.getColumn(1).getInt();
-        row.Title = titles.Plain(row.Id, TextOf(query.getColumn(2)).toUtf8());
+        row.Title = TitleOf(row.Id, titles.Plain(row.Id, TextOf(query.getColumn(2)).toUtf8()));
         row.Type = query.getColumn(3).isNull() ? NodeType::c_nEmpty : query.getColumn(3).getInt();
-        row.Path = TextOf(query.getColumn(4));
+        row.Path = PathOf(TextOf(query.getColumn(4)));
         row.OpenType = query.getColumn(5).getInt();
         row.FileName = TextOf(query.getColumn(6));
         row.Comment = TextOf(query.getColumn(7));

@@ -46,11 +46,21 @@ inline const QString c_strCancelled = QStringLiteral("已取消。已经写好�
 inline const QString c_strFailed = QStringLiteral("合成失败：%1");
 inline const QString c_strUnexpected = QStringLiteral("发生意外错误（%1）。");
 inline const QString c_strLastDirGone =
-    QStringLiteral("上次的输出文件夹“%1”已不存在，改为写入课程的默认输出文件夹。");
+    QStringLiteral("上次的输出文件夹“%1”已不存在，或者属于另一门课程，改为写入课程所在的文件夹。");
 inline const QString c_strSetAside = QStringLiteral("“%1”不是合成程序写的，已改名保留为“%2”。");
 inline const QString c_strNoteNoContent = QStringLiteral("栏目“%1”的内容“%2”不存在。");
 inline const QString c_strNoteBadAddress = QStringLiteral("栏目“%1”的链接地址“%2”不能用。");
 inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面引用了不存在的“%2”。");
+inline const QString c_strNoteNoPlace =
+    QStringLiteral("栏目“%1”的链接“%2”：那个页面还在，但里面没有这个位置，打开后停在页首。");
+inline const QString c_strNoteDeadPlace =
+    QStringLiteral("栏目“%1”的页面中有链接“%2”：那个页面里没有这个位置，打开后停在页首。");
+inline const QString c_strNoteStray = QStringLiteral("页面引用的“%1”与网站自己的文件同名，未放进网站。");
+inline const QString c_strNoteHint = QStringLiteral("栏目“%1”的页面还有模板提示，未放进网站。");
+inline const QString c_strNoteHidden = QStringLiteral("有 %1 个隐藏的文件或文件夹未放进网站，例如“%2”。");
+inline const QString c_strNoteLinks = QStringLiteral("有 %1 个符号链接未放进网站，例如“%2”。");
+inline const QString c_strNoteUnreadable =
+    QStringLiteral("有 %1 个文件或文件夹无法打开，未放进网站，例如“%2”。");
 inline const QString c_strNoteUnreachable = QStringLiteral("有 %1 个栏目不在课程树上，未合成。");
 inline const QString c_strNoteRawPage = QStringLiteral("栏目“%1”的页面有错，不能并入网站的框架，原样嵌入。");
 inline const QString c_strNoteNoFilmProgram =
@@ -80,6 +90,8 @@ inline const QString c_strWriting = QStringLiteral("正在写入：%1 / %2");
 inline const QString c_strCancelling = QStringLiteral("正在取消...");
 
 // To the visitor.
+inline const QString c_strNoTitle = QStringLiteral("未命名栏目 %1");
+inline const QString c_strCloseNavigation = QStringLiteral("收起目录");
 inline const QString c_strSkipLink = QStringLiteral("跳到正文");
 inline const QString c_strNavigation = QStringLiteral("课程目录");
 inline const QString c_strTeacher = QStringLiteral("主讲教师：%1");

@@ -35,6 +35,12 @@ TEST(HtmlText, TakesPagesApartForTheFrame) {
         {u"<p style='background:url(a.gif)'>x<style>p{background:URL( b.gif )}</style>"_s,
          u"<style>p{background:URL( \"B.GIF\" )}</style>\n"_s,
          u"<p style=\"background:url(&quot;A.GIF&quot;)\">x"_s},
+        {u"<img srcset=\"a.gif 1x, b.gif,, c,d.gif\" lowsrc=e.gif><form action=f.htm><base href=g>"_s,
+         QString(), u"<img srcset=\"A.GIF 1x, B.GIF, C,D.GIF\" lowsrc=\"E.GIF\"><form action=\"F.HTM\">"_s},
+        // A template's words to the author go, until the author has written into them.
+        {u"<p class=\"x v-hint\">请填写简介。写好后删除这段提示。</p>a"_s, QString(), u"a"_s},
+        {u"<p class=\"v-hint\">本课程请填写。写好后删除这段提示。</p>"_s, QString(),
+         u"<p class=\"v-hint\">本课程请填写。写好后删除这段提示。</p>"_s},
         // What would break the frame is closed within itself.
         {u"</div></div></main>x"_s, QString(), u"x"_s},
         {u"<table><tr><td>x"_s, QString(), u"<table><tbody><tr><td>x</td></tr></tbody></table>"_s},

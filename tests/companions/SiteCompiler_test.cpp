@@ -285,6 +285,44 @@ TEST(SiteCompiler, CompilesWhatABrokenStoreStillHolds) {
                 AllOf(Not(HasSubstr("javascript:")), Not(HasSubstr("VorelCourse.mdb"))));
 }
 
+// What pages show comes along, wherever it lies in the course; what is being made, put aside or outside of
+// the course does not, and the teacher hears of it.
+TEST(SiteCompiler, TakesAlongWhatPagesReferTo) {
+    CSampleCourse course;
+    const qint32 nPage =
+        course.AddPage(c_nRootNodeId, u"页"_s,
+                       u"<img src=../n900/res/a.gif><img src=../top.gif><a href=../index.html>x"
+                       "</a><iframe src='../n900/x.htm'></iframe><img src='../~/N4/b.gif'>"_s);
+    course.Add(c_nRootNodeId, u"链"_s, NodeType::c_nInSiteLink, u"\\n901\\y.htm"_s);
+    for (const QString& strName :
+         {u"N900\\res\\A.gif"_s, u"N900\\res\\c.gif"_s, u"N900\\res\\unused.gif"_s, u"top.gif"_s,
+          u"index.html"_s, u"~\\N4\\b.gif"_s, u"N4.old\\b.gif"_s, u"N%1\\.git\\x"_s.arg(nPage)})
+        course.Folder.Write(CSampleCourse::Resource(strName), "x");
+    course.Folder.Write(CSampleCourse::Resource(u"N900\\x.htm"_s), "<img src=RES/c.gif>");
+    course.Folder.Write(CSampleCourse::Resource(u"N901\\y.htm"_s), "<p>y");
+    QFile::link(u"/etc/passwd"_s, course.Folder.Native(CSampleCourse::Resource(u"N%1\\p.txt"_s.arg(nPage))));
+    const auto there = [&](const QString& strName) {
+        return course.Folder.Exists(CSampleCourse::Site(strName));
+    };
+    for (int nRun = 0; nRun < 2; ++nRun) {
+        const CompileReport report = course.Compile();
+        EXPECT_EQ(report.Changed == 0, nRun == 1);
+        EXPECT_THAT(Notes(report),
+                    AllOf(HasSubstr("有 1 个隐藏的"), HasSubstr("有 1 个符号链接"),
+                          HasSubstr("“index.html”与网站"), HasSubstr("不存在的“../~/N4/b.gif”")));
+        for (const QString& strName :
+             {u"N900\\res\\A.gif"_s, u"N900\\res\\c.gif"_s, u"top.gif"_s, u"N901\\y.htm"_s})
+            EXPECT_TRUE(there(strName)) << strName.toStdString();
+        for (const QString& strName :
+             {u"N900\\res\\unused.gif"_s, u"~"_s, u"N4.old"_s, u"N%1\\p.txt"_s.arg(nPage)})
+            EXPECT_FALSE(there(strName)) << strName.toStdString();
+        EXPECT_EQ(course.Bytes(u"N900\\x.htm"_s), "<img src=\"res/c.gif\">");
+    }
+    course.Folder.Write(CSampleCourse::Resource(u"N900\\x.htm"_s), "<p>");
+    course.Compile();
+    EXPECT_FALSE(there(u"N900\\res\\c.gif"_s)) << "nothing refers to it any more";
+}
+
 // A large course shows a page's own branch, so that the site doesn't grow with the square of the course; a
 // chain of any length ends.
 TEST(SiteCompiler, LargeAndDeepCourses) {
@@ -296,6 +334,7 @@ TEST(SiteCompiler, LargeAndDeepCourses) {
     course.Compile();
     EXPECT_LT(course.Bytes(500, u"index.html"_s).size(), 40000);
     EXPECT_LT(course.Bytes(2009, u"index.html"_s).size(), 40000);
+    EXPECT_EQ(DeadLinks(course.SiteNative()), "");
     EXPECT_TRUE(course.Bytes(500, u"index.html"_s).contains("href=\"../N501/index.html\""));
     EXPECT_EQ(course.Bytes(u"index.html"_s).count("class=\"kind\""), 1000) << "every node can be reached";
 }

@@ -47,14 +47,32 @@
     showPlace();
   }
 
+  // What lies behind a list is out of reach while the list is open.
+  function cover(covered) {
+    document.querySelector("main").inert = covered;
+    here("bar").inert = covered;
+  }
+
   function close() {
     var open = lists.filter(function (list) { return !list.hidden; });
     open.forEach(function (list) { list.hidden = true; });
     if (open.length) {
+      cover(false);
       window.focus();
       frame.focus();
     }
     return open.length > 0;
+  }
+
+  // Tab goes round within an open list, in browsers that don't know "inert" too.
+  function goRound(list, event) {
+    var stops = list.querySelectorAll("input, button");
+    var first = stops[0] || list;
+    var last = stops[stops.length - 1] || list;
+    if (!list.contains(document.activeElement) || document.activeElement === (event.shiftKey ? first : last)) {
+      event.preventDefault();
+      (event.shiftKey ? last : first).focus();
+    }
   }
 
   function fillOverview() {
@@ -90,6 +108,7 @@
     here("filter").value = "";
     fillOverview();
     here("overview").hidden = false;
+    cover(true);
     here("filter").focus();
     var current = here("nodes").querySelector("[aria-current]");
     if (current) {
@@ -139,6 +158,7 @@
     } else if (key === "?") {
       close();
       here("keys").hidden = false;
+      cover(true);
       here("keys").focus();
     } else {
       return false;
@@ -156,7 +176,12 @@
       }
       return;
     }
-    var inList = lists.some(function (list) { return !list.hidden; });
+    var shownList = lists.filter(function (list) { return !list.hidden; })[0];
+    var inList = Boolean(shownList);
+    if (inList && event.key === "Tab") {
+      goRound(shownList, event);
+      return;
+    }
     var onButton = event.target.tagName === "BUTTON" && (event.key === "Enter" || event.key === " ");
     if (inList || onButton || event.target.tagName === "A") {
       return;

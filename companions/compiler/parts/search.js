@@ -112,6 +112,12 @@
       link.setAttribute("data-open", node[3]);
     }
     item.appendChild(marked(link, node[0]));
+    if (node[3]) {
+      var hint = document.createElement("span");
+      hint.className = "heard";
+      hint.textContent = "（在新窗口打开）";
+      link.appendChild(hint);
+    }
     [["where", path(index)], ["excerpt", text ? excerpt(text) : ""]].forEach(function (line) {
       if (line[1]) {
         var paragraph = document.createElement("p");
