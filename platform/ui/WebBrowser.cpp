@@ -19,6 +19,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <utility>
@@ -27,6 +28,12 @@ namespace {
 
 constexpr int c_nScriptMilliseconds = 10000;
 constexpr int c_nLoadMilliseconds = 30000;
+/// A page that runs scripts of its own may be at one that never ends, and the person can't go on meanwhile.
+constexpr int c_nStrangerMilliseconds = 1000;
+/// The same right behind its load, when nothing depends on the answer.
+constexpr int c_nMendMilliseconds = 500;
+/// How long a page of the course is waited for that doesn't answer while it loads, when nobody is held up.
+constexpr int c_nLateMilliseconds = 8000;
 constexpr int c_nRetryMilliseconds = 50;
 constexpr int c_nNoteMilliseconds = 300;
 constexpr int c_nNoteMargin = 24;
@@ -73,6 +80,18 @@ std::optional<QString> BodyTextOf(const QUrl& url) {
     if (!bytes || !PageEncoding::IsBodyText(*bytes) || PageEncoding::SaysItsEncoding(*bytes))
         return std::nullopt;
     return PageEncoding::TextOf(*bytes);
+}
+
+/// Whether the engine may run anything of a page without the person's doing.
+bool MayRun(const QByteArray& bytes) {
+    static const QRegularExpression s_active(
+        QStringLiteral("<(?:script|i?frame|object|embed)\\b|\\bon[a-z]+\\s*="),
+        QRegularExpression::CaseInsensitiveOption);
+    return bytes.contains('\0') || s_active.match(QString::fromLatin1(bytes)).hasMatch();
+}
+
+QString ShownUrl(const QUrl& url) {
+    return url.isLocalFile() ? Platform::ToNativeExact(url.toLocalFile()) : url.toDisplayString();
 }
 
 bool IsWebUrl(const QUrl& url) {
@@ -202,18 +221,29 @@ bool CWebBrowser2Ex::BeginWebPage(const QUrl& url) {
     m_waiting = url;
     QTimer::singleShot(c_nNoteMilliseconds, this, [this, url] {
         if (m_waiting == url)
-            ShowNote(UiTexts::c_strPageOpening, url.toDisplayString());
+            ShowNote(UiTexts::c_strPageOpening, ShownUrl(url));
     });
-    return m_pEngine->Begin(url, c_nLoadMilliseconds, [this, url](const SEngineAnswer& answer) {
-        m_waiting.clear();
-        m_bPageLoaded = IsTrue(answer);
-        const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
-        if (m_bPageLoaded)
-            ShowNote({});
-        else
-            ShowNote(bLate ? UiTexts::c_strPageTimeOut : UiTexts::c_strPageFailed, url.toDisplayString());
-        Q_EMIT NavigateComplete2();
-    });
+    return m_pEngine->Begin(url, c_nLoadMilliseconds,
+                            [this, url](const SEngineAnswer& answer) { EndWaiting(url, answer); });
+}
+
+/// A page of the course that has been waited for in vain: the person goes on, and may see it yet.
+void CWebBrowser2Ex::AwaitPage(const QUrl& url) {
+    m_waiting = url;
+    ShowNote(UiTexts::c_strPageOpening, ShownUrl(url));
+    m_pEngine->Await(c_nLateMilliseconds,
+                     [this, url](const SEngineAnswer& answer) { EndWaiting(url, answer); });
+}
+
+void CWebBrowser2Ex::EndWaiting(const QUrl& url, const SEngineAnswer& answer) {
+    m_waiting.clear();
+    m_bPageLoaded = IsTrue(answer);
+    const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
+    if (m_bPageLoaded)
+        ShowNote({});
+    else
+        ShowNote(bLate ? UiTexts::c_strPageTimeOut : UiTexts::c_strPageFailed, ShownUrl(url));
+    Q_EMIT NavigateComplete2();
 }
 
 void CWebBrowser2Ex::ShowNote(const QString& strText, const QString& strUrl) {
@@ -275,6 +305,10 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     }
     if (!IsTrue(answer)) {
         const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
+        if (bLate && !m_bEditing) {
+            AwaitPage(url);
+            return false;
+        }
         return ShowFailure((bLate ? UiTexts::c_strPageTimeOut : UiTexts::c_strPageFailed) + u'\n' +
                            url.toDisplayString(QUrl::PreferLocalFile));
     }
@@ -284,35 +318,41 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     return !url.isLocalFile() || MendPage(url.toLocalFile());
 }
 
+int CWebBrowser2Ex::Patience() const {
+    return m_bEditing ? c_nScriptMilliseconds : c_nStrangerMilliseconds;
+}
+
+SEngineAnswer CWebBrowser2Ex::Ask(const QString& strFunction, const QJsonArray& arguments) {
+    return m_pEngine->Call(strFunction, arguments, Patience());
+}
+
 bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QString& strHtml) {
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const SEngineAnswer answer = m_pEngine->Call(strFunction, {strHtml}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(strFunction, {strHtml});
     if (!pAlive || !answer.HasValue())
         return false;
     const QJsonObject names = NewNames(answer.Value.toArray());
-    return names.isEmpty() ||
-           IsTrue(m_pEngine->Call(QStringLiteral("rename"), {names}, c_nScriptMilliseconds));
+    return names.isEmpty() || IsTrue(Ask(QStringLiteral("rename"), {names}));
 }
 
 bool CWebBrowser2Ex::MendPage(const QString& strNativeFile) {
+    const auto bytes = PageBytes(strNativeFile);
+    if (!bytes)
+        return !m_bEditing;
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("encoding"), {}, c_nScriptMilliseconds);
+    const int nLimit = m_bEditing || !MayRun(*bytes) ? c_nScriptMilliseconds : c_nMendMilliseconds;
+    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("encoding"), {}, nLimit);
     if (!pAlive)
         return false;
     // A page that has scripts of its own, or doesn't answer, stays as the engine took it.
     if (!answer.HasValue() || (!m_bEditing && answer.Value[QLatin1String("scripts")].toBool()))
         return !m_bEditing;
-    const auto bytes = PageBytes(strNativeFile);
-    if (!bytes)
-        return !m_bEditing;
     const auto strText =
         PageEncoding::TextIfMisread(*bytes, answer.Value[QLatin1String("set")].toString(), m_bEditing);
-    if (strText &&
-        !IsTrue(m_pEngine->Call(QStringLiteral("replaceDocument"), {*strText}, c_nScriptMilliseconds)))
+    if (strText && !IsTrue(m_pEngine->Call(QStringLiteral("replaceDocument"), {*strText}, nLimit)))
         return false;
-    return pAlive && (!m_bEditing ||
-                      IsTrue(m_pEngine->Call(QStringLiteral("prepare"), {PageEncoding::IsBodyText(*bytes)},
-                                             c_nScriptMilliseconds)));
+    return pAlive &&
+           (!m_bEditing || IsTrue(Ask(QStringLiteral("prepare"), {PageEncoding::IsBodyText(*bytes)})));
 }
 
 bool CWebBrowser2Ex::NavigateAndWait(const QString& strUrl) {
@@ -334,11 +374,11 @@ bool CWebBrowser2Ex::ShowTextAt(const QString& strPath, const QString& strHtml) 
         m_bPageLoaded && SurfaceUrls::EngineUrl(strPath) == m_pEngine->Url().adjusted(QUrl::RemoveFragment);
     if (!bThere && (!NavigateNow(strPath, true) || !pAlive))
         return false;
-    const SEngineAnswer staged = m_pEngine->Call(QStringLiteral("stage"), {strHtml}, c_nScriptMilliseconds);
+    const SEngineAnswer staged = Ask(QStringLiteral("stage"), {strHtml});
     if (!pAlive || !staged.HasValue())
         return false;
     const QJsonObject names = NewNames(staged.Value[QLatin1String("local")].toArray());
-    const SEngineAnswer begun = m_pEngine->Call(QStringLiteral("showStaged"), {names}, c_nScriptMilliseconds);
+    const SEngineAnswer begun = Ask(QStringLiteral("showStaged"), {names});
     if (pAlive && IsTrue(begun))
         ShowMoreLater();
     return pAlive && begun.HasValue();
@@ -357,7 +397,7 @@ bool CWebBrowser2Ex::SetBrowserDesignMode(bool bOn) {
         return false;
     if (!m_bPageLoaded)
         return !bOn;
-    return IsTrue(m_pEngine->Call(QStringLiteral("designMode"), {bOn}, c_nScriptMilliseconds));
+    return IsTrue(Ask(QStringLiteral("designMode"), {bOn}));
 }
 
 bool CWebBrowser2Ex::GetURL(QString& strUrl) {
@@ -374,7 +414,7 @@ bool CWebBrowser2Ex::GetBrowserBodyInnerHTML(QString& strHtml) {
         return false;
     const QPointer<CWebBrowser2Ex> pAlive(this);
     for (int nTry = 0; nTry < 2; ++nTry) {
-        const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("bodyHtml"), {}, c_nScriptMilliseconds);
+        const SEngineAnswer answer = Ask(QStringLiteral("bodyHtml"), {});
         if (!pAlive || !answer.HasValue())
             return false;
         const QJsonObject names = NewNames(answer.Value[QLatin1String("local")].toArray());
@@ -383,7 +423,7 @@ bool CWebBrowser2Ex::GetBrowserBodyInnerHTML(QString& strHtml) {
             return true;
         }
         // References that came in by another way, as by pasting, get the one form first.
-        if (!IsTrue(m_pEngine->Call(QStringLiteral("rename"), {names}, c_nScriptMilliseconds)) || !pAlive)
+        if (!IsTrue(Ask(QStringLiteral("rename"), {names})) || !pAlive)
             return false;
     }
     return false;
@@ -426,7 +466,7 @@ bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bSh
         const uint nColour = value.toUInt();
         strValue = QColor(nColour & 0xFF, (nColour >> 8) & 0xFF, (nColour >> 16) & 0xFF).name();
     }
-    return IsTrue(m_pEngine->Call(QStringLiteral("command"), {strCommand, strValue}, c_nScriptMilliseconds));
+    return IsTrue(Ask(QStringLiteral("command"), {strCommand, strValue}));
 }
 
 bool CWebBrowser2Ex::CreateLinkWithDialog() {
@@ -436,7 +476,7 @@ bool CWebBrowser2Ex::CreateLinkWithDialog() {
         const CCallGuard guard;
         if (guard.IsRefused() || !m_bPageLoaded)
             return false;
-        answer = m_pEngine->Call(QStringLiteral("linkAtCaret"), {}, c_nScriptMilliseconds);
+        answer = Ask(QStringLiteral("linkAtCaret"), {});
         if (!pAlive || !answer.HasValue())
             return false;
     }
@@ -447,7 +487,7 @@ bool CWebBrowser2Ex::CreateLinkWithDialog() {
     // What a person types for a file is its native path.
     const QString strText = strAddress->startsWith(u'/') ? Platform::FromNative(*strAddress) : *strAddress;
     const QString strReference = SurfaceUrls::CanonicalReference(strText).value_or(strText);
-    return IsTrue(m_pEngine->Call(QStringLiteral("createLink"), {strReference}, c_nScriptMilliseconds));
+    return IsTrue(Ask(QStringLiteral("createLink"), {strReference}));
 }
 
 bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml) {
@@ -455,12 +495,10 @@ bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml) {
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const SEngineAnswer answer =
-        m_pEngine->Call(QStringLiteral("localReferences"), {strHtml}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(QStringLiteral("localReferences"), {strHtml});
     if (!pAlive || !answer.HasValue())
         return false;
-    return IsTrue(m_pEngine->Call(QStringLiteral("insert"), {strHtml, NewNames(answer.Value.toArray())},
-                                  c_nScriptMilliseconds));
+    return IsTrue(Ask(QStringLiteral("insert"), {strHtml, NewNames(answer.Value.toArray())}));
 }
 
 bool CWebBrowser2Ex::IsOwnCopy(const QString& strHtml) const {
@@ -476,18 +514,15 @@ CWebBrowser2Ex::EPasted CWebBrowser2Ex::PasteBrowserText(const QString& strHtml)
     const QPointer<CWebBrowser2Ex> pAlive(this);
     QString strOwn = strHtml;
     if (IsOwnCopy(strHtml)) {
-        const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("ownCopy"),
-                                                     {strHtml, m_pEngine->CopyMark()}, c_nScriptMilliseconds);
+        const SEngineAnswer answer = Ask(QStringLiteral("ownCopy"), {strHtml, m_pEngine->CopyMark()});
         if (!pAlive || !answer.HasValue())
             return EPasted::No;
         strOwn = answer.Value.toString();
     }
-    const SEngineAnswer answer =
-        m_pEngine->Call(QStringLiteral("localReferences"), {strOwn}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(QStringLiteral("localReferences"), {strOwn});
     if (!pAlive || !answer.HasValue())
         return EPasted::No;
-    const SEngineAnswer done = m_pEngine->Call(
-        QStringLiteral("paste"), {strOwn, NewNames(answer.Value.toArray())}, c_nScriptMilliseconds);
+    const SEngineAnswer done = Ask(QStringLiteral("paste"), {strOwn, NewNames(answer.Value.toArray())});
     if (done.State == SEngineAnswer::EState::TimeOut)
         return EPasted::Late;
     return IsTrue(done) ? EPasted::Yes : EPasted::No;
@@ -539,7 +574,7 @@ void CWebBrowser2Ex::PasteNext() {
         if (pAlive && nTyped > 0) {
             const CCallGuard guard;
             if (!guard.IsRefused() && m_bPageLoaded)
-                m_pEngine->Call(QStringLiteral("pasteEnds"), {nTyped}, c_nScriptMilliseconds);
+                Ask(QStringLiteral("pasteEnds"), {nTyped});
         }
         if (pAlive)
             m_bPasting = false;
@@ -553,11 +588,10 @@ int CWebBrowser2Ex::BeginPaste(std::optional<QPoint> place) {
     if (guard.IsRefused())
         return 0;
     if (!place) {
-        const SEngineAnswer answer =
-            m_pEngine->Call(QStringLiteral("pasteBegins"), {}, c_nScriptMilliseconds);
+        const SEngineAnswer answer = Ask(QStringLiteral("pasteBegins"), {});
         return answer.HasValue() ? answer.Value.toInt() : 0;
     }
-    m_pEngine->Call(QStringLiteral("caretAt"), {place->x(), place->y()}, c_nScriptMilliseconds);
+    Ask(QStringLiteral("caretAt"), {place->x(), place->y()});
     return 0;
 }
 
@@ -570,15 +604,14 @@ void CWebBrowser2Ex::timerEvent(QTimerEvent* pEvent) {
 
 bool CWebBrowser2Ex::HasSelection() {
     const CCallGuard guard;
-    return !guard.IsRefused() && m_bPageLoaded &&
-           IsTrue(m_pEngine->Call(QStringLiteral("hasSelection"), {}, c_nScriptMilliseconds));
+    return !guard.IsRefused() && m_bPageLoaded && IsTrue(Ask(QStringLiteral("hasSelection"), {}));
 }
 
 bool CWebBrowser2Ex::GetSelectedText(QString& strText) {
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
-    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("selectedText"), {}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(QStringLiteral("selectedText"), {});
     if (!answer.HasValue())
         return false;
     strText = answer.Value.toString();
@@ -594,7 +627,7 @@ bool CWebBrowser2Ex::GetSelectedTableInfo(STableInfo& info) {
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
-    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("tableInfo"), {}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(QStringLiteral("tableInfo"), {});
     if (!answer.HasValue())
         return false;
     const auto text = [&](QLatin1String strKey) { return answer.Value[strKey].toString(); };
@@ -629,7 +662,7 @@ bool CWebBrowser2Ex::EditSelectedTable(const STableInfo& info) {
                                 {QStringLiteral("border"), info.strBorder},
                                 {QStringLiteral("cellSpacing"), info.strCellSpacing},
                                 {QStringLiteral("cellPadding"), info.strCellPadding}};
-    return IsTrue(m_pEngine->Call(QStringLiteral("editTable"), {arguments}, c_nScriptMilliseconds));
+    return IsTrue(Ask(QStringLiteral("editTable"), {arguments}));
 }
 
 bool CWebBrowser2Ex::ListReferences(const QString& strSelector, const QString& strAttribute,
@@ -637,8 +670,7 @@ bool CWebBrowser2Ex::ListReferences(const QString& strSelector, const QString& s
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
-    const SEngineAnswer answer =
-        m_pEngine->Call(QStringLiteral("references"), {strSelector, strAttribute}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(QStringLiteral("references"), {strSelector, strAttribute});
     if (!answer.HasValue())
         return false;
     list.clear();
@@ -668,7 +700,7 @@ bool CWebBrowser2Ex::ExecuteScript(const QString& strScript) {
     const QLatin1String strPrefix("javascript:");
     const QString strBody =
         strScript.startsWith(strPrefix, Qt::CaseInsensitive) ? strScript.mid(strPrefix.size()) : strScript;
-    const auto state = m_pEngine->RunInPage(strBody, c_nScriptMilliseconds).State;
+    const auto state = m_pEngine->RunInPage(strBody, Patience()).State;
     return state == SEngineAnswer::EState::Value || state == SEngineAnswer::EState::Undefined;
 }
 
@@ -676,7 +708,7 @@ bool CWebBrowser2Ex::GetSlideFrameLocation(QString& strLocation) {
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
-    const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("slideFrame"), {}, c_nScriptMilliseconds);
+    const SEngineAnswer answer = Ask(QStringLiteral("slideFrame"), {});
     if (!answer.HasValue())
         return false;
     strLocation = SurfaceUrls::DocumentUrl(QUrl(answer.Value.toString()));
@@ -685,8 +717,7 @@ bool CWebBrowser2Ex::GetSlideFrameLocation(QString& strLocation) {
 
 bool CWebBrowser2Ex::GoTo(const QString& strName) {
     const CCallGuard guard;
-    return !guard.IsRefused() && m_bPageLoaded &&
-           IsTrue(m_pEngine->Call(QStringLiteral("goTo"), {strName}, c_nScriptMilliseconds));
+    return !guard.IsRefused() && m_bPageLoaded && IsTrue(Ask(QStringLiteral("goTo"), {strName}));
 }
 
 void CWebBrowser2Ex::AskCaretState(const QStringList& commands,

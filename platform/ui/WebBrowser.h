@@ -14,8 +14,10 @@
 #include <optional>
 
 class IWebEngine;
-struct SPastedData;
+class QJsonArray;
 class QLabel;
+struct SEngineAnswer;
+struct SPastedData;
 
 /// The browser surface: shows a page, makes it editable, and hands its text in and out as synchronous calls.
 ///
@@ -60,7 +62,8 @@ public:
 
     /// Loads a path, a file URL or "about:blank" and returns when loading has ended, or when of a page that
     /// isn't edited only pictures and the like fail to come. False when it failed or the time limit passed;
-    /// the surface then shows a page that says so, and GetURL gives "about:blank".
+    /// the surface then shows a page that says so, and GetURL gives "about:blank". Also false when such a
+    /// page doesn't answer for some seconds: it may still come, as one of the web does.
     ///
     /// A web address is only begun, since its server may take its time: true, and GetURL gives the address.
     /// NavigateComplete2 comes when its page shows, or a text that says why it doesn't. Until then the other
@@ -207,10 +210,15 @@ private:
     /// may have gone to the head, where an edited page would lose it; a declaration of the encoding, which
     /// saving would make untrue, is taken out. False when a page to be edited stays misread.
     bool MendPage(const QString& strNativeFile);
+    /// How long the page that shows may take for an answer, in ms: not long where it runs its own scripts.
+    int Patience() const;
+    SEngineAnswer Ask(const QString& strFunction, const QJsonArray& arguments);
     /// Replaces the body's text, with its local references in the one form.
     bool PutBody(const QString& strFunction, const QString& strHtml);
     bool ShowFailure(const QString& strText);
     bool BeginWebPage(const QUrl& url);
+    void AwaitPage(const QUrl& url);
+    void EndWaiting(const QUrl& url, const SEngineAnswer& answer);
     /// A text in front of the engine's view; none for an empty one.
     void ShowNote(const QString& strText, const QString& strUrl = {});
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);

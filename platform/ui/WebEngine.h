@@ -66,6 +66,9 @@ public:
     /// Nothing is told when another load takes its place. False when refused.
     virtual bool Begin(const QUrl& url, int nMilliseconds,
                        std::function<void(const SEngineAnswer&)> told) = 0;
+    /// The same for the page of a Load that ended with TimeOut: told how its loading ends. Behind the limit
+    /// the page and what it runs are gone.
+    virtual void Await(int nMilliseconds, std::function<void(const SEngineAnswer&)> told) = 0;
     /// Loads this document, of at most c_nMaxDocument characters, as if it stood at the URL, and waits.
     virtual SEngineAnswer LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) = 0;
     static constexpr qsizetype c_nMaxDocument = 200'000;

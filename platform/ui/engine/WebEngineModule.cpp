@@ -28,10 +28,11 @@ constexpr int c_nCoalesceMilliseconds = 100;
 constexpr int c_nHangingMilliseconds = 500;
 constexpr int c_nMenuMilliseconds = 500;
 constexpr qreal c_dZoomStep = 0.1;
-/// While a page of the disk loads it is asked as often as this how far it is. It is given up after so many
-/// times without an answer, and taken as it stands when all but what it shows has been there for so long.
+/// While a page of the disk loads it is asked as often as this how far it is. It is no longer waited for
+/// after so many times without an answer, and taken as it stands when all but what it shows has been there
+/// for so long.
 constexpr int c_nAliveMilliseconds = 1000;
-constexpr int c_nMaxUnanswered = 8;
+constexpr int c_nMaxUnanswered = 2;
 constexpr int c_nMaxInteractive = 2;
 
 QString ScriptFile(QLatin1StringView strName) {
@@ -368,10 +369,8 @@ SEngineAnswer CWebEngine::Load(const QUrl& url, int nMilliseconds) {
         url, [url](CSurfacePage& page) { page.load(url); }, nMilliseconds);
 }
 
-bool CWebEngine::Begin(const QUrl& url, int nMilliseconds, std::function<void(const SEngineAnswer&)> told) {
-    if (m_pCall.lock())
-        return false;
-    PreparePage(url);
+/// Told once, from the event loop, how the load that is under way ends.
+void CWebEngine::TellOfEnd(int nMilliseconds, std::function<void(const SEngineAnswer&)> told) {
     m_pBegun = std::make_unique<QObject>();
     QObject* const pContext = m_pBegun.get();
     CSurfacePage* const pPage = m_pPage.get();
@@ -399,9 +398,25 @@ bool CWebEngine::Begin(const QUrl& url, int nMilliseconds, std::function<void(co
         finishLater({EState::TimeOut, {}, {}});
         pPage->triggerAction(QWebEnginePage::Stop);
     });
-    pPage->SetProgramLoads(true);
-    pPage->load(url);
+}
+
+bool CWebEngine::Begin(const QUrl& url, int nMilliseconds, std::function<void(const SEngineAnswer&)> told) {
+    if (m_pCall.lock())
+        return false;
+    PreparePage(url);
+    TellOfEnd(nMilliseconds, std::move(told));
+    m_pPage->SetProgramLoads(true);
+    m_pPage->load(url);
     return true;
+}
+
+void CWebEngine::Await(int nMilliseconds, std::function<void(const SEngineAnswer&)> told) {
+    TellOfEnd(nMilliseconds, [this, told = std::move(told)](const SEngineAnswer& answer) {
+        m_bPageHangs = answer.State != EState::Value;
+        if (m_bPageHangs)
+            RenewPage(false);
+        told(answer);
+    });
 }
 
 SEngineAnswer CWebEngine::LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) {

@@ -41,6 +41,7 @@ public:
     void SetAccess(const SEngineAccess& access) override;
     SEngineAnswer Load(const QUrl& url, int nMilliseconds) override;
     bool Begin(const QUrl& url, int nMilliseconds, std::function<void(const SEngineAnswer&)> told) override;
+    void Await(int nMilliseconds, std::function<void(const SEngineAnswer&)> told) override;
     SEngineAnswer LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) override;
     SEngineAnswer ShowOwnPage(const QString& strHtml, int nMilliseconds) override;
     SEngineAnswer Call(const QString& strFunction, const QJsonArray& arguments, int nMilliseconds) override;
@@ -60,6 +61,7 @@ private:
     std::shared_ptr<CBlockingCall> BeginCall();
     void WatchWhileLoading(const std::shared_ptr<CBlockingCall>& pCall);
     void PreparePage(const QUrl& url);
+    void TellOfEnd(int nMilliseconds, std::function<void(const SEngineAnswer&)> told);
     SEngineAnswer LoadAt(const QUrl& url, const std::function<void(CSurfacePage&)>& start, int nMilliseconds);
     SEngineAnswer LoadWith(const std::function<void(CSurfacePage&)>& start, const QUrl& url,
                            int nMilliseconds);
