@@ -7,15 +7,27 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMutex>
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
+#include <QSet>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QUdpSocket>
 
 #include <cstdio>
+#include <netdb.h>
 
 using namespace Qt::StringLiterals;
+
+// Whoever asks for a name tells it to others. In place of the platform's own function.
+static QSet<QByteArray> s_askedNames;
+static QMutex s_askedLock;
+extern "C" int getaddrinfo(const char* szName, const char*, const addrinfo*, addrinfo**) {
+    const QMutexLocker locked(&s_askedLock);
+    s_askedNames.insert(QByteArray(szName));
+    return EAI_NONAME;
+}
 
 namespace {
 
@@ -119,6 +131,14 @@ private:
     QTcpServer m_server;
 };
 
+QSet<QByteArray> TakeAskedNames() {
+    const QMutexLocker locked(&s_askedLock);
+    QSet<QByteArray> asked;
+    for (const QByteArray& name : std::exchange(s_askedNames, {}))
+        asked.insert(name.endsWith('.') ? name.chopped(1) : name);
+    return asked;
+}
+
 void PrintRow(const QString& strName, const QStringList& cells) {
     std::printf("  %-28s", qPrintable(strName));
     for (const QString& strCell : cells)
@@ -191,12 +211,27 @@ protected:
 const QStringList c_refusedAnyway{u"EventSource"_s, u"frame of data"_s,       u"iframe, filesystem"_s,
                                   u"font"_s,        u"iframe, view-source"_s, u"shared worker"_s,
                                   u"xml entity"_s,  u"xslt document()"_s};
-/// Tries to send that a page of the web has no luck with either: the engine hasn't them, or asks the program,
-/// which is another test's.
-const QStringList c_unsentAnyway{u"svg use"_s,       u"form, into a window"_s, u"link, followed"_s,
-                                 u"link, ping"_s,    u"window.open"_s,         u"prerender"_s,
-                                 u"preconnect"_s,    u"dns-prefetch"_s,        u"manifest"_s,
-                                 u"shared worker"_s, u"service worker"_s,      u"policy report"_s};
+/// Tries to send that a page of the web has no luck with either: the engine hasn't them, the gate closes them
+/// for all, or the program is asked, which is another test's.
+const QStringList c_unsentAnyway{u"svg use"_s,
+                                 u"form, into a window"_s,
+                                 u"link, followed"_s,
+                                 u"link, ping"_s,
+                                 u"window.open"_s,
+                                 u"prerender"_s,
+                                 u"preconnect"_s,
+                                 u"dns-prefetch"_s,
+                                 u"manifest"_s,
+                                 u"shared worker"_s,
+                                 u"service worker"_s,
+                                 u"policy report"_s,
+                                 u"name of a hint"_s,
+                                 u"name of a link"_s,
+                                 u"name of a call"_s,
+                                 u"name of a call over TCP"_s,
+                                 u"name of a call's place"_s,
+                                 u"speculation rules"_s,
+                                 u"WebTransport"_s};
 
 } // namespace
 
@@ -307,18 +342,19 @@ TEST_F(CWebAttack, Sending) {
             return ShowSite();
         },
     };
-    QJsonArray names;
+    QJsonArray names, done;
     std::vector<QList<int>> calls;
     for (const auto& begin : rounds) {
         ASSERT_TRUE(begin());
-        names = WaitForReport().toArray();
+        const QJsonValue report = WaitForReport();
+        names = report[u"names"_s].toArray();
+        done = report[u"done"_s].toArray();
         ASSERT_LE(size_t(names.size()), listeners.size());
         calls.emplace_back();
-        // Where another surface has been, a call may still knock: the gate lets through nothing that it says.
-        for (const auto& pListener : listeners) {
-            const int nSaid = pListener->Said();
-            const int nCalls = pListener->TakeCalls();
-            calls.back().append(calls.size() == 2 ? nSaid : nCalls);
+        const QSet<QByteArray> asked = TakeAskedNames();
+        for (size_t i = 0; i < listeners.size(); ++i) {
+            const bool bAsked = asked.contains("n" + QByteArray::number(i) + ".vorel.test");
+            calls.back().append(listeners[i]->TakeCalls() + (bAsked ? 2 : 0));
         }
     }
     PrintRow(u"To send"_s, {u"by a page"_s, u"beside the web"_s, u"by the web"_s});
@@ -331,6 +367,9 @@ TEST_F(CWebAttack, Sending) {
             row.append(bReached ? u"reached"_s : u"refused"_s);
         PrintRow(strName, row);
         EXPECT_FALSE(reached[0] || reached[1]) << strName.toStdString();
-        EXPECT_EQ(reached[2], !c_unsentAnyway.contains(strName)) << strName.toStdString() << " is no try";
+        // Nobody hears of a call: at least a page of the web could make it.
+        const bool bCall = strName.startsWith(u"call"_s);
+        EXPECT_EQ(bCall ? done.contains(strName) : reached[2], bCall || !c_unsentAnyway.contains(strName))
+            << strName.toStdString() << " is no try";
     }
 }

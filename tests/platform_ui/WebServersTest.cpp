@@ -142,6 +142,7 @@ TEST_F(CWebServers, TheProxyOfTheSchoolIsUsed) {
     m_replies["/a"] = "HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<p>by proxy</p>";
     qputenv("http_proxy", "127.0.0.1:" + QByteArray::number(m_server.serverPort()));
     EXPECT_EQ(Outcome(u"http://page.example/a"_s), u"<p>by proxy</p>"_s);
-    EXPECT_EQ(m_asked, (QByteArrayList{"page.example:80", "/a"}));
+    // A sign for the page may be asked for behind it.
+    EXPECT_EQ(m_asked.mid(0, 2), (QByteArrayList{"page.example:80", "/a"}));
     qunsetenv("http_proxy");
 }

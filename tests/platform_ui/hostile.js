@@ -204,6 +204,24 @@ const call = async (w, at) => {
   p.createDataChannel('x');
   await p.setLocalDescription(await p.createOffer());
 };
+// Of a call by a server beyond TLS, and by a place that the other side is said to be at.
+const serverCall = async (w, server) => {
+  const p = new w.RTCPeerConnection({iceServers: [{urls: server, username: 'u', credential: 'c'}]});
+  p.createDataChannel('x');
+  await p.setLocalDescription(await p.createOffer());
+};
+const placeCall = async (w, host, port) => {
+  const [p, other] = [new w.RTCPeerConnection, new w.RTCPeerConnection];
+  p.createDataChannel('x');
+  await p.setLocalDescription(await p.createOffer());
+  await other.setRemoteDescription(p.localDescription);
+  await other.setLocalDescription(await other.createAnswer());
+  await p.setRemoteDescription(other.localDescription);
+  for (const way of [`udp 2113937151 ${host} ${port} typ host`,
+                     `tcp 1518280447 ${host} ${port} typ host tcptype passive`,
+                     `ssltcp 1518280447 ${host} ${port} typ host`])
+    await p.addIceCandidate({candidate: 'candidate:1 1 ' + way, sdpMid: '0'}).catch(() => 0);
+};
 const frameOf = (attributes) => Object.assign(put('<iframe></iframe>').firstChild, attributes).contentWindow;
 const link = (rel, more) => (at) =>
     document.head.append(Object.assign(document.createElement('link'), {rel: rel, href: at.url}, more));
@@ -270,6 +288,22 @@ const sends = {
     w.document.write('<p>x');
     await call(w, at);
   },
+  'call over TLS': (at) => serverCall(frameOf({}), `turns:${at.host}:${at.port}?transport=tcp`),
+  'call to a place': (at) => placeCall(frameOf({}), at.host, at.port),
+  'name of a hint': (at) => link('dns-prefetch')({url: 'http://' + at.name}),
+  'name of a link': (at) => {
+    put('<meta http-equiv=x-dns-prefetch-control content=on>');
+    put(`<a href="http://${at.name}">x</a>`);
+  },
+  'name of a call': (at) => serverCall(frameOf({}), `stun:${at.name}:${at.port}`),
+  'name of a call over TCP': (at) => serverCall(frameOf({}), `turn:${at.name}:${at.port}?transport=tcp`),
+  'name of a call\'s place': (at) => placeCall(frameOf({}), at.name, at.port),
+  'speculation rules': (at) => {
+    const text = JSON.stringify({prefetch: [{source: 'list', urls: [at.url]}],
+                                 prerender: [{source: 'list', urls: [at.url]}]});
+    document.head.append(Object.assign(document.createElement('script'), {type: 'speculationrules', textContent: text}));
+  },
+  WebTransport: (at) => new WebTransport(`https://${at.host}:${at.udp}/`),
   'policy report': html((u) => `<meta http-equiv="Content-Security-Policy" content="img-src data:; report-uri ${u}">
       <img src=x.png>`),
 };
@@ -297,18 +331,21 @@ async function tryReading(places) {
 // Calls first in a manner that the guard of requests sees, where that is to open the way for all the others.
 async function trySending(host, ports, udp, first) {
   const names = Object.keys(sends);
+  const done = [];
   for (let i = 0; i < names.length; ++i) {
-    const at = {host: host, port: ports[i], udp: udp[i], url: `http://${host}:${ports[i]}/${i}?stolen`};
+    const at = {host: host, port: ports[i], udp: udp[i], name: `n${i}.vorel.test`,
+                url: `http://${host}:${ports[i]}/${i}?stolen`};
     try {
       if (first)
         await fetch(at.url, {mode: 'no-cors'});
       await Promise.race([sends[names[i]](at), wait(60)]);
+      done.push(names[i]);
     } catch (refused) {
       // The server knows.
     }
   }
   await wait(1500);
-  return names;
+  return {names: names, done: done};
 }
 
 async function run(job) {

@@ -10,14 +10,13 @@
 #include <QUrl>
 #include <QtEndian>
 
-#include <memory>
 #include <optional>
 
 namespace {
 
 constexpr char c_cVersion = 5;
 constexpr char c_cConnect = 1;
-constexpr char c_cGranted = 0, c_cRefused = 2, c_cUnreachable = 4;
+constexpr char c_cGranted = 0, c_cRefused = 2;
 /// What one side has sent and the other not yet taken.
 constexpr qint64 c_nMaxWaiting = 1024 * 1024;
 /// A connection that has not said by then where it wants to is none of the engine's.
@@ -73,12 +72,76 @@ void Reply(QTcpSocket& client, char cAnswer) {
     client.write(reply, sizeof reply);
 }
 
-/// Whether a connection begins as one to a place of the web does: with the name of a method or with TLS. What
-/// relays calls begins otherwise, and is asked for without the guard.
-bool BeginsAsWeb(QTcpSocket& client) {
-    constexpr char c_cHandshake = 0x16;
-    const QByteArray first = client.peek(1);
-    return !first.isEmpty() && (first[0] == c_cHandshake || (first[0] >= 'A' && first[0] <= 'Z'));
+/// The bytes of a handshake that a client begins, in the order in which they are to be read; past their end
+/// it gives zeros.
+class CHello {
+public:
+    explicit CHello(QByteArrayView bytes) : m_bytes(bytes) {}
+    bool IsAtEnd() const { return m_bytes.isEmpty(); }
+    int Number(int nBytes) {
+        int nValue = 0;
+        for (const char c : Take(nBytes))
+            nValue = nValue * 256 + quint8(c);
+        return nValue;
+    }
+    QByteArrayView Take(qsizetype nBytes) {
+        const QByteArrayView taken = m_bytes.first(qMin(nBytes, m_bytes.size()));
+        m_bytes = m_bytes.sliced(taken.size());
+        return taken;
+    }
+    /// A part that has its length, of so many bytes, before it.
+    QByteArrayView Part(int nBytes) { return Take(Number(nBytes)); }
+
+private:
+    QByteArrayView m_bytes;
+};
+
+constexpr char c_cHandshake = 0x16;
+constexpr int c_nRecordHead = 5;
+
+/// Whether the first record of a connection by TLS asks for a protocol of the web by name, as browsers do for
+/// pages and for sockets, and not for calls.
+bool NamesProtocolOfWeb(QByteArrayView record) {
+    constexpr int c_nHelloHead = 1 + 3 + 2 + 32, c_nProtocols = 16;
+    CHello hello(record.sliced(c_nRecordHead));
+    hello.Take(c_nHelloHead);
+    hello.Part(1);
+    hello.Part(2);
+    hello.Part(1);
+    CHello extensions(hello.Part(2));
+    while (!extensions.IsAtEnd()) {
+        const int nKind = extensions.Number(2);
+        CHello extension(extensions.Part(2));
+        if (nKind != c_nProtocols)
+            continue;
+        CHello names(extension.Part(2));
+        while (!names.IsAtEnd()) {
+            const QByteArrayView name = names.Part(1);
+            if (name == "h2" || name == "http/1.1")
+                return true;
+        }
+    }
+    return false;
+}
+
+/// Whether a connection begins as one to a place of the web does: with the name of a method or with TLS that
+/// names the web. What relays calls begins otherwise, and is asked for without the guard. Nothing as long as
+/// too little has come.
+std::optional<bool> BeginsAsWeb(QTcpSocket& client) {
+    constexpr int c_nMaxRecord = 0x4000;
+    const QByteArray bytes = client.peek(c_nRecordHead + c_nMaxRecord);
+    if (bytes.isEmpty())
+        return std::nullopt;
+    if (bytes[0] != c_cHandshake)
+        return bytes[0] >= 'A' && bytes[0] <= 'Z';
+    if (bytes.size() < c_nRecordHead)
+        return std::nullopt;
+    const int nRecord = qFromBigEndian<quint16>(bytes.constData() + 3);
+    if (nRecord > c_nMaxRecord)
+        return false;
+    if (bytes.size() < c_nRecordHead + nRecord)
+        return std::nullopt;
+    return NamesProtocolOfWeb(QByteArrayView(bytes).first(c_nRecordHead + nRecord));
 }
 
 /// Carries over what one side says, no faster than the other takes it.
@@ -154,39 +217,46 @@ void CNetGate::Greet(QTcpSocket* pClient) {
             // With the timer this handler goes too.
             pTimer->deleteLater();
             pClient->disconnect(pTimer);
-            Connect(pClient, *wish);
+            Grant(pClient, *wish);
         }
     });
 }
 
-void CNetGate::Connect(QTcpSocket* pClient, const SPlace& place) {
-    const QByteArray scheme = AllowedScheme(place.Name());
-    if (scheme.isEmpty()) {
+/// The engine is told that it is connected before it is: nobody hears of a connection that says nothing, or
+/// nothing that a place of the web is told.
+void CNetGate::Grant(QTcpSocket* pClient, const SPlace& place) {
+    if (AllowedScheme(place.Name()).isEmpty()) {
         Reply(*pClient, c_cRefused);
         pClient->disconnectFromHost();
         return;
     }
+    pClient->setReadBufferSize(c_nMaxWaiting);
+    Reply(*pClient, c_cGranted);
+    auto* pFirst = new QObject(pClient);
+    const auto onFirst = [this, pClient, pFirst, place] {
+        const std::optional<bool> ofWeb = BeginsAsWeb(*pClient);
+        if (!ofWeb)
+            return;
+        pClient->disconnect(pFirst);
+        pFirst->deleteLater();
+        // The place may have been closed meanwhile.
+        const QByteArray scheme = AllowedScheme(place.Name());
+        if (*ofWeb && !scheme.isEmpty())
+            Connect(pClient, place, scheme);
+        else
+            pClient->abort();
+    };
+    connect(pClient, &QTcpSocket::readyRead, pFirst, onFirst);
+    onFirst();
+}
+
+void CNetGate::Connect(QTcpSocket* pClient, const SPlace& place, const QByteArray& scheme) {
     auto* pFar = new QTcpSocket(pClient);
     pFar->setProxy(ProxyTo(scheme, place));
-    const auto pConnected = std::make_shared<bool>(false);
-    connect(pFar, &QTcpSocket::connected, pClient, [pClient, pFar, pConnected] {
-        *pConnected = true;
-        Reply(*pClient, c_cGranted);
+    connect(pFar, &QTcpSocket::connected, pClient, [pClient, pFar] {
         Carry(pFar, pClient);
-        connect(
-            pClient, &QTcpSocket::readyRead, pFar,
-            [pClient, pFar] {
-                if (BeginsAsWeb(*pClient))
-                    Carry(pClient, pFar);
-                else
-                    pClient->abort();
-            },
-            Qt::SingleShotConnection);
+        Carry(pClient, pFar);
     });
-    connect(pFar, &QTcpSocket::errorOccurred, pClient, [pClient, pConnected] {
-        if (!*pConnected)
-            Reply(*pClient, c_cUnreachable);
-        pClient->disconnectFromHost();
-    });
+    connect(pFar, &QTcpSocket::errorOccurred, pClient, [pClient] { pClient->disconnectFromHost(); });
     pFar->connectToHost(place.strHost, place.nPort);
 }

@@ -29,7 +29,8 @@ public:
 private:
     CNetGate();
     void Greet(QTcpSocket* pClient);
-    void Connect(QTcpSocket* pClient, const SPlace& place);
+    void Grant(QTcpSocket* pClient, const SPlace& place);
+    void Connect(QTcpSocket* pClient, const SPlace& place, const QByteArray& scheme);
     /// The scheme by which the place was let through; empty when it wasn't.
     QByteArray AllowedScheme(const QString& strPlace) const;
 

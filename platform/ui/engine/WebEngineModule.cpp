@@ -559,6 +559,8 @@ extern "C" Q_DECL_EXPORT void VorelStartWebEngine() {
         "--proxy-server=socks5://127.0.0.1:" + QByteArray::number(CNetGate::Instance().serverPort());
     const CStartVariable flags(szFlags, qgetenv(szFlags) + ' ' + gate +
                                             " --proxy-bypass-list=<-loopback>"
+                                            // Names are the gate's to look up: to ask for one tells it.
+                                            " --host-resolver-rules=\"MAP * ~NOTFOUND, EXCLUDE 127.0.0.1\""
                                             " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
                                             " --disable-blink-features=WebTransport"
                                             " --disable-shared-workers"
