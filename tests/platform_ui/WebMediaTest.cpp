@@ -93,6 +93,7 @@ TEST_F(WebMediaTest, WhatShowsStaysAndAnEditedPageIsNotTouched) {
 
 // A card as large as the page's own would be cut off there.
 TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
+    QSignalSpy wanted(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
     for (const QString& strFile : {u"a.doc"_s, u"a.wmv"_s, u"broken.mp4"_s, u"gone.mp4"_s}) {
         if (!strFile.startsWith(u"gone"_s))
             m_folder.Write(u"course\\N5\\"_s + strFile, "no film");
@@ -106,6 +107,15 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
                 << strHtml.toStdString();
         }
     }
+    // Where a script sends a frame there is no card: the program offers the file.
+    QTest::qWait(1000);
+    EXPECT_TRUE(wanted.isEmpty());
+    const QByteArray sent =
+        "<iframe></iframe><script>setTimeout(() => frames[0].location = 'a.doc', 50)</script>";
+    ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, sent, false));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    EXPECT_TRUE(wanted.value(0).value(0).toString().endsWith(u"/course/N5/a.doc"_s));
+    EXPECT_FALSE(wanted.value(0).value(1).toBool());
 }
 
 TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QTimer>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineQuotaRequest>
@@ -22,6 +23,9 @@ namespace {
 constexpr qint64 c_nNewWindowMilliseconds = 5000;
 /// How long after a person's click a link counts as the person's.
 constexpr qint64 c_nClickMilliseconds = 2000;
+/// How soon a card is there for the file of a frame, and how often that is waited for while the page loads.
+constexpr int c_nCardMilliseconds = 300;
+constexpr int c_nCardTries = 20;
 
 CAccessRules::EResource ResourceOf(QWebEngineUrlRequestInfo::ResourceType type) {
     switch (type) {
@@ -89,6 +93,10 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     s.setAttribute(S::AllowWindowActivationFromJavaScript, false);
     // The page is asked about them, and refuses them all.
     s.setUnknownUrlSchemePolicy(S::AllowUnknownUrlSchemesFromUserInteraction);
+    connect(this, &QWebEnginePage::loadStarted, this, [this] {
+        ++m_nLoads;
+        m_cards.clear();
+    });
     RefuseWishes();
     ReportFrames();
     ReportClicks();
@@ -188,8 +196,9 @@ void CSurfacePage::SetMediaReplaced(bool bReplaced) {
     script.setInjectionPoint(QWebEngineScript::DocumentReady);
     script.setWorldId(QWebEngineScript::ApplicationWorld);
     script.setRunsOnSubFrames(true);
-    script.setSourceCode(QString::fromUtf8(file.readAll()) +
-                         QStringLiteral("(%1, '%2');").arg(MediaKinds::AsJson(), MediaToken()));
+    script.setSourceCode(
+        QString::fromUtf8(file.readAll()) +
+        QStringLiteral("(%1, '%2', '%3');").arg(MediaKinds::AsJson(), MediaToken(), CardToken()));
     scripts().insert(script);
 }
 
@@ -257,13 +266,28 @@ void CSurfacePage::TellOfRefused(const QUrl& url) {
         Q_EMIT LinkMissing(url);
 }
 
-/// In a frame a card stands for most files.
 void CSurfacePage::TellOfDownload(const QUrl& url) {
     const bool bMayLead = !m_bEditing || m_bFollowsLinks;
-    const bool bTold =
-        url.isLocalFile() && (url == m_guard.Rules().ProgramPage() || MediaKinds::HasCard(url.path()));
-    if (bMayLead && !bTold && m_guard.Rules().MayOpen(url))
+    const bool bTold = url.isLocalFile() && url == m_guard.Rules().ProgramPage();
+    if (!bMayLead || bTold || !m_guard.Rules().MayOpen(url))
+        return;
+    if (url.isLocalFile() && MediaKinds::HasCard(url.path()))
+        TellUnlessCard(url, TakeClick(), c_nCardTries);
+    else
         Q_EMIT WantsNewWindow(url, TakeClick());
+}
+
+/// A card stands for the file of a frame that names it, as soon as the page around it has been read. Where a
+/// script has sent the frame there, none does.
+void CSurfacePage::TellUnlessCard(const QUrl& url, bool bByClick, int nTries) {
+    QTimer::singleShot(c_nCardMilliseconds, this, [=, this, nLoad = m_nLoads] {
+        if (nLoad != m_nLoads || m_cards.contains(SurfaceUrls::FindOnDisk(url)))
+            return;
+        if (isLoading() && nTries > 0)
+            TellUnlessCard(url, bByClick, nTries - 1);
+        else
+            Q_EMIT WantsNewWindow(url, bByClick);
+    });
 }
 
 bool CSurfacePage::TakeClick() {
@@ -326,6 +350,8 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
         Q_EMIT WantsPaste(IWebEngine::EPaste::Text);
     else if (strText == m_strToken + QStringLiteral("-paste-selection"))
         Q_EMIT WantsPaste(IWebEngine::EPaste::Selection);
+    else if (strText.startsWith(CardToken()))
+        m_cards.insert(SurfaceUrls::FindOnDisk(QUrl(strText.mid(CardToken().size()))));
     else if (strText.startsWith(MediaToken()))
         TellMedium(QUrl(strText.mid(MediaToken().size())));
 }

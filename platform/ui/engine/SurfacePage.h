@@ -3,6 +3,7 @@
 #include "platform/ui/AccessRules.h"
 
 #include <QElapsedTimer>
+#include <QSet>
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 
@@ -87,11 +88,17 @@ private:
     QString BeginningToken() const { return m_strToken + QStringLiteral("-begun"); }
     /// Before the URL of a medium that the person clicked on.
     QString MediaToken() const { return m_strToken + QStringLiteral("-media "); }
+    /// Before the URL of a file that a frame names, and that has a card.
+    QString CardToken() const { return m_strToken + QStringLiteral("-card "); }
     void TellMedium(const QUrl& url);
+    void TellUnlessCard(const QUrl& url, bool bByClick, int nTries);
     void OnNewWindow(const QWebEngineNewWindowRequest& request);
 
     CRequestGuard& m_guard;
     QString m_strToken;
+    /// The files of frames that have cards in the page, by their native paths.
+    QSet<QString> m_cards;
+    int m_nLoads = 0;
     QElapsedTimer m_expected;
     QElapsedTimer m_clicked;
     bool m_bEditing = false;

@@ -1,7 +1,8 @@
 // Puts a card in place of each medium that the engine can't play, and of each frame with a file that it doesn't show:
 // with its name and kind, in its size, and a click on it asks the program to open the file. Runs in a world of its own in
-// every frame of a page that is looked at, never in one that is edited. "kinds" is MediaKinds::AsJson.
-(function (kinds, token) {
+// every frame of a page that is looked at, never in one that is edited. "kinds" is MediaKinds::AsJson; the program is told
+// of a click behind "token", and of the file of a frame that has a card behind "told".
+(function (kinds, token, told) {
   'use strict';
   const TEXTS = kinds.texts;
   const TYPES = kinds.types.map(([pattern, name]) => [new RegExp(pattern), name]);
@@ -134,6 +135,8 @@
     if (done.has(element) || !element.isConnected)
       return;
     done.add(element);
+    if (element.matches(FRAMES))
+      console.debug(told + url);
     if (isUnseen(element)) {
       if (!url)
         return;
