@@ -145,6 +145,7 @@ inline const QString c_strWholePage = u"（整个页面）"_s;
 inline const QString c_strNoPlaces = u"该页内没有可以链接的位置，您可以链接到整个页面。"_s;
 inline const QString c_strPageTooLarge = u"该页太大，无法列出页内位置，您可以链接到整个页面。"_s;
 inline const QString c_strNoPagePlaces = u"该栏目内容没有页内位置。"_s;
+inline const QString c_strInSiteWait = u"正在打开所选的内容，请稍候..."_s;
 inline const QString c_strInSiteSelf = u"不可以链接到自己。请您选择一个其他栏目"_s;
 inline const QString c_strLinkMissing = u"链接的文件不存在：%1"_s;
 inline const QString c_strNoPlaceChosen = u"对不起，请您选择一个站内链接。"_s;

@@ -83,6 +83,8 @@ CInSiteLinkDialog::CInSiteLinkDialog(const CBookNode& self, IPeople& people, QWi
     connect(&m_toOpen, &QTimer::timeout, this, &CInSiteLinkDialog::OpenHere);
     m_toGo.setSingleShot(true);
     connect(&m_toGo, &QTimer::timeout, this, &CInSiteLinkDialog::GoToChosen);
+    m_toAccept.setSingleShot(true);
+    connect(&m_toAccept, &QTimer::timeout, this, &CInSiteLinkDialog::accept);
     m_pTree = MakeTree();
     m_pPreview = MakePreview();
     m_pPlaces = MakePlaces();
@@ -132,6 +134,7 @@ CWebBrowser2Ex* CInSiteLinkDialog::MakePreview() {
                     return;
                 if (!strUrl.startsWith(QLatin1StringView("file:")))
                     return Tell(ContentText::c_strNoPlaceChosen);
+                m_toAccept.stop();
                 m_strToOpen = strUrl;
                 m_toOpen.start(0);
             });
@@ -243,6 +246,7 @@ void CInSiteLinkDialog::OnSelected() {
         m_pTree->expand(selected);
     // Behind the event that has selected it, and only for the last of several.
     m_toOpen.stop();
+    m_toAccept.stop();
     m_toShow.start(0);
 }
 
@@ -255,6 +259,7 @@ void CInSiteLinkDialog::ShowPreview() {
     if (pNode == nullptr)
         return;
     if (pNode->GetId() == m_nSelf) {
+        m_toAccept.stop();
         m_people.Ask(ContentText::c_strInSiteSelf, ContentText::c_strTip, BoxButtons::Ok, BoxIcon::None);
         return;
     }
@@ -399,9 +404,12 @@ QString CInSiteLinkDialog::NodeResourceFolder() const {
 }
 
 void CInSiteLinkDialog::accept() {
-    // The line still tells of another page.
-    if (m_toShow.isActive() || m_toOpen.isActive() || CWebBrowser2Ex::IsCallRunning())
+    // The line still tells of another page: what was pressed holds for the one that comes.
+    if (m_toShow.isActive() || m_toOpen.isActive() || CWebBrowser2Ex::IsCallRunning()) {
+        Tell(ContentText::c_strInSiteWait);
+        m_toAccept.start(c_nRetryMs);
         return;
+    }
     if (m_toFollow.isActive()) {
         m_toFollow.stop();
         const QPointer<CInSiteLinkDialog> pAlive(this);

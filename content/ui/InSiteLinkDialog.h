@@ -76,6 +76,8 @@ private:
     /// Runs until what the person has clicked on in the preview is chosen.
     QTimer m_toOpen;
     QString m_strToOpen;
+    /// Runs until a link that was accepted while its page was still on its way can be taken.
+    QTimer m_toAccept;
     InSiteLink::Preview m_preview;
     QString m_strPlace;
     /// The page whose places the list shows.

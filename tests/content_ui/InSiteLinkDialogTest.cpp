@@ -132,6 +132,17 @@ TEST_F(InSiteLinkDialogTest, TheLinkIsWhereThePreviewStands) {
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return browser.ExecuteScript(u"frames[0].document.querySelector('a').click()"_s); }));
     EXPECT_TRUE(shows(strFrame + u"#slide0002.htm"_s)) << line.text().toStdString();
+    // OK pressed while the line still tells of the page before: the one that was chosen is taken.
+    select(m_nPage);
+    ok.click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.isVisible(); }));
+    EXPECT_TRUE(dialog.GetLink().endsWith(u"Content.htm"_s)) << dialog.GetLink().toStdString();
+    dialog.show();
+    select(m_nSlides);
+    EXPECT_TRUE(shows(strFrame + u"#slide0001.htm"_s)) << line.text().toStdString();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return browser.ExecuteScript(u"frames[0].document.querySelector('a').click()"_s); }));
+    EXPECT_TRUE(shows(strFrame + u"#slide0002.htm"_s)) << line.text().toStdString();
     ok.click();
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(
