@@ -2,6 +2,7 @@
 
 #include "companions/compiler/FrameParts.h"
 #include "companions/compiler/SourceFile.h"
+#include "course/BookDatabase.h"
 #include "foundation/Exceptions.h"
 #include "foundation/PageText.h"
 #include "foundation/Paths.h"
@@ -10,6 +11,7 @@
 #include "video/Outline.h"
 
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <bit>
@@ -21,6 +23,10 @@ namespace {
 
 /// Of one node. Whoever looks for a word behind it looks in the page.
 constexpr qsizetype c_nMaxText = 100'000;
+/// Of a site, as its pages lie on the disk.
+constexpr qint64 c_nBytesInPart = qint64{1} << 20;
+constexpr qint64 c_nBytesOfSite = qint64{32} << 20;
+constexpr qsizetype c_nPagesOfSite = 3000;
 constexpr quint32 c_nFilterBits = 1 << 16;
 constexpr quint32 c_nLeastFilterBits = 1 << 8;
 
@@ -202,22 +208,63 @@ void AppendQuoted(QByteArray& out, const QString& strText) {
     out += '"';
 }
 
-QString FileText(const CSitePlan& plan, const QString& strSource) {
-    const bool bHtml = IsPageFile(strSource);
-    if (!bHtml && LowerAscii(Torvane::File::Extension(strSource)) != ".txt"_L1)
-        return {};
+/// None for a file that can't be read or is too large.
+QString ReadText(const CSitePlan& plan, const QString& strSource) {
     try {
         const std::optional<QByteArray> bytes = ReadSourceText(plan.Tree().NativePath(strSource));
-        if (!bytes)
-            return {};
-        const QString strText = PageText::Decode(*bytes).Text;
-        return bHtml ? PlainText(strText) : strText.left(c_nMaxText).simplified();
+        return bytes ? PageText::Decode(*bytes).Text : QString();
     } catch (const Torvane::CRunException&) {
         return {};
     }
 }
 
+QString FileText(const CSitePlan& plan, const QString& strSource) {
+    if (IsPageFile(strSource))
+        return PlainText(ReadText(plan, strSource));
+    if (LowerAscii(Torvane::File::Extension(strSource)) != ".txt"_L1)
+        return {};
+    return ReadText(plan, strSource).left(c_nMaxText).simplified();
+}
+
+/// What the page calls itself, or its file's name.
+QString PageTitle(const QString& strPage, const QString& strSource) {
+    constexpr qsizetype c_nLongest = 200;
+    static const QRegularExpression title(u"<title[^>]{0,200}>([^<]{1,1000})</title"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = title.match(strPage);
+    const QString strTitle = match.hasMatch() ? PlainText(match.captured(1)).left(c_nLongest) : QString();
+    return strTitle.isEmpty() ? strSource.mid(strSource.lastIndexOf(u'/') + 1) : strTitle;
+}
+
+/// The pages around the slides of a presentation repeat what stands on them.
+bool IsSlideFrame(const CSitePlan& plan, const QString& strSource) {
+    static const QStringList frames = {u"torvaneframe.htm"_s, u"frame.htm"_s, u"fullscreen.htm"_s};
+    const QString strFolder = FolderOf(strSource) + u'/';
+    return frames.contains(LowerAscii(strSource.mid(strFolder.size()))) &&
+           !plan.Tree().FindFile(strFolder + u"pres.xml"_s).isEmpty();
+}
+
+/// Below the node's folder. A slide shows in the viewer around it.
+QString PageAddress(const CSitePlan& plan, const SitePages& pages, const QString& strSource) {
+    const QString& strFirst = plan.Of(pages.Node).Source;
+    const QString strName = plan.Tree().OutputName(strSource);
+    const QString strFolder = strFirst.section(u'/', 0, 0);
+    if (IsSlideFrame(plan, strFirst) && FolderOf(strFirst) == FolderOf(strSource))
+        return RelativeAddress(strFolder, plan.Tree().OutputName(strFirst)) + u'#' +
+               EncodeAddress(strName.mid(strName.lastIndexOf(u'/') + 1));
+    return RelativeAddress(strFolder, strName);
+}
+
+/// Whether a node shows pages of its own that lead on to others.
+bool ShowsSite(const CSitePlan& plan, int nNode) {
+    const NodePlan& node = plan.Of(nNode);
+    const StoreRow& row = plan.Model().Nodes()[nNode].Row;
+    return node.View == ENodeView::Embedded && row.Type != NodeType::c_nInSiteLink &&
+           IsPageFile(node.Source) && node.Source.startsWith(QString(plan.NodeFolder(row.Id) + u'/'));
+}
+
 const QByteArray c_partBegin = "vorelSearch.part(";
+const QByteArray c_pagesBegin = "vorelSearch.pages(";
 
 } // namespace
 
@@ -276,15 +323,69 @@ QByteArray Part(const CSitePlan& plan, int nPart, const QStringList& texts) {
            "\n]);\n";
 }
 
+QList<SitePages> PagesOfSites(const CSitePlan& plan, QList<int>& cut) {
+    QList<SitePages> all;
+    for (int i = 0; i < plan.Model().Nodes().size(); ++i) {
+        if (!ShowsSite(plan, i))
+            continue;
+        const QString& strFirst = plan.Of(i).Source;
+        const QString strName = FrameParts::c_strSearchFolder + u"/n"_s +
+                                QString::number(plan.Model().Nodes()[i].Row.Id) + u"-"_s;
+        qint64 nBytes = 0;
+        qint64 nPartBegin = -c_nBytesInPart;
+        qsizetype nPages = 0;
+        int nParts = 0;
+        for (const QString& strSource : plan.Tree().FilesBelow(FolderOf(strFirst))) {
+            if (strSource == strFirst || !IsPageFile(strSource) || plan.IsFramedPage(strSource) ||
+                IsSlideFrame(plan, strSource))
+                continue;
+            if (nBytes >= c_nBytesOfSite || nPages >= c_nPagesOfSite) {
+                cut.append(i);
+                break;
+            }
+            if (nBytes - nPartBegin >= c_nBytesInPart) {
+                all.append({i, strName + QString::number(nParts++) + u".js"_s, {}});
+                nPartBegin = nBytes;
+            }
+            all.last().Sources.append(strSource);
+            nBytes += plan.Tree().StateOf(strSource).nSize;
+            ++nPages;
+        }
+    }
+    return all;
+}
+
+QByteArray PagesPart(const CSitePlan& plan, const SitePages& pages) {
+    CFilter filter;
+    QByteArray list;
+    for (const QString& strSource : pages.Sources) {
+        const QString strPage = ReadText(plan, strSource);
+        const QString strTitle = PageTitle(strPage, strSource);
+        const QString strText = PlainText(strPage);
+        if (strText.isEmpty())
+            continue;
+        filter.Add(strTitle);
+        filter.Add(strText);
+        list += list.isEmpty() ? "[" : ",\n[";
+        AppendQuoted(list, PageAddress(plan, pages, strSource));
+        list += ',';
+        AppendQuoted(list, strTitle);
+        list += ',';
+        AppendQuoted(list, strText);
+        list += ']';
+    }
+    return c_pagesBegin + '"' + filter.Bits().toBase64() + "\",[\n" + list + "\n]);\n";
+}
+
 QByteArray FilterOf(const QByteArray& part) {
     const qsizetype nBegin = part.indexOf('"') + 1;
     const qsizetype nEnd = part.indexOf('"', nBegin);
-    if (!part.startsWith(c_partBegin) || nBegin == 0 || nEnd < 0)
+    if (!(part.startsWith(c_partBegin) || part.startsWith(c_pagesBegin)) || nBegin == 0 || nEnd < 0)
         return {};
     return part.mid(nBegin, nEnd - nBegin);
 }
 
-QByteArray Index(const CSitePlan& plan, const QList<QByteArray>& filters) {
+QByteArray Index(const CSitePlan& plan, const QList<SitePages>& sites, const QList<QByteArray>& filters) {
     QByteArray out = "vorelSearch.course({size:" + QByteArray::number(c_nNodesInPart) + ",nodes:[\n";
     const QList<SiteNode>& nodes = plan.Model().Nodes();
     for (int i = 0; i < nodes.size(); ++i) {
@@ -298,8 +399,15 @@ QByteArray Index(const CSitePlan& plan, const QList<QByteArray>& filters) {
         out += ',' + QByteArray::number(nodes[i].Parent) + ',' + QByteArray::number(node.OpenType) + ']';
     }
     out += "\n],filters:[\n";
-    for (qsizetype i = 0; i < filters.size(); ++i)
+    const int nParts = PartCount(plan);
+    for (int i = 0; i < nParts; ++i)
         out += (i ? ",\n\"" : "\"") + filters[i] + '"';
+    out += "\n],sites:[\n";
+    for (int i = 0; i < sites.size(); ++i) {
+        const QString strFile = sites[i].Name.mid(FrameParts::c_strSearchFolder.size() + 1);
+        out += (i ? ",\n[\"" : "[\"") + strFile.toUtf8() + "\"," + QByteArray::number(sites[i].Node) + ",\"" +
+               filters[nParts + i] + "\"]";
+    }
     return out + "\n]});\n";
 }
 

@@ -1,7 +1,6 @@
 #include "companions/compiler/SiteRun.h"
 
 #include "companions/compiler/FrameParts.h"
-#include "companions/compiler/SearchIndex.h"
 #include "companions/compiler/SourceFile.h"
 #include "companions/compiler/Sums.h"
 #include "companions/compiler/Texts.h"
@@ -85,6 +84,14 @@ void CSiteRun::PlanPieces() {
         m_pieces.push_back({File, m_tree.OutputName(strFile), strFile});
     for (int i = 0; i < NodeCount(); i += SearchIndex::c_nNodesInPart)
         m_pieces.push_back({Nodes, {}, {}, i});
+    if (!HasSearch())
+        return;
+    QList<int> cut;
+    m_sites = SearchIndex::PagesOfSites(m_plan, cut);
+    for (int i = 0; i < m_sites.size(); ++i)
+        m_pieces.push_back({Pages, m_sites[i].Name, {}, i});
+    for (const int nNode : cut)
+        m_ownNotes.append(CompilerText::c_strNoteHugeSite.arg(m_input.Model().Nodes()[nNode].Row.Title));
 }
 
 QStringList CSiteRun::NamesOfPieces() {
@@ -124,7 +131,7 @@ void CSiteRun::Run(COutputFolder& output) {
 }
 
 QStringList CSiteRun::Notes() const {
-    QStringList all;
+    QStringList all = m_ownNotes;
     for (const QStringList& notes : m_notes)
         all += notes;
     return all;
@@ -139,9 +146,14 @@ void CSiteRun::Make(const Piece& piece, QStringList& notes) {
             Write(piece.Name, StandingPage(piece.Name), {});
         return;
     case Piece::EKind::Nodes:
-        return MakeNodes(piece.FirstNode, notes);
+        return MakeNodes(piece.First, notes);
     case Piece::EKind::File:
         return MakeFile(piece, notes);
+    case Piece::EKind::Pages: {
+        const SearchIndex::SitePages& site = m_sites[piece.First];
+        if (!Keep(piece.Name, site.Sources, notes))
+            Write(piece.Name, SearchIndex::PagesPart(m_plan, site), site.Sources);
+    }
     }
 }
 
@@ -237,13 +249,18 @@ void CSiteRun::MakeSearchPart(int nFirst, const QList<std::optional<QString>>& t
 }
 
 void CSiteRun::MakeSearchIndex() {
+    QStringList parts;
+    for (int i = 0; i < SearchIndex::PartCount(m_plan); ++i)
+        parts.append(SearchIndex::PartName(i));
+    for (const SearchIndex::SitePages& site : m_sites)
+        parts.append(site.Name);
     QList<QByteArray> filters;
     CSum sum;
     sum.Add(m_input.Sum());
-    for (int i = 0; i < SearchIndex::PartCount(m_plan); ++i) {
-        const QString strPart = m_pOutput->Path() + u'/' + SearchIndex::PartName(i);
+    for (const QString& strPart : parts) {
         QByteArray begin;
-        if (Platform::ReadFileBytes(QFile::encodeName(strPart), begin, SearchIndex::c_nFilterEnd) == 0)
+        if (Platform::ReadFileBytes(QFile::encodeName(QString(m_pOutput->Path() + u'/' + strPart)), begin,
+                                    SearchIndex::c_nFilterEnd) == 0)
             begin = SearchIndex::FilterOf(begin);
         filters.append(begin);
         sum.Add(QString::fromLatin1(begin));
@@ -252,7 +269,7 @@ void CSiteRun::MakeSearchIndex() {
         return;
     OutputRecord record;
     record.nInput = sum.Value();
-    m_pOutput->Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, filters), record);
+    m_pOutput->Write(SearchIndex::IndexName(), SearchIndex::Index(m_plan, m_sites, filters), record);
 }
 
 QString CSiteRun::LecturePage(int nNode, OutputRecord& record) {

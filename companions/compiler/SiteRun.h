@@ -7,6 +7,7 @@
 #include "companions/compiler/OutputFolder.h"
 #include "companions/compiler/PageFrame.h"
 #include "companions/compiler/PageReader.h"
+#include "companions/compiler/SearchIndex.h"
 
 #include <QHash>
 #include <QSet>
@@ -39,12 +40,14 @@ private:
             Page,  ///< of no node
             Nodes, ///< the pages of some nodes, and the part of the search that holds their texts
             File,  ///< of the course
+            Pages, ///< what the search knows of some pages of an imported site
         };
         EKind Kind;
         /// Of the file, but for Nodes.
         QString Name;
         QString Source = {};
-        int FirstNode = -1;
+        /// The first one of Nodes; for Pages which of the sites' parts.
+        int First = -1;
     };
     void PlanPieces();
     QStringList NamesOfPieces();
@@ -98,6 +101,9 @@ private:
     std::unique_ptr<CClassroom> m_pClassroom;
     std::vector<Piece> m_pieces;
     std::vector<QStringList> m_notes;
+    QList<SearchIndex::SitePages> m_sites;
+    /// Of no single file.
+    QStringList m_ownNotes;
     std::mutex m_strayMutex;
     QHash<QString, FoundSources> m_strays;
     int m_nPages = 0;

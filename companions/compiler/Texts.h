@@ -68,6 +68,8 @@ inline const QString c_strNoteNoFilmProgram =
 inline const QString c_strNoteNoFilm =
     QStringLiteral("栏目“%1”的视频未能转换成浏览器能播放的格式，网站只提供下载。");
 inline const QString c_strNoteNoScripts = QStringLiteral("栏目“%1”的视频脚本无法读取，讲稿不会随视频换页。");
+inline const QString c_strNoteHugeSite =
+    QStringLiteral("栏目“%1”的站点网页太多，网站的搜索只收录前面的一部分。");
 inline const QString c_strNoteLargeText = QStringLiteral("文件“%1”过大，原样复制，其中的链接未作修正。");
 
 // The window.

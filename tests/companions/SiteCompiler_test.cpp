@@ -223,7 +223,14 @@ TEST(SiteCompiler, IndexesTitlesAndTexts) {
         "<script>var x = '<p>秘密';</script><!-- 注 --><table><tr><td>甲<td>乙</table>1<2"_s);
     const qint32 nText = course.Add(c_nRootNodeId, u"文本"_s, NodeType::c_nExternalFile, u"a.txt"_s);
     course.WriteResource(nText, u"a.txt"_s, CodePage::Encode(u"第一行\r\n<第二行>"));
+    const qint32 nSite = course.Add(c_nRootNodeId, u"站点"_s, NodeType::c_nSite, u"S\\a.htm"_s);
+    course.WriteResource(nSite, u"S\\a.htm"_s, "<p>first");
+    course.WriteResource(nSite, u"S\\sub\\B b.htm"_s, "<title>Second &amp; last</title><p>behind");
     course.Compile();
+    EXPECT_THAT(course.Bytes(u"vorel\\search\\n%1-0.js"_s.arg(nSite)).toStdString(),
+                HasSubstr("[\"S/sub/B%20b.htm\",\"Second & last\",\"behind\"]"));
+    EXPECT_THAT(course.Bytes(u"vorel\\search\\index.js"_s).toStdString(),
+                HasSubstr("sites:[\n[\"n" + std::to_string(nSite) + "-0.js\",3,\""));
     const std::string strPart = course.Bytes(u"vorel\\search\\0.js"_s).toStdString();
     EXPECT_THAT(strPart,
                 AllOf(HasSubstr("\"函数的 <定义> \\\"Fourier\\\" 变换 \\\\ 极值 甲 乙 1<2\""),

@@ -15,7 +15,7 @@
   var wanted = SHOWN_AT_ONCE;
   var shown = 0;
   var listed = {};
-  var waiting = []; // parts that may hold the words
+  var waiting = []; // parts that may hold the words: the file, and the node of those of imported sites
   var ready = []; // what was found and is not shown yet
 
   // As the compiler folds what it writes into the filters. Keeps the length, so that places hold.
@@ -93,32 +93,40 @@
     return (begin > 0 ? "…" : "") + text.slice(begin, end) + (end < text.length ? "…" : "");
   }
 
-  function path(index) {
-    var titles = [];
+  function path(index, own) {
+    var titles = own ? [course.nodes[index][0]] : [];
     for (var i = course.nodes[index][2]; i > 0; i = course.nodes[i][2]) {
       titles.unshift(course.nodes[i][0]);
     }
     return titles.join(" › ");
   }
 
-  function show(index, text) {
+  // A page of an imported site shows where the site does: in the node's own page, or by itself.
+  function addressOf(node, page) {
+    if (!page) {
+      return node[1];
+    }
+    return node[3] ? node[1].split("/")[0] + "/" + page[0] : node[1] + "#v-page=" + page[0];
+  }
+
+  function show(index, text, page) {
     var node = course.nodes[index];
     var item = document.createElement("li");
     var link = document.createElement("a");
-    link.href = node[1];
+    link.href = addressOf(node, page);
     if (node[3]) {
       link.target = "_blank";
       link.rel = "noopener";
       link.setAttribute("data-open", node[3]);
     }
-    item.appendChild(marked(link, node[0]));
+    item.appendChild(marked(link, page ? page[1] : node[0]));
     if (node[3]) {
       var hint = document.createElement("span");
       hint.className = "heard";
       hint.textContent = "（在新窗口打开）";
       link.appendChild(hint);
     }
-    [["where", path(index)], ["excerpt", text ? excerpt(text) : ""]].forEach(function (line) {
+    [["where", path(index, Boolean(page))], ["excerpt", text ? excerpt(text) : ""]].forEach(function (line) {
       if (line[1]) {
         var paragraph = document.createElement("p");
         paragraph.className = line[0];
@@ -133,11 +141,11 @@
   function step() {
     while (ready.length > 0 && shown < wanted) {
       var next = ready.shift();
-      show(next[0], next[1]);
+      show(next[0], next[1], next[2]);
     }
     if (shown < wanted && waiting.length > 0) {
       say("正在搜索……已找到 " + shown + " 条。");
-      load(waiting[0] + ".js");
+      load(waiting[0][0]);
       return;
     }
     more.hidden = ready.length === 0 && waiting.length === 0;
@@ -168,7 +176,12 @@
       });
       course.filters.forEach(function (filter, part) {
         if (mayHold(filter)) {
-          waiting.push(part);
+          waiting.push([part + ".js"]);
+        }
+      });
+      course.sites.forEach(function (site) {
+        if (mayHold(site[2])) {
+          waiting.push([site[0], site[1]]);
         }
       });
       step();
@@ -179,6 +192,15 @@
         var index = part * course.size + i;
         if (!listed[index] && holdsAll(fold(course.nodes[index][0] + "\n" + text))) {
           ready.push([index, text]);
+        }
+      });
+      step();
+    },
+    pages: function (filter, pages) {
+      var node = waiting.shift()[1];
+      pages.forEach(function (page) {
+        if (holdsAll(fold(page[1] + "\n" + page[2]))) {
+          ready.push([node, page[2], page]);
         }
       });
       step();

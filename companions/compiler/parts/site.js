@@ -31,6 +31,25 @@
     }
   });
 
+  // The search leads to pages of an imported site, which show in the frame of its node's page.
+  function showPage() {
+    var asked = /^#v-page=(.+)$/.exec(location.hash);
+    var frame = document.querySelector("main > iframe.embed");
+    if (!asked || !frame) {
+      return;
+    }
+    var page = new URL(asked[1], location.href).href;
+    if (page.indexOf(new URL(".", location.href).href) === 0) {
+      frame.contentWindow.location.replace(page);
+      var alone = document.querySelector("main > .alone-link a");
+      if (alone) {
+        alone.href = page;
+      }
+    }
+  }
+  window.addEventListener("hashchange", showPage);
+  showPage();
+
   // A long tree shows the present page without being scrolled by hand.
   var nav = document.getElementById("v-nav");
   var current = nav && nav.querySelector("[aria-current]");
