@@ -103,6 +103,9 @@ Address AddressOf(const CBookNode& node) {
     const QString strContent = node.GetContentPath();
     if (IsUrl(strContent))
         return {strContent, LeadsToWeb(node, strContent)};
+    // Mail and news have addresses without the mark by which others are known.
+    if (node.GetType() == NodeType::c_nExternalLink && IsWholeAddress(node.GetStoredPath()))
+        return {node.GetStoredPath(), false};
     const auto [strFile, strFragment] = ContentOf(node, strContent);
     return {strFragment.isEmpty() ? strContent : PathToFileUrl(strFile) + strFragment, false};
 }

@@ -172,6 +172,7 @@ inline const QString c_strNotCreated = QStringLiteral("创建栏目文件失败�
 
 inline const QString c_strContent = QStringLiteral("内容");
 inline const QString c_strOpenOutside = QStringLiteral("在系统浏览器中打开：%1");
+inline const QString c_strOpenAddress = QStringLiteral("用其他程序打开：%1");
 inline const QString c_strWriteMail = QStringLiteral("在邮件程序中写信：%1");
 inline const QString c_strOpenOfPage = QStringLiteral("网页要打开文件：%1");
 

@@ -6,6 +6,7 @@
 #include "editor/ui/OfferBar.h"
 #include "platform/base/FileOpening.h"
 #include "platform/base/NativePath.h"
+#include "platform/ui/AccessRules.h"
 #include "platform/ui/MediaKinds.h"
 #include "platform/ui/MediaView.h"
 #include "platform/ui/QtPeople.h"
@@ -13,6 +14,7 @@
 #include "platform/ui/ThreadHeld.h"
 #include "platform/ui/WebBrowser.h"
 
+#include <QPointer>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QUrl>
@@ -52,6 +54,7 @@ void CContentPane::Show(const QString& strTarget, const QStringList& allowedFold
     m_pOffer->hide();
     m_bCleared = false;
     m_allowedFolders = allowedFolders;
+    m_strTarget = strTarget;
     const QString strPath = SurfaceUrls::UrlToPath(SurfaceUrls::EngineUrl(strTarget));
     m_strShownPath = strPath;
     if (!strPath.isEmpty() && MediaKinds::OfFile(strPath).Way != MediaKinds::EWay::Browser) {
@@ -62,7 +65,12 @@ void CContentPane::Show(const QString& strTarget, const QStringList& allowedFold
     setFocusProxy(m_pBrowser);
     m_pBrowser->SetAllowedFolders(allowedFolders, false);
     m_pBrowser->SetNetworkAllowed(bNetwork);
+    const QPointer<CContentPane> pSelf(this);
     m_pBrowser->NavigateAndWait(strTarget);
+    // Also a page of the web: not every one can be used here.
+    if (pSelf != nullptr && !m_bCleared && m_strTarget == strTarget &&
+        CAccessRules::IsForDesktop(QUrl(strTarget)))
+        m_pOffer->OfferToStay(strTarget);
 }
 
 void CContentPane::ShowAsFile(const QString& strPath) {

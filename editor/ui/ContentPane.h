@@ -37,6 +37,8 @@ private:
 
     QString m_strTitle;
     QString m_strFileName;
+    /// What was last asked for, and its path where it is a file.
+    QString m_strTarget;
     QString m_strShownPath;
     QStringList m_allowedFolders;
     QStackedWidget* m_pStack;

@@ -3,6 +3,7 @@
 #include "content/Texts.h"
 #include "editor/Texts.h"
 #include "platform/base/NativePath.h"
+#include "platform/ui/DialogParts.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/WebBrowser.h"
 
@@ -17,6 +18,8 @@ namespace {
 /// what stood there before opens nothing.
 constexpr qint64 c_nSettleMs = 500;
 const QLatin1StringView c_strMail("mailto");
+const QLatin1StringView c_strWeb("http");
+const QLatin1StringView c_strSecureWeb("https");
 
 /// Mail programs attach files that an address names.
 QUrl WithoutAttachments(const QUrl& mail) {
@@ -52,7 +55,7 @@ COfferBar::COfferBar(QWidget* pParent) : QPushButton(pParent) {
 void COfferBar::Serve(CWebBrowser2Ex& surface) {
     m_pSurface = &surface;
     connect(&surface, &CWebBrowser2Ex::NavigateComplete2, this, [this] {
-        if (!isHidden() && PageOf(*m_pSurface) != m_strPage)
+        if (!isHidden() && !m_bStays && PageOf(*m_pSurface) != m_strPage)
             hide();
     });
     connect(&surface, &CWebBrowser2Ex::NewWindowRequested, this,
@@ -74,21 +77,30 @@ void COfferBar::Offer(const QString& strUrl) {
         Show(EditorTexts::c_strOpenOfPage, Platform::ToShown(strPath), strUrl);
     else if (url.scheme() == c_strMail)
         Show(EditorTexts::c_strWriteMail, url.path(), strUrl);
-    else
+    else if (url.scheme() == c_strWeb || url.scheme() == c_strSecureWeb)
         Show(EditorTexts::c_strOpenOutside, url.toDisplayString(), strUrl);
+    else
+        Show(EditorTexts::c_strOpenAddress, url.toDisplayString(), strUrl);
+}
+
+void COfferBar::OfferToStay(const QString& strUrl) {
+    hide();
+    Offer(strUrl);
+    m_bStays = true;
 }
 
 void COfferBar::Show(const QString& strText, const QString& strOf, const QString& strUrl) {
     const bool bSettling = m_changed.isValid() && m_changed.elapsed() < c_nSettleMs;
-    if (!isHidden() && (isDown() || bSettling || (toolTip() == strOf.toHtmlEscaped() && m_strUrl == strUrl)))
+    if (!isHidden() && (isDown() || bSettling || (m_strOf == strOf && m_strUrl == strUrl)))
         return;
     m_changed.start();
+    m_bStays = false;
     m_strUrl = strUrl;
     m_strPage = PageOf(*m_pSurface);
     m_strText = strText;
     m_strOf = strOf;
     Elide();
-    setToolTip(strOf.toHtmlEscaped());
+    setToolTip(DialogParts::TipOf(strOf));
     show();
 }
 
@@ -109,7 +121,8 @@ void COfferBar::resizeEvent(QResizeEvent* pEvent) {
 void COfferBar::Take() {
     if (m_changed.elapsed() < c_nSettleMs)
         return;
-    hide();
+    m_changed.start();
+    setVisible(m_bStays);
     const QUrl url(m_strUrl);
     if (url.isLocalFile())
         Q_EMIT FileWanted(m_strUrl);

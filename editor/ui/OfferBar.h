@@ -15,6 +15,9 @@ public:
 
     /// Takes what the surface's pages wish for.
     void Serve(CWebBrowser2Ex& surface);
+    /// Offers an address of the program's own choice, whatever the surface's page does; to be called once the
+    /// surface is served.
+    void OfferToStay(const QString& strUrl);
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
@@ -39,4 +42,5 @@ private:
     /// What a click opens; nothing for a message.
     QString m_strUrl;
     QElapsedTimer m_changed;
+    bool m_bStays = false;
 };

@@ -76,8 +76,21 @@ CAccessRules::SVerdict CAccessRules::Judge(const QUrl& url, EResource resource) 
     return {};
 }
 
+const QStringList& CAccessRules::DesktopSchemes() {
+    static const QStringList s_schemes =
+        QStringLiteral(
+            "http https mailto ftp mms mmsh mmst rtsp rtspt rtspu rtmp pnm news telnet gopher wais")
+            .split(u' ');
+    return s_schemes;
+}
+
+bool CAccessRules::IsForDesktop(const QUrl& url) {
+    // Old programs take what begins so for an option.
+    return url.isValid() && DesktopSchemes().contains(url.scheme()) && !url.authority().startsWith(u'-');
+}
+
 bool CAccessRules::MayOpen(const QUrl& url) const {
-    if (IsOneOf(url.scheme(), {QLatin1String("http"), QLatin1String("https"), QLatin1String("mailto")}))
+    if (IsForDesktop(url))
         return true;
     if (url.scheme() != QLatin1String("file") || m_access.bWebPage)
         return false;

@@ -27,6 +27,12 @@ public:
 
     SVerdict Judge(const QUrl& url, EResource resource) const;
 
+    /// Whether the desktop may be asked for a program for the address, should the person want it: a page of
+    /// the web, a mail, a film that comes as a stream, and the like.
+    static bool IsForDesktop(const QUrl& url);
+    /// The schemes of such addresses.
+    static const QStringList& DesktopSchemes();
+
     /// The same for a new window or a link: whether the program may be told of it.
     bool MayOpen(const QUrl& url) const;
 

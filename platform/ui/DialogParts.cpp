@@ -29,6 +29,12 @@ QLabel* LabelFor(const QString& strText, QWidget* pControl) {
     return pLabel;
 }
 
+QString TipOf(const QString& strText) {
+    return strText.isEmpty()
+               ? QString()
+               : QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(strText.toHtmlEscaped());
+}
+
 QPlainTextEdit* ReadOnlyText(QWidget* pParent) {
     auto* pText = new QPlainTextEdit(pParent);
     pText->setReadOnly(true);

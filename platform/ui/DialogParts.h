@@ -33,6 +33,9 @@ CControl* Named(CControl* pControl, const char* pszName, const QString& strLabel
 /// A label beside the control; its access key leads there.
 QLabel* LabelFor(const QString& strText, QWidget* pControl);
 
+/// A text for the tip at the mouse, where it shows as it is, whatever it holds; empty for an empty one.
+QString TipOf(const QString& strText);
+
 /// A text that can be reached by Tab, read and copied, on the ground of what can't be typed into. Enter and
 /// Escape stay the dialog's.
 QPlainTextEdit* ReadOnlyText(QWidget* pParent);

@@ -1,6 +1,7 @@
 #include "platform/ui/MediaKinds.h"
 
 #include "platform/base/FileOpening.h"
+#include "platform/ui/AccessRules.h"
 #include "platform/ui/Texts.h"
 
 #include <QHash>
@@ -135,7 +136,8 @@ QJsonObject Texts() {
             {QStringLiteral("opens"), UiTexts::c_strCardOpens},
             {QStringLiteral("opensFile"), UiTexts::c_strCardOpensFile},
             {QStringLiteral("named"), UiTexts::c_strCardNamed},
-            {QStringLiteral("withoutFile"), UiTexts::c_strCardWithoutFile}};
+            {QStringLiteral("withoutFile"), UiTexts::c_strCardWithoutFile},
+            {QStringLiteral("notOpened"), UiTexts::c_strCardNotOpened}};
 }
 
 /// Pictures, texts and pages; what has no known kind the engine looks into.
@@ -176,6 +178,7 @@ QString AsJson() {
     static const QString s_strJson = [] {
         QJsonObject kinds = PlugIns();
         kinds.insert(QStringLiteral("files"), Files());
+        kinds.insert(QStringLiteral("schemes"), QJsonArray::fromStringList(CAccessRules::DesktopSchemes()));
         kinds.insert(QStringLiteral("texts"), Texts());
         return QString::fromUtf8(QJsonDocument(kinds).toJson(QJsonDocument::Compact));
     }();

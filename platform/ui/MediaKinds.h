@@ -31,6 +31,7 @@ bool HasCard(const QString& strPath);
 ///   files    by the extension without its dot: [name, whether the engine may play it, whether that is sound]
 ///   classes  by the class of a plug-in its name
 ///   types    [pattern of what a page asks for, name], the first that fits counts
+///   schemes  of addresses that the desktop may be asked for, besides files
 ///   texts    what the cards say
 QString AsJson();
 

@@ -32,6 +32,8 @@ inline const QString c_strNoEngine =
     QStringLiteral("浏览器组件无法加载，不能显示和编辑网页。\n请您重新安装本程序后再试。");
 inline const QString c_strPageMissing = QStringLiteral("对不起，找不到要显示的文件：");
 inline const QString c_strPageFailed = QStringLiteral("对不起，无法显示该页面：");
+inline const QString c_strAddressNotShown =
+    QStringLiteral("本程序不能显示这种地址，您可以用其他程序打开它：");
 inline const QString c_strPageTimeOut = QStringLiteral("对不起，打开该页面超时：");
 inline const QString c_strPageOpening = QStringLiteral("正在打开网页，请稍候：");
 inline const QString c_strNoNetwork = QStringLiteral("该页面位于网络上，现在不允许访问网络：");
@@ -41,6 +43,8 @@ inline const QString c_strPlay = QStringLiteral("播放(&P)");
 inline const QString c_strPause = QStringLiteral("暂停(&P)");
 inline const QString c_strPlaceInMedia = QStringLiteral("播放位置");
 inline const QString c_strVolume = QStringLiteral("音量(&L)：");
+inline const QString c_strFillScreen = QStringLiteral("全屏(&U)");
+inline const QString c_strFillScreenKeys = QStringLiteral("全屏播放（F11），按 Esc 退出");
 inline const QString c_strOpenInProgram = QStringLiteral("用其他程序打开(&O)");
 inline const QString c_strMediaOpening = QStringLiteral("正在打开...");
 inline const QString c_strMediaReady = QStringLiteral("就绪");
@@ -95,5 +99,6 @@ inline const QString c_strCardOpens = QStringLiteral("%1，点击打开");
 inline const QString c_strCardOpensFile = QStringLiteral("点击打开 %1");
 inline const QString c_strCardNamed = QStringLiteral("%1：%2");
 inline const QString c_strCardWithoutFile = QStringLiteral("%1（没有指定文件）");
+inline const QString c_strCardNotOpened = QStringLiteral("%1（这个地址无法打开）");
 
 } // namespace UiTexts

@@ -3,6 +3,8 @@
 #include "foundation/Paths.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
+#include "platform/ui/AccessRules.h"
+#include "platform/ui/DialogParts.h"
 #include "platform/ui/LinkDialog.h"
 #include "platform/ui/PageEncoding.h"
 #include "platform/ui/PastedData.h"
@@ -261,7 +263,7 @@ void CWebBrowser2Ex::ShowNote(const QString& strText, const QString& strUrl) {
         return;
     const QString strShown = fontMetrics().elidedText(strUrl, Qt::ElideMiddle, width() - 2 * c_nNoteMargin);
     m_pNote->setText(strText + u'\n' + strShown);
-    m_pNote->setToolTip(strUrl.toHtmlEscaped());
+    m_pNote->setToolTip(DialogParts::TipOf(strUrl));
     m_pNote->setGeometry(rect());
     m_pNote->setVisible(!strText.isEmpty());
     m_pNote->raise();
@@ -276,7 +278,9 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     ShowNote({});
     ApplyAccess(bWebPage);
     if (!url.isValid())
-        return ShowFailure(UiTexts::c_strPageFailed + u'\n' + strUrl);
+        return ShowFailure((CAccessRules::IsForDesktop(QUrl(strUrl)) ? UiTexts::c_strAddressNotShown
+                                                                     : UiTexts::c_strPageFailed) +
+                           u'\n' + strUrl);
     if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isFile())
         return ShowFailure(UiTexts::c_strPageMissing + u'\n' + Platform::ToNativeExact(url.toLocalFile()));
     if (bWebPage && !m_bNetwork)

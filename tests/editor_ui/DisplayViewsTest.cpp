@@ -121,6 +121,31 @@ TEST_F(DisplayViewsTest, ALinkOfANodeShowsItsPlaceInThePage) {
     EXPECT_EQ(strUrl, Torvane::File::PathToDocumentUrl(pPage->GetContentPath()) + u"#b"_s);
 }
 
+// The program shows no such address, and a view with nothing but a failure would leave the teacher alone.
+TEST_F(DisplayViewsTest, AnAddressForAnotherProgramIsNamedAndOffered) {
+    CMailCatcher opened;
+    const std::unique_ptr<CBookShowView> pView(DisplayViews::MakeShowContentView(m_world.Host, nullptr));
+    ShowOnScreen(*pView);
+    for (const QString& strUrl :
+         {u"ftp://example.org/课.zip"_s, u"news:comp.lang.c"_s, u"telnet://bbs.edu.cn"_s}) {
+        const QString strScheme = QUrl(strUrl).scheme();
+        QDesktopServices::setUrlHandler(strScheme, &opened, "Take");
+        const qint32 nId = m_world.MakePage(u"链接"_s, "")->GetId();
+        m_world.Store().SetContent(nId, {NodeType::c_nExternalLink, strUrl, 0, {}, {}});
+        CBookNode link(*m_world.pCourse, m_world.Store().GetNode(nId));
+        pView->m_pNode = &link;
+        pView->ShowNode();
+        auto& bar = Child<QPushButton>(*pView, u"openOutside"_s);
+        EXPECT_EQ(bar.text(), u"用其他程序打开："_s + strUrl);
+        QTest::qWait(600);
+        QTest::mouseClick(&bar, Qt::LeftButton);
+        EXPECT_EQ(opened.Urls.size(), 1) << strUrl.toStdString();
+        EXPECT_TRUE(bar.isVisible());
+        opened.Urls.clear();
+        QDesktopServices::unsetUrlHandler(strScheme);
+    }
+}
+
 TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {
     const std::pair<qint32, Qt::WindowStates> forms[] = {
         {1, Qt::WindowNoState}, {2, Qt::WindowMaximized}, {3, Qt::WindowFullScreen}};
