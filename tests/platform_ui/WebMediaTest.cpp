@@ -48,10 +48,10 @@ TEST_F(WebMediaTest, WhatTheEngineCannotPlayHasACardOfItsSize) {
          u"width: 50%; height: 200px"_s},
         {"<bgsound src='res/m.mid'>", u"position: fixed"_s},
         {"<embed src='res/n.wma' hidden=true>", u"position: fixed"_s},
-        {"<iframe src='res/c.avi' width=300 height=200></iframe>", u"width: 300px; height: 200px"_s},
-        {"<iframe src='res/讲义.DOC' width=310 height=200></iframe>", u"width: 310px; height: 200px"_s},
-        {"<iframe id=i frameborder=0></iframe><script>setTimeout(() => i.src = 'res/a.swf', 50)</script>",
-         u"width: 300px; height: 150px"_s},
+        {"<style>.q{display:none}</style><embed class=q src='res/o.wma'>", u"position: fixed"_s},
+        {"<div style='display:none'><embed src='res/p.wmv' width=210 height=90></div>",
+         u"width: 210px; height: 90px"_s},
+        {"<embed src='res/r.wmv' width=220 height=90 hidden=false>", u"width: 220px; height: 90px"_s},
         {"<video src='res/broken.mp4' width=300 height=200></video>", u"width: 300px; height: 200px"_s},
         {"<video width=310 height=200><source src='res/x.wmv'><source src='res/x.avi'></video>",
          u"width: 310px; height: 200px"_s},
@@ -75,7 +75,7 @@ TEST_F(WebMediaTest, WhatShowsStaysAndAnEditedPageIsNotTouched) {
     m_folder.Write(u"course\\N5\\in.htm"_s, "inside");
     const QByteArray shown = "<embed src=\"in.htm\"><object data=\"in.htm\" type=\"text/html\"></object>"
                              "<object classid=\"clsid:x\"><p>instead</p></object><iframe src=\"in.htm\">"
-                             "</iframe>";
+                             "</iframe><iframe src=\"data:text/html,<a href=x.doc\"></iframe>";
     ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, shown, false));
     EXPECT_TRUE(Cards().isEmpty()) << m_strHtml.toStdString();
 
@@ -100,7 +100,10 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
         const QString strFrame = u"src='"_s + strFile + u'\'';
         const QString pages[] = {u"<frameset cols='50%,50%'><frame "_s + strFrame + u"><frame></frameset>",
                                  u"<body style='margin:0;background:#0a0'><iframe width=320 height=240 "_s +
-                                     strFrame + u"></iframe>"};
+                                     strFrame + u"></iframe>",
+                                 u"<body style='margin:0;background:#0a0'><iframe id=f width=320 height=240>"
+                                 "</iframe><script>setTimeout(() => f.src = '"_s +
+                                     strFile + u"', 50)</script>"};
         for (const QString& strHtml : pages) {
             ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, strHtml.toUtf8(), false));
             EXPECT_TRUE(QTest::qWaitFor([&] { return CardFills(QRect(10, 10, 300, 220)); }, 10000))
@@ -116,6 +119,41 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
     EXPECT_TRUE(wanted.value(0).value(0).toString().endsWith(u"/course/N5/a.doc"_s));
     EXPECT_FALSE(wanted.value(0).value(1).toBool());
+}
+
+// Pages have one player and a list of films, and their scripts know it by its names alone.
+TEST_F(WebMediaTest, AScriptGivesThePlayerAnotherFilm) {
+    m_folder.Write(u"course\\N5\\b.ogg"_s, "no sound");
+    const char* const players[] = {
+        "<object id=mp classid='clsid:6BF52A52-394A-11D3-B153-00C04F79FAA6' width=300 height=200></object>",
+        "<embed name=mp src='res/a.wmv' width=300 height=200>",
+        "<embed name=mp src='res/a.mp3' hidden=true>",
+        "<video id=mp src='res/a.mp4' width=300 height=200></video>",
+    };
+    const char* const orders[] = {
+        "mp.URL = 'res/b.wmv'; mp.controls.play()",
+        "mp.FileName = 'b.ogg'; mp.FileName = 'res/b.wmv'; mp.Play()",
+        "mp.setAttribute('src', 'res/b.wmv')",
+        "document.getElementsByName('mp').length, mp.Open('res/b.wmv')",
+    };
+    m_folder.Write(u"course\\N5\\res\\b.wmv"_s, "x");
+    QSignalSpy wanted(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
+    for (const char* szPlayer : players) {
+        for (const char* szOrder : orders) {
+            const QByteArray late = QByteArray("<script>setTimeout(() => {") + szOrder +
+                                    "; document.title = 'fed'}, 300)</script>";
+            ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s,
+                             "<meta charset=utf-8><body style=margin:0>" + QByteArray(szPlayer) + late,
+                             false));
+            ASSERT_TRUE(QTest::qWaitFor([this] { return Cards().value(0).contains(u"src=\"res/b.wmv\""_s); }))
+                << szPlayer << szOrder << m_strHtml.toStdString();
+            ASSERT_TRUE(QTest::qWaitFor([this] { return ColourShows(c_cardColour); })) << szPlayer << szOrder;
+        }
+    }
+    QTest::mouseClick(m_browser->findChild<QWidget*>(u"webView"_s)->focusProxy(), Qt::LeftButton, {},
+                      QPoint(60, 40));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    EXPECT_TRUE(wanted.last().first().toString().endsWith(u"/course/N5/res/b.wmv"_s));
 }
 
 TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {
@@ -142,6 +180,9 @@ TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {
     click("<a href='课 1.wmv' style='display:block;height:200px;background:#eef3f8'>x</a>");
     EXPECT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
     EXPECT_TRUE(wanted.value(0).value(1).toBool()) << "by the person";
+    wanted.clear();
+    click("<embed src='mms://example.org/课.wmv' width=320 height=240>");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); })) << "another program may know the stream";
     wanted.clear();
     click("<embed src='../../elsewhere.wmv' width=320 height=240>");
     ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s,

@@ -11,11 +11,13 @@
   const TAGS = 'embed, object, bgsound, applet, video, audio, ' + FRAMES;
   const LEAST = {width: 120, height: 60};
   const done = new WeakSet();
+  const hosts = new WeakMap();
   // The engine's own page around a film, as in a frame that shows it.
   const isAlone = /^(video|audio)\//.test(document.contentType);
 
+  // Of what lies somewhere: other addresses hold their content themselves, or name none.
   function extensionOf(url) {
-    const path = url.split(/[?#]/)[0];
+    const path = /^[a-z][a-z0-9+.-]*:\/\//i.test(url) ? url.split(/[?#]/)[0] : '';
     const name = path.slice(path.lastIndexOf('/') + 1);
     return name.includes('.') ? name.slice(name.lastIndexOf('.') + 1).toLowerCase() : '';
   }
@@ -28,6 +30,11 @@
   function kindOf(url) {
     const known = entry(kinds.files, extensionOf(url));
     return known && {name: known[0], mayPlay: known[1], isSound: known[2]};
+  }
+
+  function mayOpen(url) {
+    const scheme = url.split(':')[0].toLowerCase();
+    return scheme === 'file' || kinds.schemes.includes(scheme);
   }
 
   function filled(text, ...values) {
@@ -88,24 +95,41 @@
 
   // Music without a place in the page: a card of its own at the rim, which moves nothing.
   function isUnseen(element) {
-    const small = (name) => /^[01]$/.test((element.getAttribute(name) || '').trim());
-    return element.localName === 'bgsound' || small('width') || small('height') ||
-        (element.hasAttribute('hidden') && element.getAttribute('hidden').toLowerCase() !== 'false') ||
-        (element.localName === 'audio' && !element.controls) || element.style.display === 'none';
+    // Which the engine takes for hidden whatever its value is.
+    if (element.hasAttribute('hidden'))
+      return element.getAttribute('hidden').toLowerCase() !== 'false';
+    const style = getComputedStyle(element);
+    const parent = element.parentElement && getComputedStyle(element.parentElement);
+    const small = (side) => /^[01](\.\d+)?px$/.test(style[side]);
+    const box = element.getBoundingClientRect();
+    const isOutside = box.width > 0 && (box.right + scrollX <= 0 || box.bottom + scrollY <= 0);
+    // What a page hides with all around it shows again with that.
+    return element.localName === 'bgsound' || style.display === 'none' || small('width') ||
+        small('height') || isOutside || (style.visibility === 'hidden' && (!parent || parent.visibility !== 'hidden'));
   }
 
-  function card(url, kind, size) {
+  // An element of ours in the page: a shadow root that the page doesn't reach, with a card or a player.
+  function makeHost(size, otherwise) {
     const host = document.createElement('span');
-    const root = host.attachShadow({mode: 'closed'});
+    host.style.cssText = 'display:inline-block;vertical-align:bottom;width:' + size.width +
+        ';height:' + size.height;
+    hosts.set(host, {root: host.attachShadow({mode: 'closed'}), otherwise});
+    done.add(host);
+    return host;
+  }
+
+  function showCard(host, url, kind) {
     const button = document.createElement('button');
     const name = nameOf(url);
+    const opens = url && mayOpen(url);
     const text = url ? filled(TEXTS.named, kind, name) : filled(TEXTS.withoutFile, kind);
+    const advice = opens ? filled(TEXTS.opens, kind) : url ? filled(TEXTS.notOpened, kind) : text;
     button.type = 'button';
-    button.disabled = !url;
-    button.title = url ? filled(TEXTS.opensFile, name) : text;
+    button.disabled = !opens;
+    button.title = opens ? filled(TEXTS.opensFile, name) : advice;
     button.setAttribute('aria-label', text);
-    for (const [line, style] of [[url ? '▶' : '', 'font-size:24px;line-height:1'], [name, 'font-weight:bold'],
-                                 [url ? filled(TEXTS.opens, kind) : text, 'color:#555']]) {
+    for (const [line, style] of [[opens ? '▶' : '', 'font-size:24px;line-height:1'], [name, 'font-weight:bold'],
+                                 [advice, 'color:#555']]) {
       const part = document.createElement('div');
       part.textContent = line;
       part.style.cssText = 'overflow:hidden;text-overflow:ellipsis;max-width:100%;' + style;
@@ -115,20 +139,108 @@
     button.style.cssText = 'all:initial;box-sizing:border-box;width:100%;height:100%;display:flex;gap:4px;' +
         'flex-direction:column;align-items:center;justify-content:center;overflow:hidden;padding:4px;' +
         'font:13px sans-serif;color:#222;background:#eef3f8;border:1px solid #9ab;text-align:center;' +
-        'white-space:nowrap;cursor:' + (url ? 'pointer' : 'default');
+        'white-space:nowrap;cursor:' + (opens ? 'pointer' : 'default');
     const focus = document.createElement('style');
     focus.textContent = 'button:focus-visible{outline:2px solid #1a66c2!important;outline-offset:-3px!important}';
-    root.append(focus, button);
-    host.style.cssText = 'display:inline-block;vertical-align:bottom;width:' + size.width +
-        ';height:' + size.height;
     button.addEventListener('click', (event) => {
       event.preventDefault();
       event.stopPropagation();
-      if (event.isTrusted && url)
+      if (event.isTrusted && opens)
         console.debug(token + url);
     });
-    done.add(host);
+    hosts.get(host).root.replaceChildren(focus, button);
+  }
+
+  // For what the engine may have the decoder of.
+  function showPlayer(host, url, kind, autoplay) {
+    const player = document.createElement(kind.isSound ? 'audio' : 'video');
+    player.controls = true;
+    player.style.cssText = 'width:100%;height:100%';
+    player.autoplay = autoplay;
+    play(host, player, url, (failed, name) => showCard(host, failed, name));
+  }
+
+  // Watched from before it is given the film: just behind that it has none yet, too.
+  function play(host, player, url, give) {
+    watchPlayable(player, (failed, name) => player.parentNode && give(failed, name));
+    player.src = url;
+    hosts.get(host).root.replaceChildren(player);
+  }
+
+  function card(url, kind, size) {
+    const host = makeHost(size, kind);
+    showCard(host, url, kind);
     return host;
+  }
+
+  // Takes the place of an element, for the page's scripts too: they know it by its names.
+  function stand(host, element) {
+    const place = element.style.position;
+    if (place === 'absolute' || place === 'fixed') {
+      for (const name of ['position', 'left', 'top', 'right', 'bottom', 'z-index', 'width', 'height']) {
+        const value = element.style.getPropertyValue(name);
+        if (value)
+          host.style.setProperty(name, value);
+      }
+    }
+    for (const name of ['id', 'name', 'class']) {
+      if (element.hasAttribute(name))
+        host.setAttribute(name, element.getAttribute(name));
+    }
+    // The outermost of nested players holds the place for all.
+    element.replaceWith(host);
+    for (const order of ['play', 'pause'])
+      host.addEventListener('vorel-' + order, () => {
+        const player = hosts.get(host).root.querySelector('video, audio');
+        if (player)
+          Promise.resolve(player[order]()).catch(() => {});
+      });
+    const script = document.createElement('script');
+    script.textContent = '(' + speakForPlayer + ')(document.currentScript.parentNode);';
+    host.append(script);
+    script.remove();
+  }
+
+  // Runs among the page's own scripts, which see none of what is done here: they give a player another film by setting
+  // what plug-ins had, and it becomes the attribute that is watched.
+  function speakForPlayer(host) {
+    const source = {
+      configurable: true,
+      get: () => host.getAttribute('src') || '',
+      set: (value) => host.setAttribute('src', value),
+    };
+    for (const name of ['src', 'Src', 'SRC', 'url', 'URL', 'filename', 'fileName', 'FileName', 'movie', 'Movie',
+                        'source', 'Source', 'data'])
+      Object.defineProperty(host, name, source);
+    const send = (order) => () => host.dispatchEvent(new Event('vorel-' + order));
+    const orders = {play: send('play'), pause: send('pause'), stop: send('pause')};
+    Object.assign(host, orders, {
+      Play: orders.play, DoPlay: orders.play, Pause: orders.pause, DoPause: orders.pause, Stop: orders.stop,
+      DoStop: orders.stop, StopPlay: orders.stop, controls: orders, Open: source.set, SetSource: source.set,
+      LoadMovie: (layer, url) => source.set(url), load: () => {},
+    });
+    for (const name of [host.id, host.getAttribute('name')]) {
+      for (const scope of [document, window]) {
+        const known = name && name in scope ? scope[name] : null;
+        if (name && (!known || known.isConnected === false))
+          scope[name] = host;
+      }
+    }
+  }
+
+  // A script of the page has named another film.
+  function feed(host, text) {
+    const url = text.trim() && absolute(text);
+    const kind = url ? kindOf(url) : null;
+    const isSeen = host.style.display !== 'none';
+    if (kind && kind.mayPlay)
+      isSeen ? showPlayer(host, url, kind, true) : playUnseen(host, url, false);
+    else if (isSeen)
+      showCard(host, url, kind ? kind.name : hosts.get(host).otherwise);
+    else if (kind)
+      comeToLight(host, url, kind.name);
+    else
+      hosts.get(host).root.replaceChildren();
   }
 
   function replace(element, url, kind) {
@@ -141,27 +253,16 @@
       if (!url)
         return;
       const chip = card(url, kind, {width: '220px', height: '76px'});
+      stand(chip, element);
       chip.style.cssText += ';position:fixed;right:12px;z-index:2147483647;bottom:' + (12 + 84 * unseen++) + 'px';
-      element.remove();
       (document.body || document.documentElement).append(chip);
       return;
     }
     if (isAlone)
       return fill(document, url, kind);
-    if (element.localName === 'frame')
+    if (element.matches(FRAMES))
       return fillFrame(element, url, kind);
-    const size = sizeOf(element);
-    const place = element.style.position;
-    const host = card(url, kind, size);
-    if (place === 'absolute' || place === 'fixed') {
-      for (const name of ['position', 'left', 'top', 'right', 'bottom', 'z-index', 'width', 'height']) {
-        const value = element.style.getPropertyValue(name);
-        if (value)
-          host.style.setProperty(name, value);
-      }
-    }
-    // The outermost of nested players holds the place for all.
-    element.replaceWith(host);
+    stand(card(url, kind, sizeOf(element)), element);
   }
   let unseen = 0;
 
@@ -173,20 +274,22 @@
     page.body.style.cssText = 'margin:0;height:100vh;overflow:hidden;background:white';
   }
 
-  // Nothing else than a frame has a place among frames.
+  // Nothing else than a frame has a place among frames, and links of the page lead into one by its name.
   function fillFrame(frame, url, kind) {
-    frame.addEventListener('load', () => frame.contentDocument && fill(frame.contentDocument, url, kind), {once: true});
+    const show = () => frame.contentDocument ? fill(frame.contentDocument, url, kind) :
+                                               stand(card(url, kind, sizeOf(frame)), frame);
+    frame.addEventListener('load', show, {once: true});
     frame.src = 'about:blank';
   }
 
   // Whether the engine has the decoders is known when it has tried.
-  function watchPlayable(element) {
+  function watchPlayable(element, give) {
     if (done.has(element))
       return;
     const fail = () => {
       const url = element.currentSrc || sourceOf(element);
       if (url && !/^(blob|data):/.test(url))
-        replace(element, url, (kindOf(url) || {name: element.localName === 'audio' ? TEXTS.sound : TEXTS.video}).name);
+        give(url, (kindOf(url) || {name: element.localName === 'audio' ? TEXTS.sound : TEXTS.video}).name);
     };
     const broken = () => element.error || element.networkState === HTMLMediaElement.NETWORK_NO_SOURCE;
     if (broken() && sourceOf(element))
@@ -204,30 +307,43 @@
       if (!frame.contentDocument || frame.contentDocument.URL === 'about:blank')
         replace(frame, url, kind);
     };
-    if (document.readyState === 'complete')
+    if (document.readyState === 'complete') {
       frame.addEventListener('load', check, {once: true});
-    else
+      // Of one that is refused nothing is told.
+      setTimeout(check, url.startsWith('file:') ? 1000 : 10000);
+    } else {
       window.addEventListener('load', check, {once: true});
+    }
   }
 
   // Music behind a page, which the engine has no element for.
   function playBehind(element, url) {
     done.add(element);
-    const audio = document.createElement('audio');
-    audio.src = url;
-    audio.autoplay = true;
     const loop = (element.getAttribute('loop') || '').toLowerCase();
-    audio.loop = loop === '-1' || loop === 'infinite';
-    element.replaceWith(audio);
-    watchPlayable(audio);
+    const host = makeHost(LEAST, TEXTS.sound);
+    host.style.display = 'none';
+    stand(host, element);
+    playUnseen(host, url, loop === '-1' || loop === 'infinite');
+  }
+
+  function playUnseen(host, url, isEndless) {
+    const audio = document.createElement('audio');
+    audio.autoplay = true;
+    audio.loop = isEndless;
+    play(host, audio, url, (failed, name) => comeToLight(host, failed, name));
+  }
+
+  function comeToLight(host, url, kind) {
+    done.delete(host);
+    replace(host, url, kind);
   }
 
   function look(element) {
     if (done.has(element))
       return;
     if (element.localName === 'video' || element.localName === 'audio')
-      return watchPlayable(element);
-    const url = sourceOf(element);
+      return watchPlayable(element, (failed, name) => replace(element, failed, name));
+    const url = element.hasAttribute('srcdoc') ? '' : sourceOf(element);
     const kind = url ? kindOf(url) : null;
     if (element.localName === 'bgsound') {
       if (url && kind && kind.mayPlay)
@@ -247,24 +363,18 @@
     if (element.localName === 'applet')
       return replace(element, '', TEXTS.applet);
     if (kind)
-      return kind.mayPlay ? playInstead(element, url, kind.isSound) : replace(element, url, kind.name);
+      return kind.mayPlay ? playInstead(element, url, kind) : replace(element, url, kind.name);
     if (plugIn && !isShown(element))
       replace(element, url, plugIn);
   }
 
-  // A player for what the engine may have the decoder of.
-  function playInstead(element, url, isSound) {
+  function playInstead(element, url, kind) {
     if (isUnseen(element))
       return playBehind(element, url);
-    const size = sizeOf(element);
-    const player = document.createElement(isSound ? 'audio' : 'video');
-    player.controls = true;
-    player.src = url;
-    player.style.cssText = 'width:' + size.width + ';height:' + size.height;
-    player.autoplay = /^(true|1|-1)$/i.test(element.getAttribute('autostart') || '');
     done.add(element);
-    element.replaceWith(player);
-    watchPlayable(player);
+    const host = makeHost(sizeOf(element), kind.name);
+    showPlayer(host, url, kind, /^(true|1|-1)$/i.test(element.getAttribute('autostart') || ''));
+    stand(host, element);
   }
 
   // An object that the engine shows itself, or something of the page's own in place of it.
@@ -287,9 +397,13 @@
   // Pages of that time write their players by script.
   new MutationObserver((changes) => {
     for (const change of changes) {
-      if (change.type === 'attributes' && change.target.matches(FRAMES))
+      if (change.type === 'attributes' && hosts.has(change.target))
+        feed(change.target, change.target.getAttribute(change.attributeName) || '');
+      if (change.type === 'attributes' && change.target.matches(FRAMES) && change.attributeName === 'src') {
+        done.delete(change.target);
         look(change.target);
+      }
       change.addedNodes.forEach((node) => node.isConnected && lookBelow(node));
     }
-  }).observe(document, {subtree: true, childList: true, attributes: true, attributeFilter: ['src']});
+  }).observe(document, {subtree: true, childList: true, attributes: true, attributeFilter: SOURCES});
 })
