@@ -243,6 +243,7 @@ void CMediaPlayer::SetFullScreen(bool bOn) {
         m_place = geometry();
         setWindowFlag(Qt::Window, true);
         showFullScreen();
+        activateWindow();
         setFocus();
         return;
     }

@@ -9,8 +9,11 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHideEvent>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QStackedWidget>
@@ -42,6 +45,18 @@ QString FileName(const QString& strPath) {
     return strShown.mid(strShown.lastIndexOf(u'/') + 1);
 }
 
+/// A click beside a slider's handle takes it there.
+class CClickedPlace : public QProxyStyle {
+public:
+    explicit CClickedPlace(QObject* pParent) { setParent(pParent); }
+
+    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                  QStyleHintReturn* pReturn) const override {
+        return hint == SH_Slider_AbsoluteSetButtons ? static_cast<int>(Qt::LeftButton)
+                                                    : QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
+    }
+};
+
 } // namespace
 
 CMediaView::CMediaView(QWidget* pParent)
@@ -56,7 +71,12 @@ CMediaView::CMediaView(QWidget* pParent)
     m_pText->setBackgroundRole(QPalette::Base);
     m_pText->setForegroundRole(QPalette::Text);
     m_pText->setAutoFillBackground(true);
-    m_pStack->addWidget(m_pPlayer);
+    // In a layout that lets go of it while it is a window of its own.
+    m_pPicture = new QWidget;
+    auto* pPicture = new QVBoxLayout(m_pPicture);
+    pPicture->setContentsMargins(0, 0, 0, 0);
+    pPicture->addWidget(m_pPlayer);
+    m_pStack->addWidget(m_pPicture);
     m_pStack->addWidget(m_pText);
     m_pTransport = MakeTransport();
     auto* pLayout = new QVBoxLayout(this);
@@ -67,6 +87,13 @@ CMediaView::CMediaView(QWidget* pParent)
     pLayout->addWidget(MakeFoot());
     ConnectPlayer();
     setFocusProxy(m_pPlay);
+    m_pPlayer->installEventFilter(this);
+    auto* pFill =
+        new QShortcut(QKeySequence(Qt::Key_F11), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(pFill, &QShortcut::activated, this, [this] {
+        if (m_pFill->isEnabled())
+            m_pPlayer->SetFullScreen(!m_pPlayer->isWindow());
+    });
 }
 
 QWidget* CMediaView::MakeTransport() {
@@ -86,12 +113,21 @@ QWidget* CMediaView::MakeTransport() {
     m_pVolume->setValue(100);
     m_pVolume->setPageStep(10);
     m_pVolume->setFixedWidth(c_nVolumeWidth);
+    auto* pStyle = new CClickedPlace(pRow);
+    m_pPlace->setStyle(pStyle);
+    m_pVolume->setStyle(pStyle);
+    m_pFill = DialogParts::Named(new QPushButton(UiTexts::c_strFillScreen, pRow), "mediaFullScreen",
+                                 UiTexts::c_strFillScreen);
+    m_pFill->setToolTip(UiTexts::c_strFillScreenKeys);
+    connect(m_pFill, &QPushButton::clicked, this, [this] { m_pPlayer->SetFullScreen(true); });
     pLayout->addWidget(m_pPlay);
     pLayout->addWidget(m_pPlace, 1);
     pLayout->addWidget(m_pTime);
     pLayout->addSpacing(c_nMargin);
     pLayout->addWidget(DialogParts::LabelFor(UiTexts::c_strVolume, m_pVolume));
     pLayout->addWidget(m_pVolume);
+    pLayout->addSpacing(c_nMargin);
+    pLayout->addWidget(m_pFill);
     return pRow;
 }
 
@@ -122,9 +158,10 @@ void CMediaView::ConnectPlayer() {
     connect(m_pPlayer, &CMediaPlayer::Loaded, this, [this] {
         m_pPlay->setEnabled(true);
         m_pPlace->setEnabled(m_pPlayer->CanSeek());
+        m_pFill->setEnabled(m_pPlayer->HasPicture());
         // Sound alone has no picture: its place says what is playing.
         if (m_pPlayer->HasPicture())
-            m_pStack->setCurrentWidget(m_pPlayer);
+            m_pStack->setCurrentWidget(m_pPicture);
         else
             m_pText->setText(MediaKinds::OfFile(m_strPath).strName + u'\n' + m_strName);
         ShowPosition();
@@ -135,6 +172,7 @@ void CMediaView::ConnectPlayer() {
 }
 
 void CMediaView::ShowFile(const QString& strPath, const QString& strName) {
+    m_pPlayer->SetFullScreen(false);
     m_strPath = strPath;
     m_strName = strName.isEmpty() ? FileName(strPath) : strName;
     ShowName();
@@ -149,6 +187,7 @@ void CMediaView::ShowFile(const QString& strPath, const QString& strName) {
     m_pTransport->show();
     m_pPlay->setEnabled(false);
     m_pPlace->setEnabled(false);
+    m_pFill->setEnabled(false);
     m_pPlayer->Load(strPath);
     ShowState();
     ShowPosition();
@@ -165,6 +204,7 @@ void CMediaView::Clear() {
 
 /// What the file is, and why it doesn't show.
 void CMediaView::Tell(const QString& strText) {
+    m_pPlayer->SetFullScreen(false);
     const QString strKind = MediaKinds::OfFile(m_strPath).strName;
     const QString strWhat =
         strKind.isEmpty() ? UiTexts::c_strKindUnknown : UiTexts::c_strKindOfFile.arg(strKind);
@@ -179,7 +219,7 @@ void CMediaView::Tell(const QString& strText) {
 void CMediaView::ShowName() {
     m_pName->setText(m_pName->fontMetrics().elidedText(m_strName, Qt::ElideMiddle, m_pName->width()));
     m_pName->setAccessibleName(m_strName);
-    m_pName->setToolTip(Platform::ToShown(m_strPath).toHtmlEscaped());
+    m_pName->setToolTip(DialogParts::TipOf(Platform::ToShown(m_strPath)));
     // Another program could no more read it.
     m_pOutside->setEnabled(!m_strPath.isEmpty() && QFileInfo(Platform::ToNative(m_strPath)).isReadable());
 }
@@ -208,6 +248,43 @@ void CMediaView::Toggle() {
         m_pPlayer->Pause();
     else
         m_pPlayer->Play();
+}
+
+/// The picture takes a double click, and while it fills the screen the keys of the rows that are out of
+/// sight.
+bool CMediaView::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    if (pEvent->type() == QEvent::MouseButtonDblClick && !m_pPlayer->isWindow()) {
+        m_pFill->click();
+        return true;
+    }
+    return (pEvent->type() == QEvent::KeyPress && m_pPlayer->isWindow() &&
+            TakeKey(static_cast<const QKeyEvent&>(*pEvent))) ||
+           QWidget::eventFilter(pWatched, pEvent);
+}
+
+bool CMediaView::TakeKey(const QKeyEvent& key) {
+    switch (key.key()) {
+    case Qt::Key_Space:
+        Toggle();
+        return true;
+    case Qt::Key_Left:
+        m_pPlace->triggerAction(QSlider::SliderSingleStepSub);
+        return true;
+    case Qt::Key_Right:
+        m_pPlace->triggerAction(QSlider::SliderSingleStepAdd);
+        return true;
+    case Qt::Key_Up:
+        m_pVolume->triggerAction(QSlider::SliderPageStepAdd);
+        return true;
+    case Qt::Key_Down:
+        m_pVolume->triggerAction(QSlider::SliderPageStepSub);
+        return true;
+    case Qt::Key_F11:
+        m_pPlayer->SetFullScreen(false);
+        return true;
+    default:
+        return false;
+    }
 }
 
 void CMediaView::hideEvent(QHideEvent* pEvent) {

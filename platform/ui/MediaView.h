@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class CMediaPlayer;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QSlider;
@@ -27,6 +28,7 @@ Q_SIGNALS:
     void OpenOutside(const QString& strPath);
 
 protected:
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
     void hideEvent(QHideEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
@@ -40,15 +42,18 @@ private:
     void ShowState();
     void ShowPosition();
     void Toggle();
+    bool TakeKey(const QKeyEvent& key);
 
     CMediaPlayer* m_pPlayer;
     QStackedWidget* m_pStack;
+    QWidget* m_pPicture;
     QLabel* m_pText;
     QWidget* m_pTransport;
     QPushButton* m_pPlay;
     QSlider* m_pPlace;
     QLabel* m_pTime;
     QSlider* m_pVolume;
+    QPushButton* m_pFill;
     QLabel* m_pName;
     QPushButton* m_pOutside;
     /// Backslash form; empty for none.

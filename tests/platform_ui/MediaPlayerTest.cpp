@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -163,6 +165,56 @@ TEST_F(MediaPlayerTest, TheViewPlaysOrTellsWhatTheFileIs) {
     view.ShowFile(m_folder.Path(u"a.wmv"_s));
     view.hide();
     EXPECT_FALSE(QTest::qWaitFor([&] { return play.text() == u"暂停(&P)"_s; }, 500));
+}
+
+// From every way in there is a way out, and the picture comes back to its place.
+TEST_F(MediaPlayerTest, AFilmFillsTheScreenAndComesBack) {
+    m_folder.Write(u"a.wmv"_s, Clip());
+    CMediaView view;
+    Show(view);
+    auto& player = *view.findChild<CMediaPlayer*>();
+    auto& fill = *view.findChild<QPushButton*>(u"mediaFullScreen"_s);
+    auto& place = *view.findChild<QSlider*>(u"mediaPlace"_s);
+    view.ShowFile(m_folder.Path(u"a.wmv"_s));
+    EXPECT_FALSE(fill.isEnabled());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.isVisible() && !player.GetPicture().isNull(); }, 20000));
+    player.Pause();
+    const std::function<void()> ins[] = {[&] { fill.click(); },
+                                         [&] { QTest::mouseDClick(&player, Qt::LeftButton); },
+                                         [&] { QTest::keyClick(&place, Qt::Key_F11); }};
+    const std::function<void()> outs[] = {[&] { QTest::keyClick(&player, Qt::Key_Escape); },
+                                          [&] { QTest::mouseDClick(&player, Qt::LeftButton); },
+                                          [&] { QTest::keyClick(&player, Qt::Key_F11); }};
+    for (int nWay = 0; nWay < 3; ++nWay) {
+        view.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+        const QRect own = player.geometry();
+        ins[nWay]();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&player)) << nWay;
+        EXPECT_TRUE(player.isFullScreen()) << nWay;
+        QTest::keyClick(&player, Qt::Key_Right);
+        outs[nWay]();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return player.isVisible() && player.geometry() == own; })) << nWay;
+    }
+    fill.click();
+    view.Clear();
+    EXPECT_FALSE(player.isWindow() || player.isVisible());
+}
+
+TEST_F(MediaPlayerTest, AClickBesideTheHandleGoesThere) {
+    m_folder.Write(u"a.wmv"_s, Clip());
+    CMediaView view;
+    Show(view);
+    auto& player = *view.findChild<CMediaPlayer*>();
+    auto& place = *view.findChild<QSlider*>(u"mediaPlace"_s);
+    view.ShowFile(m_folder.Path(u"a.wmv"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return place.isEnabled() && player.GetPosition() > 0; }, 20000));
+    player.Pause();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetState() == EMediaState::Paused; }));
+    QTest::mouseClick(&place, Qt::LeftButton, {}, place.rect().center());
+    const auto nHalf = player.GetDuration() / 2;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return qAbs(player.GetPosition() - nHalf) < 200; }))
+        << player.GetPosition();
 }
 
 TEST(MediaKindsTest, EachFileGoesToWhatShowsIt) {
