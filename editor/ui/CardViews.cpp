@@ -60,7 +60,7 @@ QVBoxLayout* MakeCard(QWidget& view) {
 void ShowInOneLine(QLabel& label, const QString& strText) {
     const QString strShown = label.fontMetrics().elidedText(strText, Qt::ElideMiddle, c_nValueWidth);
     label.setText(strShown);
-    label.setToolTip(strShown == strText ? QString() : strText.toHtmlEscaped());
+    label.setToolTip(strShown == strText ? QString() : DialogParts::TipOf(strText));
     label.setAccessibleName(strText);
 }
 
@@ -119,9 +119,10 @@ CNothingView::CNothingView(INodeViewHost& host, QWidget* pParent) : CBookShowVie
 
 CPromptView::CPromptView(INodeViewHost& host, QWidget* pParent) : CBookShowView(host, pParent) {
     setObjectName(QStringLiteral("CPromptView"));
-    PaintWith(*this, Qt::white);
     QVBoxLayout* pCard = MakeCard(*this);
     m_pText = MakePrompt(*pCard);
+    // Behind the text alone; around it the desktop's own colour.
+    PaintWith(*m_pText, Qt::white);
     m_pRefresh = new QPushButton(EditorTexts::c_strRefresh);
     DialogParts::SetNames(m_pRefresh, "refresh", EditorTexts::c_strRefresh);
     GiveRoom(*m_pRefresh);

@@ -4,12 +4,16 @@
 #include "editor/ui/ChildrenModel.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/SysInfo.h"
+#include "platform/ui/DialogParts.h"
 #include "platform/ui/Pictures.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QShortcut>
+#include <QStyledItemDelegate>
+#include <QToolTip>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -21,6 +25,23 @@ constexpr int c_nSideWidth = 160;
 constexpr int c_nTitleHeight = 18;
 constexpr int c_nMargin = 12;
 constexpr int c_nSidePicture = 324;
+
+/// Shows under the mouse what a column or the window cuts off.
+class CCutTips : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        const QRect seen = option.rect & pView->viewport()->rect();
+        const bool bWhole = option.rect.left() >= 0 && sizeHint(option, index).width() <= seen.width();
+        if (pEvent->type() != QEvent::ToolTip || bWhole)
+            return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
+        QToolTip::showText(pEvent->globalPos(), DialogParts::TipOf(index.data().toString()),
+                           pView->viewport(), option.rect);
+        return true;
+    }
+};
 
 } // namespace
 
@@ -50,6 +71,7 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
     m_pList->setObjectName(QStringLiteral("childrenList"));
     m_pList->setAccessibleName(EditorTexts::c_strChildColumn);
     m_pList->setModel(m_pChildren);
+    m_pList->setItemDelegate(new CCutTips(m_pList));
     m_pList->setRootIsDecorated(false);
     m_pList->setUniformRowHeights(true);
     m_pList->setIconSize(c_imageSize);
