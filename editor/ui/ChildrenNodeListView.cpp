@@ -75,6 +75,7 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
     m_pList->setRootIsDecorated(false);
     m_pList->setUniformRowHeights(true);
     m_pList->setIconSize(c_imageSize);
+    m_pList->header()->setStretchLastSection(false);
     for (int nColumn = 0; nColumn < 2; ++nColumn)
         m_pList->header()->resizeSection(nColumn, c_nColumnWidth);
     m_pList->setPalette(palette());
