@@ -18,7 +18,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString c_strFilmExtension = u".asf"_s;
-const QString c_strWorkingFilm = u"recorded.part"_s;
+const QString c_strWorkingFilm = u"\\recorded%1.part"_s;
+const QString c_strKeptFilm = u"\\kept%1.film"_s;
+
+QString PartPath(const QString& strFolder, const QString& strName, qsizetype nPart) {
+    return strFolder + strName.arg(nPart == 0 ? QString() : QString::number(nPart + 1));
+}
 
 } // namespace
 
@@ -41,15 +46,20 @@ bool HasFilm(const QString& strFolder) {
     });
 }
 
-QString WorkingFilmPath(const QString& strFolder) {
-    return strFolder + u'\\' + c_strWorkingFilm;
+QString WorkingFilmPath(const QString& strFolder, qsizetype nPart) {
+    return PartPath(strFolder, c_strWorkingFilm, nPart);
+}
+
+QString KeptFilmPath(const QString& strFolder, qsizetype nPart) {
+    return PartPath(strFolder, c_strKeptFilm, nPart);
 }
 
 bool HoldsRecording(const QString& strFolder) {
     using Torvane::File::EPathKind;
     using Torvane::File::GetPathKind;
     return GetPathKind(RecorderProjectPath(strFolder)) == EPathKind::File &&
-           (HasFilm(strFolder) || GetPathKind(WorkingFilmPath(strFolder)) == EPathKind::File);
+           (HasFilm(strFolder) || GetPathKind(WorkingFilmPath(strFolder)) == EPathKind::File ||
+            GetPathKind(KeptFilmPath(strFolder)) == EPathKind::File);
 }
 
 QString RecorderCommandLine(const QString& strProgramFolder, const QString& strProjectPath,

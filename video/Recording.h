@@ -15,8 +15,10 @@ QString FilmPath(const QString& strFolder);
 bool HasFilm(const QString& strFolder);
 
 /// The film while it is being recorded. Until then it is none, by its name too: a recorder that was ended by
-/// force has made no lecture.
-QString WorkingFilmPath(const QString& strFolder);
+/// force has made no lecture. A pause begins a new part; 0 is the first.
+QString WorkingFilmPath(const QString& strFolder, qsizetype nPart = 0);
+/// The same of an earlier recording that came to no end, while the recorder is at it again.
+QString KeptFilmPath(const QString& strFolder, qsizetype nPart = 0);
 /// Whether somebody has recorded in the folder, even if not to the end.
 bool HoldsRecording(const QString& strFolder);
 

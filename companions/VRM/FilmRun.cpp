@@ -1,10 +1,15 @@
 #include "companions/VRM/FilmRun.h"
 
+#include "companions/VRM/Texts.h"
+#include "platform/base/CaptureDevices.h"
 #include "platform/base/Process.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTimer>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using EKind = SFilmSource::EKind;
@@ -13,22 +18,26 @@ namespace {
 
 constexpr int c_nEndMilliseconds = 15000;
 constexpr int c_nKillMilliseconds = 3000;
+constexpr qsizetype c_nLiveBytes = qsizetype{c_nLiveWidth} * c_nLiveHeight * 3;
+constexpr qsizetype c_nMaxSaid = 4000;
 
-bool HasSoundServer() {
-    const QString strRuntime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return qEnvironmentVariableIsSet("PULSE_SERVER") ||
-           (!strRuntime.isEmpty() && QFile::exists(strRuntime + u"/pulse/native"_s));
-}
-
-bool HasSoundCard() {
-    QFile cards(u"/proc/asound/pcm"_s);
-    return cards.open(QIODevice::ReadOnly) && cards.readAll().contains("capture");
-}
+/// Tells ten times a second how loud it is, on the stream that has the progress too.
+const QString c_strLevels =
+    u"asetnsamples=n=4410:p=0,astats=metadata=1:reset=1:measure_perchannel=none:measure_overall=Peak_level,"
+    "ametadata=mode=print:key=lavfi.astats.Overall.Peak_level:file='pipe\\:2':direct=1"_s;
+const QString c_strLivePicture = u"fps=10,scale=%1:%2:force_original_aspect_ratio=decrease,pad=%1:%2:-1:-1"_s;
+/// A word that the level stands behind.
+constexpr QByteArrayView c_level("lavfi.astats.Overall.Peak_level=");
+constexpr QByteArrayView c_time("out_time_us=");
+constexpr double c_dNoSound = -1000;
 
 QStringList MicrophoneInput() {
-    return {
-        u"-f"_s,     HasSoundServer() ? u"pulse"_s : u"alsa"_s, u"-thread_queue_size"_s, u"512"_s, u"-i"_s,
-        u"default"_s};
+    return {u"-f"_s,
+            Platform::HasSoundServer() ? u"pulse"_s : u"alsa"_s,
+            u"-thread_queue_size"_s,
+            u"512"_s,
+            u"-i"_s,
+            u"default"_s};
 }
 
 QStringList InputOf(const SFilmSource& source) {
@@ -49,28 +58,25 @@ QStringList InputOf(const SFilmSource& source) {
 
 } // namespace
 
-bool HasMicrophone() {
-    return HasSoundServer() || HasSoundCard();
-}
-
 QList<SFilmSource> FilmSources() {
     QList<SFilmSource> sources;
     if (const QString strDisplay = qEnvironmentVariable("DISPLAY"); !strDisplay.isEmpty())
-        sources.append({EKind::Screen, strDisplay});
-    for (const QString& strCamera : QDir(u"/dev"_s).entryList({u"video*"_s}, QDir::System))
-        sources.append({EKind::Camera, u"/dev/"_s + strCamera});
-    if (HasMicrophone())
-        sources.append({EKind::Microphone, {}});
-    sources.append({EKind::File, {}});
+        sources.append({EKind::Screen, strDisplay, {}});
+    for (const Platform::SCamera& camera : Platform::Cameras())
+        sources.append({EKind::Camera, camera.strDevice, camera.strName});
+    if (Platform::HasMicrophone())
+        sources.append({EKind::Microphone, {}, {}});
+    sources.append({EKind::File, {}, {}});
     return sources;
 }
 
 QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QString& strTarget) {
     QStringList arguments{u"-hide_banner"_s, u"-loglevel"_s, u"error"_s,  u"-nostats"_s, u"-stats_period"_s,
-                          u"0.25"_s,         u"-progress"_s, u"pipe:1"_s, u"-y"_s};
+                          u"0.25"_s,         u"-progress"_s, u"pipe:2"_s, u"-y"_s};
     arguments += InputOf(source);
-    const bool bPictures = source.Kind == EKind::Screen || source.Kind == EKind::Camera;
-    if (bSound && bPictures)
+    const bool bLivePictures = source.Kind == EKind::Screen || source.Kind == EKind::Camera;
+    const bool bLiveSound = source.Kind == EKind::Microphone || (bSound && bLivePictures);
+    if (bSound && bLivePictures)
         arguments += MicrophoneInput();
     if (source.Kind != EKind::Microphone) {
         // A whole picture every second, so that a marker is soon reached.
@@ -87,12 +93,58 @@ QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QStri
         if (source.Kind == EKind::File)
             arguments += QStringList{u"-map"_s, u"0:V:0?"_s, u"-map"_s, u"0:a:0?"_s};
     }
+    if (bLiveSound)
+        arguments += QStringList{u"-af"_s, c_strLevels};
     arguments +=
         QStringList{u"-c:a"_s, u"wmav2"_s, u"-b:a"_s, u"96k"_s, u"-ac"_s, u"2"_s, u"-ar"_s, u"44100"_s};
     // Neither titles nor chapters of another film.
     arguments += QStringList{u"-map_metadata"_s,    u"-1"_s, u"-map_chapters"_s, u"-1"_s, u"-f"_s, u"asf"_s,
                              u"file:"_s + strTarget};
+    if (bLivePictures)
+        arguments += QStringList{
+            u"-map"_s,     u"0:v:0"_s, u"-vf"_s, c_strLivePicture.arg(c_nLiveWidth).arg(c_nLiveHeight),
+            u"-pix_fmt"_s, u"rgb24"_s, u"-f"_s,  u"rawvideo"_s,
+            u"pipe:1"_s};
     return arguments;
+}
+
+bool JoinFilms(const QStringList& films, const QList<qint64>& lengths, const QString& strTarget,
+               const std::function<bool()>& mayGoOn) {
+    QFile list(strTarget + u".list"_s);
+    if (!list.open(QIODevice::WriteOnly))
+        return false;
+    for (qsizetype i = 0; i < films.size(); ++i) {
+        list.write("file 'file:" + QFile::encodeName(films[i]).replace("'", "'\\''") + "'\n");
+        if (const qint64 nLength = lengths.value(i); nLength > 0)
+            list.write("duration " + QByteArray::number(nLength) + "ms\n");
+    }
+    list.close();
+    Platform::CProgramCall call;
+    call.strProgram = Platform::FindSystemProgram(u"ffmpeg"_s);
+    call.arguments = {u"-nostdin"_s,
+                      u"-v"_s,
+                      u"error"_s,
+                      u"-xerror"_s,
+                      u"-y"_s,
+                      u"-f"_s,
+                      u"concat"_s,
+                      u"-safe"_s,
+                      u"0"_s,
+                      u"-i"_s,
+                      u"file:"_s + list.fileName(),
+                      u"-map"_s,
+                      u"0"_s,
+                      u"-c"_s,
+                      u"copy"_s,
+                      u"-f"_s,
+                      u"asf"_s,
+                      u"file:"_s + strTarget};
+    const bool bDone =
+        Platform::RunGroup(call, mayGoOn) == Platform::EProgramEnd::Ended && QFileInfo(strTarget).size() > 0;
+    list.remove();
+    if (!bDone)
+        QFile::remove(strTarget);
+    return bDone;
 }
 
 CFilmRun::CFilmRun() = default;
@@ -104,12 +156,15 @@ CFilmRun::~CFilmRun() {
 void CFilmRun::Start(const QStringList& arguments) {
     Abandon();
     m_bFinishing = false;
+    m_pixels.clear();
+    m_said.clear();
     m_pProcess = std::make_unique<QProcess>();
-    m_pProcess->setStandardErrorFile(QProcess::nullDevice());
     // Nobody is filmed by a recorder that is no more.
     Platform::EndWithUs(*m_pProcess);
     QObject::connect(m_pProcess.get(), &QProcess::readyReadStandardOutput, m_pProcess.get(),
-                     [this] { ReadProgress(); });
+                     [this] { ReadPictures(); });
+    QObject::connect(m_pProcess.get(), &QProcess::readyReadStandardError, m_pProcess.get(),
+                     [this] { ReadLines(); });
     QObject::connect(m_pProcess.get(), &QProcess::finished, m_pProcess.get(),
                      [this](int nCode, QProcess::ExitStatus status) {
                          // Told to end, some versions call that a failure.
@@ -123,14 +178,54 @@ void CFilmRun::Start(const QStringList& arguments) {
     m_pProcess->start(Platform::FindSystemProgram(u"ffmpeg"_s), arguments);
 }
 
-void CFilmRun::ReadProgress() {
+void CFilmRun::ReadPictures() {
+    m_pixels += m_pProcess->readAllStandardOutput();
+    const qsizetype nWhole = m_pixels.size() / c_nLiveBytes * c_nLiveBytes;
+    if (nWhole == 0)
+        return;
+    // The newest of those that came together.
+    const QByteArray picture = m_pixels.sliced(nWhole - c_nLiveBytes, c_nLiveBytes);
+    m_pixels.remove(0, nWhole);
+    if (OnPicture)
+        OnPicture(picture);
+}
+
+void CFilmRun::ReadLines() {
+    m_pProcess->setReadChannel(QProcess::StandardError);
     while (m_pProcess && m_pProcess->canReadLine()) {
         const QByteArray line = m_pProcess->readLine().trimmed();
         bool bNumber = false;
-        const qint64 nFilm = line.startsWith("out_time_us=") ? line.mid(12).toLongLong(&bNumber) / 1000 : 0;
-        if (bNumber && OnProgress)
-            OnProgress(nFilm);
+        if (line.startsWith(c_time)) {
+            const qint64 nFilm = line.mid(c_time.size()).toLongLong(&bNumber) / 1000;
+            if (bNumber && OnProgress)
+                OnProgress(nFilm);
+        } else if (line.startsWith(c_level)) {
+            // Silence is "-inf".
+            const double dLevel = line.mid(c_level.size()).toDouble(&bNumber);
+            if (OnLevel)
+                OnLevel(bNumber && std::isfinite(dLevel) ? dLevel : c_dNoSound);
+        } else if (line.contains(' ') || !line.contains('=')) {
+            m_said = QByteArray(m_said + line + '\n').right(c_nMaxSaid);
+        }
     }
+}
+
+QString CFilmRun::FailureText(EKind kind) const {
+    const QByteArray said = m_said.toLower();
+    const auto tells = [&said](std::initializer_list<const char*> words) {
+        return std::ranges::any_of(words, [&said](const char* szWord) { return said.contains(szWord); });
+    };
+    if (tells({"no space left"}))
+        return RecorderText::c_strNoSpace;
+    if (kind == EKind::File)
+        return RecorderText::c_strFilmNotConverted;
+    if (tells({"alsa", "pulse"}))
+        return RecorderText::c_strMicrophoneNotOpened;
+    if (tells({"v4l2", "/dev/video"}))
+        return RecorderText::c_strCameraNotOpened;
+    if (tells({"x11grab", "display"}))
+        return RecorderText::c_strScreenNotRecorded;
+    return RecorderText::c_strNotRecorded;
 }
 
 void CFilmRun::Finish() {
@@ -154,6 +249,8 @@ void CFilmRun::Abandon() {
 }
 
 void CFilmRun::End(bool bWell) {
+    if (m_pProcess->isOpen())
+        ReadLines();
     // It calls us itself.
     m_pProcess.release()->deleteLater();
     if (OnEnd)

@@ -1,5 +1,6 @@
 #include "companions/VRM/Lecture.h"
 
+#include "companions/VRM/FilmRun.h"
 #include "companions/VRM/Texts.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
@@ -18,9 +19,11 @@ using Torvane::CRunException;
 namespace {
 
 const QString c_strName = u"lecture"_s;
+const QString c_strFurtherFilm = u"\\lecture%1.asf"_s;
 const QString c_strFilm = u"\\lecture.asf"_s;
 /// The film while it is being put together.
 const QString c_strFilmPart = u"\\lecture.part"_s;
+const QString c_strJoined = u"\\recorded.joined"_s;
 const QString c_strSlidePage = u"\\ppt.htm"_s;
 const QString c_strCourseInfo = u"\\CourseInfo"_s;
 
@@ -31,6 +34,15 @@ void Remove(const QString& strPath) {
 bool Rename(const QString& strFrom, const QString& strTo) {
     Remove(strTo);
     return QFile::rename(Platform::ToNativeExact(strFrom), Platform::ToNativeExact(strTo));
+}
+
+bool IsThere(const QString& strPath) {
+    return QFile::exists(Platform::ToNativeExact(strPath));
+}
+
+void RemoveParts(const QString& strFolder, FilmParts parts) {
+    for (qsizetype nPart = 0; IsThere(parts(strFolder, nPart)); ++nPart)
+        Remove(parts(strFolder, nPart));
 }
 
 void WriteFilmName(const SRecorderRequest& request) {
@@ -60,20 +72,56 @@ void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double
     Remove(WorkingFilmPath(strFolder));
 }
 
-bool KeepFilmAlone(const SRecorderRequest& request) {
-    Remove(request.strFolder + c_strFilmPart);
+bool KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) {
+    const QString& strFolder = request.strFolder;
+    Remove(strFolder + c_strFilmPart);
+    // Without these the film would not be shown. Where there is no room even for them, it can still be had.
     try {
         WriteFilmName(request);
+        Torvane::File::CreateFolderPath(strFolder + c_strCourseInfo);
+        ReplaceFile(strFolder + ScriptFileBelow(), MakeVideoScripts({}, {}, request.Key));
+        ReplaceFile(strFolder + OutlineFileBelow(), MakeOutline({}));
+        ReplaceFile(strFolder + c_strSlidePage, SlidePage(request.strCourse, slides.Pages, 1));
     } catch (const Torvane::CException&) {
-        // Whoever asks for it can name it.
     }
-    return Rename(WorkingFilmPath(request.strFolder), request.strFolder + c_strFilm);
+    for (qsizetype nPart = 1; IsThere(WorkingFilmPath(strFolder, nPart)); ++nPart)
+        Rename(WorkingFilmPath(strFolder, nPart), strFolder + c_strFurtherFilm.arg(nPart + 1));
+    return Rename(WorkingFilmPath(strFolder), strFolder + c_strFilm);
+}
+
+void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths,
+               const std::function<bool()>& mayGoOn) {
+    QStringList films;
+    while (IsThere(parts(strFolder, films.size())))
+        films.append(Platform::ToNativeExact(parts(strFolder, films.size())));
+    if (films.size() < 2)
+        return;
+    const QString strJoined = strFolder + c_strJoined;
+    if (!JoinFilms(films, lengths, Platform::ToNativeExact(strJoined), mayGoOn) ||
+        !Rename(strJoined, parts(strFolder, 0)))
+        throw CRunException(RecorderText::c_strNotJoined);
+    for (qsizetype nPart = films.size() - 1; nPart > 0; --nPart)
+        Remove(parts(strFolder, nPart));
+}
+
+bool KeepEarlierFilm(const QString& strFolder) {
+    // An older one that was laid aside already comes first.
+    qsizetype nKept = 0;
+    while (IsThere(KeptFilmPath(strFolder, nKept)))
+        ++nKept;
+    for (qsizetype nPart = 0; IsThere(WorkingFilmPath(strFolder, nPart)); ++nPart)
+        Rename(WorkingFilmPath(strFolder, nPart), KeptFilmPath(strFolder, nKept++));
+    return nKept > 0;
+}
+
+void RemoveKeptFilm(const QString& strFolder) {
+    RemoveParts(strFolder, KeptFilmPath);
 }
 
 void RemoveLecture(const QString& strFolder) {
-    for (const QString& strName : {c_strFilm, c_strFilmPart, c_strSlidePage})
+    for (const QString& strName : {c_strFilm, c_strFilmPart, c_strJoined, c_strSlidePage})
         Remove(strFolder + strName);
-    Remove(WorkingFilmPath(strFolder));
+    RemoveParts(strFolder, WorkingFilmPath);
     Torvane::File::TryDeleteFolder(strFolder + c_strCourseInfo);
     RemoveSlides(strFolder);
 }

@@ -13,9 +13,22 @@
 void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double dRatio,
                   const CLectureTimes& times, const std::function<bool(qint64, qint64)>& progress);
 
-/// The recorded film becomes the lecture's as it is, without markers and commands; it takes no room. False
-/// when even that is not possible; it stays where it is then.
-bool KeepFilmAlone(const SRecorderRequest& request);
+/// The recorded film becomes the lecture's as it is, without markers and commands; it takes next to no room.
+/// False when even that is not possible; it stays where it is then.
+bool KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides);
 
-/// Removes all that was made for a lecture that is given up: only the project file stays.
+/// Which part of a film stands where: WorkingFilmPath or KeptFilmPath.
+using FilmParts = QString (*)(const QString& strFolder, qsizetype nPart);
+
+/// Makes the first part of the film all of it. lengths as JoinFilms has them. Throws
+/// Torvane::CRunException; the parts stay then.
+void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths,
+               const std::function<bool()>& mayGoOn);
+
+/// Lays what an earlier recorder has left half done in the folder aside, to KeptFilmPath. False when there is
+/// nothing.
+bool KeepEarlierFilm(const QString& strFolder);
+void RemoveKeptFilm(const QString& strFolder);
+
+/// Removes all that was made for a lecture that is given up: only the project file stays, and a kept film.
 void RemoveLecture(const QString& strFolder);

@@ -22,7 +22,7 @@ inline const QString c_strNoMicrophone = u"没有找到麦克风。"_s;
 inline const QString c_strStart = u"开始录制(&R)"_s;
 inline const QString c_strCancel = u"取消"_s;
 inline const QString c_strScreen = u"屏幕"_s;
-inline const QString c_strCamera = u"摄像头 %1"_s;
+inline const QString c_strCamera = u"摄像头：%1（%2）"_s;
 inline const QString c_strMicrophone = u"麦克风（只有声音）"_s;
 inline const QString c_strExistingFilm = u"已有的视频文件"_s;
 inline const QString c_strPickPresentation = u"选择讲稿"_s;
@@ -33,10 +33,25 @@ inline const QString c_strFilms =
 inline const QString c_strHint =
     u"开始后，请您一边讲课（或观看视频）一边用“下一页”翻动讲稿，翻页的时间会一起记录下来。"_s;
 
+inline const QString c_strWaylandHint =
+    u"当前是 Wayland 会话，无法录制屏幕。请注销后选择 Xorg（X11）会话登录，或者改选其他录制内容。"_s;
+inline const QString c_strKeptHint =
+    u"上次录制的视频还在，但翻页的时间没有保存下来。请您选择讲稿，一边观看这段视频一边重新翻页。"_s;
+inline const QString c_strKeptGoes = u"重新录制完成后，上次录制的视频将被删除，您确定重新录制吗？"_s;
+inline const QString c_strRecordAnew = u"重新录制(&R)"_s;
+inline const QString c_strKeepOld = u"返回(&B)"_s;
+
 // Recording.
 inline const QString c_strConverting = u"正在转换讲稿..."_s;
 inline const QString c_strStarting = u"正在启动录制..."_s;
 inline const QString c_strRecording = u"正在录制　%1"_s;
+inline const QString c_strNothingYet = u"还没有收到画面或声音，请您检查录制设备。"_s;
+inline const QString c_strPausedAt = u"已暂停　%1"_s;
+inline const QString c_strPause = u"暂停(&U)"_s;
+inline const QString c_strContinue = u"继续(&U)"_s;
+inline const QString c_strLivePicture = u"正在录制的画面"_s;
+inline const QString c_strLevel = u"麦克风音量"_s;
+inline const QString c_strSilent = u"麦克风没有声音，请您检查麦克风是否已经接好、打开。"_s;
 inline const QString c_strPlaying = u"正在播放视频　%1 / %2"_s;
 inline const QString c_strWriting = u"正在生成视频课件..."_s;
 inline const QString c_strWritingPart = u"正在生成视频课件...　%1%"_s;
@@ -53,7 +68,7 @@ inline const QString c_strYes = u"放弃(&Y)"_s;
 inline const QString c_strNo = u"继续(&N)"_s;
 inline const QString c_strDone = u"视频课件录制完成，共 %1 页，时长 %2。"_s;
 inline const QString c_strBrokenOff =
-    u"录制提前中断，视频只到 %1 为止，请您检查录制设备和磁盘空间。已录制的部分共 %2 页讲稿，已保存。"_s;
+    u"%1\n\n已录制的部分（%2）没有丢失。请您排除故障后按“继续”接着录制，或者按“完成录制”结束。"_s;
 inline const QString c_strClose = u"关闭(&C)"_s;
 
 // Failures.
@@ -66,11 +81,20 @@ inline const QString c_strNoConverter =
 inline const QString c_strNoSpace = u"磁盘空间不足，请您清理磁盘后重试。"_s;
 inline const QString c_strNoEncoder = u"没有找到编码程序，请您安装软件包 ffmpeg。"_s;
 inline const QString c_strNotRecorded = u"录制失败：编码程序没有生成视频。"_s;
+inline const QString c_strFilmNotConverted = u"转换视频失败，请您检查磁盘空间和视频文件。"_s;
+inline const QString c_strMicrophoneNotOpened =
+    u"无法使用麦克风，请您检查它是否已经接好、是否正被其他程序使用。"_s;
+inline const QString c_strCameraNotOpened =
+    u"无法使用摄像头，请您检查它是否已经接好、是否正被其他程序使用。"_s;
+inline const QString c_strScreenNotRecorded = u"无法录制屏幕。"_s;
+inline const QString c_strNotJoined = u"无法把各段录像合成一个视频，请您检查磁盘空间后重试。"_s;
 inline const QString c_strNotWritten = u"无法写入视频课件的文件，请您检查磁盘空间后重试。"_s;
 /// Below the failure: what giving up means.
 inline const QString c_strAskAgain = u"%1\n\n放弃后只保留录制的视频，播放时讲稿不会自动翻页。"_s;
+inline const QString c_strAskConvertAgain = u"%1\n\n重试不需要重新翻页；放弃后本次翻页的时间不会保留。"_s;
 inline const QString c_strAgain = u"重试(&R)"_s;
 inline const QString c_strGiveUp = u"放弃(&G)"_s;
+inline const QString c_strFilmStops = u"%1\n\n视频只能播放到 %2，到此为止的翻页时间会保留。"_s;
 inline const QString c_strFilmAlone = u"%1\n\n只保留了录制的视频，时长 %2，播放时讲稿不会自动翻页。"_s;
 inline const QString c_strFilmInPlace = u"%1\n\n录制的视频保留在\n%2"_s;
 

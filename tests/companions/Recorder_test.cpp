@@ -87,7 +87,7 @@ TEST_F(RecorderTest, ArgumentsThatAreNoneAreRefused) {
 // A name that the encoder would take for an option, a list or an address is a file's all the same.
 TEST_F(RecorderTest, NamesOfFilesAreNamesOfFiles) {
     const QStringList arguments =
-        EncoderArguments({SFilmSource::EKind::File, u"concat:a|b"_s}, true, u"-y.asf"_s);
+        EncoderArguments({SFilmSource::EKind::File, u"concat:a|b"_s, {}}, true, u"-y.asf"_s);
     EXPECT_TRUE(arguments.contains(u"file:concat:a|b"_s) && arguments.last() == u"file:-y.asf"_s);
     EXPECT_FALSE(arguments.contains(u"alsa"_s) || arguments.contains(u"pulse"_s));
 }

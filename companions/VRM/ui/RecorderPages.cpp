@@ -24,13 +24,14 @@ namespace {
 constexpr int c_nFieldWidth = 380;
 constexpr int c_nSideWidth = 240;
 constexpr int c_nFilmHeight = 180;
+constexpr int c_nLevelHeight = 10;
 
 QString NameOf(const SFilmSource& source) {
     switch (source.Kind) {
     case EKind::Screen:
         return RecorderText::c_strScreen;
     case EKind::Camera:
-        return RecorderText::c_strCamera.arg(source.strPlace);
+        return RecorderText::c_strCamera.arg(source.strName, source.strPlace);
     case EKind::Microphone:
         return RecorderText::c_strMicrophone;
     case EKind::File:
@@ -81,8 +82,9 @@ QWidget* CRecorderWindow::MakeSetupPage() {
     pGrid->addWidget(m_pSound, 3, 1, 1, 2);
     connect(m_pSource, &QComboBox::currentIndexChanged, this, &CRecorderWindow::ShowSource);
 
-    auto* pHint = new QLabel(RecorderText::c_strHint, this);
-    pHint->setWordWrap(true);
+    m_pHint = new QLabel(RecorderText::c_strHint, this);
+    m_pHint->setObjectName(QStringLiteral("hint"));
+    m_pHint->setWordWrap(true);
     m_pStart = Named(new QPushButton(RecorderText::c_strStart, this), "start", RecorderText::c_strStart);
     auto* pCancel =
         Named(new QPushButton(RecorderText::c_strCancel, this), "cancel", RecorderText::c_strCancel);
@@ -95,28 +97,60 @@ QWidget* CRecorderWindow::MakeSetupPage() {
     pButtons->addWidget(pCancel);
     auto* pLayout = new QVBoxLayout(pPage);
     pLayout->addLayout(pGrid);
-    pLayout->addWidget(pHint);
+    pLayout->addWidget(m_pHint);
     pLayout->addStretch(1);
     pLayout->addLayout(pButtons);
     return pPage;
 }
 
-QWidget* CRecorderWindow::MakeRecordPage() {
-    auto* pPage = new QWidget(this);
+/// What is filmed, how loud it is, and the outline.
+QLayout* CRecorderWindow::MakeSide() {
     m_pPlayer = Named(new CMediaPlayer(this), "player", RecorderText::c_strExistingFilm);
     m_pPlayer->setFixedSize(c_nSideWidth, c_nFilmHeight);
     m_pOutline = Named(new QListWidget(this), "outline", RecorderText::c_strOutline);
     m_pOutline->setFixedWidth(c_nSideWidth);
     m_pOutline->setUniformItemSizes(true);
+    m_pLive = Named(new QLabel(this), "live", RecorderText::c_strLivePicture);
+    m_pLive->setFixedSize(c_nLiveWidth, c_nLiveHeight);
+    QPalette dark = m_pLive->palette();
+    dark.setColor(QPalette::Window, Qt::black);
+    m_pLive->setPalette(dark);
+    m_pLive->setAutoFillBackground(true);
+    m_pLevel = Named(new QProgressBar(this), "level", RecorderText::c_strLevel);
+    m_pLevel->setRange(0, c_nLevels);
+    m_pLevel->setTextVisible(false);
+    m_pLevel->setFixedHeight(c_nLevelHeight);
+    m_pLevel->setToolTip(RecorderText::c_strLevel);
+    m_pSilent = Named(new QLabel(RecorderText::c_strSilent, this), "silent", RecorderText::c_strLevel);
+    m_pSilent->setWordWrap(true);
+    QPalette red = m_pSilent->palette();
+    red.setColor(QPalette::WindowText, Qt::red);
+    m_pSilent->setPalette(red);
+    auto* pSide = new QVBoxLayout;
+    pSide->addWidget(m_pPlayer);
+    pSide->addWidget(m_pLive);
+    pSide->addWidget(m_pLevel);
+    pSide->addWidget(m_pSilent);
+    pSide->addWidget(DialogParts::LabelFor(RecorderText::c_strOutline, m_pOutline));
+    pSide->addWidget(m_pOutline, 1);
+    return pSide;
+}
+
+QWidget* CRecorderWindow::MakeRecordPage() {
+    auto* pPage = new QWidget(this);
+    QLayout* pSide = MakeSide();
     m_pSlide = Named(new CSlidePicture(this), "slide", RecorderText::c_strOutline);
     m_pTime = Named(new QLabel(this), "time", RecorderText::c_strTitle);
+    m_pPause = Named(new QPushButton(RecorderText::c_strPause, this), "pause", RecorderText::c_strPause);
     m_pPrevious =
         Named(new QPushButton(RecorderText::c_strPrevious, this), "previous", RecorderText::c_strPrevious);
     m_pNext = Named(new QPushButton(RecorderText::c_strNext, this), "next", RecorderText::c_strNext);
     m_pStop = Named(new QPushButton(RecorderText::c_strStop, this), "stop", RecorderText::c_strStop);
     // Enter turns the page, and never ends a lecture.
+    m_pPause->setAutoDefault(false);
     m_pPrevious->setAutoDefault(false);
     m_pStop->setAutoDefault(false);
+    connect(m_pPause, &QPushButton::clicked, this, &CRecorderWindow::TogglePause);
     connect(m_pPrevious, &QPushButton::clicked, this, [this] { Turn(m_nSlide - 1); });
     connect(m_pNext, &QPushButton::clicked, this, [this] { Turn(m_nSlide + 1); });
     connect(m_pStop, &QPushButton::clicked, this, &CRecorderWindow::AskFinish);
@@ -130,16 +164,12 @@ QWidget* CRecorderWindow::MakeRecordPage() {
         connect(pKey, &QShortcut::activated, this, [this, nStep = nStep] { Turn(m_nSlide + nStep); });
     }
 
-    auto* pSide = new QVBoxLayout;
-    pSide->addWidget(m_pPlayer);
-    pSide->addWidget(DialogParts::LabelFor(RecorderText::c_strOutline, m_pOutline));
-    pSide->addWidget(m_pOutline, 1);
     auto* pBody = new QHBoxLayout;
     pBody->addLayout(pSide);
     pBody->addWidget(m_pSlide, 1);
     auto* pFoot = new QHBoxLayout;
     pFoot->addWidget(m_pTime, 1);
-    for (QPushButton* pButton : {m_pPrevious, m_pNext, m_pStop})
+    for (QPushButton* pButton : {m_pPause, m_pPrevious, m_pNext, m_pStop})
         pFoot->addWidget(pButton);
     auto* pLayout = new QVBoxLayout(pPage);
     pLayout->addLayout(pBody, 1);
@@ -149,6 +179,7 @@ QWidget* CRecorderWindow::MakeRecordPage() {
 
 QWidget* CRecorderWindow::MakeWaitPage() {
     auto* pPage = new QWidget(this);
+    m_pWaitIcon = new QLabel(this);
     m_pWait = new QLabel(this);
     m_pWait->setObjectName(QStringLiteral("wait"));
     m_pWait->setTextFormat(Qt::PlainText);
@@ -160,7 +191,10 @@ QWidget* CRecorderWindow::MakeWaitPage() {
     connect(m_pEnd, &QPushButton::clicked, this, [this] { m_stage == EStage::Done ? accept() : reject(); });
     auto* pLayout = new QVBoxLayout(pPage);
     pLayout->addStretch(1);
-    pLayout->addWidget(m_pWait);
+    auto* pText = new QHBoxLayout;
+    pText->addWidget(m_pWaitIcon);
+    pText->addWidget(m_pWait, 1);
+    pLayout->addLayout(pText);
     pLayout->addWidget(m_pBar);
     pLayout->addStretch(1);
     pLayout->addWidget(m_pEnd, 0, Qt::AlignRight);

@@ -4,6 +4,7 @@
 #include "companions/VRM/Texts.h"
 #include "companions/VRM/ui/SlidePicture.h"
 #include "foundation/Exceptions.h"
+#include "platform/base/CaptureDevices.h"
 #include "platform/base/MediaTools.h"
 #include "platform/base/NativePath.h"
 #include "platform/ui/MediaPlayer.h"
@@ -11,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,9 +23,11 @@
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <exception>
+#include <numeric>
 
 using EKind = SFilmSource::EKind;
 
@@ -32,6 +36,11 @@ namespace {
 constexpr int c_nTickMilliseconds = 200;
 constexpr int c_nWhole = 100;
 constexpr QSize c_recordSize(980, 620);
+constexpr int c_nEndIcon = 48;
+/// A microphone that works hears a little even in a quiet room. Decibels.
+constexpr double c_dSilence = -66;
+/// So long nobody is silent.
+constexpr int c_nSilentMilliseconds = 4000;
 
 QString ClockText(qint64 nMilliseconds) {
     const qint64 nSeconds = qMax<qint64>(nMilliseconds, 0) / 1000;
@@ -45,7 +54,7 @@ QString ClockText(qint64 nMilliseconds) {
 
 CRecorderWindow::CRecorderWindow(const SRecorderRequest& request)
     : QDialog(nullptr, Qt::Window), m_request(request), m_sources(FilmSources()),
-      m_pPages(new QStackedWidget(this)) {
+      m_bKept(KeepEarlierFilm(request.strFolder)), m_pPages(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("CRecorderWindow"));
     setWindowTitle(request.strCourse.isEmpty() ? RecorderText::c_strTitle
                                                : RecorderText::c_strTitleOf.arg(request.strCourse));
@@ -57,8 +66,18 @@ CRecorderWindow::CRecorderWindow(const SRecorderRequest& request)
     ConnectPlayer();
     m_film.OnProgress = [this](qint64 nFilm) { OnFilm(nFilm); };
     m_film.OnEnd = [this](bool bWell) { OnFilmEnd(bWell); };
+    m_film.OnLevel = [this](double dLevel) { OnLevel(dLevel); };
+    m_film.OnPicture = [this](const QByteArray& pixels) {
+        const QImage picture(reinterpret_cast<const uchar*>(pixels.constData()), c_nLiveWidth, c_nLiveHeight,
+                             qsizetype{c_nLiveWidth} * 3, QImage::Format_RGB888);
+        m_pLive->setPixmap(QPixmap::fromImage(picture));
+    };
     connect(&m_tick, &QTimer::timeout, this, &CRecorderWindow::ShowTime);
     m_tick.start(c_nTickMilliseconds);
+    if (m_bKept) {
+        m_pSource->setCurrentIndex(m_pSource->count() - 1);
+        m_pFilmFile->setText(Platform::ToShown(KeptFilmPath(request.strFolder)));
+    }
     ShowSource();
     SetStage(EStage::Setup);
 }
@@ -77,10 +96,8 @@ void CRecorderWindow::ConnectPlayer() {
         if (m_stage == EStage::Recording)
             m_pPlayer->Play();
     });
-    connect(m_pPlayer, &CMediaPlayer::Failed, this, [this](const QString& strText) {
-        if (m_stage == EStage::Recording)
-            Fail(strText);
-    });
+    connect(m_pPlayer, &CMediaPlayer::Failed, this, &CRecorderWindow::OnPlayerFailed);
+    connect(m_pPlayer, &CMediaPlayer::StateChanged, this, &CRecorderWindow::ShowPause);
     connect(m_pPlayer, &CMediaPlayer::Ended, this, &CRecorderWindow::FinishFilm);
 }
 
@@ -96,10 +113,14 @@ void CRecorderWindow::ShowSource() {
     const bool bFile = kind == EKind::File;
     m_pFilmFile->setEnabled(bFile);
     findChild<QPushButton*>(QStringLiteral("filmBrowse"))->setEnabled(bFile);
-    const bool bSound = !bFile && kind != EKind::Microphone && HasMicrophone();
+    const bool bMicrophone = Platform::HasMicrophone();
+    const bool bSound = !bFile && kind != EKind::Microphone && bMicrophone;
     m_pSound->setEnabled(bSound);
     m_pSound->setChecked(bSound);
-    m_pSound->setToolTip(HasMicrophone() ? QString() : RecorderText::c_strNoMicrophone);
+    m_pSound->setToolTip(bMicrophone ? QString() : RecorderText::c_strNoMicrophone);
+    m_pHint->setText(kind == EKind::Screen && !Platform::CanRecordScreen() ? RecorderText::c_strWaylandHint
+                     : bFile && m_bKept                                    ? RecorderText::c_strKeptHint
+                                                                           : RecorderText::c_strHint);
 }
 
 void CRecorderWindow::SetStage(EStage stage) {
@@ -107,6 +128,7 @@ void CRecorderWindow::SetStage(EStage stage) {
     m_pPages->setCurrentIndex(stage == EStage::Setup ? 0 : stage == EStage::Recording ? 1 : 2);
     m_pEnd->setText(stage == EStage::Done ? RecorderText::c_strClose : RecorderText::c_strCancel);
     m_pBar->setVisible(stage != EStage::Done);
+    m_pWaitIcon->setVisible(stage == EStage::Done);
     if (stage == EStage::Setup) {
         m_pStart->setDefault(true);
         m_pPresentation->setFocus();
@@ -125,13 +147,20 @@ void CRecorderWindow::Wait(const QString& strText, int nPercent) {
     m_pBar->setValue(nPercent);
 }
 
-/// Back to the beginning, with nothing left.
-void CRecorderWindow::Fail(const QString& strText) {
+void CRecorderWindow::Reset() {
     m_film.Abandon();
     m_pPlayer->Unload();
     RemoveLecture(m_request.strFolder);
     SetStage(EStage::Setup);
-    QMessageBox box(QMessageBox::Critical, RecorderText::c_strTitle, strText, QMessageBox::Ok, this);
+}
+
+void CRecorderWindow::Fail(const QString& strText) {
+    Reset();
+    Tell(QMessageBox::Critical, strText);
+}
+
+void CRecorderWindow::Tell(QMessageBox::Icon icon, const QString& strText) {
+    QMessageBox box(icon, RecorderText::c_strTitle, strText, QMessageBox::Ok, this);
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }
@@ -152,18 +181,26 @@ void CRecorderWindow::Beside(const std::function<void()>& work,
             this,
             [this, then, strFailure] {
                 m_work.join();
-                if (m_bCancelled)
+                if (!m_bCancelled)
+                    then(strFailure);
+                else if (m_bLeave)
                     QDialog::reject();
                 else
-                    then(strFailure);
+                    Reset();
             },
             Qt::QueuedConnection);
     });
 }
 
+bool CRecorderWindow::IsKeptFilm() const {
+    return m_source.Kind == EKind::File &&
+           QFileInfo(m_source.strPlace) ==
+               QFileInfo(Platform::ToNativeExact(KeptFilmPath(m_request.strFolder)));
+}
+
 void CRecorderWindow::Begin() {
     const auto tell = [this](const QString& strText, QWidget* pField) {
-        QMessageBox::information(this, RecorderText::c_strTitle, strText);
+        Tell(QMessageBox::Information, strText);
         pField->setFocus();
     };
     const QString strPresentation = m_pPresentation->text().trimmed();
@@ -172,12 +209,19 @@ void CRecorderWindow::Begin() {
         return tell(RecorderText::c_strNoPresentation, m_pPresentation);
     if (m_source.Kind == EKind::File && !QFileInfo(m_source.strPlace).isFile())
         return tell(RecorderText::c_strNoFilm, m_pFilmFile);
+    if (m_source.Kind == EKind::Screen && !Platform::CanRecordScreen())
+        return tell(RecorderText::c_strWaylandHint, m_pSource);
+    if (m_bKept && !IsKeptFilm() &&
+        !Asks(RecorderText::c_strKeptGoes, RecorderText::c_strRecordAnew, RecorderText::c_strKeepOld))
+        return;
     if (!Platform::HasMediaEncoder())
         return tell(RecorderText::c_strNoEncoder, m_pStart);
     SetStage(EStage::Converting);
     Wait(RecorderText::c_strConverting, -1);
     Beside(
         [this, strPath = Platform::FromNative(QFileInfo(strPresentation).absoluteFilePath())] {
+            if (m_bKept)
+                JoinParts(m_request.strFolder, KeptFilmPath, {}, [this] { return !m_bCancelled; });
             m_slides = ConvertSlides(strPath, m_request.strFolder, [this] { return !m_bCancelled; });
         },
         [this](const QString& strFailure) {
@@ -190,7 +234,8 @@ void CRecorderWindow::Begin() {
 
 void CRecorderWindow::StartFilm() {
     m_times.emplace(m_slides.Titles);
-    m_bFilmDone = m_bFilmWell = m_bFinished = false;
+    m_bFilmDone = m_bFinished = m_bPaused = m_bConvertAgain = false;
+    m_lengths.clear();
     m_nBehind = -1;
     m_nFilm = 0;
     {
@@ -204,20 +249,37 @@ void CRecorderWindow::StartFilm() {
     resize(size().expandedTo(c_recordSize).boundedTo(screen()->availableSize()));
     Turn(0);
     m_dRatio = m_pSlide->GetRatio();
-    m_clock.start();
-    const bool bFile = m_source.Kind == EKind::File;
-    m_pPlayer->setVisible(bFile);
-    if (bFile)
+    const bool bHears = IsLive() && (m_source.Kind == EKind::Microphone || m_pSound->isChecked());
+    m_pPlayer->setVisible(!IsLive());
+    m_pLive->clear();
+    m_pLive->setVisible(IsLive() && m_source.Kind != EKind::Microphone);
+    m_pLevel->setVisible(bHears);
+    m_pSilent->hide();
+    if (!IsLive())
         m_pPlayer->Load(Platform::FromNative(QFileInfo(m_source.strPlace).absoluteFilePath()));
-    m_film.Start(EncoderArguments(m_source, m_pSound->isChecked(),
-                                  Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder))));
+    StartEncoder();
     ShowTime();
 }
 
+void CRecorderWindow::StartEncoder() {
+    m_bFilmDone = m_bPaused = false;
+    m_nBehind = -1;
+    m_nFilm = 0;
+    m_clock.start();
+    m_heard.start();
+    const QString strPart = WorkingFilmPath(m_request.strFolder, m_lengths.size());
+    m_film.Start(EncoderArguments(m_source, m_pSound->isChecked(), Platform::ToNativeExact(strPart)));
+    ShowPause();
+}
+
+qint64 CRecorderWindow::WholeParts() const {
+    return std::accumulate(m_lengths.begin(), m_lengths.end(), qint64{0});
+}
+
 qint64 CRecorderWindow::FilmNow() const {
-    if (m_source.Kind == EKind::File)
+    if (!IsLive())
         return m_pPlayer->GetPosition();
-    return m_nBehind < 0 ? 0 : qMax<qint64>(m_clock.elapsed() - m_nBehind, 0);
+    return WholeParts() + (m_nBehind < 0 ? 0 : qMax<qint64>(m_clock.elapsed() - m_nBehind, 0));
 }
 
 /// The encoder tells a little late how far the film is: the least delay is the nearest to the truth.
@@ -228,21 +290,94 @@ void CRecorderWindow::OnFilm(qint64 nFilm) {
         m_nBehind = m_nBehind < 0 ? nBehind : qMin(m_nBehind, nBehind);
 }
 
+void CRecorderWindow::OnLevel(double dLevel) {
+    if (dLevel > c_dSilence)
+        m_heard.restart();
+    m_pLevel->setValue(qBound(0, c_nLevels + static_cast<int>(dLevel), c_nLevels));
+}
+
 void CRecorderWindow::OnFilmEnd(bool bWell) {
     m_bFilmDone = true;
-    m_bFilmWell = bWell && (m_source.Kind == EKind::File || m_bFinished);
-    // What there is of a film that broke off is a film, and the slides of it are known.
-    if (m_nFilm <= 0 || (m_source.Kind == EKind::File && !bWell))
-        return Fail(RecorderText::c_strNotRecorded);
-    if (m_source.Kind != EKind::File)
-        m_bFinished = true;
+    if (IsLive())
+        return OnLiveEnd(bWell);
+    if (!bWell)
+        return OnConversionFailed();
     if (m_bFinished)
         Write();
 }
 
+void CRecorderWindow::OnLiveEnd(bool bWell) {
+    const bool bTold = m_bFinished || m_bPaused;
+    m_nBehind = -1;
+    if (m_nFilm > 0)
+        m_lengths.append(std::exchange(m_nFilm, 0));
+    else
+        QFile::remove(Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder, m_lengths.size())));
+    if (m_lengths.isEmpty())
+        return Fail(m_film.FailureText(m_source.Kind));
+    if (m_bFinished)
+        return Write();
+    m_bPaused = true;
+    ShowPause();
+    // What there is of a film that broke off is a film, and the lecture may go on.
+    if (!bTold || !bWell)
+        Tell(QMessageBox::Warning,
+             RecorderText::c_strBrokenOff.arg(m_film.FailureText(m_source.Kind), ClockText(WholeParts())));
+}
+
+void CRecorderWindow::OnConversionFailed() {
+    if (!HasTurned() && !m_bFinished)
+        return Fail(m_film.FailureText(m_source.Kind));
+    // The person is at it with the slides; those times hold, whatever became of the copy.
+    m_bConvertAgain = true;
+    if (!m_bFinished)
+        return;
+    const QString strWhy = m_film.FailureText(m_source.Kind);
+    if (Asks(RecorderText::c_strAskConvertAgain.arg(strWhy), RecorderText::c_strAgain,
+             RecorderText::c_strGiveUp))
+        ConvertAgain();
+    else
+        Reset();
+}
+
+void CRecorderWindow::ConvertAgain() {
+    m_bConvertAgain = false;
+    SetStage(EStage::Writing);
+    StartEncoder();
+}
+
+void CRecorderWindow::OnPlayerFailed(const QString& strText) {
+    if (m_stage != EStage::Recording || m_bFinished)
+        return;
+    if (!HasTurned())
+        return Fail(strText);
+    Tell(QMessageBox::Warning, RecorderText::c_strFilmStops.arg(strText, ClockText(FilmNow())));
+    FinishFilm();
+}
+
+void CRecorderWindow::TogglePause() {
+    if (m_stage != EStage::Recording)
+        return;
+    if (!IsLive()) {
+        m_pPlayer->GetState() == EMediaState::Playing ? m_pPlayer->Pause() : m_pPlayer->Play();
+    } else if (m_bPaused) {
+        StartEncoder();
+    } else {
+        m_bPaused = true;
+        m_film.Finish();
+        ShowPause();
+    }
+}
+
+void CRecorderWindow::ShowPause() {
+    const bool bPaused = IsLive() ? m_bPaused : m_pPlayer->GetState() != EMediaState::Playing;
+    m_pPause->setText(bPaused ? RecorderText::c_strContinue : RecorderText::c_strPause);
+    // While a part of the film ends there is nothing to press, and none is too short to be one.
+    m_pPause->setEnabled(!IsLive() || (m_bPaused ? m_bFilmDone : m_nBehind >= 0));
+}
+
 void CRecorderWindow::AskFinish() {
-    if (m_source.Kind == EKind::File ||
-        Asks(RecorderText::c_strStopNow, RecorderText::c_strStopYes, RecorderText::c_strNo))
+    if (!IsLive() || Asks(RecorderText::c_strStopNow, RecorderText::c_strStopYes, RecorderText::c_strNo))
         FinishFilm();
 }
 
@@ -250,12 +385,14 @@ void CRecorderWindow::FinishFilm() {
     if (m_stage != EStage::Recording || std::exchange(m_bFinished, true))
         return;
     m_pPlayer->Pause();
+    if (m_bConvertAgain)
+        return ConvertAgain();
     if (m_bFilmDone)
         return Write();
     SetStage(EStage::Writing);
     Wait(RecorderText::c_strWriting, -1);
     // A film that is there already comes whole.
-    if (m_source.Kind != EKind::File)
+    if (IsLive())
         m_film.Finish();
 }
 
@@ -264,6 +401,8 @@ void CRecorderWindow::Write() {
     m_nPercent = 0;
     Beside(
         [this] {
+            const QList<qint64> lengths = m_lengths;
+            JoinParts(m_request.strFolder, WorkingFilmPath, lengths, [this] { return !m_bCancelled; });
             WriteLecture(m_request, m_slides, m_dRatio, *m_times, [this](qint64 nDone, qint64 nTotal) {
                 m_nPercent = static_cast<int>(nDone * c_nWhole / qMax<qint64>(nTotal, 1));
                 return !m_bCancelled;
@@ -273,28 +412,29 @@ void CRecorderWindow::Write() {
 }
 
 void CRecorderWindow::End(const QString& strFailure) {
-    const QString strLength = ClockText(m_nFilm);
-    if (strFailure.isEmpty() && m_bFilmWell)
-        return ShowEnd(RecorderText::c_strDone.arg(m_slides.Pages.size()).arg(strLength), false);
-    if (strFailure.isEmpty())
-        return ShowEnd(RecorderText::c_strBrokenOff.arg(strLength).arg(m_slides.Pages.size()), true);
+    const QString strLength = ClockText(IsLive() ? WholeParts() : m_nFilm);
+    if (strFailure.isEmpty()) {
+        RemoveKeptFilm(m_request.strFolder);
+        return ShowEnd(RecorderText::c_strDone.arg(m_slides.Pages.size()).arg(strLength),
+                       QMessageBox::Information);
+    }
     // The times are still known: once there is room it can be done.
     if (Asks(RecorderText::c_strAskAgain.arg(strFailure), RecorderText::c_strAgain,
              RecorderText::c_strGiveUp))
         return Write();
-    const QString strFolder = m_request.strFolder;
-    ShowEnd(KeepFilmAlone(m_request) ? RecorderText::c_strFilmAlone.arg(strFailure, strLength)
-                                     : RecorderText::c_strFilmInPlace.arg(
-                                           strFailure, Platform::ToShown(WorkingFilmPath(strFolder))),
-            true);
+    const QString strFilm = Platform::ToShown(WorkingFilmPath(m_request.strFolder));
+    ShowEnd(KeepFilmAlone(m_request, m_slides) ? RecorderText::c_strFilmAlone.arg(strFailure, strLength)
+                                               : RecorderText::c_strFilmInPlace.arg(strFailure, strFilm),
+            QMessageBox::Warning);
 }
 
-void CRecorderWindow::ShowEnd(const QString& strText, bool bWarning) {
+void CRecorderWindow::ShowEnd(const QString& strText, QMessageBox::Icon icon) {
     SetStage(EStage::Done);
     m_pPlayer->Unload();
     m_pWait->setText(strText);
-    if (bWarning)
-        QMessageBox::warning(this, RecorderText::c_strTitle, strText);
+    const QStyle::StandardPixmap pixmap =
+        icon == QMessageBox::Warning ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
+    m_pWaitIcon->setPixmap(style()->standardIcon(pixmap).pixmap(c_nEndIcon));
 }
 
 bool CRecorderWindow::Asks(const QString& strText, const QString& strYes, const QString& strNo) {
@@ -325,14 +465,25 @@ void CRecorderWindow::Turn(int nSlide) {
     m_pNext->setEnabled(nSlide + 1 < m_slides.Pages.size());
 }
 
+QString CRecorderWindow::LiveText() const {
+    if (m_bPaused)
+        return RecorderText::c_strPausedAt.arg(ClockText(FilmNow()));
+    if (m_nBehind >= 0)
+        return RecorderText::c_strRecording.arg(ClockText(FilmNow()));
+    return m_clock.hasExpired(c_nSilentMilliseconds) ? RecorderText::c_strNothingYet
+                                                     : RecorderText::c_strStarting;
+}
+
 void CRecorderWindow::ShowTime() {
-    const bool bFile = m_source.Kind == EKind::File;
+    const bool bFile = !IsLive();
     if (m_stage == EStage::Recording) {
-        const QString strLive = m_nBehind < 0 ? RecorderText::c_strStarting
-                                              : RecorderText::c_strRecording.arg(ClockText(FilmNow()));
         m_pTime->setText(
             bFile ? RecorderText::c_strPlaying.arg(ClockText(FilmNow()), ClockText(m_pPlayer->GetDuration()))
-                  : strLive);
+                  : LiveText());
+        if (m_pPause->isEnabled() == (m_nBehind < 0))
+            ShowPause();
+        m_pSilent->setVisible(m_pLevel->isVisible() && !m_bPaused &&
+                              m_heard.hasExpired(c_nSilentMilliseconds));
     } else if (m_stage == EStage::Writing) {
         const qint64 nLength = bFile ? m_pPlayer->GetDuration() : 0;
         const int nPercent = m_bFilmDone   ? m_nPercent.load()
@@ -348,12 +499,23 @@ void CRecorderWindow::reject() {
         return accept();
     if (m_stage == EStage::Recording || m_stage == EStage::Writing) {
         const bool bAbandon = Asks(RecorderText::c_strAbandon, RecorderText::c_strYes, RecorderText::c_strNo);
-        // It may have come to its end meanwhile.
-        if (!bAbandon || m_stage == EStage::Done)
+        // It may have come to its end meanwhile, or back to the beginning.
+        if (!bAbandon || (m_stage != EStage::Recording && m_stage != EStage::Writing))
             return;
     }
     m_film.Abandon();
     m_bCancelled = true;
-    if (!m_work.joinable())
+    if (m_work.joinable())
+        return;
+    if (m_bLeave || m_stage == EStage::Setup)
         QDialog::reject();
+    else
+        Reset();
+}
+
+void CRecorderWindow::closeEvent(QCloseEvent* pEvent) {
+    m_bLeave = true;
+    QDialog::closeEvent(pEvent);
+    // Work that goes on beside still has to end.
+    m_bLeave = m_work.joinable() && m_bCancelled;
 }

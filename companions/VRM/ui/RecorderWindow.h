@@ -7,6 +7,7 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QMessageBox>
 #include <QTimer>
 
 #include <atomic>
@@ -14,11 +15,15 @@
 #include <optional>
 #include <thread>
 
+/// How many steps the bar of the sound's level has, each a decibel.
+constexpr int c_nLevels = 60;
+
 class CMediaPlayer;
 class CSlidePicture;
 class QCheckBox;
 class QComboBox;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QListWidget;
 class QProgressBar;
@@ -33,14 +38,19 @@ public:
     explicit CRecorderWindow(const SRecorderRequest& request);
     ~CRecorderWindow() override;
 
-    /// Escape, 取消 and the window's own button. A recording that is under way is asked about.
+    /// Escape, 取消 and the window's own button. Before the recording it ends the recorder; what is under way
+    /// it ends, which is asked about where it costs something, and only the window's own button also leaves.
     void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* pEvent) override;
 
 private:
     enum class EStage { Setup, Converting, Recording, Writing, Done };
 
     QWidget* MakeSetupPage();
     QWidget* MakeRecordPage();
+    QLayout* MakeSide();
     QWidget* MakeWaitPage();
     QLineEdit* AddFile(class QGridLayout& grid, int nRow, const QString& strLabel, const char* szName,
                        const QString& strButton, const std::function<QString()>& pick);
@@ -49,28 +59,49 @@ private:
     SFilmSource ChosenSource() const;
     void SetStage(EStage stage);
     void Wait(const QString& strText, int nPercent);
+    /// Back to the beginning, with nothing left.
+    void Reset();
     void Fail(const QString& strText);
+    void Tell(QMessageBox::Icon icon, const QString& strText);
 
     void Begin();
     /// The work runs beside; then follows on this thread, with the failure's text or none.
     void Beside(const std::function<void()>& work,
                 const std::function<void(const QString& strFailure)>& then);
     void StartFilm();
+    /// The encoder begins, or goes on with a new part of the film.
+    void StartEncoder();
     void OnFilm(qint64 nFilm);
     void OnFilmEnd(bool bWell);
+    void OnLiveEnd(bool bWell);
+    /// The film that is there could not be converted.
+    void OnConversionFailed();
+    void ConvertAgain();
+    void OnPlayerFailed(const QString& strText);
+    void OnLevel(double dLevel);
+    void TogglePause();
+    void ShowPause();
     /// A live lecture is over once it is ended, so that is asked about.
     void AskFinish();
     void FinishFilm();
     void Write();
     void End(const QString& strFailure);
-    void ShowEnd(const QString& strText, bool bWarning);
+    void ShowEnd(const QString& strText, QMessageBox::Icon icon);
     /// Whether the person presses the first button; neither Escape nor closing does.
     bool Asks(const QString& strText, const QString& strYes, const QString& strNo);
+    bool IsLive() const { return m_source.Kind != SFilmSource::EKind::File; }
+    /// Of all parts that are recorded whole, milliseconds.
+    qint64 WholeParts() const;
+    /// Whether there are times that would be a pity to lose.
+    bool HasTurned() const { return m_times && m_times->GetScript().Markers.size() > 1; }
 
     void Turn(int nSlide);
     /// Milliseconds of the film by now.
     qint64 FilmNow() const;
+    QString LiveText() const;
     void ShowTime();
+    /// Whether the earlier recorder's film is what is chosen.
+    bool IsKeptFilm() const;
 
     const SRecorderRequest m_request;
     const QList<SFilmSource> m_sources;
@@ -82,11 +113,20 @@ private:
     QElapsedTimer m_clock;
     /// How long the film began behind the clock; negative before it has.
     qint64 m_nBehind = -1;
+    /// Of the part that is being recorded; of a film that is there, what is converted.
     qint64 m_nFilm = 0;
+    QList<qint64> m_lengths;
+    bool m_bPaused = false;
     bool m_bFilmDone = false;
-    /// It did not end before it was told to.
-    bool m_bFilmWell = false;
+    /// The person has ended the lecture.
     bool m_bFinished = false;
+    /// The film that is there has to be converted once more, which is done when the lecture is over.
+    bool m_bConvertAgain = false;
+    /// The person wants to leave the recorder as well.
+    bool m_bLeave = false;
+    /// Of an earlier recorder, see KeepEarlierFilm.
+    const bool m_bKept;
+    QElapsedTimer m_heard;
     int m_nSlide = 0;
     double m_dRatio = 1;
     QTimer m_tick;
@@ -104,10 +144,16 @@ private:
     QListWidget* m_pOutline = nullptr;
     CSlidePicture* m_pSlide = nullptr;
     QLabel* m_pTime = nullptr;
+    QLabel* m_pHint = nullptr;
+    QLabel* m_pLive = nullptr;
+    QProgressBar* m_pLevel = nullptr;
+    QLabel* m_pSilent = nullptr;
+    QPushButton* m_pPause = nullptr;
     QPushButton* m_pPrevious = nullptr;
     QPushButton* m_pNext = nullptr;
     QPushButton* m_pStop = nullptr;
     QLabel* m_pWait = nullptr;
+    QLabel* m_pWaitIcon = nullptr;
     QProgressBar* m_pBar = nullptr;
     QPushButton* m_pEnd = nullptr;
 };
