@@ -7,16 +7,32 @@
 #include <QDateTime>
 #include <QFileInfo>
 
-#include <future>
+namespace {
 
-CCompileInput::CCompileInput(const CompileRequest& request) {
+/// How coarse the times of files are, in nanoseconds: two seconds on the coarsest volumes.
+constexpr qint64 c_nClockStep = 2'000'000'000;
+
+} // namespace
+
+CCompileInput::CCompileInput(const CompileRequest& request)
+    : m_nBegin(QDateTime::currentMSecsSinceEpoch() * 1'000'000) {
     const QString strResources =
         Platform::ToNative(CCoursePaths(request.ProjectPath).GetNodeResourceFolder(false));
-    auto tree = std::async(std::launch::async, [&] { return std::make_unique<CSourceTree>(strResources); });
+    m_listing = std::async(std::launch::async, [=] { return std::make_unique<CSourceTree>(strResources); });
     m_pModel = std::make_unique<CSiteModel>(request.ProjectPath);
-    m_pTree = tree.get();
+}
+
+/// Many thousands of small texts are let go of side by side.
+CCompileInput::~CCompileInput() {
+    m_pPlan.reset();
+    const auto model = std::async(std::launch::async, [this] { m_pModel.reset(); });
+    m_pTree.reset();
+}
+
+void CCompileInput::Plan(ESiteForm form) {
+    m_pTree = m_listing.get();
     m_pPlan = std::make_unique<CSitePlan>(*m_pModel, *m_pTree);
-    m_nStructure = SumOfStructure(request.Form);
+    m_nStructure = SumOfStructure(form);
 }
 
 quint64 CCompileInput::SumOfStructure(ESiteForm form) const {
@@ -42,7 +58,10 @@ quint64 CCompileInput::Sum(const QStringList& sources) const {
     sum.Add(m_nStructure);
     for (const QString& strSource : sources) {
         const CSourceTree::State state = m_pTree->StateOf(strSource);
-        sum.Add(quint64(state.nSize)).Add(quint64(state.nModified));
+        sum.Add(quint64(state.nSize)).Add(quint64(state.nModified)).Add(quint64(state.nChanged));
+        // What is written in the same moment in which it is read would look the same afterwards.
+        if (state.nChanged > m_nBegin - c_nClockStep)
+            sum.Add(quint64(m_nBegin));
     }
     return sum.Value();
 }

@@ -5,27 +5,39 @@
 #include "companions/compiler/SitePlan.h"
 #include "companions/compiler/SourceTree.h"
 
+#include <future>
 #include <memory>
 
 /// All that a course is compiled from, read once, and what tells whether it is still the same in the next
 /// run.
 class CCompileInput {
 public:
-    /// Throws Torvane::CRunException with a message.
+    /// Reads who the course is and its tree of nodes, and begins to list its files. Throws
+    /// Torvane::CRunException with a message.
     explicit CCompileInput(const CompileRequest& request);
+    ~CCompileInput();
+    CCompileInput(const CCompileInput&) = delete;
+    CCompileInput& operator=(const CCompileInput&) = delete;
 
     const CSiteModel& Model() const { return *m_pModel; }
+
+    /// Waits for the files and plans the pages; what follows is there then.
+    void Plan(ESiteForm form);
     const CSourceTree& Tree() const { return *m_pTree; }
     const CSitePlan& Plan() const { return *m_pPlan; }
 
     /// A sum over what any page may show: the tree of nodes, the names of all files, the form, and this
-    /// program itself; and over the states of some source files, whose content is read for one page alone.
+    /// program itself; and over the states of some source files, whose content is read for one page alone. No
+    /// sum comes twice for a file that changed just before this run.
     quint64 Sum(const QStringList& sources = {}) const;
 
 private:
     quint64 SumOfStructure(ESiteForm form) const;
 
+    /// In nanoseconds since 1970.
+    const qint64 m_nBegin;
     std::unique_ptr<CSiteModel> m_pModel;
+    std::future<std::unique_ptr<CSourceTree>> m_listing;
     std::unique_ptr<CSourceTree> m_pTree;
     std::unique_ptr<CSitePlan> m_pPlan;
     quint64 m_nStructure = 0;

@@ -14,6 +14,7 @@
 #include <exception>
 #include <future>
 #include <memory>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -28,15 +29,16 @@ public:
     CompileReport Run();
 
 private:
+    using OutputOpening = std::future<std::unique_ptr<COutputFolder>>;
     QString ChooseFolder();
-    void WriteSite(const QString& strFolder);
-    QStringList WriteApplicationSite(const QString& strFolder, const QString& strSite) const;
-    std::unique_ptr<COutputFolder> OpenFolder(const QString& strFolder) const;
+    OutputOpening Open(const QString& strFolder) const;
+    void WriteSite(COutputFolder& output);
+    QStringList WriteApplicationSite(COutputFolder& output, const QString& strSite) const;
     void RememberFolder(const QString& strFolder);
 
     const CompileRequest& m_request;
     CompileProgress& m_progress;
-    const CCompileInput m_input;
+    CCompileInput m_input;
     CompileReport m_report;
 };
 
@@ -56,53 +58,58 @@ QString CCompiling::ChooseFolder() {
 CompileReport CCompiling::Run() {
     StopIfCancelled(m_progress);
     const QString strFolder = ChooseFolder();
+    const QStringList folders = FoldersOf(m_request.Form);
+    // What there was is read while it is planned what there shall be.
+    std::vector<OutputOpening> openings;
+    for (const QString& strName : folders)
+        openings.push_back(Open(strFolder + u'/' + strName));
+    m_input.Plan(m_request.Form);
+    std::vector<std::unique_ptr<COutputFolder>> outputs;
+    for (OutputOpening& opening : openings)
+        outputs.push_back(opening.get());
     m_report.Notes += m_input.Plan().Notes();
     if (m_input.Model().UnreachableCount() > 0)
         m_report.Notes.append(CompilerText::c_strNoteUnreachable.arg(m_input.Model().UnreachableCount()));
     m_progress.Stage = CompileProgress::EStage::Writing;
-    const QStringList folders = FoldersOf(m_request.Form);
     std::future<QStringList> application;
-    if (folders.size() > 1)
-        application = std::async(std::launch::async, [&] {
-            return WriteApplicationSite(strFolder + u'/' + folders[1], folders[0]);
-        });
-    WriteSite(strFolder + u'/' + folders[0]);
+    if (outputs.size() > 1)
+        application =
+            std::async(std::launch::async, [&] { return WriteApplicationSite(*outputs[1], folders[0]); });
+    WriteSite(*outputs[0]);
     if (application.valid()) {
         m_report.Notes += application.get();
-        m_report.ApplicationFolder = strFolder + u'/' + folders[1];
+        m_report.ApplicationFolder = outputs[1]->Path();
     }
     RememberFolder(strFolder);
     return m_report;
 }
 
-std::unique_ptr<COutputFolder> CCompiling::OpenFolder(const QString& strFolder) const {
-    const CCoursePaths& paths = m_input.Model().Paths();
-    return std::make_unique<COutputFolder>(strFolder, Platform::ToNative(paths.GetCourseFolder(false)),
-                                           Platform::ToNative(paths.GetDataFolder(false)),
-                                           QString::number(m_input.Model().CourseId()));
+CCompiling::OutputOpening CCompiling::Open(const QString& strFolder) const {
+    return std::async(std::launch::async, [this, strFolder] {
+        const CCoursePaths& paths = m_input.Model().Paths();
+        return std::make_unique<COutputFolder>(strFolder, Platform::ToNative(paths.GetCourseFolder(false)),
+                                               Platform::ToNative(paths.GetDataFolder(false)),
+                                               QString::number(m_input.Model().CourseId()));
+    });
 }
 
-void CCompiling::WriteSite(const QString& strFolder) {
-    // What there was is read while it is prepared what there shall be.
-    auto opening = std::async(std::launch::async, [&] { return OpenFolder(strFolder); });
+void CCompiling::WriteSite(COutputFolder& output) {
     CSiteRun run(m_input, m_request.Form, m_progress);
-    const auto pOutput = opening.get();
-    run.Run(*pOutput);
+    run.Run(output);
     StopIfCancelled(m_progress);
-    pOutput->Finish();
-    m_report.OutputFolder = pOutput->Path();
+    output.Finish();
+    m_report.OutputFolder = output.Path();
     m_report.Pages = run.PageCount();
-    m_report.Files = int(pOutput->FileCount()) - run.PageCount();
-    m_report.Changed += pOutput->ChangedCount();
-    m_report.Notes += run.Notes() + pOutput->Notes();
+    m_report.Files = int(output.FileCount()) - run.PageCount();
+    m_report.Changed += output.ChangedCount();
+    m_report.Notes += run.Notes() + output.Notes();
 }
 
 /// Answers what there is to say of it.
-QStringList CCompiling::WriteApplicationSite(const QString& strFolder, const QString& strSite) const {
-    const auto pOutput = OpenFolder(strFolder);
-    CApplicationSite(m_input, strSite, *pOutput, m_progress).Run();
-    pOutput->Finish();
-    return pOutput->Notes();
+QStringList CCompiling::WriteApplicationSite(COutputFolder& output, const QString& strSite) const {
+    CApplicationSite(m_input, strSite, output, m_progress).Run();
+    output.Finish();
+    return output.Notes();
 }
 
 void CCompiling::RememberFolder(const QString& strFolder) {

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -38,12 +39,6 @@ bool IsStage(const QString& strTopFolder) {
 /// Lists what lies below the folder, many folders at a time, since there is one for each node.
 class CSourceTree::CWalk {
 public:
-    struct Found {
-        /// Each folder before what lies in it.
-        std::vector<Entry> Entries;
-        QList<Passed> PassedOver;
-    };
-
     explicit CWalk(const QString& strFolder) {
         if (m_top.Open(QFile::encodeName(strFolder)) != 0)
             return;
@@ -51,15 +46,18 @@ public:
         std::erase_if(entries, [](const Platform::CFolderEntry& entry) {
             return entry.name.startsWith('.') || IsStage(QFile::decodeName(entry.name));
         });
-        m_found.resize(entries.size());
+        m_groups.resize(entries.size());
         ForEachPiece(int(entries.size()), [&](int n) {
-            const auto nPiece = static_cast<std::size_t>(n);
-            Take(m_top, QString(), entries[nPiece], m_found[nPiece]);
+            Group& group = m_groups[std::size_t(n)];
+            Take(m_top, QString(), entries[std::size_t(n)], group);
+            CSum names;
+            for (const Entry& entry : group.Entries)
+                names.Add(entry.strName);
+            group.nNamesSum = names.Value();
         });
     }
 
-    /// By top entry.
-    const std::vector<Found>& All() const { return m_found; }
+    std::vector<Group> TakeGroups() { return std::move(m_groups); }
 
 private:
     /// Sorted, so that which of two like names keeps its own does not hang on the disk's order.
@@ -71,7 +69,7 @@ private:
     }
 
     static void Take(const Platform::CFolder& folder, const QString& strPrefix,
-                     const Platform::CFolderEntry& entry, Found& found) {
+                     const Platform::CFolderEntry& entry, Group& found) {
         const QString strName = strPrefix + QFile::decodeName(entry.name);
         Platform::CFileState state;
         if (entry.name.startsWith('.')) {
@@ -87,7 +85,7 @@ private:
                 Take(inner, strName + u'/', below, found);
         } else if (entry.eType == Platform::EEntryType::File &&
                    folder.GetState(entry.name, state, false) == 0) {
-            found.Entries.push_back({strName, false, {qint64(state.nSize), state.nModified}});
+            found.Entries.push_back({strName, false, {qint64(state.nSize), state.nModified, state.nChanged}});
         } else {
             found.PassedOver.append(
                 {entry.eType == Platform::EEntryType::Link ? EPassed::Link : EPassed::Unreadable, strName});
@@ -95,43 +93,50 @@ private:
     }
 
     Platform::CFolder m_top;
-    std::vector<Found> m_found;
+    std::vector<Group> m_groups;
 };
 
-CSourceTree::CSourceTree(const QString& strNativeFolder) : m_strFolder(strNativeFolder) {
-    const CWalk walk(m_strFolder);
+CSourceTree::CSourceTree(const QString& strNativeFolder)
+    : m_strFolder(strNativeFolder), m_groups(CWalk(strNativeFolder).TakeGroups()) {
+    m_folders.reserve(qsizetype(m_groups.size()));
+    m_files.reserve(qsizetype(m_groups.size()));
     CSum names;
-    for (const CWalk::Found& found : walk.All()) {
-        for (const Entry& entry : found.Entries) {
-            Add(entry);
-            names.Add(entry.strName);
-        }
-        m_passed += found.PassedOver;
+    for (std::size_t nGroup = 0; nGroup < m_groups.size(); ++nGroup) {
+        Group& group = m_groups[nGroup];
+        names.Add(group.nNamesSum);
+        for (const Entry& entry : group.Entries)
+            Add(entry, nGroup);
+        m_passed += std::exchange(group.PassedOver, {});
     }
     m_nNamesSum = names.Value();
 }
 
-void CSourceTree::Add(const Entry& entry) {
+std::size_t CSourceTree::FoldedName::Hash(std::size_t nSeed) const {
+    quint64 nHash = nSeed;
+    for (const QChar c : strName) {
+        const bool bUpper = c >= u'A' && c <= u'Z';
+        nHash = (nHash ^ (c.unicode() | (bUpper ? 0x20U : 0U))) * 0x9E3779B97F4A7C15ULL;
+    }
+    return nHash ^ nHash >> 32;
+}
+
+void CSourceTree::Add(const Entry& entry, std::size_t nGroup) {
     const QString& strName = entry.strName;
-    const QString strKey = LowerAscii(strName);
     if (entry.bFolder) {
-        if (!m_folders.contains(strKey))
-            m_folders.insert(strKey, strName);
+        if (!m_folders.contains({strName}))
+            m_folders.insert({strName}, {strName, nGroup});
         if (!strName.contains(u'/'))
             m_topFolders.append(strName);
         return;
     }
-    m_exact.insert(strName, entry.state);
-    const qsizetype nTop = strName.indexOf(u'/');
-    if (nTop > 0)
-        m_below[strName.left(nTop)].append(strName);
-    if (m_files.contains(strKey)) {
-        const QString strFree = FreeName(strName);
-        m_renamed.insert(strName, strFree);
-        m_files.insert(LowerAscii(strFree), strName);
+    if (!m_files.contains({strName})) {
+        m_files.insert({strName}, {strName, entry.state});
         return;
     }
-    m_files.insert(strKey, strName);
+    const QString strFree = FreeName(strName);
+    m_renamed.insert(strName, strFree);
+    m_twins.insert(strName, entry.state);
+    m_files.insert({strFree}, {strName, entry.state});
 }
 
 QString CSourceTree::FreeName(const QString& strName) const {
@@ -139,7 +144,7 @@ QString CSourceTree::FreeName(const QString& strName) const {
     const qsizetype nStem = nDot > strName.lastIndexOf(u'/') ? nDot : strName.size();
     for (int n = 2;; ++n) {
         const QString strFree = strName.left(nStem) + u'~' + QString::number(n) + strName.mid(nStem);
-        if (!m_files.contains(LowerAscii(strFree)))
+        if (!m_files.contains({strFree}))
             return strFree;
     }
 }
@@ -162,22 +167,43 @@ QString CSourceTree::Join(const QString& strFolder, const QString& strName) {
 
 QString CSourceTree::FindFile(const QString& strName) const {
     const QString strPlain = IsPlain(strName) ? strName : Join(QString(), strName);
-    return m_exact.contains(strPlain) ? strPlain : m_files.value(LowerAscii(strPlain));
+    if (m_twins.contains(strPlain))
+        return strPlain;
+    const auto found = m_files.constFind({strPlain});
+    return found == m_files.constEnd() ? QString() : found->strName;
 }
 
 QString CSourceTree::FindFolder(const QString& strName) const {
-    return m_folders.value(LowerAscii(IsPlain(strName) ? strName : Join(QString(), strName)));
+    const auto found = m_folders.constFind({IsPlain(strName) ? strName : Join(QString(), strName)});
+    return found == m_folders.constEnd() ? QString() : found->strName;
+}
+
+CSourceTree::State CSourceTree::StateOf(const QString& strFile) const {
+    const auto found = m_files.constFind({strFile});
+    return found != m_files.constEnd() && found->strName == strFile ? found->state : m_twins.value(strFile);
+}
+
+const CSourceTree::Group* CSourceTree::GroupOf(QStringView strTop) const {
+    const auto found = m_folders.constFind({strTop.toString()});
+    if (found == m_folders.constEnd())
+        return nullptr;
+    if (found->strName == strTop)
+        return &m_groups[found->nGroup];
+    const auto same = std::ranges::find_if(m_groups, [&](const Group& group) {
+        return !group.Entries.empty() && group.Entries.front().strName == strTop;
+    });
+    return same == m_groups.end() ? nullptr : &*same;
 }
 
 QStringList CSourceTree::FilesBelow(const QString& strFolder) const {
-    const qsizetype nTop = strFolder.indexOf(u'/');
-    const QStringList all = m_below.value(nTop < 0 ? strFolder : strFolder.left(nTop));
-    if (nTop < 0)
-        return all;
+    const Group* pGroup = GroupOf(QStringView(strFolder).left(strFolder.indexOf(u'/')));
+    if (!pGroup)
+        return {};
+    const QString strPrefix = strFolder + u'/';
     QStringList list;
-    for (const QString& strName : all) {
-        if (strName.startsWith(strFolder + u'/'))
-            list.append(strName);
+    for (const Entry& entry : pGroup->Entries) {
+        if (!entry.bFolder && entry.strName.startsWith(strPrefix))
+            list.append(entry.strName);
     }
     return list;
 }

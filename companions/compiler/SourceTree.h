@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Text.h"
+
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -39,10 +41,11 @@ public:
     /// How a file stood when it was listed, by its real name.
     struct State {
         qint64 nSize = 0;
-        /// In nanoseconds since 1970.
+        /// In nanoseconds since 1970: of its content, and of anything about it.
         qint64 nModified = 0;
+        qint64 nChanged = 0;
     };
-    State StateOf(const QString& strFile) const { return m_exact.value(strFile); }
+    State StateOf(const QString& strFile) const;
     /// A sum over the names of all files, whatever is in them.
     quint64 NamesSum() const { return m_nNamesSum; }
 
@@ -54,22 +57,48 @@ public:
     static QString Join(const QString& strFolder, const QString& strName);
 
 private:
+    /// Compared ignoring the case of ASCII letters.
+    struct FoldedName {
+        QString strName;
+        friend bool operator==(const FoldedName& a, const FoldedName& b) {
+            return EqualsIgnoringCase(a.strName, b.strName);
+        }
+        friend std::size_t qHash(const FoldedName& name, std::size_t nSeed) { return name.Hash(nSeed); }
+        std::size_t Hash(std::size_t nSeed) const;
+    };
     struct Entry {
         QString strName;
         bool bFolder;
         State state;
     };
+    struct File {
+        QString strName;
+        State state;
+    };
+    struct Folder {
+        QString strName;
+        std::size_t nGroup;
+    };
+    /// What one entry of the top is or holds: each folder before what lies in it.
+    struct Group {
+        std::vector<Entry> Entries;
+        QList<Passed> PassedOver;
+        quint64 nNamesSum = 0;
+    };
     class CWalk;
-    void Add(const Entry& entry);
+    void Add(const Entry& entry, std::size_t nGroup);
     QString FreeName(const QString& strName) const;
+    const Group* GroupOf(QStringView strTop) const;
 
     QString m_strFolder;
-    QHash<QString, QString> m_files;
-    QHash<QString, QString> m_folders;
-    QHash<QString, QStringList> m_below;
+    std::vector<Group> m_groups;
+    /// By the name that the file has in the site.
+    QHash<FoldedName, File> m_files;
+    QHash<FoldedName, Folder> m_folders;
     QStringList m_topFolders;
+    /// Files whose name differs from another's in letter case alone, by their real names.
+    QHash<QString, State> m_twins;
     QHash<QString, QString> m_renamed;
-    QHash<QString, State> m_exact;
     quint64 m_nNamesSum = 0;
     QList<Passed> m_passed;
 };

@@ -48,6 +48,12 @@ private:
     int m_n;
 };
 
+// Of the system's times, whatever their type.
+template <typename TTime>
+qint64 Nanoseconds(const TTime& time) {
+    return qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
 CFileState StateOf(const struct stat& from) {
     CFileState state;
     state.nSize = S_ISREG(from.st_mode) ? static_cast<quint64>(from.st_size) : 0;
@@ -56,7 +62,8 @@ CFileState StateOf(const struct stat& from) {
     state.bLink = S_ISLNK(from.st_mode);
     state.nDevice = from.st_dev;
     state.nInode = from.st_ino;
-    state.nModified = qint64{from.st_mtim.tv_sec} * 1'000'000'000 + from.st_mtim.tv_nsec;
+    state.nModified = Nanoseconds(from.st_mtim);
+    state.nChanged = Nanoseconds(from.st_ctim);
     return state;
 }
 
@@ -279,7 +286,8 @@ int CFolder::GetOwnState(CFileState& state) const {
 
 int CFolder::GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const {
     struct statx found {};
-    const unsigned nWanted = STATX_TYPE | STATX_MODE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME;
+    const unsigned nWanted =
+        STATX_TYPE | STATX_MODE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_CTIME | STATX_BTIME;
     if (::statx(Descriptor(), name.constData(), 0, nWanted, &found) != 0)
         return errno;
     state = CFileState();
@@ -288,9 +296,9 @@ int CFolder::GetStateAndBirth(const QByteArray& name, CFileState& state, qint64&
     state.nSize = state.bPlainFile ? found.stx_size : 0;
     state.nDevice = makedev(found.stx_dev_major, found.stx_dev_minor);
     state.nInode = found.stx_ino;
-    const statx_timestamp& time = (found.stx_mask & STATX_BTIME) != 0 ? found.stx_btime : found.stx_mtime;
-    nBorn = qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-    state.nModified = qint64{found.stx_mtime.tv_sec} * 1'000'000'000 + found.stx_mtime.tv_nsec;
+    nBorn = Nanoseconds((found.stx_mask & STATX_BTIME) != 0 ? found.stx_btime : found.stx_mtime);
+    state.nModified = Nanoseconds(found.stx_mtime);
+    state.nChanged = Nanoseconds(found.stx_ctime);
     return 0;
 }
 

@@ -30,6 +30,8 @@ struct CFileState {
     quint64 nInode = 0;
     /// When its content was last changed, in nanoseconds since 1970.
     qint64 nModified = 0;
+    /// When anything about it was, which no program can set.
+    qint64 nChanged = 0;
 };
 
 /// Follows links unless told not to.
