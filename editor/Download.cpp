@@ -7,7 +7,6 @@
 #include "server/HttpMessage.h"
 
 #include <QElapsedTimer>
-#include <QList>
 #include <QUrl>
 
 using namespace Torvane::Net;
@@ -16,16 +15,6 @@ namespace {
 
 constexpr int c_nMaxRedirections = 5;
 constexpr qint64 c_nTimeLimitMs = 60'000;
-
-QByteArray Location(const QByteArray& headers) {
-    const QList<QByteArray> lines = headers.split('\n');
-    for (const QByteArray& line : lines) {
-        const qsizetype nColon = line.indexOf(':');
-        if (nColon > 0 && line.left(nColon).trimmed().toLower() == "location")
-            return line.mid(nColon + 1).trimmed();
-    }
-    return {};
-}
 
 } // namespace
 
@@ -43,7 +32,8 @@ bool DownloadUrlToFile(const QString& strUrl, const QString& strPath, const std:
                 ReplaceFile(strPath, client.GetBody());
                 return true;
             }
-            const QByteArray location = Location(client.GetRawHeaders());
+            const QByteArray location =
+                HeaderValue(client.GetRawHeaders(), "Location").value_or(QByteArray());
             if (nStatus < 300 || nStatus >= 400 || location.isEmpty())
                 return false;
             url = QUrl::fromEncoded(url).resolved(QUrl::fromEncoded(location)).toEncoded();

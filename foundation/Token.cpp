@@ -1,23 +1,17 @@
 #include "foundation/Token.h"
 
-#include <QByteArrayList>
+#include "foundation/BigNumber.h"
 
-#include <openssl/bn.h>
+#include <QByteArrayList>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <memory>
 #include <vector>
 
-namespace {
+using namespace BigNumber;
 
-struct FreeNumber {
-    void operator()(BIGNUM* p) const { BN_free(p); }
-    void operator()(BN_CTX* p) const { BN_CTX_free(p); }
-};
-using Number = std::unique_ptr<BIGNUM, FreeNumber>;
-using Context = std::unique_ptr<BN_CTX, FreeNumber>;
+namespace {
 
 constexpr BN_ULONG c_nFirstExponent = 0xC351;
 constexpr int c_nSieveWindow = 1000;
@@ -29,19 +23,6 @@ constexpr qsizetype c_nMaxTokenWords = 1024;
 constexpr std::array<qsizetype, 5> c_pieceLengths{7, 7, 7, 7, 4};
 
 constexpr char c_szDigits[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-
-Number NewNumber(BN_ULONG nValue = 0) {
-    Number number(BN_new());
-    Q_CHECK_PTR(number.get());
-    BN_set_word(number.get(), nValue);
-    return number;
-}
-
-Context NewContext() {
-    Context context(BN_CTX_new());
-    Q_CHECK_PTR(context.get());
-    return context;
-}
 
 std::vector<BN_ULONG> SmallPrimes() {
     std::vector<BN_ULONG> primes;

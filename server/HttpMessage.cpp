@@ -96,14 +96,19 @@ int ParseStatus(QByteArrayView headers) {
     return ParseInt(QString::fromLatin1(pieces[1]));
 }
 
-qint64 ParseContentLength(QByteArrayView headers) {
+std::optional<QByteArray> HeaderValue(QByteArrayView headers, QByteArrayView name) {
     const QList<QByteArray> lines = headers.toByteArray().split('\n');
     for (const QByteArray& line : lines) {
         const qsizetype nColon = line.indexOf(':');
-        if (nColon > 0 && line.first(nColon).trimmed().toLower() == "content-length")
-            return ParseInt(QString::fromLatin1(line.sliced(nColon + 1)));
+        if (nColon > 0 && line.first(nColon).trimmed().compare(name, Qt::CaseInsensitive) == 0)
+            return line.sliced(nColon + 1).trimmed();
     }
-    return -1;
+    return std::nullopt;
+}
+
+qint64 ParseContentLength(QByteArrayView headers) {
+    const auto length = HeaderValue(headers, "Content-Length");
+    return length ? ParseInt(QString::fromLatin1(*length)) : -1;
 }
 
 QByteArray EncodeFormValue(QByteArrayView value) {

@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <functional>
+#include <optional>
 
 /// The texts that go over the wire and come back, as plain functions over bytes.
 namespace Torvane::Net {
@@ -25,6 +26,9 @@ HttpUrl SplitUrl(QByteArrayView url);
 
 /// The status number of a response's first line; 400 when there is none.
 int ParseStatus(QByteArrayView headers);
+
+/// The value of the first header of this name, in any letter case and without the blanks around it.
+std::optional<QByteArray> HeaderValue(QByteArrayView headers, QByteArrayView name);
 
 /// The decimal value of "Content-Length"; negative when the header is missing.
 qint64 ParseContentLength(QByteArrayView headers);

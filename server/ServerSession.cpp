@@ -5,9 +5,8 @@
 #include "foundation/SysInfo.h"
 #include "foundation/Text.h"
 #include "server/Protocol.h"
+#include "server/ServerWait.h"
 #include "server/Texts.h"
-
-#include <QElapsedTimer>
 
 using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxAnswer;
@@ -18,52 +17,13 @@ using Torvane::Net::CCancelledException;
 namespace {
 
 constexpr qsizetype c_nMinPasswordBytes = 6;
-/// A heartbeat comes unasked, and is over before anybody notices. One that takes longer says what is going
-/// on.
-constexpr qint64 c_nSilentMilliseconds = 1000;
 
 } // namespace
-
-/// The wait of one call, which the person may give up: in the status window that stands, or in one of its own
-/// that comes when the call takes long.
-class CServerSession::CWait {
-public:
-    CWait(Torvane::Dialog::MFC::IPeople& people, Status* pStatus) : m_people(people), m_pStatus(pStatus) {
-        m_waited.start();
-        if (m_pStatus)
-            m_pStatus->AllowCancel(true);
-    }
-    ~CWait() {
-        if (m_pStatus)
-            m_pStatus->AllowCancel(false);
-    }
-    CWait(const CWait&) = delete;
-    CWait& operator=(const CWait&) = delete;
-
-    bool Step() {
-        if (!m_pStatus && m_waited.elapsed() > c_nSilentMilliseconds) {
-            m_pOwn = m_people.OpenStatus();
-            m_pOwn->ShowStatus(ServerText::c_strValidating);
-            m_pOwn->AllowCancel(true);
-            m_pStatus = m_pOwn.get();
-        }
-        if (m_pStatus)
-            return m_pStatus->KeepWaiting();
-        m_people.KeepPainting();
-        return true;
-    }
-
-private:
-    Torvane::Dialog::MFC::IPeople& m_people;
-    std::unique_ptr<Status> m_pOwn;
-    Status* m_pStatus;
-    QElapsedTimer m_waited;
-};
 
 CServerSession::CServerSession(Torvane::Dialog::MFC::IPeople& people, ISessionDialogs& dialogs)
     : m_people(people), m_dialogs(dialogs) {}
 
-void CServerSession::Prepare(CCourseServer& server, const QString& strServerUrl, CWait& wait) {
+void CServerSession::Prepare(CCourseServer& server, const QString& strServerUrl, CServerWait& wait) {
     server.SetBaseUrl(strServerUrl);
     server.SetWaitStep([&wait] { return wait.Step(); });
 }
@@ -76,7 +36,7 @@ bool CServerSession::AskRetry(const QString& strText) {
 bool CServerSession::Verify(CCourseInfo& info, const QString& strPassword, qint32& nRights) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strCheckingPassword);
-    CWait wait(m_people, pStatus.get());
+    CServerWait wait(m_people, pStatus.get());
     CCourseServer server;
     Prepare(server, CSysInfo::Instance().GetServerURL(), wait);
     return server.CheckPassword(info, strPassword, nRights);
@@ -86,7 +46,7 @@ QList<CCourseInfo> CServerSession::FetchCourses() {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strFetchingCourses);
     const CSysInfo& settings = CSysInfo::Instance();
-    CWait wait(m_people, pStatus.get());
+    CServerWait wait(m_people, pStatus.get());
     CCourseServer server;
     Prepare(server, settings.GetServerURL(), wait);
     return server.GetCourseList(settings.GetProvince(), settings.GetSchoolName());
@@ -94,7 +54,8 @@ QList<CCourseInfo> CServerSession::FetchCourses() {
 
 bool CServerSession::SendReport(const CCourse& course, int nType, const CourseFigures& figures) {
     const CSysInfo& settings = CSysInfo::Instance();
-    CWait wait(m_people, nType == StatusType::c_nHeartbeat ? nullptr : m_people.GetStatus());
+    CServerWait wait(m_people, nType == StatusType::c_nHeartbeat ? nullptr : m_people.GetStatus(),
+                     ServerText::c_strValidating);
     CCourseServer server;
     Prepare(server, settings.GetServerURL(), wait);
     return server.CheckCourseInfo(course.GetInfo(), settings.GetSchoolName(), nType, figures);
@@ -190,7 +151,7 @@ bool CServerSession::ChangePassword(CCourseInfo& info, const QString& strPrompt)
 bool CServerSession::SendChange(CCourseInfo& info, const ISessionDialogs::PasswordChange& change) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strChangingPassword);
-    CWait wait(m_people, pStatus.get());
+    CServerWait wait(m_people, pStatus.get());
     CCourseServer server;
     Prepare(server, CSysInfo::Instance().GetServerURL(), wait);
     return server.EditPassword(info, change.strOld, change.strNew);
@@ -206,7 +167,7 @@ void CServerSession::TestLink(const QString& strServerUrl) {
     const auto pStatus = m_people.OpenStatus();
     pStatus->ShowStatus(ServerText::c_strTestingLink);
     const CSysInfo& settings = CSysInfo::Instance();
-    CWait wait(m_people, pStatus.get());
+    CServerWait wait(m_people, pStatus.get());
     CCourseServer server;
     Prepare(server, strServerUrl, wait);
     server.TestLink(settings.GetProvince(), settings.GetSchoolName());

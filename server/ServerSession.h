@@ -9,6 +9,8 @@
 
 #include <optional>
 
+class CServerWait;
+
 /// What the session asks the person, as windows of server/ui do it.
 class ISessionDialogs {
 public:
@@ -57,9 +59,7 @@ public:
     bool AskRetry(const QString& strText);
 
 private:
-    using Status = Torvane::Dialog::MFC::CShowStatusDlg;
-    class CWait;
-    static void Prepare(CCourseServer& server, const QString& strServerUrl, CWait& wait);
+    static void Prepare(CCourseServer& server, const QString& strServerUrl, CServerWait& wait);
     bool SendReport(const CCourse& course, int nType, const CourseFigures& figures);
     void TakeIdentity(CCourse& course, const CCourseInfo& info);
     bool SendChange(CCourseInfo& info, const ISessionDialogs::PasswordChange& change);

@@ -10,9 +10,8 @@
 #include "platform/base/NativePath.h"
 #include "platform/base/Process.h"
 #include "server/HttpClient.h"
+#include "server/ServerWait.h"
 #include "server/Texts.h"
-
-#include <QElapsedTimer>
 
 #include <algorithm>
 
@@ -22,31 +21,13 @@ using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
 using Torvane::Net::CCancelledException;
 
-namespace {
-
-constexpr int c_nQuietMilliseconds = 1000;
-
-} // namespace
-
 CTemplateDownload::CTemplateDownload(Torvane::Dialog::MFC::IPeople& people, const QString& strType)
     : m_people(people), m_strType(strType) {}
 
 QByteArray CTemplateDownload::Get(const QString& strBelow, const QString& strStatus) {
-    std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> pStatus;
-    QElapsedTimer waited;
-    waited.start();
+    CServerWait wait(m_people, nullptr, strStatus);
     Torvane::Net::CHttpClient client;
-    client.SetWaitStep([&] {
-        if (!pStatus && waited.hasExpired(c_nQuietMilliseconds)) {
-            pStatus = m_people.OpenStatus();
-            pStatus->ShowStatus(strStatus);
-            pStatus->AllowCancel(true);
-        }
-        if (pStatus)
-            return pStatus->KeepWaiting();
-        m_people.KeepPainting();
-        return true;
-    });
+    client.SetWaitStep([&wait] { return wait.Step(); });
     const QString strUrl = CSysInfo::Instance().GetServerURL() + strBelow;
     client.Request(CodePage::Encode(strUrl), Torvane::Net::EHttpMethod::Get, "TorvaneHttpAgent");
     return client.GetBody();

@@ -1,22 +1,14 @@
 #include "video/VideoKey.h"
 
+#include "foundation/BigNumber.h"
 #include "foundation/Ciphers.h"
 #include "foundation/CodePage.h"
 
-#include <openssl/bn.h>
-
 #include <array>
 
-namespace {
+using namespace BigNumber;
 
-struct FreeNumber {
-    void operator()(BIGNUM* p) const { BN_clear_free(p); }
-    void operator()(BN_CTX* p) const { BN_CTX_free(p); }
-    void operator()(BN_MONT_CTX* p) const { BN_MONT_CTX_free(p); }
-};
-using Number = std::unique_ptr<BIGNUM, FreeNumber>;
-using Context = std::unique_ptr<BN_CTX, FreeNumber>;
-using Reduction = std::unique_ptr<BN_MONT_CTX, FreeNumber>;
+namespace {
 
 constexpr char c_szSalt[] = "Qm9u^FT&3#";
 constexpr qsizetype c_nSaltedBytes = 32;
@@ -24,19 +16,6 @@ constexpr BN_ULONG c_nPublicExponent = 65537;
 constexpr qsizetype c_nWordDigits = 8;
 constexpr qsizetype c_nLastWindow = 24;
 constexpr qsizetype c_nBlock = 16;
-
-Number NewNumber(BN_ULONG nValue = 0) {
-    Number number(BN_new());
-    Q_CHECK_PTR(number.get());
-    BN_set_word(number.get(), nValue);
-    return number;
-}
-
-Context NewContext() {
-    Context context(BN_CTX_new());
-    Q_CHECK_PTR(context.get());
-    return context;
-}
 
 quint32 Word(QByteArrayView hex, qsizetype nFrom) {
     return hex.sliced(nFrom, c_nWordDigits).toUInt(nullptr, 16);
