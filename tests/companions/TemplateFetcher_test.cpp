@@ -38,10 +38,7 @@ protected:
                           "\r\n\r\n" + archive);
     }
     QStringList Templates() const { return List(u"SysData/VorelTemplates"_s); }
-    QStringList List(const QString& strBelow) const {
-        return QDir(m_folder.Native(strBelow))
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-    }
+    QStringList List(const QString& strBelow) const { return m_folder.Names(strBelow); }
     /// Nothing but the old template is there.
     void ExpectUntouched(const std::string& strCase) const {
         EXPECT_EQ(Templates(), QStringList{u"甲 一"_s}) << strCase;
@@ -224,13 +221,12 @@ TEST_F(CTemplateFetcher, ReplacesATemplateWhateverItsLettersAre) {
 TEST_F(CTemplateFetcher, NeverWritesThroughALinkNorOverAFile) {
     const CTempFolder elsewhere;
     elsewhere.Write(u"kept.txt"_s, "kept");
-    QFile::link(elsewhere.Native(), m_folder.Native(u"SysData/VorelTemplates/乙"_s));
+    m_folder.Link(elsewhere.Native(), u"SysData/VorelTemplates/乙"_s);
     m_folder.Write(u"SysData/VorelTemplates/丙"_s, "a file");
     CStrangeServer server("HTTP/1.0 200 OK\r\n\r\n" + Pack({{c_strPage}}));
     EXPECT_EQ(Fetch(Request(server.Url("/"), u"乙"_s)).eEnd, EEnd::Done);
     EXPECT_TRUE(m_folder.Exists(u"SysData/VorelTemplates/乙/"_s + c_strPage));
-    EXPECT_EQ(QDir(elsewhere.Native()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-              QStringList{u"kept.txt"_s});
+    EXPECT_EQ(elsewhere.Tree(), u"kept.txt"_s);
     EXPECT_TRUE(Fetch(Request(server.Url("/"), u"丙"_s)).strText.contains(u"同名的文件"_s));
     EXPECT_EQ(m_folder.Read(u"SysData/VorelTemplates/丙"_s), "a file");
 }

@@ -3,8 +3,6 @@
 #include "foundation/IniFile.h"
 #include "tests/content/TreeOnDisk.h"
 
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -160,9 +158,9 @@ const QList<Case>& Cases() {
          32869,
          {u"t新建栏目"_s, c_strTaken.arg(u"甲"_s),
           u"!栏目名称最多为40个字符, \""_s + c_strLong + u"\"超出了限制，无法创建。"_s,
-          c_strTaken.arg(u"节"_s)},
-         u"一(节(点) 甲 乙) 二* 三 点"_s,
-         u"甲，, 乙 ,甲，"_s + c_strLong + u",节"_s},
+          c_strTaken.arg(u"节"_s), c_strTaken.arg(u"%1"_s)},
+         u"一(节(点) 甲 乙 %1) 二* 三 点"_s,
+         u"甲，, 乙 ,甲，"_s + c_strLong + u",节,%1,%1，\t"_s},
         {u"三"_s, 32869, {u"t新建栏目"_s}, c_strBase, u"，"_s},
         {u"三"_s, 32870, {u"~t新建栏目"_s}},
         {u"三"_s, 32870, {u"t新建栏目"_s}, u"一(节(点)) 二* 三(甲 乙) 点"_s, u"甲,乙,丙"_s, {}, false, 1},

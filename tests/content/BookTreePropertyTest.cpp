@@ -1,12 +1,10 @@
 // Whatever a person does in the tree, in whatever order, and whatever refuses: tree, store and folders agree.
-#include "content/CustomTitlesCommand.h"
+#include "course/CustomTitles.h"
 #include "foundation/IniFile.h"
 #include "tests/content/TreeOnDisk.h"
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
 
-#include <map>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -46,25 +44,16 @@ public:
             Step();
             Check();
         }
-        ++m_counts["sequences"];
         EXPECT_TRUE(m_strFault.isEmpty())
             << m_strFault.toStdString() << "\nagain with " << c_szSequences << '=' << nSeed << '-' << nSeed
             << "\nsteps: " << m_trace.join(u" | "_s).toStdString();
         return m_strFault.isEmpty();
     }
 
-    void Report() const {
-        for (const auto& [name, nCount] : m_counts)
-            std::printf("%9d  %s\n", nCount, name.c_str());
-    }
-
 private:
     unsigned Pick(unsigned nBelow) { return static_cast<unsigned>(m_random() % nBelow); }
     bool Chance(unsigned nPercent) { return Pick(100) < nPercent; }
-    void Count(const std::string& name) {
-        ++m_counts[name];
-        m_trace.append(QString::fromStdString(name));
-    }
+    void Note(const std::string& name) { m_trace.append(QString::fromStdString(name)); }
 
     QString Title() {
         static const QStringList c_titles{u"第一章"_s,
@@ -86,7 +75,7 @@ private:
     bool Agrees(const std::string& name, unsigned nPercentOk) {
         Must(Tree.GetCourse() != nullptr, u"a question behind a closed course"_s);
         const bool bOk = Chance(nPercentOk);
-        Count(name + (bOk ? "" : " cancelled"));
+        Note(name + (bOk ? "" : " cancelled"));
         MayLoseCourse();
         return bOk;
     }
@@ -124,7 +113,7 @@ private:
         params.ImportFilter = Chance(50) ? u"*.*"_s : u"*.htm"_s;
         m_bAddsOrDeletes |= params.Kind == Folder;
         m_bMayFail = nPieces < 6 || params.Kind == ExternalEditor || params.Kind == Site;
-        Count("content of kind " + std::to_string(static_cast<int>(params.Kind)));
+        Note("content of kind " + std::to_string(static_cast<int>(params.Kind)));
         return params;
     }
     std::optional<QStringList> AskCustomTitles(const QStringList& present, bool) override {
@@ -141,7 +130,7 @@ private:
     void MayLoseCourse() {
         if (!Chance(6) || Tree.GetCourse() == nullptr)
             return;
-        Count("course closed behind a question or a view");
+        Note("course closed behind a question or a view");
         CloseCourse();
         Host.Views.clear();
         m_closed = StoreBytes();
@@ -158,7 +147,7 @@ private:
             RefuseChangesOf(AnyId());
         m_bFailing = true;
         m_bBroken |= m_bUnreadable;
-        Count(m_bUnreadable ? "store made unreadable" : "store made to refuse");
+        Note(m_bUnreadable ? "store made unreadable" : "store made to refuse");
     }
     void MendStore() {
         if (m_bFailing)
@@ -224,23 +213,23 @@ private:
         m_bInStep = true;
         switch (Pick(10)) {
         case 0:
-            Count("expand");
+            Note("expand");
             if (const QModelIndex line = AnyLine(); Tree.IdOf(line) >= 0)
                 Expand(line);
             break;
         case 1:
-            Count("collapse");
+            Note("collapse");
             // A line that closes takes the selection from below it.
             if (const QModelIndex line = Actions.GetSelection().currentIndex(); line.isValid())
                 Expanded.remove(Tree.IdOf(line));
             break;
         case 2:
-            Count("select");
+            Note("select");
             if (!Actions.GetSelection().Select(AnyLine()))
-                Count("not selected");
+                Note("not selected");
             break;
         case 3:
-            Count("select by id");
+            Note("select by id");
             Actions.SelectNode(
                 static_cast<qint32>(Chance(95) ? m_rows[Pick(unsigned(m_rows.size()))] : Pick(3)));
             break;
@@ -256,18 +245,18 @@ private:
              u"it went on behind a closed course"_s);
         MendStore();
         if (bClosed || Chance(3)) {
-            Count("course reopened");
+            Note("course reopened");
             m_bBroken = Host.bRefuse = false;
             ReopenCourse();
         }
     }
 
     void Drop() {
-        Count("drop");
+        Note("drop");
         const QModelIndex source = AnyLine(), target = AnyLine();
         m_trace.last() += u" %1 on %2"_s.arg(source.data().toString(), target.data().toString());
         if (!Actions.MayDrop(source, target))
-            Count("drop refused");
+            Note("drop refused");
         Actions.Drop(source, target);
     }
 
@@ -279,21 +268,20 @@ private:
         const int nCommand = c_commands[Pick(c_commands.size())];
         const EAction action = ActionOf(nCommand);
         m_bAddsOrDeletes = action >= EAction::AddNode && action <= EAction::Delete;
-        Count("command " + std::to_string(nCommand));
+        Note("command " + std::to_string(nCommand));
         m_trace.last() += u" at "_s + Actions.GetSelection().currentIndex().data().toString();
         if (nPieces < 6 && m_bAddsOrDeletes)
-            Count("patience of a few pieces");
+            Note("patience of a few pieces");
         Edited = QPersistentModelIndex();
         Actions.Run(nCommand);
         if (const QModelIndex edited = Edited; edited.isValid()) {
             const std::optional<QString> typed = Chance(70) ? std::optional(Title()) : std::nullopt;
-            Count(typed ? "title typed" : "title cancelled");
+            Note(typed ? "title typed" : "title cancelled");
             Actions.FinishRename(edited, typed);
         }
     }
 
     void Must(bool bHolds, const QString& strFault) {
-        ++m_counts["checks"];
         if (!bHolds && m_strFault.isEmpty())
             m_strFault = strFault;
     }
@@ -307,7 +295,6 @@ private:
 
     QAbstractItemModelTester m_tester{&Tree, QAbstractItemModelTester::FailureReportingMode::Warning};
     std::mt19937 m_random;
-    std::map<std::string, int> m_counts;
     QStringList m_trace;
     QString m_strFault;
     QList<qint32> m_rows;
@@ -326,17 +313,13 @@ TEST(BookTreePropertyTest, TreeStoreAndFoldersAgreeAfterEveryStep) {
     const QStringList range = qEnvironmentVariable(c_szSequences, QString::number(c_nSequences)).split(u'-');
     const unsigned nFirst = range.size() > 1 ? range[0].toUInt() : 1;
     const auto noteBefore = qInstallMessageHandler(NoteModelFault);
-    QElapsedTimer lasted;
-    lasted.start();
     {
         CPlay play;
         for (unsigned nSeed = nFirst, nLast = range.last().toUInt(); nSeed <= nLast; ++nSeed) {
             if (!play.Run(nSeed))
                 break;
         }
-        play.Report();
     }
-    std::printf("%9lld  milliseconds\n", static_cast<long long>(lasted.elapsed()));
     qInstallMessageHandler(noteBefore);
 }
 

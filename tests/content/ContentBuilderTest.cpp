@@ -5,10 +5,10 @@
 #include "foundation/IniFile.h"
 #include "foundation/TextFile.h"
 #include "tests/content/TreeOnDisk.h"
+#include "tests/support/Environment.h"
+#include "tests/support/Waiting.h"
 
-#include <QDirIterator>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -35,18 +35,11 @@ protected:
     void Write(const QString& strBelow, const QByteArray& bytes = "x") const {
         m_disk.Folder.Write(u"来\\"_s + strBelow, bytes);
     }
-    static QString Below(const QString& strFolder) {
-        QStringList files;
-        QDirIterator it(strFolder, QDir::AllEntries | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            const QString strPath = it.next();
-            files.append(QDir(strFolder).relativeFilePath(strPath) +
-                         (it.fileInfo().isDir() ? u"/"_s : u""_s));
-        }
-        files.sort();
-        return files.join(u' ').replace(c_newName, u"NEW"_s);
+    /// What stands in a node's folder, new names left out.
+    QString FilesOf(qint32 nId) const {
+        return m_disk.Folder.Tree(m_disk.NodePath(nId).chopped(1)).replace(c_newName, u"NEW"_s);
     }
-    QString Files() const { return Below(Platform::ToNativeExact(m_pNode->GetFolder())); }
+    QString Files() const { return FilesOf(m_pNode->GetId()); }
     /// The row and the files, new names and the node's own number left out.
     QString Left() {
         CBookDatabase& store = m_disk.Store();
@@ -57,7 +50,7 @@ protected:
         EXPECT_EQ(store.GetField(nId, u"Size"_s).toDouble(),
                   Torvane::File::GetFolderSize(m_pNode->GetFolder()));
         EXPECT_EQ(m_pNode->GetType(), store.GetNode(nId).Type);
-        EXPECT_EQ(Below(m_disk.Folder.Native(m_disk.NodePath(0).section(u'\\', 0, -3))).count(u'~'), 0)
+        EXPECT_EQ(m_disk.Folder.Tree(m_disk.NodePath(0).section(u'\\', 0, -3)).count(u'~'), 0)
             << "what was built beside is gone";
         QString strLeft = strRow + u" | "_s + Files();
         return strLeft.replace(c_newName, u"NEW"_s).replace(u"N%1"_s.arg(nId), u"N#"_s);
@@ -131,7 +124,7 @@ TEST_F(ContentBuilderTest, AFailureOrACancelCostsNothing) {
     m_pNode->CreateEditorPage(0);
     const QString strBefore = Left();
     ::chmod(m_disk.Folder.Native(u"来\\zu.txt"_s).toUtf8().constData(), 0);
-    ASSERT_EQ(::mkfifo(m_disk.Folder.Native(u"来\\pipe.txt"_s).toUtf8().constData(), 0600), 0);
+    m_disk.Folder.MakePipe(u"来\\pipe.txt"_s);
     CSysInfo::Instance().SetQueryUserSaveOfficeAsHtml(false);
     using enum EContentKind;
     const bool bRoot = ::geteuid() == 0;
@@ -205,7 +198,7 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
             QStringList left;
             for (const QString& strFolder : {u"N#"_s, u"~/N#"_s, u"~/N#.old"_s}) {
                 const QString strFiles =
-                    Below(m_disk.Folder.Native(strAll) + u'/' + QString(strFolder).replace(u"N#"_s, strNode));
+                    m_disk.Folder.Tree(strAll + u'\\' + QString(strFolder).replace(u"N#"_s, strNode));
                 if (!strFiles.isEmpty())
                     left.append(strFolder + u'/' + strFiles);
             }
@@ -226,23 +219,8 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
     EXPECT_EQ(Files(), strBefore);
 }
 
-/// An environment variable, for as long as this lives.
-class CVariable {
-public:
-    CVariable(const char* szName, const QString& strValue) : m_szName(szName), m_before(qgetenv(szName)) {
-        qputenv(szName, strValue.toUtf8());
-    }
-    ~CVariable() { m_before.isNull() ? qunsetenv(m_szName) : qputenv(m_szName, m_before); }
-    CVariable(const CVariable&) = delete;
-    CVariable& operator=(const CVariable&) = delete;
-
-private:
-    const char* m_szName;
-    QByteArray m_before;
-};
-
 TEST_F(ContentBuilderTest, WithoutAConverterThePersonIsToldWhatToInstall) {
-    const CVariable path("PATH", m_disk.Folder.Native(u"leer"_s));
+    const CEnvironment environment{{"PATH", m_disk.Folder.Native(u"leer"_s)}};
     const QString strInstall =
         u"系统没有检测到转换Office文件所需的程序。请您安装以下软件包后重试：\n"
         u"libreoffice-writer-nogui\nlibreoffice-calc-nogui\nlibreoffice-impress-nogui\npoppler-utils"_s;
@@ -276,9 +254,9 @@ TEST_F(ContentBuilderTest, WithoutAConverterThePersonIsToldWhatToInstall) {
 
 TEST_F(ContentBuilderTest, AnOpenedFileKeepsItsSizeTrue) {
     // No program and no desktop of this machine may come up.
-    const CVariable home("XDG_DATA_HOME", m_disk.Folder.Native(u"a"_s));
-    const CVariable data("XDG_DATA_DIRS", m_disk.Folder.Native(u"b"_s));
-    const CVariable bus("DBUS_SESSION_BUS_ADDRESS", u"unix:path=/nowhere"_s);
+    const CEnvironment environment{{"XDG_DATA_HOME", m_disk.Folder.Native(u"a"_s)},
+                                   {"XDG_DATA_DIRS", m_disk.Folder.Native(u"b"_s)},
+                                   {"DBUS_SESSION_BUS_ADDRESS", u"unix:path=/nowhere"_s}};
     Write(u"a.txt"_s, "old");
     ASSERT_TRUE(Create(Of(EContentKind::ExternalFile, Source(u"a.txt"_s))));
     m_pNode->OpenExternalFile();
@@ -286,12 +264,12 @@ TEST_F(ContentBuilderTest, AnOpenedFileKeepsItsSizeTrue) {
     QFile file(Platform::ToNativeExact(m_pNode->GetContentPath()));
     EXPECT_TRUE(file.open(QIODevice::Append) && file.write("more") == 4);
     file.close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return size() == 7; }, 20000));
+    EXPECT_TRUE(WaitFor([&] { return size() == 7; }));
     // The watch goes on over content that takes the old one's place.
     ASSERT_TRUE(Create(Of(EContentKind::ExternalFile, Source(u"a.txt"_s))));
     EXPECT_EQ(size(), 3);
     m_disk.Folder.Write(m_disk.NodePath(m_pNode->GetId(), u"more.txt"_s), "x");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return size() == 4; }, 20000));
+    EXPECT_TRUE(WaitFor([&] { return size() == 4; }));
     // It may outlive the node's row, and the open course.
     m_disk.Folder.Write(m_disk.NodePath(m_pNode->GetId(), u"last.txt"_s), "x");
     m_disk.pCourse->Close();
@@ -369,10 +347,10 @@ TEST_F(ContentBuilderTest, AFolderBecomesABranch) {
     waitForNextMoment();
     Write(u"b.png"_s);
     const auto native = [&](const QString& strBelow) { return m_disk.Folder.Native(u"来/"_s + strBelow); };
-    QFile::link(native(u"z.txt"_s), native(u"link.txt"_s));
-    QFile::link(native({}), native(u"kreis"_s));
-    QFile::link(native(u"nirgends"_s), native(u"seite.files/fort"_s));
-    ASSERT_EQ(::mkfifo(native(u"pipe.txt"_s).toUtf8().constData(), 0600), 0);
+    m_disk.Folder.Link(native(u"z.txt"_s), u"来\\link.txt"_s);
+    m_disk.Folder.Link(native({}), u"来\\kreis"_s);
+    m_disk.Folder.Link(native(u"nirgends"_s), u"来\\seite.files\\fort"_s);
+    m_disk.Folder.MakePipe(u"来\\pipe.txt"_s);
     const QByteArray bad = native({}).toUtf8() + "kein\xFFtext.txt";
     ::close(::open(bad.constData(), O_CREAT | O_WRONLY, 0600));
 
@@ -393,7 +371,7 @@ TEST_F(ContentBuilderTest, AFolderBecomesABranch) {
     QStringList made;
     for (const NodeHeader& header : m_pNode->GetDescendants()) {
         const CBookNode node(*m_disk.pCourse, header);
-        QString strFiles = Below(Platform::ToNativeExact(node.GetFolder()));
+        const QString strFiles = FilesOf(header.Id);
         EXPECT_EQ(m_disk.Store().GetField(header.Id, u"Size"_s).toDouble(),
                   Torvane::File::GetFolderSize(node.GetFolder()));
         EXPECT_EQ(node.GetOpenType(), header.Type == 1 ? 2 : 0);
@@ -437,16 +415,6 @@ TEST_F(ContentBuilderTest, TheQuestionAboutOfficeFilesComesUntilItIsTickedAway) 
     EXPECT_EQ(ReadProfileInt(u"SysInfo"_s, u"QueryUserSaveOfficeAsHtml"_s, 7, strIni), 0);
     EXPECT_EQ(ReadProfileInt(u"SysInfo"_s, u"SaveOfficeAsHtml"_s, 7, strIni), 0);
 }
-
-/// Agrees to every box, and notes it.
-class CNotingTree : public CTreeOnDisk {
-public:
-    QStringList Noted;
-    BoxAnswer OnBox(const QString& strBox) override {
-        Noted.append(strBox);
-        return BoxAnswer::Ok;
-    }
-};
 
 TEST(DirectoryImportTest, GivingUpLeavesAWholeTreeInSilence) {
     CNotingTree tree;

@@ -194,3 +194,13 @@ private:
     QString At(const QModelIndex& line) const { return QStringLiteral("node %1: ").arg(Tree.IdOf(line)); }
     std::unique_ptr<SQLite::Database> m_pRaw;
 };
+
+/// Agrees to every box, and notes it.
+class CNotingTree : public CTreeOnDisk {
+public:
+    QStringList Noted;
+    BoxAnswer OnBox(const QString& strBox) override {
+        Noted.append(strBox);
+        return BoxAnswer::Ok;
+    }
+};

@@ -17,11 +17,6 @@ TEST(TreeRulesTest, NewTitlesTakeTheFirstFreeNumber) {
     EXPECT_EQ(NewTitle(In({u"新建栏目"_s, u"新建栏目2"_s, u"新建栏目4"_s})), u"新建栏目3"_s);
 }
 
-TEST(TreeRulesTest, SeveralTitlesInOneInput) {
-    EXPECT_EQ(SplitTitles(u"第一章，, 第二章 ,a，\t"_s), (QStringList{u"第一章"_s, u"第二章"_s, u"a"_s}));
-    EXPECT_EQ(CheckNewTitle(u"%1"_s, In({u"%1"_s})), u"父栏目下已有名为\"%1\"的栏目存在。"_s);
-}
-
 TEST(TreeRulesTest, ANewTitleIsMeasuredFirstAndARenamedOneComparedFirst) {
     const QString strLong(41, u'章');
     EXPECT_EQ(CheckNewTitle(strLong.chopped(1), In({})), QString());

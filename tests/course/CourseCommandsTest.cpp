@@ -71,8 +71,7 @@ TEST_F(CourseCommandsTest, CompanionFindsAClosedDatabaseAndItsCommandLine) {
     EXPECT_EQ(World.Folder.Read(u"note"_s), "VorelCourse.mdb\n") << "one file, no log beside it";
     run(u"Z:\\none\\VorelCompiler.exe \"x\""_s);
     // A program folder with a blank: its path is not quoted, and that it does not start is told to nobody.
-    World.Folder.Write(u"a tool"_s, "#!/bin/sh\ntouch \"$0.ran\"\n");
-    QFile::setPermissions(World.Folder.Native(u"a tool"_s), QFile::ReadOwner | QFile::ExeOwner);
+    World.Folder.WriteProgram(u"a tool"_s, "#!/bin/sh\ntouch \"$0.ran\"\n");
     run(World.Folder.Path(u"a tool.exe"_s) + u" \"x\""_s);
     EXPECT_FALSE(World.Folder.Exists(u"a tool.ran"_s));
     EXPECT_EQ(Course->GetDatabase()->AddNode(3, u"b"_s), 5);

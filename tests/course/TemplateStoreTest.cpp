@@ -1,5 +1,7 @@
 #include "course/TemplateStore.h"
-#include "tests/support/CourseFakes.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 

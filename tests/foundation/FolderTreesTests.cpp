@@ -2,8 +2,6 @@
 #include "foundation/Files.h"
 #include "tests/support/TempFolder.h"
 
-#include <QDirIterator>
-
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -50,24 +48,7 @@ protected:
         for (const QString& str : strFiles.split(u' '))
             m_folder.Write(str, str.toUtf8());
     }
-    void Link(const QString& strTarget, const QString& strBelow) const {
-        ASSERT_TRUE(QFile::link(strTarget, m_folder.Native(strBelow)));
-    }
     QString Path(const QString& str) const { return m_folder.Path(str); }
-    // Everything below a folder, links and hidden entries too, sorted; folders end with "/".
-    QString Tree(const QString& strBelow) const {
-        QStringList list;
-        const QString strRoot = m_folder.Native(strBelow);
-        const auto all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-        QDirIterator it(strRoot, all, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            const QString strPath = it.next().mid(strRoot.size() + 1);
-            list.append(it.fileInfo().isDir() && !it.fileInfo().isSymLink() ? strPath + u'/' : strPath);
-        }
-        list.sort();
-        return list.join(u' ');
-    }
-
     CTempFolder m_folder;
 };
 
@@ -88,15 +69,15 @@ TEST_F(FolderTrees, AWalkTellsOfEverythingInItsOrder) {
 
 TEST_F(FolderTrees, ACopyAndASizeLeaveHiddenEntriesAndSpecialOnesOut) {
     Make(u"w\\b w\\A w\\.h w\\d\\x w\\d\\.h\\y outside\\secret"_s);
-    Link(u"../outside/secret"_s, u"w\\link"_s);
-    Link(u"../outside"_s, u"w\\linkdir"_s);
-    Link(u"nowhere"_s, u"w\\dangling"_s);
-    ASSERT_EQ(::mkfifo(m_folder.Native(u"w\\pipe"_s).toUtf8().constData(), 0600), 0);
+    m_folder.Link(u"../outside/secret"_s, u"w\\link"_s);
+    m_folder.Link(u"../outside"_s, u"w\\linkdir"_s);
+    m_folder.Link(u"nowhere"_s, u"w\\dangling"_s);
+    m_folder.MakePipe(u"w\\pipe"_s);
     QStringList passedOver;
     ForceCopyFolder(Path(u"W\\"_s), Path(u"t\\deep\\target"_s), false, nullptr, &passedOver);
     passedOver.sort();
     EXPECT_EQ(passedOver.join(u' ').remove(m_folder.Native(u"W/"_s)), u"dangling linkdir pipe"_s);
-    EXPECT_EQ(Tree(u"t\\deep\\target"_s), u"A b d/ d/x link"_s);
+    EXPECT_EQ(m_folder.Tree(u"t\\deep\\target"_s), u"A b d/ d/x link"_s);
     EXPECT_FALSE(QFileInfo(m_folder.Native(u"t\\deep\\target\\link"_s)).isSymLink());
     EXPECT_EQ(GetFolderSize(Path(u"w"_s)), 3.0 + 3 + 5 + 14);
     QFile file(m_folder.Native(u"w\\large"_s));
@@ -111,7 +92,7 @@ TEST_F(FolderTrees, ACopyOverwritesOnlyWhenToldAndTakesNamesInAnyCase) {
     EXPECT_THROW(ForceCopyFolder(Path(u"s"_s), Path(u"t"_s), false), CFileException);
     EXPECT_EQ(m_folder.Read(u"t\\res\\pic"_s), "t\\res\\pic");
     EXPECT_TRUE(TryCopyFolder(Path(u"s"_s), Path(u"t"_s)));
-    EXPECT_EQ(Tree(u"t"_s), u"kept res/ res/pic z"_s);
+    EXPECT_EQ(m_folder.Tree(u"t"_s), u"kept res/ res/pic z"_s);
     EXPECT_EQ(m_folder.Read(u"t\\res\\pic"_s), "s\\Res\\Pic");
     EXPECT_TRUE(TryCopyFolder(Path(u"none"_s), Path(u"t2"_s)));
     EXPECT_TRUE(IsFolder(Path(u"t2"_s))) << "a missing source makes the empty target";
@@ -120,7 +101,7 @@ TEST_F(FolderTrees, ACopyOverwritesOnlyWhenToldAndTakesNamesInAnyCase) {
     EXPECT_EQ(m_folder.Read(u"t\\kept"_s), "t\\kept");
     // A copy into itself ends.
     EXPECT_TRUE(TryCopyFolder(Path(u"s"_s), Path(u"s\\Res\\copy"_s)));
-    EXPECT_EQ(Tree(u"s\\Res\\copy"_s), u"Res/ Res/Pic z"_s);
+    EXPECT_EQ(m_folder.Tree(u"s\\Res\\copy"_s), u"Res/ Res/Pic z"_s);
     EXPECT_TRUE(TryCopyFolder(Path(u"s"_s), Path(u"s"_s)));
     EXPECT_EQ(m_folder.Read(u"s\\z"_s), "s\\z");
 }
@@ -140,26 +121,26 @@ TEST_F(FolderTrees, ACopyToAnOverlongPathIsRefusedAndOneFromThereIsWhole) {
 
 TEST_F(FolderTrees, DeletingRemovesLinksAndNeverWhatTheyLeadTo) {
     Make(u"outside\\kept s\\a\\b s\\.top"_s);
-    Link(u"../outside"_s, u"s\\linkdir"_s);
-    Link(u"../../outside/kept"_s, u"s\\a\\link"_s);
+    m_folder.Link(u"../outside"_s, u"s\\linkdir"_s);
+    m_folder.Link(u"../../outside/kept"_s, u"s\\a\\link"_s);
     DeleteFolder(Path(u"s"_s), true);
     EXPECT_FALSE(m_folder.Exists(u"s"_s));
-    Link(u"outside"_s, u"root"_s);
+    m_folder.Link(u"outside"_s, u"root"_s);
     EXPECT_FALSE(TryClearFolder(Path(u"root\\"_s)));
     DeleteFolder(Path(u"root\\"_s), true);
-    EXPECT_EQ(Tree(QString()), u"outside/ outside/kept"_s);
+    EXPECT_EQ(m_folder.Tree(), u"outside/ outside/kept"_s);
 }
 
 TEST_F(FolderTrees, DeletingKeepsWhatItMayNotSee) {
     Make(u"s\\a\\.hidden s\\a\\b f\\refused f\\a c\\a\\b"_s);
     EXPECT_FALSE(TryDeleteFolder(Path(u"s"_s))) << "a hidden entry deeper down keeps its folder";
-    EXPECT_EQ(Tree(u"s"_s), u"a/ a/.hidden"_s);
+    EXPECT_EQ(m_folder.Tree(u"s"_s), u"a/ a/.hidden"_s);
     CDiary diary;
     EXPECT_THROW(DeleteFolder(Path(u"f"_s), true, &diary), CFileException);
-    EXPECT_EQ(Tree(u"f"_s), u"refused"_s);
+    EXPECT_EQ(m_folder.Tree(u"f"_s), u"refused"_s);
     diary.nEntriesAllowed = 0;
     DeleteFolder(Path(u"f"_s), true, &diary);
-    EXPECT_EQ(Tree(u"f"_s), u"refused"_s);
+    EXPECT_EQ(m_folder.Tree(u"f"_s), u"refused"_s);
     ClearFolder(Path(u"c\\"_s), true);
     EXPECT_TRUE(m_folder.Exists(u"c"_s) && IsFolderEmpty(Path(u"c"_s)));
     ClearFolder(Path(u"c"_s), true);
@@ -174,7 +155,7 @@ TEST_F(FolderTrees, NamesThatAreNoTextAreNeverTouched) {
     ASSERT_EQ(::mknod(noText.constData(), S_IFREG | 0600, 0), 0);
     ASSERT_EQ(::mknod(QByteArray(root + "/..\\outer").constData(), S_IFREG | 0600, 0), 0);
     EXPECT_TRUE(TryCopyFolder(Path(u"s"_s), Path(u"t"_s)));
-    EXPECT_EQ(Tree(u"t"_s), u"x\uFFFD"_s);
+    EXPECT_EQ(m_folder.Tree(u"t"_s), u"x\uFFFD"_s);
     EXPECT_FALSE(TryDeleteFolder(Path(u"s"_s)));
     EXPECT_EQ(::unlink(noText.constData()), 0) << "still there";
     EXPECT_TRUE(m_folder.Exists(u"outer"_s));

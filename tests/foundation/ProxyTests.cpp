@@ -1,4 +1,5 @@
 #include "foundation/Proxy.h"
+#include "tests/support/Environment.h"
 
 #include <QList>
 
@@ -7,10 +8,8 @@
 using Torvane::Net::ProxyFor;
 
 TEST(Proxy, IsTakenFromTheEnvironment) {
-    const char* const variables[] = {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy",
-                                     "ALL_PROXY",  "no_proxy",    "NO_PROXY"};
     const struct {
-        QList<std::pair<const char*, const char*>> environment;
+        QList<std::pair<const char*, const char*>> variables;
         const char *szScheme, *szHost, *szProxy;
         bool bTakesWholeAddress;
     } rows[] = {
@@ -24,14 +23,13 @@ TEST(Proxy, IsTakenFromTheEnvironment) {
         {{{"all_proxy", "p:3"}, {"NO_PROXY", "school.cn"}}, "http", "myschool.cn", "p:3", true},
     };
     for (const auto& row : rows) {
-        for (const char* szVariable : variables)
-            qunsetenv(szVariable);
-        for (const auto& [szVariable, szValue] : row.environment)
-            qputenv(szVariable, szValue);
+        CEnvironment environment{{"http_proxy", {}}, {"https_proxy", {}}, {"HTTPS_PROXY", {}},
+                                 {"all_proxy", {}},  {"ALL_PROXY", {}},   {"no_proxy", {}},
+                                 {"NO_PROXY", {}}};
+        for (const auto& [szVariable, szValue] : row.variables)
+            environment.Set(szVariable, QString::fromLatin1(szValue));
         const auto proxy = ProxyFor(row.szScheme, row.szHost);
         EXPECT_EQ(proxy.Address.toStdString(), row.szProxy) << row.szHost;
         EXPECT_EQ(proxy.bTakesWholeAddress, row.bTakesWholeAddress) << row.szProxy;
     }
-    for (const char* szVariable : variables)
-        qunsetenv(szVariable);
 }

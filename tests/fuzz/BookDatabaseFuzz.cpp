@@ -1,7 +1,7 @@
 // A damaged course database: every operation answers or throws its own exception.
 #include "course/BookDatabase.h"
 #include "foundation/Exceptions.h"
-#include "tests/fuzz/CourseFuzz.h"
+#include "tests/fuzz/FuzzFile.h"
 
 #include <functional>
 

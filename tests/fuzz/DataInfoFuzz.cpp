@@ -1,6 +1,6 @@
 // The figures that wait for the server: what is read must survive being written.
 #include "course/DataInfo.h"
-#include "tests/fuzz/CourseFuzz.h"
+#include "tests/fuzz/FuzzFile.h"
 
 #include <cmath>
 

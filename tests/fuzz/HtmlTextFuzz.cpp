@@ -31,7 +31,7 @@ bool StaysInside(const QString& strBody) {
 
 // Any bytes at all are a page: it is read, its references are found, and it never breaks out of the frame.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QByteArray bytes(reinterpret_cast<const char*>(pData), qsizetype(nSize));
+    const QByteArray bytes = FuzzBytes(pData, nSize);
     const PageText::Decoded page = PageText::Decode(bytes);
     const auto rewrite = [](const QString& strReference) -> std::optional<QString> {
         return strReference + u'x';

@@ -1,6 +1,6 @@
 // A suggested tree from a downloaded template: reading and making always end.
 #include "course/InitialNodes.h"
-#include "tests/fuzz/CourseFuzz.h"
+#include "tests/fuzz/FuzzFile.h"
 
 namespace {
 

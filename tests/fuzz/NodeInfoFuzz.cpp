@@ -6,8 +6,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
     try {
-        const QList<NodeInfoRecord> records =
-            ParseNodeInfo(QByteArray(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize)));
+        const QList<NodeInfoRecord> records = ParseNodeInfo(FuzzBytes(pData, nSize));
         const QList<NodeInfoStep> steps = PlanImport(records);
         for (qsizetype n = 0; n < steps.size(); ++n) {
             Check(steps[n].nParent < n && (steps[n].nParent >= 0 || n == 0), "parents come first");

@@ -99,7 +99,7 @@ void CheckHarmless(const QByteArray& page) {
 // Whatever a converted document holds, nothing of it runs or loads in the page; whatever a presentation's
 // text holds, it is read to an end.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    QByteArray bytes(reinterpret_cast<const char*>(pData), qsizetype(nSize));
+    QByteArray bytes = FuzzBytes(pData, nSize);
     const auto noPictures = [](const QString&) { return QString(); };
     for (const EKind eKind : {EKind::Document, EKind::Sheet}) {
         const auto page = CleanPage(eKind, bytes, QStringLiteral("t"), noPictures, QString::fromUtf8(bytes));

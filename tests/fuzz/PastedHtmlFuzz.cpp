@@ -60,8 +60,7 @@ void CheckHarmless(const QString& strHtml) {
 
 // Whatever lies on the clipboard, nothing of it runs or loads in the page, and reading it comes to an end.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QString strInput =
-        QString::fromUtf8(QByteArray(reinterpret_cast<const char*>(pData), qsizetype(nSize)));
+    const QString strInput = QString::fromUtf8(FuzzBytes(pData, nSize));
     const auto picture = [](const QString& strReference) {
         return strReference.size() % 2 == 0 ? QStringLiteral("Z:\\a\"&.png") : QString();
     };

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 // Any bytes at all are a page. What the converter gets of it is well-formed, and has no mark by which it
 // would take something over as it stands or load something.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QByteArray bytes(reinterpret_cast<const char*>(pData), qsizetype(nSize));
+    const QByteArray bytes = FuzzBytes(pData, nSize);
     const auto page =
         ReadPrintedPage(PageText::Decode(bytes).Text,
                         {[](const QString& strReference) { return strReference; },

@@ -1,7 +1,7 @@
 // Project files come from other teachers' disks. Whatever one holds, changing its template must neither lose
 // the companions' values nor make two readings differ.
 #include "course/ProjectFile.h"
-#include "tests/fuzz/CourseFuzz.h"
+#include "tests/fuzz/FuzzFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
     CProjectFile file;

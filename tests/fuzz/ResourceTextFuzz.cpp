@@ -11,8 +11,7 @@ using namespace ResourceText;
 
 /// The input's lines: "i", "e" or "a" and a reference, "u" and the document's URL; all others are the text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QString strInput =
-        CodePage::Decode(QByteArrayView(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize)));
+    const QString strInput = CodePage::Decode(FuzzBytes(pData, nSize));
     References references;
     QString strHtml;
     const QStringList lines = strInput.split(u'\n');

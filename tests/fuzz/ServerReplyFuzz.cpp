@@ -19,7 +19,7 @@ void Tolerate(Step step) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QByteArray input(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize));
+    const QByteArray input = FuzzBytes(pData, nSize);
     const qsizetype nZero = input.indexOf('\0');
     const QByteArray headers = nZero < 0 ? input : input.first(nZero);
     const QByteArray body = nZero < 0 ? input : input.sliced(nZero + 1);

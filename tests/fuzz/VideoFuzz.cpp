@@ -1,6 +1,6 @@
 // The files of a lecture, which may come from anywhere: script file, outline, and the film's header.
 #include "foundation/Exceptions.h"
-#include "tests/fuzz/CourseFuzz.h"
+#include "tests/fuzz/FuzzFile.h"
 #include "video/AsfFile.h"
 #include "video/Outline.h"
 #include "video/VideoScripts.h"

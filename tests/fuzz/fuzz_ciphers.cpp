@@ -5,7 +5,7 @@
 #include "tests/support/FuzzCheck.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QByteArray bytes(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize));
+    const QByteArray bytes = FuzzBytes(pData, nSize);
     const QByteArray key = bytes.left(static_cast<qsizetype>(nSize) % 20);
 
     Check(DecodeHex(EncodeHex(bytes)) == bytes);

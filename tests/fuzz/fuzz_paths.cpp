@@ -9,8 +9,7 @@
 using namespace Torvane::File;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize) {
-    const QString strText =
-        QString::fromUtf8(reinterpret_cast<const char*>(pData), static_cast<qsizetype>(nSize));
+    const QString strText = QString::fromUtf8(FuzzBytes(pData, nSize));
     const QString strPath = FileUrlToPath(strText);
     Check(LowerAscii(strPath) == strPath);
     Check(PathToFileUrl(strText).contains(QLatin1String("://")));

@@ -2,9 +2,10 @@
 #include "foundation/SysInfo.h"
 #include "office/Converter.h"
 #include "office/OfficeFiles.h"
+#include "tests/support/Environment.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TempFolder.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTcpServer>
@@ -13,8 +14,6 @@
 
 #include <array>
 #include <csignal>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,31 +29,24 @@ protected:
         m_folder.MakeFolder(u"tmp"_s);
         m_folder.MakeFolder(u"out"_s);
         m_folder.MakeFolder(u"SysData/OfficeTemplate"_s);
-        qputenv("TMPDIR", QFile::encodeName(m_folder.Native(u"tmp"_s)));
         QFile::copy(QStringLiteral(OFFICE_TEMPLATES "/torvaneframe.htm"),
                     m_folder.Native(u"SysData/OfficeTemplate/torvaneframe.htm"_s));
         CSysInfo::Reset(m_folder.Path(u"Vorel.exe"_s));
     }
-    ~OfficeFiles() override {
-        EXPECT_EQ(QDir(m_folder.Native(u"tmp"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                  QStringList());
-        qputenv("TMPDIR", m_oldTemporary);
-        qputenv("PATH", m_oldPath);
-    }
+    ~OfficeFiles() override { EXPECT_EQ(Names(u"tmp"_s), QStringList()); }
 
-    QStringList Names(const QString& strBelow) const {
-        return QDir(m_folder.Native(strBelow))
-            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name);
-    }
+    QStringList Names(const QString& strBelow) const { return m_folder.Names(strBelow); }
     QString Text(const QString& strBelow) const { return QString::fromUtf8(m_folder.Read(strBelow)); }
 
     /// Puts a shell script in the converter's place. Its own folder is $own, the one for its output $out.
     void InsteadOfConverting(const QByteArray& script) {
-        m_folder.Write(u"bin/soffice"_s, "#!/bin/sh\nown=$(dirname \"$0\")\nfor next; do\n"
-                                         "[ \"$last\" = --outdir ] && out=$next\nlast=$next\ndone\n" +
-                                             script);
-        QFile::setPermissions(m_folder.Native(u"bin/soffice"_s), QFile::ReadOwner | QFile::ExeOwner);
-        qputenv("PATH", QFile::encodeName(m_folder.Native(u"bin"_s)) + ':' + m_oldPath);
+        m_folder.WriteProgram(u"bin/soffice"_s, "#!/bin/sh\nown=$(dirname \"$0\")\nfor next; do\n"
+                                                "[ \"$last\" = --outdir ] && out=$next\nlast=$next\ndone\n" +
+                                                    script);
+        TakeProgramsFrom(u"bin"_s);
+    }
+    void TakeProgramsFrom(const QString& strFolder) {
+        m_environment.Set("PATH", m_folder.Native(strFolder) + u':' + qEnvironmentVariable("PATH"));
     }
     /// Starts another program, tells its number, and waits.
     void WaitInsteadOfConverting() { InsteadOfConverting("sleep 600 &\necho $! > \"$own/pid\"\nwait\n"); }
@@ -66,8 +58,7 @@ protected:
     }
 
     CTempFolder m_folder;
-    QByteArray m_oldTemporary = qgetenv("TMPDIR");
-    QByteArray m_oldPath = qgetenv("PATH");
+    CEnvironment m_environment{{"TMPDIR", m_folder.Native(u"tmp"_s)}};
 };
 
 TEST_F(OfficeFiles, KnowsThemByTheirEnding) {
@@ -78,13 +69,11 @@ TEST_F(OfficeFiles, KnowsThemByTheirEnding) {
         EXPECT_FALSE(IsOfficeFile(strName)) << strName.toStdString();
 }
 
-// A document with a name that a command line, an address and a page could each take amiss.
 TEST_F(OfficeFiles, EachKindNeedsItsModule) {
-    for (const QString& strFile :
-         {u"lo/program/soffice"_s, u"lo/share/registry/main.xcd"_s, u"lo/share/registry/writer.xcd"_s})
+    m_folder.WriteProgram(u"lo/program/soffice"_s, "x");
+    for (const QString& strFile : {u"lo/share/registry/main.xcd"_s, u"lo/share/registry/writer.xcd"_s})
         m_folder.Write(strFile, "x");
-    QFile::setPermissions(m_folder.Native(u"lo/program/soffice"_s), QFile::ReadOwner | QFile::ExeOwner);
-    qputenv("PATH", QFile::encodeName(m_folder.Native(u"lo/program"_s)) + ':' + m_oldPath);
+    TakeProgramsFrom(u"lo/program"_s);
     EXPECT_TRUE(IsConverterInstalled() && IsConverterInstalled(u"a.doc"_s));
     EXPECT_FALSE(IsConverterInstalled(u"a.xls"_s));
     m_folder.Write(u"in.ppt"_s, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
@@ -92,6 +81,7 @@ TEST_F(OfficeFiles, EachKindNeedsItsModule) {
               EConversion::NoConverter);
 }
 
+// A document with a name that a command line, an address and a page could each take amiss.
 TEST_F(OfficeFiles, ADocumentBecomesOnePageWithItsPictures) {
     const QString strName = u"in\\第1章 \"绪 论\" & 'x' #1%20.rtf"_s;
     const QByteArray picture = "89504e470d0a1a0a0000000d4948445200000001000000010802000000907753de0000000c494"
@@ -195,7 +185,7 @@ TEST_F(OfficeFiles, WhatIsNoOfficeFileFailsAndLeavesNothing) {
     m_folder.Write(u"half.pptx"_s, sample.read(9000));
     m_folder.Write(u"page.ppt"_s, "<html><body>x</body></html>");
     m_folder.MakeFolder(u"folder.doc"_s);
-    ::mkfifo(QFile::encodeName(m_folder.Native(u"pipe.doc"_s)).constData(), 0600);
+    m_folder.MakePipe(u"pipe.doc"_s);
     for (const QString& strName : {u"text.doc"_s, u"empty.docx"_s, u"half.pptx"_s, u"page.ppt"_s,
                                    u"folder.doc"_s, u"pipe.doc"_s, u"missing.doc"_s}) {
         QString strResult = u"untouched"_s;
@@ -318,14 +308,9 @@ TEST_F(OfficeFiles, WhatTheConverterWritesHasBounds) {
 
 // The profile keeps documents from running and loading anything.
 TEST_F(OfficeFiles, WithoutItsWholeProfileNothingIsConverted) {
-    rlimit old{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
-    const rlimit small{500, old.rlim_max};
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    ::setrlimit(RLIMIT_FSIZE, &small);
+    std::optional<CFileSizeLimit> limit(500);
     CConverter converter({}, 10'000);
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, oldHandler);
+    limit.reset();
     EXPECT_FALSE(converter.IsReady());
     EXPECT_EQ(converter.Convert(u"/none"_s, u"html"_s, u"none.html"_s), EConversion::Failed);
 }

@@ -1,8 +1,7 @@
 #include "platform/base/FileAssociation.h"
 
+#include "tests/support/Environment.h"
 #include "tests/support/TempFolder.h"
-
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -62,20 +61,16 @@ TEST(FileAssociation, TheListOfDefaultsKeepsWhatIsNotOurs) {
 class CRegistration : public ::testing::Test {
 protected:
     CRegistration() {
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.Native(u"data"_s)));
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_folder.Native(u"config"_s)));
         for (const int nSize : {16, 32, 48, 256})
             m_folder.Write(u"128-%1.png"_s.arg(nSize), "picture");
-    }
-    ~CRegistration() override {
-        qunsetenv("XDG_DATA_HOME");
-        qunsetenv("XDG_CONFIG_HOME");
     }
     bool Register() const {
         return RegisterFileType(c_type,
                                 {u"Vorel"_s, u"课程"_s, m_folder.Path(u"Vorel"_s), m_folder.Path(u"128"_s)});
     }
     CTempFolder m_folder;
+    CEnvironment m_environment{{"XDG_DATA_HOME", m_folder.Native(u"data"_s)},
+                               {"XDG_CONFIG_HOME", m_folder.Native(u"config"_s)}};
 };
 
 const QString c_strEntry = u"data\\applications\\vorel.desktop"_s;
@@ -87,7 +82,7 @@ const QString c_strList = u"config\\mimeapps.list"_s;
 TEST_F(CRegistration, IsPutRightAtEveryStart) {
     m_folder.Write(u"kept.list"_s, "[Default Applications]\ntext/html=b.desktop\n");
     m_folder.MakeFolder(u"config"_s);
-    ASSERT_TRUE(QFile::link(m_folder.Native(u"kept.list"_s), m_folder.Native(c_strList)));
+    m_folder.Link(m_folder.Native(u"kept.list"_s), c_strList);
     EXPECT_TRUE(Register());
     const QByteArray entry = m_folder.Read(c_strEntry);
     EXPECT_TRUE(entry.contains("\nMimeType=application/x-vcpfiles;\n"));
@@ -113,11 +108,8 @@ TEST_F(CRegistration, DoesWhatItCan) {
     EXPECT_EQ(m_folder.Read(u"data\\icons"_s), "a file");
     EXPECT_TRUE(m_folder.Exists(c_strPackage));
     // Without a home there is no place at all, least of all below the root folder.
-    const QByteArray home = qgetenv("HOME");
-    for (const char* const pVariable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "HOME"})
-        qunsetenv(pVariable);
+    const CEnvironment homeless{{"XDG_DATA_HOME", {}}, {"XDG_CONFIG_HOME", {}}, {"HOME", {}}};
     EXPECT_FALSE(Register());
-    qputenv("HOME", home);
 }
 
 } // namespace

@@ -1,50 +1,29 @@
 #include "platform/base/FileCalls.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Writes beyond a size fail, as on a full disk.
-class CSmallDisk {
-public:
-    explicit CSmallDisk(rlim_t nBytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_old);
-        rlimit limit = m_old;
-        limit.rlim_cur = nBytes;
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~CSmallDisk() { ::setrlimit(RLIMIT_FSIZE, &m_old); }
-
-private:
-    rlimit m_old{};
-};
-
-QString EntriesOf(const CTempFolder& folder) {
-    return QDir(folder.Native()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).join(u' ');
-}
-
 TEST(FileCalls, AFileIsReplacedAsAWholeOrNotAtAll) {
     const CTempFolder folder;
     folder.Write(u"page.htm"_s, "old");
     const QByteArray path = folder.Native(u"page.htm"_s).toUtf8();
     {
-        const CSmallDisk disk(1000);
+        const CFileSizeLimit limit(1000);
         EXPECT_EQ(Platform::ReplaceFileBytes(path, QByteArray(5000, 'x')), EFBIG);
     }
     EXPECT_EQ(folder.Read(u"page.htm"_s), "old");
-    EXPECT_EQ(EntriesOf(folder), u"page.htm"_s);
+    EXPECT_EQ(folder.Tree(), u"page.htm"_s);
     // Permissions are kept, and a link is replaced itself.
     ::chmod(path.constData(), 0640);
-    ASSERT_TRUE(QFile::link(u"page.htm"_s, folder.Native(u"link"_s)));
+    folder.Link(u"page.htm"_s, u"link"_s);
     EXPECT_EQ(Platform::ReplaceFileBytes(folder.Native(u"link"_s).toUtf8(), "new"), 0);
     EXPECT_EQ(folder.Read(u"page.htm"_s) + folder.Read(u"link"_s), "oldnew");
     EXPECT_EQ(Platform::ReplaceFileBytes(path, "new"), 0);
@@ -53,7 +32,7 @@ TEST(FileCalls, AFileIsReplacedAsAWholeOrNotAtAll) {
     struct stat state {};
     ASSERT_EQ(::stat(path.constData(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0640U);
-    EXPECT_EQ(EntriesOf(folder), u"link page.htm"_s);
+    EXPECT_EQ(folder.Tree(), u"link page.htm"_s);
     EXPECT_EQ(Platform::ReplaceFileBytes(folder.Native().toUtf8(), "x"), EISDIR);
     EXPECT_EQ(Platform::ReplaceFileBytes(folder.Native(u"none\\x"_s).toUtf8(), "x"), ENOENT);
 }
@@ -70,14 +49,14 @@ TEST(FileCalls, ACopyIsWholeOrNotThere) {
         return Platform::CopyFileBytes(open, "a", open, target, bOverwrite);
     };
     {
-        const CSmallDisk disk(200000);
+        const CFileSizeLimit limit(200000);
         EXPECT_TRUE(copy("b", false) != 0 && copy("old", true) != 0);
     }
-    EXPECT_EQ(EntriesOf(folder), u"a old"_s);
+    EXPECT_EQ(folder.Tree(), u"a old"_s);
     EXPECT_EQ(folder.Read(u"old"_s), "old");
     EXPECT_EQ(copy("old", false), EEXIST);
     EXPECT_EQ(Platform::CopyFileBytes(open, "a", open, "old", true, [] { return true; }), ECANCELED);
-    EXPECT_EQ(EntriesOf(folder), u"a old"_s);
+    EXPECT_EQ(folder.Tree(), u"a old"_s);
     EXPECT_EQ(folder.Read(u"old"_s), "old");
     EXPECT_TRUE(copy("b", false) == 0 && copy("old", true) == 0 && copy("a", true) == 0);
     for (const QString& str : {u"a"_s, u"b"_s, u"old"_s})
@@ -90,7 +69,7 @@ TEST(FileCalls, ACopyIsWholeOrNotThere) {
 TEST(FileCalls, APipeIsNeverReadOrCopied) {
     const CTempFolder folder;
     const QByteArray pipe = folder.Native(u"pipe"_s).toUtf8();
-    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    folder.MakePipe(u"pipe"_s);
     QByteArray bytes;
     EXPECT_EQ(Platform::ReadFileBytes(pipe, bytes, 100), EINVAL);
     const auto paths = Platform::CFolder::OfPaths();

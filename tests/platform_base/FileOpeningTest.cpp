@@ -1,68 +1,41 @@
 #include "platform/base/FileOpening.h"
 
 #include "platform/base/Process.h"
+#include "tests/support/Environment.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/Waiting.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
-#include <QElapsedTimer>
 #include <QLocale>
 #include <QProcess>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-bool WaitFor(const std::function<bool()>& done) {
-    QElapsedTimer timer;
-    for (timer.start(); !done() && timer.elapsed() < 20000;)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-    return done();
-}
-
 /// A desktop of the test's own.
 class CFileOpening : public ::testing::Test {
 protected:
     CFileOpening() {
-        Set("XDG_CONFIG_HOME", m_folder.Native(u"config"_s));
-        Set("XDG_CONFIG_DIRS", m_folder.Native(u"etc"_s));
-        Set("XDG_DATA_HOME", m_folder.Native(u"home"_s));
-        Set("XDG_DATA_DIRS", m_folder.Native(u"usr"_s));
-        Set("XDG_CURRENT_DESKTOP", u"Unity:GNOME"_s);
-        Set("PATH", m_folder.Native(u"bin"_s) + u":/usr/bin:/bin"_s);
         m_folder.MakeFolder(u"usr"_s);
-        QFile::link(u"/usr/share/mime"_s, m_folder.Native(u"usr/mime"_s));
+        m_folder.Link(u"/usr/share/mime"_s, u"usr/mime"_s);
         for (const QString& strTool : {u"a"_s, u"b"_s, u"c"_s}) {
             WriteTool(strTool);
             WriteEntry(u"usr"_s, strTool, strTool + u" %f"_s);
         }
     }
-    ~CFileOpening() override {
-        for (const auto& [szName, value] : m_before)
-            value.isNull() ? qunsetenv(szName) : qputenv(szName, value);
-    }
-    void Set(const char* szName, const QString& strValue) {
-        m_before.emplace_back(szName, qgetenv(szName));
-        qputenv(szName, strValue.toUtf8());
-    }
     /// Writes its arguments, each with a "|" behind it, when "go" stands beside it.
     void WriteTool(const QString& strName) const {
-        const QString strFile = u"bin\\"_s + strName;
-        m_folder.Write(strFile,
-                       "#!/bin/sh\ncd \"$(dirname \"$0\")\"\nwhile [ ! -e go ]; do sleep 0.05; done\n"
-                       "printf '%s|' \"$@\" > out.tmp\nmv out.tmp out\n");
-        QFile::setPermissions(m_folder.Native(strFile),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_folder.WriteProgram(u"bin\\"_s + strName,
+                              "#!/bin/sh\ncd \"$(dirname \"$0\")\"\nwhile [ ! -e go ]; do sleep 0.05; done\n"
+                              "printf '%s|' \"$@\" > out.tmp\nmv out.tmp out\n");
     }
     void WriteEntry(const QString& strPlace, const QString& strName, const QString& strExec,
                     const QByteArray& more = {}) const {
@@ -77,9 +50,12 @@ protected:
     }
 
     CTempFolder m_folder;
-
-private:
-    std::vector<std::pair<const char*, QByteArray>> m_before;
+    CEnvironment m_environment{{"XDG_CONFIG_HOME", m_folder.Native(u"config"_s)},
+                               {"XDG_CONFIG_DIRS", m_folder.Native(u"etc"_s)},
+                               {"XDG_DATA_HOME", m_folder.Native(u"home"_s)},
+                               {"XDG_DATA_DIRS", m_folder.Native(u"usr"_s)},
+                               {"XDG_CURRENT_DESKTOP", u"Unity:GNOME"_s},
+                               {"PATH", m_folder.Native(u"bin"_s) + u":/usr/bin:/bin"_s}};
 };
 
 TEST_F(CFileOpening, NamesTheTypeOfAnEndingForProgramsAndPeople) {
@@ -227,7 +203,7 @@ TEST_F(CFileOpening, HasTheDesktopAskWhenNoProgramIsFound) {
     ASSERT_TRUE(bus.waitForStarted()) << "dbus-daemon is missing";
     ASSERT_TRUE(WaitFor([&] { return bus.canReadLine(); }));
     const QString strAddress = QString::fromUtf8(bus.readLine().trimmed());
-    Set("DBUS_SESSION_BUS_ADDRESS", strAddress);
+    m_environment.Set("DBUS_SESSION_BUS_ADDRESS", strAddress);
     m_folder.Write(u"a.strange"_s, "content");
     m_folder.Write(u"bin\\go"_s, "");
     WriteTool(u"xdg-open"_s);

@@ -1,25 +1,16 @@
 #include "platform/base/FolderWatcher.h"
 
 #include "tests/support/TempFolder.h"
+#include "tests/support/Waiting.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 using namespace Qt::StringLiterals;
 using Platform::CFolderWatcher;
 
 namespace {
-
-bool WaitFor(const std::function<bool()>& done) {
-    QElapsedTimer timer;
-    for (timer.start(); !done() && timer.elapsed() < 10000;)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
-    return done();
-}
 
 class CFolderWatching : public ::testing::Test {
 protected:
@@ -27,7 +18,7 @@ protected:
         m_folder.MakeFolder(u"N5\\res"_s);
         m_folder.Write(u"N5\\a.doc"_s, "old");
         m_folder.Write(u"outside\\sub\\b"_s, "old");
-        QFile::link(m_folder.Native(u"outside"_s), m_folder.Native(u"N5\\link"_s));
+        m_folder.Link(m_folder.Native(u"outside"_s), u"N5\\link"_s);
     }
     bool Move(const QString& strFrom, const QString& strTo) const {
         return QFile::rename(m_folder.Native(strFrom), m_folder.Native(strTo));

@@ -1,5 +1,6 @@
 #include "platform/base/MediaTools.h"
 
+#include "tests/support/Environment.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -11,15 +12,13 @@ using namespace Qt::StringLiterals;
 TEST(MediaTools, FindsThePlayerThatWouldBeTaken) {
     const CTempFolder plugins;
     const QStringList folders{u"/nowhere"_s, plugins.Native()};
-    const QByteArray before = qgetenv("QT_MEDIA_BACKEND");
-    qputenv("QT_MEDIA_BACKEND", "gstreamer");
+    CEnvironment environment{{"QT_MEDIA_BACKEND", u"gstreamer"_s}};
     EXPECT_FALSE(Platform::HasMediaPlayer(folders));
     plugins.Write(u"multimedia\\libgstreamermediaplugin.so"_s, "");
     EXPECT_TRUE(Platform::HasMediaPlayer(folders));
-    qunsetenv("QT_MEDIA_BACKEND");
+    environment.Set("QT_MEDIA_BACKEND", {});
     EXPECT_FALSE(Platform::HasMediaPlayer(folders));
     plugins.Write(u"multimedia\\libffmpegmediaplugin.so"_s, "");
-    qputenv("QT_MEDIA_BACKEND", "../x");
+    environment.Set("QT_MEDIA_BACKEND", u"../x"_s);
     EXPECT_TRUE(Platform::HasMediaPlayer(folders));
-    qputenv("QT_MEDIA_BACKEND", before);
 }

@@ -23,8 +23,7 @@ TEST(Process, SplitsACommandLineAsProgramsReadTheirs) {
 TEST(Process, RunsAProgramAndPassesNativePaths) {
     const CTempFolder folder;
     const QString strTool = u"bin dir\\tool"_s;
-    folder.Write(strTool, "#!/bin/sh\nsleep 0.2\nprintf '%s|' \"$@\" > \"$(dirname \"$0\")/out\"\n");
-    QFile::setPermissions(folder.Native(strTool), QFile::ReadOwner | QFile::ExeOwner);
+    folder.WriteProgram(strTool, "#!/bin/sh\nsleep 0.2\nprintf '%s|' \"$@\" > \"$(dirname \"$0\")/out\"\n");
     int nWaits = 0;
     ASSERT_TRUE(Platform::RunAndWait(folder.Path(strTool) + u".exe \""_s + folder.Path(u"课 程.vcp"_s) +
                                          u"\" /s C:\\x"_s,

@@ -1,4 +1,5 @@
 #include "platform/base/SingleInstance.h"
+#include "tests/support/Environment.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -38,15 +39,13 @@ TEST(SingleInstance, ALaterStartEndsOnlyForAnInstanceWithAWindow) {
 // A terminal that writes the display otherwise would get a second program, and another display's start none.
 TEST(SingleInstance, KnowsADisplayByAnyOfItsNames) {
     const QString strName = QStringLiteral("vorel-display-%1").arg(QCoreApplication::applicationPid());
-    const QByteArray saved = qgetenv("DISPLAY");
-    qputenv("DISPLAY", "server.room.school.test:10");
+    CEnvironment environment{{"DISPLAY", QStringLiteral("server.room.school.test:10")}};
     Platform::CSingleInstance first(strName);
     first.Listen([] {});
-    qputenv("DISPLAY", "server.room.school.test:10.0");
+    environment.Set("DISPLAY", QStringLiteral("server.room.school.test:10.0"));
     EXPECT_TRUE(Platform::CSingleInstance(strName).ActivateOther());
-    qputenv("DISPLAY", "server.room.school.test:11");
+    environment.Set("DISPLAY", QStringLiteral("server.room.school.test:11"));
     EXPECT_FALSE(Platform::CSingleInstance(strName).ActivateOther());
-    qputenv("DISPLAY", saved);
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "foundation/Ciphers.h"
 #include "foundation/Exceptions.h"
 #include "server/CourseChoice.h"
-#include "server/Protocol.h"
 #include "tests/support/CourseFakes.h"
 #include "tests/support/CourseServiceThread.h"
 #include "tests/support/ScriptedDialogs.h"

@@ -4,8 +4,11 @@
 #include "tests/support/Printing.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <sys/stat.h>
 
 /// A folder of one test, gone with it. Its name holds a blank and Chinese on purpose: every path of a test
 /// meets them.
@@ -41,7 +44,41 @@ public:
     }
     bool Exists(const QString& strBelow) const { return QFileInfo::exists(Native(strBelow)); }
     void MakeFolder(const QString& strBelow) const { QDir().mkpath(Native(strBelow)); }
+    void WriteProgram(const QString& strBelow, const QByteArray& script) const {
+        Write(strBelow, script);
+        QFile::setPermissions(Native(strBelow), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    /// A link that leads to the target as it is written.
+    void Link(const QString& strTarget, const QString& strBelow) const {
+        if (!QFile::link(strTarget, Native(strBelow)))
+            qFatal("no link can be made");
+    }
+    /// A pipe: whoever opens it waits for ever.
+    void MakePipe(const QString& strBelow) const {
+        if (::mkfifo(QFile::encodeName(Native(strBelow)).constData(), 0600) != 0)
+            qFatal("no pipe can be made");
+    }
+
+    /// The names in a folder, whatever they are of, in order.
+    QStringList Names(const QString& strBelow = QString()) const {
+        return QDir(Native(strBelow)).entryList(c_everything, QDir::Name);
+    }
+    /// The paths of everything below a folder, in order and with blanks between; folders end with "/".
+    QString Tree(const QString& strBelow = QString()) const {
+        QStringList paths;
+        QDirIterator it(Native(strBelow), c_everything, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QString strPath = it.next().mid(Native(strBelow).size() + 1);
+            const bool bFolder = it.fileInfo().isDir() && !it.fileInfo().isSymLink();
+            paths.append(bFolder ? strPath + QLatin1Char('/') : strPath);
+        }
+        paths.sort();
+        return paths.join(QLatin1Char(' '));
+    }
 
 private:
+    static constexpr QDir::Filters c_everything =
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+
     QTemporaryDir m_dir;
 };
