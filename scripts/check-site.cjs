@@ -1,24 +1,25 @@
-// The part of check-site.sh that looks into pages: node check-site.cjs SITE_FOLDER FOLDER_FOR_THE_OUTPUTS
+// The part of check-site.sh that looks into pages:
+//   node check-site.cjs ROOT FOLDER_FOR_THE_OUTPUTS SITE...     sites below the root
+//   node check-site.cjs ROOT FOLDER_FOR_THE_OUTPUTS --links CSV
 "use strict";
 const childProcess = require("child_process");
 const fs = require("fs");
 const path = require("path");
 const url = require("url");
 
-const [site, out] = process.argv.slice(2);
+const [root, out, ...names] = process.argv.slice(2);
 const mostForAxe = Number(process.env.VOREL_AXE_PAGES || 60);
+let site = "";
+let own = [];
 
-function* walk(folder) {
-  for (const entry of fs.readdirSync(folder, { withFileTypes: true })) {
-    const name = path.join(folder, entry.name);
-    if (entry.isDirectory()) {
-      yield* walk(name);
-    } else if (/\.html?$/i.test(entry.name)) {
-      yield name;
-    }
-  }
+// The pages that the compiler has written, by its own list; those of imported sites have bodies of their own.
+function ownPages() {
+  return fs.readFileSync(path.join(site, ".vorel-site"), "utf8").split("\n").slice(1)
+    .map((line) => line.split("\t")[0].replace(/%([0-9a-f]{2})/g, (all, code) => String.fromCharCode(parseInt(code, 16))))
+    .filter((name) => /\.html?$/i.test(name)).sort()
+    .map((name) => path.join(site, name))
+    .filter((name) => fs.readFileSync(name, "utf8").includes('<body class="vorel-'));
 }
-const own = [...walk(site)].filter((name) => fs.readFileSync(name, "utf8").includes('<body class="vorel-site'));
 
 function resolve(name) {
   try {
@@ -33,7 +34,7 @@ function resolve(name) {
 function authorsLines(name) {
   const lines = fs.readFileSync(name, "utf8").split("\n");
   const find = (text, from) => lines.findIndex((line, i) => i >= from && line.includes(text)) + 1;
-  const bodyBegin = find('<div class="page">', 0);
+  const bodyBegin = find('<div class="page"', 0);
   const bodyEnd = lines.map((line) => /^<nav class="pager"|^<\/main>/.test(line)).indexOf(true, bodyBegin) + 1;
   const headBegin = find("vorel/parts.css", 0);
   const headEnd = find('class="skip"', 0);
@@ -62,14 +63,15 @@ function validate(jar) {
       }
     }
   }
-  fs.writeFileSync(path.join(out, "vnu.txt"), said.join("\n") + "\n");
+  fs.appendFileSync(path.join(out, "vnu.txt"), said.join("\n") + "\n");
   console.log(`vnu: ${own.length} pages, ${ours} errors in what the compiler writes, ${theirs} in what authors wrote`);
   return ours;
 }
 
 // Pages spread over the site, and each kind of them.
 function somePages() {
-  const some = new Set(["index.html", "sitemap.html", "search.html"].map((name) => path.join(site, name)));
+  const some = new Set(["index.html", "sitemap.html", "search.html", "cover.html", "contents1.html"]
+    .map((name) => path.join(site, name)).filter((name) => own.includes(name)));
   const step = Math.max(1, Math.floor(own.length / mostForAxe));
   for (let i = 0; i < own.length; i += step) {
     some.add(own[i]);
@@ -149,18 +151,64 @@ async function judge() {
   }
   serious += await search(browser);
   await browser.close();
-  fs.writeFileSync(path.join(out, "axe.txt"), said.join("\n") + "\n");
+  fs.appendFileSync(path.join(out, "axe.txt"), said.join("\n") + "\n");
   console.log(`axe: ${pages} looks at pages (desktop and phone), ${serious} serious faults in the frame`);
   return serious;
 }
 
+// Dead links as linkinator lists them: ours, those in what authors wrote, and those that it got no answer to.
+function deadLinks(list) {
+  const counts = { OK: 0, ours: 0, authors: 0, unanswered: 0 };
+  const pages = new Map();
+  const oursIn = (name) => {
+    if (!pages.has(name)) {
+      const text = fs.existsSync(name) && fs.statSync(name).isFile() ? fs.readFileSync(name, "utf8") : "";
+      const lines = text.split("\n");
+      pages.set(name, !text.includes('<body class="vorel-') ? ""
+        : lines.filter((line, i) => !authorsLines(name)(i + 1)).join("\n"));
+    }
+    return pages.get(name);
+  };
+  for (const line of fs.readFileSync(list, "utf8").split("\n")) {
+    const parts = /^"?(.*?)"?,(\d+),(OK|BROKEN|SKIPPED),"?(.*?)"?(,.*)?$/.exec(line);
+    if (!parts || parts[3] === "SKIPPED") {
+      continue;
+    }
+    const address = decodeURIComponent(parts[1].replace(/%(?![0-9a-f]{2})/gi, "%25"));
+    let kind = "OK";
+    if (parts[3] === "BROKEN") {
+      const page = path.join(root, decodeURIComponent(new URL(parts[4] || "/", "http://x/").pathname));
+      const file = address.replace(/#.*$/, "").split("/").pop();
+      kind = parts[2] === "0" ? "unanswered" : oursIn(page).includes(file) && file ? "ours" : "authors";
+      if (kind !== "authors" || counts.authors < 20) {
+        console.log(`${kind}: ${line}`);
+      }
+    }
+    ++counts[kind];
+  }
+  console.log(`linkinator: ${counts.OK} links good, ${counts.ours} dead in what the compiler writes, ` +
+    `${counts.authors} dead in what authors wrote, ${counts.unanswered} without an answer`);
+  return counts.OK === 0 ? 1 : counts.ours + counts.unanswered;
+}
+
 (async () => {
+  if (names[0] === "--links") {
+    process.exit(deadLinks(names[1]) > 0 ? 1 : 0);
+  }
   const jar = resolve("vnu-jar/build/dist/vnu.jar");
-  let faults = jar ? validate(jar) : 0;
-  if (!process.env.CHROMIUM) {
-    console.log("Chromium: not there");
-  } else if (resolve("puppeteer-core") && resolve("axe-core/axe.min.js")) {
-    faults += await judge();
+  const hasAxe = resolve("puppeteer-core") && resolve("axe-core/axe.min.js");
+  let faults = 0;
+  for (const name of names) {
+    site = path.join(root, name);
+    own = ownPages();
+    console.log(`${name}: ${own.length} pages`);
+    faults += own.length === 0;
+    faults += jar ? validate(jar) : 0;
+    if (!process.env.CHROMIUM) {
+      console.log("Chromium: not there");
+    } else if (hasAxe) {
+      faults += await judge();
+    }
   }
   process.exit(faults > 0 ? 1 : 0);
 })();

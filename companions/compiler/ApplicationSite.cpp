@@ -92,7 +92,7 @@ QByteArray CApplicationSite::Frame(const QString& strTitle, const QByteArray& ma
     QByteArray out = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n"
                      "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
                      Escaped(strTitle) + " - " + course + "</title>\n<link rel=\"stylesheet\" href=\"" +
-                     c_strSheet.toUtf8() + "\">\n</head>\n<body>\n<header>\n";
+                     c_strSheet.toUtf8() + "\">\n</head>\n<body class=\"vorel-application\">\n<header>\n";
     if (!m_model.School().isEmpty())
         out += "<p>" + Escaped(m_model.School()) + "</p>\n";
     const auto link = [](const QByteArray& address, const QString& strText) -> QByteArray {

@@ -90,10 +90,11 @@ QByteArray CClassroom::StartPage() const {
                "\" aria-label=\"" + Escaped(strWord) + "\">" + szSign + "</button>\n";
     };
     return Begin(course) +
-           "<link rel=\"stylesheet\" href=\"vorel/classroom.css\">\n</head>\n<body>\n"
+           "<link rel=\"stylesheet\" href=\"vorel/classroom.css\">\n</head>\n<body "
+           "class=\"vorel-classroom\">\n"
            "<main><iframe id=\"slide\" name=\"slide\" title=\"" +
            course + "\" src=\"" + c_strCover.toUtf8() +
-           "\" allowfullscreen></iframe>\n<p id=\"outside\" hidden><a target=\"_blank\" "
+           "\" allowfullscreen></iframe>\n<p id=\"outside\" hidden><a href=\"cover.html\" target=\"_blank\" "
            "rel=\"noopener\"></a></p>"
            "</main>\n<div id=\"bar\" role=\"toolbar\" aria-label=\"" +
            Escaped(CompilerText::c_strSteps) + "\">\n" + button("first", CompilerText::c_strFirst, "|◀") +

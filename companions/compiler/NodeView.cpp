@@ -248,7 +248,12 @@ QString CNodeView::Main(int nNode) const {
 }
 
 QString CNodeView::PageMain(int nNode, const QString& strBody) const {
-    return Heading(nNode) + u"<div class=\"page\">\n"_s + strBody + u"\n</div>"_s;
+    // It may be wider than the window. Scripts find that out; without them it can be scrolled by keyboard in
+    // any case.
+    const QString strReach = m_frame.HasScripts() ? QString()
+                                                  : u" tabindex=\"0\" role=\"region\" aria-label=\""_s +
+                                                        CompilerText::c_strPageText + u'"';
+    return Heading(nNode) + u"<div class=\"page\""_s + strReach + u">\n"_s + strBody + u"\n</div>"_s;
 }
 
 QString CNodeView::RawPageMain(int nNode, const QString& strFile) const {

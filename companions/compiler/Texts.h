@@ -92,6 +92,7 @@ inline const QString c_strWriting = QStringLiteral("正在写入：%1 / %2");
 inline const QString c_strCancelling = QStringLiteral("正在取消...");
 
 // To the visitor.
+inline const QString c_strPageText = QStringLiteral("正文");
 inline const QString c_strNoTitle = QStringLiteral("未命名栏目 %1");
 inline const QString c_strCloseNavigation = QStringLiteral("收起目录");
 inline const QString c_strSkipLink = QStringLiteral("跳到正文");

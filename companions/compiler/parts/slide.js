@@ -3,6 +3,19 @@
 (function () {
   "use strict";
 
+  // What is wider than the slide can be scrolled by keyboard in every browser.
+  function reach() {
+    document.querySelectorAll(".page, .page pre").forEach(function (box) {
+      if (box.scrollWidth > box.clientWidth && !box.hasAttribute("tabindex")) {
+        box.setAttribute("tabindex", "0");
+        box.setAttribute("role", "region");
+        box.setAttribute("aria-label", "可左右滚动的内容");
+      }
+    });
+  }
+  window.addEventListener("load", reach);
+  window.addEventListener("resize", reach);
+
   if (window.parent === window) {
     return;
   }
