@@ -5,6 +5,7 @@
 #include "foundation/Files.h"
 #include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
+#include "platform/base/PathSwap.h"
 #include "video/Recording.h"
 
 #include <QMap>
@@ -41,13 +42,20 @@ QString BelowNode(const QString& strNode, const QString& strStored) {
                                                                       : QString();
 }
 
-/// In a folder of its own in the stage, as the recorder gets one.
-bool HoldsLecture(const QString& strStage) {
+/// In a folder of its own in the stage, as the recorder gets one; empty for none.
+QString LectureIn(const QString& strStage) {
     QList<FolderEntry> entries;
     ListFolder(strStage, entries);
-    return std::ranges::any_of(entries, [&](const FolderEntry& entry) {
-        return entry.bFolder && HoldsRecording(strStage + u'\\' + entry.strName);
-    });
+    for (const FolderEntry& entry : entries) {
+        const QString strFolder = strStage + u'\\' + entry.strName;
+        if (entry.bFolder && HoldsRecording(strFolder))
+            return strFolder;
+    }
+    return {};
+}
+
+bool HoldsLecture(const QString& strStage) {
+    return !LectureIn(strStage).isEmpty();
 }
 
 /// The folders beside the node's own are given without a trailing backslash.
@@ -113,6 +121,29 @@ void CContentStage::Remove() const {
         return;
     TryDeleteFolder(WithoutBackslash(m_strFolder));
     RemoveStagesFolder(ParentFolder(WithoutBackslash(m_strFolder)));
+}
+
+QString FindKeptLecture(const CBookNode& node) {
+    const QString strPlace = StagesOf(node.GetCourse());
+    QList<FolderEntry> entries;
+    ListFolder(WithoutBackslash(strPlace), entries);
+    for (const FolderEntry& entry : entries) {
+        const QRegularExpressionMatch match = c_besideNode.match(entry.strName);
+        if (!entry.bFolder || match.captured(1).toInt() != node.GetId())
+            continue;
+        if (const QString strLecture = LectureIn(strPlace + entry.strName); !strLecture.isEmpty())
+            return strLecture;
+    }
+    return {};
+}
+
+bool TakeKeptLecture(const QString& strKept, const QString& strStage) {
+    const QByteArray from = Platform::ToNativeExact(strKept).toUtf8();
+    const QByteArray to = Platform::ToNativeExact(strStage + BareName(strKept)).toUtf8();
+    if (Platform::MovePath(from, to) != 0)
+        return false;
+    Platform::RemoveFolder(Platform::ToNativeExact(ParentFolder(strKept)).toUtf8());
+    return true;
 }
 
 void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {

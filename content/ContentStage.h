@@ -42,6 +42,13 @@ private:
     bool m_bTaken = false;
 };
 
+/// The folder of a lecture that was recorded for the node and has come into no content, without a trailing
+/// backslash; empty for none.
+QString FindKeptLecture(const CBookNode& node);
+/// Moves such a folder into the stage that is being filled (with a trailing backslash), under its own name.
+/// False when that is not possible; it stays then.
+bool TakeKeptLecture(const QString& strKept, const QString& strStage);
+
 /// Puts back in order what a crash in the middle of an exchange has left: of the folders that stand for a
 /// node, the one that holds what the row says becomes the node's own, and the others go. For all nodes of a
 /// course. Nothing is thrown; what can't be put in order stays as it is.

@@ -32,6 +32,9 @@ public:
     bool HasEncoder() const override { return m_bHasEncoder; }
 
 private:
+    /// The folder's name of an earlier lecture of the node that the person wants to use; empty for none.
+    QString OfferKept(const CBookNode& node, const QString& strFolder);
+
     Torvane::Dialog::MFC::IPeople& m_people;
     bool m_bHasPlayer;
     bool m_bHasEncoder;

@@ -79,17 +79,19 @@ QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QStri
     if (bSound && bLivePictures)
         arguments += MicrophoneInput();
     if (source.Kind != EKind::Microphone) {
-        // A whole picture every second, so that a marker is soon reached.
-        arguments += QStringList{u"-vf"_s,
-                                 u"scale=w='trunc(min(1280,iw)/2)*2':h=-2"_s,
-                                 u"-c:v"_s,
-                                 u"wmv2"_s,
-                                 u"-q:v"_s,
-                                 u"4"_s,
-                                 u"-force_key_frames"_s,
-                                 u"expr:gte(t,n_forced)"_s,
-                                 u"-pix_fmt"_s,
-                                 u"yuv420p"_s};
+        // Square points, which every player shows alike; and a whole picture every second, so that a marker
+        // is soon reached.
+        arguments +=
+            QStringList{u"-vf"_s,
+                        u"scale=w='trunc(min(1280,iw*sar)/2)*2':h='max(2,trunc(ow/dar/2)*2)',setsar=1"_s,
+                        u"-c:v"_s,
+                        u"wmv2"_s,
+                        u"-q:v"_s,
+                        u"4"_s,
+                        u"-force_key_frames"_s,
+                        u"expr:gte(t,n_forced)"_s,
+                        u"-pix_fmt"_s,
+                        u"yuv420p"_s};
         if (source.Kind == EKind::File)
             arguments += QStringList{u"-map"_s, u"0:V:0?"_s, u"-map"_s, u"0:a:0?"_s};
     }

@@ -51,6 +51,21 @@ TEST_F(RecordingTest, TheRecordersFilmBecomesTheNodesContent) {
     EXPECT_EQ(FilmPath(strFolder), strFolder + u"\\lecture.asf"_s);
 }
 
+// A recorder that was ended by force leaves what it has; the next one for the node goes on with it.
+TEST_F(RecordingTest, WhatWasKeptIsOffered) {
+    auto& people = m_disk.People;
+    SetRecorder("echo film > \"$(dirname \"$1\")/recorded.part\"; kill -9 $$\n");
+    people.ExpectBeginning(u"创建视频失败！\n\n已录制的内容保留在\n"_s);
+    EXPECT_FALSE(Create());
+    SetRecorder("d=$(dirname \"$1\"); mv \"$d/recorded.part\" \"$d/a.asf\"\n");
+    people.ExpectBeginning(u"上次为本栏目录制的视频还没有保存到栏目中：\n"_s,
+                           CScriptedPeople::BoxAnswer::Yes);
+    EXPECT_TRUE(Create());
+    EXPECT_EQ(ReadFileBytes(m_pNode->GetContentPath() + u"\\a.asf"_s), "film\n");
+    EXPECT_FALSE(
+        QFileInfo::exists(m_disk.Folder.Native(CCourseOnDisk::NodePath(m_pNode->GetId()) + u"..\\~"_s)));
+}
+
 TEST_F(RecordingTest, WhatStandsInTheWayIsTold) {
     auto& people = m_disk.People;
     const QString strMissing = u"系统检测到您的计算机没有安装Windows Media %1 9, 无法启动视频制作工具。"_s;

@@ -1,7 +1,5 @@
 #include "platform/ui/media/MediaModule.h"
 
-#include "platform/ui/media/MediaProbe.h"
-
 #include <QAudioDevice>
 #include <QAudioOutput>
 #include <QCoreApplication>
@@ -89,7 +87,7 @@ void CMediaWorker::Load(const QString& strFile, int nFile) {
     m_nFile = nFile;
     m_bToldLoaded = m_bAtEnd = false;
     if (!IsPlainMedium(
-            strFile, [this, nFile] { return nFile == m_pMail->nFile; }, m_markers)) {
+            strFile, [this, nFile] { return nFile == m_pMail->nFile; }, m_facts)) {
         Fail(EMediaFailure::NotMedia);
         return;
     }
@@ -112,7 +110,7 @@ void CMediaWorker::TellLoaded() {
     if (!m_pPlayer->hasVideo() && m_pSound == nullptr)
         return Fail(EMediaFailure::NoSound);
     Q_EMIT Loaded(m_nFile,
-                  {m_pPlayer->duration(), m_pPlayer->hasVideo(), m_pPlayer->isSeekable(), m_markers});
+                  {m_pPlayer->duration(), m_pPlayer->hasVideo(), m_pPlayer->isSeekable(), m_facts.Markers});
 }
 
 void CMediaWorker::Unload() {
@@ -236,7 +234,7 @@ void CMediaWorker::Draw(const QVideoFrame& frame) {
             return;
         room = m_pMail->room;
     }
-    QImage picture = m_pictures.Make(frame, room);
+    QImage picture = m_pictures.Make(frame, room, m_facts.dPoint, m_facts.nTurn);
     if (picture.isNull())
         return;
     const QMutexLocker lock(&m_pMail->mutex);

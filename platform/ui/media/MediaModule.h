@@ -2,6 +2,7 @@
 
 #include "platform/ui/MediaEngine.h"
 #include "platform/ui/media/MediaPictures.h"
+#include "platform/ui/media/MediaProbe.h"
 
 #include <QMediaPlayer>
 #include <QMutex>
@@ -72,7 +73,7 @@ private:
     /// -1 for none: only with a file is there a player.
     int m_nFile = -1;
     int m_nVolume = 100;
-    QList<qint64> m_markers;
+    SMediumFacts m_facts;
     bool m_bToldLoaded = false;
     bool m_bAtEnd = false;
 };

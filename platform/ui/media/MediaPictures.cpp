@@ -1,5 +1,6 @@
 #include "platform/ui/media/MediaPictures.h"
 
+#include <QTransform>
 #include <QVideoFrame>
 
 extern "C" {
@@ -101,11 +102,20 @@ CMediaPictures::~CMediaPictures() {
     sws_freeContext(m_pContext);
 }
 
-QImage CMediaPictures::Make(const QVideoFrame& frame, const QSize& room) {
+QImage CMediaPictures::Make(const QVideoFrame& frame, const QSize& room, double dPoint, int nTurn) {
     const QSize size = frame.size();
     if (size.isEmpty() || room.isEmpty())
         return {};
-    const QSize target = Shrunk(size, room);
+    // Never smaller than it is for the sake of its proportions.
+    const QSize shown = dPoint > 1 ? QSize(qRound(size.width() * dPoint), size.height())
+                                   : QSize(size.width(), qRound(size.height() / dPoint));
+    const bool bSide = nTurn == 90 || nTurn == 270;
+    const QImage image = MakeUpright(frame, Shrunk(shown, bSide ? room.transposed() : room));
+    return nTurn == 0 || image.isNull() ? image : image.transformed(QTransform().rotate(nTurn));
+}
+
+QImage CMediaPictures::MakeUpright(const QVideoFrame& frame, const QSize& target) {
+    const QSize size = frame.size();
     const AVPixelFormat format = FormatOf(frame.pixelFormat());
     if (format == AV_PIX_FMT_NONE) {
         const QImage image = frame.toImage();

@@ -16,9 +16,11 @@ public:
     CMediaPictures& operator=(const CMediaPictures&) = delete;
 
     /// Whole and in its proportions, no larger than the room and than itself; null for a frame that can't be
-    /// read.
-    QImage Make(const QVideoFrame& frame, const QSize& room);
+    /// read. dPoint and nTurn as SMediumFacts has them.
+    QImage Make(const QVideoFrame& frame, const QSize& room, double dPoint = 1, int nTurn = 0);
 
 private:
+    QImage MakeUpright(const QVideoFrame& frame, const QSize& target);
+
     SwsContext* m_pContext = nullptr;
 };

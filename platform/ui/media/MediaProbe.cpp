@@ -5,9 +5,12 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
+#include <libavutil/display.h>
 }
 
+#include <cmath>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -51,9 +54,29 @@ QList<qint64> MarkersOf(const AVFormatContext& medium) {
     return markers;
 }
 
+/// Nothing that a film says is taken for more than a film can mean.
+double PointOf(AVFormatContext& medium, AVStream& stream) {
+    constexpr double c_dMost = 8;
+    const AVRational point = av_guess_sample_aspect_ratio(&medium, &stream, nullptr);
+    const double dPoint = point.num > 0 && point.den > 0 ? av_q2d(point) : 1;
+    return dPoint > 1 / c_dMost && dPoint < c_dMost ? dPoint : 1;
+}
+
+int TurnOf(const AVStream& stream) {
+    constexpr std::size_t c_nMatrix = 9 * sizeof(int32_t);
+    std::size_t nBytes = 0;
+    const uint8_t* pMatrix = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &nBytes);
+    if (pMatrix == nullptr || nBytes < c_nMatrix)
+        return 0;
+    // To the left, and no number where the matrix makes no sense.
+    const double dTurn = av_display_rotation_get(reinterpret_cast<const int32_t*>(pMatrix));
+    return std::isfinite(dTurn) ? (static_cast<int>(std::lround(-dTurn / 90)) % 4 + 4) % 4 * 90 : 0;
+}
+
 } // namespace
 
-bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn, QList<qint64>& markers) {
+bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn, SMediumFacts& facts) {
+    facts = {};
     AVFormatContext* pOpened = avformat_alloc_context();
     if (pOpened == nullptr)
         return false;
@@ -72,16 +95,21 @@ bool IsPlainMedium(const QString& strFile, const std::function<bool()>& goOn, QL
     if (avformat_find_stream_info(pMedium.get(), nullptr) < 0)
         return false;
     bool bAny = false;
+    bool bPicture = false;
     for (unsigned int nStream = 0; nStream < pMedium->nb_streams; ++nStream) {
-        const AVStream& stream = *pMedium->streams[nStream];
+        AVStream& stream = *pMedium->streams[nStream];
         const AVMediaType type = stream.codecpar->codec_type;
         if ((type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO) || IsCover(stream))
             continue;
         if (stream.time_base.num <= 0 || stream.time_base.den <= 0 ||
             (type == AVMEDIA_TYPE_VIDEO ? !IsSoundPicture(stream) : !IsSoundSound(stream)))
             return false;
+        if (type == AVMEDIA_TYPE_VIDEO && !std::exchange(bPicture, true)) {
+            facts.dPoint = PointOf(*pMedium, stream);
+            facts.nTurn = TurnOf(stream);
+        }
         bAny = bAny || avcodec_find_decoder(stream.codecpar->codec_id) != nullptr;
     }
-    markers = MarkersOf(*pMedium);
+    facts.Markers = MarkersOf(*pMedium);
     return bAny;
 }
