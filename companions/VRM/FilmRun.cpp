@@ -227,7 +227,7 @@ QString CFilmRun::FailureText(EKind kind) const {
         return RecorderText::c_strCameraNotOpened;
     if (tells({"x11grab", "display"}))
         return RecorderText::c_strScreenNotRecorded;
-    return RecorderText::c_strNotRecorded;
+    return RecorderText::c_strStoppedEarly;
 }
 
 void CFilmRun::Finish() {

@@ -80,7 +80,7 @@ inline const QString c_strNoConverter =
     u"没有找到转换讲稿的程序，请您安装软件包 libreoffice-impress 和 poppler-utils。"_s;
 inline const QString c_strNoSpace = u"磁盘空间不足，请您清理磁盘后重试。"_s;
 inline const QString c_strNoEncoder = u"没有找到编码程序，请您安装软件包 ffmpeg。"_s;
-inline const QString c_strNotRecorded = u"录制失败：编码程序没有生成视频。"_s;
+inline const QString c_strStoppedEarly = u"录制意外中断。"_s;
 inline const QString c_strFilmNotConverted = u"转换视频失败，请您检查磁盘空间和视频文件。"_s;
 inline const QString c_strMicrophoneNotOpened =
     u"无法使用麦克风，请您检查它是否已经接好、是否正被其他程序使用。"_s;

@@ -309,6 +309,8 @@ void CRecorderWindow::OnFilmEnd(bool bWell) {
 void CRecorderWindow::OnLiveEnd(bool bWell) {
     const bool bTold = m_bFinished || m_bPaused;
     m_nBehind = -1;
+    m_pLevel->setValue(0);
+    m_pLive->clear();
     if (m_nFilm > 0)
         m_lengths.append(std::exchange(m_nFilm, 0));
     else
