@@ -31,15 +31,19 @@ void CContentSteps::Make(const Made& made) {
     m_robot.Shot(made.strTitle + u"-shown"_s);
 }
 
-void CContentSteps::Enter(const Made& made) {
-    AddNode(made.strTitle);
+void CContentSteps::OpenWizard(const QString& strTitle, int nKind) {
+    AddNode(strTitle);
     Command(32814);
-    const QString strKind = u"kind%1"_s.arg(made.nKind);
+    const QString strKind = u"kind%1"_s.arg(nKind);
     m_robot.WaitForWidget(strKind, c_strSheet);
     ClickButton(strKind, c_strSheet);
-    m_robot.Shot(made.strTitle + u"-kind"_s);
+    m_robot.Shot(strTitle + u"-kind"_s);
     m_robot.Click(u"next"_s, c_strSheet);
     m_robot.WaitForWidget(u"finish"_s, c_strSheet);
+}
+
+void CContentSteps::Enter(const Made& made) {
+    OpenWizard(made.strTitle, made.nKind);
     for (const auto& [strField, strText] : made.entries)
         Enter(strField, strText);
     m_robot.Shot(made.strTitle + u"-fields"_s);

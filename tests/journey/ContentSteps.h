@@ -30,6 +30,8 @@ protected:
     void Make(const Made& made);
     /// Up to the wizard's end.
     void Enter(const Made& made);
+    /// A new node, and the wizard for its content up to the page with the fields.
+    void OpenWizard(const QString& strTitle, int nKind);
     void AddNode(const QString& strTitle);
     /// At its beginning: a button to choose by may be wider than what hears the mouse.
     void ClickButton(const QString& strName, const QString& strWindow);

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -32,6 +33,7 @@ public:
         ShowPages();
         ShowFiles();
         ShowWebPage();
+        ShowLinks();
         ShowWindows();
         Close();
     }
@@ -63,6 +65,15 @@ private:
             return pKind && pKind->text() == EditorTexts::c_strVideo;
         });
         m_robot.Shot(u"视频课件"_s);
+        m_robot.Click(u"download"_s);
+        m_robot.WaitFor("the film", [] {
+            const auto* pStatus = qobject_cast<QLabel*>(Robot::Find(u"status"_s));
+            return Robot::Find(u"outline"_s) && pStatus && pStatus->text().startsWith(u" 00:00:0"_s);
+        });
+        m_robot.Shot(u"视频课件-preview"_s);
+        ClickLine(c_strTree, RootText());
+        ClickLine(c_strTree, strLast);
+        m_robot.WaitForWidget(u"fileKind"_s);
         // Nothing records here: the message stands before the prompt.
         m_robot.Click(u"edit"_s);
         m_robot.WaitForWidget(u"ok"_s, u"messageBox"_s);
@@ -144,6 +155,56 @@ private:
         });
         m_robot.WaitFor("the page of the web", [] { return !Robot::Find(u"webNote"_s); });
         m_robot.Shot(u"外部链接-shown"_s);
+    }
+
+    /// The dialog of in-site links wherever it has something else to say, and a link to a place in a page.
+    void ShowLinks() {
+        Make({u"演示文稿"_s, 1, {File(u"讲稿.ppt"_s)}, true});
+        Make({u"断开的链接"_s, 1, {File(u"断链.htm"_s)}});
+        const QString strOwn = u"链接到一处"_s, strDialog = u"CInSiteLinkDialog"_s;
+        OpenWizard(strOwn, 8);
+        m_robot.Click(u"setLink"_s, u"CCreateNodeFileWizard"_s);
+        const auto show = [&](const QString& strNode, const QString& strPlace) {
+            ClickLine(u"nodes"_s, strNode);
+            m_robot.WaitFor("the place", [&] {
+                const auto* pPlace = qobject_cast<QLineEdit*>(Robot::Find(u"location"_s));
+                return pPlace && pPlace->text().contains(strPlace);
+            });
+        };
+        const auto answer = [&](const QString& strShot) {
+            m_robot.WaitForWidget(u"ok"_s, u"messageBox"_s);
+            m_robot.Shot(strShot);
+            m_robot.Click(u"ok"_s, u"messageBox"_s);
+        };
+        show(u"空栏目"_s, u"about:blank"_s);
+        m_robot.Shot(u"站内链接-empty-node"_s);
+        m_robot.Click(u"ok"_s, strDialog);
+        answer(u"站内链接-nothing-chosen"_s);
+        ClickLine(u"nodes"_s, strOwn);
+        answer(u"站内链接-to-itself"_s);
+        show(u"演示文稿"_s, u"slide0001.htm"_s);
+        ClickLine(u"places"_s, u"slide0002.htm"_s);
+        m_robot.WaitFor("the slide", [] {
+            return qobject_cast<QLineEdit*>(Robot::Find(u"location"_s))->text().endsWith(u"slide0002.htm"_s);
+        });
+        m_robot.Shot(u"站内链接-slides"_s);
+        show(u"文件"_s, u".pdf"_s);
+        m_robot.Shot(u"站内链接-file"_s);
+        show(u"断开的链接"_s, u".htm"_s);
+        m_robot.Click(u"preview"_s, strDialog);
+        m_robot.WaitForWidget(u"note"_s, strDialog);
+        m_robot.Shot(u"站内链接-missing"_s);
+        show(u"站点"_s, u"index.html"_s);
+        ClickLine(u"places"_s, u"End"_s);
+        m_robot.WaitFor("the anchor", [] {
+            return qobject_cast<QLineEdit*>(Robot::Find(u"location"_s))->text().endsWith(u"#End"_s);
+        });
+        m_robot.Shot(u"站内链接-anchors"_s);
+        m_robot.Click(u"ok"_s, strDialog);
+        m_robot.Shot(strOwn + u"-fields"_s);
+        m_robot.Click(u"finish"_s, u"CCreateNodeFileWizard"_s);
+        m_robot.WaitForWidget(u"content"_s);
+        m_robot.Shot(strOwn + u"-shown"_s);
     }
 
     void ShowWindows() {

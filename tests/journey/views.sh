@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
 # Shows every view of a node in the real program, and takes a picture of each: what the browser engine shows, what the
 # player does, what neither does, and the windows of their own.
-#   views.sh BUILD_FOLDER [PLACE]
+#   views.sh BUILD_FOLDER [PLACE [FOLDER_FOR_THE_PICTURES]]
 set -euo pipefail
 . "$(dirname "$0")/stage.sh"
 lay_out "$1" "${2:-$1/views}"
+pictures="${3:-$place/pictures}"
+# A lecture as the recorder makes it, and a presentation.
+"$here/lecture.sh" "$1" "$place/lecture" >>"$log" 2>&1
 
 material="$place/material"
 mkdir -p "$material"/{媒体.files,框架.files,站点,课件}
@@ -24,7 +27,12 @@ printf '课前请先阅读。\n' >"$material/README"
 printf '\0\1\2\377' >"$material/DATA"
 printf 'x' | tee "$material/资料.pdf" "$material/框架.files/讲义.doc" >"$material/数据.xyz"
 page() { printf '<html><head><meta charset="utf-8"></head>%s</html>' "$1"; }
-page '<body><h1>课程站点</h1><p>第一讲　绪论</p><img src="图.png" width="320"></body>' >"$material/站点/index.html"
+page '<body><h1>课程站点</h1><p>第一讲　绪论</p><img src="图.png" width="320"><h2 id="第一章">第一章　绪论</h2>
+<p style="height:900px">什么是程序</p><h2><a name="End">小结</a></h2><p style="height:600px">全课的要点</p></body>' \
+  >"$material/站点/index.html"
+page '<body style="margin:0"><a href="没有这一页.htm" style="display:block;padding:40px;height:800px"><h1>下一讲</h1></a></body>' \
+  >"$material/断链.htm"
+cp "$place/lecture/material/讲稿.ppt" "$material"
 for name in 课.cml 课.arx; do : >"$material/课件/$name"; done
 page '<body><h1>课件首页</h1></body>' >"$material/课件/main.htm"
 page '<frameset cols="50%,*"><frame src="框架.files/讲义.doc"><frameset rows="50%,*"><frame src="框架.files/课.wmv">
@@ -53,12 +61,19 @@ start_server
 play new-course "$place/course" 240
 # A recorded lecture, of the last of the top nodes.
 store="$(find "$stage/Projects" -name '*.mdb' | head -n 1)"
-sqlite3 "$store" "UPDATE Book SET Type = 4, Path = 'N' || Id || '\\', FileName = '', Comment = '' WHERE Id =
-  (SELECT Id FROM Book WHERE ParentId = 3 ORDER BY [Index] DESC LIMIT 1)"
+lecture="$(dirname "$(find "$place/lecture/Vorel/Projects" -name lecture.asf)")"
+id="$(sqlite3 "$store" "SELECT Id FROM Book WHERE ParentId = 3 ORDER BY [Index] DESC LIMIT 1")"
+nodes="$(find "$stage/Projects" -type d -iname noderesource)"
+mkdir -p "$nodes/N$id"
+cp -r "$lecture" "$nodes/N$id/lecture"
+sqlite3 "$store" "UPDATE Book SET Type = 4, Path = 'N$id\\lecture', FileName = '', Comment = '' WHERE Id = $id"
 # All programs but the one that records.
 mkdir "$place/bin"
 ln -s /usr/bin/* "$place/bin"
 rm -f "$place/bin/ffmpeg"
 export VOREL_JOURNEY_MATERIAL="$material"
 PATH="$place/bin" play views "$place/shown" 300
-echo "screenshots: $place/shown/shots"
+mkdir -p "$pictures"
+rm -f "$pictures"/*.png
+cp "$place"/shown/shots/*.png "$pictures"
+echo "screenshots: $pictures"
