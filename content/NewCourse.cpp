@@ -1,6 +1,7 @@
 #include "content/NewCourse.h"
 
 #include "content/Texts.h"
+#include "course/LinkedTree.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
@@ -84,28 +85,24 @@ QString PreviewPath(const CTemplateStore& store, const QString& strTemplate, int
 }
 
 std::optional<QList<NodeRow>> NodeRows(const QList<InitialNode>& list) {
-    struct Place {
-        NodeRow row;
-        int nDepth;
-    };
+    // Line 0 is the first, and nobody's child or sibling.
+    const auto place = [](qint32 nLine) { return nLine > 0 ? nLine : -1; };
+    QList<TreeLinks> lines;
+    for (const InitialNode& node : list)
+        lines.append({place(node.FirstChild), place(node.NextSibling)});
     QList<NodeRow> rows;
-    QList<bool> seen(list.size(), false);
-    QList<Place> ahead;
-    if (!list.isEmpty())
-        ahead.append({{0, -1}, 0});
-    while (!ahead.isEmpty()) {
-        const auto [row, nDepth] = ahead.takeLast();
-        if (row.nLine >= list.size() || seen.at(row.nLine) || nDepth > c_nMaxDepth)
-            return std::nullopt;
-        seen[row.nLine] = true;
-        rows.append(row);
-        const InitialNode& node = list.at(row.nLine);
-        // What lies below a line comes before what stands beside it.
-        if (node.NextSibling > 0)
-            ahead.append({{node.NextSibling, row.nParentLine}, nDepth});
-        if (node.FirstChild > 0)
-            ahead.append({{node.FirstChild, row.nLine}, nDepth + 1});
-    }
+    QList<int> depths(list.size(), -1);
+    const auto visit = [&](qint32 nLine, qint32 nParent, std::optional<qint32>& below) {
+        const int nDepth = nParent < 0 ? 0 : depths[nParent] + 1;
+        if (depths[nLine] >= 0 || nDepth > c_nMaxDepth)
+            return false;
+        depths[nLine] = nDepth;
+        rows.append({nLine, nParent});
+        below = nLine;
+        return true;
+    };
+    if (!WalkLinkedTree(lines, list.isEmpty() ? -1 : 0, -1, visit))
+        return std::nullopt;
     return rows;
 }
 

@@ -2,20 +2,16 @@
 
 #include "content/Texts.h"
 #include "course/BookDatabase.h"
+#include "course/LinkedTree.h"
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Text.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace {
 
 constexpr qsizetype c_nFields = 8;
-
-/// Records may share what lies below them, so that numbers which lead in no circle may still unfold without
-/// measure.
-constexpr qsizetype c_nMaxSteps = 100'000;
 
 [[noreturn]] void ThrowDamaged() {
     throw Torvane::CRunException(ContentText::c_strNodeInfoDamaged);
@@ -87,33 +83,19 @@ QList<NodeInfoRecord> ParseNodeInfo(const QByteArray& bytes) {
 QList<NodeInfoStep> PlanImport(const QList<NodeInfoRecord>& records) {
     if (records.isEmpty())
         return {};
-    /// The children of one step: the next, and those on the way to it.
-    struct Level {
-        qsizetype nParent;
-        qint32 nNext;
-        std::vector<qint32> used;
-    };
+    // A file begins with the record that nothing names: 0 leads nowhere.
+    const auto place = [](qint32 nRecord) { return nRecord > 0 ? nRecord : -1; };
+    QList<TreeLinks> lines;
+    for (const NodeInfoRecord& record : records)
+        lines.append({place(record.FirstChild), place(record.NextSibling)});
     QList<NodeInfoStep> steps{{0, -1}};
-    std::vector<bool> onRoad(static_cast<std::size_t>(records.size()));
-    std::vector<Level> levels{{0, records.first().FirstChild, {}}};
-    while (!levels.empty()) {
-        Level& level = levels.back();
-        const qint32 nRecord = level.nNext;
-        if (nRecord <= 0) {
-            for (const qint32 nUsed : level.used)
-                onRoad[static_cast<std::size_t>(nUsed)] = false;
-            levels.pop_back();
-            continue;
-        }
-        if (nRecord >= records.size() || onRoad[static_cast<std::size_t>(nRecord)] ||
-            steps.size() >= c_nMaxSteps)
-            ThrowDamaged();
-        onRoad[static_cast<std::size_t>(nRecord)] = true;
-        level.used.push_back(nRecord);
-        level.nNext = records[nRecord].NextSibling;
-        steps.append({nRecord, level.nParent});
-        levels.push_back({steps.size() - 1, records[nRecord].FirstChild, {}});
-    }
+    const auto visit = [&](qint32 nRecord, qint32 nParent, std::optional<qint32>& below) {
+        below = static_cast<qint32>(steps.size());
+        steps.append({nRecord, nParent});
+        return true;
+    };
+    if (!WalkLinkedTree(lines, lines.first().nFirstChild, 0, visit))
+        ThrowDamaged();
     return steps;
 }
 

@@ -1,5 +1,6 @@
 #include "course/InitialNodes.h"
 
+#include "course/LinkedTree.h"
 #include "course/TemplateStore.h"
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
@@ -8,16 +9,9 @@
 #include "foundation/Text.h"
 #include "foundation/TextFile.h"
 
-#include <QSet>
-
-#include <vector>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Lines may share what lies below them, so a list that leads in no circle may still unfold without measure.
-constexpr qsizetype c_nMaxSteps = 100'000;
 
 constexpr qsizetype c_nFields = 5;
 
@@ -34,68 +28,6 @@ QByteArrayList Lines(const QByteArray& text) {
     }
     return lines;
 }
-
-/// Walks the list with a stack of its own, since a list may lead as deep as it is long.
-class CTreeMaker {
-public:
-    CTreeMaker(const QString& strTemplate, const QList<InitialNode>& list, IInitialNodeMaker& maker)
-        : m_strTemplate(strTemplate), m_list(list), m_maker(maker) {}
-
-    bool Run(qint32 nParentId) {
-        m_levels.push_back({nParentId, 0, {}});
-        while (!m_levels.empty()) {
-            if (!Step())
-                return false;
-        }
-        return true;
-    }
-
-private:
-    /// One parent whose children are being made, and the lines used for them so far.
-    struct Level {
-        qint32 nParentId;
-        qint32 nLine;
-        std::vector<qint32> used;
-    };
-
-    bool Step() {
-        const qint32 nLine = m_levels.back().nLine;
-        if (nLine < 0 || nLine >= m_list.size() || m_onRoad.contains(nLine) || ++m_nSteps > c_nMaxSteps)
-            return false;
-        m_onRoad.insert(nLine);
-        m_levels.back().used.push_back(nLine);
-        const InitialNode& node = m_list[nLine];
-        m_levels.back().nLine = node.NextSibling;
-        if (node.Selected && !Make(node))
-            return false;
-        while (!m_levels.empty() && m_levels.back().nLine < 0)
-            Leave();
-        return true;
-    }
-
-    bool Make(const InitialNode& node) {
-        const qint32 nId = m_maker.AddChild(m_levels.back().nParentId, node.Title);
-        if (node.FirstChild >= 0) {
-            m_levels.push_back({nId, node.FirstChild, {}});
-            return true;
-        }
-        const QString& strPage = node.PageName.isEmpty() ? node.Title : node.PageName;
-        return m_maker.InitFromTemplatePage(nId, m_strTemplate, strPage);
-    }
-
-    void Leave() {
-        for (const qint32 nLine : m_levels.back().used)
-            m_onRoad.remove(nLine);
-        m_levels.pop_back();
-    }
-
-    const QString& m_strTemplate;
-    const QList<InitialNode>& m_list;
-    IInitialNodeMaker& m_maker;
-    std::vector<Level> m_levels;
-    QSet<qint32> m_onRoad;
-    qsizetype m_nSteps = 0;
-};
 
 } // namespace
 
@@ -127,5 +59,19 @@ bool LoadInitialNodes(const QString& strTemplate, QList<InitialNode>& list) {
 
 bool CreateInitialNodes(const QString& strTemplate, const QList<InitialNode>& list, qint32 nParentId,
                         IInitialNodeMaker& maker) {
-    return CTreeMaker(strTemplate, list, maker).Run(nParentId);
+    QList<TreeLinks> lines;
+    for (const InitialNode& node : list)
+        lines.append({node.FirstChild, node.NextSibling});
+    const auto make = [&](qint32 nLine, qint32 nParent, std::optional<qint32>& below) {
+        const InitialNode& node = list[nLine];
+        if (!node.Selected)
+            return true;
+        const qint32 nId = maker.AddChild(nParent, node.Title);
+        const QString& strPage = node.PageName.isEmpty() ? node.Title : node.PageName;
+        if (node.FirstChild < 0)
+            return maker.InitFromTemplatePage(nId, strTemplate, strPage);
+        below = nId;
+        return true;
+    };
+    return WalkLinkedTree(lines, 0, nParentId, make);
 }
