@@ -336,7 +336,7 @@ void CRecorderWindow::OnConversionFailed() {
         return;
     const QString strWhy = m_film.FailureText(m_source.Kind);
     if (Asks(RecorderText::c_strAskConvertAgain.arg(strWhy), RecorderText::c_strAgain,
-             RecorderText::c_strGiveUp))
+             RecorderText::c_strGiveUp, true))
         ConvertAgain();
     else
         Reset();
@@ -421,8 +421,8 @@ void CRecorderWindow::End(const QString& strFailure) {
                        QMessageBox::Information);
     }
     // The times are still known: once there is room it can be done.
-    if (Asks(RecorderText::c_strAskAgain.arg(strFailure), RecorderText::c_strAgain,
-             RecorderText::c_strGiveUp))
+    if (Asks(RecorderText::c_strAskAgain.arg(strFailure), RecorderText::c_strAgain, RecorderText::c_strGiveUp,
+             true))
         return Write();
     const QString strFilm = Platform::ToShown(WorkingFilmPath(m_request.strFolder));
     ShowEnd(KeepFilmAlone(m_request, m_slides) ? RecorderText::c_strFilmAlone.arg(strFailure, strLength)
@@ -439,11 +439,14 @@ void CRecorderWindow::ShowEnd(const QString& strText, QMessageBox::Icon icon) {
     m_pWaitIcon->setPixmap(style()->standardIcon(pixmap).pixmap(c_nEndIcon));
 }
 
-bool CRecorderWindow::Asks(const QString& strText, const QString& strYes, const QString& strNo) {
+bool CRecorderWindow::Asks(const QString& strText, const QString& strYes, const QString& strNo,
+                           bool bYesIsSafe) {
     QMessageBox box(QMessageBox::Question, RecorderText::c_strTitle, strText, QMessageBox::NoButton, this);
     box.setTextFormat(Qt::PlainText);
-    const QPushButton* pYes = box.addButton(strYes, QMessageBox::YesRole);
-    box.setDefaultButton(box.addButton(strNo, QMessageBox::NoRole));
+    QPushButton* pYes = box.addButton(strYes, QMessageBox::YesRole);
+    QPushButton* pNo = box.addButton(strNo, QMessageBox::NoRole);
+    box.setDefaultButton(bYesIsSafe ? pYes : pNo);
+    box.setEscapeButton(bYesIsSafe ? pYes : pNo);
     box.exec();
     return box.clickedButton() == pYes;
 }

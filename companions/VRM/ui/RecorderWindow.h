@@ -87,8 +87,9 @@ private:
     void Write();
     void End(const QString& strFailure);
     void ShowEnd(const QString& strText, QMessageBox::Icon icon);
-    /// Whether the person presses the first button; neither Escape nor closing does.
-    bool Asks(const QString& strText, const QString& strYes, const QString& strNo);
+    /// Whether the person presses the first button. Enter, Escape and closing press the one that loses
+    /// nothing, which is the second if not told otherwise.
+    bool Asks(const QString& strText, const QString& strYes, const QString& strNo, bool bYesIsSafe = false);
     bool IsLive() const { return m_source.Kind != SFilmSource::EKind::File; }
     /// Of all parts that are recorded whole, milliseconds.
     qint64 WholeParts() const;
