@@ -344,6 +344,8 @@ TEST(SiteCompiler, LargeAndDeepCourses) {
     EXPECT_EQ(DeadLinks(course.SiteNative()), "");
     EXPECT_TRUE(course.Bytes(500, u"index.html"_s).contains("href=\"../N501/index.html\""));
     EXPECT_EQ(course.Bytes(u"index.html"_s).count("class=\"kind\""), 1000) << "every node can be reached";
+    EXPECT_TRUE(course.Bytes(u"index.html"_s).contains(">未命名栏目 10</span>"))
+        << "no link is without a word";
 }
 
 // A node's content switches the list of its children off. Two names that differ in letter case alone would be
