@@ -156,6 +156,10 @@ async function judge() {
   return serious;
 }
 
+function decoded(text) {
+  return text.replace(/(%[0-9a-f]{2})+/gi, (bytes) => Buffer.from(bytes.replace(/%/g, ""), "hex").toString("utf8"));
+}
+
 // Dead links as linkinator lists them: ours, those in what authors wrote, and those that it got no answer to.
 function deadLinks(list) {
   const counts = { OK: 0, ours: 0, authors: 0, unanswered: 0 };
@@ -164,8 +168,8 @@ function deadLinks(list) {
     if (!pages.has(name)) {
       const text = fs.existsSync(name) && fs.statSync(name).isFile() ? fs.readFileSync(name, "utf8") : "";
       const lines = text.split("\n");
-      pages.set(name, !text.includes('<body class="vorel-') ? ""
-        : lines.filter((line, i) => !authorsLines(name)(i + 1)).join("\n"));
+      const isAuthors = text.includes('<body class="vorel-') ? authorsLines(name) : () => true;
+      pages.set(name, decoded(lines.filter((line, i) => !isAuthors(i + 1)).join("\n")));
     }
     return pages.get(name);
   };
@@ -174,11 +178,12 @@ function deadLinks(list) {
     if (!parts || parts[3] === "SKIPPED") {
       continue;
     }
-    const address = decodeURIComponent(parts[1].replace(/%(?![0-9a-f]{2})/gi, "%25"));
+    const address = decoded(parts[1]);
     let kind = "OK";
     if (parts[3] === "BROKEN") {
       const page = path.join(root, decodeURIComponent(new URL(parts[4] || "/", "http://x/").pathname));
-      const file = address.replace(/#.*$/, "").split("/").pop();
+      // With its place: what a page of ours embeds brings such of its own, which count as that page's.
+      const file = address.split("/").pop();
       kind = parts[2] === "0" ? "unanswered" : oursIn(page).includes(file) && file ? "ours" : "authors";
       if (kind !== "authors" || counts.authors < 20) {
         console.log(`${kind}: ${line}`);
