@@ -32,6 +32,12 @@ play lecture "$place/made" 300
 folder="$(dirname "$(find "$stage/Projects" -name lecture.asf)")"
 find "$folder" -type f -printf '%P  %s\n' | sort
 iconv -f GB18030 "$folder/CourseInfo/Outline.js"
+# A web server that is given the site has all that a student needs.
+"$stage/VorelCompiler" --silent "$(find "$stage/Projects" -name '*.vcp')" | tee "$place/report.txt"
+page="$(grep -rl --include=index.html 'id="v-lecture"' "$stage/Projects")"
+grep -q 'ShowSlide(3)' "$page"
+test -s "$(find "$(dirname "$page")" -name lecture.mp4)"
 ffprobe -v error -show_chapters -of compact "$folder/lecture.asf"
 echo "lecture: $folder"
+echo "page: $page"
 echo "screenshots: $place/made/recorder $place/made/shots"
