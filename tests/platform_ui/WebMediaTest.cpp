@@ -91,6 +91,23 @@ TEST_F(WebMediaTest, WhatShowsStaysAndAnEditedPageIsNotTouched) {
     EXPECT_EQ(Html(), QString::fromLatin1(edited));
 }
 
+// Also when the page is looked at before the engine has begun with its films.
+TEST_F(WebMediaTest, WhatTheEnginePlaysPlays) {
+    const QByteArray silence(16000, '\0');
+    m_folder.Write(u"course\\N5\\a.wav"_s,
+                   QByteArray::fromHex("52494646a43e000057415645666d7420100000000100010040"
+                                       "1f0000803e0000020010006461746180"
+                                       "3e0000") +
+                       silence);
+    const QByteArray plays = " src=a.wav autoplay onplaying=\"document.body.append("
+                             "document.createComment('plays'))\">";
+    for (const QByteArray& element : {QByteArray("<audio controls"), QByteArray("<video width=300")}) {
+        ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, element + plays, false));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"<!--plays-->"_s); }, 10000));
+        EXPECT_TRUE(Cards().isEmpty()) << m_strHtml.toStdString();
+    }
+}
+
 // A card as large as the page's own would be cut off there.
 TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
     QSignalSpy wanted(m_browser.get(), &CWebBrowser2Ex::NewWindowRequested);
@@ -100,10 +117,7 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
         const QString strFrame = u"src='"_s + strFile + u'\'';
         const QString pages[] = {u"<frameset cols='50%,50%'><frame "_s + strFrame + u"><frame></frameset>",
                                  u"<body style='margin:0;background:#0a0'><iframe width=320 height=240 "_s +
-                                     strFrame + u"></iframe>",
-                                 u"<body style='margin:0;background:#0a0'><iframe id=f width=320 height=240>"
-                                 "</iframe><script>setTimeout(() => f.src = '"_s +
-                                     strFile + u"', 50)</script>"};
+                                     strFrame + u"></iframe>"};
         for (const QString& strHtml : pages) {
             ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, strHtml.toUtf8(), false));
             EXPECT_TRUE(QTest::qWaitFor([&] { return CardFills(QRect(10, 10, 300, 220)); }, 10000))
@@ -119,6 +133,14 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
     EXPECT_TRUE(wanted.value(0).value(0).toString().endsWith(u"/course/N5/a.doc"_s));
     EXPECT_FALSE(wanted.value(0).value(1).toBool());
+    // A frame that is given another file by its attribute has a card, too.
+    for (const char* szFile : {"a.doc", "broken.mp4", "gone.mp4"}) {
+        const QByteArray given = QByteArray("<body style='margin:0;background:#0a0'><iframe id=f width=320 "
+                                            "height=240></iframe><script>setTimeout(() => f.src = '") +
+                                 szFile + "', 50)</script>";
+        ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, given, false));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return CardFills(QRect(10, 10, 300, 220)); }, 10000)) << szFile;
+    }
 }
 
 // Pages have one player and a list of films, and their scripts know it by its names alone.

@@ -222,6 +222,9 @@ void CSurfacePage::SetEditing(bool bEditing, bool bFollowsLinks) {
     m_bFollowsLinks = bFollowsLinks;
     using S = QWebEngineSettings;
     settings()->setAttribute(S::JavascriptEnabled, !bEditing);
+    // Courseware begins by itself, and whoever looks at it has clicked for it; nobody wants music to write
+    // by.
+    settings()->setAttribute(S::PlaybackRequiresUserGesture, bEditing);
     // Without the page's scripts, only the editor's commands are left to touch the clipboard.
     settings()->setAttribute(S::JavascriptCanAccessClipboard, bEditing);
     settings()->setAttribute(S::JavascriptCanPaste, bEditing);

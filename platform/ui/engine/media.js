@@ -155,7 +155,7 @@
   function showPlayer(host, url, kind, autoplay) {
     const player = document.createElement(kind.isSound ? 'audio' : 'video');
     player.controls = true;
-    player.style.cssText = 'width:100%;height:100%';
+    player.style.cssText = 'width:100%;height:100%' + (kind.isSound ? '' : ';background:black');
     player.autoplay = autoplay;
     play(host, player, url, (failed, name) => showCard(host, failed, name));
   }
@@ -292,8 +292,11 @@
         give(url, (kindOf(url) || {name: element.localName === 'audio' ? TEXTS.sound : TEXTS.video}).name);
     };
     const broken = () => element.error || element.networkState === HTMLMediaElement.NETWORK_NO_SOURCE;
-    if (broken() && sourceOf(element))
+    if (element.error)
       return fail();
+    // Before it looks at its sources an element has none either.
+    if (broken())
+      setTimeout(() => broken() && sourceOf(element) && fail(), 300);
     element.addEventListener('error', () => broken() && fail());
     // A list of sources tells of each, and of the end by the state alone.
     for (const source of element.querySelectorAll('source'))
