@@ -103,8 +103,8 @@ Address AddressOf(const CBookNode& node) {
     const QString strContent = node.GetContentPath();
     if (IsUrl(strContent))
         return {strContent, LeadsToWeb(node, strContent)};
-    // Mail and news have addresses without the mark by which others are known.
-    if (node.GetType() == NodeType::c_nExternalLink && IsWholeAddress(node.GetStoredPath()))
+    // Of mail and news, and as people write them: without the mark by which addresses are known.
+    if (node.GetType() == NodeType::c_nExternalLink && !IsFile(strContent))
         return {node.GetStoredPath(), false};
     const auto [strFile, strFragment] = ContentOf(node, strContent);
     return {strFragment.isEmpty() ? strContent : PathToFileUrl(strFile) + strFragment, false};

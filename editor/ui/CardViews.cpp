@@ -28,6 +28,7 @@ namespace {
 constexpr int c_nCommandCreate = 32814;
 constexpr int c_nCardWidth = 520;
 constexpr int c_nMargin = 24;
+constexpr int c_nTextMargin = 6;
 constexpr int c_nValueWidth = 300;
 constexpr int c_nCommentLines = 5;
 /// 16775924 with red in the low byte.
@@ -123,6 +124,7 @@ CPromptView::CPromptView(INodeViewHost& host, QWidget* pParent) : CBookShowView(
     m_pText = MakePrompt(*pCard);
     // Behind the text alone; around it the desktop's own colour.
     PaintWith(*m_pText, Qt::white);
+    m_pText->setMargin(c_nTextMargin);
     m_pRefresh = new QPushButton(EditorTexts::c_strRefresh);
     DialogParts::SetNames(m_pRefresh, "refresh", EditorTexts::c_strRefresh);
     GiveRoom(*m_pRefresh);
@@ -158,7 +160,8 @@ CToolBtnView::CToolBtnView(INodeViewHost& host, Torvane::Dialog::MFC::IPeople& p
     m_pFileName = AddValue(*pForm, EditorTexts::c_strFileNameLabel, "fileName");
     m_pComment =
         DialogParts::Named(DialogParts::ReadOnlyText(this), "fileComment", EditorTexts::c_strCommentLabel);
-    m_pComment->setFixedHeight(m_pComment->fontMetrics().lineSpacing() * c_nCommentLines + c_nMargin / 2);
+    const double dEdges = 2 * (m_pComment->document()->documentMargin() + m_pComment->frameWidth());
+    m_pComment->setFixedHeight(m_pComment->fontMetrics().lineSpacing() * c_nCommentLines + qRound(dEdges));
     pForm->addRow(DialogParts::LabelFor(EditorTexts::c_strCommentLabel, m_pComment), m_pComment);
     pCard->addLayout(pForm);
 

@@ -88,8 +88,7 @@ CMediaView::CMediaView(QWidget* pParent)
     ConnectPlayer();
     setFocusProxy(m_pPlay);
     m_pPlayer->installEventFilter(this);
-    auto* pFill =
-        new QShortcut(QKeySequence(Qt::Key_F11), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    auto* pFill = new QShortcut(QKeySequence(Qt::Key_F11), this, nullptr, nullptr, Qt::WindowShortcut);
     connect(pFill, &QShortcut::activated, this, [this] {
         if (m_pFill->isEnabled())
             m_pPlayer->SetFullScreen(!m_pPlayer->isWindow());

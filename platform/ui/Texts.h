@@ -99,6 +99,6 @@ inline const QString c_strCardOpens = QStringLiteral("%1，点击打开");
 inline const QString c_strCardOpensFile = QStringLiteral("点击打开 %1");
 inline const QString c_strCardNamed = QStringLiteral("%1：%2");
 inline const QString c_strCardWithoutFile = QStringLiteral("%1（没有指定文件）");
-inline const QString c_strCardNotOpened = QStringLiteral("%1（这个地址无法打开）");
+inline const QString c_strCardNotOpened = QStringLiteral("%1，地址无法打开");
 
 } // namespace UiTexts
