@@ -318,7 +318,7 @@ bool CWebBrowser2Ex::NavigateNow(const QString& strUrl, bool bForText) {
     }
     m_bPageLoaded = true;
     if (bodyText)
-        return bForText || PutBody(QStringLiteral("loadBodyHtml"), *bodyText);
+        return bForText || PutBody(QStringLiteral("loadBodyHtml"), {*bodyText, !m_bFollowsLinks});
     return !url.isLocalFile() || MendPage(url.toLocalFile());
 }
 
@@ -330,9 +330,9 @@ SEngineAnswer CWebBrowser2Ex::Ask(const QString& strFunction, const QJsonArray& 
     return m_pEngine->Call(strFunction, arguments, Patience());
 }
 
-bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QString& strHtml) {
+bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QJsonArray& arguments) {
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const SEngineAnswer answer = Ask(strFunction, {strHtml});
+    const SEngineAnswer answer = Ask(strFunction, arguments);
     if (!pAlive || !answer.HasValue())
         return false;
     const QJsonObject names = NewNames(answer.Value.toArray());
@@ -450,13 +450,13 @@ void CWebBrowser2Ex::ClearLater() {
 bool CWebBrowser2Ex::SetBrowserBodyInnerHTML(const QString& strHtml) {
     const CCallGuard guard;
     return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded &&
-           PutBody(QStringLiteral("setBodyHtml"), strHtml);
+           PutBody(QStringLiteral("setBodyHtml"), {strHtml});
 }
 
 bool CWebBrowser2Ex::WriteBackBody(const QString& strHtml) {
     const CCallGuard guard;
     return !guard.IsRefused() && EnsureDocument() && m_bPageLoaded &&
-           PutBody(QStringLiteral("writeBack"), strHtml);
+           PutBody(QStringLiteral("writeBack"), {strHtml});
 }
 
 bool CWebBrowser2Ex::ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value) {

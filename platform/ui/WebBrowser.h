@@ -214,7 +214,7 @@ private:
     int Patience() const;
     SEngineAnswer Ask(const QString& strFunction, const QJsonArray& arguments);
     /// Replaces the body's text, with its local references in the one form.
-    bool PutBody(const QString& strFunction, const QString& strHtml);
+    bool PutBody(const QString& strFunction, const QJsonArray& arguments);
     bool ShowFailure(const QString& strText);
     bool BeginWebPage(const QUrl& url);
     void AwaitPage(const QUrl& url);

@@ -235,8 +235,11 @@
     setBodyHtml: asStep(setBodyHtml),
     writeBack: (html) => takeNames(html) ? localReferences(body()) : steps().change(() => setBodyKeepingCaret(html)),
     // Of a page that has just been loaded or goes out of sight: nothing to be undone.
-    loadBodyHtml: (html) => {
+    loadBodyHtml: (html, isToBeEdited) => {
       window.vorelStaged = undefined;
+      // While it is empty: the switch has the engine lay out anew whatever stands there.
+      if (isToBeEdited)
+        document.designMode = 'on';
       return putBody(html);
     },
     stage: stage,
