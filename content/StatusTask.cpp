@@ -50,9 +50,13 @@ bool CStatusTask::Run() {
         m_eState = EState::Done;
     } catch (const Torvane::CRunException& e) {
         m_step.Pause();
-        m_people.Error(e.GetMessage());
+        TellEnd(m_people, e.GetMessage());
     }
     return m_eState == EState::Done;
+}
+
+void CStatusTask::TellEnd(Torvane::Dialog::MFC::IPeople& people, const QString& strText) {
+    people.Error(strText);
 }
 
 void CStatusTask::SetStatus(const QString& strText) {

@@ -33,6 +33,8 @@ public:
 protected:
     /// Throws Torvane::CRunException.
     virtual void Work() = 0;
+    /// Shows why the job did not come to its end.
+    virtual void TellEnd(Torvane::Dialog::MFC::IPeople& people, const QString& strText);
 
     /// Says what the job is at, and looks whether to go on: throws when the person has given up.
     void SetStatus(const QString& strText);

@@ -71,14 +71,19 @@ QString CPastedPictures::Name(const QString& strReference) {
     if (begins(u"file:"_s)) {
         const QString strPath = PathOf(strReference);
         QString strTaken = TakeFile(strPath);
-        if (strTaken.isEmpty() && m_strFailure.isEmpty())
-            m_strFailure = EditorTexts::c_strPictureGone.arg(BareName(strPath));
+        if (strTaken.isEmpty())
+            Miss(strPath);
         return strTaken;
     }
     // The save fetches what it can; the page is not shown with it until then.
     if (begins(u"http://"_s) || begins(u"https://"_s))
         return strReference;
     return begins(u"//"_s) ? u"https:"_s + strReference : QString();
+}
+
+void CPastedPictures::Miss(const QString& strPath) {
+    if (m_strFailure.isEmpty())
+        m_strFailure = EditorTexts::c_strPictureGone.arg(BareName(strPath));
 }
 
 QString CPastedPictures::TakeFile(const QString& strPath) {

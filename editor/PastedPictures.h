@@ -20,6 +20,8 @@ public:
     QString Name(const QString& strReference);
     /// The path of a picture file; empty when it is none, or none that a page can show.
     QString TakeFile(const QString& strPath);
+    /// A picture that should have been taken and could not: a failure, unless there is one already.
+    void Miss(const QString& strPath);
     /// The path of a new file with these bytes; empty when they are no picture that a page can show, or when
     /// it could not be written.
     QString Keep(const QByteArray& bytes);

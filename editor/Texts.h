@@ -72,6 +72,8 @@ inline const QString c_strPasteTooLong =
 inline const QString c_strPastedAsText =
     QStringLiteral("剪贴板中的内容过长，或者过于复杂，已经只粘贴其中的文字，没有格式和图片。\n"
                    "如果需要格式和图片，请您分几次粘贴。");
+inline const QString c_strFilesLeftOut =
+    QStringLiteral("有 %1 项没有粘贴，它们是文件夹，或者已经不存在：\n%2");
 inline const QString c_strPasting = QStringLiteral("正在粘贴...");
 inline const QString c_strPasteCancelled = QStringLiteral("您取消了粘贴，网页没有改变。");
 inline const QString c_strPasteLate =
@@ -110,6 +112,8 @@ inline const QString c_strAskHelp = QStringLiteral("请您输入帮助内容");
 inline const QString c_strNoSelection = QStringLiteral("对不起，请您先选中一段内容！");
 inline const QString c_strNoTable = QStringLiteral("请您先选中一个表格！");
 inline const QString c_strTableFailed = QStringLiteral("表格修改失败, 请您检查参数是否合法！");
+inline const QString c_strTableTooLarge =
+    QStringLiteral("表格太大：%1 行 × %2 列。一个表格最多 %3 个单元格，请您减少行数或者列数。");
 inline const QString c_strTableTitle = QStringLiteral("表格属性");
 inline const QString c_strTableGroup = QStringLiteral("请您输入表格参数");
 inline const QString c_strTableRows = QStringLiteral("行数(&R)");

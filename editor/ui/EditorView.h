@@ -2,6 +2,7 @@
 
 #include "content/ui/BookShowView.h"
 #include "editor/EditorCommands.h"
+#include "editor/HtmlFragments.h"
 #include "editor/PageKeeper.h"
 #include "editor/PageSave.h"
 #include "editor/ui/SourceReferences.h"
@@ -97,6 +98,7 @@ private:
     void Insert(const QString& strHtml);
     void InsertPicked(const QString& strFilter, QString (*build)(const QString&));
     void InsertOtherFile();
+    std::optional<HtmlFragments::TableParameters> AskTable(const HtmlFragments::TableParameters& shown);
     void InsertTable();
     void EditTable();
     void InsertText(const QString& strPrompt, QString (*build)(const QString&));

@@ -18,6 +18,9 @@
 using namespace EditorCommands;
 using namespace Torvane::Dialog::MFC;
 
+/// A larger table keeps the engine busy for longer than anybody waits.
+static constexpr qint64 c_nMaxCells = 20'000;
+
 bool CEditorView::IsCommandEnabled(int nCommand) const {
     return IsAllowed(nCommand, m_mode);
 }
@@ -146,8 +149,23 @@ void CEditorView::InsertOtherFile() {
     ShowFailure(this, [&] { Insert(LinkToFile(*path, m_saver.GetFolders()).strMarkup); });
 }
 
+/// Asks again while the table would be larger than the page can bear; one that is so already may stay.
+std::optional<HtmlFragments::TableParameters>
+CEditorView::AskTable(const HtmlFragments::TableParameters& shown) {
+    const QPointer<CEditorView> pThis(this);
+    auto typed = EditorDialogs::AskTable(shown, this);
+    while (pThis && typed && qint64(typed->nRows) * typed->nColumns > c_nMaxCells &&
+           (typed->nRows > shown.nRows || typed->nColumns > shown.nColumns)) {
+        m_people.Warn(
+            EditorTexts::c_strTableTooLarge.arg(typed->nRows).arg(typed->nColumns).arg(c_nMaxCells));
+        if (pThis)
+            typed = EditorDialogs::AskTable(*typed, this);
+    }
+    return pThis ? typed : std::nullopt;
+}
+
 void CEditorView::InsertTable() {
-    if (const auto parameters = EditorDialogs::AskTable({}, this))
+    if (const auto parameters = AskTable({}))
         Insert(HtmlFragments::Table(*parameters));
 }
 
@@ -161,7 +179,7 @@ void CEditorView::EditTable() {
     if (m_pDesign->GetSelectedTableInfo(info))
         shown = {info.nRows,          info.nColumns,       info.strWidth,        info.strBorder,
                  info.strCellSpacing, info.strCellPadding, info.strBorderColour, info.strBackground};
-    const auto typed = EditorDialogs::AskTable(shown, this);
+    const auto typed = AskTable(shown);
     if (!typed)
         return;
     info = {typed->nRows,           typed->nColumns,  typed->strWidth,       typed->strBackground,

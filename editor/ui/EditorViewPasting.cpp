@@ -58,4 +58,5 @@ void CEditorView::PutPasted(CPasteTask& task) {
         people.Error(EditorTexts::c_strPasteFailed);
     else if (bPasted && task.IsPlainInstead())
         people.Warn(EditorTexts::c_strPastedAsText);
+    TellLeftOut(people, EditorTexts::c_strFilesLeftOut, task.GetLeftOut());
 }

@@ -77,6 +77,13 @@ void CPasteTask::Work() {
     }
 }
 
+void CPasteTask::TellEnd(Torvane::Dialog::MFC::IPeople& people, const QString& strText) {
+    if (IsCancelled())
+        people.Notice(strText);
+    else
+        CStatusTask::TellEnd(people, strText);
+}
+
 void CPasteTask::TakeFiles() {
     m_markup = QString();
     SetPieces(m_pasted.Files.size());
@@ -90,8 +97,10 @@ void CPasteTask::TakeFiles() {
 
 /// Pictures are shown, other files become links as the command for them makes.
 void CPasteTask::TakeFile(const QString& strPath, IWalkFilter& filter) {
-    if (!Torvane::File::IsFile(strPath))
+    if (!Torvane::File::IsFile(strPath)) {
+        m_leftOut.append(Torvane::File::BareName(strPath));
         return;
+    }
     QString strMarkup = MarkupOfPicture(m_pictures.TakeFile(strPath));
     if (strMarkup.isEmpty()) {
         const FileLink link = LinkToFile(strPath, m_folders, &filter);
@@ -116,6 +125,8 @@ void CPasteTask::TakeOwnCopy() {
             match.captured(1).replace(u"&nbsp;"_s, QString(QChar(0xA0))).replace(u"&amp;"_s, u"&"_s);
         const QString strPath = SurfaceUrls::UrlToPath(QUrl(strReference));
         const QString strOwn = m_pictures.TakeFile(strPath);
+        if (strOwn.isEmpty())
+            m_pictures.Miss(strPath);
         if (strOwn.isEmpty() || strOwn == strPath)
             continue;
         strMarkup += QStringView(m_pasted.strHtml).sliced(nAt, match.capturedStart(1) - nAt);

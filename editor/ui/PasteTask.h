@@ -38,6 +38,8 @@ public:
     bool IsPlainInstead() const { return m_bPlainInstead; }
     /// Why a picture could not be read or written; empty when all were.
     QString GetPictureFailure() const { return m_pictures.GetFailure(); }
+    /// The names of what was offered as files and is none.
+    const QStringList& GetLeftOut() const { return m_leftOut; }
 
     /// The new files go again: nothing has come into the page.
     void RemoveMade();
@@ -47,6 +49,7 @@ public:
 
 protected:
     void Work() override;
+    void TellEnd(Torvane::Dialog::MFC::IPeople& people, const QString& strText) override;
 
 private:
     void TakeFiles();
@@ -61,6 +64,7 @@ private:
     // The thread beside fills these.
     CPastedPictures m_pictures;
     QStringList m_copies;
+    QStringList m_leftOut;
     std::optional<QString> m_markup;
     bool m_bPlainInstead = false;
 };

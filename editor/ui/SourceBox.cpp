@@ -4,6 +4,7 @@
 
 #include <QFontDatabase>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QTextCursor>
 
 #include <algorithm>
@@ -42,9 +43,11 @@ CSourceBox::CSourceBox(QWidget* pParent) : QPlainTextEdit(pParent), m_mark(Sourc
     setFrameShape(QFrame::NoFrame);
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &CSourceBox::KeepOffFold);
     // Cut behind the change: in the middle of it the box must be left alone.
-    connect(
-        document(), &QTextDocument::contentsChange, this,
-        [this](int nPosition, int, int nAdded) { CutAt(nPosition, nAdded); }, Qt::QueuedConnection);
+    connect(document(), &QTextDocument::contentsChange, this, [this](int nPosition, int, int nAdded) {
+        if (!m_bOwnChange)
+            QMetaObject::invokeMethod(
+                this, [this, nPosition, nAdded] { CutAt(nPosition, nAdded); }, Qt::QueuedConnection);
+    });
 }
 
 /// The caret goes over a fold in one step, and home and end stay on their side of it.
@@ -94,6 +97,8 @@ void CSourceBox::ChangeText(const QString& strText) {
         for (qsizetype n = was.size() - 1; n >= 0; --n)
             ReplaceAt(cursor, was[n].begin() - QStringView(strWas).begin(), was[n], wanted[n]);
     }
+    // The change is told here.
+    const QScopedValueRollback<bool> own(m_bOwnChange, true);
     cursor.endEditBlock();
 }
 
@@ -126,7 +131,8 @@ void CSourceBox::insertFromMimeData(const QMimeData* pSource) {
     ensureCursorVisible();
 }
 
-/// What stood there before stays. The program's own text comes as a whole.
+/// What stood there before stays. The program's own text comes as a whole, also where only a part of it is
+/// new.
 void CSourceBox::CutAt(int nPosition, int nAdded) {
     const int nTotal = document()->characterCount() - 1;
     const int nCut = qMin(nTotal - c_nMaxCharacters, nAdded);

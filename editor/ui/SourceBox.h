@@ -32,6 +32,8 @@ private:
     void KeepOffFold();
 
     QChar m_mark;
+    /// What the program writes is not cut.
+    bool m_bOwnChange = false;
     /// Where the caret stood last.
     int m_nCaret = 0;
 };

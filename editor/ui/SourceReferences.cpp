@@ -7,6 +7,9 @@
 
 namespace {
 
+/// A source with more is larger than any that was written, and takes too long.
+constexpr qsizetype c_nMaxTags = 1'000'000;
+
 /// Where an attribute's value stands in the bytes of the text, and what it becomes.
 struct SChange {
     qsizetype nLength;
@@ -23,7 +26,10 @@ QByteArray WithoutQuotes(const QByteArray& value) {
 CSourceReferences CSourceReferences::Of(const QString& strSource) {
     CSourceReferences result{strSource, {}, {}, {}};
     const QByteArray bytes = strSource.toUtf8();
-    if (HtmlTree::IsTooDeep(bytes))
+    if (bytes.count('<') > c_nMaxTags || HtmlTree::IsTooDeep(bytes))
+        return result;
+    const HtmlTree::Tree tree = HtmlTree::Parse(bytes);
+    if (HtmlTree::IsDeep(tree->root))
         return result;
     // By their places: the parser may make several elements of one tag.
     QMap<qsizetype, SChange> changes;
@@ -47,7 +53,6 @@ CSourceReferences CSourceReferences::Of(const QString& strSource) {
         if (WithoutQuotes(written) != strWritten.toUtf8())
             changes.insert(piece.data - bytes.constData(), {written.size(), '"' + strWritten.toUtf8() + '"'});
     };
-    const HtmlTree::Tree tree = HtmlTree::Parse(bytes);
     HtmlTree::ForEachElement(tree->root, [&](const GumboNode* pNode) {
         const GumboElement& element = pNode->v.element;
         if (element.tag == GUMBO_TAG_IMG)
