@@ -13,6 +13,10 @@ namespace {
 constexpr std::size_t c_nMaxDepth = 2000;
 /// The parser compares each with all before it.
 constexpr int c_nMaxAttributes = 5000;
+/// It may go through all open elements for each tag: some seconds of that.
+constexpr std::size_t c_nMaxSteps = 80'000'000;
+/// Formatting that nobody ends is made anew in each paragraph behind it: so many steps for an element.
+constexpr std::size_t c_nStepsOfFormatting = 16;
 
 bool IsAsciiLetter(char c) {
     return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
@@ -52,9 +56,29 @@ qsizetype EndOfTag(const QByteArray& html, qsizetype n, int& nAttributes) {
     return n;
 }
 
+/// Elements that authors leave open and the parser closes by itself.
+bool ClosesItself(const QByteArray& name) {
+    static const QSet<QByteArray> names = {"p",  "li", "dt",     "dd",    "tr",    "td",   "th",
+                                           "rt", "rp", "option", "tbody", "thead", "tfoot"};
+    return names.contains(name);
+}
+
+/// Those of them that keep an element without rules of its own from being ended.
+bool IsBlockThatClosesItself(const QByteArray& name) {
+    return name == "p" || name == "li" || name == "dt" || name == "dd";
+}
+
+/// Elements with whose end those of them surely end that are in it.
+bool EndsWhatIsInIt(const QByteArray& name) {
+    static const QSet<QByteArray> names = {"div", "ul", "ol", "dl", "table", "center", "blockquote"};
+    return names.contains(name);
+}
+
 /// An element with those that the parser puts between it and the next of its kind.
 std::size_t LevelsOf(const QByteArray& name) {
     constexpr std::size_t c_nTable = 4;
+    if (IsBlockThatClosesItself(name))
+        return 0;
     if (name == "table")
         return c_nTable;
     return name == "ul" || name == "ol" || name == "dl" ? 2 : 1;
@@ -126,36 +150,62 @@ qsizetype EndOfRemark(const QByteArray& html, qsizetype n) {
 class COpenElements {
 public:
     void Open(const QByteArray& name) {
+        m_nSteps += m_nDepth + c_nStepsOfFormatting * m_nFormatting;
+        const bool bByItself = IsBlockThatClosesItself(name);
+        if (!bByItself && ClosesItself(name))
+            return;
+        const bool bBlock = bByItself || IsBlock(name);
+        // What it ends that was left open.
+        if (bByItself)
+            Close(name);
+        if (bBlock)
+            Close("p");
         m_open[name].push_back(++m_nLast);
         m_nDepth += LevelsOf(name);
+        m_nFormatting += IsFormatting(name);
         if (IsBarrier(name))
             m_barriers.push_back(m_nLast);
-        if (IsBarrier(name) || IsBlock(name))
+        if (IsBarrier(name) || bBlock)
             m_blocks.push_back(m_nLast);
     }
 
     void Close(const QByteArray& name) {
+        m_nSteps += m_nDepth;
         const auto it = m_open.find(name);
         if (it == m_open.end() || it->empty() || IsBehind(name, it->back()))
             return;
-        for (std::vector<qsizetype>* pList : {&m_barriers, &m_blocks}) {
-            if (const auto found = std::lower_bound(pList->begin(), pList->end(), it->back());
-                found != pList->end() && *found == it->back())
-                pList->erase(found);
+        const qsizetype nOpened = it->back();
+        Remove(name, *it);
+        if (!EndsWhatIsInIt(name))
+            return;
+        for (const char* szName : {"p", "li", "dt", "dd"}) {
+            const auto in = m_open.find(szName);
+            while (in != m_open.end() && !in->empty() && in->back() > nOpened)
+                Remove(in.key(), *in);
         }
-        it->pop_back();
-        m_nDepth -= LevelsOf(name);
     }
 
-    std::size_t GetDepth() const { return m_nDepth; }
+    bool IsTooMuch() const { return m_nDepth > c_nMaxDepth || m_nSteps > c_nMaxSteps; }
 
 private:
+    void Remove(const QByteArray& name, std::vector<qsizetype>& opened) {
+        for (std::vector<qsizetype>* pList : {&m_barriers, &m_blocks}) {
+            if (const auto found = std::lower_bound(pList->begin(), pList->end(), opened.back());
+                found != pList->end() && *found == opened.back())
+                pList->erase(found);
+        }
+        opened.pop_back();
+        m_nDepth -= LevelsOf(name);
+        m_nFormatting -= IsFormatting(name);
+    }
+
     /// Whether something was opened since that the end tag doesn't reach over.
     bool IsBehind(const QByteArray& name, qsizetype nOpened) const {
         // These end whatever is in them.
         if (name == "table" || name == "template" || name == "select")
             return false;
-        const bool bOwnRules = IsBarrier(name) || IsBlock(name) || IsFormatting(name);
+        // An item reaches over neither its list nor another.
+        const bool bOwnRules = IsBarrier(name) || IsBlock(name) || IsFormatting(name) || name == "p";
         const std::vector<qsizetype>& list = bOwnRules ? m_barriers : m_blocks;
         return !list.empty() && list.back() > nOpened;
     }
@@ -166,6 +216,8 @@ private:
     std::vector<qsizetype> m_blocks;
     qsizetype m_nLast = 0;
     std::size_t m_nDepth = 0;
+    std::size_t m_nFormatting = 0;
+    std::size_t m_nSteps = 0;
 };
 
 /// The nodes of a tree, parents first.
@@ -229,8 +281,6 @@ bool IsVoid(const QByteArray& name) {
 }
 
 bool IsTooDeep(const QByteArray& html) {
-    static const QSet<QByteArray> closesItself = {"p",  "li", "dt",     "dd",    "tr",    "td",   "th",
-                                                  "rt", "rp", "option", "tbody", "thead", "tfoot"};
     COpenElements open;
     // Up to there end tags may be mere text.
     qsizetype nText = 0;
@@ -259,15 +309,17 @@ bool IsTooDeep(const QByteArray& html) {
         i = bText ? nEnd - 1 : EndOfTag(html, nEnd, nAttributes);
         if (nAttributes > c_nMaxAttributes)
             return true;
-        if (IsVoid(name) || closesItself.contains(name))
+        if (IsVoid(name))
             continue;
         if (bEnd) {
             if (!bText)
                 open.Close(name);
+            if (open.IsTooMuch())
+                return true;
             continue;
         }
         open.Open(name);
-        if (open.GetDepth() > c_nMaxDepth)
+        if (open.IsTooMuch())
             return true;
         bForeign = bForeign || name == "svg" || name == "math" || name == "select";
         if (!IsRaw(name) || bText)

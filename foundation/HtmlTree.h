@@ -22,7 +22,8 @@ Tree Parse(const QByteArray& html);
 
 /// How deep tags could nest at most, by their count alone, is more than can be parsed: the parser frees its
 /// tree by recursion, and its work grows with the square of the depth. Elements that authors leave open and
-/// the parser closes by itself don't count. A tag with thousands of attributes can't be parsed either.
+/// the parser closes by itself don't count. Very many tags in a great depth or behind much open formatting
+/// can't be parsed either, nor can a tag with thousands of attributes.
 bool IsTooDeep(const QByteArray& html);
 
 /// Whether a tree is deeper than IsTooDeep lets pass: tags in a wrong order may nest more than they tell.
