@@ -2,8 +2,8 @@
 
 #include "content/ContentBuilder.h"
 #include "content/ContentRecipe.h"
-#include "content/StatusTask.h"
 #include "content/Texts.h"
+#include "editor/FileTask.h"
 #include "editor/ResourceText.h"
 #include "editor/Texts.h"
 #include "foundation/Exceptions.h"
@@ -27,25 +27,6 @@ using Torvane::Office::EConversion;
 namespace NodeFile {
 
 namespace {
-
-/// One piece of work with files behind a status window.
-class CFileTask : public CStatusTask {
-public:
-    CFileTask(IPeople& people, QString strStatus, std::function<void(IWalkFilter*)> work)
-        : CStatusTask(people, QString()), m_strStatus(std::move(strStatus)), m_work(std::move(work)) {}
-
-protected:
-    void Work() override {
-        SetPieces(0);
-        DoFiles(
-            1, [this](qsizetype, IWalkFilter* pFilter) { m_work(pFilter); },
-            [this](qsizetype) { return m_strStatus; });
-    }
-
-private:
-    QString m_strStatus;
-    std::function<void(IWalkFilter*)> m_work;
-};
 
 /// The same person, to whom a failure is told as one of the whole step.
 class CStepPeople : public IPeople {
@@ -179,13 +160,7 @@ void SaveCopy(const CBookNode& node, IPeople& people) {
     if (!target)
         return;
     CFileTask(people, EditorTexts::c_strSaving, [&](IWalkFilter* pFilter) {
-        try {
-            Torvane::File::CopyOneFile(strSource, *target, true, pFilter);
-        } catch (const CRunException&) {
-            // A copy that is given up is told of as that.
-            if (!pFilter->Cancelled())
-                throw;
-        }
+        Torvane::File::CopyOneFile(strSource, *target, true, pFilter);
     }).Run();
 }
 

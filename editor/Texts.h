@@ -80,6 +80,11 @@ inline const QString c_strPasteLate =
     QStringLiteral("粘贴的内容较多，网页还在处理。\n请您等内容出现以后再继续编辑和保存。");
 inline const QString c_strPasteFailed = QStringLiteral("粘贴失败，请您重试!");
 
+// Inserting.
+inline const QString c_strInsertFailed = QStringLiteral("插入失败，请您重试!");
+inline const QString c_strInsertLate =
+    QStringLiteral("网页还在处理刚才插入的内容。\n请您等内容出现以后再继续编辑和保存。");
+
 // Commands of the page.
 inline const QString c_strAskTemplate = QStringLiteral("重新设置模板将丢失已有的内容，您继续吗？");
 inline const QString c_strTemplateFilter = QStringLiteral("模板文件(.%1)|*.%1||");

@@ -95,7 +95,8 @@ private:
     void RunBox(int nCommand, const QString& strValue);
     void RunOwn(int nCommand);
     void RunOnPage(int nCommand);
-    void Insert(const QString& strHtml);
+    /// Also true when the page has not taken it in yet, but will.
+    bool Insert(const QString& strHtml);
     void InsertPicked(const QString& strFilter, QString (*build)(const QString&));
     void InsertOtherFile();
     std::optional<HtmlFragments::TableParameters> AskTable(const HtmlFragments::TableParameters& shown);

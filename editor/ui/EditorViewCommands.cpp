@@ -1,6 +1,7 @@
 // The commands of the editor's toolbars.
 #include "content/ui/InSiteLinkDialog.h"
 #include "course/TemplateStore.h"
+#include "editor/FileTask.h"
 #include "editor/HtmlFragments.h"
 #include "editor/Texts.h"
 #include "editor/ui/EditorDialogs.h"
@@ -98,7 +99,8 @@ void CEditorView::RunOwn(int nCommand) {
     case Id::c_nMarquee:
         return InsertText(EditorTexts::c_strAskMarquee, HtmlFragments::Marquee);
     case Id::c_nLineBreak:
-        return Insert(HtmlFragments::LineBreak());
+        Insert(HtmlFragments::LineBreak());
+        return;
     case Id::c_nFloatingHelp:
         return InsertFloatingHelp();
     case Id::c_nInSiteLink:
@@ -132,8 +134,16 @@ void CEditorView::RunOnPage(int nCommand) {
     }
 }
 
-void CEditorView::Insert(const QString& strHtml) {
-    m_pDesign->InsertBrowserText(strHtml);
+bool CEditorView::Insert(const QString& strHtml) {
+    Torvane::Dialog::MFC::IPeople& people = m_people;
+    bool bLate = false;
+    if (m_pDesign->InsertBrowserText(strHtml, &bLate))
+        return true;
+    if (bLate)
+        people.Warn(EditorTexts::c_strInsertLate);
+    else
+        people.Error(EditorTexts::c_strInsertFailed);
+    return bLate;
 }
 
 void CEditorView::InsertPicked(const QString& strFilter, QString (*build)(const QString&)) {
@@ -146,7 +156,18 @@ void CEditorView::InsertOtherFile() {
     const auto path = m_people.PickOpenFile(QString(), QString(), EditorTexts::c_strOtherFileFilter);
     if (!path)
         return;
-    ShowFailure(this, [&] { Insert(LinkToFile(*path, m_saver.GetFolders()).strMarkup); });
+    const QPointer<CEditorView> pThis(this);
+    const QString strPage = m_saver.GetPagePath();
+    const auto folders = m_saver.GetFolders();
+    FileLink link;
+    const QString strStatus = EditorTexts::c_strCopying.arg(Torvane::File::BareName(*path));
+    const bool bCopied = CFileTask(m_people, strStatus, [&](Torvane::File::IWalkFilter* pFilter) {
+                             link = LinkToFile(*path, folders, pFilter);
+                         }).Run();
+    // The windows were painted meanwhile, and whatever closes or changes the page may have come.
+    const bool bHere = pThis && m_mode == EMode::Design && m_saver.GetPagePath() == strPage;
+    if (!bCopied || !bHere || !Insert(link.strMarkup))
+        RemoveCopies({link.strCopy});
 }
 
 /// Asks again while the table would be larger than the page can bear; one that is so already may stay.

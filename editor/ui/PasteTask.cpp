@@ -48,6 +48,17 @@ FileLink LinkToFile(const QString& strPath, const ResourceText::PageFolders& fol
             copy.bCopy ? copy.strDest : QString()};
 }
 
+void RemoveCopies(const QStringList& paths) {
+    for (const QString& strPath : paths) {
+        try {
+            if (!strPath.isEmpty())
+                Torvane::File::DeleteOneFile(strPath, false);
+        } catch (const Torvane::CRunException&) {
+            continue;
+        }
+    }
+}
+
 CPasteTask::CPasteTask(Torvane::Dialog::MFC::IPeople& people, SPastedData pasted, bool bOwnCopy,
                        const Place& place)
     : CStatusTask(people, QString()), m_pasted(std::move(pasted)), m_bOwnCopy(bOwnCopy),
@@ -161,12 +172,6 @@ void CPasteTask::TakeText(IWalkFilter& filter) {
 
 void CPasteTask::RemoveMade() {
     m_pictures.RemoveMade();
-    for (const QString& strPath : std::as_const(m_copies)) {
-        try {
-            Torvane::File::DeleteOneFile(strPath, false);
-        } catch (const Torvane::CRunException&) {
-            continue;
-        }
-    }
+    RemoveCopies(m_copies);
     m_copies.clear();
 }

@@ -19,6 +19,9 @@ struct FileLink {
 FileLink LinkToFile(const QString& strPath, const ResourceText::PageFolders& folders,
                     Torvane::File::IWalkFilter* pFilter = nullptr);
 
+/// Takes such files away again, as far as possible; an empty path is none.
+void RemoveCopies(const QStringList& paths);
+
 /// Makes of what is pasted the markup that a page takes, with its pictures as files; on a thread beside, and
 /// the person may give it up.
 class CPasteTask : public CStatusTask {

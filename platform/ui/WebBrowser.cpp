@@ -494,7 +494,7 @@ bool CWebBrowser2Ex::CreateLinkWithDialog() {
     return IsTrue(Ask(QStringLiteral("createLink"), {strReference}));
 }
 
-bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml) {
+bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml, bool* pbLate) {
     const CCallGuard guard;
     if (guard.IsRefused() || !m_bPageLoaded)
         return false;
@@ -502,7 +502,11 @@ bool CWebBrowser2Ex::InsertBrowserText(const QString& strHtml) {
     const SEngineAnswer answer = Ask(QStringLiteral("localReferences"), {strHtml});
     if (!pAlive || !answer.HasValue())
         return false;
-    return IsTrue(Ask(QStringLiteral("insert"), {strHtml, NewNames(answer.Value.toArray())}));
+    const SEngineAnswer done =
+        Ask(QStringLiteral("insert"), {strHtml, NewNames(answer.Value.toArray())});
+    if (pbLate)
+        *pbLate = done.State == SEngineAnswer::EState::TimeOut;
+    return IsTrue(done);
 }
 
 bool CWebBrowser2Ex::IsOwnCopy(const QString& strHtml) const {

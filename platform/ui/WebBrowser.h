@@ -96,8 +96,9 @@ public:
     /// "CreateLink" with bShowUi asks for the address.
     bool ExecuteIHTMLDocumentCmd(const QString& strCommand, bool bShowUi, const QVariant& value);
     /// Inserts the fragment at the caret in place of the selection. It stands in the page as it came in, but
-    /// for local paths, which become file URLs. It can be undone.
-    bool InsertBrowserText(const QString& strHtml);
+    /// for local paths, which become file URLs. It can be undone. pbLate: set where the page has not answered
+    /// in time, and still takes it in.
+    bool InsertBrowserText(const QString& strHtml, bool* pbLate = nullptr);
     /// Late: the page has not answered in time, and still takes it in.
     enum class EPasted { No, Yes, Late };
     /// The same for what a person pastes: what begins and ends it may join the paragraphs around it. A copy

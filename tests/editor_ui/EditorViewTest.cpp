@@ -242,6 +242,17 @@ TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(EditorViewTest, ATextThatNestsTooDeepIsSavedAsItWasTyped) {
+    for (const QString& strText : {u"<div>"_s.repeated(50000), u"<span><p></span></p>"_s.repeated(20000)}) {
+        Open("<p>x</p>");
+        Tab(c_nSource);
+        Source().setPlainText(strText);
+        EXPECT_TRUE(m_view.RunCommand(32825));
+        EXPECT_EQ(OnDisk(), strText);
+        EXPECT_TRUE(m_view.LeaveNode(true));
+    }
+}
+
 TEST_F(EditorViewTest, TheSurfaceKnowsEveryPlainCommand) {
     Open("<p>one <b>two</b></p>");
     for (const auto& command : EditorCommands::All()) {
