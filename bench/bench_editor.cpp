@@ -153,8 +153,12 @@ std::vector<double> TypeInto(QWidget& page) {
     return times;
 }
 
-/// The engine without anything of ours.
-double BareKeys(const QString& strPage) {
+/// What the engine takes for a page without anything of ours.
+struct SBare {
+    double dKey;
+    double dText;
+};
+SBare TimeBare(const QString& strPage) {
     QWebEngineView view;
     view.settings()->setDefaultTextEncoding(u"GB18030"_s);
     view.resize(1000, 700);
@@ -170,7 +174,22 @@ double BareKeys(const QString& strPage) {
         u"document.designMode = 'on'; getSelection().collapse(document.querySelector('font').firstChild, 0)"_s);
     view.setFocus();
     QTest::qWait(c_nLook);
-    return Tell("bare key to paint", TypeInto(view));
+    const double dKey = Tell("bare key to paint", TypeInto(view));
+    std::vector<double> text;
+    for (int n = 0; n < c_nRounds; ++n) {
+        bDone = false;
+        view.page()->runJavaScript(
+            u"(() => { const html = document.body.innerHTML, begin = performance.now();"
+            "document.body.innerHTML = html; document.body.offsetHeight;"
+            "return performance.now() - begin; })()"_s,
+            [&](const QVariant& reply) {
+                text.push_back(reply.toDouble());
+                bDone = true;
+            });
+        if (!QTest::qWaitFor([&] { return bDone; }, c_nPaintPatience))
+            std::printf("  the bare text never came\n");
+    }
+    return {dKey, Tell("bare text laid out", text)};
 }
 
 class CEditorBench {
@@ -278,8 +297,10 @@ public:
         const double dOurs = Tell("key to paint", TypeInto(*pDesign));
         tick.stop();
         Say("interface still", {dStill});
-        const double dBare = BareKeys(Platform::ToNative(m_pNode->GetContentPath()));
-        std::printf("  key, ours to bare      %8.2f\n", dOurs / dBare);
+        const SBare bare = TimeBare(Platform::ToNative(m_pNode->GetContentPath()));
+        std::printf("  key, ours to bare      %8.2f\n", dOurs / bare.dKey);
+        std::printf("  source to design, to bare text %8.2f\n",
+                    Median(m_times["source to design"]) / bare.dText);
     }
 
 private:

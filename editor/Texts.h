@@ -81,7 +81,7 @@ inline const QString c_strPasteLate =
 inline const QString c_strPasteFailed = QStringLiteral("粘贴失败，请您重试!");
 
 // Inserting.
-inline const QString c_strInsertFailed = QStringLiteral("插入失败，请您重试!");
+inline const QString c_strInsertFailed = QStringLiteral("没有能够插入，网页没有改变。");
 inline const QString c_strInsertLate =
     QStringLiteral("网页还在处理刚才插入的内容。\n请您等内容出现以后再继续编辑和保存。");
 

@@ -15,6 +15,7 @@
 #include "platform/ui/WebEngineLoader.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QFocusEvent>
@@ -22,6 +23,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QThread>
 #include <QTimer>
 
 #include <utility>
@@ -37,6 +39,7 @@ constexpr int c_nMendMilliseconds = 500;
 /// How long a page of the course is waited for that doesn't answer while it loads, when nobody is held up.
 constexpr int c_nLateMilliseconds = 8000;
 constexpr int c_nRetryMilliseconds = 50;
+constexpr int c_nWishMilliseconds = 500;
 constexpr int c_nNoteMilliseconds = 300;
 constexpr int c_nNoteMargin = 24;
 constexpr int c_nMaxTableSize = 1000;
@@ -545,8 +548,26 @@ void CWebBrowser2Ex::PasteWhenFree(std::function<SPastedData()> read, std::optio
 }
 
 void CWebBrowser2Ex::FinishPastes() {
-    if (!m_pastes.empty())
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    if (m_bPageLoaded && m_bEditing && !m_bPasting)
+        HearOfPastes();
+    if (pAlive && !m_pastes.empty())
         PasteNext();
+}
+
+/// The page comes to the keys before it comes to a call; its word of what they want is then on its way.
+void CWebBrowser2Ex::HearOfPastes() {
+    const CCallGuard guard;
+    if (guard.IsRefused())
+        return;
+    const QPointer<CWebBrowser2Ex> pAlive(this);
+    const qsizetype nWanted =
+        Ask(QStringLiteral("pastesWanted"), {}).Value.toInt();
+    const QDeadlineTimer end(c_nWishMilliseconds);
+    while (pAlive && m_bPageLoaded && qsizetype(m_pastes.size()) < nWanted && !end.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QThread::msleep(1);
+    }
 }
 
 /// They were for a page that goes.

@@ -225,6 +225,7 @@ private:
     bool ListReferences(const QString& strSelector, const QString& strAttribute, QStringList& list);
     bool CreateLinkWithDialog();
     void PasteWhenFree(std::function<SPastedData()> read, std::optional<QPoint> place = {});
+    void HearOfPastes();
     void PasteNext();
     void ForgetPastes();
     bool IsFreeToPaste() const;

@@ -242,6 +242,28 @@ TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(EditorViewTest, ALargePageIsWholeBeforeAllOfItIsLaidOut) {
+    const QByteArray page =
+        ("<p>" + QByteArray("word ").repeated(60) + "word</p>\n").repeated(1500).trimmed();
+    const auto key = [](Qt::Key nKey, Qt::KeyboardModifiers modifiers) {
+        QTest::keyClick(QApplication::focusWidget(), nKey, modifiers);
+    };
+    Open(page);
+    EXPECT_EQ(Html(), QString::fromLatin1(page));
+    key(Qt::Key_End, Qt::ControlModifier);
+    key(Qt::Key_Q, {});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().endsWith(u"wordq</p>"_s); }, 20000));
+    m_view.RunCommand(32821);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+    OpenAgain();
+    key(Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_Delete, {});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !Html().contains(u"word"_s); }, 20000));
+    m_view.RunCommand(32821);
+    EXPECT_EQ(Html(), QString::fromLatin1(page));
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(EditorViewTest, ATextThatNestsTooDeepIsSavedAsItWasTyped) {
     for (const QString& strText : {u"<div>"_s.repeated(50000), u"<span><p></span></p>"_s.repeated(20000)}) {
         Open("<p>x</p>");

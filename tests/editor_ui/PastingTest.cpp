@@ -147,6 +147,61 @@ TEST_F(PastingTest, WhatIsTypedRightBehindComesBehind) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(PastingTest, EachOfSeveralPastesComesWhereAndWhenItWasWanted) {
+    Open("<p>A</p>");
+    const auto key = [](Qt::Key nKey, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), nKey, modifiers);
+    };
+    const auto undoAll = [this] {
+        while (Html() != u"<p>A</p>"_s)
+            ASSERT_TRUE(m_view.RunCommand(32821));
+    };
+    // The second is wanted before the program knows of the first.
+    Offer(Offered(u"<b>T</b>"_s, u"T"_s));
+    Key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_X);
+    key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_Z);
+    ExpectHtml(u"<p><b>T</b>x<b>T</b>zA</p>"_s);
+    undoAll();
+    Key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_Return);
+    ExpectHtml(u"<p><b>T</b></p><p>A</p>"_s);
+    undoAll();
+    Key(Qt::Key_End, {});
+    key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_Return);
+    key(Qt::Key_Y);
+    ExpectHtml(u"<p>A<b>T</b></p><p>y</p>"_s);
+    undoAll();
+    // The save takes along what was wanted before it, whatever the page has come to.
+    key(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(m_view.RunCommand(32825));
+    EXPECT_TRUE(OnDisk().contains(u"<b>T</b>"_s)) << OnDisk().toStdString();
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
+TEST_F(PastingTest, APasteThatIsGivenUpLeavesNothing) {
+    Open("<p>A</p>");
+    m_world.Folder.Write(u"大.zip"_s, QByteArray(100'000'000, 'x'));
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(m_world.Folder.Native(u"大.zip"_s))});
+    m_world.People.Patience = 0;
+    m_world.People.GiveUps = {true};
+    m_world.People.Expect(u"您取消了粘贴，网页没有改变。"_s);
+    Drop(files, {9, 20});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.People.Boxes.size() == 1; }, c_nPatience));
+    EXPECT_TRUE(Resources().isEmpty());
+    // The same file by the command.
+    m_world.People.GiveUps = {true};
+    m_world.People.Files = {m_world.Folder.Path(u"大.zip"_s)};
+    m_world.People.Expect(u"用户取消了操作！"_s);
+    m_view.RunCommand(32836);
+    EXPECT_TRUE(Resources().isEmpty());
+    ExpectHtml(u"<p>A</p>"_s);
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(PastingTest, WhatIsCopiedInAPageStandsInItAsItStood) {
     m_world.Folder.Write(CViewWorld::NodePath(4, u"Content.htm"_s), "x");
     const QString strPage =

@@ -85,6 +85,10 @@ public:
 
     void KeepPainting() override {}
 
+    /// From then on a step shows its status.
+    std::optional<qint64> Patience;
+    qint64 GetPatience() override { return Patience.value_or(IPeople::GetPatience()); }
+
     std::optional<QString> PickOpenFile(const QString&, const QString&, const QString&) override {
         return NextAnswer(Files);
     }

@@ -44,8 +44,8 @@ QString ScriptFile(QLatin1StringView strName) {
 const QString& EditorScript() {
     static const QString strScript = [] {
         QString strParts;
-        for (const char* const szName : {"document", "undoHistory", "page", "bodyText", "insertion",
-                                         "commands", "clipboard", "tables", "typing", "surface"})
+        for (const char* const szName : {"document", "undoHistory", "page", "bodyText", "firstSight",
+                                         "insertion", "commands", "clipboard", "tables", "typing", "surface"})
             strParts += QStringLiteral("const %1 = %2;\n")
                             .arg(QLatin1StringView(szName), ScriptFile(QLatin1StringView(szName)));
         return QString(QStringLiteral("(function () {\n") + strParts +

@@ -121,16 +121,42 @@
 
   // By how many steps the caret comes from one place to the other: one goes over a character of several units, or
   // over the end of a paragraph. None when it does not come there, and then it stays.
-  function stepsTo(from, to) {
+  function stepsTo(from, to, most) {
     const chosen = window.getSelection();
     chosen.collapse(from.startContainer, from.startOffset);
-    for (let n = 1; n <= MOST_TYPED; ++n) {
+    for (let n = 1; n <= most; ++n) {
       chosen.modify('move', 'forward', 'character');
       if (isReached(chosen.getRangeAt(0), to))
         return n;
     }
     chosen.collapse(to.startContainer, to.startOffset);
     return 0;
+  }
+
+  // A new paragraph in front of the one in which the caret begins takes the caret's place along, and what is to be
+  // pasted there: it belongs in front.
+  function keepPlaces() {
+    let places = [];
+    const isAtCaret = (place) => {
+      const chosen = window.getSelection();
+      return place && place.collapsed && chosen.anchorNode === place.startContainer &&
+          chosen.anchorOffset === place.startOffset;
+    };
+    document.addEventListener('beforeinput', (event) => {
+      places = event.inputType === 'insertParagraph' ? window.vorelPlaces.filter(isAtCaret) : [];
+    });
+    document.addEventListener('input', (event) => {
+      if (event.inputType !== 'insertParagraph')
+        return;
+      for (const place of places.filter(isAtCaret)) {
+        const node = place.startContainer;
+        const paragraph = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement).closest(STOPS);
+        const before = paragraph && paragraph.previousElementSibling;
+        if (before && before.matches(STOPS))
+          place.setStart(before, 0);
+        place.collapse(true);
+      }
+    });
   }
 
   return {
@@ -159,7 +185,11 @@
           tell(event, '-paste-text');
       }, true);
       document.addEventListener('paste', (event) => tell(event, middle ? '-paste-selection' : '-paste'), true);
+      keepPlaces();
     },
+
+    // How many wishes the program has not yet come to.
+    wanted: () => Object.hasOwn(window, 'vorelPlaces') ? window.vorelPlaces.length : 0,
 
     // Until the program knows of the wish the person may have typed on: what is pasted comes before that. Back
     // to where it was to be; how many steps of the caret stand behind it.
@@ -183,9 +213,10 @@
         return 0;
       typed.setEnd(now.startContainer, now.startOffset);
       const length = typed.toString().length;
-      if (length === 0 || length > MOST_TYPED)
+      if (length > MOST_TYPED || isReached(place, now))
         return 0;
-      const steps = stepsTo(place, now.cloneRange());
+      // In a large page each step takes its time.
+      const steps = stepsTo(place, now.cloneRange(), length + typed.cloneContents().querySelectorAll(STOPS).length);
       if (steps > 0)
         chosen.collapse(place.startContainer, place.startOffset);
       return steps;

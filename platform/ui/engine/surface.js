@@ -240,7 +240,10 @@
       // While it is empty: the switch has the engine lay out anew whatever stands there.
       if (isToBeEdited)
         document.designMode = 'on';
-      return putBody(html);
+      const local = putBody(html);
+      if (isToBeEdited)
+        firstSight.begin();
+      return local;
     },
     stage: stage,
     showStaged: showStaged,
@@ -255,6 +258,7 @@
                    (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
     insert: asStep(insert),
     paste: asStep(paste),
+    pastesWanted: clipboard.wanted,
     pasteBegins: clipboard.begin,
     pasteEnds: clipboard.end,
     ownCopy: (html, mark) => clipboard.own(inert(html), mark),
@@ -295,8 +299,14 @@
     watch: watch,
   };
 
+  // What is asked of a page of which only the beginning may be laid out.
+  const ASKED_AT_ONCE =
+      ['designMode', 'watch', 'bodyHtml', 'changedHtml', 'references', 'localReferences', 'rename', 'caretState'];
+
   return function (name, args) {
     try {
+      if (!ASKED_AT_ONCE.includes(name))
+        firstSight.showAll();
       const value = FUNCTIONS[name](...args);
       return JSON.stringify(value === undefined ? {undefined: true} : {value: value});
     } catch (error) {
