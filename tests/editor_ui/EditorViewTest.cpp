@@ -243,8 +243,8 @@ TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
 }
 
 TEST_F(EditorViewTest, ALargePageIsWholeBeforeAllOfItIsLaidOut) {
-    const QByteArray page =
-        ("<p>" + QByteArray("word ").repeated(60) + "word</p>\n").repeated(1500).trimmed();
+    const QByteArray paragraph = "<p>word word word word</p>\n";
+    const QByteArray page = paragraph.repeated(20000).trimmed();
     const auto key = [](Qt::Key nKey, Qt::KeyboardModifiers modifiers) {
         QTest::keyClick(QApplication::focusWidget(), nKey, modifiers);
     };

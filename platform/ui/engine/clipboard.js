@@ -40,7 +40,7 @@
     return holder;
   }
 
-  function page() {
+  function address() {
     return document.baseURI.replace(/#.*/, '');
   }
 
@@ -64,7 +64,7 @@
     makeAbsolute(holder);
     const about = document.createElement('meta');
     about.setAttribute('name', mark);
-    about.setAttribute('content', page());
+    about.setAttribute('content', address());
     transfer.setData('text/html', about.outerHTML + holder.innerHTML);
   }
 
@@ -76,7 +76,13 @@
     event.clipboardData.setData('text/plain', chosen.toString());
     event.preventDefault();
     if (event.type === 'cut')
-      document.execCommand('delete');
+      undoHistory.of().change(page.deleteSelection);
+  }
+
+  function erase(event) {
+    if (/^delete(Content|Word|SoftLine|HardLine)/.test(event.inputType) && !isField(event.target) &&
+        page.isLargeAndChosen())
+      undoHistory.of().instead(event, page.emptyPage);
   }
 
   // A picture or a link need not be selected to be dragged.
@@ -178,6 +184,7 @@
       document.addEventListener('dragstart', (event) => beginDrag(event, mark));
       document.addEventListener('dragend', () => dragged = null);
       document.addEventListener('beforeinput', drop);
+      document.addEventListener('beforeinput', erase);
       document.addEventListener('mousedown', (event) => middle = event.button === 1, true);
       document.addEventListener('keydown', (event) => {
         middle = false;
@@ -232,7 +239,7 @@
     // The markup of a copy of our own: in its own page with the references as they stood there.
     own: (root, mark) => {
       const about = root.querySelector('meta[name="' + mark + '"]');
-      const isSamePage = about !== null && about.getAttribute('content') === page();
+      const isSamePage = about !== null && about.getAttribute('content') === address();
       root.querySelectorAll('meta').forEach((e) => e.remove());
       for (const name of REFERENCES) {
         for (const element of root.querySelectorAll('[' + OWN + name + ']')) {

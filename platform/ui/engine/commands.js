@@ -40,9 +40,9 @@
     }
     // A command within another is refused by the engine, and ours is within that of cutting.
     if (lower === 'cut')
-      return document.execCommand('copy') && document.execCommand('delete');
-    if (lower === 'delete' && chosen.isCollapsed)
-      return document.execCommand('forwardDelete');
+      return document.execCommand('copy') && page.deleteSelection();
+    if (lower === 'delete')
+      return chosen.isCollapsed ? document.execCommand('forwardDelete') : page.deleteSelection();
     document.execCommand('styleWithCSS', false, false);
     if (lower === 'fontname')
       return setFont(chosen, value);

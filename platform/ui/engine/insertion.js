@@ -1,7 +1,8 @@
 // How fragments and what is pasted come into a page.
 (function () {
   'use strict';
-  const {body, isFrameset, inert, rename, selection, setCaret, elementOf, isEmpty} = page;
+  const {body, isFrameset, inert, rename, selection, setCaret, elementOf, isEmpty, isLargeAndChosen, emptyPage,
+         deleteSelection} = page;
 
   const PARAGRAPHS = 'p, h1, h2, h3, h4, h5, h6';
   const BLOCKS = PARAGRAPHS + ', table, ul, ol, dl, div, center, blockquote, pre, hr, form, fieldset, address';
@@ -16,7 +17,7 @@
     const isWithinText = range.startContainer === range.endContainer && range.startContainer.nodeType === Node.TEXT_NODE;
     // The engine joins what is left of two paragraphs, but also makes blanks hard.
     if (!range.collapsed && !isWithinText)
-      document.execCommand('delete');
+      deleteSelection();
     range = chosen.getRangeAt(0).cloneRange();
     range.deleteContents();
     const inner = elementOf(range.startContainer);
@@ -94,6 +95,8 @@
       return attributes;
     });
     selection();
+    if (isLargeAndChosen())
+      emptyPage();
     const done = document.execCommand('insertHTML', false, fragment.innerHTML);
     for (const element of body().querySelectorAll('[' + MARK + ']')) {
       const attributes = wanted[Number(element.getAttribute(MARK))];

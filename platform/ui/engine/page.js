@@ -106,6 +106,42 @@
     return field && /^(input|textarea)$/.test(field.localName) && field.selectionStart !== field.selectionEnd ? field : null;
   }
 
+  // The engine takes the square of its time to empty a page of very many elements.
+  const MANY = 500;
+  const ALONE = 'img, input, textarea, select, button, embed, object, iframe, video, audio, hr, marquee';
+
+  function isLargeAndChosen() {
+    const chosen = window.getSelection();
+    if (chosen.rangeCount === 0 || chosen.isCollapsed || body().querySelectorAll('*').length < MANY)
+      return false;
+    const range = chosen.getRangeAt(0);
+    if (!body().contains(range.commonAncestorContainer))
+      return false;
+    const [before, behind] = [document.createRange(), document.createRange()];
+    before.selectNodeContents(body());
+    behind.selectNodeContents(body());
+    before.setEnd(range.startContainer, range.startOffset);
+    behind.setStart(range.endContainer, range.endOffset);
+    return [before, behind].every((rest) =>
+        rest.toString().trim() === '' && !rest.cloneContents().querySelector(ALONE));
+  }
+
+  // Leaves a line to type in, and what gives the page its looks.
+  function emptyPage() {
+    const line = document.createElement('p');
+    line.append(document.createElement('br'));
+    const kept = Array.from(body().children).filter((e) => e.matches('style, link, script'));
+    body().replaceChildren(...kept, line);
+    window.getSelection().collapse(line, 0);
+  }
+
+  function deleteSelection() {
+    if (!isLargeAndChosen())
+      return document.execCommand('delete');
+    emptyPage();
+    return true;
+  }
+
   function enclosing(tag) {
     const chosen = window.getSelection();
     if (chosen.rangeCount === 0)
@@ -131,6 +167,9 @@
     isEmpty: isEmpty,
     hasSelection: hasSelection,
     chosenField: chosenField,
+    isLargeAndChosen: isLargeAndChosen,
+    emptyPage: emptyPage,
+    deleteSelection: deleteSelection,
     enclosing: enclosing,
   };
 })()
