@@ -37,8 +37,9 @@ function authorsLines(name) {
   const bodyBegin = find('<div class="page"', 0);
   const bodyEnd = lines.map((line) => /^<nav class="pager"|^<\/main>/.test(line)).indexOf(true, bodyBegin) + 1;
   const headBegin = find("vorel/parts.css", 0);
-  const headEnd = find('class="skip"', 0);
-  return (line) => (bodyBegin > 0 && line >= bodyBegin && line < bodyEnd) || (line > headBegin && line < headEnd - 3);
+  // The look of the frame, or of a slide, comes behind what authors bring.
+  const headEnd = lines.findIndex((line, i) => i >= headBegin && /\/(site|slide)\.css">/.test(line)) + 1;
+  return (line) => (bodyBegin > 0 && line >= bodyBegin && line < bodyEnd) || (line > headBegin && line < headEnd);
 }
 
 function validate(jar) {
