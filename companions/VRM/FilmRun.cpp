@@ -221,7 +221,8 @@ QString CFilmRun::FailureText(EKind kind) const {
         return RecorderText::c_strNoSpace;
     if (kind == EKind::File)
         return RecorderText::c_strFilmNotConverted;
-    if (tells({"alsa", "pulse"}))
+    // The sound server's client gives its reason behind the device's name alone.
+    if (tells({"alsa", "pulse", "default:"}))
         return RecorderText::c_strMicrophoneNotOpened;
     if (tells({"v4l2", "/dev/video"}))
         return RecorderText::c_strCameraNotOpened;

@@ -20,13 +20,14 @@ namespace {
 
 constexpr int c_nPatience = 60000;
 
-/// Stands in for the encoder: the first runs, as many as a file counts, break off behind a second of film.
+/// Stands in for the encoder: the first runs, as many as a file counts, break off once the file "full" is
+/// there.
 constexpr const char* c_szEncoder = R"(#!/bin/sh
 runs=$(cat "${0%/*}/runs")
 [ "$runs" -gt 0 ] || PATH="$VOREL_REAL_PATH" exec ffmpeg "$@"
 echo $((runs - 1)) >"${0%/*}/runs"
 echo out_time_us=1000000 >&2
-sleep 1
+while [ ! -e "${0%/*}/full" ]; do sleep 0.1; done
 echo 'av_interleaved_write_frame(): No space left on device' >&2
 exit 1
 )";
@@ -109,8 +110,8 @@ TEST_F(RecorderWindowTest, TimesOutliveACopyThatFails) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetPosition() > 500; }, c_nPatience));
     Press("next");
     const double dTurned = double(player.GetPosition());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return m_folder.Read(u"bin\\runs"_s) == "1\n"; }));
-    QTest::qWait(1500);
+    m_folder.Write(u"bin\\full"_s, {});
+    QTest::qWait(1000);
     EXPECT_TRUE(The<QWidget>("next").isVisible()) << "a failure behind it does not disturb";
     QString strAsked;
     WhenDialogOpens([&](QDialog& dialog) {
@@ -171,6 +172,19 @@ TEST_F(RecorderWindowTest, ALivePauseCostsNoTime) {
     EXPECT_GT(markers[2].nTime, markers[1].nTime + 500);
     EXPECT_LT(markers[2].nTime, 6000) << "the pause is no part of the film";
     EXPECT_FALSE(m_folder.Exists(u"课 一/recorded2.part"_s));
+}
+
+TEST_F(RecorderWindowTest, AMicrophoneThatDoesNotOpenIsNamed) {
+    qputenv("PULSE_SERVER", "unix:/nonexistent");
+    CFilmRun film;
+    std::optional<bool> well;
+    film.OnEnd = [&](bool bWell) { well = bWell; };
+    const SFilmSource microphone{SFilmSource::EKind::Microphone, {}, {}};
+    film.Start(EncoderArguments(microphone, true, m_folder.Native(u"a.asf"_s)));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return well.has_value(); }, c_nPatience));
+    qunsetenv("PULSE_SERVER");
+    EXPECT_EQ(well, false);
+    EXPECT_TRUE(film.FailureText(microphone.Kind).contains(u"麦克风"_s));
 }
 
 // What a recorder that was ended by force has left is no lecture yet, and nobody can give it once more.

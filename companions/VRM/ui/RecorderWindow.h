@@ -90,6 +90,8 @@ private:
     /// Whether the person presses the first button. Enter, Escape and closing press the one that loses
     /// nothing, which is the second if not told otherwise.
     bool Asks(const QString& strText, const QString& strYes, const QString& strNo, bool bYesIsSafe = false);
+    /// Hours, minutes and seconds.
+    static QString ClockText(qint64 nMilliseconds);
     bool IsLive() const { return m_source.Kind != SFilmSource::EKind::File; }
     /// Of all parts that are recorded whole, milliseconds.
     qint64 WholeParts() const;

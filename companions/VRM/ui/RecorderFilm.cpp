@@ -1,0 +1,176 @@
+// The film of a lecture, from its beginning to its end: parts, pauses, and what goes wrong meanwhile.
+#include "companions/VRM/Lecture.h"
+#include "companions/VRM/Texts.h"
+#include "companions/VRM/ui/RecorderWindow.h"
+#include "companions/VRM/ui/SlidePicture.h"
+#include "platform/base/NativePath.h"
+#include "platform/ui/MediaPlayer.h"
+#include "video/Recording.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QSignalBlocker>
+
+#include <numeric>
+
+using EKind = SFilmSource::EKind;
+
+namespace {
+
+constexpr QSize c_recordSize(980, 620);
+/// A microphone that works hears a little even in a quiet room. Decibels.
+constexpr double c_dSilence = -66;
+
+} // namespace
+
+void CRecorderWindow::StartFilm() {
+    m_times.emplace(m_slides.Titles);
+    m_bFilmDone = m_bFinished = m_bPaused = m_bConvertAgain = false;
+    m_lengths.clear();
+    m_nBehind = -1;
+    m_nFilm = 0;
+    {
+        const QSignalBlocker filling(m_pOutline);
+        m_pOutline->clear();
+        m_pOutline->addItems(m_slides.Titles);
+    }
+    m_nSlide = -1;
+    SetStage(EStage::Recording);
+    // No smaller than the person has made it.
+    resize(size().expandedTo(c_recordSize).boundedTo(screen()->availableSize()));
+    Turn(0);
+    m_dRatio = m_pSlide->GetRatio();
+    const bool bHears = IsLive() && (m_source.Kind == EKind::Microphone || m_pSound->isChecked());
+    m_pPlayer->setVisible(!IsLive());
+    m_pLive->clear();
+    m_pLive->setVisible(IsLive() && m_source.Kind != EKind::Microphone);
+    m_pLevel->setVisible(bHears);
+    m_pSilent->hide();
+    if (!IsLive())
+        m_pPlayer->Load(Platform::FromNative(QFileInfo(m_source.strPlace).absoluteFilePath()));
+    StartEncoder();
+    ShowTime();
+}
+
+void CRecorderWindow::StartEncoder() {
+    m_bFilmDone = m_bPaused = false;
+    m_nBehind = -1;
+    m_nFilm = 0;
+    m_clock.start();
+    m_heard.start();
+    const QString strPart = WorkingFilmPath(m_request.strFolder, m_lengths.size());
+    m_film.Start(EncoderArguments(m_source, m_pSound->isChecked(), Platform::ToNativeExact(strPart)));
+    ShowPause();
+}
+
+qint64 CRecorderWindow::WholeParts() const {
+    return std::accumulate(m_lengths.begin(), m_lengths.end(), qint64{0});
+}
+
+qint64 CRecorderWindow::FilmNow() const {
+    if (!IsLive())
+        return m_pPlayer->GetPosition();
+    return WholeParts() + (m_nBehind < 0 ? 0 : qMax<qint64>(m_clock.elapsed() - m_nBehind, 0));
+}
+
+/// The encoder tells a little late how far the film is: the least delay is the nearest to the truth.
+void CRecorderWindow::OnFilm(qint64 nFilm) {
+    m_nFilm = nFilm;
+    const qint64 nBehind = qMax<qint64>(m_clock.elapsed() - nFilm, 0);
+    if (nFilm > 0)
+        m_nBehind = m_nBehind < 0 ? nBehind : qMin(m_nBehind, nBehind);
+}
+
+void CRecorderWindow::OnLevel(double dLevel) {
+    if (dLevel > c_dSilence)
+        m_heard.restart();
+    m_pLevel->setValue(qBound(0, c_nLevels + static_cast<int>(dLevel), c_nLevels));
+}
+
+void CRecorderWindow::OnFilmEnd(bool bWell) {
+    m_bFilmDone = true;
+    if (IsLive())
+        return OnLiveEnd(bWell);
+    if (!bWell)
+        return OnConversionFailed();
+    if (m_bFinished)
+        Write();
+}
+
+void CRecorderWindow::OnLiveEnd(bool bWell) {
+    const bool bTold = m_bFinished || m_bPaused;
+    m_nBehind = -1;
+    m_pLevel->setValue(0);
+    m_pLive->clear();
+    if (m_nFilm > 0)
+        m_lengths.append(std::exchange(m_nFilm, 0));
+    else
+        QFile::remove(Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder, m_lengths.size())));
+    if (m_lengths.isEmpty())
+        return Fail(m_film.FailureText(m_source.Kind));
+    if (m_bFinished)
+        return Write();
+    m_bPaused = true;
+    ShowPause();
+    // What there is of a film that broke off is a film, and the lecture may go on.
+    if (!bTold || !bWell)
+        Tell(QMessageBox::Warning,
+             RecorderText::c_strBrokenOff.arg(m_film.FailureText(m_source.Kind), ClockText(WholeParts())));
+}
+
+void CRecorderWindow::OnConversionFailed() {
+    if (!HasTurned() && !m_bFinished)
+        return Fail(m_film.FailureText(m_source.Kind));
+    // The person is at it with the slides; those times hold, whatever became of the copy.
+    m_bConvertAgain = true;
+    if (!m_bFinished)
+        return;
+    const QString strWhy = m_film.FailureText(m_source.Kind);
+    if (Asks(RecorderText::c_strAskConvertAgain.arg(strWhy), RecorderText::c_strAgain,
+             RecorderText::c_strGiveUp, true))
+        ConvertAgain();
+    else
+        Reset();
+}
+
+void CRecorderWindow::ConvertAgain() {
+    m_bConvertAgain = false;
+    SetStage(EStage::Writing);
+    StartEncoder();
+}
+
+void CRecorderWindow::OnPlayerFailed(const QString& strText) {
+    if (m_stage != EStage::Recording || m_bFinished)
+        return;
+    if (!HasTurned())
+        return Fail(strText);
+    Tell(QMessageBox::Warning, RecorderText::c_strFilmStops.arg(strText, ClockText(FilmNow())));
+    FinishFilm();
+}
+
+void CRecorderWindow::TogglePause() {
+    if (m_stage != EStage::Recording)
+        return;
+    if (!IsLive()) {
+        m_pPlayer->GetState() == EMediaState::Playing ? m_pPlayer->Pause() : m_pPlayer->Play();
+    } else if (m_bPaused) {
+        StartEncoder();
+    } else {
+        m_bPaused = true;
+        m_film.Finish();
+        ShowPause();
+    }
+}
+
+void CRecorderWindow::ShowPause() {
+    const bool bPaused = IsLive() ? m_bPaused : m_pPlayer->GetState() != EMediaState::Playing;
+    m_pPause->setText(bPaused ? RecorderText::c_strContinue : RecorderText::c_strPause);
+    // While a part of the film ends there is nothing to press, and none is too short to be one.
+    m_pPause->setEnabled(!IsLive() || (m_bPaused ? m_bFilmDone : m_nBehind >= 0));
+}
