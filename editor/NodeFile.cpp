@@ -94,9 +94,10 @@ QString KindOfFile(const QString& strExtension) {
                              : strName;
 }
 
-void Convert(const QString& strSource, const QString& strPage, IWalkFilter* pFilter) {
-    const EConversion eEnd =
-        Torvane::Office::SaveOfficeFileAsHtm(strSource, strPage, [pFilter] { return !pFilter->Cancelled(); });
+void Convert(const QString& strSource, const QString& strPage, const QString& strTitle,
+             IWalkFilter* pFilter) {
+    const EConversion eEnd = Torvane::Office::SaveOfficeFileAsHtm(
+        strSource, strPage, [pFilter] { return !pFilter->Cancelled(); }, strTitle);
     QString strFailure = EditorTexts::c_strNotConverted;
     switch (eEnd) {
     case EConversion::Done:
@@ -184,7 +185,9 @@ bool ConvertToHtml(CBookNode& node, IPeople& people, const std::function<bool()>
     params.ExternalFile = page.GetPath();
     params.OpenType = node.GetOpenType();
     params.Comment = store.GetComment(node.GetId());
-    const auto work = [&](IWalkFilter* pFilter) { Convert(strSource, page.GetPath(), pFilter); };
+    // The course keeps the file under a name of its own, which says nothing.
+    const QString strTitle = Torvane::File::FileTitle(store.GetFileName(node.GetId()));
+    const auto work = [&](IWalkFilter* pFilter) { Convert(strSource, page.GetPath(), strTitle, pFilter); };
     if (!CFileTask(people, EditorTexts::c_strSavingAsHtml, work).Run() || !isThere())
         return false;
     CStepPeople stepPeople(people, EditorTexts::c_strNotCreated);

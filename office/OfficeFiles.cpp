@@ -138,7 +138,8 @@ bool IsConverterInstalled(const QString& strName) {
            (eKind != EKind::Presentation || !PdfProgram().isEmpty());
 }
 
-EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget, const MayGoOn& mayGoOn) {
+EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget, const MayGoOn& mayGoOn,
+                                const QString& strTitle) {
     const EKind eKind = KindOf(strSource);
     Platform::CFileState state;
     if (Platform::GetFileState(Platform::NativeBytes(strSource), state) != 0 || !state.bPlainFile ||
@@ -157,7 +158,8 @@ EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarg
     const QString strStem = File::FileTitle(strTarget);
     EConversion eEnd = CopySource(strSource, converter, strCopy);
     if (eEnd == EConversion::Done)
-        eEnd = MakePages(converter, eKind, strCopy, strStem, File::FileTitle(strSource));
+        eEnd = MakePages(converter, eKind, strCopy, strStem,
+                         strTitle.isEmpty() ? File::FileTitle(strSource) : strTitle);
     if (eEnd == EConversion::Failed && converter.IsOutOfSpace())
         return EConversion::NoSpace;
     if (eEnd != EConversion::Done)

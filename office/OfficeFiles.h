@@ -30,9 +30,10 @@ enum class EConversion { Done, Failed, TimedOut, Cancelled, NoConverter, NoSpace
 /// Saves an Office file as the web page strTarget, "…\a.htm". Pictures, and the slides of a presentation,
 /// come into the folder "…\a.files" beside it. What stood there under these names is replaced once all is
 /// made: an answer but Done leaves it as it is, and nothing new, unless the writing itself failed or was
-/// given up, after which neither stands there. The source is only read.
+/// given up, after which neither stands there. The source is only read. strTitle is what the person calls
+/// it, which the page has for its title; empty for its own name.
 EConversion SaveOfficeFileAsHtm(const QString& strSource, const QString& strTarget,
-                                const MayGoOn& mayGoOn = {});
+                                const MayGoOn& mayGoOn = {}, const QString& strTitle = {});
 
 /// Saves it under a free name in the folder. strResultName is what shows it, relative to the folder: the
 /// page, or for a presentation "….files\torvaneframe.htm" where that could be made.

@@ -93,7 +93,8 @@ TEST_F(NodeFileTest, ADocumentBecomesAPageAsAWholeOrNotAtAll) {
     EXPECT_EQ(Temporaries(), QStringList());
     EXPECT_EQ(pNode->GetType(), NodeType::c_nExternalFile);
     EXPECT_TRUE(pNode->GetStoredPath().endsWith(u".htm"_s));
-    EXPECT_TRUE(FileOf(*pNode, Torvane::File::BareName(pNode->GetStoredPath())).contains("<html"));
+    const QByteArray html = FileOf(*pNode, Torvane::File::BareName(pNode->GetStoredPath()));
+    EXPECT_TRUE(html.contains(u"<title>原名</title>"_s.toUtf8())) << "as the teacher calls it";
     EXPECT_EQ(pNode->GetOpenType(), 1);
     EXPECT_EQ(m_world.Store().GetComment(pNode->GetId()), u"第一版\n<b>"_s);
 
