@@ -132,6 +132,17 @@ QString ShownPlace(const QString& strPlace) {
     return c_strFile + Platform::ToNativeExact(PathOf(strPlace)) + strPlace.mid(EndOfFile(strPlace));
 }
 
+QString TypedPlace(const QString& strShown) {
+    if (strShown.startsWith(u'/'))
+        return Platform::FromNative(strShown);
+    const QString strPath = strShown.mid(c_strFile.size());
+    // "file:///Z:/…" is an address already.
+    if (!strShown.startsWith(c_strFile) || !strPath.startsWith(u'/') || strPath.indexOf(u':') == 2)
+        return strShown;
+    const qsizetype nEnd = EndOfFile(strPath);
+    return PathToDocumentUrl(Platform::FromNative(strPath.left(nEnd))) + strPath.mid(nEnd);
+}
+
 std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeResourceFolder) {
     if (strPlace.isEmpty() || strPlace == c_strBlank)
         return std::nullopt;

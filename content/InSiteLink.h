@@ -51,6 +51,10 @@ QString PathOf(const QString& strPlace);
 /// A place as a person reads it, with the native path.
 QString ShownPlace(const QString& strPlace);
 
+/// The place that a person means with a text of that form; any other text comes back. What ends a file's name
+/// in an address ends it here, too.
+QString TypedPlace(const QString& strShown);
+
 /// The link to a place; none where there is nothing that could be linked to inside the course, whose folder
 /// of nodes is given. A slide is linked to through the page that a compiled site has for it.
 std::optional<QString> LinkTo(const QString& strPlace, const QString& strNodeResourceFolder);

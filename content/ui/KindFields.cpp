@@ -1,5 +1,6 @@
 #include "content/ui/KindFields.h"
 
+#include "content/InSiteLink.h"
 #include "content/Texts.h"
 #include "content/ui/EntryFields.h"
 #include "foundation/Paths.h"
@@ -220,19 +221,27 @@ public:
         SetField(EField::InSiteLink, m_pLink);
         AddWords(c_strInSiteLinkField, m_pLink);
         QPushButton* pSet = NewButton("setLink", c_strSetLink, [this] {
-            if (const std::optional<QString> link = m_askLink(window(), TextOf(*m_pLink).trimmed())) {
-                m_pLink->setText(*link);
+            if (const std::optional<QString> link = m_askLink(window(), Link())) {
+                m_strChosen = *link;
+                m_pLink->setText(InSiteLink::ShownPlace(m_strChosen));
                 m_pLink->setFocus();
             }
         });
         AddRow({}, m_pLink, pSet);
         SetFirst(pSet);
     }
-    void Read(CNodeFileParams& params) const override { params.SiteLinkUrl = TextOf(*m_pLink).trimmed(); }
+    void Read(CNodeFileParams& params) const override { params.SiteLinkUrl = Link(); }
 
 private:
+    QString Link() const {
+        const QString strText = TextOf(*m_pLink).trimmed();
+        return strText == InSiteLink::ShownPlace(m_strChosen) ? m_strChosen : InSiteLink::TypedPlace(strText);
+    }
+
     AskLink m_askLink;
     QLineEdit* m_pLink;
+    /// A link that shows tells less: a name may hold what ends one.
+    QString m_strChosen;
 };
 
 } // namespace

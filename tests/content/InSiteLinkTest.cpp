@@ -102,6 +102,7 @@ TEST_F(InSiteLinkTest, APlaceBecomesALinkAndItsStoredForms) {
         {u"file://"_s + Nodes() + u"N13\\Content.htm#A"_s, u"n13\\content.htm#a"_s,
          u"../n13/content.htm#a"_s},
         {Nodes() + u"N13\\Clip.AVI"_s, u"n13\\clip.avi"_s, u"../n13/clip.avi"_s},
+        {u"file://"_s + Nodes() + u"N13\\60%25.htm#1%"_s, u"n13\\60%.htm#1%"_s, u"../n13/60%.htm#1%"_s},
         {u"http://Host/A#B"_s, u"http://Host/A#B"_s, u"http://Host/A#B"_s},
         {u"http://h/?u=file:///A"_s, u"http://h/?u=file:///A"_s, u"http://h/?u=file:///A"_s},
     };
@@ -109,6 +110,7 @@ TEST_F(InSiteLinkTest, APlaceBecomesALinkAndItsStoredForms) {
         const auto link = InSiteLink::LinkTo(c.strPlace, Nodes());
         ASSERT_TRUE(link.has_value()) << c.strPlace.toStdString();
         EXPECT_EQ(InSiteLink::StoredPath(*link, Nodes()), c.strStored);
+        EXPECT_EQ(InSiteLink::TypedPlace(InSiteLink::ShownPlace(*link)), *link);
         EXPECT_EQ(InSiteLink::PageReference(*link, Nodes()), c.strInPage);
     }
     for (const QString& strPlace : {u""_s, u"about:blank"_s, u"file://Z:\\else\\where.htm#a"_s})
