@@ -95,7 +95,7 @@ CSurfacePage::CSurfacePage(QWebEngineProfile* pProfile, CRequestGuard& guard, QO
     s.setUnknownUrlSchemePolicy(S::AllowUnknownUrlSchemesFromUserInteraction);
     connect(this, &QWebEnginePage::loadStarted, this, [this] {
         ++m_nLoads;
-        m_cards.clear();
+        m_named.clear();
     });
     RefuseWishes();
     ReportFrames();
@@ -198,7 +198,7 @@ void CSurfacePage::SetMediaReplaced(bool bReplaced) {
     script.setRunsOnSubFrames(true);
     script.setSourceCode(
         QString::fromUtf8(file.readAll()) +
-        QStringLiteral("(%1, '%2', '%3');").arg(MediaKinds::AsJson(), MediaToken(), CardToken()));
+        QStringLiteral("(%1, '%2', '%3');").arg(MediaKinds::AsJson(), MediaToken(), NamedToken()));
     scripts().insert(script);
 }
 
@@ -275,19 +275,19 @@ void CSurfacePage::TellOfDownload(const QUrl& url) {
     if (!bMayLead || bTold || !m_guard.Rules().MayOpen(url))
         return;
     if (url.isLocalFile() && MediaKinds::HasCard(url.path()))
-        TellUnlessCard(url, TakeClick(), c_nCardTries);
+        TellUnlessNamed(url, TakeClick(), c_nCardTries);
     else
         Q_EMIT WantsNewWindow(url, TakeClick());
 }
 
 /// A card stands for the file of a frame that names it, as soon as the page around it has been read. Where a
 /// script has sent the frame there, none does.
-void CSurfacePage::TellUnlessCard(const QUrl& url, bool bByClick, int nTries) {
+void CSurfacePage::TellUnlessNamed(const QUrl& url, bool bByClick, int nTries) {
     QTimer::singleShot(c_nCardMilliseconds, this, [=, this, nLoad = m_nLoads] {
-        if (nLoad != m_nLoads || m_cards.contains(SurfaceUrls::FindOnDisk(url)))
+        if (nLoad != m_nLoads || m_named.contains(SurfaceUrls::FindOnDisk(url)))
             return;
         if (isLoading() && nTries > 0)
-            TellUnlessCard(url, bByClick, nTries - 1);
+            TellUnlessNamed(url, bByClick, nTries - 1);
         else
             Q_EMIT WantsNewWindow(url, bByClick);
     });
@@ -353,8 +353,8 @@ void CSurfacePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const
         Q_EMIT WantsPaste(IWebEngine::EPaste::Text);
     else if (strText == m_strToken + QStringLiteral("-paste-selection"))
         Q_EMIT WantsPaste(IWebEngine::EPaste::Selection);
-    else if (strText.startsWith(CardToken()))
-        m_cards.insert(SurfaceUrls::FindOnDisk(QUrl(strText.mid(CardToken().size()))));
+    else if (strText.startsWith(NamedToken()))
+        m_named.insert(SurfaceUrls::FindOnDisk(QUrl(strText.mid(NamedToken().size()))));
     else if (strText.startsWith(MediaToken()))
         TellMedium(QUrl(strText.mid(MediaToken().size())));
 }

@@ -88,16 +88,16 @@ private:
     QString BeginningToken() const { return m_strToken + QStringLiteral("-begun"); }
     /// Before the URL of a medium that the person clicked on.
     QString MediaToken() const { return m_strToken + QStringLiteral("-media "); }
-    /// Before the URL of a file that a frame names, and that has a card.
-    QString CardToken() const { return m_strToken + QStringLiteral("-card "); }
+    /// Before the URL of a file that a frame names: the engine shows it there, or a card stands for it.
+    QString NamedToken() const { return m_strToken + QStringLiteral("-named "); }
     void TellMedium(const QUrl& url);
-    void TellUnlessCard(const QUrl& url, bool bByClick, int nTries);
+    void TellUnlessNamed(const QUrl& url, bool bByClick, int nTries);
     void OnNewWindow(const QWebEngineNewWindowRequest& request);
 
     CRequestGuard& m_guard;
     QString m_strToken;
-    /// The files of frames that have cards in the page, by their native paths.
-    QSet<QString> m_cards;
+    /// The files that frames of the page name, by their native paths.
+    QSet<QString> m_named;
     int m_nLoads = 0;
     QElapsedTimer m_expected;
     QElapsedTimer m_clicked;

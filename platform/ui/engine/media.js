@@ -1,7 +1,7 @@
 // Puts a card in place of each medium that the engine can't play, and of each frame with a file that it doesn't show:
 // with its name and kind, in its size, and a click on it asks the program to open the file. Runs in a world of its own in
 // every frame of a page that is looked at, never in one that is edited. "kinds" is MediaKinds::AsJson; the program is told
-// of a click behind "token", and of the file of a frame that has a card behind "told".
+// of a click behind "token", and of a file that a frame names behind "told".
 (function (kinds, token, told) {
   'use strict';
   const TEXTS = kinds.texts;
@@ -247,8 +247,6 @@
     if (done.has(element) || !element.isConnected)
       return;
     done.add(element);
-    if (element.matches(FRAMES))
-      console.debug(told + url);
     if (isUnseen(element)) {
       if (!url)
         return;
@@ -356,6 +354,8 @@
       return;
     }
     if (element.matches(FRAMES)) {
+      if (kind)
+        console.debug(told + url);
       if (kind && kind.mayPlay)
         watchFrame(element, url, kind.name);
       else if (kind)
