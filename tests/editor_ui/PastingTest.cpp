@@ -364,6 +364,16 @@ TEST_F(PastingTest, WhatIsTooMuchComesAsPlainTextOrIsSaidToBeTooMuch) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.People.Boxes.size() == 2; }));
     ExpectHtml(u"<p>onetwo</p>"_s);
     EXPECT_TRUE(m_view.LeaveNode(true));
+    // Nor does a large page of lines without a paragraph take seconds.
+    Open(QByteArray("a<br>\n").repeated(3000));
+    Offer(Offered(u"<p>1</p><p>2</p>"_s, u"t"_s));
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Html().startsWith(u"<p>1</p><p>2</p>"_s); }, c_nPatience));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Html().startsWith(u"<p>1</p><p>2z</p>a<br>"_s); }, c_nPatience));
+    while (Html().startsWith(u"<p>"_s))
+        ASSERT_TRUE(m_view.RunCommand(32821));
+    EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
 TEST_F(PastingTest, TheMiddleButtonPastesWhatIsMarkedElsewhereAsText) {

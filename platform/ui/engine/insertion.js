@@ -8,6 +8,7 @@
   const BLOCKS = PARAGRAPHS + ', table, ul, ol, dl, div, center, blockquote, pre, hr, form, fieldset, address';
   const MARK = 'data-vorel-mark';
   const MOST_TO_JOIN = 500;
+  const MOST_AROUND = 2000;
   const LONGEST_TO_JOIN = 100000;
 
   // Empties the selection: the place where something may come in. Not between the parts of a table or a list.
@@ -78,23 +79,34 @@
     return true;
   }
 
+  // What is typed behind it goes on in its last paragraph.
+  function insertAsItStands(html) {
+    const done = insert(html, {});
+    const {anchorNode, anchorOffset} = window.getSelection();
+    const last = done && anchorNode.nodeType === Node.ELEMENT_NODE ? anchorNode.childNodes[anchorOffset - 1] : null;
+    if (last && last.nodeType === Node.ELEMENT_NODE && last.matches(PARAGRAPHS))
+      setCaret((caret) => caret.setStart(last, last.childNodes.length));
+    return done;
+  }
+
   // Here the engine joins what begins and ends the fragment with the paragraphs around it, and what it keeps gets
-  // its attributes back. Its work grows with the square of the paragraphs, so that many go in as they are; and for
-  // a fragment without any it would part the paragraph that takes it.
+  // its attributes back. Its work grows with the square of the paragraphs, so that many go in as they are, and so do
+  // few among very many lines that stand in no paragraph, where it takes seconds; and for a fragment without any it
+  // would part the paragraph that takes it.
   function paste(html, names) {
     if (isFrameset(body()))
       return false;
     const fragment = inert(html);
     rename(fragment, names);
+    const {anchorNode} = selection();
     if (!fragment.querySelector(BLOCKS) || html.length > LONGEST_TO_JOIN ||
-        fragment.querySelectorAll('*').length > MOST_TO_JOIN)
-      return insert(fragment.innerHTML, {});
+        fragment.querySelectorAll('*').length > MOST_TO_JOIN || elementOf(anchorNode).childNodes.length > MOST_AROUND)
+      return insertAsItStands(fragment.innerHTML);
     const wanted = Array.from(fragment.querySelectorAll('*'), (element, index) => {
       const attributes = Array.from(element.attributes, (a) => a.cloneNode());
       element.setAttribute(MARK, String(index));
       return attributes;
     });
-    selection();
     if (isLargeAndChosen())
       emptyPage();
     const done = document.execCommand('insertHTML', false, fragment.innerHTML);
