@@ -54,30 +54,23 @@ QString CApplicationSite::PageName(int nPage) {
     return u"contents%1.html"_s.arg(nPage + 1);
 }
 
-QStringList CApplicationSite::SourcesOf(int nPage) const {
-    QStringList sources;
-    const int nEnd = qMin((nPage + 1) * c_nRowsOnPage, int(m_model.Nodes().size()));
-    for (int i = nPage * c_nRowsOnPage; i < nEnd; ++i)
-        sources.append(m_plan.Of(i).Source);
-    return sources;
+CCompileInput::Sources CApplicationSite::SourcesOf(int nPage) const {
+    return {{}, nPage * c_nRowsOnPage, qMin((nPage + 1) * c_nRowsOnPage, int(m_model.Nodes().size()))};
 }
 
 void CApplicationSite::Run() {
     QStringList names = {c_strStart, c_strSheet};
-    QStringList all;
-    for (int i = 0; i < PageCount(); ++i) {
+    for (int i = 0; i < PageCount(); ++i)
         names.append(PageName(i));
-        all += SourcesOf(i);
-    }
     m_output.Announce(names);
     m_progress.nTotal += int(names.size());
     m_output.Write(c_strSheet, FrameParts::Content(c_strSheet));
-    Write(c_strStart, all, [this] { return StartPage(); });
+    Write(c_strStart, {{}, 0, int(m_model.Nodes().size())}, [this] { return StartPage(); });
     for (int i = 0; i < PageCount(); ++i)
         Write(PageName(i), SourcesOf(i), [this, i] { return ContentsPage(i); });
 }
 
-void CApplicationSite::Write(const QString& strName, const QStringList& sources,
+void CApplicationSite::Write(const QString& strName, const CCompileInput::Sources& sources,
                              const std::function<QByteArray()>& make) {
     StopIfCancelled(m_progress);
     OutputRecord record;

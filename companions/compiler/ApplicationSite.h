@@ -25,8 +25,9 @@ public:
 private:
     int PageCount() const;
     static QString PageName(int nPage);
-    QStringList SourcesOf(int nPage) const;
-    void Write(const QString& strName, const QStringList& sources, const std::function<QByteArray()>& make);
+    CCompileInput::Sources SourcesOf(int nPage) const;
+    void Write(const QString& strName, const CCompileInput::Sources& sources,
+               const std::function<QByteArray()>& make);
     QByteArray Frame(const QString& strTitle, const QByteArray& main) const;
     QByteArray StartPage() const;
     QByteArray FigureTable() const;

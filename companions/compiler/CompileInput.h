@@ -7,6 +7,7 @@
 
 #include <future>
 #include <memory>
+#include <vector>
 
 /// All that a course is compiled from, read once, and what tells whether it is still the same in the next
 /// run.
@@ -26,13 +27,23 @@ public:
     const CSourceTree& Tree() const { return *m_pTree; }
     const CSitePlan& Plan() const { return *m_pPlan; }
 
-    /// A sum over what any page may show: the tree of nodes, the names of all files, the form, and this
-    /// program itself; and over the states of some source files, whose content is read for one page alone. No
-    /// sum comes twice for a file that changed just before this run.
-    quint64 Sum(const QStringList& sources = {}) const;
+    /// What a file of the site is made of, beside what any page may show: files of the course, and those that
+    /// some nodes in a row show.
+    struct Sources {
+        QStringList Files = {};
+        int FirstNode = 0;
+        int EndNode = 0;
+    };
+    /// A sum over what any page may show (the tree of nodes, the names of all files, the form, and this
+    /// program itself) and over the states of sources, and of more files. No sum comes twice for a file that
+    /// changed just before this run.
+    quint64 Sum(const Sources& sources = {}, const QStringList& more = {}) const;
 
 private:
-    quint64 SumOfStructure(ESiteForm form) const;
+    void SumUp(ESiteForm form);
+    quint64 SumOfNode(int nNode) const;
+    QStringList FilesOf(int nNode) const;
+    quint64 SumOfFiles(const QStringList& files) const;
 
     /// In nanoseconds since 1970.
     const qint64 m_nBegin;
@@ -41,4 +52,6 @@ private:
     std::unique_ptr<CSourceTree> m_pTree;
     std::unique_ptr<CSitePlan> m_pPlan;
     quint64 m_nStructure = 0;
+    /// Of the files that each node shows.
+    std::vector<quint64> m_fileSums;
 };

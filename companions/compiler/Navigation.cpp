@@ -32,31 +32,48 @@ QList<int> PathTo(const QList<SiteNode>& nodes, int nNode, qsizetype nMost) {
 
 } // namespace
 
-CNavigation::CNavigation(const CSitePlan& plan) : m_plan(plan), m_nodes(plan.Model().Nodes()) {
-    const QByteArray newWindow = FrameParts::HiddenHint(CompilerText::c_strNewWindow).toUtf8();
-    m_links.resize(m_nodes.size());
-    for (int i = 0; i < m_nodes.size(); ++i) {
-        const NodePlan& node = plan.Of(i);
-        Link& link = m_links[i];
-        link.Title = Escaped(m_nodes[i].Row.Title);
-        link.IsOutside = node.TargetIsAddress;
-        // A node with a page of its own keeps the fragment for what that page embeds.
-        const QString strFragment = node.PagePath.isEmpty() ? node.Fragment : QString();
-        link.Address =
-            Escaped(node.TargetIsAddress ? node.Target : RelativeAddress({}, node.Target) + strFragment);
-        link.Text = link.Title;
-        if (node.OpenType != 0) {
-            link.Attributes =
-                " target=\"_blank\" rel=\"noopener\" data-open=\"" + QByteArray::number(node.OpenType) + '"';
-            link.Text += newWindow;
-        }
-        for (int nPlace = 0; nPlace < m_nodes[i].Children.size(); ++nPlace)
-            m_links[m_nodes[i].Children[nPlace]].Place = nPlace;
+CNavigation::CNavigation(const CSitePlan& plan)
+    : m_plan(plan), m_nodes(plan.Model().Nodes()),
+      m_blocks(new Block[std::size_t(m_nodes.size() / c_nNodesInBlock + 1)]) {
+    m_places.resize(m_nodes.size());
+    for (const SiteNode& node : m_nodes) {
+        for (int nPlace = 0; nPlace < node.Children.size(); ++nPlace)
+            m_places[node.Children[nPlace]] = nPlace;
     }
 }
 
+CNavigation::Link CNavigation::MakeLink(int nNode) const {
+    static const QByteArray newWindow = FrameParts::HiddenHint(CompilerText::c_strNewWindow).toUtf8();
+    const NodePlan& node = m_plan.Of(nNode);
+    Link link;
+    link.Title = Escaped(m_nodes[nNode].Row.Title);
+    link.IsOutside = node.TargetIsAddress;
+    // A node with a page of its own keeps the fragment for what that page embeds.
+    const QString strFragment = node.PagePath.isEmpty() ? node.Fragment : QString();
+    link.Address =
+        Escaped(node.TargetIsAddress ? node.Target : RelativeAddress({}, node.Target) + strFragment);
+    link.Text = link.Title;
+    if (node.OpenType != 0) {
+        link.Attributes =
+            " target=\"_blank\" rel=\"noopener\" data-open=\"" + QByteArray::number(node.OpenType) + '"';
+        link.Text += newWindow;
+    }
+    return link;
+}
+
+/// A page shows some dozens of nodes: where few pages are written, few links are made.
+const CNavigation::Link& CNavigation::LinkOf(int nNode) const {
+    const int nFirst = nNode / c_nNodesInBlock * c_nNodesInBlock;
+    Block& block = m_blocks[std::size_t(nNode / c_nNodesInBlock)];
+    std::call_once(block.Once, [&] {
+        for (int i = nFirst; i < qMin(nFirst + c_nNodesInBlock, int(m_nodes.size())); ++i)
+            block.Links.append(MakeLink(i));
+    });
+    return block.Links[nNode - nFirst];
+}
+
 void CNavigation::AppendLink(QByteArray& out, int nNode, const QByteArray& up, const QByteArray& more) const {
-    const Link& link = m_links[nNode];
+    const Link& link = LinkOf(nNode);
     out += "<a href=\"";
     if (!link.IsOutside)
         out += up;
@@ -68,7 +85,7 @@ void CNavigation::AppendLink(QByteArray& out, int nNode, const QByteArray& up, c
 void CNavigation::AppendSwitch(QByteArray& out, int nNode, bool bOpen) const {
     static const QByteArray below = Escaped(CompilerText::c_strBelow) + "\"></summary>\n<ul>\n";
     out += bOpen ? "<details open><summary aria-label=\"" : "<details><summary aria-label=\"";
-    out += m_links[nNode].Title + below;
+    out += LinkOf(nNode).Title + below;
 }
 
 /// Writes the tree as nested lists, the branch of the current node open.
@@ -92,7 +109,7 @@ private:
     void WriteLink(int nNode) {
         static const QByteArray current = " aria-current=\"page\"";
         m_navigation.AppendLink(m_out, nNode, m_up, nNode == m_nCurrent ? current : QByteArray());
-        m_out += m_navigation.m_links[nNode].Text + "</a>";
+        m_out += m_navigation.LinkOf(nNode).Text + "</a>";
     }
 
     void WriteLeaf(int nNode) {
@@ -121,7 +138,7 @@ private:
         if (!m_bWhole) {
             const bool bOwnLevel = nLevel + 1 >= m_path.size();
             const qsizetype nAround = bOwnLevel ? c_nSiblingsAround : c_nSiblingsAbove;
-            const qsizetype nAt = nLevel < m_path.size() ? m_navigation.m_links[m_path[nLevel]].Place : 0;
+            const qsizetype nAt = nLevel < m_path.size() ? m_navigation.m_places[m_path[nLevel]] : 0;
             nFirst = qBound(qsizetype(0), nAt - nAround, qMax(nEnd - 2 * nAround - 1, qsizetype(0)));
             nEnd = qMin(nFirst + 2 * nAround + 1, nEnd);
         }
@@ -170,7 +187,7 @@ void CNavigation::AppendPath(QByteArray& out, int nNode, const QByteArray& up) c
     for (const int nAbove : PathTo(m_nodes, m_nodes[nNode].Parent, c_nLevelsAbove)) {
         out += "<li>";
         AppendLink(out, nAbove, up);
-        out += m_links[nAbove].Text + "</a></li>\n";
+        out += LinkOf(nAbove).Text + "</a></li>\n";
     }
     out += "</ol></nav>\n";
 }
@@ -197,11 +214,11 @@ void CNavigation::AppendNeighbours(QByteArray& out, int nNode, const QByteArray&
     out += begin;
     if (nBefore >= 0) {
         AppendLink(out, nBefore, up, " rel=\"prev\" class=\"prev\"");
-        out += before + m_links[nBefore].Text + "</a>\n";
+        out += before + LinkOf(nBefore).Text + "</a>\n";
     }
     if (nBehind < m_nodes.size()) {
         AppendLink(out, nBehind, up, " rel=\"next\" class=\"next\"");
-        out += behind + m_links[nBehind].Text + "</a>\n";
+        out += behind + LinkOf(nBehind).Text + "</a>\n";
     }
     out += "</nav>\n";
 }
@@ -235,7 +252,7 @@ private:
         const bool bNests = nNode > 0 && !node.Children.isEmpty() && m_open.size() < c_nMapLevels;
         m_out += "<li id=\"n" + QByteArray::number(node.Row.Id) + (bNests ? "\" class=\"branch\">" : "\">");
         m_navigation.AppendLink(m_out, nNode, {});
-        m_out += m_navigation.m_links[nNode].Text + "</a>";
+        m_out += m_navigation.LinkOf(nNode).Text + "</a>";
         if (!bNests) {
             m_out += "</li>\n";
             return;

@@ -5,6 +5,9 @@
 #include <QByteArray>
 #include <QList>
 
+#include <memory>
+#include <mutex>
+
 /// The ways from page to page: the tree beside each page, the path above it, its neighbours below it, and the
 /// site map. They stand on every page, so they are written straight as UTF-8 bytes, from what is known of
 /// each node once. All of it is plain HTML that works by keyboard and without scripts. May be used by several
@@ -39,9 +42,15 @@ private:
         /// For whoever can't see that a new window opens.
         QByteArray Text;
         bool IsOutside = false;
-        /// Among its siblings.
-        int Place = 0;
     };
+    /// Links that are made together when the first of them is asked for.
+    struct Block {
+        std::once_flag Once;
+        QList<Link> Links;
+    };
+    static constexpr int c_nNodesInBlock = 64;
+    Link MakeLink(int nNode) const;
+    const Link& LinkOf(int nNode) const;
     class CTreeWriter;
     class CMapWriter;
 
@@ -50,5 +59,7 @@ private:
 
     const CSitePlan& m_plan;
     const QList<SiteNode>& m_nodes;
-    QList<Link> m_links;
+    /// Of each node among its siblings.
+    QList<int> m_places;
+    std::unique_ptr<Block[]> m_blocks;
 };

@@ -21,6 +21,8 @@ const QString c_strTemporaryFolder = u".vorel-tmp"_s;
 const QString c_strLock = u".vorel-lock"_s;
 /// The names of far more files than a site has. Without its list all that is there counts as a person's own.
 constexpr qint64 c_nMaxList = qint64{256} << 20;
+/// How many lines too many the list even of a small site may have before it is written anew.
+constexpr qsizetype c_nSpareLines = 50;
 
 /// The path with every link resolved, also of a folder that is yet to be made.
 QString Canonical(const QString& strPath) {
@@ -112,13 +114,14 @@ void COutputFolder::ReadList(const QString& strOwner) {
     if (list->strOwner != strOwner)
         throw Torvane::CRunException(CompilerText::c_strOtherCourse.arg(m_strFolder));
     m_known = list->Files;
-    m_bListStands = true;
+    m_nLines = bytes.count('\n');
+    m_bListStands = bytes.endsWith('\n');
 }
 
 void COutputFolder::WriteList(bool bFinal) {
     QByteArray list = OutputList::Head(m_strOwner);
     for (auto it = m_known.constBegin(); it != m_known.constEnd(); ++it) {
-        if (!m_written.contains(it.key()) && (it->bKept || !bFinal))
+        if (!m_written.contains(it.key()) && (!bFinal || it->bKept))
             OutputList::Append(list, it.key(), *it);
     }
     for (auto it = m_written.constBegin(); it != m_written.constEnd(); ++it)
@@ -132,23 +135,34 @@ void COutputFolder::WriteList(bool bFinal) {
     if (const int nError = m_folder.WriteFile(temporary, list, written))
         Fail(c_strList, nError);
     MoveIn(temporary, c_strList);
+    m_nLines = list.count('\n');
     m_bListStands = true;
+}
+
+/// What changes in a large site is little, and later lines of the list count.
+void COutputFolder::AddToList(const QByteArray& lines, bool bFinal) {
+    const qsizetype nLines = m_nLines + lines.count('\n');
+    const qsizetype nFiles = m_known.size() + m_announced.size();
+    if (!m_bListStands || nLines > nFiles + nFiles / 4 + c_nSpareLines ||
+        m_folder.AppendToFile(QFile::encodeName(c_strList), lines) != 0)
+        return WriteList(bFinal);
+    m_nLines = nLines;
 }
 
 void COutputFolder::Announce(const QStringList& names) {
     // The list names the files before they exist: a compile that is killed halfway leaves nothing behind that
     // the next one would take for a person's own.
     const std::scoped_lock lock(m_mutex);
-    bool bNew = false;
+    QByteArray lines;
     for (const QString& strName : names) {
         if (m_known.contains(strName) || m_announced.contains(strName))
             continue;
         MakeRoom(strName);
         m_announced.insert(strName);
-        bNew = true;
+        OutputList::Append(lines, strName, {});
     }
-    if (bNew || !m_bListStands)
-        WriteList(false);
+    if (!lines.isEmpty() || !m_bListStands)
+        AddToList(lines, false);
 }
 
 void COutputFolder::MakeRoom(const QString& strName) {
@@ -226,8 +240,9 @@ bool COutputFolder::StandsAsWritten(const QString& strName, const OutputRecord& 
 void COutputFolder::Remember(const QString& strName, OutputRecord record) {
     const OutputRecord* pKnown = Known(strName);
     const std::scoped_lock lock(m_mutex);
-    m_bListStands = m_bListStands && pKnown && pKnown->nInput == record.nInput &&
-                    pKnown->nSize == record.nSize && pKnown->nModified == record.nModified;
+    if (!pKnown || pKnown->nInput != record.nInput || pKnown->nSize != record.nSize ||
+        pKnown->nModified != record.nModified)
+        OutputList::Append(m_unlisted, strName, record);
     m_written.insert(strName, std::move(record));
 }
 
@@ -358,6 +373,8 @@ void COutputFolder::Finish() {
     }
     for (const QString& strName : std::as_const(stale))
         RemoveStale(strName);
-    if (!m_bListStands || !stale.isEmpty() || !m_announced.isEmpty())
+    if (!stale.isEmpty())
         WriteList(true);
+    else if (!m_unlisted.isEmpty() || !m_bListStands)
+        AddToList(m_unlisted, true);
 }

@@ -78,6 +78,7 @@ private:
     QString Target(const QString& strName) const;
     void ReadList(const QString& strOwner);
     void WriteList(bool bFinal);
+    void AddToList(const QByteArray& lines, bool bFinal);
     void MakeRoom(const QString& strName);
     void EnsureFolder(const QString& strFolder);
     void SetAside(const QString& strName);
@@ -104,7 +105,10 @@ private:
     QHash<QString, OutputRecord> m_written;
     QSet<QString> m_folders;
     QStringList m_notes;
-    /// Whether the list on the disk says what there is to say.
+    /// Whether there is a whole list on the disk.
     bool m_bListStands = false;
+    qsizetype m_nLines = 0;
+    /// The lines of what was written, where they differ from those of the last run.
+    QByteArray m_unlisted;
     qsizetype m_nFiles = 0;
 };

@@ -92,7 +92,8 @@ bool OutputList::IsSafeName(const QString& strName) {
 }
 
 std::optional<OutputList::List> OutputList::Read(const QByteArray& bytes) {
-    QByteArrayView rest(bytes);
+    // What a killed run left of a line is none.
+    QByteArrayView rest = QByteArrayView(bytes).first(bytes.lastIndexOf('\n') + 1);
     QByteArrayView head = Take(rest, '\n');
     if (Take(head, '\t') != QByteArrayView(c_head))
         return std::nullopt;

@@ -17,7 +17,8 @@ struct List {
     QHash<QString, OutputRecord> Files;
 };
 
-/// Nothing for what is no such list. Lines that name no file below the folder are passed over.
+/// Nothing for what is no such list. Of several lines for a file the last counts. Lines that name no file
+/// below the folder are passed over.
 std::optional<List> Read(const QByteArray& bytes);
 /// The first line, behind which a line is appended for each file.
 QByteArray Head(const QString& strOwner);

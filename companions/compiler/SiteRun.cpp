@@ -157,17 +157,17 @@ void CSiteRun::Make(const Piece& piece, QStringList& notes) {
     }
 }
 
-bool CSiteRun::Keep(const QString& strName, const QStringList& sources, QStringList& notes) {
+bool CSiteRun::Keep(const QString& strName, const CCompileInput::Sources& sources, QStringList& notes) {
     const OutputRecord* pKnown = m_pOutput->Known(strName);
-    if (!pKnown || !m_pOutput->Keep(strName, m_input.Sum(sources + pKnown->Sources)))
+    if (!pKnown || !m_pOutput->Keep(strName, m_input.Sum(sources, pKnown->Sources)))
         return false;
     notes += pKnown->Notes;
     return true;
 }
 
-void CSiteRun::Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
+void CSiteRun::Write(const QString& strName, const QByteArray& bytes, const CCompileInput::Sources& sources,
                      OutputRecord record) {
-    record.nInput = m_input.Sum(sources + record.Sources);
+    record.nInput = m_input.Sum(sources, record.Sources);
     m_pOutput->Write(strName, bytes, std::move(record));
 }
 
@@ -186,20 +186,6 @@ QByteArray CSiteRun::StandingPage(const QString& strName) const {
     return Frame().StartPage({QString(), QString(), View().StartMain()});
 }
 
-QStringList CSiteRun::SourcesOf(int nNode) const {
-    const NodePlan& plan = m_plan.Of(nNode);
-    if (plan.Source.isEmpty())
-        return {};
-    return plan.View == ENodeView::Video ? m_tree.FilesBelow(plan.Source) : QStringList{plan.Source};
-}
-
-QStringList CSiteRun::SourcesFrom(int nFirst) const {
-    QStringList sources;
-    for (int i = nFirst; i < qMin(nFirst + SearchIndex::c_nNodesInPart, NodeCount()); ++i)
-        sources += SourcesOf(i);
-    return sources;
-}
-
 void CSiteRun::MakeNodes(int nFirst, QStringList& notes) {
     QList<std::optional<QString>> texts;
     for (int i = nFirst; i < qMin(nFirst + SearchIndex::c_nNodesInPart, NodeCount()); ++i) {
@@ -213,7 +199,7 @@ void CSiteRun::MakeNodes(int nFirst, QStringList& notes) {
 /// Answers the node's text for the search, where it comes along.
 std::optional<QString> CSiteRun::MakeNode(int nNode, QStringList& notes) {
     const NodePlan& plan = m_plan.Of(nNode);
-    const QStringList sources = SourcesOf(nNode);
+    const CCompileInput::Sources sources{{}, nNode, nNode + 1};
     if (Keep(plan.PagePath, sources, notes))
         return std::nullopt;
     const bool bPage = plan.View == ENodeView::Page;
@@ -238,7 +224,7 @@ std::optional<QString> CSiteRun::MakeNode(int nNode, QStringList& notes) {
 
 void CSiteRun::MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts) {
     const int nPart = nFirst / SearchIndex::c_nNodesInPart;
-    const QStringList sources = SourcesFrom(nFirst);
+    const CCompileInput::Sources sources{{}, nFirst, qMin(nFirst + SearchIndex::c_nNodesInPart, NodeCount())};
     QStringList none;
     if (Keep(SearchIndex::PartName(nPart), sources, none))
         return;
@@ -356,7 +342,7 @@ void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
     const bool bText = TextKind(piece.Source) || (m_form == ESiteForm::Html && IsPlainText(piece.Source));
     if (!bText)
         return Copy(piece.Source, piece.Name);
-    if (Keep(piece.Name, {piece.Source}, notes))
+    if (Keep(piece.Name, {{piece.Source}}, notes))
         return;
     const std::optional<QByteArray> bytes = ReadSourceText(m_tree.NativePath(piece.Source));
     if (!bytes) {
@@ -368,7 +354,7 @@ void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
     const QByteArray text = FileText(piece, *bytes, found);
     TakeSources(found, record);
     notes += record.Notes;
-    Write(piece.Name, text, {piece.Source}, std::move(record));
+    Write(piece.Name, text, {{piece.Source}}, std::move(record));
 }
 
 /// What a file refers to, and what of that has to come along with it: files that belong to no node.

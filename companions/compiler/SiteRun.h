@@ -66,11 +66,9 @@ private:
     bool IsOurName(const QString& strName) const;
     void MakeSearchPart(int nFirst, const QList<std::optional<QString>>& texts);
     void MakeSearchIndex();
-    QStringList SourcesOf(int nNode) const;
-    QStringList SourcesFrom(int nFirst) const;
     /// Keeps the file as it is, with what there was to say of it, when it was made of the same.
-    bool Keep(const QString& strName, const QStringList& sources, QStringList& notes);
-    void Write(const QString& strName, const QByteArray& bytes, const QStringList& sources,
+    bool Keep(const QString& strName, const CCompileInput::Sources& sources, QStringList& notes);
+    void Write(const QString& strName, const QByteArray& bytes, const CCompileInput::Sources& sources,
                OutputRecord record = {});
     void Copy(const QString& strSource, const QString& strName);
     int NodeCount() const { return int(m_input.Model().Nodes().size()); }

@@ -183,8 +183,8 @@ CSourceTree::State CSourceTree::StateOf(const QString& strFile) const {
     return found != m_files.constEnd() && found->strName == strFile ? found->state : m_twins.value(strFile);
 }
 
-const CSourceTree::Group* CSourceTree::GroupOf(QStringView strTop) const {
-    const auto found = m_folders.constFind({strTop.toString()});
+const CSourceTree::Group* CSourceTree::GroupOf(const QString& strTop) const {
+    const auto found = m_folders.constFind({strTop});
     if (found == m_folders.constEnd())
         return nullptr;
     if (found->strName == strTop)
@@ -196,13 +196,14 @@ const CSourceTree::Group* CSourceTree::GroupOf(QStringView strTop) const {
 }
 
 QStringList CSourceTree::FilesBelow(const QString& strFolder) const {
-    const Group* pGroup = GroupOf(QStringView(strFolder).left(strFolder.indexOf(u'/')));
+    const qsizetype nTop = strFolder.indexOf(u'/');
+    const Group* pGroup = GroupOf(nTop < 0 ? strFolder : strFolder.left(nTop));
     if (!pGroup)
         return {};
-    const QString strPrefix = strFolder + u'/';
+    const QString strPrefix = nTop < 0 ? QString() : strFolder + u'/';
     QStringList list;
     for (const Entry& entry : pGroup->Entries) {
-        if (!entry.bFolder && entry.strName.startsWith(strPrefix))
+        if (!entry.bFolder && (nTop < 0 || entry.strName.startsWith(strPrefix)))
             list.append(entry.strName);
     }
     return list;

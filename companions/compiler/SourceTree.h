@@ -88,7 +88,7 @@ private:
     class CWalk;
     void Add(const Entry& entry, std::size_t nGroup);
     QString FreeName(const QString& strName) const;
-    const Group* GroupOf(QStringView strTop) const;
+    const Group* GroupOf(const QString& strTop) const;
 
     QString m_strFolder;
     std::vector<Group> m_groups;

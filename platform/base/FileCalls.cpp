@@ -320,6 +320,15 @@ int CFolder::WriteFile(const QByteArray& name, const QByteArray& bytes, CFileSta
     return nError != 0 ? nError : nClosed;
 }
 
+int CFolder::AppendToFile(const QByteArray& name, const QByteArray& bytes) const {
+    CDescriptor file(::openat(Descriptor(), name.constData(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC));
+    if (file < 0)
+        return errno;
+    const int nError = WriteAll(file, bytes.constData(), static_cast<size_t>(bytes.size()));
+    const int nClosed = file.Close();
+    return nError != 0 ? nError : nClosed;
+}
+
 int CFolder::Rename(const QByteArray& name, const QByteArray& newName) const {
     return ErrorOf(::renameat(Descriptor(), name.constData(), Descriptor(), newName.constData()));
 }

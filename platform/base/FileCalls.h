@@ -65,6 +65,8 @@ public:
     /// Creates a file of these bytes. For what can be made again: it is not waited until they are on the
     /// disk.
     int WriteFile(const QByteArray& name, const QByteArray& bytes, CFileState& written) const;
+    /// Adds to a file that is there; what a failure has added stays. A link is refused.
+    int AppendToFile(const QByteArray& name, const QByteArray& bytes) const;
     /// Both names may be paths below the folder. What stands under the new name is replaced.
     int Rename(const QByteArray& name, const QByteArray& newName) const;
     /// Removes a file, or a link itself.
