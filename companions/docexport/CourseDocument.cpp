@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -252,7 +253,8 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         [&](const QString& strReference) { return LinkOf(strReference, strFolder); },
         [&](const QString& strReference) { return PictureOf(strReference, strFolder); },
         [&](const QString& strAnchor) { return m_anchors.LinkTo(nId, strAnchor); },
-        [&](const QString& strAnchor) { return m_anchors.MarkOf(nId, strAnchor); }};
+        [&](const QString& strAnchor) { return m_anchors.MarkOf(nId, strAnchor); },
+        [&](const QByteArray& drawing) { return TakeDrawing(drawing); }};
     const auto text = ReadPrintedPage(PageText::Decode(*bytes).Text, surroundings);
     if (!text)
         return unreadable(DocText::c_strTooDeep);
@@ -304,10 +306,25 @@ std::optional<ReadyPicture> CCourseDocument::PictureOf(const QString& strReferen
 
 std::optional<ReadyPicture> CCourseDocument::Take(const QString& strSource) {
     const auto picture = m_takePicture(m_plan.Tree().NativePath(strSource));
-    if (!picture)
-        Note(DocText::c_strNoteBadPicture.arg(m_strTitle, BareName(strSource)));
-    else
+    Count(picture, BareName(strSource));
+    return picture;
+}
+
+void CCourseDocument::Count(const std::optional<ReadyPicture>& picture, const QString& strName) {
+    if (picture)
         m_pictures.insert(picture->Name);
+    else
+        Note(DocText::c_strNoteBadPicture.arg(m_strTitle, strName));
+}
+
+std::optional<ReadyPicture> CCourseDocument::TakeDrawing(const QByteArray& drawing) {
+    // In a folder of its own, beside which there is nothing that it could name.
+    const QTemporaryDir folder;
+    const QString strPath = folder.filePath(u"drawing.svg"_s);
+    const auto picture = folder.isValid() && Torvane::Office::WriteBytes(strPath, drawing)
+                             ? m_takePicture(strPath)
+                             : std::nullopt;
+    Count(picture, DocText::c_strDrawing);
     return picture;
 }
 

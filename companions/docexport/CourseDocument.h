@@ -53,6 +53,8 @@ private:
     QString LinkOf(const QString& strReference, const QString& strFolder);
     std::optional<ReadyPicture> PictureOf(const QString& strReference, const QString& strFolder);
     std::optional<ReadyPicture> Take(const QString& strSource);
+    std::optional<ReadyPicture> TakeDrawing(const QByteArray& drawing);
+    void Count(const std::optional<ReadyPicture>& picture, const QString& strName);
     void Note(const QString& strNote);
     QString ShownName(int nNode) const;
 

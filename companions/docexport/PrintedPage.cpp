@@ -127,6 +127,8 @@ private:
         const QByteArray name = TagName(element);
         if (IsMedium(name))
             return WriteMedium(pNode);
+        if (element.tag == GUMBO_TAG_SVG && element.tag_namespace == GUMBO_NAMESPACE_SVG)
+            return WriteDrawing(element);
         if (IsDropped(element, name))
             return;
         const RunStyle before = m_style;
@@ -224,6 +226,27 @@ private:
             return m_line.AddText(strAlt, m_style);
         if (picture->Width > 2 && picture->Height > 2)
             m_line.AddPicture(PictureHtml(*picture, strAlt, nWidth, nHeight, m_nMaxWidth), m_style);
+    }
+
+    /// A drawing is handed on as it stands, but for the names that it may leave out within a page.
+    void WriteDrawing(const GumboElement& element) {
+        const GumboStringPiece& begin = element.original_tag;
+        const GumboStringPiece& end = element.original_end_tag;
+        if (!m_surroundings.Drawing || !begin.data || !end.data || end.data < begin.data + begin.length)
+            return;
+        QByteArray tag(begin.data, qsizetype(begin.length));
+        const qsizetype nName = qsizetype(qstrlen("<svg"));
+        if (!tag.contains("xmlns:xlink"))
+            tag.insert(nName, " xmlns:xlink=\"http://www.w3.org/1999/xlink\"");
+        if (!tag.contains("xmlns="))
+            tag.insert(nName, " xmlns=\"http://www.w3.org/2000/svg\"");
+        const char* pInner = begin.data + begin.length;
+        const std::optional<ReadyPicture> picture =
+            m_surroundings.Drawing(tag + QByteArray(pInner, end.data + end.length - pInner));
+        if (picture && picture->Width > 2 && picture->Height > 2)
+            m_line.AddPicture(PictureHtml(*picture, QString(), Pixels(element, "width"),
+                                          Pixels(element, "height"), m_nMaxWidth),
+                              m_style);
     }
 
     void WriteMedium(const GumboNode* pNode) {

@@ -26,6 +26,8 @@ struct PageSurroundings {
     /// A link, with its "#", to an anchor of the page itself, and the markup of that place.
     std::function<QString(const QString& strAnchor)> AnchorLink;
     std::function<QByteArray(const QString& strAnchor)> AnchorMark;
+    /// The picture of a drawing that stands in the page as text (SVG).
+    std::function<std::optional<ReadyPicture>(const QByteArray& drawing)> Drawing = {};
 };
 
 /// The text of a page as the converter takes it.

@@ -47,12 +47,19 @@ QByteArray CoreProperties(const CWordConverter::Course& course) {
            "</cp:coreProperties>";
 }
 
+/// Without page numbers in the table of contents Word is told to fill them in as it opens the document.
+QByteArray Settings(bool bNumbered) {
+    QByteArray settings = Package::ReferencePart(u"settings.xml"_s);
+    return bNumbered ? settings
+                     : settings.replace("<w:compat>", "<w:updateFields w:val=\"true\"/><w:compat>");
+}
+
 /// The parts but the text.
-void Finish(Package::Part& part, const CWordConverter::Course& course) {
+void Finish(Package::Part& part, const CWordConverter::Course& course, bool bNumbered) {
     if (part.Name == "docProps/core.xml")
         part.Bytes = CoreProperties(course);
     else if (part.Name == "word/settings.xml")
-        part.Bytes = Package::ReferencePart(u"settings.xml"_s);
+        part.Bytes = Settings(bNumbered);
     else if (part.Name == "word/numbering.xml")
         part.Bytes = WordXml::CloserLists(part.Bytes);
 }
@@ -188,7 +195,7 @@ CWordConverter::Result CWordConverter::Make(const Course& course) {
         WordXml::CFinisher finisher(pages);
         Package::Rewrite(strFrom, m_converter.Path(strName),
                          {c_documentPart, [&](const QByteArray& block) { return finisher.Take(block); },
-                          [&](Package::Part& part) { Finish(part, course); }});
+                          [&](Package::Part& part) { Finish(part, course, !pages.isEmpty()); }});
     };
     finish(strPandoc, u"layout.docx"_s, {});
     const QHash<QString, int> pages = FindPages(course);

@@ -19,6 +19,11 @@ std::optional<PrintedPage> Read(const QString& strPage) {
                             [](const QString& strAnchor) -> QString { return u"#to-"_s + strAnchor; },
                             [](const QString& strAnchor) -> QByteArray {
                                 return "<span id=\"" + strAnchor.toUtf8() + "\"></span>";
+                            },
+                            [](const QByteArray& drawing) -> std::optional<ReadyPicture> {
+                                EXPECT_TRUE(drawing.startsWith("<svg xmlns=\"http://www.w3.org/2000/svg\""));
+                                EXPECT_TRUE(drawing.endsWith("<path d=\"M0 0\"/></svg>"));
+                                return ReadyPicture{u"d.png"_s, 60, 30};
                             }});
 }
 
@@ -31,6 +36,9 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
         std::string Text;
     } rows[] = {
         {u"一<b>二<p>三</b>四</p>"_s, "<p>一<strong>二</strong></p>\n<p><strong>三</strong>四</p>\n"},
+        {u"甲<svg width=\"40\"><path d=\"M0 0\"/></svg>乙"_s,
+         "<div data-custom-style=\"Picture Line\"><p>甲<img src=\"d.png\" alt=\"\" width=\"40\" "
+         "height=\"20\"/>乙</p></div>\n"},
         {u"甲\n乙<br>丙\n c"_s, "<p>甲乙</p>\n<p>丙 c</p>\n"},
         {u"<p>&nbsp;</p><center>中</center>"_s, "<div data-custom-style=\"Centered\"><p>中</p></div>\n"},
         {u"<a href=x><i>链</i></a><span style='display:none'>藏</span><SCRIPT>坏</SCRIPT>"_s,

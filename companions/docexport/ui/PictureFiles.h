@@ -15,12 +15,14 @@ public:
     explicit CPictureFiles(const QString& strFolder) : m_strFolder(strFolder) {}
 
     /// The picture of a file (native path), under a name of its own in the folder; the same one for the same
-    /// file. Nothing for a file that is no picture, is broken, or has a form that word processors don't show.
-    /// Throws Torvane::CRunException with a message when the picture can't be written.
+    /// file. Drawings (SVG) are drawn, by rsvg-convert. Nothing for a file that is no picture, is broken, or
+    /// has a form that word processors don't show. Throws Torvane::CRunException with a message when the
+    /// picture can't be written.
     std::optional<ReadyPicture> Take(const QString& strPath);
 
 private:
     std::optional<ReadyPicture> Make(const QString& strPath, const QString& strName) const;
+    std::optional<ReadyPicture> MakeDrawing(const QString& strPath, const QString& strName) const;
 
     QString m_strFolder;
     QHash<QString, std::optional<ReadyPicture>> m_taken;
