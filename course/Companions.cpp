@@ -36,6 +36,12 @@ void Companions::Run(const QString& strCommandLine, CBookDatabase& database,
     if (!Platform::IsProgram(strCommandLine.section(u' ', 0, 0)))
         return;
     database.PauseForReaders();
-    Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });
+    try {
+        Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });
+    } catch (...) {
+        // Whatever happens meanwhile, the open course must not be left without its store.
+        database.ResumeWriting();
+        throw;
+    }
     database.ResumeWriting();
 }

@@ -2,7 +2,9 @@
 
 #include "companions/compiler/FrameParts.h"
 #include "companions/compiler/NodeView.h"
+#include "companions/compiler/Sums.h"
 #include "companions/compiler/Texts.h"
+#include "course/BookDatabase.h"
 
 #include <QLocale>
 #include <QMap>
@@ -41,6 +43,9 @@ CApplicationSite::CApplicationSite(const CCompileInput& input, const QString& st
             m_numbers[nodes[i].Children[nPlace]] = strAbove + QString::number(nPlace + 1);
         }
     }
+    m_sizes.resize(nodes.size());
+    for (int i = 0; i < nodes.size(); ++i)
+        m_sizes[i] = SizeOf(i);
     // Each parent stands before its children.
     for (int i = int(nodes.size()) - 1; i > 0; --i)
         m_below[nodes[i].Parent] += m_below[i] + 1;
@@ -54,8 +59,8 @@ QString CApplicationSite::PageName(int nPage) {
     return u"contents%1.html"_s.arg(nPage + 1);
 }
 
-CCompileInput::Sources CApplicationSite::SourcesOf(int nPage) const {
-    return {{}, nPage * c_nRowsOnPage, qMin((nPage + 1) * c_nRowsOnPage, int(m_model.Nodes().size()))};
+std::pair<int, int> CApplicationSite::NodesOn(int nPage) const {
+    return {nPage * c_nRowsOnPage, qMin((nPage + 1) * c_nRowsOnPage, int(m_model.Nodes().size()))};
 }
 
 void CApplicationSite::Run() {
@@ -65,16 +70,20 @@ void CApplicationSite::Run() {
     m_output.Announce(names);
     m_progress.nTotal += int(names.size());
     m_output.Write(c_strSheet, FrameParts::Content(c_strSheet));
-    Write(c_strStart, {{}, 0, int(m_model.Nodes().size())}, [this] { return StartPage(); });
+    Write(c_strStart, {0, int(m_model.Nodes().size())}, [this] { return StartPage(); });
     for (int i = 0; i < PageCount(); ++i)
-        Write(PageName(i), SourcesOf(i), [this, i] { return ContentsPage(i); });
+        Write(PageName(i), NodesOn(i), [this, i] { return ContentsPage(i); });
 }
 
-void CApplicationSite::Write(const QString& strName, const CCompileInput::Sources& sources,
+void CApplicationSite::Write(const QString& strName, std::pair<int, int> nodes,
                              const std::function<QByteArray()>& make) {
     StopIfCancelled(m_progress);
+    CSum sum;
+    sum.Add(m_input.Sum());
+    for (int i = nodes.first; i < nodes.second; ++i)
+        sum.Add(quint64(m_sizes[i]));
     OutputRecord record;
-    record.nInput = m_input.Sum(sources);
+    record.nInput = sum.Value();
     if (!m_output.Keep(strName, record.nInput))
         m_output.Write(strName, make(), record);
     ++m_progress.nDone;
@@ -117,7 +126,7 @@ QByteArray CApplicationSite::FigureTable() const {
         if (view == ENodeView::List || view == ENodeView::Empty || view == ENodeView::Missing)
             continue;
         ++nContents;
-        nSize += SizeOf(i);
+        nSize += m_sizes[i];
         ++kinds[CNodeView::KindWord(m_model.Nodes()[i])];
     }
     const auto row = [](const QString& strName, const QByteArray& value) -> QByteArray {
@@ -143,14 +152,16 @@ QByteArray CApplicationSite::ChapterList() const {
     return out + "</ol>\n";
 }
 
+/// With its pictures, and all files of an imported site. A link holds nothing of its own.
 qint64 CApplicationSite::SizeOf(int nNode) const {
     const NodePlan& plan = m_plan.Of(nNode);
-    if (plan.View != ENodeView::Video)
-        return m_input.Tree().StateOf(plan.Source).nSize;
-    qint64 nSize = 0;
-    for (const QString& strFile : m_input.Tree().FilesBelow(plan.Source))
-        nSize += m_input.Tree().StateOf(strFile).nSize;
-    return nSize;
+    const SiteNode& node = m_model.Nodes()[nNode];
+    if (plan.Source.isEmpty() || plan.View == ENodeView::Address || node.Row.Type == NodeType::c_nInSiteLink)
+        return 0;
+    const QString strFolder = m_plan.NodeFolder(node.Row.Id);
+    if (plan.Source == strFolder || plan.Source.startsWith(QString(strFolder + u'/')))
+        return m_input.Tree().SizeBelow(strFolder);
+    return m_input.Tree().StateOf(plan.Source).nSize;
 }
 
 QByteArray CApplicationSite::LinkTo(int nNode) const {
@@ -164,7 +175,7 @@ QByteArray CApplicationSite::LinkTo(int nNode) const {
 
 QByteArray CApplicationSite::Row(int nNode) const {
     const SiteNode& node = m_model.Nodes()[nNode];
-    const qint64 nSize = SizeOf(nNode);
+    const qint64 nSize = m_sizes[nNode];
     return "<tr id=\"n" + QByteArray::number(node.Row.Id) + "\"><td>" + m_numbers[nNode].toUtf8() +
            "</td><th scope=\"row\" class=\"d" + QByteArray::number(qBound(1, node.Depth, 6)) + "\">" +
            LinkTo(nNode) + "</th><td>" + Escaped(CNodeView::KindWord(node)) + "</td><td>" +
@@ -188,8 +199,8 @@ QByteArray CApplicationSite::ContentsPage(int nPage) const {
                                    CompilerText::c_strKind, CompilerText::c_strSize})
         out += "<th scope=\"col\">" + Escaped(strHead) + "</th>";
     out += "</tr></thead>\n<tbody>\n";
-    const int nEnd = qMin((nPage + 1) * c_nRowsOnPage, int(m_model.Nodes().size()));
-    for (int i = qMax(1, nPage * c_nRowsOnPage); i < nEnd; ++i)
+    const auto [nFirst, nEnd] = NodesOn(nPage);
+    for (int i = qMax(1, nFirst); i < nEnd; ++i)
         out += Row(i);
     out += "</tbody>\n</table>\n" + Pager(nPage);
     const QString strTitle = PageCount() < 2

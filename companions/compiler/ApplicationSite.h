@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <utility>
 
 /// The site with which a course is declared: what it comprises, in figures and as a table of all its
 /// contents, for those who judge it. It leads into the course's site, which lies beside it; both are handed
@@ -25,9 +26,9 @@ public:
 private:
     int PageCount() const;
     static QString PageName(int nPage);
-    CCompileInput::Sources SourcesOf(int nPage) const;
-    void Write(const QString& strName, const CCompileInput::Sources& sources,
-               const std::function<QByteArray()>& make);
+    /// The nodes on a page of the table: from the first to before the second.
+    std::pair<int, int> NodesOn(int nPage) const;
+    void Write(const QString& strName, std::pair<int, int> nodes, const std::function<QByteArray()>& make);
     QByteArray Frame(const QString& strTitle, const QByteArray& main) const;
     QByteArray StartPage() const;
     QByteArray FigureTable() const;
@@ -48,4 +49,6 @@ private:
     QStringList m_numbers;
     /// How many nodes stand below each.
     QList<int> m_below;
+    /// Of what each node holds, in bytes.
+    QList<qint64> m_sizes;
 };

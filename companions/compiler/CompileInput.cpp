@@ -95,3 +95,7 @@ quint64 CCompileInput::Sum(const Sources& sources, const QStringList& more) cons
         sum.Add(m_fileSums[std::size_t(i)]);
     return sum.Add(SumOfFiles(more)).Value();
 }
+
+quint64 CCompileInput::Sum() const {
+    return Sum(Sources());
+}

@@ -37,7 +37,8 @@ public:
     /// A sum over what any page may show (the tree of nodes, the names of all files, the form, and this
     /// program itself) and over the states of sources, and of more files. No sum comes twice for a file that
     /// changed just before this run.
-    quint64 Sum(const Sources& sources = {}, const QStringList& more = {}) const;
+    quint64 Sum(const Sources& sources, const QStringList& more = {}) const;
+    quint64 Sum() const;
 
 private:
     void SumUp(ESiteForm form);

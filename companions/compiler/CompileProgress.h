@@ -12,6 +12,8 @@ struct CompileProgress {
     std::atomic<EStage> Stage = EStage::ReadingCourse;
     std::atomic<int> nDone = 0;
     std::atomic<int> nTotal = 0;
+    /// How many films are being converted at this moment.
+    std::atomic<int> nFilms = 0;
     /// The person's wish to stop.
     std::atomic<bool> bCancelled = false;
 };

@@ -1,6 +1,7 @@
 #include "companions/compiler/CompileRequest.h"
 
 #include "companions/common/ProjectArgument.h"
+#include "companions/compiler/OutputFolder.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
 #include "platform/base/NativePath.h"
@@ -27,6 +28,20 @@ bool IsAnotherCourse(const QString& strFolder, const QString& strCourseFolder) {
     const QString strReal = QFileInfo(strFolder).canonicalFilePath();
     return strReal != QFileInfo(strCourseFolder).canonicalFilePath() &&
            QFileInfo::exists(strReal + "/Data/DataBase/VorelCourse.mdb"_L1);
+}
+
+/// A copy of a course also names the folder into which the original was compiled.
+bool IsOfAnotherPlace(const QString& strFolder, const QString& strCourseFolder) {
+    const QString strReal = QFileInfo(strFolder).canonicalFilePath();
+    if (strReal == QFileInfo(strCourseFolder).canonicalFilePath())
+        return false;
+    const QString strPlace = COutputFolder::PlaceOf(strCourseFolder);
+    for (const QString& strForm : {c_strSite, c_strApplication, c_strHtml, c_strClassroom}) {
+        const QString strThere = COutputFolder::PlaceIn(strReal + u'/' + strForm);
+        if (!strThere.isEmpty() && strThere != strPlace)
+            return true;
+    }
+    return false;
 }
 
 bool IsWithin(const QString& strPath, const QString& strFolder) {
@@ -69,10 +84,11 @@ QString RememberedFolder(const CSiteModel& model, QString* pGone) {
     if (model.LastDir().isEmpty())
         return strCourse;
     const QString strLast = QDir::cleanPath(Platform::ToNative(Platform::FromNative(model.LastDir())));
-    // A course that was carried to another machine still names a folder of the old one.
+    // A course that was renamed, or carried to another machine, still names a folder that was: to make that
+    // anew would give it a site beside itself.
     const QFileInfo last(strLast);
-    const bool bPlace = last.isAbsolute() && (last.exists() ? last.isDir() : QFileInfo(last.path()).isDir());
-    if (bPlace && !IsAnotherCourse(strLast, strCourse))
+    if (last.isAbsolute() && last.isDir() && !IsAnotherCourse(strLast, strCourse) &&
+        !IsOfAnotherPlace(strLast, strCourse))
         return strLast;
     if (pGone)
         *pGone = strLast;
@@ -85,6 +101,15 @@ QString ProposedFolder(const QString& strProjectPath) {
     } catch (const Torvane::CException&) {
         return CourseFolder(strProjectPath);
     }
+}
+
+QString OutputFolderFor(const QString& strChosen) {
+    const QString strFolder = QDir::cleanPath(strChosen);
+    for (const QString& strForm : {c_strSite, c_strApplication, c_strHtml, c_strClassroom}) {
+        if (strFolder.endsWith(QString(u'/' + strForm)) && strFolder.size() > strForm.size() + 1)
+            return strFolder.chopped(strForm.size() + 1);
+    }
+    return strFolder;
 }
 
 QStringList FoldersOf(ESiteForm form) {

@@ -27,6 +27,9 @@ QString RememberedFolder(const CSiteModel& model, QString* pGone = nullptr);
 /// The same for a course that may be unreadable: the folder of its project file then.
 QString ProposedFolder(const QString& strProjectPath);
 
+/// The output folder for the one that a person chose, who may well choose a form's own folder in it.
+QString OutputFolderFor(const QString& strChosen);
+
 /// The folders below the output folder that a form writes, the main one first.
 QStringList FoldersOf(ESiteForm form);
 

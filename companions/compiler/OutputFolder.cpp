@@ -1,6 +1,7 @@
 #include "companions/compiler/OutputFolder.h"
 
 #include "companions/compiler/OutputList.h"
+#include "companions/compiler/Sums.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
 
@@ -68,7 +69,7 @@ QString WhyNotWritten(int nError) {
 
 COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseFolder,
                              const QString& strDataFolder, const QString& strOwner)
-    : m_strFolder(Canonical(strFolder)), m_strOwner(strOwner) {
+    : m_strFolder(Canonical(strFolder)), m_strOwner(strOwner), m_strPlace(PlaceOf(strCourseFolder)) {
     if (IsWithin(Canonical(strCourseFolder), m_strFolder) || IsWithin(m_strFolder, Canonical(strDataFolder)))
         throw Torvane::CRunException(CompilerText::c_strForbiddenOutput.arg(m_strFolder));
     errno = 0;
@@ -95,6 +96,20 @@ COutputFolder::~COutputFolder() {
     QDir(Target(c_strTemporaryFolder)).removeRecursively();
 }
 
+QString COutputFolder::PlaceOf(const QString& strCourseFolder) {
+    return QString::number(CSum().Add(Canonical(strCourseFolder)).Value(), 16);
+}
+
+QString COutputFolder::PlaceIn(const QString& strFolder) {
+    constexpr qint64 c_nHead = 4096;
+    QByteArray bytes;
+    const QString strList = strFolder + u'/' + c_strList;
+    if (Platform::ReadFileBytes(QFile::encodeName(strList), bytes, c_nHead) != 0)
+        return QString();
+    const auto list = OutputList::Read(bytes.left(bytes.indexOf('\n') + 1));
+    return list ? list->strPlace : QString();
+}
+
 QString COutputFolder::Target(const QString& strName) const {
     return m_strFolder + u'/' + strName;
 }
@@ -115,11 +130,11 @@ void COutputFolder::ReadList(const QString& strOwner) {
         throw Torvane::CRunException(CompilerText::c_strOtherCourse.arg(m_strFolder));
     m_known = list->Files;
     m_nLines = bytes.count('\n');
-    m_bListStands = bytes.endsWith('\n');
+    m_bListStands = bytes.endsWith('\n') && list->strPlace == m_strPlace;
 }
 
 void COutputFolder::WriteList(bool bFinal) {
-    QByteArray list = OutputList::Head(m_strOwner);
+    QByteArray list = OutputList::Head(m_strOwner, m_strPlace);
     for (auto it = m_known.constBegin(); it != m_known.constEnd(); ++it) {
         if (!m_written.contains(it.key()) && (!bFinal || it->bKept))
             OutputList::Append(list, it.key(), *it);

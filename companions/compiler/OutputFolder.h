@@ -50,6 +50,11 @@ public:
 
     QString Path() const { return m_strFolder; }
 
+    /// Stands for the place of a course's folder without naming it, since the list goes to the web.
+    static QString PlaceOf(const QString& strCourseFolder);
+    /// The place of the course that was compiled into a folder; empty where that is not known.
+    static QString PlaceIn(const QString& strFolder);
+
     /// Says what is about to be written, before the first file is.
     void Announce(const QStringList& names);
     /// What the last run knew of a file; null when it wrote none.
@@ -92,6 +97,7 @@ private:
 
     const QString m_strFolder;
     QString m_strOwner;
+    const QString m_strPlace;
     Platform::CFolder m_folder;
     std::unique_ptr<QLockFile> m_pLock;
     /// As the list of the last run had them.

@@ -97,7 +97,9 @@ std::optional<OutputList::List> OutputList::Read(const QByteArray& bytes) {
     QByteArrayView head = Take(rest, '\n');
     if (Take(head, '\t') != QByteArrayView(c_head))
         return std::nullopt;
-    List list{FieldText(head), {}};
+    List list;
+    list.strOwner = FieldText(Take(head, '\t'));
+    list.strPlace = FieldText(head);
     list.Files.reserve(std::count(bytes.begin(), bytes.end(), '\n'));
     while (!rest.isEmpty()) {
         QByteArrayView line = Take(rest, '\n');
@@ -111,10 +113,12 @@ std::optional<OutputList::List> OutputList::Read(const QByteArray& bytes) {
     return list;
 }
 
-QByteArray OutputList::Head(const QString& strOwner) {
+QByteArray OutputList::Head(const QString& strOwner, const QString& strPlace) {
     QByteArray out = c_head;
     out += '\t';
     AppendField(out, strOwner);
+    out += '\t';
+    AppendField(out, strPlace);
     return out + '\n';
 }
 

@@ -14,6 +14,8 @@ namespace OutputList {
 
 struct List {
     QString strOwner;
+    /// COutputFolder::PlaceOf; empty in older lists.
+    QString strPlace;
     QHash<QString, OutputRecord> Files;
 };
 
@@ -21,7 +23,7 @@ struct List {
 /// below the folder are passed over.
 std::optional<List> Read(const QByteArray& bytes);
 /// The first line, behind which a line is appended for each file.
-QByteArray Head(const QString& strOwner);
+QByteArray Head(const QString& strOwner, const QString& strPlace);
 void Append(QByteArray& list, const QString& strName, const OutputRecord& record);
 
 /// Whether a name with "/" between components stays below its folder.

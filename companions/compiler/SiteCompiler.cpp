@@ -9,8 +9,6 @@
 #include "foundation/IniFile.h"
 #include "platform/base/NativePath.h"
 
-#include <QDir>
-
 #include <exception>
 #include <future>
 #include <memory>
@@ -50,9 +48,10 @@ QString CCompiling::ChooseFolder() {
         if (!strGone.isEmpty())
             m_report.Notes.append(CompilerText::c_strLastDirGone.arg(strGone));
     }
+    request.OutputFolder = OutputFolderFor(request.OutputFolder);
     if (const QString strFault = FaultOfOutput(request); !strFault.isEmpty())
         throw Torvane::CRunException(strFault);
-    return QDir::cleanPath(request.OutputFolder);
+    return request.OutputFolder;
 }
 
 CompileReport CCompiling::Run() {
@@ -167,5 +166,6 @@ QString DescribeProgress(const CompileProgress& progress) {
         return CompilerText::c_strCancelling;
     if (progress.Stage == CompileProgress::EStage::ReadingCourse)
         return CompilerText::c_strReadingCourse;
-    return CompilerText::c_strWriting.arg(progress.nDone).arg(progress.nTotal);
+    const QString strDone = CompilerText::c_strWriting.arg(progress.nDone).arg(progress.nTotal);
+    return progress.nFilms > 0 ? strDone + CompilerText::c_strConverting : strDone;
 }

@@ -151,8 +151,8 @@ void CSiteRun::Make(const Piece& piece, QStringList& notes) {
         return MakeFile(piece, notes);
     case Piece::EKind::Pages: {
         const SearchIndex::SitePages& site = m_sites[piece.First];
-        if (!Keep(piece.Name, site.Sources, notes))
-            Write(piece.Name, SearchIndex::PagesPart(m_plan, site), site.Sources);
+        if (!Keep(piece.Name, {site.Sources}, notes))
+            Write(piece.Name, SearchIndex::PagesPart(m_plan, site), {site.Sources});
     }
     }
 }
@@ -279,9 +279,11 @@ QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& reco
         const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
         const QString strProgram = FilmProgram();
         const QString strMade = m_pOutput->FreshPath();
+        ++m_progress.nFilms;
         const bool bMade =
             !strProgram.isEmpty() && MakePlayable(strProgram, m_tree.NativePath(lecture.strFilm), strMade,
                                                   [this] { return !m_progress.bCancelled; });
+        --m_progress.nFilms;
         StopIfCancelled(m_progress);
         if (!bMade) {
             record.Notes.append(

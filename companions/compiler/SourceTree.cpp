@@ -51,8 +51,10 @@ public:
             Group& group = m_groups[std::size_t(n)];
             Take(m_top, QString(), entries[std::size_t(n)], group);
             CSum names;
-            for (const Entry& entry : group.Entries)
+            for (const Entry& entry : group.Entries) {
                 names.Add(entry.strName);
+                group.nSize += entry.state.nSize;
+            }
             group.nNamesSum = names.Value();
         });
     }
@@ -211,4 +213,9 @@ QStringList CSourceTree::FilesBelow(const QString& strFolder) const {
 
 QStringList CSourceTree::TopFolders() const {
     return m_topFolders;
+}
+
+qint64 CSourceTree::SizeBelow(const QString& strTopFolder) const {
+    const Group* pGroup = GroupOf(strTopFolder);
+    return pGroup ? pGroup->nSize : 0;
 }

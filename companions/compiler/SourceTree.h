@@ -37,6 +37,8 @@ public:
     /// Every file below a folder, by the folder's real name.
     QStringList FilesBelow(const QString& strFolder) const;
     QStringList TopFolders() const;
+    /// Of all files below a folder of the top, by its real name, in bytes.
+    qint64 SizeBelow(const QString& strTopFolder) const;
 
     /// How a file stood when it was listed, by its real name.
     struct State {
@@ -84,6 +86,7 @@ private:
         std::vector<Entry> Entries;
         QList<Passed> PassedOver;
         quint64 nNamesSum = 0;
+        qint64 nSize = 0;
     };
     class CWalk;
     void Add(const Entry& entry, std::size_t nGroup);

@@ -397,10 +397,16 @@ TEST(SiteCompiler, RemembersTheFolderAndNothingElse) {
     EXPECT_EQ(course.Folder.Read(course.strProject), expected);
     request.OutputFolder.clear();
     EXPECT_EQ(CompileSite(request).Changed, 0) << "the same folder again";
+    request.OutputFolder = course.Folder.Native(u"别 处\\课程网站"_s);
+    EXPECT_EQ(CompileSite(request).Changed, 0) << "the site's own folder stands for that around it";
+    request.OutputFolder.clear();
 
     // The folder of another machine, and of the course that this one was copied from.
     course.Folder.Write(u"别 处\\Data\\DataBase\\VorelCourse.mdb"_s, "x");
-    for (const QString& strGone : {u"Q:\\旧机器\\站点"_s, course.Folder.Path(u"别 处"_s)}) {
+    // What another place of the same course was compiled into: this one is a copy of it.
+    course.Folder.Write(u"已发布\\课程网站\\.vorel-site"_s, "VorelCompiler 2\t7\tabc\n");
+    for (const QString& strGone : {u"Q:\\旧机器\\站点"_s, course.Folder.Path(u"别 处"_s),
+                                   course.Folder.Path(u"改名之前"_s), course.Folder.Path(u"已发布"_s)}) {
         course.Folder.Write(course.strProject, project + remembered(strGone));
         const CompileReport report = CompileSite(request);
         EXPECT_EQ(report.OutputFolder, QFileInfo(course.SiteNative()).canonicalFilePath());

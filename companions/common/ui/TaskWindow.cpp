@@ -258,6 +258,13 @@ void CTaskWindow::CopyReport() {
 void CTaskWindow::Accept() {
     if (m_eState == EState::Asking)
         return Start();
-    if (m_eEnd == TaskOutcome::EEnd::Done && !Platform::OpenWithVerb(Platform::FromNative(m_pTask->Result())))
+    if (m_eEnd != TaskOutcome::EEnd::Done)
+        return;
+    // What it opens must not come up behind it.
+    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint)) {
+        setWindowFlag(Qt::WindowStaysOnTopHint, false);
+        show();
+    }
+    if (!Platform::OpenWithVerb(Platform::FromNative(m_pTask->Result())))
         Warn(m_texts.NotOpened.arg(m_pTask->Result()));
 }

@@ -18,7 +18,7 @@ public:
     QString Complete(const QString& strTyped) const override {
         // A bare name goes beside what is proposed; nothing at all means that itself.
         const QString strText = strTyped.trimmed();
-        return QDir::cleanPath(QDir(m_strProposed).absoluteFilePath(strText));
+        return OutputFolderFor(QDir(m_strProposed).absoluteFilePath(strText));
     }
 
     QString Browse(QWidget* pParent, const QString& strPlace) override {
