@@ -221,8 +221,8 @@
     });
     for (const name of [host.id, host.getAttribute('name')]) {
       for (const scope of [document, window]) {
-        const known = name && name in scope ? scope[name] : null;
-        if (name && (!known || known.isConnected === false))
+        // Not what a page has under such a name anyway, but one of ours that has given way in its turn.
+        if (name && (!(name in scope) || (scope[name] instanceof Element && !scope[name].isConnected)))
           scope[name] = host;
       }
     }
