@@ -261,6 +261,12 @@ TEST_F(EditorViewTest, ALargePageIsWholeBeforeAllOfItIsLaidOut) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return !Html().contains(u"word"_s); }, 20000));
     m_view.RunCommand(32821);
     EXPECT_EQ(Html(), QString::fromLatin1(page));
+    // What is typed in its place, too, comes at once, and is undone with it.
+    key(Qt::Key_A, Qt::ControlModifier);
+    Type(u"汉字"_s);
+    EXPECT_EQ(Html(), u"<p>汉字</p>"_s);
+    m_view.RunCommand(32821);
+    EXPECT_EQ(Html(), QString::fromLatin1(page));
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
