@@ -9,9 +9,11 @@
 
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QToolTip>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -53,6 +55,18 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     EXPECT_EQ(m_world.Host.Selected.size(), 2);
     list.keyboardSearch(u"空"_s);
     EXPECT_EQ(list.currentIndex().row(), 0);
+    const auto tipOf = [&](const QModelIndex& line) {
+        const QPoint place = list.visualRect(line).center();
+        QToolTip::hideText();
+        QHelpEvent help(QEvent::ToolTip, place, list.viewport()->mapToGlobal(place));
+        QApplication::sendEvent(list.viewport(), &help);
+        return QToolTip::text();
+    };
+    EXPECT_EQ(tipOf(lines.index(1, 0)), QString());
+    const QString strLong = u"A & <b>"_s + QString(30, u'长');
+    pParent->AddChild(strLong);
+    pView->ShowNode();
+    EXPECT_TRUE(tipOf(lines.index(2, 0)).contains(strLong.toHtmlEscaped()));
 }
 
 TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
