@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# A course of 10,000 small pages compiled, beside Hugo (Debian's package) building the same pages from the same texts with
-# a theme that writes what ours have: header, the tree open at the page, its path, the text, its neighbours, footer, and the
-# texts for a search. Then both again after one page was edited. All in turn; prints medians in seconds, the most memory in
-# MB, and the ratios.
+# A course of 10,000 small pages compiled, beside Hugo (Debian's package) building the same pages from the same texts. Then
+# both again after one page was edited. All in turn; prints medians in seconds, the most memory in MB, and the ratios.
+# The peer is a theme that writes what a page of ours holds (header, the tree open at the page, its path, the text, its
+# neighbours, footer, and one file of texts for a search), the way a fast theme does: the tree once for each section.
+# Time goes into what a page holds, so a theme without navigation is no peer of a site with it; what Hugo takes with one is
+# printed as well ("bare": title and text, sections list their pages), and no ratio is taken of that.
 #   bench/compile.sh [ROUNDS [PLACE [PAGES]]]   build the preset "release" with VorelCompiler, bench_make_texts and
 #                                               vorel_seed first; default: 5 rounds, /dev/shm, 10,000 pages
 set -euo pipefail
@@ -63,6 +65,15 @@ cat >"$work/hugo/layouts/index.json" <<'END'
 {{ dict "title" .Title "address" .RelPermalink "text" .Plain | jsonify }}{{ end }}]
 END
 
+mkdir -p "$work/hugo/bare/_default"
+cat >"$work/hugo/bare/_default/single.html" <<'END'
+<!DOCTYPE html>
+<html lang="zh-CN"><head><meta charset="utf-8"><title>{{ .Title }}</title></head>
+<body><h1>{{ .Title }}</h1>{{ .Content }}{{ if .IsNode }}<ul>{{ range .Pages }}<li><a href="{{ .RelPermalink }}">{{ .Title }}</a></li>{{ end }}</ul>{{ end }}</body></html>
+END
+cp "$work/hugo/bare/_default/single.html" "$work/hugo/bare/_default/list.html"
+cp "$work/hugo/layouts/index.json" "$work/hugo/bare/"
+
 measure() { # NAME COMMAND...
   local name="$1"
   shift
@@ -71,6 +82,7 @@ measure() { # NAME COMMAND...
 }
 compile() { measure "$1" "$work/program/VorelCompiler" --silent "$work/course/course.vcp"; }
 hugo_build() { measure "$1" hugo --quiet --source "$work/hugo" --destination "$work/hugo/public"; }
+hugo_bare() { HUGO_LAYOUTDIR=bare measure "$1" hugo --quiet --source "$work/hugo" --destination "$work/hugo/bare-public"; }
 edit() { # FILE of either side: a line more
   printf '<p>%s</p>\n' "$round" >>"$1"
 }
@@ -79,13 +91,14 @@ theirs="$work/hugo/content/c1/s1/p1.html"
 [ -f "$ours" ] && [ -f "$theirs" ]
 # The first round only warms the caches.
 for round in $(seq 0 "$rounds"); do
-  rm -rf "$work/course/课程网站" "$work/course/申报网站" "$work/hugo/public"
+  rm -rf "$work/course/课程网站" "$work/course/申报网站" "$work/hugo/public" "$work/hugo/bare-public"
   compile ours
   hugo_build hugo
   edit "$ours"
   compile ours-again
   edit "$theirs"
   hugo_build hugo-again
+  hugo_bare bare
 done
 echo "pages: $(find "$work/course/课程网站" -name '*.htm*' | wc -l) ours, $(find "$work/hugo/public" -name '*.html' | wc -l) Hugo's;" \
   "$(du -sm --apparent-size "$work/course/课程网站" | cut -f1) MB ours, $(du -sm --apparent-size "$work/hugo/public" | cut -f1) MB Hugo's"
@@ -97,3 +110,4 @@ for run in '' -again; do
   awk -v o="$o" -v h="$h" -v om="$(most "ours$run")" -v hm="$(most "hugo$run")" -v what="${run:+ after one edited page}" \
     'BEGIN { printf "compile%s: %.2f s, %d MB; Hugo %.2f s, %d MB; ratio %.3f\n", what, o, om, h, hm, o / h }'
 done
+printf 'Hugo with a bare theme: %s s, %s MB\n' "$(median bare 1)" "$(most bare)"

@@ -164,7 +164,7 @@ TaskOutcome Compile(const CompileRequest& request, CompileProgress& progress, QS
 QString DescribeProgress(const CompileProgress& progress) {
     if (progress.bCancelled)
         return CompilerText::c_strCancelling;
-    if (progress.Stage == CompileProgress::EStage::ReadingCourse)
+    if (progress.Stage == CompileProgress::EStage::ReadingCourse || progress.nTotal == 0)
         return CompilerText::c_strReadingCourse;
     const QString strDone = CompilerText::c_strWriting.arg(progress.nDone).arg(progress.nTotal);
     return progress.nFilms > 0 ? strDone + CompilerText::c_strConverting : strDone;

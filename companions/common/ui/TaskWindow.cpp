@@ -186,6 +186,7 @@ void CTaskWindow::Start() {
     m_pStart->hide();
     m_pBar->show();
     m_pDetails->show();
+    Fit();
     // An Enter too many must not stop it.
     m_pCancel->setDefault(false);
     m_pCancel->setAutoDefault(false);
@@ -249,6 +250,13 @@ void CTaskWindow::End(const TaskOutcome& outcome) {
     m_pCancel->setDefault(true);
     m_pCancel->setFocus();
     adjustSize();
+    Fit();
+}
+
+/// A window does not grow by itself with lines that a text breaks into.
+void CTaskWindow::Fit() {
+    layout()->activate();
+    resize(width(), qMax(height(), layout()->totalHeightForWidth(width())));
 }
 
 void CTaskWindow::CopyReport() {

@@ -78,6 +78,7 @@ protected:
 private:
     enum class EState { Asking, Working, Ended };
 
+    void Fit();
     void MakeForm(const QString& strPlace);
     void MakeProgress();
     void LayOut();
