@@ -19,6 +19,7 @@
 #include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -268,11 +269,8 @@ void CTaskWindow::Accept() {
         return Start();
     if (m_eEnd != TaskOutcome::EEnd::Done)
         return;
-    // What it opens must not come up behind it.
-    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint)) {
-        setWindowFlag(Qt::WindowStaysOnTopHint, false);
-        show();
-    }
+    // What it opens must not come up behind it. Not by the widget's own flag, which would hide and so end it.
+    windowHandle()->setFlag(Qt::WindowStaysOnTopHint, false);
     if (!Platform::OpenWithVerb(Platform::FromNative(m_pTask->Result())))
         Warn(m_texts.NotOpened.arg(m_pTask->Result()));
 }
