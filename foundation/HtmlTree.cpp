@@ -154,18 +154,20 @@ public:
         const bool bByItself = IsBlockThatClosesItself(name);
         if (!bByItself && ClosesItself(name))
             return;
+        static const QByteArray paragraph("p");
         const bool bBlock = bByItself || IsBlock(name);
+        const bool bBarrier = !bBlock && IsBarrier(name);
         // What it ends that was left open.
         if (bByItself)
             Close(name);
-        if (bBlock)
-            Close("p");
+        if (bBlock && name != paragraph)
+            Close(paragraph);
         m_open[name].push_back(++m_nLast);
         m_nDepth += LevelsOf(name);
-        m_nFormatting += IsFormatting(name);
-        if (IsBarrier(name))
+        m_nFormatting += !bBlock && IsFormatting(name);
+        if (bBarrier)
             m_barriers.push_back(m_nLast);
-        if (IsBarrier(name) || bBlock)
+        if (bBarrier || bBlock)
             m_blocks.push_back(m_nLast);
     }
 
@@ -176,10 +178,11 @@ public:
             return;
         const qsizetype nOpened = it->back();
         Remove(name, *it);
-        if (!EndsWhatIsInIt(name))
+        if (IsBlockThatClosesItself(name) || !EndsWhatIsInIt(name))
             return;
-        for (const char* szName : {"p", "li", "dt", "dd"}) {
-            const auto in = m_open.find(szName);
+        static const QByteArray inIt[] = {"p", "li", "dt", "dd"};
+        for (const QByteArray& each : inIt) {
+            const auto in = m_open.find(each);
             while (in != m_open.end() && !in->empty() && in->back() > nOpened)
                 Remove(in.key(), *in);
         }
@@ -196,16 +199,19 @@ private:
         }
         opened.pop_back();
         m_nDepth -= LevelsOf(name);
-        m_nFormatting -= IsFormatting(name);
+        m_nFormatting -= !IsBlockThatClosesItself(name) && IsFormatting(name);
     }
 
     /// Whether something was opened since that the end tag doesn't reach over.
     bool IsBehind(const QByteArray& name, qsizetype nOpened) const {
+        // Most nest rightly. The barriers are among the blocks.
+        if (m_blocks.empty() || m_blocks.back() <= nOpened)
+            return false;
         // These end whatever is in them.
         if (name == "table" || name == "template" || name == "select")
             return false;
         // An item reaches over neither its list nor another.
-        const bool bOwnRules = IsBarrier(name) || IsBlock(name) || IsFormatting(name) || name == "p";
+        const bool bOwnRules = name == "p" || IsFormatting(name) || IsBlock(name) || IsBarrier(name);
         const std::vector<qsizetype>& list = bOwnRules ? m_barriers : m_blocks;
         return !list.empty() && list.back() > nOpened;
     }
@@ -321,6 +327,8 @@ bool IsTooDeep(const QByteArray& html) {
         open.Open(name);
         if (open.IsTooMuch())
             return true;
+        if (IsBlockThatClosesItself(name))
+            continue;
         bForeign = bForeign || name == "svg" || name == "math" || name == "select";
         if (!IsRaw(name) || bText)
             continue;
