@@ -93,6 +93,9 @@ COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseF
 }
 
 COutputFolder::~COutputFolder() {
+    // Of a run that ended early: the next one needn't make again what is done.
+    if (m_bListStands && !m_unlisted.isEmpty())
+        m_folder.AppendToFile(QFile::encodeName(c_strList), m_unlisted);
     QDir(Target(c_strTemporaryFolder)).removeRecursively();
 }
 
@@ -152,6 +155,7 @@ void COutputFolder::WriteList(bool bFinal) {
     MoveIn(temporary, c_strList);
     m_nLines = list.count('\n');
     m_bListStands = true;
+    m_unlisted.clear();
 }
 
 /// What changes in a large site is little, and later lines of the list count.
@@ -354,7 +358,12 @@ void COutputFolder::Adopt(const QString& strFreshPath, const QString& strName, q
     record.nSize = qint64(state.nSize);
     record.nModified = state.nModified;
     ++m_nChanged;
-    Remember(strName, std::move(record));
+    // Known at once: such a file takes long to make, and a run may be killed.
+    const std::scoped_lock lock(m_mutex);
+    QByteArray line;
+    OutputList::Append(line, strName, record);
+    m_written.insert(strName, std::move(record));
+    AddToList(line, false);
 }
 
 void COutputFolder::RemoveStale(const QString& strName) {
@@ -392,4 +401,5 @@ void COutputFolder::Finish() {
         WriteList(true);
     else if (!m_unlisted.isEmpty() || !m_bListStands)
         AddToList(m_unlisted, true);
+    m_unlisted.clear();
 }

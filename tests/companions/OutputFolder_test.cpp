@@ -1,4 +1,5 @@
 #include "companions/compiler/OutputFolder.h"
+#include "companions/compiler/OutputList.h"
 
 #include "foundation/Exceptions.h"
 #include "tests/support/TempFolder.h"
@@ -85,6 +86,26 @@ TEST_F(OutputFolderTest, RecoversFromAKilledCompile) {
     EXPECT_FALSE(folder.Exists(u"out\\.vorel-tmp"_s));
     EXPECT_EQ(QDir(folder.Native(u"out"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               (QStringList{u".vorel-site"_s, u"b.htm"_s}));
+}
+
+// A film takes an hour to convert: neither a kill nor a 取消 behind it may cost it.
+TEST_F(OutputFolderTest, KnowsWhatWasMadeBeforeAnEarlyEnd) {
+    {
+        COutputFolder output = Open();
+        output.Announce({u"film.mp4"_s, u"a.htm"_s});
+        const QString strFresh = output.FreshPath();
+        QFile fresh(strFresh);
+        ASSERT_TRUE(fresh.open(QIODevice::WriteOnly) && fresh.write("film") == 4);
+        fresh.close();
+        output.Adopt(strFresh, u"film.mp4"_s, 9);
+        const auto list = OutputList::Read(folder.Read(u"out\\.vorel-site"_s));
+        ASSERT_TRUE(list);
+        EXPECT_EQ(list->Files.value(u"film.mp4"_s).nInput, 9);
+        output.Write(u"a.htm"_s, "x", {5});
+    }
+    COutputFolder next = Open();
+    EXPECT_TRUE(next.Keep(u"film.mp4"_s, 9));
+    EXPECT_TRUE(next.Keep(u"a.htm"_s, 5));
 }
 
 // Names and remarks may hold what separates the fields of the list.
