@@ -23,11 +23,14 @@ QString CourseFolder(const QString& strProjectPath) {
     return QDir::cleanPath(Platform::ToNative(CCoursePaths(strProjectPath).GetCourseFolder(false)));
 }
 
+bool IsCourse(const QString& strFolder) {
+    return QFileInfo::exists(strFolder + "/Data/DataBase/VorelCourse.mdb"_L1);
+}
+
 /// A copy of a course still names the folder of the one that it was copied from.
 bool IsAnotherCourse(const QString& strFolder, const QString& strCourseFolder) {
     const QString strReal = QFileInfo(strFolder).canonicalFilePath();
-    return strReal != QFileInfo(strCourseFolder).canonicalFilePath() &&
-           QFileInfo::exists(strReal + "/Data/DataBase/VorelCourse.mdb"_L1);
+    return strReal != QFileInfo(strCourseFolder).canonicalFilePath() && IsCourse(strReal);
 }
 
 /// A copy of a course also names the folder into which the original was compiled.
@@ -105,6 +108,9 @@ QString ProposedFolder(const QString& strProjectPath) {
 
 QString OutputFolderFor(const QString& strChosen) {
     const QString strFolder = QDir::cleanPath(strChosen);
+    // New courses stand in folders that have the name of a form.
+    if (IsCourse(strFolder))
+        return strFolder;
     for (const QString& strForm : {c_strSite, c_strApplication, c_strHtml, c_strClassroom}) {
         if (strFolder.endsWith(QString(u'/' + strForm)) && strFolder.size() > strForm.size() + 1)
             return strFolder.chopped(strForm.size() + 1);

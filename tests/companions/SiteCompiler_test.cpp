@@ -399,6 +399,9 @@ TEST(SiteCompiler, RemembersTheFolderAndNothingElse) {
     EXPECT_EQ(CompileSite(request).Changed, 0) << "the same folder again";
     request.OutputFolder = course.Folder.Native(u"别 处\\课程网站"_s);
     EXPECT_EQ(CompileSite(request).Changed, 0) << "the site's own folder stands for that around it";
+    const QString strNew = course.Folder.Native(u"新课\\申报网站"_s);
+    course.Folder.Write(u"新课\\申报网站\\Data\\DataBase\\VorelCourse.mdb"_s, {});
+    EXPECT_EQ(OutputFolderFor(strNew), strNew) << "a new course has the name of a form";
     request.OutputFolder.clear();
 
     // The folder of another machine, and of the course that this one was copied from.
