@@ -8,6 +8,7 @@
 #   bench/compile.sh [ROUNDS [PLACE [PAGES]]]   build the preset "release" with VorelCompiler, bench_make_texts and
 #                                               vorel_seed first; default: 5 rounds, /dev/shm, 10,000 pages
 set -euo pipefail
+export LC_ALL=C.UTF-8
 cd "$(dirname "$0")/.."
 build="$PWD/build/release"
 rounds="${1:-5}"
@@ -77,8 +78,10 @@ cp "$work/hugo/layouts/index.json" "$work/hugo/bare/"
 measure() { # NAME COMMAND...
   local name="$1"
   shift
-  /usr/bin/time -f '%e %M' -o "$work/time" "$@" >"$work/out.txt" 2>&1 || { cat "$work/out.txt"; exit 1; }
-  [ "$round" -eq 0 ] || cat "$work/time" >>"$work/$name.txt"
+  local begin="$EPOCHREALTIME" end
+  /usr/bin/time -f '%M' -o "$work/time" "$@" >"$work/out.txt" 2>&1 || { cat "$work/out.txt"; exit 1; }
+  end="$EPOCHREALTIME"
+  [ "$round" -eq 0 ] || awk -v a="$begin" -v b="$end" '{ printf "%.3f %s\n", b - a, $1 }' "$work/time" >>"$work/$name.txt"
 }
 compile() { measure "$1" "$work/program/VorelCompiler" --silent "$work/course/course.vcp"; }
 hugo_build() { measure "$1" hugo --quiet --source "$work/hugo" --destination "$work/hugo/public"; }
@@ -108,6 +111,6 @@ most() { cut -d' ' -f2 "$work/$1.txt" | sort -n | tail -n 1 | awk '{ printf "%.0
 for run in '' -again; do
   o="$(median "ours$run" 1)" h="$(median "hugo$run" 1)"
   awk -v o="$o" -v h="$h" -v om="$(most "ours$run")" -v hm="$(most "hugo$run")" -v what="${run:+ after one edited page}" \
-    'BEGIN { printf "compile%s: %.2f s, %d MB; Hugo %.2f s, %d MB; ratio %.3f\n", what, o, om, h, hm, o / h }'
+    'BEGIN { printf "compile%s: %.3f s, %d MB; Hugo %.2f s, %d MB; ratio %.3f\n", what, o, om, h, hm, o / h }'
 done
 printf 'Hugo with a bare theme: %s s, %s MB\n' "$(median bare 1)" "$(most bare)"
