@@ -7,6 +7,8 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,27 +24,42 @@ std::optional<QByteArray> TryRead(const QString& strNativePath) {
 
 } // namespace
 
-CFragments::Page CFragments::Read(const QString& strSource) const {
-    const std::optional<QByteArray> bytes = TryRead(m_tree.NativePath(strSource));
-    if (!bytes)
-        return {PageAnchors::CNames(), true};
-    const QString strPage = PageText::Decode(*bytes).Text;
+CFragments::Page CFragments::PageIn(const QString& strPage) {
     QStringList names;
     for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
         names.append(anchor.strName);
     return {PageAnchors::CNames(names), strPage.contains("<script"_L1, Qt::CaseInsensitive)};
 }
 
-const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
-    {
-        const std::scoped_lock lock(m_mutex);
-        const auto known = m_pages.find(strSource);
-        if (known != m_pages.end())
-            return known->second;
-    }
-    Page page = Read(strSource);
+CFragments::Page CFragments::Read(const QString& strSource) const {
+    const std::optional<QByteArray> bytes = TryRead(m_tree.NativePath(strSource));
+    return bytes ? PageIn(PageText::Decode(*bytes).Text) : Page{PageAnchors::CNames(), true};
+}
+
+CFragments::Entry& CFragments::EntryOf(const QString& strSource) const {
     const std::scoped_lock lock(m_mutex);
-    return m_pages.try_emplace(strSource, std::move(page)).first->second;
+    return m_pages[strSource];
+}
+
+const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
+    Entry& entry = EntryOf(strSource);
+    // Before the page's turn is taken: who holds this may well wait for that.
+    const auto lock = LockIfLarge(m_tree.StateOf(strSource).nSize);
+    std::call_once(entry.Once, [&] { entry.Content = Read(strSource); });
+    return entry.Content;
+}
+
+void CFragments::Prepare(const QString& strSource, const QString& strPage) const {
+    if (m_tree.StateOf(strSource).nSize < c_nLargePage || !Torvane::File::IsHtmlFile(strSource))
+        return;
+    static const QRegularExpression own(u"href\\s*=\\s*[\"']?\\s*#"_s,
+                                        QRegularExpression::CaseInsensitiveOption);
+    const QString strName = strSource.mid(strSource.lastIndexOf(u'/') + 1) + u'#';
+    if (!strPage.contains(own) && !strPage.contains(strName, Qt::CaseInsensitive))
+        return;
+    Entry& entry = EntryOf(strSource);
+    const auto lock = LockIfLarge(c_nLargePage);
+    std::call_once(entry.Once, [&] { entry.Content = PageIn(strPage); });
 }
 
 /// The viewer of a presentation takes a slide's file for its fragment.

@@ -26,18 +26,28 @@ public:
     /// in a page that can't be read.
     Result Spelled(const QString& strSource, const QString& strFragment) const;
 
+    /// Reads the anchors of a large page that refers to itself, before its tree stands: only their names
+    /// stay, and the two trees never stand together.
+    void Prepare(const QString& strSource, const QString& strPage) const;
+
 private:
     struct Page {
         PageAnchors::CNames Names;
         /// A script may make anchors that are not in the text, or the text is not known.
         bool MayHaveMore = false;
     };
+    struct Entry {
+        std::once_flag Once;
+        Page Content;
+    };
+    Entry& EntryOf(const QString& strSource) const;
     const Page& PageOf(const QString& strSource) const;
     Page Read(const QString& strSource) const;
+    static Page PageIn(const QString& strPage);
     QString SlideBeside(const QString& strSource, const QString& strFragment) const;
 
     const CSourceTree& m_tree;
     mutable std::mutex m_mutex;
     /// A page that is in stays where it is.
-    mutable std::unordered_map<QString, Page> m_pages;
+    mutable std::unordered_map<QString, Entry> m_pages;
 };

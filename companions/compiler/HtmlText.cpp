@@ -195,7 +195,8 @@ private:
 
     void WriteElement(const GumboNode* pNode, QByteArray& out) {
         const GumboElement& element = pNode->v.element;
-        const QByteArray name = TagName(element);
+        // A page has one main part, and that is the frame's.
+        const QByteArray name = element.tag == GUMBO_TAG_MAIN ? "div"_ba : TagName(element);
         out += '<' + name;
         for (unsigned i = 0; i < element.attributes.length; ++i) {
             const auto* pAttribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
@@ -226,12 +227,13 @@ private:
     bool m_bHint = false;
 };
 
-/// Whether the page says itself that it is a whole document. A false yes costs nothing but its spelling.
+/// Whether the page says itself that it is a whole document, or which part of one is the main one. A false
+/// yes costs nothing but its spelling.
 bool IsWholeDocument(const QByteArray& html) {
     const QByteArray lower = html.toLower();
     return lower.contains("<html") || lower.contains("<body") || lower.contains("<!doctype") ||
            lower.contains("<head") || lower.contains("<frameset") || lower.contains("</body") ||
-           lower.contains("</html");
+           lower.contains("</html") || lower.contains("<main") || lower.contains("</main");
 }
 
 Fragment SerializeDocument(const QByteArray& html, const Rewriter& rewrite) {
@@ -439,11 +441,15 @@ std::optional<Fragment> TakeFragment(const QString& strPage, const Rewriter& rew
         return Fragment{QString(), strPage};
     if (IsTooDeep(html))
         return std::nullopt;
-    const QByteArray wrapped = c_before + html + c_after;
-    const Tree tree = Parse(wrapped);
-    const GumboNode* pContent = IsWholeDocument(html) ? nullptr : BalancedContent(tree, wrapped);
-    if (!pContent)
+    if (IsWholeDocument(html))
         return Normalised(html, rewrite);
+    const QByteArray wrapped = c_before + html + c_after;
+    Tree tree = Parse(wrapped);
+    const GumboNode* pContent = BalancedContent(tree, wrapped);
+    if (!pContent) {
+        tree.reset();
+        return Normalised(html, rewrite);
+    }
 
     CEdits edits(wrapped);
     ForEachElement(pContent, [&](const GumboNode* pNode) { EditReferences(pNode, rewrite, edits); });

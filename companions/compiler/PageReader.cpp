@@ -51,7 +51,9 @@ bool IsAscii(const QByteArray& bytes) {
 std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& references,
                                   const CReferences::Place& place) {
     ReadyPage page;
+    const auto lock = LockIfLarge(bytes.size());
     const QString strText = PageText::Decode(bytes).Text;
+    references.Fragments().Prepare(place.Source, strText);
     const QString strBase = HtmlText::BaseOf(strText);
     // The base itself does not come along.
     const std::optional<CReferences::Place> base = references.WithBase(strBase, place);
@@ -77,7 +79,10 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
 CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                             const CReferences::Place& place) {
     CorrectedFile corrected{bytes, {}};
+    const auto lock = LockIfLarge(bytes.size());
     PageText::Decoded text = PageText::Decode(bytes);
+    if (kind != ESourceText::StyleSheet)
+        references.Fragments().Prepare(place.Source, text.Text);
     // Bytes that don't survive the way there and back are kept as they are, one character each; names in
     // ASCII are found all the same.
     if (PageText::Encode(text) != bytes)

@@ -27,3 +27,8 @@ std::optional<QByteArray> ReadSourceText(const QString& strNativePath) {
         throw Torvane::CRunException(CompilerText::c_strCannotRead.arg(strNativePath, file.errorString()));
     return bytes;
 }
+
+std::unique_lock<std::recursive_mutex> LockIfLarge(qint64 nBytes) {
+    static std::recursive_mutex mutex;
+    return nBytes < c_nLargePage ? std::unique_lock<std::recursive_mutex>() : std::unique_lock(mutex);
+}

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <mutex>
 #include <optional>
 
 /// More than any text of a course has; to be read, it is in memory several times over.
@@ -14,3 +15,9 @@ bool IsPageFile(const QString& strName);
 /// A text of the course, whole; nothing for one of more than c_nMaxSourceText bytes. Throws
 /// Torvane::CRunException with a message.
 std::optional<QByteArray> ReadSourceText(const QString& strNativePath);
+
+/// Held while a page is parsed, whose tree takes forty times its text: of large pages one at a time is, in
+/// the whole program. Nothing is locked for a small one. Whoever holds it may parse another large page
+/// within.
+std::unique_lock<std::recursive_mutex> LockIfLarge(qint64 nBytes);
+constexpr qint64 c_nLargePage = qint64{1} << 20;

@@ -30,6 +30,8 @@ TEST(HtmlText, TakesPagesApartForTheFrame) {
          u"<img src=\"A.GIF\" alt=\"x\"><a href=\"B&amp;C\">t</a><a href='!k'>k</a>"_s},
         {u"<object><param name=Movie value=m.swf><param name=quality value=high></object>"_s, QString(),
          u"<object><param name=Movie value=\"M.SWF\"><param name=quality value=high></object>"_s},
+        // The frame's main part stays the only one.
+        {u"<main id=a>x</main></main>"_s, QString(), u"<div id=\"a\">x</div>"_s},
         {u"<link rel=stylesheet href=a.css><title>t</title><meta charset=gbk>text<style>p{}</style>"_s,
          u"<link rel=stylesheet href=\"A.CSS\">\n<style>p{}</style>\n"_s, u"text"_s},
         {u"<p style='background:url(a.gif)'>x<style>p{background:URL( b.gif )}</style>"_s,

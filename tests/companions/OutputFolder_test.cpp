@@ -101,7 +101,7 @@ TEST_F(OutputFolderTest, KnowsWhatWasMadeBeforeAnEarlyEnd) {
         const auto list = OutputList::Read(folder.Read(u"out\\.vorel-site"_s));
         ASSERT_TRUE(list);
         EXPECT_EQ(list->Files.value(u"film.mp4"_s).nInput, 9);
-        output.Write(u"a.htm"_s, "x", {5});
+        output.Write(u"a.htm"_s, "x", {5, {}, {}, {}});
     }
     COutputFolder next = Open();
     EXPECT_TRUE(next.Keep(u"film.mp4"_s, 9));
