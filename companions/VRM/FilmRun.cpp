@@ -25,11 +25,17 @@ constexpr qsizetype c_nMaxSaid = 4000;
 const QString c_strLevels =
     u"asetnsamples=n=4410:p=0,astats=metadata=1:reset=1:measure_perchannel=none:measure_overall=Peak_level,"
     "ametadata=mode=print:key=lavfi.astats.Overall.Peak_level:file='pipe\\:2':direct=1"_s;
+const QString c_strMostPictures = u"30"_s;
 const QString c_strLivePicture = u"fps=10,scale=%1:%2:force_original_aspect_ratio=decrease,pad=%1:%2:-1:-1"_s;
 /// A word that the level stands behind.
 constexpr QByteArrayView c_level("lavfi.astats.Overall.Peak_level=");
 constexpr QByteArrayView c_time("out_time_us=");
 constexpr double c_dNoSound = -1000;
+
+/// What is told many times a second, and has blanks as a failure's reason has.
+bool IsProgress(const QByteArray& line) {
+    return line.startsWith("frame:") || line.startsWith("bitrate=") || line.startsWith("speed=");
+}
 
 QStringList MicrophoneInput() {
     return {u"-f"_s,
@@ -81,17 +87,12 @@ QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QStri
     if (source.Kind != EKind::Microphone) {
         // Square points, which every player shows alike; and a whole picture every second, so that a marker
         // is soon reached.
-        arguments +=
-            QStringList{u"-vf"_s,
-                        u"scale=w='trunc(min(1280,iw*sar)/2)*2':h='max(2,trunc(ow/dar/2)*2)',setsar=1"_s,
-                        u"-c:v"_s,
-                        u"wmv2"_s,
-                        u"-q:v"_s,
-                        u"4"_s,
-                        u"-force_key_frames"_s,
-                        u"expr:gte(t,n_forced)"_s,
-                        u"-pix_fmt"_s,
-                        u"yuv420p"_s};
+        arguments += QStringList{
+            u"-vf"_s, u"scale=w='trunc(min(1280,iw*sar)/2)*2':h='max(2,trunc(ow/dar/2)*2)',setsar=1"_s,
+            // A film with marks of time a thousandth apart would else get a thousand pictures a
+            // second.
+            u"-fpsmax"_s, c_strMostPictures, u"-c:v"_s, u"wmv2"_s, u"-q:v"_s, u"4"_s, u"-force_key_frames"_s,
+            u"expr:gte(t,n_forced)"_s, u"-pix_fmt"_s, u"yuv420p"_s};
         if (source.Kind == EKind::File)
             arguments += QStringList{u"-map"_s, u"0:V:0?"_s, u"-map"_s, u"0:a:0?"_s};
     }
@@ -206,7 +207,7 @@ void CFilmRun::ReadLines() {
             const double dLevel = line.mid(c_level.size()).toDouble(&bNumber);
             if (OnLevel)
                 OnLevel(bNumber && std::isfinite(dLevel) ? dLevel : c_dNoSound);
-        } else if (line.contains(' ') || !line.contains('=')) {
+        } else if (!IsProgress(line) && (line.contains(' ') || !line.contains('='))) {
             m_said = QByteArray(m_said + line + '\n').right(c_nMaxSaid);
         }
     }

@@ -1,5 +1,6 @@
 #include "companions/VRM/LectureTimes.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 using namespace Qt::StringLiterals;
@@ -12,6 +13,8 @@ constexpr int c_nSmallMove = 8;
 constexpr qsizetype c_nMaxPlaces = 30000;
 constexpr qsizetype c_nMaxChanges = 20000;
 
+const QString c_strSlide = u"SLIDE"_s;
+
 } // namespace
 
 qint64 CLectureTimes::Late(qint64 nTime) {
@@ -22,9 +25,29 @@ void CLectureTimes::ShowSlide(int nSlide, qint64 nTime) {
     if (m_script.Markers.size() >= c_nMaxChanges)
         return;
     const qint64 nAt = m_script.Markers.isEmpty() ? 0 : Late(nTime);
-    m_script.Commands.append({nAt, u"SLIDE"_s, QString::number(-nSlide - 1)});
-    m_script.Markers.append({nAt, m_titles.value(nSlide)});
     m_nX = m_nY = -1;
+    // Turned through in a pause: nobody will see those in between.
+    if (!m_script.Markers.isEmpty() && m_script.Markers.last().nTime == nAt)
+        TakeBackSlide();
+    const QString strCall = QString::number(-nSlide - 1);
+    if (const SAsfCommand* pShown = LastSlide(); pShown && pShown->strParameter == strCall)
+        return;
+    m_script.Commands.append({nAt, c_strSlide, strCall});
+    m_script.Markers.append({nAt, m_titles.value(nSlide)});
+}
+
+const SAsfCommand* CLectureTimes::LastSlide() const {
+    const auto isSlide = [](const SAsfCommand& command) { return command.strType == c_strSlide; };
+    const auto it = std::find_if(m_script.Commands.crbegin(), m_script.Commands.crend(), isSlide);
+    return it == m_script.Commands.crend() ? nullptr : &*it;
+}
+
+void CLectureTimes::TakeBackSlide() {
+    const qsizetype nSlide = LastSlide() - m_script.Commands.constData();
+    // Each command behind it is a place of the pointer on it.
+    m_places.resize(m_places.size() - (m_script.Commands.size() - nSlide - 1));
+    m_script.Commands.resize(nSlide);
+    m_script.Markers.removeLast();
 }
 
 void CLectureTimes::MovePointer(int nX, int nY, qint64 nTime) {

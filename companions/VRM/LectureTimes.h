@@ -13,7 +13,7 @@ public:
     /// The titles of all slides.
     explicit CLectureTimes(QStringList titles) : m_titles(std::move(titles)) {}
 
-    /// From 0. The first one shows from the beginning.
+    /// From 0. The first one shows from the beginning. Of several at one time the last counts.
     void ShowSlide(int nSlide, qint64 nTime);
     /// In thousandths of the slide's width and height. Small and quick moves are passed over.
     void MovePointer(int nX, int nY, qint64 nTime);
@@ -28,6 +28,10 @@ public:
 
 private:
     qint64 Late(qint64 nTime);
+    /// The command for the slide that shows; null before the first.
+    const SAsfCommand* LastSlide() const;
+    /// With what the pointer did on it.
+    void TakeBackSlide();
 
     QStringList m_titles;
     SAsfScript m_script;

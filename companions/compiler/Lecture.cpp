@@ -149,6 +149,8 @@ bool MakePlayable(const QString& strProgram, const QString& strFrom, const QStri
                       u"0:a:0?"_s,
                       u"-map_metadata"_s,
                       u"-1"_s,
+                      u"-fpsmax"_s,
+                      u"30"_s,
                       u"-c:v"_s,
                       u"libx264"_s,
                       u"-preset"_s,

@@ -35,13 +35,18 @@ TEST_F(RecorderTest, ALectureReadsBackAsItWasRecorded) {
         {u"slides.files/slide0001.htm"_s, u"slides.files/slide0002.htm"_s}, {}, {u"一"_s, u"\"二\""_s}};
     CLectureTimes times(slides.Titles);
     times.MovePointer(5, 5, 0);
-    times.ShowSlide(0, 700);
+    times.ShowSlide(1, 700);
+    times.ShowSlide(0, 0);
     times.MovePointer(100, 200, 1000);
     times.MovePointer(300, 300, 1100);
     times.MovePointer(101, 201, 1500);
     times.ShowSlide(1, 3000);
     times.MovePointer(400, 500, 2900);
     times.ShowSlide(0, 6000);
+    // Turned to and fro in a pause.
+    times.ShowSlide(1, 7000);
+    times.MovePointer(7, 7, 7000);
+    times.ShowSlide(0, 7000);
     m_folder.Write(u"课 一\\recorded.part"_s, Film());
     WriteLecture(m_request, slides, 1.5, times, {});
 
