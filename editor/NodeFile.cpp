@@ -157,6 +157,10 @@ void SaveCopy(const CBookNode& node, IPeople& people) {
     QString strName = node.GetCourse().GetDatabase()->GetFileName(node.GetId());
     if (strName.isEmpty())
         strName = Torvane::File::BareName(strSource);
+    SaveCopy(strSource, strName, people);
+}
+
+void SaveCopy(const QString& strSource, const QString& strName, IPeople& people) {
     const auto target = people.PickSaveFile(EditorTexts::c_strDownloadTitle, strName);
     if (!target)
         return;

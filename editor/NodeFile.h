@@ -28,6 +28,8 @@ QString VideoObstacle(bool bRecording, bool bHasPlayer, bool bHasEncoder);
 
 /// Copies the file to where the person says. Failures are shown.
 void SaveCopy(const CBookNode& node, Torvane::Dialog::MFC::IPeople& people);
+/// The same of any file, a path in backslash form; strName is what is proposed as the copy's name.
+void SaveCopy(const QString& strSource, const QString& strName, Torvane::Dialog::MFC::IPeople& people);
 
 /// Opens the file in the program that edits it; tells the person when there is none.
 bool OpenInProgram(CBookNode& node, Torvane::Dialog::MFC::IPeople& people);

@@ -1,6 +1,7 @@
 #include "editor/ui/ContentPane.h"
 
 #include "content/Texts.h"
+#include "editor/NodeFile.h"
 #include "editor/Texts.h"
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/OfferBar.h"
@@ -78,6 +79,7 @@ void CContentPane::ShowAsFile(const QString& strPath) {
         m_pMedia = new CMediaView(m_pStack);
         m_pStack->addWidget(m_pMedia);
         connect(m_pMedia, &CMediaView::OpenOutside, this, &CContentPane::OpenInProgram);
+        connect(m_pMedia, &CMediaView::CopyWanted, this, &CContentPane::SaveCopy);
     }
     m_pStack->setCurrentWidget(m_pMedia);
     setFocusProxy(m_pMedia);
@@ -116,6 +118,13 @@ void CContentPane::OpenForPage(const QString& strUrl) {
 void CContentPane::OpenInProgram(const QString& strPath) {
     if (!Platform::OpenWithVerb(strPath))
         SayNotOpened(Platform::ToShown(strPath));
+}
+
+// By value: another file may show behind the box.
+void CContentPane::SaveCopy(QString strPath, QString strName) {
+    CQtPeople people;
+    people.SetParent(this);
+    NodeFile::SaveCopy(strPath, strName, people);
 }
 
 void CContentPane::SayNotOpened(const QString& strWhat) {

@@ -33,6 +33,7 @@ private:
     void ClearPage();
     void OpenForPage(const QString& strUrl);
     void OpenInProgram(const QString& strPath);
+    void SaveCopy(QString strPath, QString strName);
     void SayNotOpened(const QString& strWhat);
 
     QString m_strTitle;

@@ -7,6 +7,7 @@
 #include "editor/ui/ContentWindow.h"
 #include "editor/ui/ShowFailure.h"
 #include "foundation/SysInfo.h"
+#include "platform/ui/MediaKinds.h"
 
 #include <QHideEvent>
 #include <QPointer>
@@ -31,8 +32,8 @@ void CShowContentView::ShowNode() {
         ShowFailure(this, [this] { ShowContent(); });
 }
 
-/// The pane would stay empty for a file that the browser doesn't show: it goes back to what else can be done
-/// with the file.
+/// The pane would stay empty for a file that neither browser nor player shows: it goes back to what else can
+/// be done with the file.
 void CShowContentView::ShowFile(EViewKind kind) {
     CBookNode* const pNode = m_pNode;
     const QPointer<CShowContentView> pSelf(this);
@@ -47,7 +48,9 @@ void CShowContentView::ShowFile(EViewKind kind) {
 
 void CShowContentView::ShowContent() {
     const EViewKind kind = KindView(*m_pNode);
-    if (kind == EViewKind::ToolButtons && m_pNode->GetType() == NodeType::c_nExternalFile) {
+    // A film is played, and the pane has a button that saves it.
+    if (kind == EViewKind::ToolButtons && m_pNode->GetType() == NodeType::c_nExternalFile &&
+        MediaKinds::OfFile(m_pNode->GetContentPath()).Way != MediaKinds::EWay::Player) {
         ShowFile(kind);
         return;
     }

@@ -45,6 +45,13 @@ QString FileName(const QString& strPath) {
     return strShown.mid(strShown.lastIndexOf(u'/') + 1);
 }
 
+bool IsReadable(const QString& strPath) {
+    if (strPath.isEmpty())
+        return false;
+    const QFileInfo file(Platform::ToNative(strPath));
+    return file.isFile() && file.isReadable();
+}
+
 /// A click beside a slider's handle takes it there.
 class CClickedPlace : public QProxyStyle {
 public:
@@ -138,6 +145,12 @@ QWidget* CMediaView::MakeFoot() {
     m_pName->setObjectName(QStringLiteral("mediaName"));
     m_pName->setTextFormat(Qt::PlainText);
     m_pName->setMinimumWidth(1);
+    m_pSave = DialogParts::Named(new QPushButton(UiTexts::c_strSaveCopy, pRow), "mediaSave",
+                                 UiTexts::c_strSaveCopy);
+    connect(m_pSave, &QPushButton::clicked, this, [this] {
+        if (!m_strPath.isEmpty())
+            Q_EMIT CopyWanted(m_strPath, m_strName);
+    });
     m_pOutside = DialogParts::Named(new QPushButton(UiTexts::c_strOpenInProgram, pRow), "mediaOutside",
                                     UiTexts::c_strOpenInProgram);
     connect(m_pOutside, &QPushButton::clicked, this, [this] {
@@ -146,6 +159,7 @@ QWidget* CMediaView::MakeFoot() {
             Q_EMIT OpenOutside(m_strPath);
     });
     pLayout->addWidget(m_pName, 1);
+    pLayout->addWidget(m_pSave);
     pLayout->addWidget(m_pOutside);
     return pRow;
 }
@@ -175,10 +189,10 @@ void CMediaView::ShowFile(const QString& strPath, const QString& strName) {
     m_strPath = strPath;
     m_strName = strName.isEmpty() ? FileName(strPath) : strName;
     ShowName();
-    const MediaKinds::SKind kind = MediaKinds::OfFile(strPath);
-    if (kind.Way != MediaKinds::EWay::Player) {
+    const bool bThere = IsReadable(strPath);
+    if (!bThere || MediaKinds::OfFile(strPath).Way != MediaKinds::EWay::Player) {
         m_pPlayer->Unload();
-        Tell(UiTexts::c_strNotShownHere);
+        Tell(bThere ? UiTexts::c_strNotShownHere : UiTexts::c_strMediaNotReadable);
         return;
     }
     m_pText->setText(UiTexts::c_strMediaOpening);
@@ -220,7 +234,9 @@ void CMediaView::ShowName() {
     m_pName->setAccessibleName(m_strName);
     m_pName->setToolTip(DialogParts::TipOf(Platform::ToShown(m_strPath)));
     // Another program could no more read it.
-    m_pOutside->setEnabled(!m_strPath.isEmpty() && QFileInfo(Platform::ToNative(m_strPath)).isReadable());
+    const bool bThere = IsReadable(m_strPath);
+    m_pOutside->setEnabled(bThere);
+    m_pSave->setEnabled(bThere);
 }
 
 void CMediaView::ShowState() {

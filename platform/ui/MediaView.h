@@ -26,6 +26,8 @@ public:
 Q_SIGNALS:
     /// The person wants the file in another program.
     void OpenOutside(const QString& strPath);
+    /// The person wants a copy of the file in a place of their own, under the name that they call it by.
+    void CopyWanted(const QString& strPath, const QString& strName);
 
 protected:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -55,6 +57,7 @@ private:
     QSlider* m_pVolume;
     QPushButton* m_pFill;
     QLabel* m_pName;
+    QPushButton* m_pSave;
     QPushButton* m_pOutside;
     /// Backslash form; empty for none.
     QString m_strPath;

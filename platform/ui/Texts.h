@@ -45,6 +45,7 @@ inline const QString c_strPlaceInMedia = QStringLiteral("播放位置");
 inline const QString c_strVolume = QStringLiteral("音量(&L)：");
 inline const QString c_strFillScreen = QStringLiteral("全屏(&U)");
 inline const QString c_strFillScreenKeys = QStringLiteral("全屏播放（F11），按 Esc 退出");
+inline const QString c_strSaveCopy = QStringLiteral("另存为(&A)...");
 inline const QString c_strOpenInProgram = QStringLiteral("用其他程序打开(&O)");
 inline const QString c_strMediaOpening = QStringLiteral("正在打开...");
 inline const QString c_strMediaReady = QStringLiteral("就绪");

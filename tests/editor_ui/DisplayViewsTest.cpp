@@ -284,6 +284,19 @@ TEST_F(FileViewTest, ADownloadSavesAndGoesBack) {
     pView->m_pViewParam = 0;
     pView->ShowNode();
     EXPECT_EQ(m_world.Host.Views, (std::vector{card, card}));
+    // A film plays here, and is saved from here.
+    const auto pFilm = MakeFile(u"2.mp4"_s);
+    pView->m_pNode = pFilm.get();
+    ShowOnScreen(*pView);
+    pView->ShowNode();
+    EXPECT_EQ(m_world.Host.Views.size(), 2U);
+    WhenDialogOpens([&](QDialog& dialog) {
+        auto* pField = dialog.findChild<QLineEdit*>();
+        pField->setText(m_world.Folder.Native(u"课.mp4"_s));
+        QTest::keyClick(pField, Qt::Key_Return);
+    });
+    QTest::mouseClick(&Child<QPushButton>(*pView, u"mediaSave"_s), Qt::LeftButton);
+    EXPECT_EQ(m_world.Folder.Read(u"课.mp4"_s), "content");
 }
 
 } // namespace

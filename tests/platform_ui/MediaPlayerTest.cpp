@@ -162,6 +162,10 @@ TEST_F(MediaPlayerTest, TheViewPlaysOrTellsWhatTheFileIs) {
     ASSERT_EQ(outside.size(), 1);
     EXPECT_EQ(outside.first().first().toString(), m_folder.Path(u"动画.swf"_s));
 
+    // No program could open what isn't there.
+    view.ShowFile(m_folder.Path(u"gone.pdf"_s));
+    EXPECT_TRUE(text.text().contains(u"这个文件不存在"_s)) << text.text().toStdString();
+
     view.ShowFile(m_folder.Path(u"a.wmv"_s));
     view.hide();
     EXPECT_FALSE(QTest::qWaitFor([&] { return play.text() == u"暂停(&P)"_s; }, 500));
