@@ -128,14 +128,21 @@
     button.disabled = !opens;
     button.title = opens ? filled(TEXTS.opensFile, name) : advice;
     button.setAttribute('aria-label', text);
-    for (const [line, style] of [[opens ? '▶' : '', 'font-size:24px;line-height:1'], [name, 'font-weight:bold'],
-                                 [advice, 'color:#555']]) {
+    const parts = [];
+    // With the height from which there is room for it; the tooltip and the name that is read out have the rest.
+    for (const [line, style, least] of [[opens ? '▶' : '', 'font-size:24px;line-height:1', 80],
+                                        [name, 'font-weight:bold', 0], [advice, 'color:#555', name ? 50 : 0]]) {
       const part = document.createElement('div');
       part.textContent = line;
-      part.style.cssText = 'overflow:hidden;text-overflow:ellipsis;max-width:100%;' + style;
+      part.style.cssText = 'overflow:hidden;text-overflow:ellipsis;max-width:100%;flex:none;' + style;
+      parts.push([part, least]);
       if (line)
         button.append(part);
     }
+    new ResizeObserver(() => {
+      for (const [part, least] of parts)
+        part.hidden = button.offsetHeight < least;
+    }).observe(button);
     button.style.cssText = 'all:initial;box-sizing:border-box;width:100%;height:100%;display:flex;gap:4px;' +
         'flex-direction:column;align-items:center;justify-content:center;overflow:hidden;padding:4px;' +
         'font:13px sans-serif;color:#222;background:#eef3f8;border:1px solid #9ab;text-align:center;' +
@@ -252,8 +259,8 @@
         return;
       const chip = card(url, kind, {width: '220px', height: '76px'});
       stand(chip, element);
-      chip.style.cssText += ';position:fixed;right:12px;z-index:2147483647;bottom:' + (12 + 84 * unseen++) + 'px';
-      (document.body || document.documentElement).append(chip);
+      chip.style.cssText += ';position:static;flex:none;width:220px;height:76px';
+      rim().append(chip);
       return;
     }
     if (isAlone)
@@ -262,7 +269,18 @@
       return fillFrame(element, url, kind);
     stand(card(url, kind, sizeOf(element)), element);
   }
-  let unseen = 0;
+
+  // Where the cards of what has no place of its own stand above each other, as many as they are.
+  function rim() {
+    if (column && column.isConnected)
+      return column;
+    column = document.createElement('div');
+    column.style.cssText = 'position:fixed;right:12px;bottom:0;z-index:2147483647;box-sizing:border-box;padding:12px 0;' +
+        'display:flex;flex-direction:column-reverse;gap:8px;max-height:100vh;overflow:auto';
+    (document.body || document.documentElement).append(column);
+    return column;
+  }
+  let column = null;
 
   // A card that is all there is in a document.
   function fill(page, url, kind) {
@@ -305,10 +323,20 @@
   // nobody may look into.
   function watchFrame(frame, url, kind) {
     const check = () => {
-      if (!frame.contentDocument || frame.contentDocument.URL === 'about:blank')
+      const isEmpty = !frame.contentDocument || frame.contentDocument.URL === 'about:blank';
+      // Not for the film that it had before.
+      if (isEmpty && sourceOf(frame) === url)
         replace(frame, url, kind);
     };
-    if (document.readyState === 'complete') {
+    if (frame.loading === 'lazy') {
+      // Empty until the person comes near it, and an empty page's load is told before.
+      new IntersectionObserver((entries, observer) => {
+        if (!entries.some((entry) => entry.isIntersecting))
+          return;
+        observer.disconnect();
+        setTimeout(check, 10000);
+      }).observe(frame);
+    } else if (document.readyState === 'complete') {
       frame.addEventListener('load', check, {once: true});
       // Of one that is refused nothing is told.
       setTimeout(check, url.startsWith('file:') ? 1000 : 10000);
