@@ -307,9 +307,9 @@ void CInSiteLinkDialog::Follow() {
         return;
     QString strSlide;
     const QPointer<CInSiteLinkDialog> pAlive(this);
-    if (bFile)
-        m_pPreview->GetSlideFrameLocation(strSlide);
-    if (pAlive)
+    const bool bTold = !bFile || m_pPreview->GetSlideFrameLocation(strSlide);
+    // A page that gives no answer and hasn't moved may yet show the slide that the line tells.
+    if (pAlive && (std::exchange(m_strFollowed, strUrl) != strUrl || bTold))
         SetPlace(InSiteLink::PlaceOf(strUrl, strSlide));
 }
 

@@ -80,6 +80,8 @@ private:
     QTimer m_toAccept;
     InSiteLink::Preview m_preview;
     QString m_strPlace;
+    /// Where the preview stood when the line last followed it.
+    QString m_strFollowed;
     /// The page whose places the list shows.
     QString m_strListed;
     /// The link that there is, until its node has shown.

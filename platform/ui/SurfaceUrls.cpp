@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <cctype>
+#include <utility>
 
 namespace SurfaceUrls {
 
@@ -168,8 +169,9 @@ QString FindOnDisk(const QUrl& url) {
     strAsWritten.replace(QLatin1String("%20"), QLatin1String(" "))
         .replace(QLatin1String("%23"), QLatin1String("#"));
     const QString strParent = strPath.left(strPath.lastIndexOf(u'\\') + 1);
-    for (const QString& strCandidate :
-         {strPath, strAsWritten, Decode(strPath), QString(strParent + NameWithEscapes(url))}) {
+    QStringList candidates{strPath, strAsWritten, Decode(strPath), strParent + NameWithEscapes(url)};
+    candidates.removeDuplicates();
+    for (const QString& strCandidate : std::as_const(candidates)) {
         const QString strNative = Platform::ToNative(strCandidate);
         if (QFileInfo::exists(strNative))
             return strNative;

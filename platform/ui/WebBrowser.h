@@ -210,7 +210,7 @@ private:
     /// text: the page is then put in its place once more. And what a file that is a body's text begins with
     /// may have gone to the head, where an edited page would lose it; a declaration of the encoding, which
     /// saving would make untrue, is taken out. False when a page to be edited stays misread.
-    bool MendPage(const QString& strNativeFile);
+    bool MendPage(const QString& strNativeFile, bool bLate = false);
     /// How long the page that shows may take for an answer, in ms: not long where it runs its own scripts.
     int Patience() const;
     SEngineAnswer Ask(const QString& strFunction, const QJsonArray& arguments);

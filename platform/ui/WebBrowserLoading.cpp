@@ -116,6 +116,14 @@ void CWebBrowser2Ex::EndWaiting(const QUrl& url, const SEngineAnswer& answer) {
     m_waiting.clear();
     m_bPageLoaded = IsTrue(answer);
     const bool bLate = answer.State == SEngineAnswer::EState::TimeOut;
+    if (m_bPageLoaded && url.isLocalFile()) {
+        const CCallGuard guard;
+        const QPointer<CWebBrowser2Ex> pAlive(this);
+        if (!guard.IsRefused())
+            MendPage(url.toLocalFile(), true);
+        if (!pAlive)
+            return;
+    }
     if (m_bPageLoaded)
         ShowNote({});
     else
@@ -206,12 +214,13 @@ bool CWebBrowser2Ex::PutBody(const QString& strFunction, const QJsonArray& argum
     return names.isEmpty() || IsTrue(Ask(QStringLiteral("rename"), {names}));
 }
 
-bool CWebBrowser2Ex::MendPage(const QString& strNativeFile) {
+bool CWebBrowser2Ex::MendPage(const QString& strNativeFile, bool bLate) {
     const auto bytes = PageBytes(strNativeFile);
     if (!bytes)
         return !m_bEditing;
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const int nLimit = m_bEditing || !MayRun(*bytes) ? c_nScriptMilliseconds : c_nMendMilliseconds;
+    const int nLimit =
+        !bLate && (m_bEditing || !MayRun(*bytes)) ? c_nScriptMilliseconds : c_nMendMilliseconds;
     const SEngineAnswer answer = m_pEngine->Call(QStringLiteral("encoding"), {}, nLimit);
     if (!pAlive)
         return false;

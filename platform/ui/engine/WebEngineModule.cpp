@@ -417,6 +417,9 @@ void CWebEngine::Await(int nMilliseconds, std::function<void(const SEngineAnswer
             RenewPage(false);
         told(answer);
     });
+    // It has come just as the wait for it was given up, and nothing more will tell of it.
+    if (!m_pPage->isLoading())
+        Q_EMIT m_pPage->Begun();
 }
 
 SEngineAnswer CWebEngine::LoadDocument(const QString& strHtml, const QUrl& url, int nMilliseconds) {
