@@ -82,7 +82,7 @@
   function erase(event) {
     if (/^delete(Content|Word|SoftLine|HardLine)/.test(event.inputType) && !isField(event.target) &&
         page.isLargeAndChosen())
-      undoHistory.of().instead(event, page.emptyPage);
+      undoHistory.of().instead(event, page.emptyChosen);
   }
 
   // A picture or a link need not be selected to be dragged.
@@ -139,22 +139,36 @@
     return 0;
   }
 
+  // Where something is to be pasted, and what stands there to be replaced. The text before a picture tells where
+  // that began even when it has given way to what is typed.
+  function placeOf(range) {
+    const {startContainer, startOffset} = range;
+    const before = startContainer.nodeType === Node.ELEMENT_NODE ? startContainer.childNodes[startOffset - 1] : null;
+    if (!range.collapsed && before && before.nodeType === Node.TEXT_NODE)
+      range.setStart(before, before.length);
+    return {range: range, told: toldOf(range)};
+  }
+
+  function toldOf(range) {
+    return [range.startContainer, range.startOffset, range.endContainer, range.endOffset, range.toString()];
+  }
+
   // A new paragraph in front of the one in which the caret begins takes the caret's place along, and what is to be
   // pasted there: it belongs in front.
   function keepPlaces() {
     let places = [];
     const isAtCaret = (place) => {
       const chosen = window.getSelection();
-      return place && place.collapsed && chosen.anchorNode === place.startContainer &&
+      return place.collapsed && chosen.anchorNode === place.startContainer &&
           chosen.anchorOffset === place.startOffset;
     };
     document.addEventListener('beforeinput', (event) => {
-      places = event.inputType === 'insertParagraph' ? window.vorelPlaces.filter(isAtCaret) : [];
+      places = event.inputType === 'insertParagraph' ? window.vorelPlaces.filter((e) => e && isAtCaret(e.range)) : [];
     });
     document.addEventListener('input', (event) => {
       if (event.inputType !== 'insertParagraph')
         return;
-      for (const place of places.filter(isAtCaret)) {
+      for (const place of places.map((e) => e.range).filter(isAtCaret)) {
         const node = place.startContainer;
         const paragraph = (node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement).closest(STOPS);
         const before = paragraph && paragraph.previousElementSibling;
@@ -176,7 +190,7 @@
           return;
         event.preventDefault();
         const chosen = window.getSelection();
-        window.vorelPlaces.push(chosen.rangeCount > 0 ? chosen.getRangeAt(0).cloneRange() : undefined);
+        window.vorelPlaces.push(chosen.rangeCount > 0 ? placeOf(chosen.getRangeAt(0).cloneRange()) : undefined);
         console.debug(token + what);
       };
       document.addEventListener('copy', (event) => put(event, mark));
@@ -201,15 +215,19 @@
     // Until the program knows of the wish the person may have typed on: what is pasted comes before that. Back
     // to where it was to be; how many steps of the caret stand behind it.
     begin: () => {
-      const place = window.vorelPlaces.shift();
+      const {range: place, told} = window.vorelPlaces.shift() || {};
       const chosen = window.getSelection();
       if (!place || chosen.rangeCount === 0 || !document.body.contains(place.commonAncestorContainer))
         return 0;
-      // Nothing has been typed in place of what it is to replace.
       if (!place.collapsed) {
-        chosen.removeAllRanges();
-        chosen.addRange(place);
-        return 0;
+        // Nothing has been typed in place of what it is to replace.
+        if (toldOf(place).every((each, index) => each === told[index])) {
+          chosen.removeAllRanges();
+          chosen.addRange(place);
+          return 0;
+        }
+        // Otherwise it reaches over what was never selected.
+        place.collapse(true);
       }
       if (!chosen.isCollapsed)
         return 0;

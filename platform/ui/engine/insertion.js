@@ -1,7 +1,7 @@
 // How fragments and what is pasted come into a page.
 (function () {
   'use strict';
-  const {body, isFrameset, inert, rename, selection, setCaret, elementOf, isEmpty, isLargeAndChosen, emptyPage,
+  const {body, isFrameset, inert, rename, selection, setCaret, elementOf, isEmpty, isLargeAndChosen, emptyChosen,
          deleteSelection} = page;
 
   const PARAGRAPHS = 'p, h1, h2, h3, h4, h5, h6';
@@ -108,7 +108,7 @@
       return attributes;
     });
     if (isLargeAndChosen())
-      emptyPage();
+      emptyChosen();
     const done = document.execCommand('insertHTML', false, fragment.innerHTML);
     for (const element of body().querySelectorAll('[' + MARK + ']')) {
       const attributes = wanted[Number(element.getAttribute(MARK))];

@@ -106,39 +106,76 @@
     return field && /^(input|textarea)$/.test(field.localName) && field.selectionStart !== field.selectionEnd ? field : null;
   }
 
-  // The engine takes the square of its time to empty a page of very many elements.
-  const MANY = 500;
+  // The engine takes the square of its time to empty a selection of very many elements.
+  const MANY = 2000;
   const ALONE = 'img, input, textarea, select, button, embed, object, iframe, video, audio, hr, marquee';
+  const LINES = 'p, div, h1, h2, h3, h4, h5, h6, pre, li, td, th, body';
+  const TABLE_PARTS = 'table, caption, thead, tbody, tfoot, tr, td, th';
 
+  function isBetween(line, common) {
+    return line !== common && common.contains(line);
+  }
+
+  function isInPartOfTable(line, common) {
+    for (let e = line; isBetween(e, common); e = e.parentElement) {
+      if (e.matches(TABLE_PARTS))
+        return true;
+    }
+    return false;
+  }
+
+  // Of very many elements, from the beginning of a line to the end of one, so that nothing of these is left to join.
   function isLargeAndChosen() {
     const chosen = window.getSelection();
-    if (chosen.rangeCount === 0 || chosen.isCollapsed || body().querySelectorAll('*').length < MANY)
+    if (chosen.rangeCount === 0 || chosen.isCollapsed)
       return false;
     const range = chosen.getRangeAt(0);
-    if (!body().contains(range.commonAncestorContainer))
+    const common = elementOf(range.commonAncestorContainer);
+    if (!body().contains(common) || common.querySelectorAll('*').length < MANY)
       return false;
+    const [first, last] = [range.startContainer, range.endContainer].map((node) => elementOf(node).closest(LINES));
     const [before, behind] = [document.createRange(), document.createRange()];
-    before.selectNodeContents(body());
-    behind.selectNodeContents(body());
+    before.setStart(first, 0);
     before.setEnd(range.startContainer, range.startOffset);
     behind.setStart(range.endContainer, range.endOffset);
-    return [before, behind].every((rest) =>
+    behind.setEnd(last, last.childNodes.length);
+    return ![first, last].some((line) => isInPartOfTable(line, common)) && [before, behind].every((rest) =>
         rest.toString().trim() === '' && !rest.cloneContents().querySelector(ALONE));
   }
 
-  // Leaves a line to type in, and what gives the page its looks.
-  function emptyPage() {
-    const line = document.createElement('p');
-    line.append(document.createElement('br'));
-    const kept = Array.from(body().children).filter((e) => e.matches('style, link, script'));
-    body().replaceChildren(...kept, line);
-    window.getSelection().collapse(line, 0);
+  function isEmptyLine(node) {
+    return node.textContent.trim() === '' && (!node.querySelector || !node.querySelector(':not(br)'));
+  }
+
+  // Leaves what is outside of the selection, and the line in which it begins with all that is around that.
+  function emptyChosen() {
+    const chosen = window.getSelection();
+    const range = chosen.getRangeAt(0);
+    const [start, end] = [range.startContainer, range.endContainer];
+    const [first, common] = [elementOf(start).closest(LINES), elementOf(range.commonAncestorContainer)];
+    const place = range.cloneRange();
+    place.collapse(true);
+    chosen.removeAllRanges();
+    range.deleteContents();
+    for (let node of [end, start]) {
+      while (node !== first && !node.contains(common) && isEmptyLine(node)) {
+        const parent = node.parentNode;
+        node.remove();
+        node = parent;
+      }
+    }
+    const line = first === body() ? document.createElement('p') : null;
+    const held = document.createElement('br');
+    place.insertNode(line || held);
+    if (line)
+      line.append(held);
+    chosen.collapse(held.parentNode, Array.from(held.parentNode.childNodes).indexOf(held));
   }
 
   function deleteSelection() {
     if (!isLargeAndChosen())
       return document.execCommand('delete');
-    emptyPage();
+    emptyChosen();
     return true;
   }
 
@@ -168,7 +205,7 @@
     hasSelection: hasSelection,
     chosenField: chosenField,
     isLargeAndChosen: isLargeAndChosen,
-    emptyPage: emptyPage,
+    emptyChosen: emptyChosen,
     deleteSelection: deleteSelection,
     enclosing: enclosing,
   };

@@ -1,7 +1,7 @@
 // What the engine does otherwise with what a person types.
 (function () {
   'use strict';
-  const {chosenField, isLargeAndChosen, emptyPage} = page;
+  const {chosenField, isLargeAndChosen, emptyChosen} = page;
   // The engine leads out of a link what is typed at its end. Help that floats over a text is a link to it only
   // with an address.
   const HELP = 'a:not([href])';
@@ -87,7 +87,7 @@
   function look() {
     const chosen = window.getSelection();
     if (!chosenField() && isLargeAndChosen())
-      undoHistory.of().leadIn(emptyPage);
+      undoHistory.of().leadIn(emptyChosen);
     if (chosen.rangeCount > 0 && chosen.isCollapsed)
       openLine(chosen);
     const {anchorNode, anchorOffset} = chosen;

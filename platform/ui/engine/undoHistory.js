@@ -302,8 +302,8 @@
       if (this.joins(step)) {
         const top = this.top();
         step.changes.forEach((change) => addChange(top, change));
-        Object.assign(top, {after: step.after, at: step.at, isComposing: isComposing});
-        top.kind = step.kind === 'dropped' ? '' : top.kind;
+        top.kind = step.kind === 'dropped' ? '' : top.leadsIn ? step.kind : top.kind;
+        Object.assign(top, {after: step.after, at: step.at, isComposing: isComposing, leadsIn: false});
       } else {
         this.done.push(step);
       }
@@ -323,6 +323,8 @@
       const top = this.top();
       if (!top || this.undone.length > 0)
         return false;
+      if (top.leadsIn)
+        return !step.isCommand;
       if (top.kind === 'dragged')
         return step.kind === 'dropped' && step.at - top.at < REST_MILLISECONDS;
       if (top.kind !== step.kind || step.kind === '')
@@ -370,12 +372,15 @@
       }
     }
 
-    // What the function changes belongs to what is typed next.
+    // What the function changes belongs to the input that comes next, whatever it is.
     leadIn(work) {
       this.end(false);
-      this.begin('typed');
+      this.begin('');
+      const step = this.open;
       work();
       this.end(true);
+      if (this.top() && step.changes.length > 0)
+        this.top().leadsIn = true;
     }
 
     // What the function changes belongs to no step: attributes alone, which no other change rests on.
