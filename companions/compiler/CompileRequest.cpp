@@ -4,10 +4,13 @@
 #include "companions/compiler/OutputFolder.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
+#include "foundation/IniFile.h"
 #include "platform/base/NativePath.h"
 
 #include <QDir>
 #include <QFileInfo>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -33,15 +36,27 @@ bool IsAnotherCourse(const QString& strFolder, const QString& strCourseFolder) {
     return strReal != QFileInfo(strCourseFolder).canonicalFilePath() && IsCourse(strReal);
 }
 
-/// A copy of a course also names the folder into which the original was compiled.
-bool IsOfAnotherPlace(const QString& strFolder, const QString& strCourseFolder) {
+/// Whether a course with this Id lies in a folder, whatever its project file is called.
+bool HoldsCourse(const QString& strFolder, qint32 nId) {
+    const QFileInfoList projects = QDir(strFolder).entryInfoList({u"*.vcp"_s}, QDir::Files);
+    return std::any_of(projects.begin(), projects.end(), [nId](const QFileInfo& info) {
+        return ReadProfileInt(u"Course"_s, u"Id"_s, 0, Platform::FromNative(info.filePath())) == nId;
+    });
+}
+
+/// A copy of a course also names the folder into which the original was compiled. A course that was moved or
+/// renamed is no copy: it is not any more where it was then.
+bool IsOfTheOriginal(const QString& strFolder, const QString& strCourseFolder, const CSiteModel& model) {
     const QString strReal = QFileInfo(strFolder).canonicalFilePath();
     if (strReal == QFileInfo(strCourseFolder).canonicalFilePath())
         return false;
-    const QString strPlace = COutputFolder::PlaceOf(strCourseFolder);
+    QStringList own = {COutputFolder::PlaceOf(strCourseFolder)};
+    const QString strBefore = Platform::ToNative(model.LastCourseDir());
+    if (!strBefore.isEmpty() && !HoldsCourse(strBefore, model.CourseId()))
+        own.append(COutputFolder::PlaceOf(strBefore));
     for (const QString& strForm : {c_strSite, c_strApplication, c_strHtml, c_strClassroom}) {
         const QString strThere = COutputFolder::PlaceIn(strReal + u'/' + strForm);
-        if (!strThere.isEmpty() && strThere != strPlace)
+        if (!strThere.isEmpty() && !own.contains(strThere))
             return true;
     }
     return false;
@@ -82,7 +97,7 @@ CompileRequest ReadArgument(const QString& strArgument) {
     return request;
 }
 
-QString RememberedFolder(const CSiteModel& model, QString* pGone) {
+QString RememberedFolder(const CSiteModel& model, QString* pRemark) {
     const QString strCourse = QDir::cleanPath(Platform::ToNative(model.Paths().GetCourseFolder(false)));
     if (model.LastDir().isEmpty())
         return strCourse;
@@ -90,11 +105,12 @@ QString RememberedFolder(const CSiteModel& model, QString* pGone) {
     // A course that was renamed, or carried to another machine, still names a folder that was: to make that
     // anew would give it a site beside itself.
     const QFileInfo last(strLast);
-    if (last.isAbsolute() && last.isDir() && !IsAnotherCourse(strLast, strCourse) &&
-        !IsOfAnotherPlace(strLast, strCourse))
+    const bool bThere = last.isAbsolute() && last.isDir();
+    if (bThere && !IsAnotherCourse(strLast, strCourse) && !IsOfTheOriginal(strLast, strCourse, model))
         return strLast;
-    if (pGone)
-        *pGone = strLast;
+    if (pRemark)
+        *pRemark =
+            (bThere ? CompilerText::c_strLastDirOfOriginal : CompilerText::c_strLastDirGone).arg(strLast);
     return strCourse;
 }
 

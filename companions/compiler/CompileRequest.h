@@ -22,8 +22,8 @@ struct CompileRequest {
 CompileRequest ReadArgument(const QString& strArgument);
 
 /// Where the last compile of a course wrote, when that place still is one for this course: native, never
-/// empty. strGone names the remembered folder where it is of no use any more.
-QString RememberedFolder(const CSiteModel& model, QString* pGone = nullptr);
+/// empty. pRemark gets a sentence for the person where the remembered folder is of no use any more.
+QString RememberedFolder(const CSiteModel& model, QString* pRemark = nullptr);
 /// The same for a course that may be unreadable: the folder of its project file then.
 QString ProposedFolder(const QString& strProjectPath);
 

@@ -43,10 +43,10 @@ private:
 QString CCompiling::ChooseFolder() {
     CompileRequest request = m_request;
     if (request.OutputFolder.isEmpty()) {
-        QString strGone;
-        request.OutputFolder = RememberedFolder(m_input.Model(), &strGone);
-        if (!strGone.isEmpty())
-            m_report.Notes.append(CompilerText::c_strLastDirGone.arg(strGone));
+        QString strRemark;
+        request.OutputFolder = RememberedFolder(m_input.Model(), &strRemark);
+        if (!strRemark.isEmpty())
+            m_report.Notes.append(strRemark);
     }
     request.OutputFolder = OutputFolderFor(request.OutputFolder);
     if (const QString strFault = FaultOfOutput(request); !strFault.isEmpty())
@@ -112,11 +112,15 @@ QStringList CCompiling::WriteApplicationSite(COutputFolder& output, const QStrin
 }
 
 void CCompiling::RememberFolder(const QString& strFolder) {
+    const CSiteModel& model = m_input.Model();
     const QString strStored = Platform::FromNative(strFolder);
-    if (strStored == m_input.Model().LastDir())
+    const QString strCourse = model.Paths().GetCourseFolder(false);
+    if (strStored == model.LastDir() && strCourse == model.LastCourseDir())
         return;
     try {
-        WriteProfileString(u"Compile"_s, u"LastDir"_s, strStored, m_request.ProjectPath);
+        WriteProfileStrings(
+            {{u"Compile"_s, u"LastDir"_s, strStored}, {u"Compile"_s, u"CourseDir"_s, strCourse}},
+            m_request.ProjectPath);
     } catch (const Torvane::CException& failure) {
         m_report.Notes.append(CompilerText::c_strNotRemembered.arg(failure.GetMessage()));
     }

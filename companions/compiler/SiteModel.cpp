@@ -4,11 +4,14 @@
 #include "course/BookDatabase.h"
 #include "course/ProjectFile.h"
 #include "foundation/Exceptions.h"
+#include "foundation/IniFile.h"
 #include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 
 #include <QHash>
 #include <QSet>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 constexpr qint32 c_nSchoolId = 1;
@@ -24,6 +27,7 @@ CSiteModel::CSiteModel(const QString& strProjectPath) : m_paths(strProjectPath) 
         throw Torvane::CRunException(CompilerText::c_strBadProject.arg(strShown));
     m_info = project.GetCourseInfo();
     m_strLastDir = project.GetLastDir();
+    m_strLastCourseDir = ReadProfileString(u"Compile"_s, u"CourseDir"_s, {}, strProjectPath);
     const QList<StoreRow> rows = ReadStore(m_paths.GetDatabasePath(), m_info.Id);
     TakeSeedTitles(rows);
     BuildTree(rows);

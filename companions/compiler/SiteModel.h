@@ -29,6 +29,8 @@ public:
     QString Teacher() const { return m_strTeacher; }
     /// What the project file says of the last output folder; empty for none.
     QString LastDir() const { return m_strLastDir; }
+    /// Where the course's folder was then; empty where that is not known.
+    QString LastCourseDir() const { return m_strLastCourseDir; }
 
     /// In tree order, each parent before its children; the first is the root.
     const QList<SiteNode>& Nodes() const { return m_nodes; }
@@ -45,6 +47,7 @@ private:
     QString m_strCourse;
     QString m_strTeacher;
     QString m_strLastDir;
+    QString m_strLastCourseDir;
     QList<SiteNode> m_nodes;
     int m_nUnreachable = 0;
 };

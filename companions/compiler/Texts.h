@@ -46,7 +46,9 @@ inline const QString c_strCancelled = QStringLiteral("已取消。已经写好�
 inline const QString c_strFailed = QStringLiteral("合成失败：%1");
 inline const QString c_strUnexpected = QStringLiteral("发生意外错误（%1）。");
 inline const QString c_strLastDirGone =
-    QStringLiteral("上次的输出文件夹“%1”已不存在，或者属于另一门课程，改为写入课程所在的文件夹。");
+    QStringLiteral("上次的输出文件夹“%1”已不存在，改为写入课程所在的文件夹。");
+inline const QString c_strLastDirOfOriginal =
+    QStringLiteral("这门课程是复制来的，上次的输出文件夹“%1”属于原来的那门课程，改为写入课程所在的文件夹。");
 inline const QString c_strSetAside = QStringLiteral("“%1”不是合成程序写的，已改名保留为“%2”。");
 inline const QString c_strNoteNoContent = QStringLiteral("栏目“%1”的内容“%2”不存在。");
 inline const QString c_strNoteBadAddress = QStringLiteral("栏目“%1”的链接地址“%2”不能用。");

@@ -393,7 +393,8 @@ TEST(SiteCompiler, RemembersTheFolderAndNothingElse) {
                            course.Folder.Native(u"别 处"_s)};
     EXPECT_TRUE(CompileSite(request).OutputFolder.endsWith(u"/别 处/课程网站"_s));
     EXPECT_FALSE(course.Folder.Exists(CSampleCourse::Site(u"index.html"_s)));
-    const QByteArray expected = project + remembered(course.Folder.Path(u"别 处"_s));
+    const QByteArray expected = project + remembered(course.Folder.Path(u"别 处"_s)) +
+                                "CourseDir=" + CodePage::Encode(course.Folder.Path(u"课程"_s)) + "\r\n";
     EXPECT_EQ(course.Folder.Read(course.strProject), expected);
     request.OutputFolder.clear();
     EXPECT_EQ(CompileSite(request).Changed, 0) << "the same folder again";
@@ -415,6 +416,27 @@ TEST(SiteCompiler, RemembersTheFolderAndNothingElse) {
         EXPECT_EQ(report.OutputFolder, QFileInfo(course.SiteNative()).canonicalFilePath());
         EXPECT_EQ(report.Notes.size(), 1) << "the teacher is told";
     }
+}
+
+// What is published goes on at its place when the course moves, and a copy does not write over it.
+TEST(SiteCompiler, TellsAMovedCourseFromACopy) {
+    CSampleCourse course;
+    course.Folder.MakeFolder(u"发布"_s);
+    const QString strSite = course.Folder.Native(u"发布"_s) + u"/课程网站"_s;
+    CompileSite({course.Folder.Path(course.strProject), ESiteForm::Site, course.Folder.Native(u"发布"_s)});
+    ASSERT_TRUE(QDir().rename(course.Folder.Native(u"课程"_s), course.Folder.Native(u"新学期"_s)));
+    const CompileRequest moved{course.Folder.Path(u"新学期\\课程.vcp"_s), ESiteForm::Site};
+    const CompileReport report = CompileSite(moved);
+    EXPECT_EQ(report.OutputFolder, strSite);
+    EXPECT_TRUE(report.Notes.isEmpty());
+
+    for (const QString& strFile : {u"课程.vcp"_s, u"Data\\DataBase\\VorelCourse.mdb"_s})
+        course.Folder.Write(u"副本\\"_s + strFile, course.Folder.Read(u"新学期\\"_s + strFile));
+    course.Folder.MakeFolder(u"副本\\Data\\Courseware\\NodeResource"_s);
+    const CompileReport copy = CompileSite({course.Folder.Path(u"副本\\课程.vcp"_s), ESiteForm::Site});
+    EXPECT_EQ(copy.OutputFolder, course.Folder.Native(u"副本"_s) + u"/课程网站"_s);
+    EXPECT_EQ(copy.Notes.size(), 1);
+    EXPECT_EQ(CompileSite(moved).Changed, 0);
 }
 
 // The teacher uploads what changed: one edited page must not touch a whole site.
