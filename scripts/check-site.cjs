@@ -11,6 +11,8 @@ const [root, out, ...names] = process.argv.slice(2);
 const mostForAxe = Number(process.env.VOREL_AXE_PAGES || 60);
 let site = "";
 let own = [];
+// Pages that the list names and the disk does not have.
+let gone = 0;
 
 // The pages that the compiler has written, by its own list; those of imported sites have bodies of their own.
 function ownPages() {
@@ -18,7 +20,14 @@ function ownPages() {
     .map((line) => line.split("\t")[0].replace(/%([0-9a-f]{2})/g, (all, code) => String.fromCharCode(parseInt(code, 16))))
     .filter((name) => /\.html?$/i.test(name)).sort()
     .map((name) => path.join(site, name))
-    .filter((name) => fs.readFileSync(name, "utf8").includes('<body class="vorel-'));
+    .filter((name) => {
+      if (fs.existsSync(name)) {
+        return fs.readFileSync(name, "utf8").includes('<body class="vorel-');
+      }
+      ++gone;
+      console.log(`gone: ${path.relative(root, name)}`);
+      return false;
+    });
 }
 
 function resolve(name) {
@@ -49,6 +58,10 @@ function validate(jar) {
   for (let i = 0; i < own.length; i += 200) {
     const run = childProcess.spawnSync("java", ["-Xss4m", "-jar", jar, "--format", "json", "--exit-zero-always",
       ...own.slice(i, i + 200)], { encoding: "utf8", maxBuffer: 1 << 28 });
+    if (run.error) {
+      console.log("java: not there");
+      return 0;
+    }
     for (const message of JSON.parse(run.stderr).messages) {
       const name = message.url ? url.fileURLToPath(message.url) : "";
       const line = `${path.relative(site, name)}:${message.lastLine}: ${message.type}: ${message.message}`;
@@ -161,6 +174,124 @@ function decoded(text) {
   return text.replace(/(%[0-9a-f]{2})+/gi, (bytes) => Buffer.from(bytes.replace(/%/g, ""), "hex").toString("utf8"));
 }
 
+function plain(text) {
+  const names = { amp: "&", lt: "<", gt: ">", quot: '"', apos: "'", nbsp: "\u00a0" };
+  return text.replace(/&(?:#x([0-9a-f]{1,6})|#(\d{1,7})|(\w+));/gi, (all, hex, number, name) => {
+    const code = hex ? parseInt(hex, 16) : Number(number);
+    return name ? names[name] || all : code <= 0x10ffff ? String.fromCodePoint(code) : all;
+  });
+}
+
+// What the course itself holds, by its path in small letters; null when nobody says where it lies.
+let courseFiles = null;
+function inCourse(relative) {
+  const course = process.env.VOREL_COURSE;
+  if (!course) {
+    return null;
+  }
+  if (!courseFiles) {
+    courseFiles = new Map();
+    const walk = (folder) => {
+      for (const entry of fs.readdirSync(path.join(course, folder), { withFileTypes: true })) {
+        const name = path.join(folder, entry.name);
+        entry.isDirectory() ? walk(name) : courseFiles.set(name.toLowerCase(), path.join(course, name));
+      }
+    };
+    walk("");
+  }
+  return courseFiles.get(path.normalize(relative).toLowerCase()) || null;
+}
+
+function readPage(name) {
+  const bytes = fs.readFileSync(name);
+  for (const code of ["utf-8", "gb18030"]) {
+    try {
+      return new TextDecoder(code, { fatal: true }).decode(bytes);
+    } catch {
+      // The next one.
+    }
+  }
+  return bytes.toString("latin1");
+}
+
+// The tags of a page: name, attributes and line. What scripts and remarks hold is none.
+function tagsOf(text) {
+  const blank = text.replace(/<!--[^]*?-->|(<(script|style)\b[^>]*>)[^]*?(?=<\/\2)/gi,
+    (all, tag) => (tag || "") + all.slice((tag || "").length).replace(/[^\n]/g, " "));
+  const tags = [];
+  let line = 1;
+  let at = 0;
+  for (const tag of blank.matchAll(/<([a-z][\w:-]*)((?:"[^"]*"|'[^']*'|[^>"'])*)>/gi)) {
+    for (; at < tag.index; ++at) {
+      line += blank[at] === "\n" ? 1 : 0;
+    }
+    const attributes = {};
+    for (const one of tag[2].matchAll(/([^\s=/]+)\s*=\s*(?:"([^"]*)"|'([^']*)'|([^\s"'>]+))/g)) {
+      attributes[one[1].toLowerCase()] ??= plain(one[2] ?? one[3] ?? one[4]);
+    }
+    tags.push({ name: tag[1].toLowerCase(), attributes, line });
+  }
+  return tags;
+}
+
+function placesOf(name) {
+  const places = new Set();
+  for (const tag of tagsOf(readPage(name))) {
+    places.add(tag.attributes.id);
+    if (tag.name === "a") {
+      places.add(tag.attributes.name);
+    }
+  }
+  return places;
+}
+
+// The links to places within pages of the site, from the pages that the compiler has written.
+function deadPlaces() {
+  const places = new Map();
+  const has = (name, fragment) => {
+    if (!places.has(name)) {
+      places.set(name, placesOf(name));
+    }
+    return places.get(name).has(fragment) || places.get(name).has(decoded(fragment));
+  };
+  const said = [];
+  const counts = { good: 0, ours: 0, authors: 0 };
+  for (const page of own) {
+    const isAuthors = authorsLines(page);
+    for (const tag of tagsOf(fs.readFileSync(page, "utf8"))) {
+      const reference = (tag.attributes.href || tag.attributes.src || "").trim();
+      const hash = reference.indexOf("#");
+      const fragment = reference.slice(hash + 1);
+      // The top of a page has no name, and a frame's script reads which page it shall show.
+      if (hash < 0 || !fragment || fragment.toLowerCase() === "top" || fragment.startsWith("v-page=") ||
+        /^([a-z][a-z0-9+.-]*:|\/)/i.test(reference)) {
+        continue;
+      }
+      const file = decoded(reference.slice(0, hash).split("?")[0]);
+      const target = file ? path.join(path.dirname(page), file) : page;
+      // Files that are gone are linkinator's to find.
+      if (!/\.html?$/i.test(target) || !fs.existsSync(target)) {
+        continue;
+      }
+      if (has(target, fragment)) {
+        ++counts.good;
+        continue;
+      }
+      const source = inCourse(path.relative(site, target));
+      const kind = !isAuthors(tag.line) || (source && has(source, fragment)) ? "ours" : "authors";
+      ++counts[kind];
+      said.push(`${kind}: ${path.relative(site, page)}:${tag.line}: ${reference}`);
+      if (kind === "ours") {
+        console.log(said[said.length - 1]);
+      }
+    }
+  }
+  fs.appendFileSync(path.join(out, "places.txt"), said.join("\n") + "\n");
+  console.log(`places: ${counts.good} links good, ${counts.ours} dead in what the compiler writes, ` +
+    `${counts.authors} dead in what authors wrote`);
+  return counts.ours;
+}
+
 // Dead links as linkinator lists them: ours, those in what authors wrote, and those that it got no answer to.
 function deadLinks(list) {
   const counts = { OK: 0, ours: 0, authors: 0, unanswered: 0 };
@@ -170,10 +301,12 @@ function deadLinks(list) {
       const text = fs.existsSync(name) && fs.statSync(name).isFile() ? fs.readFileSync(name, "utf8") : "";
       const lines = text.split("\n");
       const isAuthors = text.includes('<body class="vorel-') ? authorsLines(name) : () => true;
-      pages.set(name, decoded(lines.filter((line, i) => !isAuthors(i + 1)).join("\n")));
+      pages.set(name, decoded(plain(lines.filter((line, i) => !isAuthors(i + 1)).join("\n"))));
     }
     return pages.get(name);
   };
+  // In the forms the course's files lie as they do in the course.
+  const belowForm = (address) => address.replace(/^(https?:\/\/[^/]*\/)?(课程网站|申报网站|合成\/HTML|合成\/Ondrel)\//, "");
   for (const line of fs.readFileSync(list, "utf8").split("\n")) {
     const parts = /^"?(.*?)"?,(\d+),(OK|BROKEN|SKIPPED),"?(.*?)"?(,.*)?$/.exec(line);
     if (!parts || parts[3] === "SKIPPED") {
@@ -183,9 +316,9 @@ function deadLinks(list) {
     let kind = "OK";
     if (parts[3] === "BROKEN") {
       const page = path.join(root, decodeURIComponent(new URL(parts[4] || "/", "http://x/").pathname));
-      // With its place: what a page of ours embeds brings such of its own, which count as that page's.
       const file = address.split("/").pop();
-      kind = parts[2] === "0" ? "unanswered" : oursIn(page).includes(file) && file ? "ours" : "authors";
+      const isOurs = (file && oursIn(page).includes(file)) || inCourse(belowForm(address.split(/[?#]/)[0]));
+      kind = parts[2] === "0" ? "unanswered" : isOurs ? "ours" : "authors";
       if (kind !== "authors" || counts.authors < 20) {
         console.log(`${kind}: ${line}`);
       }
@@ -193,7 +326,8 @@ function deadLinks(list) {
     ++counts[kind];
   }
   console.log(`linkinator: ${counts.OK} links good, ${counts.ours} dead in what the compiler writes, ` +
-    `${counts.authors} dead in what authors wrote, ${counts.unanswered} without an answer`);
+    `${counts.authors} dead in what authors wrote, ${counts.unanswered} without an answer` +
+    (process.env.VOREL_COURSE ? "; compared with the course's own files" : ""));
   return counts.OK === 0 ? 1 : counts.ours + counts.unanswered;
 }
 
@@ -209,6 +343,7 @@ function deadLinks(list) {
     own = ownPages();
     console.log(`${name}: ${own.length} pages`);
     faults += own.length === 0;
+    faults += deadPlaces();
     faults += jar ? validate(jar) : 0;
     if (!process.env.CHROMIUM) {
       console.log("Chromium: not there");
@@ -216,5 +351,5 @@ function deadLinks(list) {
       faults += await judge();
     }
   }
-  process.exit(faults > 0 ? 1 : 0);
+  process.exit(faults + gone > 0 ? 1 : 0);
 })();

@@ -1,17 +1,21 @@
 #!/usr/bin/env bash
 # Has others judge compiled sites: the Nu HTML checker, axe (in Chromium, on a wide and a narrow window) and linkinator.
-#   scripts/check-site.sh FOLDER [FOLDER_FOR_THE_OUTPUTS]
+#   scripts/check-site.sh FOLDER [FOLDER_FOR_THE_OUTPUTS [FOLDER_OF_THE_COURSE]]
 # FOLDER is the output folder of a course, whose forms are all judged, or one of them. NODE_PATH names the node_modules in
-# which vnu-jar, axe-core, puppeteer-core and linkinator lie; what is missing is left out, and said. Fails when a checker
+# which vnu-jar, axe-core, puppeteer-core and linkinator lie; what is missing is left out, and said. Fails (1) when a checker
 # finds a fault in what the compiler writes itself, and when there is nothing to judge: faults of the markup inside pages
-# of the course and of imported sites are counted and are their authors'.
+# of the course and of imported sites are counted and are their authors'. With the folder in which the course's N1, N2...
+# lie, a file or a place that an author names and that the course has is the compiler's fault, too. Ends with 2 when none
+# of the checkers is there. Places within pages are looked up in the compiled files, in the same way for each form.
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 root="$(cd "$1" && pwd)"
 out="${2:-$(mktemp -d)}"
 mkdir -p "$out"
 out="$(cd "$out" && pwd)"
-rm -f "$out"/{vnu.txt,axe.txt,linkinator.csv,linkinator.log}
+export VOREL_COURSE="${3:-}"
+[ -z "$VOREL_COURSE" ] || VOREL_COURSE="$(cd "$VOREL_COURSE" && pwd)"
+rm -f "$out"/{places.txt,vnu.txt,axe.txt,linkinator.csv,linkinator.log}
 sites=()
 if [ -f "$root/.vorel-site" ]; then
   sites=("$(basename "$root")")
@@ -37,12 +41,16 @@ if [ -x "$linkinator/.bin/linkinator" ]; then
     echo "<a href=\"$name/index.html\">$name</a>" >>"$served/index.html"
   done
   # The net's addresses are not ours to check. A machine that is busy answers late.
-  (cd "$served" && "$linkinator/.bin/linkinator" . --recurse --check-fragments \
+  (cd "$served" && "$linkinator/.bin/linkinator" . --recurse \
     --concurrency 4 --timeout 120000 --retry-errors --retry-errors-count 3 --format CSV \
     --skip '^https?://(?!localhost)' --skip '^(mailto|ftp|mms|mmst|rtsp|rtmp|tel|javascript):') \
     >"$out/linkinator.csv" 2>"$out/linkinator.log" || true
   node "$here/check-site.cjs" "$root" "$out" --links "$out/linkinator.csv" || failed=1
 else
   echo "linkinator: not there"
+fi
+if [ ! -f "$out/vnu.txt" ] && [ ! -f "$out/axe.txt" ] && [ ! -f "$out/linkinator.csv" ]; then
+  echo "no checker is there"
+  [ "$failed" -ne 0 ] || failed=2
 fi
 exit "$failed"
