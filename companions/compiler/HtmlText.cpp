@@ -148,14 +148,6 @@ bool GoesToHead(const GumboElement& element) {
            (IsStyleLink(element) || element.tag == GUMBO_TAG_STYLE);
 }
 
-/// What a template tells the author to do. An author who has written into it gets it back.
-bool IsHint(const GumboNode* pNode) {
-    static const QRegularExpression untouched(
-        u"^\\s*[请这][^。]*。[^。]*写好后删除这段提示。\\s*$|^\\s*[请这][^。]*写好后删除这段提示。\\s*$"_s);
-    return AttributeValue(pNode->v.element, "class").split(' ').contains(c_hintClass) &&
-           untouched.match(TextOf(pNode)).hasMatch();
-}
-
 /// What the frame says itself has no place in a page within it.
 bool IsDropped(const GumboElement& element) {
     return element.tag_namespace == GUMBO_NAMESPACE_HTML &&
@@ -409,6 +401,13 @@ QByteArray CutOut(const GumboElement& element, const QByteArray& text, CEdits& e
 }
 
 } // namespace
+
+bool IsHint(const GumboNode* pElement) {
+    static const QRegularExpression untouched(
+        u"^\\s*[请这][^。]*。[^。]*写好后删除这段提示。\\s*$|^\\s*[请这][^。]*写好后删除这段提示。\\s*$"_s);
+    return AttributeValue(pElement->v.element, "class").split(' ').contains(c_hintClass) &&
+           untouched.match(TextOf(pElement)).hasMatch();
+}
 
 std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite) {
     const QByteArray html = strPage.toUtf8();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/HtmlTree.h"
+
 #include <QString>
 
 #include <functional>
@@ -25,6 +27,10 @@ struct Fragment {
     /// A template's words to the author stood in it, as they came; they are left out.
     bool HadHint = false;
 };
+
+/// What a template tells the author to do, as long as it stands as it came. An author who has written into it
+/// gets it back.
+bool IsHint(const GumboNode* pElement);
 
 /// The address that the references of a page are relative to, where the page says so.
 QString BaseOf(const QString& strPage);

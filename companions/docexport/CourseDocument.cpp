@@ -6,18 +6,21 @@
 #include "foundation/Text.h"
 #include "office/OutputFile.h"
 
+#include <QCryptographicHash>
 #include <QDate>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int c_nDeepestLevel = 9;
+/// All drawings of a node together are not worth more.
+constexpr qint64 c_nNodePicturesMs = 60'000;
 /// The converter takes up to half a gigabyte for a megabyte.
 constexpr qsizetype c_nPieceBytes = qsizetype{512} * 1024;
 const QByteArray c_pieceBegin = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n";
@@ -196,6 +199,7 @@ void CCourseDocument::Note(const QString& strNote) {
 
 void CCourseDocument::WriteNode(int nNode) {
     m_strTitle = m_nodes[nNode].Row.Title;
+    m_nPictureMs = 0;
     if (!HasHeading(nNode))
         return;
     ++m_nHeading;
@@ -262,6 +266,8 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         Note(DocText::c_strNoteMedium.arg(m_strTitle, QString::number(text->LeftOut.size())));
     for (const QString& strLink : text->DeadLinks)
         Note(DocText::c_strNoteDeadLink.arg(m_strTitle, strLink));
+    if (text->HadHint)
+        Note(DocText::c_strNoteHint.arg(m_strTitle));
     m_colors += text->Colors;
     // Without it the numbers of a list would go on in the next node's.
     m_out += "<div>\n" + text->Html + "</div>\n";
@@ -305,26 +311,38 @@ std::optional<ReadyPicture> CCourseDocument::PictureOf(const QString& strReferen
 }
 
 std::optional<ReadyPicture> CCourseDocument::Take(const QString& strSource) {
-    const auto picture = m_takePicture(m_plan.Tree().NativePath(strSource));
-    Count(picture, BareName(strSource));
-    return picture;
+    return TakeFile(m_plan.Tree().NativePath(strSource), BareName(strSource));
 }
 
-void CCourseDocument::Count(const std::optional<ReadyPicture>& picture, const QString& strName) {
-    if (picture)
-        m_pictures.insert(picture->Name);
-    else
-        Note(DocText::c_strNoteBadPicture.arg(m_strTitle, strName));
+std::optional<ReadyPicture> CCourseDocument::TakeFile(const QString& strNativePath, const QString& strName) {
+    if (m_progress.bCancelled)
+        throw CDocCancelled();
+    QElapsedTimer time;
+    time.start();
+    const auto isInTime = [&] { return m_nPictureMs + time.elapsed() < c_nNodePicturesMs; };
+    const TakenPicture taken =
+        m_takePicture(strNativePath, [&] { return !m_progress.bCancelled && isInTime(); });
+    if (m_progress.bCancelled)
+        throw CDocCancelled();
+    if (taken.Picture) {
+        m_pictures.insert(taken.Picture->Name);
+    } else {
+        const QString strFault = taken.Fault.isEmpty() ? DocText::c_strNoteBadPicture : taken.Fault;
+        Note(strFault.arg(m_strTitle, strName));
+    }
+    m_nPictureMs += time.elapsed();
+    return taken.Picture;
 }
 
 std::optional<ReadyPicture> CCourseDocument::TakeDrawing(const QByteArray& drawing) {
-    // In a folder of its own, beside which there is nothing that it could name.
-    const QTemporaryDir folder;
-    const QString strPath = folder.filePath(u"drawing.svg"_s);
-    const auto picture = folder.isValid() && Torvane::Office::WriteBytes(strPath, drawing)
-                             ? m_takePicture(strPath)
-                             : std::nullopt;
-    Count(picture, DocText::c_strDrawing);
+    // Under the same path for the same drawing, which is then drawn once, and beside nothing that it could
+    // name.
+    const QByteArray sum = QCryptographicHash::hash(drawing, QCryptographicHash::Sha256).toHex();
+    const QString strPath = m_drawings.filePath(QString::fromLatin1(sum) + u".svg"_s);
+    // What can't be written can't be read.
+    Torvane::Office::WriteBytes(strPath, drawing);
+    const auto picture = TakeFile(strPath, DocText::c_strDrawing);
+    QFile::remove(strPath);
     return picture;
 }
 

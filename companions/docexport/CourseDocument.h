@@ -9,9 +9,12 @@
 
 #include <QSet>
 #include <QStringList>
+#include <QTemporaryDir>
 
-/// Takes a picture of the course (native path) into the document; nothing for one that can't be shown.
-using PictureTaker = std::function<std::optional<ReadyPicture>(const QString& strNativePath)>;
+/// Takes a picture of the course (native path) into the document. mayGoOn is asked every few milliseconds in
+/// what takes long: false ends it.
+using PictureTaker =
+    std::function<TakenPicture(const QString& strNativePath, const std::function<bool()>& mayGoOn)>;
 
 /// The whole course as one text, in the form that the converter takes. Of the pages one at a time is in
 /// memory.
@@ -54,7 +57,7 @@ private:
     std::optional<ReadyPicture> PictureOf(const QString& strReference, const QString& strFolder);
     std::optional<ReadyPicture> Take(const QString& strSource);
     std::optional<ReadyPicture> TakeDrawing(const QByteArray& drawing);
-    void Count(const std::optional<ReadyPicture>& picture, const QString& strName);
+    std::optional<ReadyPicture> TakeFile(const QString& strNativePath, const QString& strName);
     void Note(const QString& strNote);
     QString ShownName(int nNode) const;
 
@@ -69,6 +72,9 @@ private:
     qsizetype m_nHeading = -1;
     QByteArray m_out;
     QString m_strTitle;
+    QTemporaryDir m_drawings;
+    /// How long the pictures of the node have taken already.
+    qint64 m_nPictureMs = 0;
     QSet<QString> m_pictures;
     QSet<QByteArray> m_colors;
     QStringList m_notes;

@@ -1,5 +1,6 @@
 #include "companions/docexport/PrintedPage.h"
 
+#include "companions/compiler/HtmlText.h"
 #include "companions/docexport/PageTable.h"
 #include "companions/docexport/TextLine.h"
 #include "companions/docexport/Texts.h"
@@ -16,14 +17,20 @@ using namespace HtmlTree;
 
 namespace {
 
+/// Shown in no browser.
+bool IsHidden(const GumboElement& element) {
+    return StyleValue(element, u"display"_s) == "none"_L1 ||
+           gumbo_get_attribute(&element.attributes, "hidden") ||
+           (element.tag_namespace == GUMBO_NAMESPACE_SVG && AttributeValue(element, "display") == "none");
+}
+
 /// Gone with all that they hold.
 bool IsDropped(const GumboElement& element, const QByteArray& name) {
     static const QSet<QByteArray> names = {"script", "style",    "head",     "title",  "meta",   "link",
                                            "base",   "template", "noscript", "select", "input",  "button",
                                            "option", "nav",      "textarea", "map",    "param",  "noframes",
                                            "math",   "svg",      "canvas",   "source", "bgsound"};
-    return names.contains(name) || element.tag_namespace != GUMBO_NAMESPACE_HTML ||
-           StyleValue(element, u"display"_s) == "none"_L1;
+    return names.contains(name) || element.tag_namespace != GUMBO_NAMESPACE_HTML;
 }
 
 bool IsMedium(const QByteArray& name) {
@@ -76,7 +83,7 @@ public:
         EndLine();
         if (const QByteArray marks = m_line.TakeMarks(); !marks.isEmpty())
             m_out += "<div data-custom-style=\"Table End\"><p>" + marks + "</p></div>\n";
-        return {m_out, m_leftOut, m_deadLinks, m_colors};
+        return {m_out, m_leftOut, m_deadLinks, m_bHint, m_colors};
     }
 
 private:
@@ -125,10 +132,16 @@ private:
     void WriteElement(const GumboNode* pNode) {
         const GumboElement& element = pNode->v.element;
         const QByteArray name = TagName(element);
+        if (IsHidden(element))
+            return;
+        if (HtmlText::IsHint(pNode)) {
+            m_bHint = true;
+            return;
+        }
         if (IsMedium(name))
             return WriteMedium(pNode);
         if (element.tag == GUMBO_TAG_SVG && element.tag_namespace == GUMBO_NAMESPACE_SVG)
-            return WriteDrawing(element);
+            return WriteDrawing(pNode);
         if (IsDropped(element, name))
             return;
         const RunStyle before = m_style;
@@ -228,8 +241,19 @@ private:
             m_line.AddPicture(PictureHtml(*picture, strAlt, nWidth, nHeight, m_nMaxWidth), m_style);
     }
 
+    /// What a drawing says that it shows.
+    static QString TitleOf(const GumboNode* pDrawing) {
+        for (unsigned i = 0; i < pDrawing->v.element.children.length; ++i) {
+            const GumboNode* pChild = ChildAt(pDrawing, i);
+            if (IsElement(pChild) && TagName(pChild->v.element) == "title")
+                return TextOf(pChild).simplified();
+        }
+        return {};
+    }
+
     /// A drawing is handed on as it stands, but for the names that it may leave out within a page.
-    void WriteDrawing(const GumboElement& element) {
+    void WriteDrawing(const GumboNode* pNode) {
+        const GumboElement& element = pNode->v.element;
         const GumboStringPiece& begin = element.original_tag;
         const GumboStringPiece& end = element.original_end_tag;
         if (!m_surroundings.Drawing || !begin.data || !end.data || end.data < begin.data + begin.length)
@@ -243,8 +267,11 @@ private:
         const char* pInner = begin.data + begin.length;
         const std::optional<ReadyPicture> picture =
             m_surroundings.Drawing(tag + QByteArray(pInner, end.data + end.length - pInner));
-        if (picture && picture->Width > 2 && picture->Height > 2)
-            m_line.AddPicture(PictureHtml(*picture, QString(), Pixels(element, "width"),
+        const QString strTitle = TitleOf(pNode);
+        if (!picture)
+            return m_line.AddText(strTitle, m_style);
+        if (picture->Width > 2 && picture->Height > 2)
+            m_line.AddPicture(PictureHtml(*picture, strTitle, Pixels(element, "width"),
                                           Pixels(element, "height"), m_nMaxWidth),
                               m_style);
     }
@@ -315,6 +342,10 @@ private:
             if (IsBlank(pChild))
                 continue;
             const QByteArray child = IsElement(pChild) ? TagName(pChild->v.element) : QByteArray();
+            if (IsElement(pChild) && HtmlText::IsHint(pChild)) {
+                m_bHint = true;
+                continue;
+            }
             // What stands between two points, most often a list within the list, belongs to the one before.
             if (!bItem || child == "li") {
                 if (bItem)
@@ -446,6 +477,7 @@ private:
     QByteArray m_out;
     QStringList m_leftOut;
     QStringList m_deadLinks;
+    bool m_bHint = false;
     QSet<QByteArray> m_colors;
     CTextLine m_line;
     RunStyle m_style;

@@ -16,6 +16,15 @@ struct ReadyPicture {
     int Height = 0;
 };
 
+/// What became of a picture.
+struct TakenPicture {
+    TakenPicture(const std::optional<ReadyPicture>& picture, const QString& strFault = {})
+        : Picture(picture), Fault(strFault) {}
+    std::optional<ReadyPicture> Picture;
+    /// Why there is none: a text for the teacher, with the node's title for %1 and the picture's name for %2.
+    QString Fault;
+};
+
 /// What the text of a page needs to know of the course around it.
 struct PageSurroundings {
     /// Where a link leads: "#" and a bookmark of the document, an address outside of the course, or nothing,
@@ -39,6 +48,8 @@ struct PrintedPage {
     QStringList LeftOut;
     /// Links, with their "#", to places that the page doesn't have.
     QStringList DeadLinks;
+    /// A template's words to the author stood in it, as they came; they are left out.
+    bool HadHint = false;
     /// Of its text, as PaperColor gives them.
     QSet<QByteArray> Colors;
 };

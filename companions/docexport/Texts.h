@@ -30,8 +30,13 @@ inline const QString c_strMedium = QStringLiteral("［多媒体内容 %1］");
 // What the teacher should know.
 inline const QString c_strNoteUnreachable = QStringLiteral("有 %1 个栏目不在课程树上，未导出。");
 inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面引用了不存在的“%2”。");
-inline const QString c_strNoteBadPicture = QStringLiteral(
-    "栏目“%1”的图片“%2”已损坏，或者是 Word 不支持的格式（SVG 图形需要软件包 librsvg2-bin），未导出。");
+inline const QString c_strNoteBadPicture =
+    QStringLiteral("栏目“%1”的图片“%2”已损坏，或者是 Word 不支持的格式，未导出。");
+inline const QString c_strNoteNoDrawer =
+    QStringLiteral("栏目“%1”的图片“%2”未导出：SVG 图形需要软件包 librsvg2-bin。");
+inline const QString c_strNoteSlowDrawing = QStringLiteral("栏目“%1”的图片“%2”画的时间过长，未导出。");
+inline const QString c_strNoteEmptyDrawing = QStringLiteral("栏目“%1”的图片“%2”画出来是空白，未导出。");
+inline const QString c_strNoteHint = QStringLiteral("栏目“%1”的页面还有模板提示，未导出。");
 inline const QString c_strDrawing = QStringLiteral("页面中的 SVG 图形");
 inline const QString c_strNoteNetPicture = QStringLiteral("栏目“%1”的图片“%2”在网络上，未导出。");
 inline const QString c_strNoteLinkedFile = QStringLiteral("栏目“%1”的页面链接的文件“%2”不在文档中。");

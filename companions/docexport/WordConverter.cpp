@@ -47,19 +47,19 @@ QByteArray CoreProperties(const CWordConverter::Course& course) {
            "</cp:coreProperties>";
 }
 
-/// Without page numbers in the table of contents Word is told to fill them in as it opens the document.
-QByteArray Settings(bool bNumbered) {
+/// Word can be told to fill in the page numbers of the table of contents as it opens the document.
+QByteArray Settings(bool bAskForNumbers) {
     QByteArray settings = Package::ReferencePart(u"settings.xml"_s);
-    return bNumbered ? settings
-                     : settings.replace("<w:compat>", "<w:updateFields w:val=\"true\"/><w:compat>");
+    return !bAskForNumbers ? settings
+                           : settings.replace("<w:compat>", "<w:updateFields w:val=\"true\"/><w:compat>");
 }
 
 /// The parts but the text.
-void Finish(Package::Part& part, const CWordConverter::Course& course, bool bNumbered) {
+void Finish(Package::Part& part, const CWordConverter::Course& course, bool bAskForNumbers) {
     if (part.Name == "docProps/core.xml")
         part.Bytes = CoreProperties(course);
     else if (part.Name == "word/settings.xml")
-        part.Bytes = Settings(bNumbered);
+        part.Bytes = Settings(bAskForNumbers);
     else if (part.Name == "word/numbering.xml")
         part.Bytes = WordXml::CloserLists(part.Bytes);
 }
@@ -190,21 +190,22 @@ CWordConverter::Result CWordConverter::Make(const Course& course) {
     for (const QString& strPiece : pieces)
         QFile::remove(strPiece);
 
-    const auto finish = [&](const QString& strFrom, const QString& strName,
-                            const QHash<QString, int>& pages) {
+    const auto finish = [&](const QString& strFrom, const QString& strName, const QHash<QString, int>& pages,
+                            bool bAskForNumbers) {
         WordXml::CFinisher finisher(pages);
         Package::Rewrite(strFrom, m_converter.Path(strName),
                          {c_documentPart, [&](const QByteArray& block) { return finisher.Take(block); },
-                          [&](Package::Part& part) { Finish(part, course, !pages.isEmpty()); }});
+                          [&](Package::Part& part) { Finish(part, course, bAskForNumbers); }});
     };
-    finish(strPandoc, u"layout.docx"_s, {});
+    finish(strPandoc, u"layout.docx"_s, {}, false);
     const QHash<QString, int> pages = FindPages(course);
-    finish(strPandoc, u"course.docx"_s, pages);
+    const bool bNumbered = !pages.isEmpty() || course.Headings.isEmpty();
+    finish(strPandoc, u"course.docx"_s, pages, !bNumbered);
     const QString strMade = m_converter.Path(u"course.docx"_s);
     WordXml::CHeadingCount headings;
     if (!Package::ReadBlocks(strMade, c_documentPart,
                              [&](const QByteArray& block) { headings.Take(block); }) ||
         headings.Count() != course.Headings.size())
         throw CRunException(DocText::c_strBrokenDocument);
-    return {strMade, !pages.isEmpty() || course.Headings.isEmpty()};
+    return {strMade, bNumbered};
 }

@@ -10,6 +10,7 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QXmlStreamReader>
 
 #include <gmock/gmock.h>
@@ -25,7 +26,7 @@ const QByteArray c_png = QByteArray::fromBase64(
 
 /// Takes what is the picture above, and nothing else.
 PictureTaker TakerFor(const QString& strFolder) {
-    return [strFolder](const QString& strPath) -> std::optional<ReadyPicture> {
+    return [strFolder](const QString& strPath, const auto&) -> std::optional<ReadyPicture> {
         QFile file(strPath);
         const QString strName = QFileInfo(strPath).completeBaseName() + u".png"_s;
         if (!file.open(QIODevice::ReadOnly) || file.readAll() != c_png ||
@@ -75,6 +76,10 @@ QString TextOf(const QByteArray& document, const QString& strStyle) {
     }
     EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
     return strText;
+}
+
+bool HasWordFillIn(const QString& strDocument) {
+    return Package::Read(strDocument, "word/settings.xml").contains("<w:updateFields w:val=\"true\"/>");
 }
 
 QStringList FilesAndTimes(const QString& strFolder) {
@@ -137,6 +142,7 @@ TEST(DocExport, WritesACourseThatOtherProgramsRead) {
                                "1 个外部文件", "有 1 个栏目深于九级"})
         EXPECT_THAT(notes, HasSubstr(szNote));
     EXPECT_THAT(notes, Not(HasSubstr("页码"))) << "the layout program had no pages to tell";
+    EXPECT_FALSE(HasWordFillIn(strTarget));
 
     const QByteArray document = Package::Read(strTarget, "word/document.xml");
     EXPECT_EQ(TextOf(document, u"Heading3"_s), u"链接\n太深\n第3级\n"_s);
@@ -248,6 +254,21 @@ TEST(DocExport, TakesNothingButWhatTheCourseHoldsFromAHostileOne) {
     const std::string said = course.Compile().Notes.join(u'\n').toStdString();
     EXPECT_THAT(said, HasSubstr("p.htm”过大"));
     EXPECT_THAT(said, Not(HasSubstr("p.htm#a")));
+}
+
+TEST(DocExport, HasWordFillInThePageNumbersThatItCannotTell) {
+    CSampleCourse course;
+    course.AddPage(c_nRootNodeId, u"页"_s, u"x"_s);
+    course.Folder.MakeFolder(u"bin"_s);
+    ASSERT_TRUE(
+        QFile::link(QStandardPaths::findExecutable(u"pandoc"_s), course.Folder.Native(u"bin\\pandoc"_s)));
+    const QString strTarget = DefaultTarget(course.Folder.Path(course.strProject));
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", course.Folder.Native(u"bin"_s).toUtf8());
+    const DocOutcome outcome = Export(course, strTarget);
+    qputenv("PATH", path);
+    EXPECT_THAT(outcome.Notes.join(u'\n').toStdString(), HasSubstr("页码"));
+    EXPECT_TRUE(HasWordFillIn(strTarget));
 }
 
 TEST(DocExport, LeavesNothingBehindWhenItCannot) {

@@ -22,7 +22,7 @@ namespace {
 constexpr int c_nPatienceMilliseconds = 60000;
 
 PictureTaker NoPictures(const QString&) {
-    return [](const QString&) { return std::nullopt; };
+    return [](const QString&, const auto&) { return TakenPicture(std::nullopt); };
 }
 
 TEST(ExportWindow, ExportsAndReportsWhatIsLeftOut) {
@@ -80,10 +80,14 @@ TEST(PictureFiles, TakesWhatADocumentCanShow) {
     folder.Write(u"half.png"_s, folder.Read(u"really.png.gif"_s).left(40));
     folder.Write(u"drawing.svg"_s,
                  "<svg xmlns='http://www.w3.org/2000/svg'><image href='/etc/passwd'/></svg>");
+    folder.Write(u"drawing.png"_s,
+                 "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='6'><rect width='8' "
+                 "height='6'/></svg>");
+    save(u"photo.svg"_s, "PNG", {7, 7});
     folder.MakeFolder(u"out"_s);
     CPictureFiles pictures(folder.Native(u"out"_s));
     const auto taken = [&](const QString& strName) {
-        const auto picture = pictures.Take(folder.Native(strName));
+        const auto picture = pictures.Take(folder.Native(strName), [] { return true; }).Picture;
         if (!picture)
             return QString();
         const QImage image(folder.Native(u"out\\"_s + picture->Name));
@@ -97,11 +101,15 @@ TEST(PictureFiles, TakesWhatADocumentCanShow) {
     EXPECT_EQ(taken(u"a.bmp"_s), u"picture1.png 30x20 30"_s);
     EXPECT_EQ(taken(u"large.jpg"_s), u"picture2.jpg 3000x30 2000"_s);
     EXPECT_EQ(taken(u"really.png.gif"_s), u"picture3.png 5x5 5"_s);
+    EXPECT_FALSE(pictures.Take(folder.Native(u"drawing.png"_s), [] { return false; }).Picture);
+    EXPECT_EQ(taken(u"drawing.png"_s), u"picture4.png 8x6 16"_s);
+    EXPECT_EQ(taken(u"photo.svg"_s), u"picture5.png 7x7 7"_s);
     for (const QString& strName : {u"half.png"_s, u"drawing.svg"_s, u"none.png"_s})
         EXPECT_EQ(taken(strName), QString()) << strName.toStdString();
     CPictureFiles nowhere(folder.Native(u"gone"_s));
     for (const QString& strName : {u"a.bmp"_s, u"really.png.gif"_s})
-        EXPECT_THROW(nowhere.Take(folder.Native(strName)), Torvane::CRunException) << strName.toStdString();
+        EXPECT_THROW(nowhere.Take(folder.Native(strName), [] { return true; }), Torvane::CRunException)
+            << strName.toStdString();
 }
 
 } // namespace

@@ -22,7 +22,7 @@ std::optional<PrintedPage> Read(const QString& strPage) {
                             },
                             [](const QByteArray& drawing) -> std::optional<ReadyPicture> {
                                 EXPECT_TRUE(drawing.startsWith("<svg xmlns=\"http://www.w3.org/2000/svg\""));
-                                EXPECT_TRUE(drawing.endsWith("<path d=\"M0 0\"/></svg>"));
+                                EXPECT_TRUE(drawing.endsWith("<path d=\"M0 0\"/></svg>")) << "or hidden";
                                 return ReadyPicture{u"d.png"_s, 60, 30};
                             }});
 }
@@ -39,6 +39,11 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
         {u"甲<svg width=\"40\"><path d=\"M0 0\"/></svg>乙"_s,
          "<div data-custom-style=\"Picture Line\"><p>甲<img src=\"d.png\" alt=\"\" width=\"40\" "
          "height=\"20\"/>乙</p></div>\n"},
+        {u"<svg><title> 图 </title><path d=\"M0 0\"/></svg><svg hidden></svg><svg style='display:none'></svg>"_s,
+         "<div data-custom-style=\"Picture Line\"><p><img src=\"d.png\" alt=\"图\" width=\"60\" "
+         "height=\"30\"/></p></div>\n"},
+        {u"<p class='v-hint'>请写简介。写好后删除这段提示。</p><p class=v-hint>我写的。</p>"_s,
+         "<p>我写的。</p>\n"},
         {u"甲\n乙<br>丙\n c"_s, "<p>甲乙</p>\n<p>丙 c</p>\n"},
         {u"<p>&nbsp;</p><center>中</center>"_s, "<div data-custom-style=\"Centered\"><p>中</p></div>\n"},
         {u"<a href=x><i>链</i></a><span style='display:none'>藏</span><SCRIPT>坏</SCRIPT>"_s,

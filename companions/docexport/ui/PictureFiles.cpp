@@ -12,6 +12,8 @@
 #include <QImage>
 #include <QImageReader>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -35,33 +37,57 @@ void Check(bool bWritten, const QString& strTarget, qint64 nBytes) {
                                                                                 : DocText::c_strDiskFull));
 }
 
-bool IsDrawing(const QString& strPath) {
+/// What a file is its bytes say; packed ones, which say nothing, and those that begin with long remarks go by
+/// their name.
+bool IsDrawing(const QString& strPath, const QByteArray& format) {
+    if (!format.isEmpty())
+        return format == "svg" || format == "svgz";
+    constexpr qint64 c_nLook = 4096;
+    QFile file(strPath);
+    if (file.open(QIODevice::ReadOnly) && file.read(c_nLook).contains("<svg"))
+        return true;
     const QString strEnding = QFileInfo(strPath).suffix().toLower();
     return strEnding == "svg"_L1 || strEnding == "svgz"_L1;
 }
 
-} // namespace
-
-std::optional<ReadyPicture> CPictureFiles::Take(const QString& strPath) {
-    if (const auto it = m_taken.constFind(strPath); it != m_taken.constEnd())
-        return *it;
-    return *m_taken.insert(strPath, Make(strPath, u"picture%1"_s.arg(m_taken.size() + 1)));
+bool IsTransparent(const QImage& image) {
+    if (!image.hasAlphaChannel())
+        return false;
+    const QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
+    for (int y = 0; y < alpha.height(); ++y) {
+        const uchar* pLine = alpha.constScanLine(y);
+        if (std::any_of(pLine, pLine + alpha.width(), [](uchar n) { return n > 0; }))
+            return false;
+    }
+    return true;
 }
 
-std::optional<ReadyPicture> CPictureFiles::Make(const QString& strPath, const QString& strName) const {
+} // namespace
+
+TakenPicture CPictureFiles::Take(const QString& strPath, const std::function<bool()>& mayGoOn) {
+    if (const auto it = m_taken.constFind(strPath); it != m_taken.constEnd())
+        return *it;
+    TakenPicture taken = Make(strPath, u"picture%1"_s.arg(m_taken.size() + 1), mayGoOn);
+    // Another page may have time for it.
+    if (taken.Picture || mayGoOn())
+        m_taken.insert(strPath, taken);
+    return taken;
+}
+
+TakenPicture CPictureFiles::Make(const QString& strPath, const QString& strName,
+                                 const std::function<bool()>& mayGoOn) const {
     QImageReader reader(strPath);
     // What a picture is its bytes say, whatever its name.
     reader.setDecideFormatFromContent(true);
     const QByteArray format = reader.format();
-    if (IsDrawing(strPath))
-        return MakeDrawing(strPath, strName);
-    // Drawings may name other files, and are drawn by reading those.
-    if (format.isEmpty() || format == "svg" || format == "svgz" || format == "pdf")
-        return std::nullopt;
+    if (IsDrawing(strPath, format))
+        return MakeDrawing(strPath, strName, mayGoOn);
+    if (format.isEmpty() || format == "pdf")
+        return TakenPicture(std::nullopt);
     reader.setAutoTransform(true);
     const QImage image = reader.read();
     if (image.isNull())
-        return std::nullopt;
+        return TakenPicture(std::nullopt);
     const bool bPhotograph = format == "jpeg" || format == "jpg";
     const bool bKept = bPhotograph || format == "png" || format == "gif";
     const bool bLarge = qMax(image.width(), image.height()) > c_nMaxPixels;
@@ -71,7 +97,7 @@ std::optional<ReadyPicture> CPictureFiles::Make(const QString& strPath, const QS
     const QString strTarget = m_strFolder + u'/' + picture.Name;
     if (bKept && !bLarge && !bTurned) {
         Check(QFile::copy(strPath, strTarget), strTarget, QFileInfo(strPath).size());
-        return picture;
+        return TakenPicture(picture);
     }
     const QImage fitting =
         bLarge ? image.scaled(c_nMaxPixels, c_nMaxPixels, Qt::KeepAspectRatio, Qt::SmoothTransformation)
@@ -80,38 +106,45 @@ std::optional<ReadyPicture> CPictureFiles::Make(const QString& strPath, const QS
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     if (!fitting.save(&buffer, bPhotograph ? "JPG" : "PNG", bPhotograph ? c_nJpegQuality : -1))
-        return std::nullopt;
+        return TakenPicture(std::nullopt);
     Check(Torvane::Office::WriteBytes(strTarget, bytes), strTarget, bytes.size());
-    return picture;
+    return TakenPicture(picture);
 }
 
 /// A drawing is a stranger's, too: the program that draws it has bounds, and reads no file but those beside
 /// the drawing and none of the net.
-std::optional<ReadyPicture> CPictureFiles::MakeDrawing(const QString& strPath, const QString& strName) const {
+TakenPicture CPictureFiles::MakeDrawing(const QString& strPath, const QString& strName,
+                                        const std::function<bool()>& mayGoOn) const {
     const QString strProgram = Platform::FindSystemProgram(u"rsvg-convert"_s);
     if (strProgram.isEmpty())
-        return std::nullopt;
+        return {std::nullopt, DocText::c_strNoteNoDrawer};
+    if (!mayGoOn())
+        return {std::nullopt, DocText::c_strNoteSlowDrawing};
     const ReadyPicture picture{strName + u".png"_s};
     const QString strTarget = m_strFolder + u'/' + picture.Name;
     QElapsedTimer time;
     time.start();
     const QString strZoom = QString::number(c_nDrawingZoom);
-    Platform::RunGroup({strProgram,
-                        {u"--zoom"_s, strZoom, u"--format"_s, u"png"_s, u"--output"_s, strTarget, strPath},
-                        {},
-                        c_nDrawingBytes,
-                        c_nDrawingBytes},
-                       [&time] { return !time.hasExpired(c_nDrawingMs); });
+    const auto eEnd = Platform::RunGroup(
+        {strProgram,
+         {u"--zoom"_s, strZoom, u"--format"_s, u"png"_s, u"--output"_s, strTarget, strPath},
+         {},
+         c_nDrawingBytes,
+         c_nDrawingBytes},
+        [&] { return mayGoOn() && !time.hasExpired(c_nDrawingMs); });
     const QImage image(strTarget);
-    if (image.isNull()) {
+    const bool bStopped = eEnd == Platform::EProgramEnd::Stopped;
+    if (bStopped || image.isNull() || IsTransparent(image)) {
         QFile::remove(strTarget);
-        return std::nullopt;
+        return {std::nullopt, bStopped         ? DocText::c_strNoteSlowDrawing
+                              : image.isNull() ? DocText::c_strNoteBadPicture
+                                               : DocText::c_strNoteEmptyDrawing};
     }
     if (qMax(image.width(), image.height()) > c_nMaxPixels) {
         const QImage fitting =
             image.scaled(c_nMaxPixels, c_nMaxPixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         Check(fitting.save(strTarget, "PNG"), strTarget, image.sizeInBytes());
     }
-    return ReadyPicture{picture.Name, qMax(1, image.width() / c_nDrawingZoom),
-                        qMax(1, image.height() / c_nDrawingZoom)};
+    return TakenPicture(ReadyPicture{picture.Name, qMax(1, image.width() / c_nDrawingZoom),
+                                     qMax(1, image.height() / c_nDrawingZoom)});
 }

@@ -23,7 +23,9 @@ constexpr char c_silent[] = "--silent";
 
 PictureTaker TakerFor(const QString& strFolder) {
     auto pPictures = std::make_shared<CPictureFiles>(strFolder);
-    return [pPictures](const QString& strPath) { return pPictures->Take(strPath); };
+    return [pPictures](const QString& strPath, const std::function<bool()>& mayGoOn) {
+        return pPictures->Take(strPath, mayGoOn);
+    };
 }
 
 int RunSilently(QStringList arguments) {
