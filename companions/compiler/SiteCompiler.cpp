@@ -171,5 +171,10 @@ QString DescribeProgress(const CompileProgress& progress) {
     if (progress.Stage == CompileProgress::EStage::ReadingCourse || progress.nTotal == 0)
         return CompilerText::c_strReadingCourse;
     const QString strDone = CompilerText::c_strWriting.arg(progress.nDone).arg(progress.nTotal);
-    return progress.nFilms > 0 ? strDone + CompilerText::c_strConverting : strDone;
+    const QStringList films = progress.Films();
+    if (films.isEmpty())
+        return strDone;
+    const QString strLectures =
+        CompilerText::c_strLectures.arg(progress.nLecturesDone).arg(progress.nLectures);
+    return strDone + CompilerText::c_strConverting.arg(strLectures, films.first());
 }

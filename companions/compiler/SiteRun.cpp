@@ -121,6 +121,8 @@ void CSiteRun::Run(COutputFolder& output) {
     m_pOutput->Announce(NamesOfPieces());
     m_notes.resize(m_pieces.size());
     m_progress.nTotal += int(m_pieces.size());
+    for (int i = 0; i < NodeCount(); ++i)
+        m_progress.nLectures += m_plan.Of(i).View == ENodeView::Video;
     ForEachPiece(int(m_pieces.size()), [this](int n) {
         StopIfCancelled(m_progress);
         Make(m_pieces[std::size_t(n)], m_notes[std::size_t(n)]);
@@ -191,6 +193,7 @@ void CSiteRun::MakeNodes(int nFirst, QStringList& notes) {
     for (int i = nFirst; i < qMin(nFirst + SearchIndex::c_nNodesInPart, NodeCount()); ++i) {
         StopIfCancelled(m_progress);
         texts.append(m_plan.Of(i).PagePath.isEmpty() ? std::nullopt : MakeNode(i, notes));
+        m_progress.nLecturesDone += m_plan.Of(i).View == ENodeView::Video;
     }
     if (HasSearch())
         MakeSearchPart(nFirst, texts);
@@ -279,11 +282,11 @@ QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& reco
         const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
         const QString strProgram = FilmProgram();
         const QString strMade = m_pOutput->FreshPath();
-        ++m_progress.nFilms;
+        m_progress.BeginFilm(strTitle);
         const bool bMade =
             !strProgram.isEmpty() && MakePlayable(strProgram, m_tree.NativePath(lecture.strFilm), strMade,
                                                   [this] { return !m_progress.bCancelled; });
-        --m_progress.nFilms;
+        m_progress.EndFilm(strTitle);
         StopIfCancelled(m_progress);
         if (!bMade) {
             record.Notes.append(

@@ -91,7 +91,8 @@ inline const QString c_strProgress = QStringLiteral("合成进度");
 inline const QString c_strNotOpened = QStringLiteral("无法打开“%1”，请您检查是否安装了浏览器。");
 inline const QString c_strReadingCourse = QStringLiteral("正在读取课程...");
 inline const QString c_strWriting = QStringLiteral("正在写入：%1 / %2");
-inline const QString c_strConverting = QStringLiteral("，正在转换视频，可能要几分钟...");
+inline const QString c_strConverting = QStringLiteral("，%1，正在转换视频“%2”，可能要几分钟...");
+inline const QString c_strLectures = QStringLiteral("视频 %1 / %2");
 inline const QString c_strCancelling = QStringLiteral("正在取消...");
 
 // To the visitor.
