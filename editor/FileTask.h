@@ -29,6 +29,13 @@ protected:
             [this](qsizetype) { return m_strStatus; });
     }
 
+    void TellEnd(Torvane::Dialog::MFC::IPeople& people, const QString& strText) override {
+        if (IsCancelled())
+            people.Notice(strText);
+        else
+            CStatusTask::TellEnd(people, strText);
+    }
+
 private:
     QString m_strStatus;
     std::function<void(Torvane::File::IWalkFilter*)> m_work;

@@ -117,6 +117,8 @@ inline const QString c_strAskHelp = QStringLiteral("请您输入帮助内容");
 inline const QString c_strNoSelection = QStringLiteral("对不起，请您先选中一段内容！");
 inline const QString c_strNoTable = QStringLiteral("请您先选中一个表格！");
 inline const QString c_strTableFailed = QStringLiteral("表格修改失败, 请您检查参数是否合法！");
+inline const QString c_strTableLate =
+    QStringLiteral("网页还在修改表格。\n请您等修改出现以后再继续编辑和保存。");
 inline const QString c_strTableTooLarge =
     QStringLiteral("表格太大：%1 行 × %2 列。一个表格最多 %3 个单元格，请您减少行数或者列数。");
 inline const QString c_strTableTitle = QStringLiteral("表格属性");

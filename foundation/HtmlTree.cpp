@@ -94,10 +94,23 @@ bool IsBarrier(const QByteArray& name) {
 }
 
 /// Elements that only a barrier keeps from being ended by their tag.
-bool IsFormatting(const QByteArray& name) {
+const QSet<QByteArray>& Formatting() {
     static const QSet<QByteArray> names = {"a", "b",     "big",    "code",   "em", "font", "i",
                                            "s", "small", "strike", "strong", "tt", "u",    "nobr"};
-    return names.contains(name);
+    return names;
+}
+
+bool IsFormatting(const QByteArray& name) {
+    return Formatting().contains(name);
+}
+
+bool IsCell(const QByteArray& name) {
+    return name == "td" || name == "th";
+}
+
+/// Elements with whose beginning a cell ends.
+bool IsOfTable(const QByteArray& name) {
+    return IsCell(name) || name == "tr" || name == "tbody" || name == "thead" || name == "tfoot";
 }
 
 /// The same, but they keep an element that has no rules of its own from being ended.
@@ -152,6 +165,10 @@ public:
     void Open(const QByteArray& name) {
         m_nSteps += m_nDepth + c_nStepsOfFormatting * m_nFormatting;
         const bool bByItself = IsBlockThatClosesItself(name);
+        if (IsOfTable(name)) {
+            EndCell();
+            BeginCell(name);
+        }
         if (!bByItself && ClosesItself(name))
             return;
         static const QByteArray paragraph("p");
@@ -173,6 +190,9 @@ public:
 
     void Close(const QByteArray& name) {
         m_nSteps += m_nDepth;
+        // Other end tags of a table may have nothing to end.
+        if (name == "tr" || name == "table")
+            EndCell();
         const auto it = m_open.find(name);
         if (it == m_open.end() || it->empty() || IsBehind(name, it->back()))
             return;
@@ -191,6 +211,29 @@ public:
     bool IsTooMuch() const { return m_nDepth > c_nMaxDepth || m_nSteps > c_nMaxSteps; }
 
 private:
+    /// In these a cell is an element like others.
+    bool IsInDrawing() const { return !m_open.value("svg").empty() || !m_open.value("math").empty(); }
+
+    /// In the table that was opened last.
+    void BeginCell(const QByteArray& name) {
+        const std::vector<qsizetype> tables = m_open.value("table");
+        const bool bInTable = !tables.empty() && !m_barriers.empty() && tables.back() == m_barriers.back();
+        if (IsCell(name) && bInTable && !IsInDrawing())
+            m_cells.push_back(++m_nLast);
+    }
+
+    /// With a cell ends the formatting that was left open in it.
+    void EndCell() {
+        if (m_cells.empty() || m_barriers.empty() || m_barriers.back() > m_cells.back() || IsInDrawing())
+            return;
+        for (const QByteArray& name : Formatting()) {
+            const auto in = m_open.find(name);
+            while (in != m_open.end() && !in->empty() && in->back() > m_cells.back())
+                Remove(name, *in);
+        }
+        m_cells.pop_back();
+    }
+
     void Remove(const QByteArray& name, std::vector<qsizetype>& opened) {
         for (std::vector<qsizetype>* pList : {&m_barriers, &m_blocks}) {
             if (const auto found = std::lower_bound(pList->begin(), pList->end(), opened.back());
@@ -220,6 +263,7 @@ private:
     QHash<QByteArray, std::vector<qsizetype>> m_open;
     std::vector<qsizetype> m_barriers;
     std::vector<qsizetype> m_blocks;
+    std::vector<qsizetype> m_cells;
     qsizetype m_nLast = 0;
     std::size_t m_nDepth = 0;
     std::size_t m_nFormatting = 0;

@@ -219,22 +219,27 @@ const CSourceReferences& CEditorView::ReadSource() {
     return m_source;
 }
 
+bool CEditorView::GetFromSource(QStringList CSourceReferences::*pReferences, QStringList& list) {
+    list = ReadSource().*pReferences;
+    return m_source.bKnown;
+}
+
 bool CEditorView::GetAllImageSrc(QStringList& list) {
     if (m_bInSource)
-        list = ReadSource().Images;
-    return m_bInSource || m_pDesign->GetAllImageSrc(list);
+        return GetFromSource(&CSourceReferences::Images, list);
+    return m_pDesign->GetAllImageSrc(list);
 }
 
 bool CEditorView::GetAllEmbededSrc(QStringList& list) {
     if (m_bInSource)
-        list = ReadSource().Embeds;
-    return m_bInSource || m_pDesign->GetAllEmbededSrc(list);
+        return GetFromSource(&CSourceReferences::Embeds, list);
+    return m_pDesign->GetAllEmbededSrc(list);
 }
 
 bool CEditorView::GetAllAnchorHref(QStringList& list) {
     if (m_bInSource)
-        list = ReadSource().Anchors;
-    return m_bInSource || m_pDesign->GetAllAnchorHref(list);
+        return GetFromSource(&CSourceReferences::Anchors, list);
+    return m_pDesign->GetAllAnchorHref(list);
 }
 
 bool CEditorView::GetURL(QString& strUrl) {

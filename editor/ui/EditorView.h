@@ -60,6 +60,7 @@ private:
     bool GetURL(QString& strUrl) override;
     std::shared_ptr<void> ShowBusy() override;
     const CSourceReferences& ReadSource();
+    bool GetFromSource(QStringList CSourceReferences::*pReferences, QStringList& list);
 
     // Tabs and layout.
     void SwitchTo(EditorCommands::EMode mode);

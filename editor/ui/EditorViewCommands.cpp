@@ -99,7 +99,8 @@ void CEditorView::RunOwn(int nCommand) {
     case Id::c_nMarquee:
         return InsertText(EditorTexts::c_strAskMarquee, HtmlFragments::Marquee);
     case Id::c_nLineBreak:
-        Insert(HtmlFragments::LineBreak());
+        // Like the plain commands it says nothing.
+        m_pDesign->InsertBrowserText(HtmlFragments::LineBreak());
         return;
     case Id::c_nFloatingHelp:
         return InsertFloatingHelp();
@@ -205,8 +206,14 @@ void CEditorView::EditTable() {
         return;
     info = {typed->nRows,           typed->nColumns,  typed->strWidth,       typed->strBackground,
             typed->strBorderColour, typed->strBorder, typed->strCellSpacing, typed->strCellPadding};
-    if (!m_pDesign->EditSelectedTable(info))
-        m_people.Error(EditorTexts::c_strTableFailed);
+    Torvane::Dialog::MFC::IPeople& people = m_people;
+    bool bLate = false;
+    if (m_pDesign->EditSelectedTable(info, &bLate))
+        return;
+    if (bLate)
+        people.Warn(EditorTexts::c_strTableLate);
+    else
+        people.Error(EditorTexts::c_strTableFailed);
 }
 
 void CEditorView::InsertText(const QString& strPrompt, QString (*build)(const QString&)) {

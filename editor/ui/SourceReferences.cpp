@@ -4,6 +4,7 @@
 #include "platform/ui/SurfaceUrls.h"
 
 #include <QMap>
+#include <QRegularExpression>
 
 namespace {
 
@@ -16,6 +17,13 @@ struct SChange {
     QByteArray value;
 };
 
+/// Whether there may be a reference that has to be copied or to get another form.
+bool MayReferToFiles(const QString& strSource) {
+    static const QRegularExpression local(QStringLiteral("file:|(?<![a-z])[a-z]:[\\\\/]"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    return local.match(strSource).hasMatch();
+}
+
 QByteArray WithoutQuotes(const QByteArray& value) {
     const bool bQuoted = value.startsWith('"') || value.startsWith('\'');
     return bQuoted ? value.mid(1, value.size() - 2) : value;
@@ -24,13 +32,14 @@ QByteArray WithoutQuotes(const QByteArray& value) {
 } // namespace
 
 CSourceReferences CSourceReferences::Of(const QString& strSource) {
-    CSourceReferences result{strSource, {}, {}, {}};
+    CSourceReferences result{strSource, {}, {}, {}, !MayReferToFiles(strSource)};
     const QByteArray bytes = strSource.toUtf8();
     if (bytes.count('<') > c_nMaxTags || HtmlTree::IsTooDeep(bytes))
         return result;
     const HtmlTree::Tree tree = HtmlTree::Parse(bytes);
     if (HtmlTree::IsDeep(tree->root))
         return result;
+    result.bKnown = true;
     // By their places: the parser may make several elements of one tag.
     QMap<qsizetype, SChange> changes;
     const auto note = [&](const GumboElement& element, const char* szName, QStringList& list) {

@@ -10,7 +10,9 @@ struct CSourceReferences {
     QString strHtml;
     /// As they stand in that text, in its order. Relative ones are left out: they need no change.
     QStringList Images, Embeds, Anchors;
+    /// False for a text whose tags nest too deeply for the parser and which names files: it stands as it is,
+    /// and nobody can tell its references.
+    bool bKnown = true;
 
-    /// A text whose tags nest too deeply for the parser comes as it is, without references.
     static CSourceReferences Of(const QString& strSource);
 };

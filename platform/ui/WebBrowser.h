@@ -129,8 +129,8 @@ public:
     bool HasSelectTable();
     bool GetSelectedTableInfo(STableInfo& info);
     /// Sets the attributes, and adds or drops rows and cells at the end to reach the counts. False for a new
-    /// count below 1 or above 1000.
-    bool EditSelectedTable(const STableInfo& info);
+    /// count below 1 or above 1000. pbLate: as for InsertBrowserText.
+    bool EditSelectedTable(const STableInfo& info, bool* pbLate = nullptr);
 
     /// The references of the body's img, embed and a elements in document order: an absolute reference as it
     /// stands in the text of GetBrowserBodyInnerHTML, a relative one resolved.

@@ -173,7 +173,7 @@ bool CWebBrowser2Ex::GetSelectedTableInfo(STableInfo& info) {
     return true;
 }
 
-bool CWebBrowser2Ex::EditSelectedTable(const STableInfo& info) {
+bool CWebBrowser2Ex::EditSelectedTable(const STableInfo& info, bool* pbLate) {
     const auto mayBe = [](int nWanted, int nNow) {
         return nWanted == nNow || (nWanted >= 1 && nWanted <= c_nMaxTableSize);
     };
@@ -193,7 +193,10 @@ bool CWebBrowser2Ex::EditSelectedTable(const STableInfo& info) {
                                 {QStringLiteral("border"), info.strBorder},
                                 {QStringLiteral("cellSpacing"), info.strCellSpacing},
                                 {QStringLiteral("cellPadding"), info.strCellPadding}};
-    return IsTrue(Ask(QStringLiteral("editTable"), {arguments}));
+    const SEngineAnswer done = Ask(QStringLiteral("editTable"), {arguments});
+    if (pbLate)
+        *pbLate = done.State == SEngineAnswer::EState::TimeOut;
+    return IsTrue(done);
 }
 
 bool CWebBrowser2Ex::ListReferences(const QString& strSelector, const QString& strAttribute,

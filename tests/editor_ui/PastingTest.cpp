@@ -147,6 +147,20 @@ TEST_F(PastingTest, WhatIsTypedRightBehindComesBehind) {
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
+TEST_F(PastingTest, WhatIsTypedOverASelectionTakesNothingElseAlong) {
+    Open("<p>one</p><p>two</p>");
+    Offer(Offered(u"<b>T</b>"_s, u"T"_s));
+    // The paragraph with its end, as three clicks have it.
+    Key(Qt::Key_Home, Qt::ControlModifier);
+    Key(Qt::Key_Down, Qt::ShiftModifier);
+    Key(Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+    ExpectHtml(u"<p><b>T</b>xtwo</p>"_s);
+    while (Html() != u"<p>one</p><p>two</p>"_s)
+        ASSERT_TRUE(m_view.RunCommand(32821));
+    EXPECT_TRUE(m_view.LeaveNode(true));
+}
+
 TEST_F(PastingTest, EachOfSeveralPastesComesWhereAndWhenItWasWanted) {
     Open("<p>A</p>");
     const auto key = [](Qt::Key nKey, Qt::KeyboardModifiers modifiers = {}) {
