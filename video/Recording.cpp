@@ -11,6 +11,8 @@
 #include "video/Texts.h"
 #include "video/VideoKey.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +54,12 @@ QString WorkingFilmPath(const QString& strFolder, qsizetype nPart) {
 
 QString KeptFilmPath(const QString& strFolder, qsizetype nPart) {
     return PartPath(strFolder, c_strKeptFilm, nPart);
+}
+
+bool IsUnfinishedFilm(const QString& strName) {
+    static const QRegularExpression unfinished(
+        u"^(lecture\\.part|(recorded\\d*\\.part|kept\\d*\\.film)(\\.joined|\\.joining(\\.list)?)?)$"_s);
+    return unfinished.match(strName).hasMatch();
 }
 
 bool HoldsRecording(const QString& strFolder) {

@@ -224,7 +224,8 @@ QString CFilmRun::FailureText(EKind kind) const {
         return RecorderText::c_strFilmNotConverted;
     // The sound server's client gives its reason behind the device's name alone.
     if (tells({"alsa", "pulse", "default:"}))
-        return RecorderText::c_strMicrophoneNotOpened;
+        return kind == EKind::Microphone ? RecorderText::c_strMicrophoneNotOpened
+                                         : RecorderText::c_strSoundNotOpened;
     if (tells({"v4l2", "/dev/video"}))
         return RecorderText::c_strCameraNotOpened;
     if (tells({"x11grab", "display"}))

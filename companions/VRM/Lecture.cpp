@@ -13,6 +13,8 @@
 
 #include <QFile>
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 using Torvane::CRunException;
 
@@ -23,7 +25,9 @@ const QString c_strFurtherFilm = u"\\lecture%1.asf"_s;
 const QString c_strFilm = u"\\lecture.asf"_s;
 /// The film while it is being put together.
 const QString c_strFilmPart = u"\\lecture.part"_s;
-const QString c_strJoined = u"\\recorded.joined"_s;
+/// Behind the first part's name: all parts in one, while that is being made, and once it stands.
+const QString c_strJoining = u".joining"_s;
+const QString c_strJoined = u".joined"_s;
 const QString c_strSlidePage = u"\\ppt.htm"_s;
 const QString c_strCourseInfo = u"\\CourseInfo"_s;
 
@@ -32,8 +36,9 @@ void Remove(const QString& strPath) {
 }
 
 bool Rename(const QString& strFrom, const QString& strTo) {
-    Remove(strTo);
-    return QFile::rename(Platform::ToNativeExact(strFrom), Platform::ToNativeExact(strTo));
+    // In one step, so that one of the two always stands.
+    return std::rename(QFile::encodeName(Platform::ToNativeExact(strFrom)).constData(),
+                       QFile::encodeName(Platform::ToNativeExact(strTo)).constData()) == 0;
 }
 
 bool IsThere(const QString& strPath) {
@@ -43,6 +48,19 @@ bool IsThere(const QString& strPath) {
 void RemoveParts(const QString& strFolder, FilmParts parts) {
     for (qsizetype nPart = 0; IsThere(parts(strFolder, nPart)); ++nPart)
         Remove(parts(strFolder, nPart));
+}
+
+/// What a joining that was cut short has left to do, once the whole film stands: no part is joined twice.
+bool EndJoining(const QString& strFolder, FilmParts parts) {
+    const QString strJoined = parts(strFolder, 0) + c_strJoined;
+    if (!IsThere(strJoined))
+        return true;
+    qsizetype nParts = 0;
+    while (IsThere(parts(strFolder, nParts)))
+        ++nParts;
+    while (--nParts > 0)
+        Remove(parts(strFolder, nParts));
+    return Rename(strJoined, parts(strFolder, 0));
 }
 
 void WriteFilmName(const SRecorderRequest& request) {
@@ -72,8 +90,11 @@ void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double
     Remove(WorkingFilmPath(strFolder));
 }
 
-bool KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) {
+qsizetype KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) {
     const QString& strFolder = request.strFolder;
+    if (!EndJoining(strFolder, WorkingFilmPath))
+        return 0;
+    Remove(WorkingFilmPath(strFolder) + c_strJoining);
     Remove(strFolder + c_strFilmPart);
     // Without these the film would not be shown. Where there is no room even for them, it can still be had.
     try {
@@ -84,27 +105,34 @@ bool KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) {
         ReplaceFile(strFolder + c_strSlidePage, SlidePage(request.strCourse, slides.Pages, 1));
     } catch (const Torvane::CException&) {
     }
-    for (qsizetype nPart = 1; IsThere(WorkingFilmPath(strFolder, nPart)); ++nPart)
-        Rename(WorkingFilmPath(strFolder, nPart), strFolder + c_strFurtherFilm.arg(nPart + 1));
-    return Rename(WorkingFilmPath(strFolder), strFolder + c_strFilm);
+    qsizetype nParts = 1;
+    for (; IsThere(WorkingFilmPath(strFolder, nParts)); ++nParts)
+        Rename(WorkingFilmPath(strFolder, nParts), strFolder + c_strFurtherFilm.arg(nParts + 1));
+    return Rename(WorkingFilmPath(strFolder), strFolder + c_strFilm) ? nParts : 0;
 }
 
 void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths,
                const std::function<bool()>& mayGoOn) {
+    const auto end = [&] {
+        if (!EndJoining(strFolder, parts))
+            throw CRunException(RecorderText::c_strNotJoined);
+    };
+    end();
     QStringList films;
     while (IsThere(parts(strFolder, films.size())))
         films.append(Platform::ToNativeExact(parts(strFolder, films.size())));
     if (films.size() < 2)
         return;
-    const QString strJoined = strFolder + c_strJoined;
-    if (!JoinFilms(films, lengths, Platform::ToNativeExact(strJoined), mayGoOn) ||
-        !Rename(strJoined, parts(strFolder, 0)))
+    const QString strJoining = parts(strFolder, 0) + c_strJoining;
+    if (!JoinFilms(films, lengths, Platform::ToNativeExact(strJoining), mayGoOn) ||
+        !Rename(strJoining, parts(strFolder, 0) + c_strJoined))
         throw CRunException(RecorderText::c_strNotJoined);
-    for (qsizetype nPart = films.size() - 1; nPart > 0; --nPart)
-        Remove(parts(strFolder, nPart));
+    end();
 }
 
 bool KeepEarlierFilm(const QString& strFolder) {
+    EndJoining(strFolder, KeptFilmPath);
+    EndJoining(strFolder, WorkingFilmPath);
     // An older one that was laid aside already comes first.
     qsizetype nKept = 0;
     while (IsThere(KeptFilmPath(strFolder, nKept)))
@@ -115,12 +143,16 @@ bool KeepEarlierFilm(const QString& strFolder) {
 }
 
 void RemoveKeptFilm(const QString& strFolder) {
+    for (const QString& strEnd : {c_strJoining, c_strJoined})
+        Remove(KeptFilmPath(strFolder) + strEnd);
     RemoveParts(strFolder, KeptFilmPath);
 }
 
 void RemoveLecture(const QString& strFolder) {
-    for (const QString& strName : {c_strFilm, c_strFilmPart, c_strJoined, c_strSlidePage})
+    for (const QString& strName : {c_strFilm, c_strFilmPart, c_strSlidePage})
         Remove(strFolder + strName);
+    for (const QString& strEnd : {c_strJoining, c_strJoined})
+        Remove(WorkingFilmPath(strFolder) + strEnd);
     RemoveParts(strFolder, WorkingFilmPath);
     Torvane::File::TryDeleteFolder(strFolder + c_strCourseInfo);
     RemoveSlides(strFolder);

@@ -14,8 +14,9 @@ void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double
                   const CLectureTimes& times, const std::function<bool(qint64, qint64)>& progress);
 
 /// The recorded film becomes the lecture's as it is, without markers and commands; it takes next to no room.
-/// False when even that is not possible; it stays where it is then.
-bool KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides);
+/// In how many files it stands, of which the first plays: its parts, where they could not be joined. 0 when
+/// even that is not possible; it stays where it is then.
+qsizetype KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides);
 
 /// Which part of a film stands where: WorkingFilmPath or KeptFilmPath.
 using FilmParts = QString (*)(const QString& strFolder, qsizetype nPart);

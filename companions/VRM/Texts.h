@@ -26,7 +26,7 @@ inline const QString c_strCamera = u"摄像头：%1（%2）"_s;
 inline const QString c_strMicrophone = u"麦克风（只有声音）"_s;
 inline const QString c_strExistingFilm = u"已有的视频文件"_s;
 inline const QString c_strPickPresentation = u"选择讲稿"_s;
-inline const QString c_strPresentations = u"演示文稿 (*.ppt *.pptx *.pps *.ppsx *.odp)"_s;
+inline const QString c_strPresentations = u"演示文稿 (*.ppt *.pptx *.pps *.ppsx *.odp);;所有文件 (*)"_s;
 inline const QString c_strPickFilm = u"选择视频文件"_s;
 inline const QString c_strFilms =
     u"视频文件 (*.asf *.wmv *.avi *.mp4 *.mpg *.mpeg *.mkv *.mov *.webm *.flv);;所有文件 (*)"_s;
@@ -84,6 +84,9 @@ inline const QString c_strStoppedEarly = u"录制意外中断。"_s;
 inline const QString c_strFilmNotConverted = u"转换视频失败，请您检查磁盘空间和视频文件。"_s;
 inline const QString c_strMicrophoneNotOpened =
     u"无法使用麦克风，请您检查它是否已经接好、是否正被其他程序使用。"_s;
+/// Where it is recorded beside pictures.
+inline const QString c_strSoundNotOpened =
+    u"无法使用麦克风，请您检查它是否已经接好、是否正被其他程序使用，或者取消“同时录制麦克风的声音”。"_s;
 inline const QString c_strCameraNotOpened =
     u"无法使用摄像头，请您检查它是否已经接好、是否正被其他程序使用。"_s;
 inline const QString c_strScreenNotRecorded = u"无法录制屏幕。"_s;
@@ -96,6 +99,8 @@ inline const QString c_strAgain = u"重试(&R)"_s;
 inline const QString c_strGiveUp = u"放弃(&G)"_s;
 inline const QString c_strFilmStops = u"%1\n\n视频只能播放到 %2，到此为止的翻页时间会保留。"_s;
 inline const QString c_strFilmAlone = u"%1\n\n只保留了录制的视频，时长 %2，播放时讲稿不会自动翻页。"_s;
+inline const QString c_strFilmsAlone =
+    u"%1\n\n只保留了录制的视频，共 %2 个文件；播放的是第一个（时长 %3），讲稿不会自动翻页。"_s;
 inline const QString c_strFilmInPlace = u"%1\n\n录制的视频保留在\n%2"_s;
 
 } // namespace RecorderText

@@ -7,6 +7,7 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "foundation/Urls.h"
+#include "video/Recording.h"
 
 #include <QRegularExpression>
 
@@ -249,10 +250,16 @@ void CSitePlan::PlanInSiteLink(int nNode) {
 }
 
 QStringList CSitePlan::FilesToCopy() const {
+    // What a recording that was broken off has left can be as large as a lecture.
+    const auto isUnfinished = [this](const QString& strFile) {
+        const qsizetype nName = strFile.lastIndexOf(u'/') + 1;
+        return IsUnfinishedFilm(strFile.mid(nName)) &&
+               !m_tree.FindFile(strFile.left(nName) + u"Template.prj"_s).isEmpty();
+    };
     QStringList files;
     for (const QString& strFolder : m_references.Published()) {
         for (const QString& strFile : m_tree.FilesBelow(strFolder)) {
-            if (!m_framed.contains(strFile))
+            if (!m_framed.contains(strFile) && !isUnfinished(strFile))
                 files.append(strFile);
         }
     }

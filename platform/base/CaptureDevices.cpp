@@ -28,11 +28,6 @@ QString CameraName(const QString& strDevice) {
     return QString::fromUtf8(szCard, qsizetype(qstrnlen(szCard, sizeof what.card))).simplified();
 }
 
-bool HasSoundCard() {
-    QFile cards(u"/proc/asound/pcm"_s);
-    return cards.open(QIODevice::ReadOnly) && cards.readAll().contains("capture");
-}
-
 } // namespace
 
 QList<Platform::SCamera> Platform::Cameras() {
@@ -52,7 +47,12 @@ bool Platform::HasSoundServer() {
 }
 
 bool Platform::HasMicrophone() {
-    return HasSoundServer() || HasSoundCard();
+    return HasSoundServer() || HasCapturingCard();
+}
+
+bool Platform::HasCapturingCard() {
+    QFile cards(u"/proc/asound/pcm"_s);
+    return cards.open(QIODevice::ReadOnly) && cards.readAll().contains("capture");
 }
 
 bool Platform::CanRecordScreen() {

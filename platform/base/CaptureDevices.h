@@ -18,8 +18,10 @@ QList<SCamera> Cameras();
 
 /// Whether a sound server runs for the person.
 bool HasSoundServer();
-/// Whether there is anything that hears.
+/// Whether there is anything that may hear: a sound server may have a microphone that is no card's.
 bool HasMicrophone();
+/// Whether a sound card has something that hears.
+bool HasCapturingCard();
 
 /// Whether the screen that the person sees is the one that programs of the older display protocol are shown.
 bool CanRecordScreen();

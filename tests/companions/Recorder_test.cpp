@@ -74,6 +74,18 @@ TEST_F(RecorderTest, ALectureReadsBackAsItWasRecorded) {
               QStringList{u"Template.prj"_s});
 }
 
+// A recorder that was killed behind the joining: the parts are in the whole already.
+TEST_F(RecorderTest, PartsAreJoinedOnce) {
+    const QString strFolder = m_request.strFolder;
+    m_folder.Write(u"课 一\\recorded.part"_s, "1");
+    m_folder.Write(u"课 一\\recorded2.part"_s, "2");
+    m_folder.Write(u"课 一\\recorded.part.joined"_s, "12");
+    JoinParts(strFolder, WorkingFilmPath, {}, {});
+    EXPECT_EQ(m_folder.Read(u"课 一\\recorded.part"_s), "12");
+    EXPECT_FALSE(m_folder.Exists(u"课 一\\recorded2.part"_s));
+    EXPECT_FALSE(m_folder.Exists(u"课 一\\recorded.part.joined"_s));
+}
+
 TEST_F(RecorderTest, ArgumentsThatAreNoneAreRefused) {
     const QString strProject = m_folder.Native(u"课 一/Template.prj"_s);
     const QString strModulus = QString::fromLatin1(m_request.Key.Modulus);

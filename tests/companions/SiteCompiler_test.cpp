@@ -181,6 +181,7 @@ TEST(SiteCompiler, PlaysARecordedLecture) {
         course.WriteResource(nVideo, u"V\\"_s + strName, bytes);
     };
     write(u"Template.prj"_s, "[OutputStream]\r\nFileName=film\r\n");
+    write(u"kept2.film"_s, "x");
     write(u"PPT.htm"_s, "<HTML><HEAD><title>s</title></HEAD><p>x</p>");
     write(u"CourseInfo\\Outline.js"_s, MakeOutline({u"一<1>"_s, u"二"_s}));
     write(u"CourseInfo\\s.esf"_s,
@@ -191,6 +192,7 @@ TEST(SiteCompiler, PlaysARecordedLecture) {
                    {{{0, u"S"_s, u"-1"_s}, {1500, u"P"_s, u"0"_s}}, {{0, u"a"_s}, {1500, u"b"_s}}});
     const bool bPlays = !FilmProgram().isEmpty();
     const CompileReport report = course.Compile();
+    EXPECT_FALSE(course.Folder.Exists(CSampleCourse::Site(u"N%1\\V\\kept2.film"_s.arg(nVideo))));
     EXPECT_EQ(report.Notes.isEmpty(), bPlays) << Notes(report);
     EXPECT_EQ(DeadLinks(course.SiteNative()), "");
     const std::string strPage = course.Bytes(nVideo, u"index.html"_s).toStdString();

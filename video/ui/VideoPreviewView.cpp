@@ -136,6 +136,8 @@ void CVideoPreviewView::ConnectPlayer() {
     });
     connect(m_pPlayer, &CMediaPlayer::StateChanged, this, &CVideoPreviewView::OnPlayState);
     connect(m_pPlayer, &CMediaPlayer::PositionChanged, this, &CVideoPreviewView::OnPosition);
+    // Else the person would be left with a black screen.
+    connect(m_pPlayer, &CMediaPlayer::Ended, m_pPlayer, [this] { m_pPlayer->SetFullScreen(false); });
 }
 
 bool CVideoPreviewView::LeaveNode(bool) {

@@ -80,6 +80,7 @@ QWidget* CRecorderWindow::MakeSetupPage() {
                           pickFile(RecorderText::c_strPickFilm, RecorderText::c_strFilms));
     m_pSound = Named(new QCheckBox(RecorderText::c_strSound, this), "sound", RecorderText::c_strSound);
     pGrid->addWidget(m_pSound, 3, 1, 1, 2);
+    connect(m_pSound, &QCheckBox::clicked, this, [this](bool bOn) { m_bWantsSound = bOn; });
     connect(m_pSource, &QComboBox::currentIndexChanged, this, &CRecorderWindow::ShowSource);
 
     m_pHint = new QLabel(RecorderText::c_strHint, this);

@@ -110,7 +110,7 @@ void CRecorderWindow::ShowSource() {
     const bool bMicrophone = Platform::HasMicrophone();
     const bool bSound = !bFile && kind != EKind::Microphone && bMicrophone;
     m_pSound->setEnabled(bSound);
-    m_pSound->setChecked(bSound);
+    m_pSound->setChecked(bSound && m_bWantsSound);
     m_pSound->setToolTip(bMicrophone ? QString() : RecorderText::c_strNoMicrophone);
     m_pHint->setText(kind == EKind::Screen && !Platform::CanRecordScreen() ? RecorderText::c_strWaylandHint
                      : bFile && m_bKept                                    ? RecorderText::c_strKeptHint
@@ -273,8 +273,13 @@ void CRecorderWindow::End(const QString& strFailure) {
              true))
         return Write();
     const QString strFilm = Platform::ToShown(WorkingFilmPath(m_request.strFolder));
-    ShowEnd(KeepFilmAlone(m_request, m_slides) ? RecorderText::c_strFilmAlone.arg(strFailure, strLength)
-                                               : RecorderText::c_strFilmInPlace.arg(strFailure, strFilm),
+    const qsizetype nFiles = KeepFilmAlone(m_request, m_slides);
+    if (nFiles > 0 && IsKeptFilm())
+        RemoveKeptFilm(m_request.strFolder);
+    ShowEnd(nFiles == 0  ? RecorderText::c_strFilmInPlace.arg(strFailure, strFilm)
+            : nFiles > 1 ? RecorderText::c_strFilmsAlone.arg(strFailure, QString::number(nFiles),
+                                                             ClockText(m_lengths.value(0)))
+                         : RecorderText::c_strFilmAlone.arg(strFailure, strLength),
             QMessageBox::Warning);
 }
 

@@ -4,6 +4,7 @@
 #include "companions/VRM/LectureTimes.h"
 #include "companions/VRM/RecorderRequest.h"
 #include "companions/VRM/Slides.h"
+#include "platform/base/CaptureDevices.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
@@ -129,6 +130,9 @@ private:
     bool m_bLeave = false;
     /// Of an earlier recorder, see KeepEarlierFilm.
     const bool m_bKept;
+    /// Whether there is to be sound where the source leaves the choice: a sound server alone may hear
+    /// nothing.
+    bool m_bWantsSound = Platform::HasCapturingCard();
     QElapsedTimer m_heard;
     int m_nSlide = 0;
     double m_dRatio = 1;
