@@ -16,8 +16,10 @@ let gone = 0;
 
 // The pages that the compiler has written, by its own list; those of imported sites have bodies of their own.
 function ownPages() {
-  return fs.readFileSync(path.join(site, ".vorel-site"), "utf8").split("\n").slice(1)
-    .map((line) => line.split("\t")[0].replace(/%([0-9a-f]{2})/g, (all, code) => String.fromCharCode(parseInt(code, 16))))
+  const names = fs.readFileSync(path.join(site, ".vorel-site"), "utf8").split("\n").slice(1)
+    .map((line) => line.split("\t")[0].replace(/%([0-9a-f]{2})/g, (all, code) => String.fromCharCode(parseInt(code, 16))));
+  // What was announced is listed again when it is written.
+  return [...new Set(names)]
     .filter((name) => /\.html?$/i.test(name)).sort()
     .map((name) => path.join(site, name))
     .filter((name) => {
