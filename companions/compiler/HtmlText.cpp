@@ -403,8 +403,9 @@ QByteArray CutOut(const GumboElement& element, const QByteArray& text, CEdits& e
 } // namespace
 
 bool IsHint(const GumboNode* pElement) {
+    // The longest of the hints has three sentences.
     static const QRegularExpression untouched(
-        u"^\\s*[请这][^。]*。[^。]*写好后删除这段提示。\\s*$|^\\s*[请这][^。]*写好后删除这段提示。\\s*$"_s);
+        u"^\\s*[请这](?:[^。]*。){0,2}[^。]*写好后删除这段提示。\\s*$"_s);
     return AttributeValue(pElement->v.element, "class").split(' ').contains(c_hintClass) &&
            untouched.match(TextOf(pElement)).hasMatch();
 }
