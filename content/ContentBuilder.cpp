@@ -1,5 +1,6 @@
 #include "content/ContentBuilder.h"
 
+#include "content/ContentStage.h"
 #include "content/DirectoryImport.h"
 #include "content/StatusTask.h"
 #include "content/Texts.h"
@@ -88,11 +89,26 @@ public:
         : CBuildTask(people, node, {{NodeType::c_nVideo, {}, nOpenType, {}, {}}, {}}), m_videos(videos) {}
 
 private:
+    void Work() override {
+        CBuildTask::Work();
+        OfferToDeleteKept();
+    }
     QString MakeFiles(const QString& strFolder) override {
         return m_videos.CreateVideoNode(m_node, strFolder);
     }
     // Behind a lecture there is no giving up: who wants to has done so in the recorder.
     void Settle(const std::function<void()>& settle) override { Tidy(settle); }
+
+    /// An earlier recording that the new lecture did not use is large, and would be offered for ever.
+    void OfferToDeleteKept() {
+        const QString strKept = FindKeptLecture(m_node);
+        if (strKept.isEmpty())
+            return;
+        const QString strText = ContentText::c_strDeleteKeptRecording.arg(Platform::ToShown(strKept));
+        if (Ask([&](IPeople& people) { return people.Question(strText); }) ==
+            Torvane::Dialog::MFC::BoxAnswer::Ok)
+            Tidy([&] { DeleteKeptLecture(strKept); });
+    }
 
     IVideoMaker& m_videos;
 };

@@ -146,6 +146,12 @@ bool TakeKeptLecture(const QString& strKept, const QString& strStage) {
     return true;
 }
 
+void DeleteKeptLecture(const QString& strKept) {
+    const QString strStage = WithoutBackslash(ParentFolder(strKept));
+    TryDeleteFolder(strStage);
+    RemoveStagesFolder(ParentFolder(strStage));
+}
+
 void MendNodeFolders(CCourse& course, IWalkFilter* pFilter) {
     const QString strPlace = StagesOf(course);
     Platform::CFolder folder;

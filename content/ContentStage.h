@@ -49,6 +49,9 @@ QString FindKeptLecture(const CBookNode& node);
 /// False when that is not possible; it stays then.
 bool TakeKeptLecture(const QString& strKept, const QString& strStage);
 
+/// Deletes it, with the stage around it; what can't be deleted stays without a word.
+void DeleteKeptLecture(const QString& strKept);
+
 /// Puts back in order what a crash in the middle of an exchange has left: of the folders that stand for a
 /// node, the one that holds what the row says becomes the node's own, and the others go. For all nodes of a
 /// course. Nothing is thrown; what can't be put in order stays as it is.

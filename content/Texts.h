@@ -104,6 +104,8 @@ inline const QString c_strRecordingKept =
     u"%1\n\n已录制的内容保留在\n%2\n再次为本栏目录制视频时可以继续使用。"_s;
 inline const QString c_strUseKeptRecording =
     u"上次为本栏目录制的视频还没有保存到栏目中：\n%1\n\n您要使用它吗？（选择“否”将重新录制，上次的录制仍然保留。）"_s;
+inline const QString c_strDeleteKeptRecording =
+    u"新的视频已保存到栏目中。上次没有使用的录制仍然保留在：\n%1\n\n您要删除上次的录制吗？（选择“取消”将继续保留。）"_s;
 /// What stands below such a message where more is known.
 inline const QString c_strDiskFull = u"磁盘空间不足，请您清理磁盘后重试。"_s;
 inline const QString c_strPathTooLong = u"文件名或路径太长。"_s;

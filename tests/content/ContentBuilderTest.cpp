@@ -318,8 +318,14 @@ TEST_F(ContentBuilderTest, ARecorderWorksBesideTheOldContent) {
     EXPECT_EQ(kept(), "film");
     MendNodeFolders(*m_disk.pCourse, nullptr);
     recorder.bFails = recorder.bRecords = false;
+    const QString strMayGo = u"新的视频已保存到栏目中。上次没有使用的录制仍然保留在："_s;
+    m_disk.People.ExpectBeginning(strMayGo, CScriptedPeople::BoxAnswer::Cancel);
     EXPECT_TRUE(Create(Of(EContentKind::Video), &recorder));
     EXPECT_EQ(kept(), "film");
+    m_disk.People.ExpectBeginning(strMayGo, CScriptedPeople::BoxAnswer::Ok);
+    EXPECT_TRUE(Create(Of(EContentKind::Video), &recorder));
+    EXPECT_EQ(Torvane::File::GetPathKind(recorder.strRecorded), Torvane::File::EPathKind::Nothing);
+    EXPECT_EQ(Left(), u"4 N#\\v 2 [] [] | v/"_s);
 }
 
 TEST_F(ContentBuilderTest, AFolderBecomesABranch) {
