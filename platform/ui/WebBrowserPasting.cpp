@@ -61,14 +61,22 @@ void CWebBrowser2Ex::FinishPastes() {
         PasteNext();
 }
 
-/// The page comes to the keys before it comes to a call; its word of what they want is then on its way.
+/// What the page has come to of its keys, and its word of what they want, are both still on their way.
 void CWebBrowser2Ex::HearOfPastes() {
     const CCallGuard guard;
     if (guard.IsRefused())
         return;
     const QPointer<CWebBrowser2Ex> pAlive(this);
-    const qsizetype nWanted = Ask(QStringLiteral("pastesWanted"), {}).Value.toInt();
     const QDeadlineTimer end(c_nWishMilliseconds);
+    // Some never come there, such as one that was for a frame: the last time they are taken as come.
+    for (SEngineAnswer come; pAlive && m_bPageLoaded && !IsTrue(come);) {
+        come = Ask(QStringLiteral("keysCome"), {m_pEngine->KeysGiven(), end.hasExpired()});
+        if (!come.HasValue())
+            return;
+    }
+    if (!pAlive || !m_bPageLoaded)
+        return;
+    const qsizetype nWanted = Ask(QStringLiteral("pastesWanted"), {}).Value.toInt();
     while (pAlive && m_bPageLoaded && qsizetype(m_pastes.size()) < nWanted && !end.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         QThread::msleep(1);
@@ -105,7 +113,7 @@ void CWebBrowser2Ex::PasteNext() {
         const int nTyped = BeginPaste(next.Place);
         if (pAlive)
             Q_EMIT PasteWanted(next.Read());
-        if (pAlive && nTyped > 0) {
+        if (pAlive) {
             const CCallGuard guard;
             if (!guard.IsRefused() && m_bPageLoaded)
                 Ask(QStringLiteral("pasteEnds"), {nTyped});

@@ -87,6 +87,10 @@ public:
 
     virtual QUrl Url() const = 0;
 
+    /// How many keys the page was given since it is edited; they take another way to it than a call, and the
+    /// later call may be there first. The page counts those that have come to it ("keysCome").
+    virtual int KeysGiven() const = 0;
+
     /// By which markup that was copied in a page that is edited is known; another one in each run.
     virtual QString CopyMark() const = 0;
 

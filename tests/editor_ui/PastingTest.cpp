@@ -178,6 +178,11 @@ TEST_F(PastingTest, EachOfSeveralPastesComesWhereAndWhenItWasWanted) {
     key(Qt::Key_Z);
     ExpectHtml(u"<p><b>T</b>x<b>T</b>zA</p>"_s);
     undoAll();
+    key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    key(Qt::Key_X);
+    ExpectHtml(u"<p><b>T</b>TxA</p>"_s);
+    undoAll();
     Key(Qt::Key_V, Qt::ControlModifier);
     key(Qt::Key_Return);
     ExpectHtml(u"<p><b>T</b></p><p>A</p>"_s);

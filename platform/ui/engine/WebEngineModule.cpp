@@ -205,6 +205,12 @@ void CWebEngine::LeadKeysToPage() {
         drawn.last()->setFocus(true);
 }
 
+bool CWebEngine::eventFilter(QObject* pObject, QEvent* pEvent) {
+    if (pEvent->type() == QEvent::KeyPress)
+        ++m_nKeysGiven;
+    return QObject::eventFilter(pObject, pEvent);
+}
+
 void CWebEngine::ConnectPage() {
     // The handlers may call into the engine, so they run from the event loop and not inside the engine.
     connect(m_pPage.get(), &CSurfacePage::CaretMoved, this, [this] {
@@ -359,8 +365,12 @@ SEngineAnswer CWebEngine::LoadAt(const QUrl& url, const std::function<void(CSurf
     SEngineAnswer answer = LoadWith(start, url, nMilliseconds);
     if (pAlive)
         LeadKeysToPage();
-    if (pAlive && m_access.bEditing && answer.HasValue())
+    if (pAlive && m_access.bEditing && answer.HasValue()) {
+        m_nKeysGiven = 0;
+        if (QWidget* const pKeys = m_pView->focusProxy())
+            pKeys->installEventFilter(this);
         Call(QStringLiteral("watch"), {m_pPage->Token(), CopyMark()}, nMilliseconds);
+    }
     return answer;
 }
 

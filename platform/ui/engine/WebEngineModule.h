@@ -49,7 +49,11 @@ public:
                    std::function<void(const SEngineAnswer&)> answer) override;
     SEngineAnswer RunInPage(const QString& strScript, int nMilliseconds) override;
     QUrl Url() const override;
+    int KeysGiven() const override { return m_nKeysGiven; }
     QString CopyMark() const override;
+
+    /// Of what takes the view's keys.
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
     void MakeProfile();
@@ -80,6 +84,7 @@ private:
     bool m_bPageHadScripts = false;
     QTimer m_caretTimer;
     int m_nMenusAsked = 0;
+    int m_nKeysGiven = 0;
     std::weak_ptr<CBlockingCall> m_pCall;
     /// While a load runs that nobody waits for; what would tell its end is connected to this.
     std::unique_ptr<QObject> m_pBegun;

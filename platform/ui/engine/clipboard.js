@@ -185,6 +185,9 @@
       let middle = false;
       // One for each wish that the program has not yet come to. Set here, so that no element of that name is found.
       window.vorelPlaces = [];
+      // Of these the ones at the place where it pastes now.
+      window.vorelPlacesBehind = [];
+      window.vorelKeys = 0;
       const tell = (event, what) => {
         if (isField(event.target))
           return;
@@ -202,11 +205,19 @@
       document.addEventListener('mousedown', (event) => middle = event.button === 1, true);
       document.addEventListener('keydown', (event) => {
         middle = false;
+        ++window.vorelKeys;
         if (event.ctrlKey && event.shiftKey && !event.altKey && event.code === 'KeyV')
           tell(event, '-paste-text');
       }, true);
       document.addEventListener('paste', (event) => tell(event, middle ? '-paste-selection' : '-paste'), true);
       keepPlaces();
+    },
+
+    // Whether all keys are here that the page was given. What is missing the last time never comes.
+    keysCome: (given, isLastTime) => {
+      if (isLastTime)
+        window.vorelKeys = given;
+      return window.vorelKeys >= given;
     },
 
     // How many wishes the program has not yet come to.
@@ -219,6 +230,8 @@
       const chosen = window.getSelection();
       if (!place || chosen.rangeCount === 0 || !document.body.contains(place.commonAncestorContainer))
         return 0;
+      window.vorelPlacesBehind = window.vorelPlaces.filter((e) => e).map((e) => e.range)
+          .filter((range) => range.compareBoundaryPoints(Range.START_TO_START, place) === 0);
       if (!place.collapsed) {
         // Nothing has been typed in place of what it is to replace.
         if (toldOf(place).every((each, index) => each === told[index])) {
@@ -247,10 +260,15 @@
       return steps;
     },
 
-    // The caret behind what was typed.
+    // The places that come behind what was pasted, and the caret behind what was typed.
     end: (steps) => {
+      const chosen = window.getSelection();
+      for (const range of window.vorelPlacesBehind.splice(0)) {
+        range.setStart(chosen.anchorNode, chosen.anchorOffset);
+        range.collapse(true);
+      }
       for (let n = 0; n < steps; ++n)
-        window.getSelection().modify('move', 'forward', 'character');
+        chosen.modify('move', 'forward', 'character');
       return true;
     },
 

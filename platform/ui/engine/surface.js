@@ -258,6 +258,7 @@
                    (e) => ({text: e.getAttribute(attribute), url: String(e[attribute])})),
     insert: asStep(insert),
     paste: asStep(paste),
+    keysCome: clipboard.keysCome,
     pastesWanted: clipboard.wanted,
     pasteBegins: clipboard.begin,
     pasteEnds: clipboard.end,
