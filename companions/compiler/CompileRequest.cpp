@@ -5,12 +5,14 @@
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
 #include "foundation/IniFile.h"
+#include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -161,6 +163,6 @@ QString FaultOfOutput(const CompileRequest& request) {
     if (IsWithin(strNearest, strData))
         return CompilerText::c_strForbiddenOutput.arg(strFolder);
     if (!QFileInfo(strNearest).isWritable())
-        return CompilerText::c_strCannotWrite.arg(strFolder, CompilerText::c_strNoPermission);
+        return CompilerText::c_strCannotWrite.arg(strFolder, Platform::SystemErrorText(EACCES));
     return QString();
 }

@@ -13,6 +13,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 #include <algorithm>
 
@@ -22,6 +23,9 @@ namespace {
 
 /// Of a film that is made; far more than a lecture takes.
 constexpr quint64 c_nMaxFilm = quint64{16} << 30;
+
+/// Less room than this and the disk was full for a program that writes in blocks.
+constexpr qint64 c_nFullDisk = qint64{1} << 20;
 
 QString FirstWithExtension(const QStringList& files, const QStringList& extensions) {
     for (const QString& strExtension : extensions) {
@@ -127,8 +131,8 @@ QString FilmProgram() {
     return Platform::FindSystemProgram(u"ffmpeg"_s);
 }
 
-bool MakePlayable(const QString& strProgram, const QString& strFrom, const QString& strTo,
-                  const std::function<bool()>& mayGoOn) {
+EFilmEnd MakePlayable(const QString& strProgram, const QString& strFrom, const QString& strTo,
+                      const std::function<bool()>& mayGoOn) {
     Platform::CProgramCall call;
     call.strProgram = strProgram;
     // A film is a stranger's: it is read as what it says it is, and leads to no other file and not to the
@@ -173,7 +177,9 @@ bool MakePlayable(const QString& strProgram, const QString& strFrom, const QStri
     call.nMaxFileBytes = c_nMaxFilm;
     const bool bEnded = Platform::RunGroup(call, mayGoOn) == Platform::EProgramEnd::Ended;
     if (bEnded && QFileInfo(strTo).size() > 0)
-        return true;
+        return EFilmEnd::Made;
+    // Asked while what was written stands.
+    const bool bFull = QStorageInfo(QFileInfo(strTo).path()).bytesAvailable() < c_nFullDisk;
     QFile::remove(strTo);
-    return false;
+    return bFull ? EFilmEnd::DiskFull : EFilmEnd::Failed;
 }

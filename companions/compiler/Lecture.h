@@ -45,7 +45,8 @@ PlayableFilm FindPlayable(const CSourceTree& tree, const QString& strFolder, con
 /// The program that makes films that browsers play, native; empty when this machine has none.
 QString FilmProgram();
 
-/// Makes one: from and to are native paths. False when it could not be made; mayGoOn is asked all the time,
-/// and false ends it.
-bool MakePlayable(const QString& strProgram, const QString& strFrom, const QString& strTo,
-                  const std::function<bool()>& mayGoOn);
+enum class EFilmEnd { Made, Failed, DiskFull };
+
+/// Makes one: from and to are native paths. mayGoOn is asked all the time, and false ends it.
+EFilmEnd MakePlayable(const QString& strProgram, const QString& strFrom, const QString& strTo,
+                      const std::function<bool()>& mayGoOn);

@@ -48,13 +48,6 @@ QString ParentOf(const QString& strName) {
 
 QString WhyNotWritten(int nError) {
     switch (nError) {
-    case ENOSPC:
-    case EDQUOT:
-        return CompilerText::c_strDiskFull;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return CompilerText::c_strNoPermission;
     case EEXIST:
     case EISDIR:
     case ENOTDIR:
@@ -93,10 +86,11 @@ COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseF
 }
 
 COutputFolder::~COutputFolder() {
+    // First, since on a full disk this makes room for the list.
+    QDir(Target(c_strTemporaryFolder)).removeRecursively();
     // Of a run that ended early: the next one needn't make again what is done.
     if (m_bListStands && !m_unlisted.isEmpty())
         m_folder.AppendToFile(QFile::encodeName(c_strList), m_unlisted);
-    QDir(Target(c_strTemporaryFolder)).removeRecursively();
 }
 
 QString COutputFolder::PlaceOf(const QString& strCourseFolder) {
@@ -162,10 +156,15 @@ void COutputFolder::WriteList(bool bFinal) {
 void COutputFolder::AddToList(const QByteArray& lines, bool bFinal) {
     const qsizetype nLines = m_nLines + lines.count('\n');
     const qsizetype nFiles = m_known.size() + m_announced.size();
-    if (!m_bListStands || nLines > nFiles + nFiles / 4 + c_nSpareLines ||
-        m_folder.AppendToFile(QFile::encodeName(c_strList), lines) != 0)
-        return WriteList(bFinal);
-    m_nLines = nLines;
+    if (m_bListStands && nLines <= nFiles + nFiles / 4 + c_nSpareLines) {
+        m_bListStands = m_folder.AppendToFile(QFile::encodeName(c_strList), lines) == 0;
+        if (m_bListStands) {
+            m_nLines = nLines;
+            return;
+        }
+        // It may end within a line, which no other may follow.
+    }
+    WriteList(bFinal);
 }
 
 void COutputFolder::Announce(const QStringList& names) {
@@ -366,19 +365,26 @@ void COutputFolder::Adopt(const QString& strFreshPath, const QString& strName, q
     AddToList(line, false);
 }
 
-void COutputFolder::RemoveStale(const QString& strName) {
+bool COutputFolder::RemoveStale(const QString& strName) {
     const QString strParent = ParentOf(strName);
     // Not through a link: what lies behind it was never written here.
     if (Canonical(Target(strParent)) != (strParent.isEmpty() ? m_strFolder : Target(strParent)))
-        return;
-    const QFileInfo info(Target(strName));
-    if (info.isFile() && !info.isSymLink() && QFile::remove(Target(strName)))
+        return true;
+    const QByteArray name = QFile::encodeName(strName);
+    Platform::CFileState state;
+    if (m_folder.GetState(name, state, false) == 0 && state.bPlainFile) {
+        if (const int nError = m_folder.RemoveFile(name)) {
+            m_notes.append(CompilerText::c_strNotRemoved.arg(strName, WhyNotWritten(nError)));
+            return false;
+        }
         ++m_nChanged;
+    }
     for (QString strFolder = strParent; !strFolder.isEmpty(); strFolder = ParentOf(strFolder)) {
         // Only an empty folder goes.
         if (!QDir().rmdir(Target(strFolder)))
             break;
     }
+    return true;
 }
 
 void COutputFolder::Finish() {
@@ -395,8 +401,11 @@ void COutputFolder::Finish() {
         if (!m_written.contains(strName))
             stale.append(strName);
     }
-    for (const QString& strName : std::as_const(stale))
-        RemoveStale(strName);
+    for (const QString& strName : std::as_const(stale)) {
+        // What stays is still ours, for the next run to remove.
+        if (!RemoveStale(strName))
+            m_known[strName].bKept = true;
+    }
     if (!stale.isEmpty())
         WriteList(true);
     else if (!m_unlisted.isEmpty() || !m_bListStands)

@@ -70,6 +70,8 @@ public:
     QString FreshPath();
     /// Moves such a file to its place. nInput is the sum over all that it was made of.
     void Adopt(const QString& strFreshPath, const QString& strName, quint64 nInput);
+    /// Throws what there is to say of a file that could not be written, by the system's code.
+    [[noreturn]] void Fail(const QString& strName, int nError) const;
     /// Removes what a former compile wrote and this one did not.
     void Finish();
 
@@ -92,8 +94,7 @@ private:
     void Remember(const QString& strName, OutputRecord record);
     bool StandsAsWritten(const QString& strName, const OutputRecord& record) const;
     bool HoldsAlready(const QString& strName, const QByteArray& bytes, OutputRecord& record) const;
-    void RemoveStale(const QString& strName);
-    [[noreturn]] void Fail(const QString& strName, int nError) const;
+    bool RemoveStale(const QString& strName);
 
     const QString m_strFolder;
     QString m_strOwner;

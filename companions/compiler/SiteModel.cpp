@@ -1,11 +1,11 @@
 #include "companions/compiler/SiteModel.h"
 
+#include "companions/compiler/SourceFile.h"
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
 #include "course/ProjectFile.h"
 #include "foundation/Exceptions.h"
 #include "foundation/IniFile.h"
-#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 
 #include <QHash>
@@ -20,8 +20,7 @@ constexpr qint32 c_nCourseId = 2;
 
 CSiteModel::CSiteModel(const QString& strProjectPath) : m_paths(strProjectPath) {
     const QString strShown = Platform::ToNativeExact(strProjectPath);
-    if (!Torvane::File::IsFile(strProjectPath))
-        throw Torvane::CRunException(CompilerText::c_strNoProject.arg(strShown));
+    CheckReadable(Platform::ToNative(strProjectPath), CompilerText::c_strNoProject);
     CProjectFile project;
     if (!project.SetPath(strProjectPath) || !project.Load())
         throw Torvane::CRunException(CompilerText::c_strBadProject.arg(strShown));

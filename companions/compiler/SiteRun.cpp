@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -283,12 +285,15 @@ QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& reco
         const QString strProgram = FilmProgram();
         const QString strMade = m_pOutput->FreshPath();
         m_progress.BeginFilm(strTitle);
-        const bool bMade =
-            !strProgram.isEmpty() && MakePlayable(strProgram, m_tree.NativePath(lecture.strFilm), strMade,
-                                                  [this] { return !m_progress.bCancelled; });
+        const EFilmEnd eEnd = strProgram.isEmpty()
+                                  ? EFilmEnd::Failed
+                                  : MakePlayable(strProgram, m_tree.NativePath(lecture.strFilm), strMade,
+                                                 [this] { return !m_progress.bCancelled; });
         m_progress.EndFilm(strTitle);
         StopIfCancelled(m_progress);
-        if (!bMade) {
+        if (eEnd == EFilmEnd::DiskFull)
+            m_pOutput->Fail(film.strName, ENOSPC);
+        if (eEnd != EFilmEnd::Made) {
             record.Notes.append(
                 (strProgram.isEmpty() ? CompilerText::c_strNoteNoFilmProgram : CompilerText::c_strNoteNoFilm)
                     .arg(strTitle));

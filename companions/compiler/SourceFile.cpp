@@ -4,8 +4,12 @@
 #include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
+#include "platform/base/FileCalls.h"
 
 #include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -16,16 +20,23 @@ bool IsPageFile(const QString& strName) {
 }
 
 std::optional<QByteArray> ReadSourceText(const QString& strNativePath) {
-    QFile file(strNativePath);
+    if (QFileInfo(strNativePath).size() > c_nMaxSourceText)
+        return std::nullopt;
     QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly)) {
-        if (file.size() > c_nMaxSourceText)
-            return std::nullopt;
-        bytes = file.read(file.size());
-    }
-    if (file.error() != QFileDevice::NoError)
-        throw Torvane::CRunException(CompilerText::c_strCannotRead.arg(strNativePath, file.errorString()));
+    if (const int nError = Platform::ReadFileBytes(QFile::encodeName(strNativePath), bytes, c_nMaxSourceText))
+        throw Torvane::CRunException(
+            CompilerText::c_strCannotRead.arg(strNativePath, Platform::SystemErrorText(nError)));
     return bytes;
+}
+
+void CheckReadable(const QString& strNativePath, const QString& strMissing) {
+    QByteArray begin;
+    const int nError = Platform::ReadFileBytes(QFile::encodeName(strNativePath), begin, 1);
+    if (nError == EACCES || nError == EPERM || nError == EIO)
+        throw Torvane::CRunException(
+            CompilerText::c_strCannotRead.arg(strNativePath, Platform::SystemErrorText(nError)));
+    if (nError != 0)
+        throw Torvane::CRunException(strMissing.arg(strNativePath));
 }
 
 std::unique_lock<std::recursive_mutex> LockIfLarge(qint64 nBytes) {

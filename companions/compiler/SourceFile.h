@@ -16,6 +16,10 @@ bool IsPageFile(const QString& strName);
 /// Torvane::CRunException with a message.
 std::optional<QByteArray> ReadSourceText(const QString& strNativePath);
 
+/// Throws Torvane::CRunException for a file that can't be opened; with strMissing, which has a %1 for the
+/// path, where there is none.
+void CheckReadable(const QString& strNativePath, const QString& strMissing);
+
 /// Held while a page is parsed, whose tree takes forty times its text: of large pages one at a time is, in
 /// the whole program. Nothing is locked for a small one. Whoever holds it may parse another large page
 /// within.

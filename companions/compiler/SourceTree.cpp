@@ -1,7 +1,9 @@
 #include "companions/compiler/SourceTree.h"
 
 #include "companions/compiler/Sums.h"
+#include "companions/compiler/Texts.h"
 #include "companions/compiler/Workers.h"
+#include "foundation/Exceptions.h"
 #include "foundation/Text.h"
 #include "platform/base/FileCalls.h"
 
@@ -40,9 +42,10 @@ bool IsStage(const QString& strTopFolder) {
 class CSourceTree::CWalk {
 public:
     explicit CWalk(const QString& strFolder) {
-        if (m_top.Open(QFile::encodeName(strFolder)) != 0)
-            return;
-        std::vector<Platform::CFolderEntry> entries = Sorted(m_top);
+        std::vector<Platform::CFolderEntry> entries;
+        m_nError = m_top.Open(QFile::encodeName(strFolder));
+        if (m_nError == 0)
+            m_nError = ListSorted(m_top, entries);
         std::erase_if(entries, [](const Platform::CFolderEntry& entry) {
             return entry.name.startsWith('.') || IsStage(QFile::decodeName(entry.name));
         });
@@ -59,15 +62,21 @@ public:
         });
     }
 
-    std::vector<Group> TakeGroups() { return std::move(m_groups); }
+    /// Throws when the folder can't be listed: a course that lies on a disk which was just taken away is not
+    /// one without content.
+    std::vector<Group> TakeGroups(const QString& strFolder) {
+        if (m_nError != 0)
+            throw Torvane::CRunException(
+                CompilerText::c_strCannotRead.arg(strFolder, Platform::SystemErrorText(m_nError)));
+        return std::move(m_groups);
+    }
 
 private:
     /// Sorted, so that which of two like names keeps its own does not hang on the disk's order.
-    static std::vector<Platform::CFolderEntry> Sorted(Platform::CFolder& folder) {
-        std::vector<Platform::CFolderEntry> entries;
-        folder.List(entries);
+    static int ListSorted(Platform::CFolder& folder, std::vector<Platform::CFolderEntry>& entries) {
+        const int nError = folder.List(entries);
         std::ranges::sort(entries, {}, &Platform::CFolderEntry::name);
-        return entries;
+        return nError;
     }
 
     static void Take(const Platform::CFolder& folder, const QString& strPrefix,
@@ -79,11 +88,10 @@ private:
         } else if (entry.eType == Platform::EEntryType::Folder) {
             found.Entries.push_back({strName, true, {}});
             Platform::CFolder inner;
-            if (inner.OpenBelow(folder, entry.name) != 0) {
+            std::vector<Platform::CFolderEntry> entries;
+            if (inner.OpenBelow(folder, entry.name) != 0 || ListSorted(inner, entries) != 0)
                 found.PassedOver.append({EPassed::Unreadable, strName});
-                return;
-            }
-            for (const Platform::CFolderEntry& below : Sorted(inner))
+            for (const Platform::CFolderEntry& below : entries)
                 Take(inner, strName + u'/', below, found);
         } else if (entry.eType == Platform::EEntryType::File &&
                    folder.GetState(entry.name, state, false) == 0) {
@@ -95,11 +103,12 @@ private:
     }
 
     Platform::CFolder m_top;
+    int m_nError = 0;
     std::vector<Group> m_groups;
 };
 
 CSourceTree::CSourceTree(const QString& strNativeFolder)
-    : m_strFolder(strNativeFolder), m_groups(CWalk(strNativeFolder).TakeGroups()) {
+    : m_strFolder(strNativeFolder), m_groups(CWalk(strNativeFolder).TakeGroups(strNativeFolder)) {
     m_folders.reserve(qsizetype(m_groups.size()));
     m_files.reserve(qsizetype(m_groups.size()));
     CSum names;

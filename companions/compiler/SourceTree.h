@@ -14,6 +14,8 @@
 /// what the course itself holds. So are folders in which content is being made or put aside.
 class CSourceTree {
 public:
+    /// Throws Torvane::CRunException with a message when the folder can't be listed. A folder within it that
+    /// can't is passed over.
     explicit CSourceTree(const QString& strNativeFolder);
 
     /// What is on the disk and not in the tree.

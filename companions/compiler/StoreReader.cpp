@@ -1,10 +1,10 @@
 #include "companions/compiler/StoreReader.h"
 
+#include "companions/compiler/SourceFile.h"
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
 #include "course/TitleCipher.h"
 #include "foundation/Exceptions.h"
-#include "foundation/Paths.h"
 #include "platform/base/NativePath.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -70,8 +70,7 @@ QList<StoreRow> ReadRows(SQLite::Database& database, const CTitleCipher& titles)
 
 QList<StoreRow> ReadStore(const QString& strPath, qint32 nCourseId) {
     const QString strNative = Platform::ToNative(strPath);
-    if (!Torvane::File::IsFile(strPath))
-        throw Torvane::CRunException(CompilerText::c_strNoDatabase.arg(strNative));
+    CheckReadable(strNative, CompilerText::c_strNoDatabase);
     try {
         SQLite::Database database(strNative.toStdString(), SQLite::OPEN_READONLY, c_nBusyMilliseconds);
         return ReadRows(database, CTitleCipher(nCourseId));

@@ -36,8 +36,6 @@ inline const QString c_strNotRemembered = QStringLiteral("未能在课程文件�
 inline const QString c_strOutputBusy = QStringLiteral("另一个合成程序正在向“%1”写入。");
 inline const QString c_strCannotWrite = QStringLiteral("无法写入“%1”：%2。");
 inline const QString c_strCannotRead = QStringLiteral("无法读取“%1”：%2。");
-inline const QString c_strDiskFull = QStringLiteral("磁盘空间不足");
-inline const QString c_strNoPermission = QStringLiteral("没有权限");
 inline const QString c_strNameTaken = QStringLiteral("同名的文件夹挡住了它");
 inline const QString c_strDone =
     QStringLiteral("合成完毕：%1 个页面，%2 个其他文件，其中 %3 个有变化，位于“%4”。");
@@ -49,8 +47,11 @@ inline const QString c_strLastDirGone =
     QStringLiteral("上次的输出文件夹“%1”已不存在，改为写入课程所在的文件夹。");
 inline const QString c_strLastDirOfOriginal =
     QStringLiteral("这门课程是复制来的，上次的输出文件夹“%1”属于原来的那门课程，改为写入课程所在的文件夹。");
+inline const QString c_strNotRemoved = QStringLiteral("网站中已经不用的文件“%1”无法删除：%2。");
 inline const QString c_strSetAside = QStringLiteral("“%1”不是合成程序写的，已改名保留为“%2”。");
 inline const QString c_strNoteNoContent = QStringLiteral("栏目“%1”的内容“%2”不存在。");
+inline const QString c_strNoteClosedContent =
+    QStringLiteral("栏目“%1”的内容“%2”无法打开：没有它所在文件夹的权限。");
 inline const QString c_strNoteBadAddress = QStringLiteral("栏目“%1”的链接地址“%2”不能用。");
 inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面引用了不存在的“%2”。");
 inline const QString c_strNoteNoPlace =

@@ -512,11 +512,4 @@ int MakeWritable(const QByteArray& path) {
     return ErrorOf(::chmod(path.constData(), (found.st_mode & 07777U) | S_IWUSR));
 }
 
-QString SystemErrorText(int nCode) {
-    if (!::strerrordesc_np(nCode))
-        return {};
-    std::array<char, 1024> text{};
-    return QString::fromLocal8Bit(::strerror_r(nCode, text.data(), text.size()));
-}
-
 } // namespace Platform

@@ -111,7 +111,7 @@ int RemoveFolder(const QByteArray& path);
 /// Lets the owner write the file or folder; a link is left alone.
 int MakeWritable(const QByteArray& path);
 
-/// The system's text for an error code in the person's language; empty when it has none.
+/// What an error code of the system means, for a person; empty for a code that it does not have.
 QString SystemErrorText(int nCode);
 
 } // namespace Platform

@@ -51,6 +51,17 @@ TEST(CompilerFailures, SaysWhatIsWrongWithTheCourse) {
     EXPECT_NE(MessageOf(course).find("正被其他程序使用"), std::string::npos) << MessageOf(course);
 }
 
+TEST(CompilerFailures, AFolderThatCanNotBeListedIsNoEmptyCourse) {
+    CSampleCourse course;
+    const qint32 nPage = course.AddPage(c_nRootNodeId, u"第一讲"_s, u"<p>一</p>"_s);
+    course.Compile();
+    const QString strResources =
+        course.Folder.Native(CSampleCourse::Below(u"Data\\Courseware\\NodeResource"_s));
+    ASSERT_TRUE(QDir().rename(strResources, strResources + u".away"_s));
+    EXPECT_THROW(course.Compile(), Torvane::CRunException);
+    EXPECT_TRUE(course.Bytes(nPage).contains("<p>一</p>"));
+}
+
 TEST(CompilerFailures, ReadsItsArgument) {
     const struct {
         QString strArgument, strPath;

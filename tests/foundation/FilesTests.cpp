@@ -35,19 +35,19 @@ TEST(Files, EachFailureHasItsMessageInNativeForm) {
     folder.Write(u"b"_s, "y");
     const QString strA = folder.Path(u"a"_s), strB = folder.Path(u"b"_s), strNo = folder.Path(u"no"_s);
     const QString strX(260, u'x'), strLong = folder.Path(strX);
-    const QString strGone = u"(No such file or directory)"_s, strTooLong = u"(File name too long)"_s;
+    const QString strGone = u"(文件或文件夹不存在)"_s, strTooLong = u"(文件名太长)"_s;
     const std::pair<std::function<void()>, QString> cases[] = {
         {[&] { GetFileSizeOf(strNo); }, u"无法打开文件 ~/no ！"_s + strGone},
-        {[&] { GetFileSizeOf(folder.Path()); }, u"无法打开文件 ~ ！(Is a directory)"_s},
+        {[&] { GetFileSizeOf(folder.Path()); }, u"无法打开文件 ~ ！(它是一个文件夹)"_s},
         {[&] { CReadFile().Open(strLong, true, true); }, u"无法打开文件 ~/X ！"_s + strTooLong},
-        {[&] { CopyOneFile(strA, strB, false); }, u"无法拷贝文件 ~/a 到 ~/b！(File exists)"_s},
+        {[&] { CopyOneFile(strA, strB, false); }, u"无法拷贝文件 ~/a 到 ~/b！(同名的文件或文件夹已经存在)"_s},
         {[&] { CopyOneFile(strNo, strB, true); }, u"无法拷贝文件 ~/no 到 ~/b！"_s + strGone},
         {[&] { CopyOneFile(strA, strLong, true); }, u"无法拷贝文件 ~/a 到 ~/X！"_s + strTooLong},
         {[&] { DeleteOneFile(strNo, true); }, u"无法删除文件 ~/no！"_s + strGone},
         {[&] { DeleteOneFile(strLong, false); }, u"无法删除文件 ~/X！"_s + strTooLong},
         {[&] { ClearAttributes(strLong); }, u"无法为路径 ~/X 设置属性！"_s + strTooLong},
         {[&] { CreateFolderPath(strLong); }, u"无法创建目录 ~/X ！"_s + strTooLong},
-        {[&] { CreateFolderPath(strA + u"\\b\\c"_s); }, u"无法创建目录 ~/a/b ！(Not a directory)"_s},
+        {[&] { CreateFolderPath(strA + u"\\b\\c"_s); }, u"无法创建目录 ~/a/b ！(路径中有一部分不是文件夹)"_s},
         {[&] { CreateFolderPath(u"bare"_s); }, u"路径 bare 无效！"_s},
         {[&] { CreateFolderPath(u"\\\\server"_s); }, u"路径 \\\\server 无效！"_s},
         {[&] { DeleteFolder(strNo, true); }, u"无法删除目录~/no！"_s + strGone}};
@@ -58,7 +58,7 @@ TEST(Files, EachFailureHasItsMessageInNativeForm) {
     EXPECT_EQ(CFileException(u"文本"_s, 99999).GetMessage(), u"文本(Unknown Error!)"_s);
     // 1,023 bytes end in the middle of the 512th character.
     EXPECT_EQ(CFileException(QString(600, u'课'), EISDIR).GetMessage(),
-              QString(QString(511, u'课') + u"(Is a directory)"_s));
+              QString(QString(511, u'课') + u"(它是一个文件夹)"_s));
 }
 
 TEST(Files, OperationsTouchTheOneFile) {
