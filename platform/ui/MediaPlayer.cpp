@@ -85,7 +85,7 @@ QString TextOf(EMediaFailure failure) {
 
 } // namespace
 
-CMediaPlayer::CMediaPlayer(QWidget* pParent) : QWidget(pParent) {
+CMediaPlayer::CMediaPlayer(QWidget* pParent) : QWidget(pParent), m_awake(UiTexts::c_strMediaPlaying) {
     setObjectName(QStringLiteral("mediaPlayer"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -151,7 +151,7 @@ void CMediaPlayer::ConnectEngine() {
         Fail(TextOf(failure));
     };
     m_pEngine->OnState = [this](EMediaState state) {
-        if (std::exchange(m_state, state) == state)
+        if (!SetState(state))
             return;
         SetStatus(TextOf(state));
         Q_EMIT StateChanged();
@@ -167,12 +167,18 @@ void CMediaPlayer::ConnectEngine() {
     };
 }
 
+bool CMediaPlayer::SetState(EMediaState state) {
+    m_awake.Hold(state == EMediaState::Playing);
+    return std::exchange(m_state, state) != state;
+}
+
 void CMediaPlayer::SetStatus(const QString& strText) {
     if (std::exchange(m_strStatus, strText) != strText)
         Q_EMIT StatusChanged();
 }
 
 void CMediaPlayer::Fail(const QString& strText) {
+    m_awake.Hold(false);
     SetStatus(strText);
     Q_EMIT Failed(strText);
 }
@@ -191,7 +197,7 @@ void CMediaPlayer::Unload() {
     SetStatus({});
     if (m_pEngine)
         m_pEngine->Unload();
-    if (std::exchange(m_state, EMediaState::Stopped) != EMediaState::Stopped)
+    if (SetState(EMediaState::Stopped))
         Q_EMIT StateChanged();
     update();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/ScreenAwake.h"
 #include "platform/ui/MediaEngine.h"
 
 #include <QWidget>
@@ -10,7 +11,7 @@
 ///
 /// The decoder is a module of its own, loaded beside the interface thread when the first file is; nothing
 /// here waits. What was asked for before the file is open is done then. A file that can't be played ends in
-/// Failed, which says why in a sentence for a person.
+/// Failed, which says why in a sentence for a person. The screen saver stays away while it plays.
 class CMediaPlayer : public QWidget {
     Q_OBJECT
 public:
@@ -76,6 +77,8 @@ private:
     void WithEngine();
     void ConnectEngine();
     void Open();
+    /// Answers whether it changes.
+    bool SetState(EMediaState state);
     void TellRoom();
     void SetStatus(const QString& strText);
     void Fail(const QString& strText);
@@ -91,6 +94,7 @@ private:
     qint64 m_nPosition = 0;
     int m_nVolume = 100;
     QString m_strStatus;
+    Platform::CScreenAwake m_awake;
     /// In the window that holds it, while it fills the screen.
     QRect m_place;
     QImage m_picture;

@@ -61,7 +61,7 @@ start_server
 play new-course "$place/course" 240
 # A recorded lecture, of the last of the top nodes.
 store="$(find "$stage/Projects" -name '*.mdb' | head -n 1)"
-lecture="$(dirname "$(find "$place/lecture/Vorel/Projects" -name lecture.asf)")"
+lecture="$(dirname "$(find "$place/lecture/Vorel/Projects" -ipath "*/noderesource/*" -name lecture.asf)")"
 id="$(sqlite3 "$store" "SELECT Id FROM Book WHERE ParentId = 3 ORDER BY [Index] DESC LIMIT 1")"
 nodes="$(find "$stage/Projects" -type d -iname noderesource)"
 mkdir -p "$nodes/N$id"

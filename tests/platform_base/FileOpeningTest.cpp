@@ -2,6 +2,7 @@
 
 #include "platform/base/Process.h"
 #include "tests/support/Environment.h"
+#include "tests/support/SessionBus.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Waiting.h"
 
@@ -12,7 +13,6 @@
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
 #include <QLocale>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -192,18 +192,8 @@ public:
 
 // Nobody edits such files: the desktop asks, and where it can't, its own opener is tried.
 TEST_F(CFileOpening, HasTheDesktopAskWhenNoProgramIsFound) {
-    QProcess bus;
-    m_folder.Write(
-        u"bus.conf"_s,
-        "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
-        "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/>"
-        "</policy></busconfig>");
-    bus.start(u"dbus-daemon"_s,
-              {u"--nofork"_s, u"--print-address"_s, u"--config-file="_s + m_folder.Native(u"bus.conf"_s)});
-    ASSERT_TRUE(bus.waitForStarted()) << "dbus-daemon is missing";
-    ASSERT_TRUE(WaitFor([&] { return bus.canReadLine(); }));
-    const QString strAddress = QString::fromUtf8(bus.readLine().trimmed());
-    m_environment.Set("DBUS_SESSION_BUS_ADDRESS", strAddress);
+    const QString strAddress = CSessionBus::Address();
+    ASSERT_FALSE(strAddress.isEmpty()) << "dbus-daemon is missing";
     m_folder.Write(u"a.strange"_s, "content");
     m_folder.Write(u"bin\\go"_s, "");
     WriteTool(u"xdg-open"_s);
@@ -219,9 +209,7 @@ TEST_F(CFileOpening, HasTheDesktopAskWhenNoProgramIsFound) {
     ASSERT_TRUE(Platform::OpenWithVerb(m_folder.Path(u"a.strange"_s)));
     EXPECT_TRUE(WaitFor([&] { return portal.m_content == "content"; }));
     EXPECT_TRUE(portal.m_bAsked);
-    desktop.unregisterObject(u"/org/freedesktop/portal/desktop"_s);
-    bus.terminate();
-    bus.waitForFinished();
+    QDBusConnection::disconnectFromBus(u"portal"_s);
 }
 
 } // namespace
