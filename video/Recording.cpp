@@ -56,9 +56,17 @@ QString KeptFilmPath(const QString& strFolder, qsizetype nPart) {
     return PartPath(strFolder, c_strKeptFilm, nPart);
 }
 
+QString WorkingTimesPath(const QString& strFolder) {
+    return strFolder + u"\\recorded.times"_s;
+}
+
+QString KeptTimesPath(const QString& strFolder) {
+    return strFolder + u"\\kept.times"_s;
+}
+
 bool IsUnfinishedFilm(const QString& strName) {
     static const QRegularExpression unfinished(
-        u"^(lecture\\.part|(recorded\\d*\\.part|kept\\d*\\.film)(\\.joined|\\.joining(\\.list)?)?)$"_s);
+        u"^(lecture\\.part|(recorded|kept)\\.times|(recorded\\d*\\.part|kept\\d*\\.film)(\\.joined|\\.joining(\\.list)?)?)$"_s);
     return unfinished.match(strName).hasMatch();
 }
 

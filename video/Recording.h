@@ -19,6 +19,9 @@ bool HasFilm(const QString& strFolder);
 QString WorkingFilmPath(const QString& strFolder, qsizetype nPart = 0);
 /// The same of an earlier recording that came to no end, while the recorder is at it again.
 QString KeptFilmPath(const QString& strFolder, qsizetype nPart = 0);
+/// Beside them: when which slide showed.
+QString WorkingTimesPath(const QString& strFolder);
+QString KeptTimesPath(const QString& strFolder);
 /// Whether a file of that name, beside a project file, is a film that the recorder has not ended: no part of
 /// the lecture.
 bool IsUnfinishedFilm(const QString& strName);

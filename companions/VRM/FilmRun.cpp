@@ -27,6 +27,7 @@ const QString c_strLevels =
     "ametadata=mode=print:key=lavfi.astats.Overall.Peak_level:file='pipe\\:2':direct=1"_s;
 const QString c_strMostPictures = u"30"_s;
 const QString c_strLivePicture = u"fps=10,scale=%1:%2:force_original_aspect_ratio=decrease,pad=%1:%2:-1:-1"_s;
+const QStringList c_quietly{u"-hide_banner"_s, u"-loglevel"_s, u"error"_s, u"-nostats"_s};
 /// A word that the level stands behind.
 constexpr QByteArrayView c_level("lavfi.astats.Overall.Peak_level=");
 constexpr QByteArrayView c_time("out_time_us=");
@@ -62,6 +63,37 @@ QStringList InputOf(const SFilmSource& source) {
     return {u"-protocol_whitelist"_s, u"file"_s, u"-i"_s, u"file:"_s + source.strPlace};
 }
 
+bool HasLivePictures(const SFilmSource& source) {
+    return source.Kind == EKind::Screen || source.Kind == EKind::Camera;
+}
+
+/// The small pictures, for us.
+QStringList LivePictures() {
+    return {u"-map"_s,     u"0:V:0"_s, u"-vf"_s, c_strLivePicture.arg(c_nLiveWidth).arg(c_nLiveHeight),
+            u"-pix_fmt"_s, u"rgb24"_s, u"-f"_s,  u"rawvideo"_s,
+            u"pipe:1"_s};
+}
+
+QStringList Encoding(const SFilmSource& source, bool bSound) {
+    QStringList arguments;
+    if (source.Kind != EKind::Microphone) {
+        // Square points, which every player shows alike; and a whole picture every second, so that a marker
+        // is soon reached.
+        arguments += QStringList{
+            u"-vf"_s, u"scale=w='trunc(min(1280,iw*sar)/2)*2':h='max(2,trunc(ow/dar/2)*2)',setsar=1"_s,
+            // A film with marks of time a thousandth apart would else get a thousand pictures a
+            // second.
+            u"-fpsmax"_s, c_strMostPictures, u"-c:v"_s, u"wmv2"_s, u"-q:v"_s, u"4"_s, u"-force_key_frames"_s,
+            u"expr:gte(t,n_forced)"_s, u"-pix_fmt"_s, u"yuv420p"_s};
+        if (source.Kind == EKind::File)
+            arguments += QStringList{u"-map"_s, u"0:V:0?"_s, u"-map"_s, u"0:a:0?"_s};
+    }
+    if (source.Kind == EKind::Microphone || (bSound && HasLivePictures(source)))
+        arguments += QStringList{u"-af"_s, c_strLevels};
+    return arguments +
+           QStringList{u"-c:a"_s, u"wmav2"_s, u"-b:a"_s, u"96k"_s, u"-ac"_s, u"2"_s, u"-ar"_s, u"44100"_s};
+}
+
 } // namespace
 
 QList<SFilmSource> FilmSources() {
@@ -77,37 +109,37 @@ QList<SFilmSource> FilmSources() {
 }
 
 QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QString& strTarget) {
-    QStringList arguments{u"-hide_banner"_s, u"-loglevel"_s, u"error"_s,  u"-nostats"_s, u"-stats_period"_s,
-                          u"0.25"_s,         u"-progress"_s, u"pipe:2"_s, u"-y"_s};
-    arguments += InputOf(source);
-    const bool bLivePictures = source.Kind == EKind::Screen || source.Kind == EKind::Camera;
-    const bool bLiveSound = source.Kind == EKind::Microphone || (bSound && bLivePictures);
+    const bool bLivePictures = HasLivePictures(source);
+    QStringList arguments = c_quietly +
+                            QStringList{u"-stats_period"_s, u"0.25"_s, u"-progress"_s, u"pipe:2"_s, u"-y"_s} +
+                            InputOf(source);
     if (bSound && bLivePictures)
         arguments += MicrophoneInput();
-    if (source.Kind != EKind::Microphone) {
-        // Square points, which every player shows alike; and a whole picture every second, so that a marker
-        // is soon reached.
-        arguments += QStringList{
-            u"-vf"_s, u"scale=w='trunc(min(1280,iw*sar)/2)*2':h='max(2,trunc(ow/dar/2)*2)',setsar=1"_s,
-            // A film with marks of time a thousandth apart would else get a thousand pictures a
-            // second.
-            u"-fpsmax"_s, c_strMostPictures, u"-c:v"_s, u"wmv2"_s, u"-q:v"_s, u"4"_s, u"-force_key_frames"_s,
-            u"expr:gte(t,n_forced)"_s, u"-pix_fmt"_s, u"yuv420p"_s};
-        if (source.Kind == EKind::File)
-            arguments += QStringList{u"-map"_s, u"0:V:0?"_s, u"-map"_s, u"0:a:0?"_s};
-    }
-    if (bLiveSound)
-        arguments += QStringList{u"-af"_s, c_strLevels};
-    arguments +=
-        QStringList{u"-c:a"_s, u"wmav2"_s, u"-b:a"_s, u"96k"_s, u"-ac"_s, u"2"_s, u"-ar"_s, u"44100"_s};
+    if (source.bEncoded)
+        arguments += QStringList{u"-map"_s, u"0"_s, u"-c"_s, u"copy"_s};
+    else
+        arguments += Encoding(source, bSound);
     // Neither titles nor chapters of another film.
     arguments += QStringList{u"-map_metadata"_s,    u"-1"_s, u"-map_chapters"_s, u"-1"_s, u"-f"_s, u"asf"_s,
                              u"file:"_s + strTarget};
     if (bLivePictures)
+        arguments += LivePictures();
+    return arguments;
+}
+
+QStringList PreviewArguments(const SFilmSource& source, bool bSound) {
+    const bool bLivePictures = HasLivePictures(source);
+    const bool bBeside = bSound && bLivePictures;
+    QStringList arguments = c_quietly + InputOf(source);
+    if (bBeside)
+        arguments += MicrophoneInput();
+    if (source.Kind == EKind::Microphone || bBeside)
         arguments += QStringList{
-            u"-map"_s,     u"0:v:0"_s, u"-vf"_s, c_strLivePicture.arg(c_nLiveWidth).arg(c_nLiveHeight),
-            u"-pix_fmt"_s, u"rgb24"_s, u"-f"_s,  u"rawvideo"_s,
-            u"pipe:1"_s};
+            u"-map"_s, bBeside ? u"1:a:0"_s : u"0:a:0"_s, u"-af"_s, c_strLevels, u"-f"_s, u"null"_s, u"-"_s};
+    if (source.Kind == EKind::File)
+        arguments += QStringList{u"-frames:v"_s, u"1"_s};
+    if (source.Kind != EKind::Microphone)
+        arguments += LivePictures();
     return arguments;
 }
 
@@ -214,6 +246,8 @@ void CFilmRun::ReadLines() {
 }
 
 QString CFilmRun::FailureText(EKind kind) const {
+    if (Platform::FindSystemProgram(u"ffmpeg"_s).isEmpty())
+        return RecorderText::c_strNoEncoder;
     const QByteArray said = m_said.toLower();
     const auto tells = [&said](std::initializer_list<const char*> words) {
         return std::ranges::any_of(words, [&said](const char* szWord) { return said.contains(szWord); });

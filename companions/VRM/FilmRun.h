@@ -15,6 +15,8 @@ struct SFilmSource {
     QString strPlace;
     /// A camera's.
     QString strName;
+    /// A file that an earlier recorder has encoded: it is copied.
+    bool bEncoded = false;
 };
 
 /// What can be recorded here: the screen, each camera, the microphone where there is one, and a file.
@@ -22,6 +24,10 @@ QList<SFilmSource> FilmSources();
 
 /// The encoder's arguments. bSound adds the microphone to pictures that have no sound of their own.
 QStringList EncoderArguments(const SFilmSource& source, bool bSound, const QString& strTarget);
+
+/// The same for showing what the source would film, and how loud it is, without filming it. A file shows
+/// its first picture.
+QStringList PreviewArguments(const SFilmSource& source, bool bSound);
 
 /// How large the small pictures are that show what is being filmed: rows of three bytes a pixel.
 constexpr int c_nLiveWidth = 240;

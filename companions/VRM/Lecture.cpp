@@ -1,6 +1,7 @@
 #include "companions/VRM/Lecture.h"
 
 #include "companions/VRM/FilmRun.h"
+#include "companions/VRM/LectureLog.h"
 #include "companions/VRM/Texts.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
@@ -63,6 +64,25 @@ bool EndJoining(const QString& strFolder, FilmParts parts) {
     return Rename(strJoined, parts(strFolder, 0));
 }
 
+/// Before its film is laid aside.
+void KeepTimes(const QString& strFolder) {
+    const SLoggedLecture lecture = ReadLectureLog(WorkingTimesPath(strFolder));
+    const bool bRecorded = IsThere(WorkingFilmPath(strFolder));
+    const bool bCopied = lecture.bOfKept || QFile::exists(lecture.strFilm);
+    if (bCopied && IsThere(KeptFilmPath(strFolder))) {
+        // The whole stands elsewhere.
+        RemoveParts(strFolder, WorkingFilmPath);
+        if (lecture.bOfKept && lecture.CountTurns() > 0)
+            Rename(WorkingTimesPath(strFolder), KeptTimesPath(strFolder));
+    } else if (bRecorded && IsThere(KeptFilmPath(strFolder))) {
+        // Of two films one behind the other nobody knows how long the first is.
+        Remove(KeptTimesPath(strFolder));
+    } else if (bRecorded) {
+        Rename(WorkingTimesPath(strFolder), KeptTimesPath(strFolder));
+    }
+    Remove(WorkingTimesPath(strFolder));
+}
+
 void WriteFilmName(const SRecorderRequest& request) {
     WriteProfileString(u"OutputStream"_s, u"FileName"_s, c_strName, request.strProject);
 }
@@ -88,6 +108,7 @@ void WriteLecture(const SRecorderRequest& request, const SSlides& slides, double
     if (!Rename(strPart, strFolder + c_strFilm))
         throw CRunException(RecorderText::c_strNotWritten);
     Remove(WorkingFilmPath(strFolder));
+    Remove(WorkingTimesPath(strFolder));
 }
 
 qsizetype KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) {
@@ -105,6 +126,7 @@ qsizetype KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) 
         ReplaceFile(strFolder + c_strSlidePage, SlidePage(request.strCourse, slides.Pages, 1));
     } catch (const Torvane::CException&) {
     }
+    Remove(WorkingTimesPath(strFolder));
     qsizetype nParts = 1;
     for (; IsThere(WorkingFilmPath(strFolder, nParts)); ++nParts)
         Rename(WorkingFilmPath(strFolder, nParts), strFolder + c_strFurtherFilm.arg(nParts + 1));
@@ -133,6 +155,7 @@ void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& l
 bool KeepEarlierFilm(const QString& strFolder) {
     EndJoining(strFolder, KeptFilmPath);
     EndJoining(strFolder, WorkingFilmPath);
+    KeepTimes(strFolder);
     // An older one that was laid aside already comes first.
     qsizetype nKept = 0;
     while (IsThere(KeptFilmPath(strFolder, nKept)))
@@ -145,6 +168,7 @@ bool KeepEarlierFilm(const QString& strFolder) {
 void RemoveKeptFilm(const QString& strFolder) {
     for (const QString& strEnd : {c_strJoining, c_strJoined})
         Remove(KeptFilmPath(strFolder) + strEnd);
+    Remove(KeptTimesPath(strFolder));
     RemoveParts(strFolder, KeptFilmPath);
 }
 
@@ -153,6 +177,7 @@ void RemoveLecture(const QString& strFolder) {
         Remove(strFolder + strName);
     for (const QString& strEnd : {c_strJoining, c_strJoined})
         Remove(WorkingFilmPath(strFolder) + strEnd);
+    Remove(WorkingTimesPath(strFolder));
     RemoveParts(strFolder, WorkingFilmPath);
     Torvane::File::TryDeleteFolder(strFolder + c_strCourseInfo);
     RemoveSlides(strFolder);

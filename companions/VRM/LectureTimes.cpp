@@ -50,16 +50,17 @@ void CLectureTimes::TakeBackSlide() {
     m_script.Markers.removeLast();
 }
 
-void CLectureTimes::MovePointer(int nX, int nY, qint64 nTime) {
+bool CLectureTimes::MovePointer(int nX, int nY, qint64 nTime) {
     const bool bQuick = m_nLastMove >= 0 && nTime < m_nLastMove + c_nMoveMilliseconds;
     const bool bSmall = m_nX >= 0 && std::abs(nX - m_nX) + std::abs(nY - m_nY) < c_nSmallMove;
     if (m_script.Markers.isEmpty() || bQuick || bSmall || m_places.size() >= c_nMaxPlaces)
-        return;
+        return false;
     m_nLastMove = nTime;
     m_nX = nX;
     m_nY = nY;
     m_script.Commands.append({Late(nTime), u"POINTER"_s, QString::number(m_places.size())});
     m_places.append(u"(%1,%2)"_s.arg(nX).arg(nY));
+    return true;
 }
 
 QStringList CLectureTimes::GetOutline() const {

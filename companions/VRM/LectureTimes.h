@@ -15,8 +15,8 @@ public:
 
     /// From 0. The first one shows from the beginning. Of several at one time the last counts.
     void ShowSlide(int nSlide, qint64 nTime);
-    /// In thousandths of the slide's width and height. Small and quick moves are passed over.
-    void MovePointer(int nX, int nY, qint64 nTime);
+    /// In thousandths of the slide's width and height. Small and quick moves are passed over: false.
+    bool MovePointer(int nX, int nY, qint64 nTime);
 
     /// Commands and markers of the film.
     const SAsfScript& GetScript() const { return m_script; }

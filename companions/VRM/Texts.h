@@ -37,6 +37,16 @@ inline const QString c_strWaylandHint =
     u"当前是 Wayland 会话，无法录制屏幕。请注销后选择 Xorg（X11）会话登录，或者改选其他录制内容。"_s;
 inline const QString c_strKeptHint =
     u"上次录制的视频还在，但翻页的时间没有保存下来。请您选择讲稿，一边观看这段视频一边重新翻页。"_s;
+inline const QString c_strOldTimes = u"沿用上次的翻页时间(&T)"_s;
+inline const QString c_strOldTimesHint =
+    u"上次录制的视频和翻页的时间都还在，共翻页 %1 次。按“生成课件”即可完成，不需要重新录制。"_s;
+inline const QString c_strFinishKept = u"生成课件(&R)"_s;
+inline const QString c_strOtherSlides =
+    u"这份讲稿有 %1 页，上次录制时的讲稿有 %2 页，翻页的时间对不上。请您选择上次的讲稿，或者取消“沿用上次的翻页时间”，重新翻页。"_s;
+inline const QString c_strScreenHint = u"录制的是整个屏幕，本窗口也会出现在视频中。"_s;
+inline const QString c_strPreview = u"预  览："_s;
+inline const QString c_strOpening = u"正在打开..."_s;
+inline const QString c_strSoundAlone = u"只录制声音"_s;
 inline const QString c_strKeptGoes = u"重新录制完成后，上次录制的视频将被删除，您确定重新录制吗？"_s;
 inline const QString c_strRecordAnew = u"重新录制(&R)"_s;
 inline const QString c_strKeepOld = u"返回(&B)"_s;
@@ -49,7 +59,7 @@ inline const QString c_strNothingYet = u"还没有收到画面或声音，请您
 inline const QString c_strPausedAt = u"已暂停　%1"_s;
 inline const QString c_strPause = u"暂停(&U)"_s;
 inline const QString c_strContinue = u"继续(&U)"_s;
-inline const QString c_strLivePicture = u"正在录制的画面"_s;
+inline const QString c_strLivePicture = u"画面"_s;
 inline const QString c_strLevel = u"麦克风音量"_s;
 inline const QString c_strSilent = u"麦克风没有声音，请您检查麦克风是否已经接好、打开。"_s;
 inline const QString c_strPlaying = u"正在播放视频　%1 / %2"_s;

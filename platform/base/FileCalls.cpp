@@ -1,5 +1,7 @@
 #include "platform/base/FileCalls.h"
 
+#include <QThreadPool>
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -428,6 +430,16 @@ int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes) {
     // The file is in place; some file systems can't flush a folder, which is no failure of the write.
     ::fsync(folder);
     return 0;
+}
+
+void FlushBeside(int nFile) {
+    const int nOwn = ::fcntl(nFile, F_DUPFD_CLOEXEC, 0);
+    if (nOwn < 0)
+        return;
+    QThreadPool::globalInstance()->start([nOwn] {
+        ::fdatasync(nOwn);
+        ::close(nOwn);
+    });
 }
 
 int ReadFileBytes(const QByteArray& path, QByteArray& bytes, qint64 nMax) {

@@ -97,6 +97,9 @@ int CopyFileBytes(const CFolder& from, const QByteArray& name, const CFolder& to
 /// renamed. Permissions of the old file are kept. A link is replaced itself, never what it leads to.
 int ReplaceFileBytes(const QByteArray& path, const QByteArray& bytes);
 
+/// Has what was written to the open file reach the disk, on another thread; returns at once.
+void FlushBeside(int nFile);
+
 /// At most nMax bytes of a plain file.
 int ReadFileBytes(const QByteArray& path, QByteArray& bytes, qint64 nMax);
 

@@ -5,6 +5,7 @@
 #include "video/AsfFile.h"
 #include "video/Recording.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDirIterator>
 #include <QLabel>
@@ -129,6 +130,33 @@ TEST_F(RecorderWindowTest, TimesOutliveACopyThatFails) {
     EXPECT_FALSE(m_folder.Exists(u"课 一/recorded.part"_s));
 }
 
+// The power fails in the middle of a lecture. All that is on the disk by then is taken up again.
+TEST_F(RecorderWindowTest, TimesOutliveARecorderThatIsKilled) {
+    Open();
+    Begin(0);
+    ASSERT_TRUE(Shows("next"));
+    const auto& player = The<CMediaPlayer>("player");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetPosition() > 500; }, c_nPatience));
+    Press("next");
+    const double dTurned = double(player.GetPosition());
+    const QByteArray times = m_folder.Read(u"课 一\\recorded.times"_s);
+    m_pWindow.reset();
+    EXPECT_FALSE(m_folder.Exists(u"课 一/recorded.times"_s));
+
+    m_folder.Write(u"课 一\\recorded.times"_s, times + "slide 99");
+    m_folder.Write(u"课 一\\recorded.part"_s, "what there is of the copy");
+    Open();
+    EXPECT_EQ(The<QLineEdit>("film").text(), QStringLiteral(VOREL_FILM));
+    EXPECT_EQ(The<QLineEdit>("presentation").text(), Presentation());
+    EXPECT_TRUE(The<QCheckBox>("oldTimes").isChecked());
+    Press("start");
+    ASSERT_TRUE(IsDone());
+    ASSERT_EQ(Lecture().Markers.size(), 2);
+    EXPECT_NEAR(double(Lecture().Markers[1].nTime), dTurned, 300);
+    m_pWindow.reset();
+    EXPECT_TRUE(!m_folder.Exists(u"课 一/kept.film"_s) && !m_folder.Exists(u"课 一/kept.times"_s));
+}
+
 TEST_F(RecorderWindowTest, GivingUpTheSlidesLeadsBackToTheChoice) {
     Open();
     Begin(0);
@@ -151,7 +179,8 @@ TEST_F(RecorderWindowTest, ALivePauseCostsNoTime) {
     Begin(-1);
     ASSERT_TRUE(Shows("next"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return The<QWidget>("pause").isEnabled(); }, c_nPatience));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !The<QLabel>("live").pixmap(Qt::ReturnByValue).isNull(); }));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return !The<QLabel>("livePicture").pixmap(Qt::ReturnByValue).isNull(); }));
     QTest::qWait(1000);
     Press("pause");
     ASSERT_TRUE(QTest::qWaitFor([&] { return The<QWidget>("pause").isEnabled(); }, c_nPatience));

@@ -1,6 +1,7 @@
 // The film of a lecture, from its beginning to its end: parts, pauses, and what goes wrong meanwhile.
 #include "companions/VRM/Lecture.h"
 #include "companions/VRM/Texts.h"
+#include "companions/VRM/ui/LiveView.h"
 #include "companions/VRM/ui/RecorderWindow.h"
 #include "companions/VRM/ui/SlidePicture.h"
 #include "platform/base/NativePath.h"
@@ -11,8 +12,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -24,8 +25,6 @@ using EKind = SFilmSource::EKind;
 namespace {
 
 constexpr QSize c_recordSize(980, 620);
-/// A microphone that works hears a little even in a quiet room. Decibels.
-constexpr double c_dSilence = -66;
 
 } // namespace
 
@@ -44,18 +43,44 @@ void CRecorderWindow::StartFilm() {
     SetStage(EStage::Recording);
     // No smaller than the person has made it.
     resize(size().expandedTo(c_recordSize).boundedTo(screen()->availableSize()));
+    BeginLog();
     Turn(0);
     m_dRatio = m_pSlide->GetRatio();
-    const bool bHears = IsLive() && (m_source.Kind == EKind::Microphone || m_pSound->isChecked());
     m_pPlayer->setVisible(!IsLive());
-    m_pLive->clear();
-    m_pLive->setVisible(IsLive() && m_source.Kind != EKind::Microphone);
-    m_pLevel->setVisible(bHears);
-    m_pSilent->hide();
+    m_pLive->setVisible(IsLive());
     if (!IsLive())
         m_pPlayer->Load(Platform::FromNative(QFileInfo(m_source.strPlace).absoluteFilePath()));
     StartEncoder();
     ShowTime();
+}
+
+void CRecorderWindow::TakeUp() {
+    const qsizetype nSlides = m_slides.Titles.size();
+    if (nSlides != m_kept.nSlides) {
+        Reset();
+        return Tell(QMessageBox::Warning, RecorderText::c_strOtherSlides.arg(nSlides).arg(m_kept.nSlides));
+    }
+    m_times = m_kept.GetTimes(m_slides.Titles);
+    m_pSlide->Show(m_slides.Pictures.value(0));
+    m_dRatio = m_pSlide->GetRatio();
+    m_lengths.clear();
+    m_bFinished = true;
+    BeginLog();
+    ConvertAgain();
+}
+
+void CRecorderWindow::BeginLog() {
+    SLoggedLecture lecture;
+    lecture.strPresentation = QFileInfo(m_pPresentation->text().trimmed()).absoluteFilePath();
+    lecture.nSlides = static_cast<int>(m_slides.Titles.size());
+    lecture.bOfKept = IsKeptFilm(m_source);
+    if (!IsLive() && !m_source.bEncoded)
+        lecture.strFilm = QFileInfo(m_source.strPlace).absoluteFilePath();
+    m_log.Begin(WorkingTimesPath(m_request.strFolder), lecture);
+}
+
+bool CRecorderWindow::Hears() const {
+    return m_source.Kind == EKind::Microphone || m_pSound->isChecked();
 }
 
 void CRecorderWindow::StartEncoder() {
@@ -63,7 +88,7 @@ void CRecorderWindow::StartEncoder() {
     m_nBehind = -1;
     m_nFilm = 0;
     m_clock.start();
-    m_heard.start();
+    m_pLive->Begin(Hears(), m_source.Kind == EKind::Microphone ? RecorderText::c_strSoundAlone : QString());
     const QString strPart = WorkingFilmPath(m_request.strFolder, m_lengths.size());
     m_film.Start(EncoderArguments(m_source, m_pSound->isChecked(), Platform::ToNativeExact(strPart)));
     ShowPause();
@@ -87,12 +112,6 @@ void CRecorderWindow::OnFilm(qint64 nFilm) {
         m_nBehind = m_nBehind < 0 ? nBehind : qMin(m_nBehind, nBehind);
 }
 
-void CRecorderWindow::OnLevel(double dLevel) {
-    if (dLevel > c_dSilence)
-        m_heard.restart();
-    m_pLevel->setValue(qBound(0, c_nLevels + static_cast<int>(dLevel), c_nLevels));
-}
-
 void CRecorderWindow::OnFilmEnd(bool bWell) {
     m_bFilmDone = true;
     if (IsLive())
@@ -106,12 +125,13 @@ void CRecorderWindow::OnFilmEnd(bool bWell) {
 void CRecorderWindow::OnLiveEnd(bool bWell) {
     const bool bTold = m_bFinished || m_bPaused;
     m_nBehind = -1;
-    m_pLevel->setValue(0);
-    m_pLive->clear();
-    if (m_nFilm > 0)
+    m_pLive->End();
+    if (m_nFilm > 0) {
+        m_log.EndPart(m_nFilm);
         m_lengths.append(std::exchange(m_nFilm, 0));
-    else
+    } else {
         QFile::remove(Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder, m_lengths.size())));
+    }
     if (m_lengths.isEmpty())
         return Fail(m_film.FailureText(m_source.Kind));
     if (m_bFinished)

@@ -1,4 +1,5 @@
 #include "companions/VRM/Texts.h"
+#include "companions/VRM/ui/LiveView.h"
 #include "companions/VRM/ui/RecorderWindow.h"
 #include "companions/VRM/ui/SlidePicture.h"
 #include "platform/ui/DialogParts.h"
@@ -24,7 +25,6 @@ namespace {
 constexpr int c_nFieldWidth = 380;
 constexpr int c_nSideWidth = 240;
 constexpr int c_nFilmHeight = 180;
-constexpr int c_nLevelHeight = 10;
 
 QString NameOf(const SFilmSource& source) {
     switch (source.Kind) {
@@ -80,7 +80,18 @@ QWidget* CRecorderWindow::MakeSetupPage() {
                           pickFile(RecorderText::c_strPickFilm, RecorderText::c_strFilms));
     m_pSound = Named(new QCheckBox(RecorderText::c_strSound, this), "sound", RecorderText::c_strSound);
     pGrid->addWidget(m_pSound, 3, 1, 1, 2);
-    connect(m_pSound, &QCheckBox::clicked, this, [this](bool bOn) { m_bWantsSound = bOn; });
+    m_pOldTimes =
+        Named(new QCheckBox(RecorderText::c_strOldTimes, this), "oldTimes", RecorderText::c_strOldTimes);
+    pGrid->addWidget(m_pOldTimes, 4, 1, 1, 2);
+    m_pPreview = new CLiveView("preview", this);
+    pGrid->addWidget(new QLabel(RecorderText::c_strPreview, this), 5, 0, Qt::AlignTop);
+    pGrid->addWidget(m_pPreview, 5, 1, 1, 2, Qt::AlignLeft);
+    connect(m_pSound, &QCheckBox::clicked, this, [this](bool bOn) {
+        m_bWantsSound = bOn;
+        ShowSource();
+    });
+    connect(m_pOldTimes, &QCheckBox::clicked, this, &CRecorderWindow::ShowSource);
+    connect(m_pFilmFile, &QLineEdit::textChanged, this, &CRecorderWindow::ShowSource);
     connect(m_pSource, &QComboBox::currentIndexChanged, this, &CRecorderWindow::ShowSource);
 
     m_pHint = new QLabel(RecorderText::c_strHint, this);
@@ -111,27 +122,10 @@ QLayout* CRecorderWindow::MakeSide() {
     m_pOutline = Named(new QListWidget(this), "outline", RecorderText::c_strOutline);
     m_pOutline->setFixedWidth(c_nSideWidth);
     m_pOutline->setUniformItemSizes(true);
-    m_pLive = Named(new QLabel(this), "live", RecorderText::c_strLivePicture);
-    m_pLive->setFixedSize(c_nLiveWidth, c_nLiveHeight);
-    QPalette dark = m_pLive->palette();
-    dark.setColor(QPalette::Window, Qt::black);
-    m_pLive->setPalette(dark);
-    m_pLive->setAutoFillBackground(true);
-    m_pLevel = Named(new QProgressBar(this), "level", RecorderText::c_strLevel);
-    m_pLevel->setRange(0, c_nLevels);
-    m_pLevel->setTextVisible(false);
-    m_pLevel->setFixedHeight(c_nLevelHeight);
-    m_pLevel->setToolTip(RecorderText::c_strLevel);
-    m_pSilent = Named(new QLabel(RecorderText::c_strSilent, this), "silent", RecorderText::c_strLevel);
-    m_pSilent->setWordWrap(true);
-    QPalette red = m_pSilent->palette();
-    red.setColor(QPalette::WindowText, Qt::red);
-    m_pSilent->setPalette(red);
+    m_pLive = new CLiveView("live", this);
     auto* pSide = new QVBoxLayout;
     pSide->addWidget(m_pPlayer);
     pSide->addWidget(m_pLive);
-    pSide->addWidget(m_pLevel);
-    pSide->addWidget(m_pSilent);
     pSide->addWidget(DialogParts::LabelFor(RecorderText::c_strOutline, m_pOutline));
     pSide->addWidget(m_pOutline, 1);
     return pSide;
@@ -157,8 +151,9 @@ QWidget* CRecorderWindow::MakeRecordPage() {
     connect(m_pStop, &QPushButton::clicked, this, &CRecorderWindow::AskFinish);
     connect(m_pOutline, &QListWidget::currentRowChanged, this, &CRecorderWindow::Turn);
     connect(m_pSlide, &CSlidePicture::PointerMoved, this, [this](int nX, int nY) {
-        if (m_stage == EStage::Recording && m_times && FilmNow() > 0)
-            m_times->MovePointer(nX, nY, FilmNow());
+        const qint64 nNow = FilmNow();
+        if (m_stage == EStage::Recording && m_times && nNow > 0 && m_times->MovePointer(nX, nY, nNow))
+            m_log.MovePointer(nX, nY, nNow);
     });
     for (const auto& [key, nStep] : {std::pair(Qt::Key_PageUp, -1), std::pair(Qt::Key_PageDown, 1)}) {
         auto* pKey = new QShortcut(QKeySequence(key), pPage);

@@ -2,6 +2,7 @@
 
 #include "companions/VRM/Lecture.h"
 #include "companions/VRM/Texts.h"
+#include "companions/VRM/ui/LiveView.h"
 #include "companions/VRM/ui/SlidePicture.h"
 #include "foundation/Exceptions.h"
 #include "platform/base/CaptureDevices.h"
@@ -11,6 +12,7 @@
 #include "video/Recording.h"
 
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QLabel>
@@ -60,18 +62,22 @@ CRecorderWindow::CRecorderWindow(const SRecorderRequest& request)
     ConnectPlayer();
     m_film.OnProgress = [this](qint64 nFilm) { OnFilm(nFilm); };
     m_film.OnEnd = [this](bool bWell) { OnFilmEnd(bWell); };
-    m_film.OnLevel = [this](double dLevel) { OnLevel(dLevel); };
-    m_film.OnPicture = [this](const QByteArray& pixels) {
-        const QImage picture(reinterpret_cast<const uchar*>(pixels.constData()), c_nLiveWidth, c_nLiveHeight,
-                             qsizetype{c_nLiveWidth} * 3, QImage::Format_RGB888);
-        m_pLive->setPixmap(QPixmap::fromImage(picture));
+    m_film.OnLevel = [this](double dLevel) { m_pLive->ShowLevel(dLevel); };
+    m_film.OnPicture = [this](const QByteArray& pixels) { m_pLive->ShowPicture(pixels); };
+    m_preview.OnEnd = [this](bool bWell) { OnPreviewEnd(bWell); };
+    m_preview.OnLevel = [this](double dLevel) {
+        OnPreviewComes();
+        m_pPreview->ShowLevel(dLevel);
     };
+    m_preview.OnPicture = [this](const QByteArray& pixels) {
+        OnPreviewComes();
+        m_pPreview->ShowPicture(pixels);
+    };
+    m_previewSoon.setSingleShot(true);
+    connect(&m_previewSoon, &QTimer::timeout, this, &CRecorderWindow::Preview);
     connect(&m_tick, &QTimer::timeout, this, &CRecorderWindow::ShowTime);
     m_tick.start(c_nTickMilliseconds);
-    if (m_bKept) {
-        m_pSource->setCurrentIndex(m_pSource->count() - 1);
-        m_pFilmFile->setText(Platform::ToShown(KeptFilmPath(request.strFolder)));
-    }
+    OfferKept();
     ShowSource();
     SetStage(EStage::Setup);
 }
@@ -81,6 +87,7 @@ CRecorderWindow::~CRecorderWindow() {
     if (m_work.joinable())
         m_work.join();
     m_film.Abandon();
+    m_preview.Abandon();
     if (m_stage != EStage::Done)
         RemoveLecture(m_request.strFolder);
 }
@@ -95,35 +102,15 @@ void CRecorderWindow::ConnectPlayer() {
     connect(m_pPlayer, &CMediaPlayer::Ended, this, &CRecorderWindow::FinishFilm);
 }
 
-SFilmSource CRecorderWindow::ChosenSource() const {
-    SFilmSource source = m_sources.value(m_pSource->currentIndex());
-    if (source.Kind == EKind::File)
-        source.strPlace = m_pFilmFile->text().trimmed();
-    return source;
-}
-
-void CRecorderWindow::ShowSource() {
-    const EKind kind = ChosenSource().Kind;
-    const bool bFile = kind == EKind::File;
-    m_pFilmFile->setEnabled(bFile);
-    findChild<QPushButton*>(QStringLiteral("filmBrowse"))->setEnabled(bFile);
-    const bool bMicrophone = Platform::HasMicrophone();
-    const bool bSound = !bFile && kind != EKind::Microphone && bMicrophone;
-    m_pSound->setEnabled(bSound);
-    m_pSound->setChecked(bSound && m_bWantsSound);
-    m_pSound->setToolTip(bMicrophone ? QString() : RecorderText::c_strNoMicrophone);
-    m_pHint->setText(kind == EKind::Screen && !Platform::CanRecordScreen() ? RecorderText::c_strWaylandHint
-                     : bFile && m_bKept                                    ? RecorderText::c_strKeptHint
-                                                                           : RecorderText::c_strHint);
-}
-
 void CRecorderWindow::SetStage(EStage stage) {
     m_stage = stage;
+    EndPreview();
     m_pPages->setCurrentIndex(stage == EStage::Setup ? 0 : stage == EStage::Recording ? 1 : 2);
     m_pEnd->setText(stage == EStage::Done ? RecorderText::c_strClose : RecorderText::c_strCancel);
     m_pBar->setVisible(stage != EStage::Done);
     m_pWaitIcon->setVisible(stage == EStage::Done);
     if (stage == EStage::Setup) {
+        PreviewSoon();
         m_pStart->setDefault(true);
         m_pPresentation->setFocus();
     } else if (stage == EStage::Recording) {
@@ -144,6 +131,7 @@ void CRecorderWindow::Wait(const QString& strText, int nPercent) {
 void CRecorderWindow::Reset() {
     m_film.Abandon();
     m_pPlayer->Unload();
+    m_log.Close();
     RemoveLecture(m_request.strFolder);
     SetStage(EStage::Setup);
 }
@@ -186,12 +174,6 @@ void CRecorderWindow::Beside(const std::function<void()>& work,
     });
 }
 
-bool CRecorderWindow::IsKeptFilm() const {
-    return m_source.Kind == EKind::File &&
-           QFileInfo(m_source.strPlace) ==
-               QFileInfo(Platform::ToNativeExact(KeptFilmPath(m_request.strFolder)));
-}
-
 void CRecorderWindow::Begin() {
     const auto tell = [this](const QString& strText, QWidget* pField) {
         Tell(QMessageBox::Information, strText);
@@ -205,7 +187,7 @@ void CRecorderWindow::Begin() {
         return tell(RecorderText::c_strNoFilm, m_pFilmFile);
     if (m_source.Kind == EKind::Screen && !Platform::CanRecordScreen())
         return tell(RecorderText::c_strWaylandHint, m_pSource);
-    if (m_bKept && !IsKeptFilm() &&
+    if (m_bKept && !IsKeptFilm(m_source) &&
         !Asks(RecorderText::c_strKeptGoes, RecorderText::c_strRecordAnew, RecorderText::c_strKeepOld))
         return;
     if (!Platform::HasMediaEncoder())
@@ -215,14 +197,17 @@ void CRecorderWindow::Begin() {
     Beside(
         [this, strPath = Platform::FromNative(QFileInfo(strPresentation).absoluteFilePath())] {
             if (m_bKept)
-                JoinParts(m_request.strFolder, KeptFilmPath, {}, [this] { return !m_bCancelled; });
+                JoinParts(m_request.strFolder, KeptFilmPath, m_kept.Lengths,
+                          [this] { return !m_bCancelled; });
             m_slides = ConvertSlides(strPath, m_request.strFolder, [this] { return !m_bCancelled; });
         },
-        [this](const QString& strFailure) {
-            if (strFailure.isEmpty())
-                StartFilm();
-            else
+        [this, bOldTimes = UsesOldTimes()](const QString& strFailure) {
+            if (!strFailure.isEmpty())
                 Fail(strFailure);
+            else if (bOldTimes)
+                TakeUp();
+            else
+                StartFilm();
         });
 }
 
@@ -274,7 +259,7 @@ void CRecorderWindow::End(const QString& strFailure) {
         return Write();
     const QString strFilm = Platform::ToShown(WorkingFilmPath(m_request.strFolder));
     const qsizetype nFiles = KeepFilmAlone(m_request, m_slides);
-    if (nFiles > 0 && IsKeptFilm())
+    if (nFiles > 0 && IsKeptFilm(m_source))
         RemoveKeptFilm(m_request.strFolder);
     ShowEnd(nFiles == 0  ? RecorderText::c_strFilmInPlace.arg(strFailure, strFilm)
             : nFiles > 1 ? RecorderText::c_strFilmsAlone.arg(strFailure, QString::number(nFiles),
@@ -308,7 +293,9 @@ void CRecorderWindow::Turn(int nSlide) {
     if (m_stage != EStage::Recording || nSlide < 0 || nSlide >= m_slides.Pages.size() || nSlide == m_nSlide)
         return;
     m_nSlide = nSlide;
-    m_times->ShowSlide(nSlide, FilmNow());
+    const qint64 nNow = FilmNow();
+    m_times->ShowSlide(nSlide, nNow);
+    m_log.ShowSlide(nSlide, nNow);
     m_pSlide->Show(m_slides.Pictures[nSlide]);
     m_pSlide->setAccessibleName(RecorderText::c_strSlide.arg(nSlide + 1).arg(m_slides.Titles[nSlide]));
     {
@@ -340,8 +327,6 @@ void CRecorderWindow::ShowTime() {
                   : LiveText());
         if (m_pPause->isEnabled() == (m_nBehind < 0))
             ShowPause();
-        m_pSilent->setVisible(m_pLevel->isVisible() && !m_bPaused &&
-                              m_heard.hasExpired(c_nSilentMilliseconds));
     } else if (m_stage == EStage::Writing) {
         const qint64 nLength = bFile ? m_pPlayer->GetDuration() : 0;
         const int nPercent = m_bFilmDone   ? m_nPercent.load()
@@ -369,6 +354,12 @@ void CRecorderWindow::reject() {
         QDialog::reject();
     else
         Reset();
+}
+
+void CRecorderWindow::changeEvent(QEvent* pEvent) {
+    QDialog::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::WindowStateChange && m_stage == EStage::Setup)
+        isMinimized() ? EndPreview() : PreviewSoon();
 }
 
 void CRecorderWindow::closeEvent(QCloseEvent* pEvent) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "companions/VRM/FilmRun.h"
+#include "companions/VRM/LectureLog.h"
 #include "companions/VRM/LectureTimes.h"
 #include "companions/VRM/RecorderRequest.h"
 #include "companions/VRM/Slides.h"
@@ -16,9 +17,7 @@
 #include <optional>
 #include <thread>
 
-/// How many steps the bar of the sound's level has, each a decibel.
-constexpr int c_nLevels = 60;
-
+class CLiveView;
 class CMediaPlayer;
 class CSlidePicture;
 class QCheckBox;
@@ -45,6 +44,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* pEvent) override;
+    /// A window that is put away holds no device.
+    void changeEvent(QEvent* pEvent) override;
 
 private:
     enum class EStage { Setup, Converting, Recording, Writing, Done };
@@ -56,8 +57,16 @@ private:
     QLineEdit* AddFile(class QGridLayout& grid, int nRow, const QString& strLabel, const char* szName,
                        const QString& strButton, const std::function<QString()>& pick);
     void ConnectPlayer();
+    /// What an earlier recorder has left is chosen.
+    void OfferKept();
     void ShowSource();
+    QString HintFor(const SFilmSource& source) const;
     SFilmSource ChosenSource() const;
+    void PreviewSoon();
+    void EndPreview();
+    void Preview();
+    void OnPreviewComes();
+    void OnPreviewEnd(bool bWell);
     void SetStage(EStage stage);
     void Wait(const QString& strText, int nPercent);
     /// Back to the beginning, with nothing left.
@@ -70,6 +79,10 @@ private:
     void Beside(const std::function<void()>& work,
                 const std::function<void(const QString& strFailure)>& then);
     void StartFilm();
+    /// Puts the kept film and its times together, which nobody has to record again.
+    void TakeUp();
+    /// The times go to the disk from now on.
+    void BeginLog();
     /// The encoder begins, or goes on with a new part of the film.
     void StartEncoder();
     void OnFilm(qint64 nFilm);
@@ -79,7 +92,6 @@ private:
     void OnConversionFailed();
     void ConvertAgain();
     void OnPlayerFailed(const QString& strText);
-    void OnLevel(double dLevel);
     void TogglePause();
     void ShowPause();
     /// A live lecture is over once it is ended, so that is asked about.
@@ -104,8 +116,10 @@ private:
     qint64 FilmNow() const;
     QString LiveText() const;
     void ShowTime();
-    /// Whether the earlier recorder's film is what is chosen.
-    bool IsKeptFilm() const;
+    /// Whether that is what the earlier recorder has recorded.
+    bool IsKeptFilm(const SFilmSource& source) const;
+    bool UsesOldTimes() const;
+    bool Hears() const;
 
     const SRecorderRequest m_request;
     const QList<SFilmSource> m_sources;
@@ -113,7 +127,11 @@ private:
     SSlides m_slides;
     SFilmSource m_source;
     std::optional<CLectureTimes> m_times;
+    CLectureLog m_log;
     CFilmRun m_film;
+    CFilmRun m_preview;
+    QTimer m_previewSoon;
+    bool m_bPreviewFailed = false;
     QElapsedTimer m_clock;
     /// How long the film began behind the clock; negative before it has.
     qint64 m_nBehind = -1;
@@ -130,10 +148,10 @@ private:
     bool m_bLeave = false;
     /// Of an earlier recorder, see KeepEarlierFilm.
     const bool m_bKept;
+    SLoggedLecture m_kept;
     /// Whether there is to be sound where the source leaves the choice: a sound server alone may hear
     /// nothing.
     bool m_bWantsSound = Platform::HasCapturingCard();
-    QElapsedTimer m_heard;
     int m_nSlide = 0;
     double m_dRatio = 1;
     QTimer m_tick;
@@ -146,15 +164,15 @@ private:
     QComboBox* m_pSource = nullptr;
     QLineEdit* m_pFilmFile = nullptr;
     QCheckBox* m_pSound = nullptr;
+    QCheckBox* m_pOldTimes = nullptr;
+    CLiveView* m_pPreview = nullptr;
     QPushButton* m_pStart = nullptr;
     CMediaPlayer* m_pPlayer = nullptr;
     QListWidget* m_pOutline = nullptr;
     CSlidePicture* m_pSlide = nullptr;
     QLabel* m_pTime = nullptr;
     QLabel* m_pHint = nullptr;
-    QLabel* m_pLive = nullptr;
-    QProgressBar* m_pLevel = nullptr;
-    QLabel* m_pSilent = nullptr;
+    CLiveView* m_pLive = nullptr;
     QPushButton* m_pPause = nullptr;
     QPushButton* m_pPrevious = nullptr;
     QPushButton* m_pNext = nullptr;
