@@ -41,12 +41,19 @@ function resolve(name) {
   }
 }
 
+// A page with its lines as browsers and checkers count them.
+function textOf(name) {
+  return fs.readFileSync(name, "utf8").replace(/\r\n?/g, "\n");
+}
+
 // The lines of a page that come from its author: the body, and style sheets in the head.
 function authorsLines(name) {
-  const lines = fs.readFileSync(name, "utf8").split("\n");
+  const lines = textOf(name).split("\n");
   const find = (text, from) => lines.findIndex((line, i) => i >= from && line.includes(text)) + 1;
   const bodyBegin = find('<div class="page"', 0);
-  const bodyEnd = lines.map((line) => /^<nav class="pager"|^<\/main>/.test(line)).indexOf(true, bodyBegin) + 1;
+  // The last ones: an author's page may have such lines as well.
+  const pager = lines.findLastIndex((line) => /^(<\/div>)?<nav class="pager"/.test(line)) + 1;
+  const bodyEnd = pager > bodyBegin ? pager : lines.lastIndexOf("</main>") + 1;
   const headBegin = find("vorel/parts.css", 0);
   // The look of the frame, or of a slide, comes behind what authors bring.
   const headEnd = lines.findIndex((line, i) => i >= headBegin && /\/(site|slide)\.css">/.test(line)) + 1;
@@ -260,7 +267,7 @@ function deadPlaces() {
   const counts = { good: 0, ours: 0, authors: 0 };
   for (const page of own) {
     const isAuthors = authorsLines(page);
-    for (const tag of tagsOf(fs.readFileSync(page, "utf8"))) {
+    for (const tag of tagsOf(textOf(page))) {
       const reference = (tag.attributes.href || tag.attributes.src || "").trim();
       const hash = reference.indexOf("#");
       const fragment = reference.slice(hash + 1);
@@ -300,7 +307,7 @@ function deadLinks(list) {
   const pages = new Map();
   const oursIn = (name) => {
     if (!pages.has(name)) {
-      const text = fs.existsSync(name) && fs.statSync(name).isFile() ? fs.readFileSync(name, "utf8") : "";
+      const text = fs.existsSync(name) && fs.statSync(name).isFile() ? textOf(name) : "";
       const lines = text.split("\n");
       const isAuthors = text.includes('<body class="vorel-') ? authorsLines(name) : () => true;
       pages.set(name, decoded(plain(lines.filter((line, i) => !isAuthors(i + 1)).join("\n"))));
