@@ -14,11 +14,12 @@ function(vorel_ui_library name)
   target_link_libraries(${name} PUBLIC Qt6::Widgets)
 endfunction()
 
-# vorel_program(NAME SOURCES ... USES ...)
+# vorel_program(NAME SOURCES ... USES ...); it loads only the libraries of the floors that it really calls.
 function(vorel_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE vorel_settings Qt6::Core ${ARG_USES})
+  target_link_options(${name} PRIVATE -Wl,--as-needed)
 endfunction()
 
 # A program with windows loads libraries that are built without sanitizers: plug-ins keep memory behind their unloading,

@@ -42,6 +42,7 @@ inline const QString c_strDone =
 inline const QString c_strDoneApplication = QStringLiteral("申报网站位于“%1”，提交时请连同课程网站。");
 inline const QString c_strCancelled = QStringLiteral("已取消。已经写好的文件是完整的，再次合成时会继续。");
 inline const QString c_strFailed = QStringLiteral("合成失败：%1");
+inline const QString c_strNoWindows = QStringLiteral("无法显示窗口（%1），改为直接合成。");
 inline const QString c_strUnexpected = QStringLiteral("发生意外错误（%1）。");
 inline const QString c_strLastDirGone =
     QStringLiteral("上次的输出文件夹“%1”已不存在，改为写入课程所在的文件夹。");

@@ -10,22 +10,9 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTextStream>
 #include <QTranslator>
 
 using namespace Qt::StringLiterals;
-
-bool CompanionProgram::HasScreen() {
-    for (const char* szVariable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(szVariable))
-            return true;
-    }
-    return false;
-}
-
-void CompanionProgram::SayFault(const QString& strMessage) {
-    QTextStream(stderr) << strMessage << Qt::endl;
-}
 
 void CompanionProgram::PrepareWindows() {
     auto* pChinese = new QTranslator(qApp);

@@ -1,15 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "companions/common/Program.h"
 
-/// What the main functions of the companions have in common.
 namespace CompanionProgram {
-
-/// Whether there is a display for windows.
-bool HasScreen();
-
-/// Writes a line to the error stream.
-void SayFault(const QString& strMessage);
 
 /// Makes the application object ready for windows: the program's icon, and Chinese standard buttons.
 void PrepareWindows();
