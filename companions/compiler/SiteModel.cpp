@@ -11,6 +11,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,9 +29,9 @@ CSiteModel::CSiteModel(const QString& strProjectPath) : m_paths(strProjectPath) 
     m_info = project.GetCourseInfo();
     m_strLastDir = project.GetLastDir();
     m_strLastCourseDir = ReadProfileString(u"Compile"_s, u"CourseDir"_s, {}, strProjectPath);
-    const QList<StoreRow> rows = ReadStore(m_paths.GetDatabasePath(), m_info.Id);
+    QList<StoreRow> rows = ReadStore(m_paths.GetDatabasePath(), m_info.Id);
     TakeSeedTitles(rows);
-    BuildTree(rows);
+    BuildTree(std::move(rows));
     if (m_nodes[0].Row.Title.isEmpty())
         m_nodes[0].Row.Title = m_strTeacher.isEmpty() ? m_strCourse : m_strTeacher;
 }
@@ -49,7 +51,7 @@ void CSiteModel::TakeSeedTitles(const QList<StoreRow>& rows) {
     }
 }
 
-void CSiteModel::BuildTree(const QList<StoreRow>& rows) {
+void CSiteModel::BuildTree(QList<StoreRow> rows) {
     QHash<qint32, QList<qsizetype>> children;
     qsizetype nRoot = -1;
     for (qsizetype i = 0; i < rows.size(); ++i) {
@@ -68,21 +70,23 @@ void CSiteModel::BuildTree(const QList<StoreRow>& rows) {
     };
     QList<Step> pending = {{nRoot, -1}};
     QSet<qint32> seen;
+    seen.reserve(rows.size());
+    m_nodes.reserve(rows.size());
     while (!pending.isEmpty()) {
         const Step step = pending.takeLast();
-        const StoreRow& row = rows[step.nRow];
-        if (seen.contains(row.Id))
+        const qint32 nId = rows[step.nRow].Id;
+        if (seen.contains(nId))
             continue;
-        seen.insert(row.Id);
+        seen.insert(nId);
         const int nNode = int(m_nodes.size());
         const int nDepth = step.nParent < 0 ? 0 : m_nodes[step.nParent].Depth + 1;
-        m_nodes.append({row, step.nParent, nDepth, {}});
+        m_nodes.append({std::move(rows[step.nRow]), step.nParent, nDepth, {}});
         if (step.nParent >= 0)
             m_nodes[step.nParent].Children.append(nNode);
-        const QList<qsizetype> below = children.value(row.Id);
+        const QList<qsizetype> below = children.value(nId);
         for (auto it = below.crbegin(); it != below.crend(); ++it)
             pending.append({*it, nNode});
     }
-    for (const StoreRow& row : rows)
+    for (const StoreRow& row : std::as_const(rows))
         m_nUnreachable += row.Id > c_nRootNodeId && !seen.contains(row.Id);
 }

@@ -39,7 +39,7 @@ public:
 
 private:
     void TakeSeedTitles(const QList<StoreRow>& rows);
-    void BuildTree(const QList<StoreRow>& rows);
+    void BuildTree(QList<StoreRow> rows);
 
     CCoursePaths m_paths;
     CCourseInfo m_info;

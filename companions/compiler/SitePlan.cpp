@@ -60,6 +60,8 @@ QString UsableAddress(const QString& strTyped) {
 CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
     : m_model(model), m_tree(tree), m_references(tree, model.Paths().GetNodeResourceFolder(false)) {
     m_plans.resize(model.Nodes().size());
+    m_nodeOfSource.reserve(m_plans.size());
+    m_framed.reserve(m_plans.size());
     LookUpFiles();
     QStringList published;
     for (const QString& strFolder : m_tree.TopFolders()) {

@@ -23,8 +23,14 @@ constexpr int c_nMaxTitle = 200;
 constexpr int c_nMaxPath = 4096;
 constexpr int c_nMaxText = 20'000;
 
+QByteArrayView BytesOf(const SQLite::Column& column) {
+    // In this order: the length is that of the text.
+    const char* pText = column.getText();
+    return {pText, column.getBytes()};
+}
+
 QString TextOf(const SQLite::Column& column) {
-    return QString::fromUtf8(column.getText(), column.getBytes());
+    return QString::fromUtf8(BytesOf(column));
 }
 
 /// What a person reads in one line. A title that can't be deciphered is none.
@@ -55,13 +61,13 @@ QList<StoreRow> ReadRows(SQLite::Database& database, const CTitleCipher& titles)
         StoreRow row;
         row.Id = query.getColumn(0).getInt();
         row.ParentId = query.getColumn(1).getInt();
-        row.Title = TitleOf(row.Id, titles.Plain(row.Id, TextOf(query.getColumn(2)).toUtf8()));
+        row.Title = TitleOf(row.Id, titles.Plain(row.Id, BytesOf(query.getColumn(2))));
         row.Type = query.getColumn(3).isNull() ? NodeType::c_nEmpty : query.getColumn(3).getInt();
         row.Path = PathOf(TextOf(query.getColumn(4)));
         row.OpenType = query.getColumn(5).getInt();
         row.FileName = TextOf(query.getColumn(6));
         row.Comment = TextOf(query.getColumn(7));
-        rows.append(row);
+        rows.append(std::move(row));
     }
     return rows;
 }
@@ -72,7 +78,8 @@ QList<StoreRow> ReadStore(const QString& strPath, qint32 nCourseId) {
     const QString strNative = Platform::ToNative(strPath);
     CheckReadable(strNative, CompilerText::c_strNoDatabase);
     try {
-        SQLite::Database database(strNative.toStdString(), SQLite::OPEN_READONLY, c_nBusyMilliseconds);
+        SQLite::Database database(strNative.toStdString(), SQLite::OPEN_READONLY | SQLite::OPEN_NOMUTEX,
+                                  c_nBusyMilliseconds);
         return ReadRows(database, CTitleCipher(nCourseId));
     } catch (const SQLite::Exception& failure) {
         const int nCode = failure.getErrorCode();
