@@ -83,6 +83,7 @@ COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseF
         QDir(Target(c_strTemporaryFolder)).removeRecursively();
     EnsureFolder(c_strTemporaryFolder);
     ReadList(strOwner);
+    LookAtFiles();
 }
 
 COutputFolder::~COutputFolder() {
@@ -128,6 +129,13 @@ void COutputFolder::ReadList(const QString& strOwner) {
     m_known = list->Files;
     m_nLines = bytes.count('\n');
     m_bListStands = bytes.endsWith('\n') && list->strPlace == m_strPlace;
+}
+
+/// Before it is known which of them are wanted: meanwhile the pages are planned, which leaves a processor
+/// idle.
+void COutputFolder::LookAtFiles() {
+    for (auto it = m_known.begin(); it != m_known.end(); ++it)
+        it->bStands = StandsAsWritten(it.key(), *it);
 }
 
 void COutputFolder::WriteList(bool bFinal) {
@@ -266,11 +274,11 @@ void COutputFolder::Remember(const QString& strName, OutputRecord record) {
 
 bool COutputFolder::Keep(const QString& strName, quint64 nInput) {
     const OutputRecord* pKnown = Known(strName);
-    if (!pKnown || nInput == 0 || pKnown->nInput != nInput || !StandsAsWritten(strName, *pKnown))
+    if (!pKnown || nInput == 0 || pKnown->nInput != nInput || !pKnown->bStands)
         return false;
     for (const QString& strAlso : pKnown->Also) {
         const OutputRecord* pAlso = Known(strAlso);
-        if (!pAlso || !StandsAsWritten(strAlso, *pAlso))
+        if (!pAlso || !pAlso->bStands)
             return false;
     }
     std::atomic_ref(pKnown->bKept).store(true, std::memory_order_relaxed);

@@ -30,6 +30,8 @@ struct OutputRecord {
     /// That it stays in this run. Several threads may mark a file that pages share, and none reads it before
     /// all have ended.
     mutable bool bKept = false;
+    /// Whether the file stood as it was written when the folder was opened.
+    bool bStands = false;
 };
 
 /// The folder that a site is written into. Nothing outside it is ever written. A file appears whole or not at
@@ -84,6 +86,7 @@ public:
 private:
     QString Target(const QString& strName) const;
     void ReadList(const QString& strOwner);
+    void LookAtFiles();
     void WriteList(bool bFinal);
     void AddToList(const QByteArray& lines, bool bFinal);
     void MakeRoom(const QString& strName);
