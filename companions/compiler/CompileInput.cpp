@@ -23,13 +23,6 @@ CCompileInput::CCompileInput(const CompileRequest& request)
     m_pModel = std::make_unique<CSiteModel>(request.ProjectPath);
 }
 
-/// Many thousands of small texts are let go of side by side.
-CCompileInput::~CCompileInput() {
-    m_pPlan.reset();
-    const auto model = std::async(std::launch::async, [this] { m_pModel.reset(); });
-    m_pTree.reset();
-}
-
 void CCompileInput::Plan(ESiteForm form) {
     m_pTree = m_listing.get();
     m_pPlan = std::make_unique<CSitePlan>(*m_pModel, *m_pTree);

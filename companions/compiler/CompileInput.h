@@ -16,7 +16,6 @@ public:
     /// Reads who the course is and its tree of nodes, and begins to list its files. Throws
     /// Torvane::CRunException with a message.
     explicit CCompileInput(const CompileRequest& request);
-    ~CCompileInput();
     CCompileInput(const CCompileInput&) = delete;
     CCompileInput& operator=(const CCompileInput&) = delete;
 

@@ -12,17 +12,31 @@
 #include <exception>
 #include <future>
 #include <memory>
+#include <system_error>
+#include <thread>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+/// To let go of many thousands of small texts takes a while, for which nobody need wait.
+void LetGoBeside(std::unique_ptr<CCompileInput> pInput) {
+    try {
+        std::thread([pInput = std::move(pInput)] {}).detach();
+    } catch (const std::system_error&) { // NOLINT: then it has been done here
+    }
+}
+
 /// One compiling, from the course to its folders.
 class CCompiling {
 public:
     CCompiling(const CompileRequest& request, CompileProgress& progress)
-        : m_request(request), m_progress(progress), m_input(request) {}
+        : m_request(request), m_progress(progress), m_pInput(std::make_unique<CCompileInput>(request)) {}
+    ~CCompiling() { LetGoBeside(std::move(m_pInput)); }
+    CCompiling(const CCompiling&) = delete;
+    CCompiling& operator=(const CCompiling&) = delete;
 
     CompileReport Run();
 
@@ -36,7 +50,7 @@ private:
 
     const CompileRequest& m_request;
     CompileProgress& m_progress;
-    CCompileInput m_input;
+    std::unique_ptr<CCompileInput> m_pInput;
     CompileReport m_report;
 };
 
@@ -44,7 +58,7 @@ QString CCompiling::ChooseFolder() {
     CompileRequest request = m_request;
     if (request.OutputFolder.isEmpty()) {
         QString strRemark;
-        request.OutputFolder = RememberedFolder(m_input.Model(), &strRemark);
+        request.OutputFolder = RememberedFolder(m_pInput->Model(), &strRemark);
         if (!strRemark.isEmpty())
             m_report.Notes.append(strRemark);
     }
@@ -62,13 +76,13 @@ CompileReport CCompiling::Run() {
     std::vector<OutputOpening> openings;
     for (const QString& strName : folders)
         openings.push_back(Open(strFolder + u'/' + strName));
-    m_input.Plan(m_request.Form);
+    m_pInput->Plan(m_request.Form);
     std::vector<std::unique_ptr<COutputFolder>> outputs;
     for (OutputOpening& opening : openings)
         outputs.push_back(opening.get());
-    m_report.Notes += m_input.Plan().Notes();
-    if (m_input.Model().UnreachableCount() > 0)
-        m_report.Notes.append(CompilerText::c_strNoteUnreachable.arg(m_input.Model().UnreachableCount()));
+    m_report.Notes += m_pInput->Plan().Notes();
+    if (m_pInput->Model().UnreachableCount() > 0)
+        m_report.Notes.append(CompilerText::c_strNoteUnreachable.arg(m_pInput->Model().UnreachableCount()));
     m_progress.Stage = CompileProgress::EStage::Writing;
     std::future<QStringList> application;
     if (outputs.size() > 1)
@@ -85,15 +99,15 @@ CompileReport CCompiling::Run() {
 
 CCompiling::OutputOpening CCompiling::Open(const QString& strFolder) const {
     return std::async(std::launch::async, [this, strFolder] {
-        const CCoursePaths& paths = m_input.Model().Paths();
+        const CCoursePaths& paths = m_pInput->Model().Paths();
         return std::make_unique<COutputFolder>(strFolder, Platform::ToNative(paths.GetCourseFolder(false)),
                                                Platform::ToNative(paths.GetDataFolder(false)),
-                                               QString::number(m_input.Model().CourseId()));
+                                               QString::number(m_pInput->Model().CourseId()));
     });
 }
 
 void CCompiling::WriteSite(COutputFolder& output) {
-    CSiteRun run(m_input, m_request.Form, m_progress);
+    CSiteRun run(*m_pInput, m_request.Form, m_progress);
     run.Run(output);
     StopIfCancelled(m_progress);
     output.Finish();
@@ -106,13 +120,13 @@ void CCompiling::WriteSite(COutputFolder& output) {
 
 /// Answers what there is to say of it.
 QStringList CCompiling::WriteApplicationSite(COutputFolder& output, const QString& strSite) const {
-    CApplicationSite(m_input, strSite, output, m_progress).Run();
+    CApplicationSite(*m_pInput, strSite, output, m_progress).Run();
     output.Finish();
     return output.Notes();
 }
 
 void CCompiling::RememberFolder(const QString& strFolder) {
-    const CSiteModel& model = m_input.Model();
+    const CSiteModel& model = m_pInput->Model();
     const QString strStored = Platform::FromNative(strFolder);
     const QString strCourse = model.Paths().GetCourseFolder(false);
     if (strStored == model.LastDir() && strCourse == model.LastCourseDir())
