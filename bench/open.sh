@@ -20,21 +20,17 @@ fi
 
 rounds="${1:-5}"
 work="$(mktemp -d "${2:-/dev/shm}/vorel-open-XXXXXX")"
-trap 'kill "${server:-0}" 2>/dev/null || true; rm -rf "$work"' EXIT
 export work
+. tests/journey/stage.sh
+trap 'stop_server; rm -rf "$work"' EXIT
+lay_out "$build" "$work"
+start_server
+scripts/write-appinfo.sh "$stage" "$address"
 export HOME="$work/home" XDG_RUNTIME_DIR="$work/run"
 unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
 mkdir -p "$HOME" "$XDG_RUNTIME_DIR" "$build/open"
 chmod 700 "$XDG_RUNTIME_DIR"
-[ "$(id -u)" -eq 0 ] && export QTWEBENGINE_DISABLE_SANDBOX=1
 cc -O2 -o "$work/winprobe" bench/winprobe.c -lX11
-stage="$work/Vorel"
-cmake --install "$build" --prefix "$stage" >/dev/null
-coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --sample-school 示范大学 --data "$work/server" \
-  --templates "$stage/SysData/VorelTemplates" 2>/dev/null; }
-server=$SERVER_PID
-read -r line <&"${SERVER[0]}"
-scripts/write-appinfo.sh "$stage" "${line##* }"
 
 make="$build/bin/bench_make_courses"
 id=0
@@ -56,7 +52,7 @@ start() { # NAME PROGRAM ARGUMENT
     "$PWD/bench/open.sh" one_start "$2" "$3" >>"$result"
 }
 start_vorel() { # SHAPE-NODES
-  scripts/write-appinfo.sh "$stage" "${line##* }"
+  scripts/write-appinfo.sh "$stage" "$address"
   "$make" password "$stage" "$(cat "$work/$1.id")" 123456
   start "vorel-$1" "$stage/Vorel" "$work/$1/course.vcp"
   # The last step of an opening.

@@ -38,16 +38,13 @@ case "${1:-}" in one_start | all_starts) "$@"; exit ;; esac
 rounds="${1:-7}"
 kind="${2:-warm}"
 work="$(mktemp -d)"
-trap 'kill "${server:-0}" 2>/dev/null || true; rm -rf "$work"' EXIT
 export work kind rounds
+. tests/journey/stage.sh
+trap 'stop_server; rm -rf "$work"' EXIT
+lay_out "$build" "$work"
+start_server
+scripts/write-appinfo.sh "$stage" "$address"
 cc -O2 -o "$work/winprobe" bench/winprobe.c -lX11
-stage="$work/Vorel"
-cmake --install "$build" --prefix "$stage" >/dev/null
-coproc SERVER { exec "$stage/vorel-course-server" --port 0 --sample --sample-school 示范大学 --data "$work/server" \
-  --templates "$stage/SysData/VorelTemplates" 2>/dev/null; }
-server=$SERVER_PID
-read -r line <&"${SERVER[0]}"
-scripts/write-appinfo.sh "$stage" "${line##* }"
 
 export HOME="$work/home" XDG_RUNTIME_DIR="$work/run"
 mkdir -p "$HOME" "$XDG_RUNTIME_DIR"

@@ -1,4 +1,4 @@
-# Sourced by the scripts that drive the real program: lays out the portable folder of a build in a fresh place, and starts
+# Sourced by the scripts that drive the real program, also those of bench/: lays out the portable folder of a build in a fresh place, and starts
 # the course server and the program there.
 #   root, build     where the sources are and what was built of them
 #   place, stage    where it all happens, and the portable folder in it
