@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# Builds and runs every test, windows under a virtual display, and ends with the counts.
+# Builds and runs every test, windows under virtual displays, and ends with the counts.
 #   ./test.sh              the preset "dev"
 #   ./test.sh asan|core    another preset of CMakePresets.json
+#   ./test.sh PRESET ...   more words for ctest, such as "-R editor"
 set -euo pipefail
 cd "$(dirname "$0")"
 preset="${1:-dev}"
+[ $# -eq 0 ] || shift
 scripts/setup.sh test
 
 build="build/$preset"
@@ -26,12 +28,8 @@ export ASAN_OPTIONS="detect_stack_use_after_return=0:${ASAN_OPTIONS:-}"
 export LSAN_OPTIONS="suppressions=$PWD/tests/support/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS="print_stacktrace=1"
 
-run=(ctest --test-dir "$build" --output-on-failure --no-tests=error -j2 --output-log "$results/ctest.log")
-if [ "$preset" = core ]; then
-  "${run[@]}" && status=0 || status=$?
-else
-  scripts/with-display.sh "${run[@]}" && status=0 || status=$?
-fi
+run=(ctest --test-dir "$build" --output-on-failure --no-tests=error -j2 --output-log "$results/ctest.log" "$@")
+"${run[@]}" && status=0 || status=$?
 
 # Every GoogleTest program leaves its counts; other programs count as one test each.
 awk '

@@ -28,18 +28,39 @@ if(VOREL_SANITIZE)
   set(vorel_window_sanitizing "ASAN_OPTIONS=detect_leaks=0:new_delete_type_mismatch=0:detect_stack_use_after_return=0")
 endif()
 
-# vorel_test(NAME SOURCES ... USES ... [WINDOWS]): one GoogleTest program, one CTest test.
-# WINDOWS marks a test that opens real windows: it is labelled so, and run under a display.
+# What a window test runs under: a display and a window manager of its own, so that two of them may run at once and neither
+# has the other's focus, clipboard or mouse. The time limit is the shorter one: what it ends leaves nothing running.
+set(vorel_on_display "${CMAKE_SOURCE_DIR}/scripts/with-display.sh" timeout -k 5 290)
+
+# vorel_test(NAME SOURCES ... USES ... [WINDOWS] [ALONE] [COST seconds]): one GoogleTest program, one CTest test.
+# WINDOWS marks a test that opens real windows: it is labelled so. All others are labelled "logic". ALONE: it measures
+# times, so that nothing else may run meanwhile. COST: what takes long begins first.
 function(vorel_test name)
-  cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(ARG "WINDOWS;ALONE" "COST" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE vorel_settings Qt6::Core ${ARG_USES} vorel_test_support GTest::gtest
                                         GTest::gmock)
-  add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
   if(ARG_WINDOWS)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
-    set_tests_properties(${name} PROPERTIES LABELS windows RUN_SERIAL ON ENVIRONMENT "${vorel_window_sanitizing}")
+    add_test(NAME ${name} COMMAND ${vorel_on_display} $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES LABELS windows ENVIRONMENT "${vorel_window_sanitizing}")
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS logic)
+    if(NOT VOREL_LOGIC_TESTS)
+      set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+    endif()
+  endif()
+  vorel_test_times(${name} ${ARG_ALONE} "${ARG_COST}")
+endfunction()
+
+function(vorel_test_times name alone cost)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+  if(alone)
+    set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
+  endif()
+  if(cost)
+    set_tests_properties(${name} PROPERTIES COST ${cost})
   endif()
 endfunction()
 
@@ -55,7 +76,10 @@ function(vorel_fuzz name)
   else()
     add_executable(${name} ${ARG_SOURCES} "${CMAKE_SOURCE_DIR}/tests/support/FuzzMain.cpp")
     add_test(NAME ${name} COMMAND ${name} 3000 "${seeds}")
-    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS fuzz)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "logic;fuzz")
+    if(NOT VOREL_LOGIC_TESTS)
+      set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+    endif()
   endif()
   target_link_libraries(${name} PRIVATE vorel_settings Qt6::Core ${ARG_USES})
 endfunction()

@@ -15,12 +15,8 @@ const QString c_strSheet = u"CCreateNodeFileWizard"_s;
 } // namespace
 
 void CContentSteps::OpenCourse() {
-    m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
-    m_robot.Press(u"ctrl+Tab"_s);
-    m_robot.Click(u"ok"_s, c_strStartup);
-    m_robot.Fill(u"password"_s, c_strPassword);
-    m_robot.Press(u"Return"_s);
-    WaitForOpenCourse();
+    OpenRecent();
+    Login(c_strPassword);
 }
 
 void CContentSteps::Make(const Made& made) {

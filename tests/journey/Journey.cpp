@@ -104,14 +104,8 @@ public:
     }
 
     void OpenAgain() {
-        m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
-        m_robot.Press(u"ctrl+Tab"_s);
-        m_robot.Shot(u"recent"_s);
-        m_robot.Click(u"ok"_s, c_strStartup);
-        m_robot.Fill(u"password"_s, c_strNewPassword);
-        m_robot.Shot(u"password"_s);
-        m_robot.Press(u"Return"_s);
-        WaitForOpenCourse();
+        OpenRecent();
+        Login(c_strNewPassword);
         m_robot.Shot(u"open-again"_s);
     }
 

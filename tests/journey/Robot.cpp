@@ -16,20 +16,21 @@
 #include <QWidget>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 Robot::Robot(QString strShotFolder) : m_strShotFolder(std::move(strShotFolder)) {
     QDir().mkpath(m_strShotFolder);
-    m_nShot = static_cast<int>(QDir(m_strShotFolder).entryList({QStringLiteral("*.png")}).size());
+    m_nShot = static_cast<int>(QDir(m_strShotFolder).entryList({u"*.png"_s}).size());
 }
 
 void Robot::Send(const QStringList& input) {
-    if (QProcess::execute(QStringLiteral("xdotool"), input) != 0)
+    if (QProcess::execute(u"xdotool"_s, input) != 0)
         throw Failure("the display does not take " + input.join(QLatin1Char(' ')).toStdString());
 }
 
 void Robot::SendClick(const QPoint& point, int nButton) {
-    Send({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
-          QStringLiteral("sleep"), QStringLiteral("0.03"), QStringLiteral("click"),
-          QString::number(nButton)});
+    Send({u"mousemove"_s, QString::number(point.x()), QString::number(point.y()), u"sleep"_s, u"0.03"_s,
+          u"click"_s, QString::number(nButton)});
 }
 
 void Robot::OnGui(const std::function<void()>& work) {
@@ -52,7 +53,7 @@ void Robot::WaitFor(const char* pWhat, const std::function<bool()>& condition, i
     timer.start();
     while (!Ask<bool>(condition)) {
         if (timer.elapsed() > nSeconds * 1000) {
-            Shot(QStringLiteral("failed"));
+            Shot(u"failed"_s);
             throw Failure(std::string("waited in vain for ") + pWhat);
         }
         QThread::msleep(50);
@@ -119,16 +120,15 @@ void Robot::Drag(const QString& strName, const std::function<QRect(QWidget*)>& f
     constexpr int c_nSteps = 5;
     for (int nStep = 0; nStep <= c_nSteps; ++nStep) {
         const QPoint at = start + (end - start) * nStep / c_nSteps;
-        input += {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()),
-                  QStringLiteral("sleep"), QStringLiteral("0.05")};
+        input += {u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"sleep"_s, u"0.05"_s};
         if (nStep == 0)
-            input += {QStringLiteral("mousedown"), QStringLiteral("1")};
+            input += {u"mousedown"_s, u"1"_s};
     }
     Send(input);
 }
 
 void Robot::LetGo() {
-    Send({QStringLiteral("mouseup"), QStringLiteral("1")});
+    Send({u"mouseup"_s, u"1"_s});
 }
 
 void Robot::ClickMenuEntry(const QString& strText) {
@@ -146,7 +146,7 @@ void Robot::ClickMenuEntry(const QString& strText) {
 }
 
 void Robot::Press(const QString& strKeys) {
-    Send({QStringLiteral("key"), strKeys});
+    Send({u"key"_s, strKeys});
     QThread::msleep(60);
 }
 
@@ -167,7 +167,7 @@ void Robot::Fill(const QString& strName, const QString& strText, const QString& 
     // A dialog that has just closed may take keys with it while the display moves the focus, and a late click
     // undoes a selection: what was typed counts when it stands there alone.
     for (int nTry = 0; nTry < 5; ++nTry) {
-        Press(QStringLiteral("ctrl+a"));
+        Press(u"ctrl+a"_s);
         Type(strText);
         QElapsedTimer timer;
         timer.start();
@@ -181,14 +181,14 @@ void Robot::Fill(const QString& strName, const QString& strText, const QString& 
 }
 
 void Robot::Type(const QString& strText) {
-    static const QRegularExpression plain(QStringLiteral("^[a-z0-9]*$"));
+    static const QRegularExpression plain(u"^[a-z0-9]*$"_s);
     if (plain.match(strText).hasMatch()) {
-        Send({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("60"), strText});
+        Send({u"type"_s, u"--delay"_s, u"60"_s, strText});
         return;
     }
     WaitFor("a place to type", [] { return qApp->focusObject() != nullptr; });
     OnGui([&] {
-        QInputMethodEvent composing(QStringLiteral("pin yin"), {});
+        QInputMethodEvent composing(u"pin yin"_s, {});
         QCoreApplication::sendEvent(qApp->focusObject(), &composing);
         QInputMethodEvent event;
         event.setCommitString(strText);
@@ -198,11 +198,21 @@ void Robot::Type(const QString& strText) {
 }
 
 void Robot::Shot(const QString& strName) {
-    QThread::msleep(400);
-    // Written on this thread, since it takes a while that the program shouldn't pay for.
-    const auto screen = Ask<QImage>([] { return qApp->primaryScreen()->grabWindow(0).toImage(); });
-    screen.save(QStringLiteral("%1/%2-%3.png")
-                    .arg(m_strShotFolder)
-                    .arg(++m_nShot, 2, 10, QLatin1Char('0'))
-                    .arg(strName));
+    // When the screen rests, or goes on changing for good: a caret that blinks, a film.
+    const auto grab = [] {
+        return Ask<QImage>([] { return qApp->primaryScreen()->grabWindow(0).toImage(); });
+    };
+    QImage screen = grab();
+    bool bRests = false;
+    for (int nTry = 0; nTry < 4 && !bRests; ++nTry) {
+        QThread::msleep(80);
+        const QImage before = std::exchange(screen, grab());
+        bRests = screen == before;
+    }
+    // Written on this thread, since it takes a while that the program shouldn't pay for; the quality is the
+    // format's word for how long to pack it.
+    constexpr int c_nPackedInHaste = 85;
+    const QString strFile = u"%1/%2-%3.png"_s;
+    screen.save(strFile.arg(m_strShotFolder).arg(++m_nShot, 2, 10, QLatin1Char('0')).arg(strName), "PNG",
+                c_nPackedInHaste);
 }

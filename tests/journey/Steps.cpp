@@ -108,6 +108,20 @@ void CSteps::WaitForOpenCourse() {
     });
 }
 
+void CSteps::OpenRecent() {
+    m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
+    m_robot.Press(u"ctrl+Tab"_s);
+    m_robot.Shot(u"recent"_s);
+    m_robot.Click(u"ok"_s, c_strStartup);
+}
+
+void CSteps::Login(const QString& strPassword) {
+    m_robot.Fill(u"password"_s, strPassword);
+    m_robot.Shot(u"password"_s);
+    m_robot.Press(u"Return"_s);
+    WaitForOpenCourse();
+}
+
 QString CSteps::Selected(const QString& strView) {
     const auto* pView = qobject_cast<QAbstractItemView*>(Robot::Find(strView));
     return pView ? pView->currentIndex().data().toString() : QString();

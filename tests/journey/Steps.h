@@ -43,6 +43,9 @@ protected:
     /// Opens the selected page for editing, with the caret behind its text.
     void EnterEditor();
     void WaitForOpenCourse();
+    /// Takes the recent course that the first window offers, and answers the question for its password.
+    void OpenRecent();
+    void Login(const QString& strPassword);
     /// Chooses a command in the main menu that holds it, with the menu's own letter.
     void Command(int nId);
     /// Asks the main window to close: the last thing that a way does, for the program goes, and the plug-in

@@ -42,7 +42,7 @@ public:
         StandsEmpty();
         Signal(SIGCONT);
         OpenFromFile();
-        Login();
+        Login(c_strPassword);
         Signal(SIGSTOP);
         Command(32855);
         GiveUp(u"Escape"_s);
@@ -87,7 +87,7 @@ public:
 
     void ServerAwayAtClose() {
         OpenRecent();
-        Login();
+        Login(c_strPassword);
         Signal(SIGTERM);
     }
 
@@ -127,22 +127,10 @@ private:
         m_robot.Click(u"ok"_s, c_strStartup);
     }
 
-    void OpenRecent() {
-        m_robot.WaitForWidget(u"tabs"_s, c_strStartup);
-        m_robot.Press(u"ctrl+Tab"_s);
-        m_robot.Click(u"ok"_s, c_strStartup);
-    }
-
     void OpenFromFile() {
         Command(32778);
         m_robot.Fill(u"fileNameEdit"_s, qEnvironmentVariable("VOREL_JOURNEY_COURSE"));
         m_robot.Press(u"Return"_s);
-    }
-
-    void Login() {
-        m_robot.Fill(u"password"_s, c_strPassword);
-        m_robot.Press(u"Return"_s);
-        WaitForOpenCourse();
     }
 
     void PressInBox(const QString& strButton) {
@@ -172,7 +160,7 @@ private:
 
     void EditFirstLeaf() {
         OpenRecent();
-        Login();
+        Login(c_strPassword);
         SelectFirstLeaf();
         EnterEditor();
     }
