@@ -1,10 +1,5 @@
 #include "app/CommandLine.h"
-
-#include "tests/support/Printing.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 // A file that a person's desktop or terminal names must be the file that opens, in whatever form it comes.
 TEST(CommandLine, NamesTheFileAndKnowsItsOptions) {
@@ -27,6 +22,6 @@ TEST(CommandLine, NamesTheFileAndKnowsItsOptions) {
     for (const auto& each : cases) {
         const CommandLine line = ParseCommandLine(each.Arguments, u"/work dir"_s);
         EXPECT_EQ(line.strFile, each.strFile);
-        EXPECT_EQ(line.bShowSplash, each.bShowSplash) << each.strFile.toStdString();
+        EXPECT_EQ(line.bShowSplash, each.bShowSplash) << each.strFile;
     }
 }

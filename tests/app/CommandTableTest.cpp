@@ -1,14 +1,7 @@
 #include "app/CommandTable.h"
 #include "content/TreeCommands.h"
 #include "tests/app/WrittenCommands.h"
-
-#include <QMap>
-#include <QSet>
-#include <QStringList>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -32,9 +25,9 @@ QString NameOf(const Command& command) {
 TEST(CommandTable, SaysWhatIsWrittenDown) {
     QSet<int> written;
     for (const QStringList& line : WrittenCommands(u"command"_s)) {
-        ASSERT_EQ(line.size(), 6) << line.join(u'|').toStdString();
+        ASSERT_EQ(line.size(), 6) << line.join(u'|');
         const Command* pCommand = Find(line[0].toInt());
-        ASSERT_NE(pCommand, nullptr) << line[0].toStdString();
+        ASSERT_NE(pCommand, nullptr) << line[0];
         written.insert(pCommand->nId);
         const QStringList said{line[0],
                                pCommand->strText.toString(),
@@ -43,8 +36,7 @@ TEST(CommandTable, SaysWhatIsWrittenDown) {
                                pCommand->strShortcut.toString(),
                                NameOf(*pCommand)};
         for (qsizetype n = 0; n < line.size(); ++n)
-            EXPECT_TRUE(line[n] == u"*"_s || line[n] == said[n])
-                << line[0].toStdString() << ": " << said[n].toStdString();
+            EXPECT_TRUE(line[n] == u"*"_s || line[n] == said[n]) << line[0] << ": " << said[n];
     }
     EXPECT_EQ(written.size(), static_cast<qsizetype>(All().size()));
 }
@@ -54,7 +46,7 @@ TEST(CommandTable, EveryPlaceHoldsWhatIsWrittenDown) {
     const QList<QStringList> written = WrittenCommands(u"place"_s);
     ASSERT_EQ(places.size(), written.size());
     for (qsizetype n = 0; n < places.size(); ++n) {
-        EXPECT_EQ(places[n].strName.toStdString(), written[n][0].toStdString());
+        EXPECT_EQ(places[n].strName, written[n][0]);
         QStringList ids;
         for (const int nId : places[n].Items) {
             ids.append(QString::number(nId));

@@ -5,20 +5,13 @@
 #include "foundation/SysInfo.h"
 #include "tests/app/WrittenCommands.h"
 #include "tests/support/ScriptedPeople.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/WindowHelp.h"
 
-#include <QApplication>
-#include <QLabel>
-#include <QMenu>
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusTipEvent>
 #include <QToolBar>
-#include <QToolButton>
-#include <QtTest/QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -107,7 +100,7 @@ TEST_F(MainFrameTest, ShowsEveryWrittenCommandInItsPlace) {
                       QString(place[1]).remove(u"+ "_s).toStdString());
         }
     }
-    EXPECT_TRUE(ids.isEmpty()) << ids.firstKey().toStdString();
+    EXPECT_TRUE(ids.isEmpty()) << ids.firstKey();
     for (const QStringList& written : WrittenCommands(u"command"_s)) {
         const auto* pAction = m_pFrame->findChild<QAction*>(u"command_"_s + written[0]);
         const auto* pButton = m_pFrame->findChild<QToolButton*>(u"tool_"_s + written[0]);
@@ -118,8 +111,7 @@ TEST_F(MainFrameTest, ShowsEveryWrittenCommandInItsPlace) {
         const QStringList said{written[0], pAction->text(), bWords ? pButton->text() : QString(),
                                pAction->statusTip(), pAction->shortcut().toString()};
         for (qsizetype n = 1; n < said.size(); ++n)
-            EXPECT_TRUE(written[n] == u"*"_s || written[n] == said[n])
-                << written[0].toStdString() << ": " << said[n].toStdString();
+            EXPECT_TRUE(written[n] == u"*"_s || written[n] == said[n]) << written[0] << ": " << said[n];
     }
 }
 

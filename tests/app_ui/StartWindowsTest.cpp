@@ -4,25 +4,23 @@
 #include "foundation/CodePage.h"
 #include "foundation/SysInfo.h"
 #include "tests/support/ScriptedPeople.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/WindowHelp.h"
 
-#include <QAction>
-#include <QLabel>
 #include <QMainWindow>
-#include <QPushButton>
 #include <QTabWidget>
-#include <QTest>
 #include <QTreeWidget>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
-// The key that sends the splash away must not start a command as well, and the next one must.
-TEST(SplashWindow, TheFirstKeySendsItAwayAndDoesNothingElse) {
+QPixmap Picture() {
     QPixmap picture(48, 30);
     picture.fill(Qt::blue);
-    CSplashWindow splash(picture);
+    return picture;
+}
+
+// The key that sends the splash away must not start a command as well, and the next one must.
+TEST(SplashWindow, TheFirstKeySendsItAwayAndDoesNothingElse) {
+    CSplashWindow splash(Picture());
     splash.ShowNow();
     EXPECT_TRUE(splash.isVisible());
 
@@ -47,11 +45,9 @@ TEST(SplashWindow, TheFirstKeySendsItAwayAndDoesNothingElse) {
 }
 
 TEST(SplashWindow, GoesByItself) {
-    QPixmap picture(48, 30);
-    picture.fill(Qt::blue);
-    CSplashWindow splash(picture);
+    CSplashWindow splash(Picture());
     splash.ShowNow();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !splash.isVisible(); }));
+    EXPECT_SOON(!splash.isVisible());
 }
 
 TEST(StartupDialog, OffersWhatIsThereAndNamesTheCourse) {

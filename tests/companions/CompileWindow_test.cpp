@@ -3,18 +3,6 @@
 #include "tests/companions/SampleCourse.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int c_nPatienceMilliseconds = 60000;

@@ -3,12 +3,6 @@
 #include "tests/companions/SampleCourse.h"
 #include "tests/support/SmallDisk.h"
 
-#include <QDirIterator>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int c_nDiskKilobytes = 2048;
@@ -73,9 +67,9 @@ TEST(CompilerDisk, AFullDiskCostsNothingOfTheSite) {
         const Site left = Read(strSmall);
         for (auto it = left.begin(); it != left.end(); ++it)
             EXPECT_TRUE(*it == before.value(it.key()) || *it == after.value(it.key()))
-                << it.key().toStdString();
+                << it.key();
         for (const QString& strName : before.keys())
-            EXPECT_TRUE(left.contains(strName) || !after.contains(strName)) << strName.toStdString();
+            EXPECT_TRUE(left.contains(strName) || !after.contains(strName)) << strName;
         if (strMessage.empty()) {
             EXPECT_EQ(left, after);
             break;

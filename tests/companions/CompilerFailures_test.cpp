@@ -1,10 +1,6 @@
 #include "foundation/Exceptions.h"
 #include "tests/companions/SampleCourse.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// What the compiler says when it fails; empty when it doesn't.
@@ -73,9 +69,9 @@ TEST(CompilerFailures, ReadsItsArgument) {
     };
     for (const auto& row : rows) {
         const CompileRequest request = ReadArgument(row.strArgument);
-        EXPECT_EQ(request.ProjectPath.toStdString(), row.strPath.toStdString());
+        EXPECT_EQ(request.ProjectPath, row.strPath);
         EXPECT_EQ(request.Form, row.form);
     }
     for (const QString& strBad : {u"a.vcp|X"_s, u"a.vcp|"_s, u"|H"_s, QString()})
-        EXPECT_THROW(ReadArgument(strBad), Torvane::CRunException) << strBad.toStdString();
+        EXPECT_THROW(ReadArgument(strBad), Torvane::CRunException) << strBad;
 }

@@ -7,15 +7,12 @@
 #include "companions/docexport/WordXml.h"
 #include "tests/companions/SampleCourse.h"
 
-#include <QDirIterator>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QXmlStreamReader>
 
 #include <gmock/gmock.h>
 
-using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -74,7 +71,7 @@ QString TextOf(const QByteArray& document, const QString& strStyle) {
             strText += u'\n';
         }
     }
-    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    EXPECT_FALSE(xml.hasError()) << xml.errorString();
     return strText;
 }
 
@@ -134,7 +131,7 @@ TEST(DocExport, WritesACourseThatOtherProgramsRead) {
 
     const DocOutcome outcome = Export(course, strTarget);
 
-    ASSERT_EQ(outcome.End, DocOutcome::EEnd::Done) << outcome.Text.toStdString();
+    ASSERT_EQ(outcome.End, DocOutcome::EEnd::Done) << outcome.Text;
     EXPECT_EQ(FilesAndTimes(strFolder), before) << "exporting changed the course";
     EXPECT_EQ(QFileInfo(strTarget).fileName(), u"课程.docx"_s);
     const std::string notes = outcome.Notes.join(u'\n').toStdString();
@@ -148,8 +145,7 @@ TEST(DocExport, WritesACourseThatOtherProgramsRead) {
     EXPECT_EQ(TextOf(document, u"Heading3"_s), u"链接\n太深\n第3级\n"_s);
     EXPECT_EQ(TextOf(document, u"Heading9"_s), u"第9级\n第10级\n"_s);
     static const QRegularExpression entry(u"^第一章 <极限> & \"x\"\\|[0-9]+\n"_s);
-    EXPECT_TRUE(entry.match(TextOf(document, u"TOC1"_s)).hasMatch())
-        << TextOf(document, u"TOC1"_s).toStdString();
+    EXPECT_TRUE(entry.match(TextOf(document, u"TOC1"_s)).hasMatch()) << TextOf(document, u"TOC1"_s);
     const QByteArray place = 'n' + QByteArray::number(nPage);
     const QByteArray link = "w:anchor=\"" + place;
     ASSERT_EQ(nPage, 6);
@@ -238,7 +234,7 @@ TEST(DocExport, TakesNothingButWhatTheCourseHoldsFromAHostileOne) {
 
     const DocOutcome outcome = Export(course, strTarget);
 
-    ASSERT_EQ(outcome.End, DocOutcome::EEnd::Done) << outcome.Text.toStdString();
+    ASSERT_EQ(outcome.End, DocOutcome::EEnd::Done) << outcome.Text;
     EXPECT_EQ(course.Folder.Read(strElsewhere), "precious");
     EXPECT_FALSE(QFileInfo(strTarget).isSymLink());
     const std::string notes = outcome.Notes.join(u'\n').toStdString();
@@ -305,8 +301,7 @@ TEST(DocExport, RefusesPlacesWhereNoDocumentMayGo) {
     const QString strProject = course.Folder.Path(course.strProject);
     for (const QString& strTarget : {u"课程\\Data\\a.docx"_s, CSampleCourse::Resource(u"a.docx"_s),
                                      u"没有\\a.docx"_s, u"夹.docx"_s, u"a.doc"_s, u".docx"_s})
-        EXPECT_NE(FaultOfTarget({strProject, course.Folder.Native(strTarget)}), QString())
-            << strTarget.toStdString();
+        EXPECT_NE(FaultOfTarget({strProject, course.Folder.Native(strTarget)}), QString()) << strTarget;
     EXPECT_EQ(FaultOfTarget({strProject, DefaultTarget(strProject)}), QString());
 
     DocProgress progress;

@@ -5,18 +5,6 @@
 #include "tests/companions/SampleCourse.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int c_nPatienceMilliseconds = 60000;
@@ -91,8 +79,7 @@ TEST(PictureFiles, TakesWhatADocumentCanShow) {
         if (!picture)
             return QString();
         const QImage image(folder.Native(u"out\\"_s + picture->Name));
-        return QStringLiteral("%1 %2x%3 %4")
-            .arg(picture->Name)
+        return u"%1 %2x%3 %4"_s.arg(picture->Name)
             .arg(picture->Width)
             .arg(picture->Height)
             .arg(image.width());
@@ -105,11 +92,11 @@ TEST(PictureFiles, TakesWhatADocumentCanShow) {
     EXPECT_EQ(taken(u"drawing.png"_s), u"picture4.png 8x6 16"_s);
     EXPECT_EQ(taken(u"photo.svg"_s), u"picture5.png 7x7 7"_s);
     for (const QString& strName : {u"half.png"_s, u"drawing.svg"_s, u"none.png"_s})
-        EXPECT_EQ(taken(strName), QString()) << strName.toStdString();
+        EXPECT_EQ(taken(strName), QString()) << strName;
     CPictureFiles nowhere(folder.Native(u"gone"_s));
     for (const QString& strName : {u"a.bmp"_s, u"really.png.gif"_s})
         EXPECT_THROW(nowhere.Take(folder.Native(strName), [] { return true; }), Torvane::CRunException)
-            << strName.toStdString();
+            << strName;
 }
 
 } // namespace

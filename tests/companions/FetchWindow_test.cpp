@@ -1,16 +1,8 @@
 #include "companions/fetch/ui/FetchWindow.h"
 #include "tests/support/StrangeServer.h"
-#include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QLabel>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

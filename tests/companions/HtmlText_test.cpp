@@ -3,13 +3,9 @@
 #include "companions/compiler/CssText.h"
 #include "foundation/CodePage.h"
 #include "foundation/PageText.h"
-#include "tests/support/Printing.h"
+#include "tests/support/Cases.h"
 
 #include <QRandomGenerator>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -20,45 +16,11 @@ std::optional<QString> Louder(const QString& strReference) {
 } // namespace
 
 TEST(HtmlText, TakesPagesApartForTheFrame) {
-    const struct {
-        QString strPage, strHead, strBody;
-    } rows[] = {
-        // What is sound stays, character for character.
-        {u"<P ALIGN=center>a &nbsp; b<br/>\n<!-- c --></p><p>open"_s, QString(),
-         u"<P ALIGN=center>a &nbsp; b<br/>\n<!-- c --></p><p>open"_s},
-        {u"<img src=a.gif alt=\"x\"><a href='b&amp;c'>t</a><a href='!k'>k</a>"_s, QString(),
-         u"<img src=\"A.GIF\" alt=\"x\"><a href=\"B&amp;C\">t</a><a href='!k'>k</a>"_s},
-        {u"<object><param name=Movie value=m.swf><param name=quality value=high></object>"_s, QString(),
-         u"<object><param name=Movie value=\"M.SWF\"><param name=quality value=high></object>"_s},
-        // The frame's main part stays the only one.
-        {u"<main id=a>x</main></main>"_s, QString(), u"<div id=\"a\">x</div>"_s},
-        {u"<link rel=stylesheet href=a.css><title>t</title><meta charset=gbk>text<style>p{}</style>"_s,
-         u"<link rel=stylesheet href=\"A.CSS\">\n<style>p{}</style>\n"_s, u"text"_s},
-        {u"<p style='background:url(a.gif)'>x<style>p{background:URL( b.gif )}</style>"_s,
-         u"<style>p{background:URL( \"B.GIF\" )}</style>\n"_s,
-         u"<p style=\"background:url(&quot;A.GIF&quot;)\">x"_s},
-        {u"<img srcset=\"a.gif 1x, b.gif,, c,d.gif\" lowsrc=e.gif><form action=f.htm><base href=g>"_s,
-         QString(), u"<img srcset=\"A.GIF 1x, B.GIF, C,D.GIF\" lowsrc=\"E.GIF\"><form action=\"F.HTM\">"_s},
-        // A template's words to the author go, until the author has written into them.
-        {u"<p class=\"x v-hint\">请填写简介。写好后删除这段提示。</p>a"_s, QString(), u"a"_s},
-        {u"<p class=\"v-hint\">本课程请填写。写好后删除这段提示。</p>"_s, QString(),
-         u"<p class=\"v-hint\">本课程请填写。写好后删除这段提示。</p>"_s},
-        // What would break the frame is closed within itself.
-        {u"</div></div></main>x"_s, QString(), u"x"_s},
-        {u"<table><tr><td>x"_s, QString(), u"<table><tbody><tr><td>x</td></tr></tbody></table>"_s},
-        {u"<b>bold"_s, QString(), u"<b>bold</b>"_s},
-        {u"a<!-- never closed"_s, QString(), u"a<!-- never closed-->"_s},
-        {u"<textarea>never</div>"_s, QString(), u"<textarea>never&lt;/div&gt;</textarea>"_s},
-        // A whole document gives what its head says of the look, and its body.
-        {u"<!DOCTYPE html><html><head><title>t</title><style>a>b{}</style><script>x&&y</script></head>"
-         "<body bgcolor=red>1 &lt; 2<img src=a></body></html>"_s,
-         u"<style>a>b{}</style>"_s, u"1 &lt; 2<img src=\"A\">"_s},
-    };
-    for (const auto& row : rows) {
-        const auto fragment = HtmlText::TakeFragment(row.strPage, Louder);
-        ASSERT_TRUE(fragment) << row.strPage.toStdString();
-        EXPECT_EQ(fragment->Head, row.strHead);
-        EXPECT_EQ(fragment->Body, row.strBody);
+    for (const SCase& each : ReadCases(VOREL_FRAGMENTS)) {
+        const auto fragment = HtmlText::TakeFragment(each.Texts[0], Louder);
+        ASSERT_TRUE(fragment) << each.strWhat;
+        EXPECT_EQ(fragment->Body, each.Texts[1]) << each.strWhat;
+        EXPECT_EQ(fragment->Head, each.Texts[2]) << each.strWhat;
     }
 }
 
@@ -135,7 +97,7 @@ TEST(HtmlText, SparesTheParserOnlyWhatItWouldLeave) {
             continue;
         ++nKept;
         const auto parsed = HtmlText::TakeFragment(strPage + u"<!---->"_s, Louder);
-        ASSERT_TRUE(parsed && parsed->Body == QString(strPage + u"<!---->"_s)) << strPage.toStdString();
+        ASSERT_TRUE(parsed && parsed->Body == QString(strPage + u"<!---->"_s)) << strPage;
     }
     EXPECT_GT(nKept, 200);
 }

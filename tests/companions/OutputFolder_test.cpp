@@ -2,11 +2,7 @@
 #include "companions/compiler/OutputList.h"
 
 #include "foundation/Exceptions.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -35,9 +31,9 @@ TEST_F(OutputFolderTest, RefusesFoldersThatHoldTheCourse) {
     QFile::link(folder.Native(u"course\\Data"_s), folder.Native(u"link"_s));
     for (const QString& strBad : {u"course"_s, u"course\\Data"_s, u"course\\Data\\x\\new"_s, u"."_s,
                                   u"course\\y\\.."_s, u"link"_s, u"link\\new"_s})
-        EXPECT_THROW(Open(strBad), Torvane::CRunException) << strBad.toStdString();
+        EXPECT_THROW(Open(strBad), Torvane::CRunException) << strBad;
     for (const QString& strGood : {u"course\\课程网站"_s, u"course\\Data2"_s, u"elsewhere\\deep"_s})
-        EXPECT_NO_THROW(Open(strGood)) << strGood.toStdString();
+        EXPECT_NO_THROW(Open(strGood)) << strGood;
     EXPECT_FALSE(folder.Exists(u"course\\Data\\x\\new"_s)) << "nothing is made before the answer";
 }
 

@@ -1,21 +1,12 @@
 #include "companions/VRM/FilmRun.h"
 #include "companions/VRM/Lecture.h"
 #include "foundation/Exceptions.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 #include "video/Outline.h"
 #include "video/Recording.h"
 #include "video/VideoScripts.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
-
-QByteArray Film() {
-    QFile file(QStringLiteral(VOREL_FILM));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 class RecorderTest : public ::testing::Test {
 protected:
@@ -47,7 +38,7 @@ TEST_F(RecorderTest, ALectureReadsBackAsItWasRecorded) {
     times.ShowSlide(1, 7000);
     times.MovePointer(7, 7, 7000);
     times.ShowSlide(0, 7000);
-    m_folder.Write(u"课 一\\recorded.part"_s, Film());
+    m_folder.Write(u"课 一\\recorded.part"_s, ReadTestFile(VOREL_FILM));
     WriteLecture(m_request, slides, 1.5, times, {});
 
     const QString strFolder = m_request.strFolder;

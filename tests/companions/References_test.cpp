@@ -1,12 +1,7 @@
 #include "companions/compiler/References.h"
 
 #include "foundation/CodePage.h"
-#include "tests/support/Printing.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 TEST(References, FindWhatAPageMeans) {
     CTempFolder folder;
@@ -62,8 +57,8 @@ TEST(References, FindWhatAPageMeans) {
     };
     for (const auto& row : rows) {
         const CReferences::Result result = references.Rewrite(row.strReference, {u"N7"_s, u"N7"_s});
-        EXPECT_EQ(result.Found, row.found) << row.strReference.toStdString();
-        EXPECT_EQ(QString(result.Text + result.Dead), row.strText) << row.strReference.toStdString();
+        EXPECT_EQ(result.Found, row.found) << row.strReference;
+        EXPECT_EQ(QString(result.Text + result.Dead), row.strText) << row.strReference;
     }
     EXPECT_EQ(references.Rewrite(u"res/x/../../../n13/site/x.htm"_s, {u"N7"_s, u"N9/sub"_s}).Text,
               u"../../N13/Site/x.htm"_s)

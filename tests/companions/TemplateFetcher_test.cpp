@@ -4,12 +4,9 @@
 #include "tests/support/CourseServiceThread.h"
 #include "tests/support/StrangeServer.h"
 
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <thread>
 
-using namespace Qt::StringLiterals;
 using EEnd = FetchOutcome::EEnd;
 
 namespace {
@@ -64,11 +61,11 @@ TEST(FetchArgument, PartsAddressAndFolder) {
     for (const auto& row : rows) {
         const FetchRequest request = ReadFetchArgument(row.strArgument);
         EXPECT_EQ(CodePage::Decode(request.Address).toStdString(), row.strAddress.toStdString());
-        EXPECT_EQ(request.TargetFolder.toStdString(), row.strFolder.toStdString());
+        EXPECT_EQ(request.TargetFolder, row.strFolder);
     }
     for (const QString& strBad : {u""_s, u"http://h/x"_s, u"http://h/x,rel\\x"_s, u",/p/t/x"_s,
                                   u"http://h/x,/"_s, u"http://h/x,/p/t/.."_s, u"http://h/x,/t"_s})
-        EXPECT_THROW(ReadFetchArgument(strBad), Torvane::CRunException) << strBad.toStdString();
+        EXPECT_THROW(ReadFetchArgument(strBad), Torvane::CRunException) << strBad;
 }
 
 TEST_F(CTemplateFetcher, TakesATemplateOfTheRealServerAsAWhole) {
@@ -82,7 +79,7 @@ TEST_F(CTemplateFetcher, TakesATemplateOfTheRealServerAsAWhole) {
     std::setlocale(LC_ALL, "C");
     const FetchOutcome outcome = Fetch(Request(address + "甲 一"));
     std::setlocale(LC_ALL, before.constData());
-    EXPECT_EQ(outcome.eEnd, EEnd::Done) << outcome.strText.toStdString();
+    EXPECT_EQ(outcome.eEnd, EEnd::Done) << outcome.strText;
     EXPECT_EQ(m_folder.Read(u"SysData/VorelTemplates/甲 一/"_s + c_strPage), "page");
     EXPECT_EQ(m_folder.Read(u"SysData/VorelTemplates/甲 一/Skin/空 白/一.css"_s), "css");
     EXPECT_FALSE(m_folder.Exists(u"SysData/VorelTemplates/甲 一/old.txt"_s));
@@ -105,7 +102,7 @@ TEST_F(CTemplateFetcher, ReadsTheWaysInWhichATemplateIsPacked) {
                                    Pack(plain, {.bTar = true}), Pack(wrapped, {.bTar = true})};
     for (const QByteArray& archive : archives) {
         const FetchOutcome outcome = FetchArchive(archive);
-        EXPECT_EQ(outcome.eEnd, EEnd::Done) << outcome.strText.toStdString();
+        EXPECT_EQ(outcome.eEnd, EEnd::Done) << outcome.strText;
         EXPECT_EQ(List(u"SysData/VorelTemplates/甲 一"_s), (QStringList{u"EHT"_s, u"a.txt"_s}));
         EXPECT_TRUE(m_folder.Exists(u"SysData/VorelTemplates/甲 一/EHT/htm/通用页面.HTM"_s));
         EXPECT_EQ(QFile(m_folder.Native(u"SysData/VorelTemplates/甲 一/a.txt"_s)).permissions() &
@@ -149,8 +146,7 @@ TEST_F(CTemplateFetcher, RefusesWhatIsNoWholeTemplateAndKeepsTheOldOne) {
     for (const auto& [archive, strMessage] : archives) {
         const FetchOutcome outcome = FetchArchive(archive);
         EXPECT_EQ(outcome.eEnd, EEnd::Failed);
-        EXPECT_TRUE(outcome.strText.contains(strMessage))
-            << strMessage.toStdString() << " | " << outcome.strText.toStdString();
+        EXPECT_TRUE(outcome.strText.contains(strMessage)) << strMessage << " | " << outcome.strText;
         ExpectUntouched(strMessage.toStdString());
     }
 }
@@ -172,8 +168,7 @@ TEST_F(CTemplateFetcher, SaysWhatIsWrongWithTheServer) {
     };
     for (const auto& [reply, end, strMessage] : replies) {
         const FetchOutcome outcome = FetchReply(reply, end);
-        EXPECT_TRUE(outcome.strText.contains(strMessage))
-            << strMessage.toStdString() << " | " << outcome.strText.toStdString();
+        EXPECT_TRUE(outcome.strText.contains(strMessage)) << strMessage << " | " << outcome.strText;
         ExpectUntouched(strMessage.toStdString());
     }
     for (const char* szAddress : {"/Down/x?Name=a", "ftp://h/x", "http://a b/x", "http:///x?Name=a"})

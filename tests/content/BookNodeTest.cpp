@@ -3,8 +3,6 @@
 #include "foundation/Exceptions.h"
 #include "tests/content/CourseOnDisk.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class BookNodeTest : public ::testing::Test {

@@ -3,8 +3,6 @@
 #include "foundation/IniFile.h"
 #include "tests/content/TreeOnDisk.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 const QString c_strNoList =
@@ -85,7 +83,7 @@ public:
 
     void Run(const Case& test) {
         const QString strCase = test.strAt + u" %1 "_s.arg(test.nCommand) + test.strTyped + test.strTarget;
-        SCOPED_TRACE(strCase.toStdString());
+        SCOPED_TRACE(strCase);
         Script = test.script;
         m_strTyped = test.strTyped;
         nPieces = test.nPieces;

@@ -1,8 +1,6 @@
 // Stores that no program would leave behind, and trees of a size that no teacher makes.
 #include "tests/content/TreeOnDisk.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class CAgreeingTree : public CTreeOnDisk {

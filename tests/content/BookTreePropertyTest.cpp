@@ -7,8 +7,6 @@
 
 #include <random>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Sequences to run: "300" for those of the seeds 1 to 300, "17-17" for one of them again.
@@ -44,9 +42,8 @@ public:
             Step();
             Check();
         }
-        EXPECT_TRUE(m_strFault.isEmpty())
-            << m_strFault.toStdString() << "\nagain with " << c_szSequences << '=' << nSeed << '-' << nSeed
-            << "\nsteps: " << m_trace.join(u" | "_s).toStdString();
+        EXPECT_TRUE(m_strFault.isEmpty()) << m_strFault << "\nagain with " << c_szSequences << '=' << nSeed
+                                          << '-' << nSeed << "\nsteps: " << m_trace.join(u" | "_s);
         return m_strFault.isEmpty();
     }
 

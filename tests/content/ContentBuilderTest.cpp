@@ -6,15 +6,9 @@
 #include "foundation/TextFile.h"
 #include "tests/content/TreeOnDisk.h"
 #include "tests/support/Environment.h"
-#include "tests/support/Waiting.h"
-
-#include <QRegularExpression>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -150,7 +144,7 @@ TEST_F(ContentBuilderTest, AFailureOrACancelCostsNothing) {
     for (const auto& [params, strMessage] : cases) {
         m_disk.People.Expect(strMessage);
         EXPECT_FALSE(Create(params));
-        EXPECT_EQ(Left(), strBefore) << strMessage.toStdString();
+        EXPECT_EQ(Left(), strBefore) << strMessage;
     }
     // The store refuses when the files stand already.
     SQLite::Database raw(Platform::ToNativeExact(m_disk.pCourse->GetPaths().GetDatabasePath()).toStdString(),
@@ -166,9 +160,7 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
     // What the row leads to, what stands where, and what is to stand there: the node's folder, the one beside
     // it, and the one that an exchange in steps lays aside.
     const struct {
-        QString strRow;
-        QString strBefore;
-        QString strAfter;
+        QString strRow, strBefore, strAfter;
     } cases[] = {
         {u"old"_s, u"N#/new ~/N#/old"_s, u"N#/old"_s},
         {u"old"_s, u"N#/old ~/N#/half"_s, u"N#/old"_s},
@@ -202,7 +194,7 @@ TEST_F(ContentBuilderTest, WhatAKillHasLeftIsPutInOrder) {
                 if (!strFiles.isEmpty())
                     left.append(strFolder + u'/' + strFiles);
             }
-            EXPECT_EQ(left.join(u' '), strAfter) << strBefore.toStdString() << bAtOpening;
+            EXPECT_EQ(left.join(u' '), strAfter) << strBefore << bAtOpening;
         }
     }
     // Nothing of one node's is taken along by another's.
@@ -264,12 +256,12 @@ TEST_F(ContentBuilderTest, AnOpenedFileKeepsItsSizeTrue) {
     QFile file(Platform::ToNativeExact(m_pNode->GetContentPath()));
     EXPECT_TRUE(file.open(QIODevice::Append) && file.write("more") == 4);
     file.close();
-    EXPECT_TRUE(WaitFor([&] { return size() == 7; }));
+    EXPECT_SOON(size() == 7);
     // The watch goes on over content that takes the old one's place.
     ASSERT_TRUE(Create(Of(EContentKind::ExternalFile, Source(u"a.txt"_s))));
     EXPECT_EQ(size(), 3);
     m_disk.Folder.Write(m_disk.NodePath(m_pNode->GetId(), u"more.txt"_s), "x");
-    EXPECT_TRUE(WaitFor([&] { return size() == 4; }));
+    EXPECT_SOON(size() == 4);
     // It may outlive the node's row, and the open course.
     m_disk.Folder.Write(m_disk.NodePath(m_pNode->GetId(), u"last.txt"_s), "x");
     m_disk.pCourse->Close();
@@ -474,7 +466,7 @@ TEST(ImportPlanTest, AFilterTakesWhatItsPiecesSay) {
             if (CImportFilter(strFilter).Takes(strName))
                 taken.append(strName);
         }
-        EXPECT_EQ(taken.join(u' '), strTaken) << strFilter.toStdString();
+        EXPECT_EQ(taken.join(u' '), strTaken) << strFilter;
     }
 }
 
@@ -489,7 +481,7 @@ TEST(ImportPlanTest, APathIsShortenedInItsMiddle) {
         {u"C:\\"_s + QString(30, u'章'), u"C:\\..."_s + QString(22, u'章')},
     };
     for (const auto& [strPath, strShort] : cases)
-        EXPECT_EQ(ShortenPath(strPath, 50, u'\\'), strShort) << strPath.toStdString();
+        EXPECT_EQ(ShortenPath(strPath, 50, u'\\'), strShort) << strPath;
 }
 
 } // namespace

@@ -1,10 +1,5 @@
 #include "content/ContentKinds.h"
-
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -104,11 +99,10 @@ TEST(ContentKindsTest, EveryKindSaysWhatItLacks) {
     for (const Case& c : cases) {
         const auto refusal =
             ContentKinds::Check(ParamsOf(c), c.bTypedFilter).value_or(ContentKinds::Refusal());
-        EXPECT_EQ(refusal.strMessage.toStdString(), c.strMessage.toStdString())
-            << static_cast<int>(c.Kind) << ' ' << c.strFirst.toStdString() << ' '
-            << c.strSecond.toStdString();
-        EXPECT_EQ(refusal.Field, c.Field) << c.strMessage.toStdString();
-        EXPECT_EQ(refusal.bEmptied, c.strMessage == strMissing) << c.strMessage.toStdString();
+        EXPECT_EQ(refusal.strMessage, c.strMessage)
+            << static_cast<int>(c.Kind) << ' ' << c.strFirst << ' ' << c.strSecond;
+        EXPECT_EQ(refusal.Field, c.Field) << c.strMessage;
+        EXPECT_EQ(refusal.bEmptied, c.strMessage == strMissing) << c.strMessage;
     }
 }
 

@@ -41,12 +41,12 @@ public:
 
     /// What stands below a node's folder, "N<id>\…".
     static QString NodePath(qint32 nId, const QString& strBelow = QString()) {
-        return InCourse(QStringLiteral("Data\\Courseware\\NodeResource\\N%1\\")).arg(nId) + strBelow;
+        return InCourse(u"Data\\Courseware\\NodeResource\\N%1\\"_s).arg(nId) + strBelow;
     }
 
 private:
     void LinkDelivered(const QString& strName) const {
-        const QString strPlace = Folder.Native(QStringLiteral("程序/SysData/")) + strName;
+        const QString strPlace = Folder.Native(u"程序/SysData/"_s) + strName;
         QFile::remove(strPlace);
         QFile::link(QStringLiteral(VOREL_DELIVERED_DATA "/") + strName, strPlace);
     }

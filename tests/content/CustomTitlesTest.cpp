@@ -3,8 +3,6 @@
 #include "course/TemplateStore.h"
 #include "tests/content/CourseOnDisk.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 const QString c_strDelivered = Platform::FromNative(QStringLiteral(VOREL_DELIVERED_DATA));
@@ -16,14 +14,14 @@ TEST(DeliveredCustomTitles, FitACourseMadeFromTheDeliveredData) {
     CTemplateStore(c_strDelivered + u"\\VorelTemplates"_s).ListTemplates(templates);
     ASSERT_FALSE(templates.isEmpty());
     for (const QString& strTemplate : templates) {
-        SCOPED_TRACE(strTemplate.toStdString());
+        SCOPED_TRACE(strTemplate);
         CCourseOnDisk disk(strTemplate);
         const QString strIni = disk.pCourse->GetPaths().GetCustomTitlesPath();
         int nRole = 0;
         for (const CustomTitles::Role& role : CustomTitles::Roles()) {
             const qint32 nId = CustomTitles::ReadNodeId(strIni, nRole++);
             const qint32 nParent = disk.Store().GetField(nId, u"ParentId"_s).toInt();
-            EXPECT_EQ(disk.Store().GetNode(nId).Title.toStdString(), role.strKey.toStdString());
+            EXPECT_EQ(disk.Store().GetNode(nId).Title, role.strKey);
             EXPECT_EQ(disk.Store().GetNode(nParent).Title,
                       nRole <= CustomTitles::c_nIntroduction ? u"教学队伍"_s : u"课程录像"_s);
         }

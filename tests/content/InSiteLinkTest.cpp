@@ -3,8 +3,6 @@
 #include "content/Texts.h"
 #include "tests/content/CourseOnDisk.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class InSiteLinkTest : public ::testing::Test {
@@ -47,11 +45,11 @@ TEST_F(InSiteLinkTest, ANodeShowsItsPageOrWhyItHasNone) {
     for (const auto& c : cases) {
         const auto pNode = Make(c.nType, c.strPath);
         const InSiteLink::Preview preview = InSiteLink::PreviewOf(*pNode);
-        EXPECT_EQ(preview.strTarget.isEmpty(), c.eShown == EShown::Text) << c.strPath.toStdString();
-        EXPECT_EQ(preview.strText.isEmpty(), c.eShown != EShown::Text) << c.strPath.toStdString();
-        EXPECT_EQ(preview.bNetwork, c.eShown == EShown::Web) << c.strPath.toStdString();
+        EXPECT_EQ(preview.strTarget.isEmpty(), c.eShown == EShown::Text) << c.strPath;
+        EXPECT_EQ(preview.strText.isEmpty(), c.eShown != EShown::Text) << c.strPath;
+        EXPECT_EQ(preview.bNetwork, c.eShown == EShown::Web) << c.strPath;
         const bool bBare = c.eShown == EShown::AsItIs || c.eShown == EShown::Text;
-        EXPECT_EQ(preview.strPlace.contains(u"://"_s), !bBare) << preview.strPlace.toStdString();
+        EXPECT_EQ(preview.strPlace.contains(u"://"_s), !bBare) << preview.strPlace;
         if (c.strPath.isEmpty()) {
             EXPECT_EQ(preview.strPlace, u"about:blank"_s);
         }
@@ -63,7 +61,7 @@ TEST_F(InSiteLinkTest, ALinkOfANodeLeadsWhereItsPageIs) {
     const auto pNode = Make(NodeType::c_nInSiteLink, u"n13\\c#.htm#a"_s);
     const QString strTarget = InSiteLink::AddressOf(*pNode).strTarget;
     EXPECT_TRUE(strTarget.startsWith(u"file:///"_s) && strTarget.endsWith(u"/n13/c%2523.htm#a"_s))
-        << strTarget.toStdString();
+        << strTarget;
     EXPECT_EQ(InSiteLink::PreviewOf(*pNode).strTarget, strTarget);
     EXPECT_EQ(InSiteLink::AddressOf(*Make(NodeType::c_nInSiteLink, u"n13\\c#.htm"_s)).strTarget,
               Nodes() + u"n13\\c#.htm"_s);
@@ -108,13 +106,13 @@ TEST_F(InSiteLinkTest, APlaceBecomesALinkAndItsStoredForms) {
     };
     for (const auto& c : cases) {
         const auto link = InSiteLink::LinkTo(c.strPlace, Nodes());
-        ASSERT_TRUE(link.has_value()) << c.strPlace.toStdString();
+        ASSERT_TRUE(link.has_value()) << c.strPlace;
         EXPECT_EQ(InSiteLink::StoredPath(*link, Nodes()), c.strStored);
         EXPECT_EQ(InSiteLink::TypedPlace(InSiteLink::ShownPlace(*link)), *link);
         EXPECT_EQ(InSiteLink::PageReference(*link, Nodes()), c.strInPage);
     }
     for (const QString& strPlace : {u""_s, u"about:blank"_s, u"file://Z:\\else\\where.htm#a"_s})
-        EXPECT_FALSE(InSiteLink::LinkTo(strPlace, Nodes()).has_value()) << strPlace.toStdString();
+        EXPECT_FALSE(InSiteLink::LinkTo(strPlace, Nodes()).has_value()) << strPlace;
 }
 
 } // namespace

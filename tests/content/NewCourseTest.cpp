@@ -1,10 +1,5 @@
 #include "content/NewCourse.h"
-
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -14,9 +9,7 @@ TEST(NewCourseTest, TheFolderIsCheckedAndMade) {
     folder.Write(u"满\\x.txt"_s, "x");
     folder.MakeFolder(u"空"_s);
     struct Case {
-        QString strName;
-        QString strFolder;
-        QString strWarning;
+        QString strName, strFolder, strWarning;
     };
     for (const Case& c :
          {Case{{}, {}, u"请您填写课程名"_s}, Case{u"课"_s, {}, u"请您填写课程路径"_s},
@@ -32,7 +25,7 @@ TEST(NewCourseTest, TheFolderIsCheckedAndMade) {
           Case{u"课"_s, folder.Path(u"新\\深"_s), {}}}) {
         step.strName = c.strName;
         step.strFolder = c.strFolder;
-        EXPECT_EQ(step.Next().strWarning, c.strWarning) << c.strFolder.toStdString();
+        EXPECT_EQ(step.Next().strWarning, c.strWarning) << c.strFolder;
     }
     EXPECT_TRUE(folder.Exists(u"新\\深"_s));
 }

@@ -4,8 +4,6 @@
 #include "content/NodeInfo.h"
 #include "tests/content/TreeOnDisk.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 TEST(NodeInfoTest, TheIndexIsWrittenByteForByte) {
@@ -80,7 +78,7 @@ TEST(NodeInfoTest, APathIsLedIntoTheNodeAndNowhereElse) {
                           Case{6, u"N7/x.htm"_s, u"N7/x.htm"_s}}) {
         QString strImported = strRefused;
         MessageOf([&] { strImported = ImportedPath(c.nType, c.strPath, 40); });
-        EXPECT_EQ(strImported, c.strImported) << c.strPath.toStdString();
+        EXPECT_EQ(strImported, c.strImported) << c.strPath;
     }
 }
 

@@ -86,17 +86,16 @@ public:
                    "(PARTITION BY ParentId ORDER BY [Index], Id) AS Due FROM Book WHERE Id > 3) "
                    "WHERE Place <> Due OR Id NOT IN Reached");
         if (misplaced.executeStep())
-            return QStringLiteral("%1 hangs nowhere, or beside its place")
-                .arg(misplaced.getColumn(0).getInt());
+            return u"%1 hangs nowhere, or beside its place"_s.arg(misplaced.getColumn(0).getInt());
         const QStringList found = QDir(Disk.Folder.Native(Disk.NodePath(0).section(u'\\', 0, -3)))
                                       .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         QSet<QString> folders(found.begin(), found.end());
-        folders.remove(QStringLiteral("N3"));
+        folders.remove(u"N3"_s);
         for (const qint32 nId : Ids().sliced(1)) {
-            if (!folders.remove(QStringLiteral("N%1").arg(nId)))
-                return QStringLiteral("no folder of %1").arg(nId);
+            if (!folders.remove(u"N%1"_s.arg(nId)))
+                return u"no folder of %1"_s.arg(nId);
         }
-        return folders.isEmpty() ? QString() : *folders.constBegin() + QStringLiteral(" has no row");
+        return folders.isEmpty() ? QString() : *folders.constBegin() + u" has no row"_s;
     }
 
     /// Where the tree differs from the store; empty for nowhere. With bBroken a line need not have been read,
@@ -116,7 +115,7 @@ public:
             }
             const int nRows = Tree.rowCount(line);
             if (nRows != children.size() && (nRows != 0 || bSeen || bBroken))
-                return At(line) + QStringLiteral("%1 lines for %2 rows").arg(nRows).arg(children.size());
+                return At(line) + u"%1 lines for %2 rows"_s.arg(nRows).arg(children.size());
             QSet<QString> titles;
             for (int nRow = 0; nRow < nRows; ++nRow) {
                 const QModelIndex child = Tree.index(nRow, 0, line);
@@ -124,26 +123,26 @@ public:
                 const NodeHeader& row = children[nRow];
                 if (node.GetId() != row.Id || node.GetType() != row.Type || Tree.Find(row.Id) != child ||
                     child.parent() != line)
-                    return At(child) + QStringLiteral("another row %1").arg(row.Id);
+                    return At(child) + u"another row %1"_s.arg(row.Id);
                 // As the store gives a title back: a quote is doubled, half a pair is no character.
                 QString strTitle = CodePage::Decode(CodePage::Encode(node.GetTitle()));
                 if (row.Title != strTitle && row.Title != strTitle.replace(u'\'', QLatin1String("''")))
                     return At(child) + row.Title;
                 if (!bBroken && !row.Title.contains(u'\'') && !row.Title.contains(QChar(0xFFFD)) &&
                     titles.contains(row.Title))
-                    return At(child) + QStringLiteral("a sibling of one title");
+                    return At(child) + u"a sibling of one title"_s;
                 titles.insert(row.Title);
             }
         }
         const QModelIndex selected = Actions.GetSelection().currentIndex();
         const QModelIndexList marked = Actions.GetSelection().selectedIndexes();
         const bool bLive = lines.contains(std::pair(selected, true)) && marked == QModelIndexList{selected};
-        return bLive ? QString() : QStringLiteral("the selection is no line in sight");
+        return bLive ? QString() : u"the selection is no line in sight"_s;
     }
 
     /// A box: the sign of its form (? i ! x) before its text. One that has no known form begins with "#".
     virtual BoxAnswer OnBox(const QString& strBox) {
-        EXPECT_NE(strBox[0], u'#') << strBox.toStdString();
+        EXPECT_NE(strBox[0], u'#') << strBox;
         return BoxAnswer::Ok;
     }
     bool ConfirmDeletion(const QString&) override { return true; }
@@ -191,7 +190,7 @@ private:
                    "ALTER TABLE Book ADD COLUMN Refused INTEGER DEFAULT 0 CHECK (" +
                    check + ")");
     }
-    QString At(const QModelIndex& line) const { return QStringLiteral("node %1: ").arg(Tree.IdOf(line)); }
+    QString At(const QModelIndex& line) const { return u"node %1: "_s.arg(Tree.IdOf(line)); }
     std::unique_ptr<SQLite::Database> m_pRaw;
 };
 

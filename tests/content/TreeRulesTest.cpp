@@ -1,10 +1,7 @@
 #include "content/TreeCommands.h"
 
 #include "content/ViewKind.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -26,7 +23,7 @@ TEST(TreeRulesTest, ANewTitleIsMeasuredFirstAndARenamedOneComparedFirst) {
     for (const auto& [strNew, bStore] : {std::pair(QString(), false), std::pair(u"旧"_s, false),
                                          std::pair(u" "_s, true), std::pair(strLong.chopped(1), true)}) {
         const RenameCheck check = CheckRename(strNew, u"旧"_s, In({u"他"_s}));
-        EXPECT_EQ(check.bStore, bStore) << strNew.toStdString();
+        EXPECT_EQ(check.bStore, bStore) << strNew;
         EXPECT_EQ(check.strWarning, QString());
     }
 }
@@ -57,9 +54,9 @@ TEST(TreeRulesTest, CommandsAreOfferedByLineAndType) {
 
 TEST(ViewKindTest, TheBrowserShowsAnyPartOfItsList) {
     for (const QString& strShown : {u".htm"_s, u".HTML"_s, u".m"_s, u".pn"_s, u""_s, u".asf"_s, u".r"_s})
-        EXPECT_TRUE(IsBrowserFile(strShown)) << strShown.toStdString();
+        EXPECT_TRUE(IsBrowserFile(strShown)) << strShown;
     for (const QString& strOther : {u".doc"_s, u".pngx"_s, u".ppt"_s, u".mp4"_s})
-        EXPECT_FALSE(IsBrowserFile(strOther)) << strOther.toStdString();
+        EXPECT_FALSE(IsBrowserFile(strOther)) << strOther;
 }
 
 } // namespace

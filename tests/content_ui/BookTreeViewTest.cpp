@@ -4,17 +4,11 @@
 #include "platform/ui/Pictures.h"
 #include "tests/content/CourseOnDisk.h"
 #include "tests/content_ui/RecordingHost.h"
+#include "tests/support/WindowHelp.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QLineEdit>
-#include <QMenu>
 #include <QScrollBar>
-#include <QTest>
-#include <QTimer>
 #include <QWindow>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -3,21 +3,11 @@
 #include "content/ContentKinds.h"
 #include "content/Texts.h"
 #include "tests/support/ScriptedPeople.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/WindowHelp.h"
 
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
 #include <QDropEvent>
-#include <QLineEdit>
 #include <QMimeData>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
 #include <QToolTip>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -43,10 +33,7 @@ protected:
     }
     template <typename CWidget = QLineEdit>
     CWidget& The(const QString& strName) {
-        auto* pWidget = m_pWizard->findChild<CWidget*>(strName);
-        if (pWidget == nullptr)
-            qFatal("no %s", qPrintable(strName));
-        return *pWidget;
+        return ::The<CWidget>(*m_pWizard, strName);
     }
     void Press(Qt::Key key) { QTest::keyClick(m_pWizard->focusWidget(), key); }
     /// Presses Finish: what it refuses, and where the focus is then.
@@ -54,7 +41,7 @@ protected:
         m_people.Expect(strMessage);
         The<QPushButton>(u"finish"_s).setFocus();
         Press(Qt::Key_Return);
-        EXPECT_EQ(m_pWizard->focusWidget()->objectName(), strFocus) << strMessage.toStdString();
+        EXPECT_EQ(m_pWizard->focusWidget()->objectName(), strFocus) << strMessage;
         EXPECT_TRUE(m_pWizard->isVisible());
         EXPECT_EQ(m_people.Boxes.back().Icon, CScriptedPeople::BoxIcon::Information);
     }
@@ -98,14 +85,14 @@ TEST_F(CreateNodeFileWizardTest, EachKindHasItsFieldsAndNoOthers) {
 TEST_F(CreateNodeFileWizardTest, TheAdviceIsSeenAtOnceAndNotInTheWay) {
     const ContentPreset preset = ContentKinds::PresetFor(EContentKind::None, u"<b>课</b>"_s);
     Open(preset);
-    EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }));
+    EXPECT_SOON(QToolTip::isVisible());
     EXPECT_FALSE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 500)) << "it was shown too soon";
     EXPECT_TRUE(QToolTip::text().contains(ContentKinds::PresetTip(preset).toHtmlEscaped()));
     EXPECT_TRUE(The<QRadioButton>(u"kind0"_s).hasFocus());
     // A double click takes the kind and goes on.
     QTest::mouseClick(&The<QRadioButton>(u"kind3"_s), Qt::LeftButton);
     QTest::mouseDClick(&The<QRadioButton>(u"kind3"_s), Qt::LeftButton);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return m_pWizard->focusWidget() == &The(u"siteFolder"_s); }));
+    EXPECT_SOON(m_pWizard->focusWidget() == &The(u"siteFolder"_s));
     // Back and forth: what was entered stays, and the kind that is chosen last holds.
     The(u"siteFolder"_s).setText(u"/x"_s);
     m_pWizard->back();

@@ -8,17 +8,7 @@
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTest>
-#include <QToolButton>
 #include <QTreeWidget>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -87,10 +77,7 @@ protected:
     }
     template <typename CWidget = QLineEdit>
     CWidget& The(const QString& strName) {
-        auto* pWidget = m_pWizard->findChild<CWidget*>(strName);
-        if (pWidget == nullptr)
-            qFatal("no %s", qPrintable(strName));
-        return *pWidget;
+        return ::The<CWidget>(*m_pWizard, strName);
     }
     /// Types into whatever has the focus, over what stands there, and presses a key.
     void Type(const QString& strText, Qt::Key key) {
@@ -103,7 +90,7 @@ protected:
         QTest::keyClick(pField, key);
     }
     void ChooseCourse(const QString& strSearch, const QString& strPassword) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return The<QListWidget>(u"courseList"_s).isEnabled(); }));
+        EXPECT_SOON(The<QListWidget>(u"courseList"_s).isEnabled());
         Type(strSearch, Qt::Key_Tab);
         The(u"password"_s).setFocus();
         Type(strPassword, Qt::Key_Return);
@@ -115,9 +102,7 @@ TEST_F(NewCourseWizardTest, WaitsForTheListAndIsCancelledWithoutOne) {
     m_server.Stop();
     m_people.onBox = [&] { m_server.Start(); };
     m_people.Expect(u"对不起，无法获取课程列表，请您与系统管理员联系！"_s, CScriptedPeople::BoxAnswer::Retry);
-    EXPECT_FALSE(Run([&] {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return The<QListWidget>(u"courseList"_s).count() == 5; }));
-    }));
+    EXPECT_FALSE(Run([&] { EXPECT_SOON(The<QListWidget>(u"courseList"_s).count() == 5); }));
     EXPECT_EQ(m_people.strSeen, u"waiting waiting "_s);
 
     CSysInfo::Instance().SetServerURL(CCourseServiceThread().Url());
@@ -139,7 +124,7 @@ TEST_F(NewCourseWizardTest, KeepsWhatWasTypedUntilAnotherCourseIsChosen) {
     m_dialogs.Changes = {ISessionDialogs::PasswordChange{u"123456"_s, u"abcdef"_s}};
     m_people.Expect(u"密码已修改，请您牢记！"_s);
     Run([&] {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return The<QListWidget>(u"courseList"_s).isEnabled(); }));
+        EXPECT_SOON(The<QListWidget>(u"courseList"_s).isEnabled());
         QTest::keyClick(m_pWizard->focusWidget(), Qt::Key_Return);
         ChooseCourse(u"计算"_s, u"wangluo8"_s);
         EXPECT_EQ(The<QPlainTextEdit>(u"courseDetails"_s).toPlainText(),
@@ -182,20 +167,19 @@ TEST_F(NewCourseWizardTest, ShowsPreviewsAndFinishesWithTheRecord) {
         const auto& preview = The<CPicturePane>(u"preview"_s);
         auto &previous = The<QToolButton>(u"previewPrevious"_s), &next = The<QToolButton>(u"previewNext"_s);
         list.setCurrentItem(list.findItems(u"红"_s, Qt::MatchExactly).first());
-        EXPECT_TRUE(QTest::qWaitFor([&] { return preview.GetPicture().width() == preview.width(); }));
+        EXPECT_SOON(preview.GetPicture().width() == preview.width());
         EXPECT_EQ(preview.GetPicture().height(), preview.width() / 2) << "in its proportions";
         EXPECT_TRUE(!previous.isEnabled() && next.isEnabled());
         QTest::keyClick(&next, Qt::Key_Space);
         EXPECT_TRUE(previous.isEnabled() && next.isEnabled());
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return preview.GetPicture().size() == QSize(60, 40); })); // no larger than it is
+        EXPECT_SOON(preview.GetPicture().size() == QSize(60, 40)); // no larger than it is
         next.setFocus();
         QTest::keyClick(&next, Qt::Key_Return);
         EXPECT_TRUE(previous.isEnabled() && !next.isEnabled());
         EXPECT_EQ(m_pWizard->focusWidget(), &The<QComboBox>(u"pageCombo"_s))
             << "not the wizard's own buttons";
         EXPECT_EQ(The<QComboBox>(u"pageCombo"_s).currentText(), u"甲"_s);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return preview.GetPicture().isNull(); })); // it has no picture
+        EXPECT_SOON(preview.GetPicture().isNull()); // it has no picture
 
         QTest::keyClick(&list, Qt::Key_Return);
         const auto& summary = The<QPlainTextEdit>(u"summary"_s);

@@ -4,18 +4,6 @@
 #include "tests/support/ScriptedPeople.h"
 #include "tests/support/WindowHelp.h"
 
-#include <gtest/gtest.h>
-
-#include <QClipboard>
-#include <QInputMethodEvent>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 QLineEdit& Field(QDialog& dialog, int nRole) {
@@ -82,7 +70,7 @@ TEST(CustomTitlesDialogTest, TheIntroductionTakesSixBytes) {
             } else {
                 Commit(field, c.strNew);
             }
-            EXPECT_EQ(field.text().toStdString(), c.strAfter.toStdString());
+            EXPECT_EQ(field.text(), c.strAfter);
         }
     }
 }
@@ -115,7 +103,7 @@ TEST(TreeDialogs, TheOpenTypeIsChosenWithTheArrowKeys) {
         EXPECT_TRUE(dialog.findChild<QRadioButton*>(u"openType2"_s)->hasFocus());
         QTest::keyClick(dialog.focusWidget(), Qt::Key_F, Qt::AltModifier);
         const auto* pLast = dialog.findChild<QRadioButton*>(u"openType3"_s);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return pLast->isChecked() && !pLast->isDown(); }));
+        EXPECT_SOON(pLast->isChecked() && !pLast->isDown());
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Escape);
     });
     EXPECT_EQ(dialogs.AskOpenType(2), std::nullopt);

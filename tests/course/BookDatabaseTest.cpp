@@ -6,8 +6,6 @@
 
 #include <QDateTime>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class BookDatabaseTest : public testing::Test {

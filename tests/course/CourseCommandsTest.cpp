@@ -2,8 +2,6 @@
 #include "course/SetTemplate.h"
 #include "tests/support/CourseFakes.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class CourseCommandsTest : public testing::Test {

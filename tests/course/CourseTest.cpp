@@ -3,8 +3,6 @@
 #include "foundation/IniFile.h"
 #include "tests/support/CourseFakes.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Starts with a course on the disk that has two nodes of its own.

@@ -1,8 +1,6 @@
 #include "course/InitialNodes.h"
 #include "tests/support/CourseFakes.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Writes down what is made: "parent>id title" for a node, "id=page" for a page.

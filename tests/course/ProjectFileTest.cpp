@@ -1,10 +1,6 @@
 #include "course/ProjectFile.h"
 #include "foundation/CodePage.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -44,7 +40,7 @@ TEST_F(ProjectFileTest, OnlyAValidIdentityLoads) {
                                               {u""_s, false}};
     for (const auto& [strText, bValid] : cases) {
         Write(strText);
-        EXPECT_EQ(File.Load(), bValid) << strText.toStdString();
+        EXPECT_EQ(File.Load(), bValid) << strText;
     }
 }
 

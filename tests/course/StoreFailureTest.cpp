@@ -11,8 +11,6 @@
 #include <filesystem>
 #include <random>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// The connection that was opened last, to limit its size from outside.

@@ -3,15 +3,6 @@
 #include "tests/support/CourseFakes.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QComboBox>
-#include <QImage>
-#include <QPushButton>
-#include <QTest>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class TemplateChooserTest : public testing::Test {
@@ -37,10 +28,10 @@ TEST_F(TemplateChooserTest, ShowsAndGivesTheSelectedTemplate) {
     const auto chosen = Choose(u"模板一"_s, [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), u"设置模板"_s);
         EXPECT_EQ(List(dialog).currentText(), u"模板一"_s);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Picture(dialog).GetPicture().size() == QSize(400, 200); }));
+        EXPECT_SOON(Picture(dialog).GetPicture().size() == QSize(400, 200));
         List(dialog).setCurrentIndex(List(dialog).findText(u"模板二"_s));
         // A picture that doesn't load leaves its place empty.
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Picture(dialog).GetPicture().isNull(); }));
+        EXPECT_SOON(Picture(dialog).GetPicture().isNull());
         dialog.findChild<QPushButton*>(u"ok"_s)->click();
     });
     EXPECT_EQ(chosen, u"模板二"_s);

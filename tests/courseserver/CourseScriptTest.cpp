@@ -4,14 +4,9 @@
 #include "foundation/CodePage.h"
 #include "foundation/Token.h"
 #include "server/Protocol.h"
-#include "tests/support/Printing.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <SQLiteCpp/Database.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -85,7 +80,7 @@ protected:
                 EXPECT_EQ(Send(what[0] == "P" ? PasswordQuery(who, nId, "123456")
                                               : ReportQuery(who, nId, what[0].toInt())),
                           words[1].toStdString())
-                    << step.toStdString() << " of " << szSteps;
+                    << step << " of " << szSteps;
         }
     }
 };
@@ -153,7 +148,7 @@ TEST_F(ScriptTest, ErrorsHaveTheirCodes) {
                                     QByteArray(opening).replace("&Size=2.500000", ""),
                                     QByteArray(opening).replace("2.500000", "nan")};
     for (const QByteArray& query : malformed)
-        EXPECT_EQ(Send(query), "2") << query.toStdString();
+        EXPECT_EQ(Send(query), "2") << query;
     EXPECT_EQ(Send("CheckPassword?CourseId=77&Password=1&Info=2"), "8");
     EXPECT_EQ(Send("CheckPassword?CourseId=1&Password=no.token&Info=x"), "refused");
     strNotice = u"维护中"_s;

@@ -2,13 +2,9 @@
 #include "foundation/Exceptions.h"
 #include "server/HttpClient.h"
 #include "tests/support/CourseServiceThread.h"
-#include "tests/support/Printing.h"
 
 #include <QTcpSocket>
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using Torvane::Net::CHttpClient;
 using Torvane::Net::EHttpMethod;
 
@@ -58,10 +54,10 @@ TEST_F(ServiceTest, TakesWhateverIsSent) {
         {"GET /" + QByteArray(9'000, 'x') + " HTTP/1.0\r\n\r\n", "414"}};
     for (const auto& [request, szStatus] : cases) {
         const QByteArray reply = Exchange(request);
-        EXPECT_TRUE(reply.mid(9).startsWith(szStatus)) << request.left(60).toStdString();
+        EXPECT_TRUE(reply.mid(9).startsWith(szStatus)) << request.left(60);
         EXPECT_EQ(reply.count('\a'), request.contains(school) ? 10 : 0);
     }
-    EXPECT_TRUE(Log().endsWith(" 127.0.0.1 refused 414\n")) << Log().toStdString();
+    EXPECT_TRUE(Log().endsWith(" 127.0.0.1 refused 414\n")) << Log();
     EXPECT_EQ(Log().count('\n'), std::size(cases));
 }
 
@@ -90,7 +86,7 @@ TEST_F(ServiceTest, OffersTemplates) {
           u"/Other/a/Preview.jpg"_s, u"/../Other/Preview.jpg"_s,
           u"/Down/DownTemplate.asp?Type=ReportTemplates&Name=.."_s,
           u"/Down/DownTemplate.asp?Type=ReportTemplates&Name="_s, u"/Down/DownTemplate.asp"_s})
-        EXPECT_THROW(Get(strNothing), Torvane::Net::CHttpClientException) << strNothing.toStdString();
+        EXPECT_THROW(Get(strNothing), Torvane::Net::CHttpClientException) << strNothing;
 }
 
 } // namespace

@@ -1,8 +1,5 @@
 #include "editor/DisplayRules.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -25,26 +22,6 @@ TEST(DisplayRulesTest, EachChildHasItsImageAndWord) {
         const auto child = DisplayRules::RowOfChild(row.nType, row.bHasChildren);
         EXPECT_EQ(child.nImage, row.nImage) << row.nType;
         EXPECT_EQ(child.strType, row.strWord) << row.nType;
-    }
-}
-
-TEST(DisplayRulesTest, EachPromptHasItsTextAndButton) {
-    const struct {
-        int nCode;
-        QString strText;
-        std::optional<bool> bButton;
-    } prompts[] = {
-        {1, u"请您在浏览结束后,关闭打开的新窗口, (对于打开的全屏窗口，请使用Alt + F4关闭)"_s, false},
-        {2, u"现在正在使用外部编辑器编辑内容, 请您在编辑结束后关闭窗口并点击“刷新显示”按钮查看内容。"_s,
-         true},
-        {3, u"现在正在启动视频课件制作工具制作视频。 请您在制作结束后,关闭窗口。"_s, false},
-        {0, QString(), std::nullopt},
-        {4, QString(), std::nullopt},
-    };
-    for (const auto& prompt : prompts) {
-        const auto shown = DisplayRules::PromptOf(prompt.nCode);
-        EXPECT_EQ(shown.strText, prompt.strText) << prompt.nCode;
-        EXPECT_EQ(shown.bButton, prompt.bButton) << prompt.nCode;
     }
 }
 

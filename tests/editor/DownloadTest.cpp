@@ -1,11 +1,7 @@
 #include "editor/Download.h"
 
 #include "tests/support/StrangeServer.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 

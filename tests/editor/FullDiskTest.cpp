@@ -6,13 +6,7 @@
 #include "tests/support/SmallDisk.h"
 #include "tests/support/StrangeServer.h"
 
-#include <QDir>
-
-#include <gtest/gtest.h>
-
 #include <iostream>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -80,7 +74,7 @@ private:
         QString strAsTyped = strPage;
         const QStringList files = QDir(ResFolder()).entryList(QDir::Files);
         for (const QString& strFile : files) {
-            EXPECT_TRUE(strPage.contains(u"res/"_s + strFile)) << "litter: " << strFile.toStdString();
+            EXPECT_TRUE(strPage.contains(u"res/"_s + strFile)) << "litter: " << strFile;
             QFile file(ResFolder() + u'/' + strFile);
             const bool bFirst = strPage.indexOf(strFile) < strPage.lastIndexOf(u"<img"_s);
             EXPECT_TRUE(file.open(QIODevice::ReadOnly) && file.readAll() == (bFirst ? m_picture : m_fetched));
@@ -91,8 +85,7 @@ private:
         EXPECT_EQ(result, outcome.bNewPage ? ESaveResult::Saved : ESaveResult::NotWritten);
         // The text on the screen is what was written, or what was typed.
         EXPECT_EQ(m_page.strHtml, outcome.bNewPage ? strPage : strTyped);
-        EXPECT_EQ(said.isEmpty(), outcome.bNewPage && outcome.nLocalised == 2)
-            << said.join(u'\n').toStdString();
+        EXPECT_EQ(said.isEmpty(), outcome.bNewPage && outcome.nLocalised == 2) << said.join(u'\n');
         const QStringList beside = QFileInfo(ResFolder()).dir().entryList(QDir::Files);
         EXPECT_EQ(beside, QStringList{u"Content.htm"_s});
         return outcome;

@@ -3,14 +3,11 @@
 #include "editor/PageKeeper.h"
 #include "tests/content/CourseOnDisk.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QThread>
 
 #include <csignal>
 
-using namespace Qt::StringLiterals;
 using BoxAnswer = CScriptedPeople::BoxAnswer;
 
 namespace {
@@ -71,7 +68,7 @@ TEST_F(KeptPagesTest, ATextIsKeptWhileItIsAnotherThanThePages) {
             QMetaObject::invokeMethod(
                 qApp, [=] { answer(live); }, Qt::QueuedConnection);
         },
-        [](const QString& strFailure) { ADD_FAILURE() << strFailure.toStdString(); });
+        [](const QString& strFailure) { ADD_FAILURE() << strFailure; });
     keeper.SetDelay(1);
     const auto kept = [&] { return KeptPages::Read(Paths()); };
     const auto change = [&](const QString& strTo) {
@@ -80,18 +77,18 @@ TEST_F(KeptPagesTest, ATextIsKeptWhileItIsAnotherThanThePages) {
     };
     keeper.Open(About(*pNode, live.strHtml));
     keeper.Touch();
-    EXPECT_TRUE(WaitFor([&] { return nAsked == 1; }));
+    EXPECT_SOON(nAsked == 1);
     change(u"第一 <b>句</b> 😀 -->"_s);
-    EXPECT_TRUE(WaitFor([&] { return kept().size() == 1; }));
+    EXPECT_SOON(kept().size() == 1);
     EXPECT_EQ(kept().first().strHtml, live.strHtml);
     EXPECT_EQ(kept().first().strTitle, u"一"_s);
     change(u"as loaded"_s);
-    EXPECT_TRUE(WaitFor([&] { return kept().isEmpty(); })) << "all was undone";
+    EXPECT_SOON(kept().isEmpty()) << "all was undone";
     live.bInSource = true;
     change(u"<p clas"_s);
-    EXPECT_TRUE(WaitFor([&] { return kept().size() == 1 && kept().first().bInSource; }));
+    EXPECT_SOON(kept().size() == 1 && kept().first().bInSource);
     keeper.Saved(live.strHtml, "hash");
-    EXPECT_TRUE(WaitFor([&] { return kept().isEmpty(); }));
+    EXPECT_SOON(kept().isEmpty());
     // The newest text is the one that was known last, asked for or not.
     keeper.Know({u"gone without a decision"_s, false});
     keeper.Close();
@@ -117,7 +114,7 @@ TEST_F(KeptPagesTest, WhatCannotBeKeptIsToldOnceAndTriedAgain) {
     for (int n = 0; n < 3; ++n) {
         live.strHtml = QString::number(n);
         keeper.Touch();
-        EXPECT_TRUE(WaitFor([&] { return !failures.isEmpty(); }));
+        EXPECT_SOON(!failures.isEmpty());
     }
     QFile::remove(m_world.Folder.Native(CCourseWorld::InCourse(u"Data\\Unsaved"_s)));
     EXPECT_TRUE(WaitFor([&] {
@@ -167,8 +164,7 @@ TEST_F(KeptPagesTest, TheTextOfANodeThatIsGoneIsPutBesideTheCourse) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString strText = QString::fromUtf8(file.readAll());
     // Its pictures come along.
-    EXPECT_TRUE(strText.endsWith(u"<p><img src=\"%E7%94%B2_%E4%B9%99.files/a.gif\">全部</p>"_s))
-        << strText.toStdString();
+    EXPECT_TRUE(strText.endsWith(u"<p><img src=\"%E7%94%B2_%E4%B9%99.files/a.gif\">全部</p>"_s)) << strText;
     EXPECT_TRUE(QFile::exists(QString(strPlace).replace(u".htm"_s, u".files/a.gif"_s)));
     EXPECT_FALSE(QDir(strNative).exists());
 }
@@ -240,7 +236,7 @@ TEST_F(KeptPagesTest, WhenTheProgramIsKilledAWholeTextStands) {
         victim.setProcessEnvironment(environment);
         victim.start(QCoreApplication::applicationFilePath(),
                      {u"--gtest_also_run_disabled_tests"_s, u"--gtest_filter=KeptPagesVictim.*"_s});
-        ASSERT_TRUE(WaitFor([&] { return !KeptPages::Read(Paths()).isEmpty(); }));
+        ASSERT_SOON(!KeptPages::Read(Paths()).isEmpty());
         QThread::msleep(static_cast<unsigned long>(10 + nTry * 7));
         ::kill(static_cast<pid_t>(victim.processId()), SIGKILL);
         ASSERT_TRUE(victim.waitForFinished());

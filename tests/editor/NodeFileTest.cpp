@@ -4,11 +4,7 @@
 #include "platform/base/FileCalls.h"
 #include "tests/content/CourseOnDisk.h"
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -76,9 +72,7 @@ TEST_F(NodeFileTest, ACopyIsSavedOrTheReasonTold) {
 // The document must be there until the page is, whatever goes wrong, and nothing may stay in the folder that
 // all courses share.
 TEST_F(NodeFileTest, ADocumentBecomesAPageAsAWholeOrNotAtAll) {
-    QFile sample(QStringLiteral(VOREL_DELIVERED_DATA "/OfficeTemplate/Template.doc"));
-    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
-    const QByteArray document = sample.readAll();
+    const QByteArray document = ReadTestFile(VOREL_DELIVERED_DATA "/OfficeTemplate/Template.doc");
     const auto pNode = MakeNode(u"1.doc"_s, document);
     const auto isThere = [] { return true; };
 

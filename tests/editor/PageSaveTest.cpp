@@ -4,19 +4,11 @@
 #include "foundation/TextFile.h"
 #include "tests/editor/FakePage.h"
 #include "tests/support/ScriptedPeople.h"
-#include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
 #include <QThread>
 
 #include <atomic>
-#include <functional>
 #include <limits>
-#include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,15 +1,9 @@
 #include "editor/Replacements.h"
-
-#include "tests/support/Printing.h"
-
-#include <gtest/gtest.h>
-
-#include <QStringList>
+#include "tests/support/Testing.h"
 
 #include <random>
 
 using namespace ResourceText;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -47,9 +41,8 @@ void ExpectTheRule(CRandomTexts& random, const QStringList& from, const QStringL
     QString strChanges;
     for (const Replacement& r : std::as_const(replacements))
         strChanges += r.strFrom + u" -> " + r.strTo + u'\n';
-    ASSERT_EQ(ApplyReplacements(strText, replacements), OneByOne(strText, replacements))
-        << strText.toStdString() << '\n'
-        << strChanges.toStdString();
+    ASSERT_EQ(ApplyReplacements(strText, replacements), OneByOne(strText, replacements)) << strText << '\n'
+                                                                                         << strChanges;
 }
 
 TEST(Replacements, EqualTheRuleHoweverTheyTouchEachOther) {

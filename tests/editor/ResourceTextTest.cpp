@@ -1,15 +1,9 @@
 #include "editor/ResourceText.h"
 
 #include "foundation/Paths.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-#include <QRegularExpression>
+#include "tests/support/Testing.h"
 
 using namespace ResourceText;
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -49,11 +43,11 @@ TEST_F(ResourceTextTest, PlansOutsideResourcesUnderANewName) {
     EXPECT_FALSE(copy.bRemote);
     EXPECT_EQ(copy.strSource, QString(strPath).toLower());
     EXPECT_EQ(copy.strOpenPath, strPath);
-    EXPECT_TRUE(Matches(copy.strName, "\\d{12}\\[\\d{1,5}\\]\\.gif")) << copy.strName.toStdString();
+    EXPECT_TRUE(Matches(copy.strName, "\\d{12}\\[\\d{1,5}\\]\\.gif")) << copy.strName;
     EXPECT_EQ(copy.strUrl, u"res/"_s + copy.strName);
     EXPECT_EQ(copy.strDest, m_folders.strResFolder + u'\\' + copy.strName);
     ASSERT_TRUE(PlanResource(Reference(strPath), m_folders, nullptr, copy));
-    EXPECT_TRUE(Matches(copy.strName, "\\d{12}\\.gif")) << copy.strName.toStdString();
+    EXPECT_TRUE(Matches(copy.strName, "\\d{12}\\.gif")) << copy.strName;
 }
 
 TEST_F(ResourceTextTest, OpensTheSpellingThatThePageNames) {
@@ -82,7 +76,7 @@ TEST_F(ResourceTextTest, NamesThatLookLikeUrlsNameTheFileThatShows) {
         const QString strOutside = Reference(m_temp.Path(u"图片\\"_s)) + row.strInUrl;
         ASSERT_TRUE(PlanResource(strOutside, m_folders, &names, copy));
         EXPECT_EQ(copy.strOpenPath, m_temp.Path(u"图片\\"_s) + row.strName);
-        EXPECT_TRUE(Matches(copy.strUrl, "res/\\d{12}\\[\\d{1,5}\\]\\.pn?g?")) << copy.strUrl.toStdString();
+        EXPECT_TRUE(Matches(copy.strUrl, "res/\\d{12}\\[\\d{1,5}\\]\\.pn?g?")) << copy.strUrl;
         ASSERT_TRUE(PlanResource(PageReference(u"N13\\res\\"_s) + row.strInUrl, m_folders, &names, copy));
         EXPECT_EQ(copy.strUrl, row.strUrlInRes);
     }

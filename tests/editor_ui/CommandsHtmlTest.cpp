@@ -5,23 +5,14 @@
 #include "platform/ui/SurfaceUrls.h"
 
 #include <QColorDialog>
-#include <QComboBox>
 #include <QEventLoop>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QLineEdit>
 #include <QProcess>
-#include <QPushButton>
-#include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTimer>
-#include <QTreeView>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <QWebEngineView>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,58 +22,8 @@ struct SRow {
     QString strAnswer, strBefore, strAfter;
 };
 
-/// Reads the selection's marks out of the page, or writes them into a copy of it.
-const QString c_strMarks = uR"((function (read) {
-  const s = getSelection();
-  if (read) {
-    const texts = [], walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
-    while (walker.nextNode())
-      texts.push(walker.currentNode);
-    const places = {};
-    for (const text of texts) {
-      for (const mark of '[]|') {
-        const at = text.data.indexOf(mark);
-        if (at < 0)
-          continue;
-        text.deleteData(at, 1);
-        places[mark] = [text, at];
-      }
-    }
-    for (const [mark, [text, at]] of Object.entries(places)) {
-      if (text.data === '') {
-        places[mark] = [text.parentNode, Array.from(text.parentNode.childNodes).indexOf(text)];
-        text.remove();
-      }
-    }
-    const start = places['['] || places['|'], end = places[']'] || places['|'];
-    if (start)
-      s.setBaseAndExtent(...start, ...end);
-    else
-      s.removeAllRanges();
-    return '';
-  }
-  const copy = document.body.cloneNode(true);
-  const put = (node, offset, mark) => {
-    const way = [];
-    for (; node !== document.body; node = node.parentNode)
-      way.unshift(Array.from(node.parentNode.childNodes).indexOf(node));
-    const place = way.reduce((n, index) => n.childNodes[index], copy);
-    if (place.nodeType === Node.TEXT_NODE)
-      place.insertData(offset, mark);
-    else
-      place.insertBefore(document.createTextNode(mark), place.childNodes[offset] || null);
-  };
-  if (s.rangeCount === 0)
-    return copy.innerHTML;
-  const range = s.getRangeAt(0);
-  if (range.collapsed) {
-    put(range.startContainer, range.startOffset, '|');
-  } else {
-    put(range.endContainer, range.endOffset, ']');
-    put(range.startContainer, range.startOffset, '[');
-  }
-  return copy.innerHTML;
-}))"_s;
+/// A function: reads the selection's marks out of the page, or writes them into a copy of it.
+const QString c_strMarks = QString::fromUtf8(ReadTestFile(VOREL_EDITOR_TESTS "/marks.js")).trimmed();
 
 class CommandsHtmlTest : public CEditorFixture {
 protected:
@@ -121,7 +62,7 @@ protected:
                     strJson + u')') == strHtml;
     }
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return HasFocus(); }));
+        ASSERT_SOON(HasFocus());
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     }
 
@@ -162,7 +103,7 @@ protected:
             input << u"sleep"_s << u"0.1"_s << u"keyup"_s << u"ctrl"_s;
         QProcess hand;
         hand.start(u"xdotool"_s, input);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return hand.state() == QProcess::NotRunning; }, 10000));
+        EXPECT_SOON(hand.state() == QProcess::NotRunning);
     }
 
     /// What the person chooses and types in the dialog of a command.
@@ -232,10 +173,10 @@ protected:
 
 std::vector<SRow> ReadRows() {
     std::vector<SRow> rows;
-    QFile file(QStringLiteral(VOREL_COMMANDS_HTML));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    for (int nLine = 1; !file.atEnd(); ++nLine) {
-        const QString strLine = QString::fromUtf8(file.readLine()).chopped(1);
+    int nLine = 0;
+    for (const QString& strLine :
+         QString::fromUtf8(ReadTestFile(VOREL_EDITOR_TESTS "/commands_html.tsv")).split(u'\n')) {
+        ++nLine;
         const QStringList parts = strLine.split(u'\t');
         if (!strLine.isEmpty() && !strLine.startsWith(u'#') && parts.size() == 4)
             rows.push_back(
@@ -246,7 +187,7 @@ std::vector<SRow> ReadRows() {
 
 TEST_F(CommandsHtmlTest, EachLeavesWhatStandsInTheTableAndCanBeUndone) {
     Open("<p>x</p>");
-    m_world.Folder.Write(u"a.doc"_s, "x");
+    m_world.Folder.Write(u"讲义 A.DOC"_s, "x");
     const QRegularExpression marks(u"[][|]"_s);
     ASSERT_GT(ReadRows().size(), 60U);
     for (const SRow& row : ReadRows()) {
@@ -256,11 +197,11 @@ TEST_F(CommandsHtmlTest, EachLeavesWhatStandsInTheTableAndCanBeUndone) {
         EXPECT_EQ(strBefore, row.strBefore);
         Run(row);
         // What is pasted is read and cleaned from the event loop.
-        EXPECT_TRUE(QTest::qWaitFor([&] { return row.nCommand != 32796 || Marked() == row.strAfter; }));
+        EXPECT_SOON(row.nCommand != 32796 || Marked() == row.strAfter);
         const QString strAfter = Marked();
         EXPECT_EQ(strAfter, row.strAfter);
         const QString strHtml = Html();
-        EXPECT_TRUE(IsStable(strHtml)) << strHtml.toStdString();
+        EXPECT_TRUE(IsStable(strHtml)) << strHtml;
         m_view.RunCommand(32821);
         if (strHtml == QString(strBefore).remove(marks)) {
             EXPECT_EQ(Marked(), strAfter) << "nothing to undo";
@@ -270,9 +211,9 @@ TEST_F(CommandsHtmlTest, EachLeavesWhatStandsInTheTableAndCanBeUndone) {
         m_view.RunCommand(32822);
         EXPECT_EQ(Marked(), strAfter) << "redone";
         Press(Qt::Key_Z, Qt::ControlModifier);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Marked() == strBefore; })) << "undone by key";
+        EXPECT_SOON(Marked() == strBefore) << "undone by key";
         Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Marked() == strAfter; })) << "redone by key";
+        EXPECT_SOON(Marked() == strAfter) << "redone by key";
     }
 }
 
@@ -332,13 +273,12 @@ TEST_F(CommandsHtmlTest, AllThatWasDoneToAPageIsUndoneInItsOrderAndRedone) {
     QStringList states{Html()};
     for (const auto& [szWhat, run] : steps) {
         run();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() != states.last(); })) << szWhat;
+        EXPECT_SOON(Html() != states.last()) << szWhat;
         states.append(Html());
     }
     const auto expect = [&](qsizetype nState, Qt::KeyboardModifiers modifiers, const char* szWhat) {
         Press(Qt::Key_Z, modifiers);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == states[nState]; }))
-            << szWhat << ": " << Html().toStdString() << "\nand not " << states[nState].toStdString();
+        EXPECT_SOON(Html() == states[nState]) << szWhat << ": " << Html() << "\nand not " << states[nState];
     };
     for (qsizetype i = states.size() - 1; i > 0; --i)
         expect(i - 1, Qt::ControlModifier, steps[i - 1].first);
@@ -378,7 +318,7 @@ TEST_F(CommandsHtmlTest, WhatIsTypedBehindALinkIsNoLink) {
         Put(u"<p>a[b]</p>"_s);
         Run({0, nCommand, strAnswer, {}, {}});
         Type(u"后"_s);
-        EXPECT_TRUE(Html().endsWith(u"</a>后</p>"_s)) << Html().toStdString();
+        EXPECT_TRUE(Html().endsWith(u"</a>后</p>"_s)) << Html();
     }
 }
 
@@ -392,13 +332,11 @@ TEST_F(CommandsHtmlTest, WhatIsTypedBehindAButtonIsNotItsLabel) {
     Look(u"getSelection().collapse(document.querySelector('button').firstChild, 0)"_s);
     Press(Qt::Key_End, Qt::NoModifier);
     Press(Qt::Key_Z, Qt::NoModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == u"<p><button>a</button>z</p>"_s; }))
-        << Html().toStdString();
+    EXPECT_SOON(Html() == u"<p><button>a</button>z</p>"_s) << Html();
     Put(u"<p><button>[a]</button></p>"_s);
     Press(Qt::Key_B, Qt::NoModifier);
     Press(Qt::Key_C, Qt::NoModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == u"<p><button>bc</button></p>"_s; }))
-        << Html().toStdString();
+    EXPECT_SOON(Html() == u"<p><button>bc</button></p>"_s) << Html();
 }
 
 TEST_F(CommandsHtmlTest, WhatIsTypedBehindATableIsAParagraph) {
@@ -408,7 +346,7 @@ TEST_F(CommandsHtmlTest, WhatIsTypedBehindATableIsAParagraph) {
     Type(u"表后"_s);
     // The caret and the end of the composing come behind the text.
     const auto endsWith = [this](const QString& strEnd) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Marked().endsWith(strEnd); })) << Marked().toStdString();
+        EXPECT_SOON(Marked().endsWith(strEnd)) << Marked();
     };
     endsWith(u"</table><p>表后|</p>"_s);
     Press(Qt::Key_Z, Qt::ControlModifier);
@@ -469,7 +407,7 @@ TEST_F(CommandsHtmlTest, WhatIsDraggedInThePageKeepsItsMarkupAndIsOneStep) {
         Put(row.strBefore);
         const QString strHtml = Html();
         Drag(PlaceOf(row.strTaken, true), PlaceOf(row.strTo, false), row.bCopy);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Marked() == row.strAfter; })) << Marked().toStdString();
+        EXPECT_SOON(Marked() == row.strAfter) << Marked();
         m_view.RunCommand(32821);
         EXPECT_EQ(Html(), strHtml);
         EXPECT_FALSE(Surface("design").ExecuteIHTMLDocumentCmd(u"Undo"_s, false, {})) << "two steps";
@@ -489,9 +427,9 @@ TEST_F(CommandsHtmlTest, WhatIsTypedIntoAFieldIsSavedAndUndone) {
         // As a click into it does.
         Look(u"document.querySelector('textarea, input').focus()"_s);
         Press(Qt::Key_A, Qt::NoModifier);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strFilled; })) << Html().toStdString();
+        EXPECT_SOON(Html() == strFilled) << Html();
         Press(Qt::Key_Z, Qt::ControlModifier);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strEmpty; })) << Html().toStdString();
+        EXPECT_SOON(Html() == strEmpty) << Html();
         EXPECT_EQ(Look(u"document.querySelector('textarea, input').value"_s), QString());
     }
 }

@@ -10,23 +10,12 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QHelpEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QToolTip>
-#include <QTreeView>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 class DisplayViewsTest : public ::testing::Test {
 protected:
-    template <class T>
-    T& Child(QWidget& view, const QString& strName) {
-        return *view.findChild<T*>(strName);
-    }
-
     CViewWorld m_world;
 };
 
@@ -39,8 +28,8 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     pView->m_pNode = pParent.get();
     ShowOnScreen(*pView);
     pView->ShowNode();
-    EXPECT_EQ(Child<QLabel>(*pView, u"nodeTitle"_s).text(), u"第一章 <b>"_s);
-    auto& list = Child<QTreeView>(*pView, u"childrenList"_s);
+    EXPECT_EQ(The<QLabel>(*pView, u"nodeTitle"_s).text(), u"第一章 <b>"_s);
+    auto& list = The<QTreeView>(*pView, u"childrenList"_s);
     const QAbstractItemModel& lines = *list.model();
     ASSERT_EQ(lines.rowCount(), 2);
     EXPECT_EQ(lines.index(0, 1).data().toString(), u"<空栏目>"_s);
@@ -48,7 +37,7 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     EXPECT_FALSE(lines.index(0, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
     const QPoint at = list.visualRect(lines.index(1, 0)).center();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);
-    EXPECT_EQ(Child<QLabel>(*pView, u"selectedTitle"_s).text(), u"夹"_s);
+    EXPECT_EQ(The<QLabel>(*pView, u"selectedTitle"_s).text(), u"夹"_s);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
     EXPECT_EQ(m_world.Host.Selected, QList<qint32>{pFolder->GetId()});
     QTest::keyClick(&list, Qt::Key_Return);
@@ -75,7 +64,7 @@ TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
     pView->m_pNode = pNode.get();
     ShowOnScreen(*pView);
     pView->ShowNode();
-    auto& browser = Child<CWebBrowser2Ex>(*pView, u"content"_s);
+    auto& browser = The<CWebBrowser2Ex>(*pView, u"content"_s);
     QString strHtml;
     ASSERT_TRUE(browser.GetBrowserBodyInnerHTML(strHtml));
     EXPECT_EQ(strHtml, u"<p>shown</p>"_s);
@@ -131,7 +120,7 @@ TEST_F(DisplayViewsTest, ALinkOfANodeShowsItsPlaceInThePage) {
     ShowOnScreen(*pView);
     pView->ShowNode();
     QString strUrl;
-    Child<CWebBrowser2Ex>(*pView, u"content"_s).GetURL(strUrl);
+    The<CWebBrowser2Ex>(*pView, u"content"_s).GetURL(strUrl);
     EXPECT_EQ(strUrl, Torvane::File::PathToDocumentUrl(pPage->GetContentPath()) + u"#b"_s);
 }
 
@@ -149,11 +138,11 @@ TEST_F(DisplayViewsTest, AnAddressForAnotherProgramIsNamedAndOffered) {
         CBookNode link(*m_world.pCourse, m_world.Store().GetNode(nId));
         pView->m_pNode = &link;
         pView->ShowNode();
-        auto& bar = Child<QPushButton>(*pView, u"openOutside"_s);
+        auto& bar = The<QPushButton>(*pView, u"openOutside"_s);
         EXPECT_EQ(bar.text(), u"用其他程序打开："_s + strUrl);
         QTest::qWait(600);
         QTest::mouseClick(&bar, Qt::LeftButton);
-        EXPECT_EQ(opened.Urls.size(), 1) << strUrl.toStdString();
+        EXPECT_EQ(opened.Urls.size(), 1) << strUrl;
         EXPECT_TRUE(bar.isVisible());
         opened.Urls.clear();
         QDesktopServices::unsetUrlHandler(strScheme);
@@ -175,7 +164,7 @@ TEST_F(DisplayViewsTest, ContentWithAWindowOfItsOwnOpensThere) {
         ASSERT_NE(pWindow, nullptr);
         EXPECT_EQ(pWindow->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen), states);
         QString strHtml;
-        EXPECT_TRUE(Child<CWebBrowser2Ex>(*pWindow, u"content"_s).GetBrowserBodyInnerHTML(strHtml));
+        EXPECT_TRUE(The<CWebBrowser2Ex>(*pWindow, u"content"_s).GetBrowserBodyInnerHTML(strHtml));
         EXPECT_EQ(strHtml, u"<p>away</p>"_s);
     }
 }
@@ -227,34 +216,34 @@ TEST_F(FileViewTest, AFileForAnotherProgramOffersWhatCanBeDone) {
     };
     show(*pFile);
     ShowOnScreen(*pView);
-    EXPECT_EQ(Child<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
-    auto& toHtml = Child<QPushButton>(*pView, u"toHtml"_s);
+    EXPECT_EQ(The<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
+    auto& toHtml = The<QPushButton>(*pView, u"toHtml"_s);
     EXPECT_TRUE(toHtml.isVisible());
-    QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
+    QTest::mouseClick(&The<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
     EXPECT_EQ(m_world.Host.Last(),
               (CRecordingHost::Shown{EViewKind::ShowContent, pFile->GetId(), ContentCode::c_nDownload}));
-    auto& edit = Child<QPushButton>(*pView, u"edit"_s);
+    auto& edit = The<QPushButton>(*pView, u"edit"_s);
     QTest::mouseClick(&edit, Qt::LeftButton);
     EXPECT_EQ(m_world.Host.Last(),
               (CRecordingHost::Shown{EViewKind::Prompt, pFile->GetId(), PromptCode::c_nExternalEditor}));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.Folder.Read(u"edited"_s) == "content"; }));
+    EXPECT_SOON(m_world.Folder.Read(u"edited"_s) == "content");
 
     show(*pVideo);
-    EXPECT_EQ(Child<QLabel>(*pView, u"fileKind"_s).text(), u"视频"_s);
-    EXPECT_EQ(Child<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
+    EXPECT_EQ(The<QLabel>(*pView, u"fileKind"_s).text(), u"视频"_s);
+    EXPECT_EQ(The<QLabel>(*pView, u"fileName"_s).text(), u"报告 & 附录.doc"_s);
     EXPECT_FALSE(toHtml.isVisible());
     // What stands in the way is said, and the card comes back.
     const CRecordingHost::Shown card{EViewKind::ToolButtons, pVideo->GetId(), 0};
     videos.bHasTools = false;
     m_world.People.Expect(u"系统检测到您的计算机没有安装Windows Media Player 9, 无法预览视频。"_s);
-    QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
+    QTest::mouseClick(&The<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
     m_world.People.Expect(u"系统检测到您的计算机没有安装Windows Media Encoder 9, 无法启动视频制作工具。\n "
                           "请您安装后再次运行。"_s);
     // The letter is the menu's, too; in the view it is the button's.
-    QTest::keyClick(&Child<QWidget>(*pView, u"fileComment"_s), Qt::Key_E, Qt::AltModifier);
+    QTest::keyClick(&The<QWidget>(*pView, u"fileComment"_s), Qt::Key_E, Qt::AltModifier);
     EXPECT_EQ(m_world.Host.Last(), card);
     videos.bHasTools = true;
-    QTest::mouseClick(&Child<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
+    QTest::mouseClick(&The<QPushButton>(*pView, u"download"_s), Qt::LeftButton);
     EXPECT_EQ(m_world.Host.Last(), (CRecordingHost::Shown{EViewKind::VideoPreview, pVideo->GetId(), 0}));
     QTest::mouseClick(&edit, Qt::LeftButton);
     EXPECT_EQ(m_world.Host.Last(), card);
@@ -295,7 +284,7 @@ TEST_F(FileViewTest, ADownloadSavesAndGoesBack) {
         pField->setText(m_world.Folder.Native(u"课.mp4"_s));
         QTest::keyClick(pField, Qt::Key_Return);
     });
-    QTest::mouseClick(&Child<QPushButton>(*pView, u"mediaSave"_s), Qt::LeftButton);
+    QTest::mouseClick(&The<QPushButton>(*pView, u"mediaSave"_s), Qt::LeftButton);
     EXPECT_EQ(m_world.Folder.Read(u"课.mp4"_s), "content");
 }
 

@@ -6,8 +6,6 @@
 #include "platform/ui/WebBrowser.h"
 #include "tests/editor_ui/ViewHarness.h"
 
-#include <QAction>
-#include <QPlainTextEdit>
 #include <QTabBar>
 
 enum { c_nDesign, c_nSource, c_nPreview };
@@ -16,7 +14,7 @@ enum { c_nDesign, c_nSource, c_nPreview };
 class CEditorFixture : public ::testing::Test {
 protected:
     void Open(const QByteArray& html) {
-        m_pNode = m_world.MakePage(QStringLiteral("页 %1").arg(++m_nPages), html);
+        m_pNode = m_world.MakePage(u"页 %1"_s.arg(++m_nPages), html);
         OpenAgain();
     }
     void OpenAgain() {
@@ -28,33 +26,33 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_view));
     }
     QString OnDisk() const { return CodePage::Decode(m_world.Folder.Read(PageFile())); }
-    QString PageFile(const QString& strBelow = QStringLiteral("Content.htm")) const {
+    QString PageFile(const QString& strBelow = u"Content.htm"_s) const {
         return m_world.NodePath(m_pNode->GetId(), strBelow);
     }
     CWebBrowser2Ex& Surface(const char* szName) {
         return *m_view.findChild<CWebBrowser2Ex*>(QLatin1StringView(szName));
     }
     QString Html(const char* szName = "design") {
-        QString strHtml = QStringLiteral("<no answer>");
+        QString strHtml = u"<no answer>"_s;
         EXPECT_TRUE(Surface(szName).GetBrowserBodyInnerHTML(strHtml));
         return strHtml;
     }
-    QPlainTextEdit& Source() { return *m_view.findChild<QPlainTextEdit*>(QStringLiteral("source")); }
-    void Tab(int nTab) { m_view.findChild<QTabBar*>(QStringLiteral("editorTabs"))->setCurrentIndex(nTab); }
-    QAction& Action(int nId) { return *m_view.findChild<QAction*>(QStringLiteral("command_%1").arg(nId)); }
+    QPlainTextEdit& Source() { return *m_view.findChild<QPlainTextEdit*>(u"source"_s); }
+    void Tab(int nTab) { m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(nTab); }
+    QAction& Action(int nId) { return *m_view.findChild<QAction*>(u"command_%1"_s.arg(nId)); }
 
     bool HasFocus() { return Surface("design").isAncestorOf(QApplication::focusWidget()); }
 
     /// As an input method types.
     void Type(const QString& strText) {
         Surface("design").setFocus();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return HasFocus(); }));
-        QInputMethodEvent composing(QStringLiteral("pin yin"), {});
+        ASSERT_SOON(HasFocus());
+        QInputMethodEvent composing(u"pin yin"_s, {});
         QCoreApplication::sendEvent(QApplication::focusObject(), &composing);
         QInputMethodEvent event;
         event.setCommitString(strText);
         QCoreApplication::sendEvent(QApplication::focusObject(), &event);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return Html().contains(strText); })) << Html().toStdString();
+        ASSERT_SOON(Html().contains(strText)) << Html();
     }
 
     CViewWorld m_world;

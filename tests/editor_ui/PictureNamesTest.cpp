@@ -6,13 +6,8 @@
 #include "tests/editor_ui/ViewHarness.h"
 
 #include <QBuffer>
-#include <QImage>
 
 #include <gmock/gmock.h>
-
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -93,8 +88,8 @@ TEST_F(PictureNamesTest, ShowInThePageBeforeTheSaveAndAfterIt) {
 
     ASSERT_TRUE(m_view.RunCommand(32825));
     const QByteArray saved = OnDisk();
-    EXPECT_EQ(saved.count("src=\"res/"), c_names.size()) << saved.toStdString();
-    EXPECT_FALSE(saved.contains("file:")) << saved.toStdString();
+    EXPECT_EQ(saved.count("src=\"res/"), c_names.size()) << saved;
+    EXPECT_FALSE(saved.contains("file:")) << saved;
     const QStringList resources = Resources();
     EXPECT_EQ(resources.size(), c_names.size());
     EXPECT_TRUE(AllShown());

@@ -3,10 +3,7 @@
 #include "content/ui/BookShowView.h"
 #include "tests/content/CourseOnDisk.h"
 #include "tests/content_ui/RecordingHost.h"
-
-#include <QApplication>
-#include <QInputMethodEvent>
-#include <QtTest/QTest>
+#include "tests/support/WindowHelp.h"
 
 /// A course on disk, and a frame that takes notes.
 class CViewWorld : public CCourseOnDisk {
@@ -17,7 +14,7 @@ public:
     std::unique_ptr<CBookNode> MakePage(const QString& strTitle, const QByteArray& html) {
         auto pNode = CBookNode::Root(*pCourse)->AddChild(strTitle);
         pNode->CreateEditorPage(0);
-        Folder.Write(NodePath(pNode->GetId(), QStringLiteral("Content.htm")), html);
+        Folder.Write(NodePath(pNode->GetId(), u"Content.htm"_s), html);
         return pNode;
     }
 };

@@ -1,13 +1,7 @@
 #include "foundation/Ciphers.h"
 #include "foundation/CodePage.h"
 #include "foundation/Token.h"
-#include "tests/support/Printing.h"
-
-#include <QByteArrayList>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -95,7 +89,7 @@ TEST(Token, WhatIsNoTokenIsRefused) {
     for (const QByteArray& bad :
          QByteArrayList{"", ".", c.token + '.', c.token.toLower(), "ZZZZZZZ", "12345678", c.token + ".1",
                         QByteArray("1.").repeated(100000)})
-        EXPECT_FALSE(OpenToken(bad, c.one, c.two).has_value()) << bad.left(40).toStdString();
+        EXPECT_FALSE(OpenToken(bad, c.one, c.two).has_value()) << bad.left(40);
     // Keys that make none: no hang, no crash.
     EXPECT_EQ(SignToken(c.digest, 1, 2, "same", "same"), "");
     SignToken("xyz", 1, 2, "", "");

@@ -1,11 +1,7 @@
 #include "foundation/CodePage.h"
-#include "tests/support/Printing.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <iconv.h>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -65,7 +61,7 @@ TEST(CodePage, CutsOnACharacterBoundary) {
     } cases[] = {{u"abc"_s, 2, u"ab"_s}, {u"课程"_s, 3, u"课"_s}, {u"课程"_s, 4, u"课程"_s},
                  {u"😀x"_s, 3, u""_s},    {u"😀x"_s, 4, u"😀"_s},    {u"课"_s, 0, u""_s}};
     for (const auto& c : cases)
-        EXPECT_EQ(CodePage::Cut(c.strText, c.nBytes), c.strCut) << c.strText.toStdString();
+        EXPECT_EQ(CodePage::Cut(c.strText, c.nBytes), c.strCut) << c.strText;
 }
 
 } // namespace

@@ -1,20 +1,12 @@
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
-#include "tests/support/TempFolder.h"
-
-#include <QDir>
-#include <QElapsedTimer>
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <fcntl.h>
-#include <functional>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
 using namespace Torvane::File;
 
 namespace {

@@ -1,13 +1,9 @@
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <sys/stat.h>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
 using namespace Torvane::File;
 
 namespace {
@@ -165,7 +161,7 @@ TEST_F(FolderTrees, NamesThatAreNoTextAreNeverTouched) {
 TEST_F(FolderTrees, NobodyDeletesADrive) {
     for (const QString& str :
          {QString(), u"\\"_s, u"Z:"_s, u"Z:\\"_s, u"C:\\"_s, u"/"_s, Path(u"."_s), Path(u".."_s)})
-        EXPECT_FALSE(TryDeleteFolder(str) || TryClearFolder(str)) << str.toStdString();
+        EXPECT_FALSE(TryDeleteFolder(str) || TryClearFolder(str)) << str;
     EXPECT_TRUE(TryCopyFolder(QString(), Path(u"t"_s)));
     EXPECT_TRUE(IsFolderEmpty(Path(u"t"_s)));
 }

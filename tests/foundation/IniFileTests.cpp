@@ -1,10 +1,6 @@
 #include "foundation/Exceptions.h"
 #include "foundation/IniFile.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -39,7 +35,7 @@ TEST_F(IniFile, FindsAValueAsIniReadersDo) {
         {u"open"_s, u"k"_s, u"open"_s},    {u"last"_s, u"END"_s, u"1"_s},    {u"none"_s, u"k"_s, u"<none>"_s},
         {u"last"_s, u"乤"_s, u"lower"_s}};
     for (const auto& c : cases)
-        EXPECT_EQ(Read(c.strSection, c.strKey), c.strValue) << c.strKey.toStdString();
+        EXPECT_EQ(Read(c.strSection, c.strKey), c.strValue) << c.strKey;
     EXPECT_EQ(ReadProfileString(u"A"_s, u"k"_s, u"d"_s, m_folder.Path(u"none"_s)), u"d"_s);
 }
 

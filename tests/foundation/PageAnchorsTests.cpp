@@ -1,10 +1,5 @@
 #include "foundation/PageAnchors.h"
-
-#include "tests/support/Printing.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 TEST(PageAnchors, AreFoundWithTheTextThatFollowsThem) {
     const QString strLong = u"长"_s.repeated(59) + u"😀尾"_s;
@@ -41,5 +36,5 @@ TEST(PageAnchors, AFragmentMeansAnAnchorInAnySpelling) {
         {QString(), QString()},
     };
     for (const auto& [strFragment, strMeant] : cases)
-        EXPECT_EQ(names.Meant(strFragment), strMeant) << strFragment.toStdString();
+        EXPECT_EQ(names.Meant(strFragment), strMeant) << strFragment;
 }

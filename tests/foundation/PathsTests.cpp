@@ -1,12 +1,7 @@
 #include "foundation/CodePage.h"
 #include "foundation/Paths.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
-#include <QRegularExpression>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
 using namespace Torvane::File;
 
 namespace {
@@ -45,8 +40,8 @@ TEST(Paths, QueriesSeeWhatIsThere) {
                  {u""_s, EPathKind::Nothing},
                  {u"\\"_s, EPathKind::Nothing, false}};
     for (const auto& c : cases) {
-        EXPECT_EQ(GetPathKind(c.strPath), c.eKind) << c.strPath.toStdString();
-        EXPECT_EQ(IsFolderEmpty(c.strPath), c.bEmpty) << c.strPath.toStdString();
+        EXPECT_EQ(GetPathKind(c.strPath), c.eKind) << c.strPath;
+        EXPECT_EQ(IsFolderEmpty(c.strPath), c.bEmpty) << c.strPath;
     }
     EXPECT_FALSE(IsFile(u"Z:\\dev\\zero"_s)) << "reading it never ends";
 }
@@ -63,7 +58,7 @@ TEST(Paths, WhatLiesBelowAFolder) {
                  {u"Z:\\É"_s, u"Z:\\é\\a"_s, false, u""_s},
                  {u"Z:"_s, u"Z:\\"_s + QString(200, u'课'), true, QString(130, u'课')}};
     for (const auto& c : cases) {
-        EXPECT_EQ(IsPathUnder(c.strBase, c.strPath, u'\\'), c.bUnder) << c.strPath.toStdString();
+        EXPECT_EQ(IsPathUnder(c.strBase, c.strPath, u'\\'), c.bUnder) << c.strPath;
         EXPECT_EQ(RelativeTail(c.strBase, c.strPath, u'\\'), c.strTail);
     }
 }
@@ -87,7 +82,7 @@ TEST(Paths, AUniqueNameKeepsStemAndExtension) {
     for (const auto& [strName, strPattern] : cases) {
         const QString strUnique = MakeUniqueName(strName, folder.Path());
         const QRegularExpression pattern(QRegularExpression::anchoredPattern(strPattern));
-        EXPECT_TRUE(pattern.match(strUnique).hasMatch()) << strUnique.toStdString();
+        EXPECT_TRUE(pattern.match(strUnique).hasMatch()) << strUnique;
         EXPECT_TRUE(strName == strLong || CodePage::ByteLength(folder.Path(strUnique)) <= c_nMaxPathBytes);
     }
 }

@@ -1,9 +1,6 @@
 #include "foundation/Proxy.h"
 #include "tests/support/Environment.h"
-
-#include <QList>
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 using Torvane::Net::ProxyFor;
 

@@ -1,11 +1,7 @@
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "foundation/Exceptions.h"
 #include "foundation/Text.h"
 #include "foundation/TextFile.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -26,7 +22,7 @@ TEST(Text, NumbersAreReadAsFarAsTheyGo) {
                                                 {u"2147483648"_s, 2147483647},
                                                 {u"-99999999999999999999"_s, -2147483647 - 1}};
     for (const auto& [strText, nValue] : cases)
-        EXPECT_EQ(ParseInt(strText), nValue) << strText.toStdString();
+        EXPECT_EQ(ParseInt(strText), nValue) << strText;
 }
 
 TEST(TextFile, LinesAreJoinedByALineFeedAndTheLastOneIsDropped) {

@@ -1,12 +1,7 @@
 #include "foundation/Urls.h"
-
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 using namespace Torvane::File;
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

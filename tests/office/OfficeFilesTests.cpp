@@ -4,20 +4,15 @@
 #include "office/OfficeFiles.h"
 #include "tests/support/Environment.h"
 #include "tests/support/FileSizeLimit.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
-#include <QElapsedTimer>
-#include <QRegularExpression>
 #include <QTcpServer>
-
-#include <gtest/gtest.h>
 
 #include <array>
 #include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
 using namespace Torvane::Office;
 
 namespace {
@@ -61,14 +56,6 @@ protected:
     CEnvironment m_environment{{"TMPDIR", m_folder.Native(u"tmp"_s)}};
 };
 
-TEST_F(OfficeFiles, KnowsThemByTheirEnding) {
-    for (const QString& strName : {u"a.doc"_s, u"课程.DOCX"_s, u"a.b.Xls"_s, u"a.xlsx"_s, u"a.PPT"_s,
-                                   u"a.pptx"_s, u"a.pps"_s, u"a.odt"_s, u"a.ods"_s, u"a.odp"_s, u"a.rtf"_s})
-        EXPECT_TRUE(IsOfficeFile(strName)) << strName.toStdString();
-    for (const QString& strName : {u"doc"_s, u"a.docs"_s, u"a.txt"_s, u"a.htm"_s, u"a.doc.zip"_s, u""_s})
-        EXPECT_FALSE(IsOfficeFile(strName)) << strName.toStdString();
-}
-
 TEST_F(OfficeFiles, EachKindNeedsItsModule) {
     m_folder.WriteProgram(u"lo/program/soffice"_s, "x");
     for (const QString& strFile : {u"lo/share/registry/main.xcd"_s, u"lo/share/registry/writer.xcd"_s})
@@ -103,7 +90,7 @@ TEST_F(OfficeFiles, ADocumentBecomesOnePageWithItsPictures) {
     EXPECT_EQ(Names(u"out"_s), (QStringList{u"讲 义.files"_s, u"讲 义.htm"_s}));
     EXPECT_EQ(Names(u"out/讲 义.files"_s), QStringList{u"image001.png"_s});
     const QString strPage = Text(u"out/讲 义.htm"_s);
-    EXPECT_TRUE(strPage.contains(u"文本"_s) && strPage.contains(u"&lt;x&gt;"_s)) << strPage.toStdString();
+    EXPECT_TRUE(strPage.contains(u"文本"_s) && strPage.contains(u"&lt;x&gt;"_s)) << strPage;
     EXPECT_TRUE(strPage.contains(u"<title>第1章 &quot;绪 论&quot; &amp; 'x' #1%20</title>"_s));
     EXPECT_TRUE(strPage.contains(u"src=\"%E8%AE%B2%20%E4%B9%89.files/image001.png\""_s));
     EXPECT_TRUE(strPage.contains(u"href=\"http://example.org/\""_s));
@@ -132,7 +119,7 @@ TEST_F(OfficeFiles, AWorkbookShowsEachSheetWithItsName) {
     const QString strPage = Text(u"out/a.htm"_s);
     EXPECT_TRUE(
         strPage.contains(u"<li><a href=\"#table0\">成绩</a></li><li><a href=\"#table1\">A&amp;B</a></li>"_s))
-        << strPage.toStdString();
+        << strPage;
     EXPECT_TRUE(strPage.contains(u"<h2 id=\"table1\">A&amp;B</h2>"_s));
     EXPECT_TRUE(strPage.contains(u">A&amp;B 1</td>"_s));
     EXPECT_FALSE(strPage.contains(u"Overview"_s));
@@ -161,28 +148,25 @@ TEST_F(OfficeFiles, APresentationBecomesAFolderOfSlides) {
         const QString strFrame = Text(strFiles + u"/frame.htm"_s);
         EXPECT_TRUE(strFrame.contains(
             u"<li><a href=\"slide0002.htm\" target=\"PPTSld\">第二章 A&lt;B &amp; &quot;C&quot;</a></li>"_s))
-            << strFrame.toStdString();
+            << strFrame;
         const QString strThird = Text(strFiles + u"/slide0003.htm"_s);
         EXPECT_TRUE(strThird.contains(u"<title>第三章 应用</title>"_s));
-        EXPECT_TRUE(strThird.contains(u"href=\"http://example.org/?a=1&amp;b=2\">网站</a>"_s))
-            << strThird.toStdString();
+        EXPECT_TRUE(strThird.contains(u"href=\"http://example.org/?a=1&amp;b=2\">网站</a>"_s)) << strThird;
         EXPECT_TRUE(Text(strFiles + u"/slide0002.htm"_s).contains(u"<li>链路层<ul>\n<li>以太网</li></ul>"_s));
         EXPECT_TRUE(Text(strOut + u"/a1.htm"_s).contains(u"src=\"a1.files/frame.htm\""_s));
         EXPECT_TRUE(
             m_folder.Read(strFiles + u"/torvaneframe.htm"_s).contains("var g_FrameFile =\"../a1.htm\";"));
         for (const QString& strPage : Names(strFiles)) {
-            EXPECT_FALSE(Text(strFiles + u'/' + strPage).contains(u"讲稿"_s)) << strPage.toStdString();
-            EXPECT_FALSE(Text(strFiles + u'/' + strPage).contains(u"备用"_s)) << strPage.toStdString();
+            EXPECT_FALSE(Text(strFiles + u'/' + strPage).contains(u"讲稿"_s)) << strPage;
+            EXPECT_FALSE(Text(strFiles + u'/' + strPage).contains(u"备用"_s)) << strPage;
         }
     }
 }
 
 TEST_F(OfficeFiles, WhatIsNoOfficeFileFailsAndLeavesNothing) {
-    QFile sample(QStringLiteral(OFFICE_DATA "/slides.pptx"));
-    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
     m_folder.Write(u"text.doc"_s, "plain text");
     m_folder.Write(u"empty.docx"_s, "");
-    m_folder.Write(u"half.pptx"_s, sample.read(9000));
+    m_folder.Write(u"half.pptx"_s, ReadTestFile(OFFICE_DATA "/slides.pptx").first(9000));
     m_folder.Write(u"page.ppt"_s, "<html><body>x</body></html>");
     m_folder.MakeFolder(u"folder.doc"_s);
     m_folder.MakePipe(u"pipe.doc"_s);
@@ -191,7 +175,7 @@ TEST_F(OfficeFiles, WhatIsNoOfficeFileFailsAndLeavesNothing) {
         QString strResult = u"untouched"_s;
         EXPECT_EQ(ConvertOfficeToHtml(m_folder.Path(strName), m_folder.Path(u"out"_s), strResult),
                   EConversion::Failed)
-            << strName.toStdString();
+            << strName;
         EXPECT_EQ(strResult, u"untouched"_s);
     }
     EXPECT_EQ(Names(u"out"_s), QStringList());
@@ -202,34 +186,11 @@ TEST_F(OfficeFiles, ADocumentLoadsAndRunsNothing) {
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     m_folder.Write(u"own.png"_s, QByteArray::fromHex("89504e470d0a1a0a"));
-    const QByteArray marker = QFile::encodeName(m_folder.Native(u"ran"_s));
-    m_folder.Write(
-        u"in.doc"_s,
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><office:document "
-        "xmlns:office=\"urn:oasis:names:tc:opendocument:xmlns:office:1.0\" "
-        "xmlns:text=\"urn:oasis:names:tc:opendocument:xmlns:text:1.0\" "
-        "xmlns:draw=\"urn:oasis:names:tc:opendocument:xmlns:drawing:1.0\" "
-        "xmlns:svg=\"urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0\" "
-        "xmlns:script=\"urn:oasis:names:tc:opendocument:xmlns:script:1.0\" "
-        "xmlns:ooo=\"http://openoffice.org/2004/office\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
-        "office:version=\"1.2\" office:mimetype=\"application/vnd.oasis.opendocument.text\"><office:scripts>"
-        "<office:script script:language=\"ooo:Basic\"><ooo:libraries><ooo:library-embedded "
-        "ooo:name=\"Standard\">"
-        "<ooo:module ooo:name=\"M\"><ooo:source-code>Sub Main\nOpen \"" +
-            marker +
-            "\" For Output As #1\nPrint #1, \"x\"\nClose #1\nEnd Sub</ooo:source-code></ooo:module>"
-            "</ooo:library-embedded></ooo:libraries></office:script><office:event-listeners>"
-            "<script:event-listener script:language=\"ooo:script\" script:event-name=\"dom:load\" "
-            "xlink:href=\"vnd.sun.star.script:Standard.M.Main?language=Basic&amp;location=document\" "
-            "xlink:type=\"simple\"/></office:event-listeners></office:scripts><office:body><office:text>"
-            "<text:p>words</text:p><text:p><draw:frame text:anchor-type=\"as-char\" svg:width=\"2cm\" "
-            "svg:height=\"2cm\"><draw:image xlink:href=\"http://127.0.0.1:" +
-            QByteArray::number(server.serverPort()) +
-            "/a.png\"/></draw:frame><draw:frame text:anchor-type=\"as-char\" svg:width=\"2cm\" "
-            "svg:height=\"2cm\">"
-            "<draw:image xlink:href=\"file://" +
-            QFile::encodeName(m_folder.Native(u"own.png"_s)) +
-            "\"/></draw:frame></text:p></office:text></office:body></office:document>");
+    const QString strDocument = QString::fromUtf8(ReadTestFile(OFFICE_DATA "/hostile.fodt"));
+    m_folder.Write(u"in.doc"_s, strDocument
+                                    .arg(m_folder.Native(u"ran"_s), QString::number(server.serverPort()),
+                                         m_folder.Native(u"own.png"_s))
+                                    .toUtf8());
     ASSERT_EQ(SaveOfficeFileAsHtm(m_folder.Path(u"in.doc"_s), m_folder.Path(u"out\\a.htm"_s)),
               EConversion::Done);
     EXPECT_FALSE(server.waitForNewConnection(0));
@@ -237,7 +198,7 @@ TEST_F(OfficeFiles, ADocumentLoadsAndRunsNothing) {
     EXPECT_EQ(Names(u"out"_s), QStringList{u"a.htm"_s});
     const QString strPage = Text(u"out/a.htm"_s);
     EXPECT_TRUE(strPage.contains(u"words"_s));
-    EXPECT_FALSE(strPage.contains(u"<img"_s)) << strPage.toStdString();
+    EXPECT_FALSE(strPage.contains(u"<img"_s)) << strPage;
 }
 
 TEST_F(OfficeFiles, ACancelEndsTheConverterAndAllThatItStarted) {

@@ -1,12 +1,8 @@
 #include "office/SlideList.h"
 
 #include "foundation/CodePage.h"
-#include "tests/support/Printing.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using namespace Torvane::Office;
 
 namespace {

@@ -1,11 +1,8 @@
 #include "platform/base/FileAssociation.h"
 
 #include "tests/support/Environment.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using namespace Platform;
 
 namespace {
@@ -32,8 +29,7 @@ TEST(FileAssociation, TheCommandSurvivesEveryPath) {
 TEST(FileAssociation, TheListOfDefaultsKeepsWhatIsNotOurs) {
     const QByteArray ours = "application/x-vcpfiles=vorel.desktop\n";
     const struct {
-        QByteArray before;
-        QByteArray after;
+        QByteArray before, after;
     } cases[] = {
         {"", "[Default Applications]\n" + ours},
         {"# mine\n[Added Associations]\ntext/plain=a.desktop;\n",

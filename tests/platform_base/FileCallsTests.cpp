@@ -1,13 +1,8 @@
 #include "platform/base/FileCalls.h"
 #include "tests/support/FileSizeLimit.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <cerrno>
-#include <sys/stat.h>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 

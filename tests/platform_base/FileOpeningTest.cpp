@@ -3,8 +3,7 @@
 #include "platform/base/Process.h"
 #include "tests/support/Environment.h"
 #include "tests/support/SessionBus.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/Waiting.h"
+#include "tests/support/Testing.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -13,10 +12,6 @@
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
 #include <QLocale>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -83,11 +78,9 @@ TEST_F(CFileOpening, FindsTheProgramThatTheDesktopWouldTake) {
         return "["_ba + szGroup + "]\napplication/msword = " + szName + ".desktop;\n";
     };
     const struct {
-        QString strName;
-        QString strFile;
+        QString strName, strFile;
         QByteArray text;
-        QString strExtension;
-        QString strTool;
+        QString strExtension, strTool;
     } cases[] = {
         {u"what offers itself first"_s, u"none"_s, "", u".doc"_s, u"a"_s},
         {u"the person's choice"_s, strList, word("Default Applications", "b"), u".doc"_s, u"b"_s},
@@ -115,7 +108,7 @@ TEST_F(CFileOpening, FindsTheProgramThatTheDesktopWouldTake) {
         const QByteArray before = m_folder.Read(each.strFile);
         m_folder.Write(each.strFile, each.text);
         const QString strExpected = each.strTool.isEmpty() ? QString() : each.strTool + u"|%1"_s;
-        EXPECT_EQ(WordsFor(each.strExtension), strExpected) << each.strName.toStdString();
+        EXPECT_EQ(WordsFor(each.strExtension), strExpected) << each.strName;
         if (before.isEmpty())
             QFile::remove(m_folder.Native(each.strFile));
         else
@@ -145,7 +138,7 @@ TEST_F(CFileOpening, FillsTheCommandIn) {
     };
     for (const auto& [strExec, strWords] : cases) {
         WriteEntry(u"usr"_s, u"w"_s, strExec);
-        EXPECT_EQ(WordsFor(u".doc"_s), strWords) << strExec.toStdString();
+        EXPECT_EQ(WordsFor(u".doc"_s), strWords) << strExec;
     }
     WriteTool(u"xdg-terminal-exec"_s);
     WriteEntry(u"usr"_s, u"w"_s, u"a %f"_s, "Terminal=true\n");
@@ -168,7 +161,7 @@ TEST_F(CFileOpening, StartsTheProgramWithAnyNameAndGoesOn) {
     ASSERT_TRUE(Platform::OpenWithVerb(m_folder.Path(strFile)));
     EXPECT_FALSE(m_folder.Exists(u"bin\\out"_s));
     m_folder.Write(u"bin\\go"_s, "");
-    ASSERT_TRUE(WaitFor([this] { return m_folder.Exists(u"bin\\out"_s); }));
+    ASSERT_SOON(m_folder.Exists(u"bin\\out"_s));
     EXPECT_EQ(m_folder.Read(u"bin\\out"_s), m_folder.Native(strFile).toUtf8() + '|');
 }
 
@@ -199,7 +192,7 @@ TEST_F(CFileOpening, HasTheDesktopAskWhenNoProgramIsFound) {
     WriteTool(u"xdg-open"_s);
 
     ASSERT_TRUE(Platform::OpenWithVerb(m_folder.Path(u"a.strange"_s)));
-    ASSERT_TRUE(WaitFor([this] { return m_folder.Exists(u"bin\\out"_s); }));
+    ASSERT_SOON(m_folder.Exists(u"bin\\out"_s));
     EXPECT_EQ(m_folder.Read(u"bin\\out"_s), m_folder.Native(u"a.strange"_s).toUtf8() + '|');
 
     QDBusConnection desktop = QDBusConnection::connectToBus(strAddress, u"portal"_s);
@@ -207,7 +200,7 @@ TEST_F(CFileOpening, HasTheDesktopAskWhenNoProgramIsFound) {
     ASSERT_TRUE(desktop.registerVirtualObject(u"/org/freedesktop/portal/desktop"_s, &portal));
     ASSERT_TRUE(desktop.registerService(u"org.freedesktop.portal.Desktop"_s));
     ASSERT_TRUE(Platform::OpenWithVerb(m_folder.Path(u"a.strange"_s)));
-    EXPECT_TRUE(WaitFor([&] { return portal.m_content == "content"; }));
+    EXPECT_SOON(portal.m_content == "content");
     EXPECT_TRUE(portal.m_bAsked);
     QDBusConnection::disconnectFromBus(u"portal"_s);
 }

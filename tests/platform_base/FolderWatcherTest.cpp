@@ -1,13 +1,6 @@
 #include "platform/base/FolderWatcher.h"
+#include "tests/support/Testing.h"
 
-#include "tests/support/TempFolder.h"
-#include "tests/support/Waiting.h"
-
-#include <QCoreApplication>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using Platform::CFolderWatcher;
 
 namespace {
@@ -29,7 +22,7 @@ protected:
         const CFolderWatcher witness(m_folder.Path(strFolder), [&nSeen] { ++nSeen; });
         m_nTold = 0;
         change();
-        ASSERT_TRUE(WaitFor([&] { return nSeen > 0; }));
+        ASSERT_SOON(nSeen > 0);
         QCoreApplication::processEvents();
         EXPECT_EQ(m_nTold, 0);
     }
@@ -55,7 +48,7 @@ TEST_F(CFolderWatching, TellsOfEveryKindOfChange) {
     for (const auto& change : changes) {
         m_nTold = 0;
         ASSERT_TRUE(change());
-        EXPECT_TRUE(WaitFor([this] { return m_nTold > 0; })) << "change " << nChange;
+        EXPECT_SOON(m_nTold > 0) << "change " << nChange;
         ++nChange;
     }
 }
@@ -66,7 +59,7 @@ TEST_F(CFolderWatching, GathersChangesAndTellsWhileTheyGoOn) {
     const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
     for (int n = 0; n < 200; ++n)
         m_folder.Write(u"N5\\f%1"_s.arg(n), "x");
-    ASSERT_TRUE(WaitFor([this] { return m_nTold > 0; }));
+    ASSERT_SOON(m_nTold > 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(m_nTold, 1);
 
@@ -93,10 +86,10 @@ TEST_F(CFolderWatching, SurvivesAnOverflow) {
         QFile::rename(strB, strA);
     }
     m_folder.MakeFolder(u"N5\\late"_s);
-    ASSERT_TRUE(WaitFor([this] { return m_nTold > 0; }));
+    ASSERT_SOON(m_nTold > 0);
     m_nTold = 0;
     m_folder.Write(u"N5\\late\\c"_s, "x");
-    EXPECT_TRUE(WaitFor([this] { return m_nTold > 0; }));
+    EXPECT_SOON(m_nTold > 0);
 }
 
 // A link in a stranger's course would have the whole disk watched; a folder dragged out of the node is no
@@ -106,7 +99,7 @@ TEST_F(CFolderWatching, KeepsToItsFolder) {
     const auto write = [this] { m_folder.Write(u"outside\\sub\\b"_s, "longer"); };
     ExpectNothingOf(u"outside"_s, write);
     ASSERT_TRUE(Move(u"N5\\res"_s, u"outside\\res"_s));
-    ASSERT_TRUE(WaitFor([this] { return m_nTold > 0; }));
+    ASSERT_SOON(m_nTold > 0);
     ExpectNothingOf(u"outside"_s, [this] { m_folder.Write(u"outside\\res\\p"_s, "new"); });
     const CFolderWatcher ofLink(m_folder.Path(u"N5\\link"_s), [this] { ++m_nTold; });
     const CFolderWatcher ofNothing(m_folder.Path(u"none"_s), [this] { ++m_nTold; });
@@ -130,7 +123,7 @@ TEST_F(CFolderWatching, EndsWithTheFolderAndInItsOwnCallback) {
         bTold = true;
     });
     m_folder.Write(u"N5\\again"_s, "longer");
-    EXPECT_TRUE(WaitFor([&] { return bTold; }));
+    EXPECT_SOON(bTold);
 }
 
 } // namespace

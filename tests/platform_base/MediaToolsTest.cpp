@@ -1,11 +1,7 @@
 #include "platform/base/MediaTools.h"
 
 #include "tests/support/Environment.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 // A back end that only the environment names counts when it is there; one that is named and missing must not
 // hide the toolkit's own.

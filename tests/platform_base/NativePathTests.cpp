@@ -1,9 +1,6 @@
 #include "platform/base/NativePath.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
 using namespace Platform;
 
 namespace {
@@ -30,7 +27,7 @@ TEST(NativePath, WhatThisMachineDoesNotHaveCanNotExist) {
     for (const QString& strPath :
          std::initializer_list<QString>{u"C:"_s + strBelow, u"\\"_s + strBelow, u"Z:relative"_s,
                                         folder.Path(u"real"_s) + QChar(0) + u"tail"_s}) {
-        EXPECT_FALSE(QFileInfo::exists(ToNative(strPath))) << strPath.toStdString();
+        EXPECT_FALSE(QFileInfo::exists(ToNative(strPath))) << strPath;
         EXPECT_FALSE(QDir().mkpath(ToNative(strPath)));
     }
 }

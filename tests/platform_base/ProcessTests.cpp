@@ -1,9 +1,5 @@
 #include "platform/base/Process.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -42,7 +38,7 @@ TEST(Process, WhatIsNotThereOrCanNotRunDoesNotStart) {
     folder.Write(u"plain.exe"_s, "text");
     for (const QString& strLine : std::initializer_list<QString>{folder.Path(u"none.exe"_s) + u" a"_s,
                                                                  folder.Path(u"plain.exe"_s), u""_s})
-        EXPECT_FALSE(Platform::RunAndWait(strLine, {})) << strLine.toStdString();
+        EXPECT_FALSE(Platform::RunAndWait(strLine, {})) << strLine;
 }
 
 } // namespace

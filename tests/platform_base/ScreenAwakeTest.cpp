@@ -1,14 +1,11 @@
 #include "platform/base/ScreenAwake.h"
 
 #include "tests/support/SessionBus.h"
+#include "tests/support/Testing.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

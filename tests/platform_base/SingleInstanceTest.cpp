@@ -1,17 +1,15 @@
 #include "platform/base/SingleInstance.h"
 #include "tests/support/Environment.h"
+#include "tests/support/Testing.h"
 
-#include <QCoreApplication>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 namespace {
 
 // A second start that were taken for the first would open the same course twice; a first start that waited
 // for an instance which never gets a window would not come up.
 TEST(SingleInstance, ALaterStartEndsOnlyForAnInstanceWithAWindow) {
-    const QString strName = QStringLiteral("vorel-test-%1").arg(QCoreApplication::applicationPid());
+    const QString strName = u"vorel-test-%1"_s.arg(QCoreApplication::applicationPid());
     Platform::CSingleInstance first(strName);
     EXPECT_FALSE(first.ActivateOther());
 
@@ -38,13 +36,13 @@ TEST(SingleInstance, ALaterStartEndsOnlyForAnInstanceWithAWindow) {
 
 // A terminal that writes the display otherwise would get a second program, and another display's start none.
 TEST(SingleInstance, KnowsADisplayByAnyOfItsNames) {
-    const QString strName = QStringLiteral("vorel-display-%1").arg(QCoreApplication::applicationPid());
-    CEnvironment environment{{"DISPLAY", QStringLiteral("server.room.school.test:10")}};
+    const QString strName = u"vorel-display-%1"_s.arg(QCoreApplication::applicationPid());
+    CEnvironment environment{{"DISPLAY", u"server.room.school.test:10"_s}};
     Platform::CSingleInstance first(strName);
     first.Listen([] {});
-    environment.Set("DISPLAY", QStringLiteral("server.room.school.test:10.0"));
+    environment.Set("DISPLAY", u"server.room.school.test:10.0"_s);
     EXPECT_TRUE(Platform::CSingleInstance(strName).ActivateOther());
-    environment.Set("DISPLAY", QStringLiteral("server.room.school.test:11"));
+    environment.Set("DISPLAY", u"server.room.school.test:11"_s);
     EXPECT_FALSE(Platform::CSingleInstance(strName).ActivateOther());
 }
 

@@ -1,10 +1,6 @@
 #include "platform/ui/AccessRules.h"
+#include "tests/support/Testing.h"
 
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using EResource = CAccessRules::EResource;
 using EKind = CAccessRules::SVerdict::EKind;
 
@@ -35,7 +31,7 @@ TEST_F(CAccess, OnlyFilesReallyInsideTheFolders) {
     // A listing, nothing, a name that merely begins alike, a link that leads out.
     for (const QString& strBelow :
          {u"course\\N5"_s, u"course\\none.png"_s, u"course2\\a.png"_s, u"course\\link.txt"_s})
-        EXPECT_EQ(Judge(Url(strBelow), EResource::PictureOrMedia), EKind::Refuse) << strBelow.toStdString();
+        EXPECT_EQ(Judge(Url(strBelow), EResource::PictureOrMedia), EKind::Refuse) << strBelow;
     CAccessRules rules(m_access);
     rules.SetProgramPage(Url(u"secret.txt"_s));
     EXPECT_EQ(rules.Judge(Url(u"secret.txt"_s), EResource::MainPage).Kind, EKind::Allow);
@@ -50,5 +46,5 @@ TEST_F(CAccess, NoSchemeButTheKnownOnes) {
     m_access.bNetwork = true;
     for (const QString& strUrl : {u"ftp://h/"_s, u"chrome://gpu"_s, u"qrc:/x"_s, u"filesystem:file:///x"_s,
                                   u"view-source:http://h"_s, u"devtools://x"_s})
-        EXPECT_EQ(Judge(QUrl(strUrl)), EKind::Refuse) << strUrl.toStdString();
+        EXPECT_EQ(Judge(QUrl(strUrl)), EKind::Refuse) << strUrl;
 }

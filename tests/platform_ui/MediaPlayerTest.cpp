@@ -1,23 +1,9 @@
 #include "platform/ui/MediaPlayer.h"
 #include "platform/ui/MediaKinds.h"
 #include "platform/ui/MediaView.h"
+#include "tests/support/WindowHelp.h"
 
-#include "tests/support/TempFolder.h"
-
-#include <QFile>
-#include <QLabel>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QSlider>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-
-#include <sys/stat.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -52,7 +38,7 @@ TEST_F(MediaPlayerTest, AFilmPlaysToItsEndAndAgain) {
     EXPECT_TRUE(player.HasPicture() && player.CanSeek());
     ASSERT_TRUE(ended.wait(20000));
     EXPECT_EQ(player.GetPicture().size(), QSize(64, 48));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return player.GetState() == EMediaState::Stopped; }));
+    EXPECT_SOON(player.GetState() == EMediaState::Stopped);
     EXPECT_EQ(player.GetPosition(), player.GetDuration());
     player.Play();
     EXPECT_TRUE(ended.wait(20000));
@@ -66,12 +52,11 @@ TEST_F(MediaPlayerTest, ColoursAreThoseOfTheFilm) {
         m_folder.Write(strFilm, Clip(strFilm));
         player.Load(m_folder.Path(strFilm));
         player.Play();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !player.GetPicture().isNull(); }, 20000))
-            << strFilm.toStdString();
+        ASSERT_SOON(!player.GetPicture().isNull()) << strFilm;
         const QColor colour = player.GetPicture().pixelColor(20, 20);
-        EXPECT_NEAR(colour.red(), 0xFF, 6) << strFilm.toStdString();
-        EXPECT_NEAR(colour.green(), 0x30, 6) << strFilm.toStdString();
-        EXPECT_NEAR(colour.blue(), 0x20, 6) << strFilm.toStdString();
+        EXPECT_NEAR(colour.red(), 0xFF, 6) << strFilm;
+        EXPECT_NEAR(colour.green(), 0x30, 6) << strFilm;
+        EXPECT_NEAR(colour.blue(), 0x20, 6) << strFilm;
     }
 }
 
@@ -81,14 +66,13 @@ TEST_F(MediaPlayerTest, APausedFilmStandsWhereItIsTaken) {
     Show(player);
     player.Load(m_folder.Path(u"a.wmv"_s));
     player.Play();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetPosition() > 0; }, 20000));
+    ASSERT_SOON(player.GetPosition() > 0);
     player.Pause();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetState() == EMediaState::Paused; }));
+    ASSERT_SOON(player.GetState() == EMediaState::Paused);
     // As a person drags the slider: the last place counts.
     for (int nPlace = 0; nPlace <= 600; nPlace += 100)
         player.Seek(nPlace);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return qAbs(player.GetPosition() - 600) < 150; }))
-        << player.GetPosition();
+    EXPECT_SOON(qAbs(player.GetPosition() - 600) < 150) << player.GetPosition();
     EXPECT_EQ(player.GetState(), EMediaState::Paused);
     // The file goes while it plays, and another is asked for and dropped at once.
     player.Play();
@@ -133,7 +117,7 @@ TEST_F(MediaPlayerTest, WhatCannotBePlayedEndsInASentence) {
         QSignalSpy ended(&player, &CMediaPlayer::Ended);
         player.Load(m_folder.Path(QString::fromLatin1(szName)));
         player.Play();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return ended.size() + failed.size() > 1; }, 20000)) << szName;
+        EXPECT_SOON(ended.size() + failed.size() > 1) << szName;
         failed.clear();
         failed.append(QList<QVariant>());
     }
@@ -148,15 +132,14 @@ TEST_F(MediaPlayerTest, TheViewPlaysOrTellsWhatTheFileIs) {
     auto& place = *view.findChild<QSlider*>(u"mediaPlace"_s);
     auto& text = *view.findChild<QLabel*>(u"mediaText"_s);
     view.ShowFile(m_folder.Path(u"a.wmv"_s));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return play.text() == u"暂停(&P)"_s && place.value() > 0; }, 20000));
+    ASSERT_SOON(play.text() == u"暂停(&P)"_s && place.value() > 0);
     QTest::mouseClick(&play, Qt::LeftButton);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return play.text() == u"播放(&P)"_s; }));
+    EXPECT_SOON(play.text() == u"播放(&P)"_s);
     EXPECT_FALSE(text.isVisible());
 
     QSignalSpy outside(&view, &CMediaView::OpenOutside);
     view.ShowFile(m_folder.Path(u"动画.swf"_s));
-    EXPECT_TRUE(text.isVisible() && text.text().contains(u"这是 Flash 动画。"_s))
-        << text.text().toStdString();
+    EXPECT_TRUE(text.isVisible() && text.text().contains(u"这是 Flash 动画。"_s)) << text.text();
     EXPECT_FALSE(play.isVisible());
     QTest::mouseClick(view.findChild<QPushButton*>(u"mediaOutside"_s), Qt::LeftButton);
     ASSERT_EQ(outside.size(), 1);
@@ -164,7 +147,7 @@ TEST_F(MediaPlayerTest, TheViewPlaysOrTellsWhatTheFileIs) {
 
     // No program could open what isn't there.
     view.ShowFile(m_folder.Path(u"gone.pdf"_s));
-    EXPECT_TRUE(text.text().contains(u"这个文件不存在"_s)) << text.text().toStdString();
+    EXPECT_TRUE(text.text().contains(u"这个文件不存在"_s)) << text.text();
 
     view.ShowFile(m_folder.Path(u"a.wmv"_s));
     view.hide();
@@ -181,7 +164,7 @@ TEST_F(MediaPlayerTest, AFilmFillsTheScreenAndComesBack) {
     auto& place = *view.findChild<QSlider*>(u"mediaPlace"_s);
     view.ShowFile(m_folder.Path(u"a.wmv"_s));
     EXPECT_FALSE(fill.isEnabled());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.isVisible() && !player.GetPicture().isNull(); }, 20000));
+    ASSERT_SOON(player.isVisible() && !player.GetPicture().isNull());
     player.Pause();
     const std::function<void()> ins[] = {[&] { fill.click(); },
                                          [&] { QTest::mouseDClick(&player, Qt::LeftButton); },
@@ -198,7 +181,7 @@ TEST_F(MediaPlayerTest, AFilmFillsTheScreenAndComesBack) {
         EXPECT_TRUE(player.isFullScreen()) << nWay;
         QTest::keyClick(&player, Qt::Key_Right);
         outs[nWay]();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return player.isVisible() && player.geometry() == own; })) << nWay;
+        EXPECT_SOON(player.isVisible() && player.geometry() == own) << nWay;
     }
     fill.click();
     view.Clear();
@@ -212,13 +195,12 @@ TEST_F(MediaPlayerTest, AClickBesideTheHandleGoesThere) {
     auto& player = *view.findChild<CMediaPlayer*>();
     auto& place = *view.findChild<QSlider*>(u"mediaPlace"_s);
     view.ShowFile(m_folder.Path(u"a.wmv"_s));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return place.isEnabled() && player.GetPosition() > 0; }, 20000));
+    ASSERT_SOON(place.isEnabled() && player.GetPosition() > 0);
     player.Pause();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.GetState() == EMediaState::Paused; }));
+    ASSERT_SOON(player.GetState() == EMediaState::Paused);
     QTest::mouseClick(&place, Qt::LeftButton, {}, place.rect().center());
     const auto nHalf = player.GetDuration() / 2;
-    EXPECT_TRUE(QTest::qWaitFor([&] { return qAbs(player.GetPosition() - nHalf) < 200; }))
-        << player.GetPosition();
+    EXPECT_SOON(qAbs(player.GetPosition() - nHalf) < 200) << player.GetPosition();
 }
 
 TEST(MediaKindsTest, EachFileGoesToWhatShowsIt) {
@@ -230,7 +212,7 @@ TEST(MediaKindsTest, EachFileGoesToWhatShowsIt) {
         {u"x.mht"_s, EWay::Browser},       {u"x.nobodyknows"_s, EWay::Browser},
     };
     for (const auto& [strPath, way] : files)
-        EXPECT_EQ(MediaKinds::OfFile(strPath).Way, way) << strPath.toStdString();
+        EXPECT_EQ(MediaKinds::OfFile(strPath).Way, way) << strPath;
 }
 
 } // namespace

@@ -1,26 +1,14 @@
 #include "platform/ui/QtPeople.h"
 
 #include "platform/ui/Pictures.h"
-#include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QCheckBox>
 #include <QCloseEvent>
-#include <QComboBox>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QImageWriter>
-#include <QLineEdit>
 #include <QMainWindow>
-#include <QMessageBox>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QScreen>
-#include <QtTest/QTest>
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using namespace Torvane::Dialog::MFC;
 
 namespace {
@@ -150,7 +138,7 @@ TEST_F(CPeople, OnlyAButtonAnswersForAllThatFollow) {
                 pBelow.reset();
         });
         const auto answer = m_people.QueryYesNoAll(u"<b>文字</b>"_s);
-        EXPECT_TRUE(answer.bYes == c.bYes && answer.bAll == c.bAll) << c.strPressed.toStdString();
+        EXPECT_TRUE(answer.bYes == c.bYes && answer.bAll == c.bAll) << c.strPressed;
     }
 }
 
@@ -209,7 +197,7 @@ TEST_F(CPeople, ALongWaitCanBeGivenUpOverADialog) {
         pStatus.reset();
         EXPECT_EQ(m_people.GetStatus(), nullptr);
         EXPECT_EQ(field.text(), QString()) << "input while a step may still go on";
-        EXPECT_TRUE(QTest::qWaitFor([&] { return field.text() == u"ab"_s; })) << "typed meanwhile, and lost";
+        EXPECT_SOON(field.text() == u"ab"_s) << "typed meanwhile, and lost";
     }
 }
 
@@ -245,7 +233,7 @@ TEST_F(CPeople, WhatIsTypedDuringALongWaitComesInItsOrderWhenTheBoxAtItsEndIsGon
     });
     m_people.Ask(u"a"_s, u"b"_s, BoxButtons::RetryCancel, BoxIcon::Stop);
     pStatus.reset();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return next.text() == u"c"_s; })) << "what was typed behind a tab";
+    EXPECT_SOON(next.text() == u"c"_s) << "what was typed behind a tab";
     EXPECT_EQ(field.text(), u"a文b"_s);
     EXPECT_EQ(strSaved, u"a文"_s);
 }
@@ -265,7 +253,7 @@ TEST_F(CPeople, AWindowClosedWhileAStepRunsGoesWhenItIsOver) {
     }
     EXPECT_TRUE(m_window.isVisible());
     pStatus.reset();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_window.isVisible(); }));
+    EXPECT_SOON(!m_window.isVisible());
 }
 
 TEST_F(CPeople, ClosingTheDialogThatWaitsEndsTheWaitAtOnce) {
@@ -377,9 +365,8 @@ TEST(Pictures, AMissingFileGivesAnEmptyPictureAndWhiteIsClear) {
         image.setPixelColor(size.width() - 2, size.height() - 2, Qt::black);
         ASSERT_TRUE(image.save(folder.Native(u"Images\\HtmlEditorToolBarImgs\\"_s + strName), "BMP"));
         const QImage icon = Pictures::EditorIcon(folder.Path(), strName).pixmap(size).toImage();
-        EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0) << strName.toStdString();
-        EXPECT_EQ(icon.pixelColor(icon.width() - 2, icon.height() - 2), QColor(Qt::black))
-            << strName.toStdString();
+        EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0) << strName;
+        EXPECT_EQ(icon.pixelColor(icon.width() - 2, icon.height() - 2), QColor(Qt::black)) << strName;
     }
 }
 
@@ -416,9 +403,8 @@ TEST(Pictures, FitsAStrangersPictureIntoItsRoom) {
     };
     for (const auto& row : rows) {
         const QPixmap picture = Pictures::Fitted(folder.Path(row.strName), {200, 200}, row.dRatio);
-        EXPECT_EQ(picture.size().expandedTo({0, 0}), row.pixels.expandedTo({0, 0}))
-            << row.strName.toStdString();
+        EXPECT_EQ(picture.size().expandedTo({0, 0}), row.pixels.expandedTo({0, 0})) << row.strName;
         EXPECT_EQ(picture.deviceIndependentSize().toSize().expandedTo({0, 0}), row.shown.expandedTo({0, 0}))
-            << row.strName.toStdString();
+            << row.strName;
     }
 }

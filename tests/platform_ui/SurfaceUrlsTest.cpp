@@ -1,11 +1,7 @@
 #include "platform/ui/SurfaceUrls.h"
 
 #include "foundation/Urls.h"
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Testing.h"
 
 TEST(SurfaceUrls, EverySpellingOfALocalReferenceGetsOneForm) {
     const std::pair<QString, QString> rows[] = {
@@ -24,7 +20,7 @@ TEST(SurfaceUrls, EverySpellingOfALocalReferenceGetsOneForm) {
     }
     for (const QString& strText : {u""_s, u"res/a.png"_s, u"#a"_s, u"/home/a.png"_s, u"http://h/a b"_s,
                                    u"javascript:void(0)"_s, u"file://server/share/a.png"_s, u"Z:a.png"_s})
-        EXPECT_EQ(SurfaceUrls::CanonicalReference(strText), std::nullopt) << strText.toStdString();
+        EXPECT_EQ(SurfaceUrls::CanonicalReference(strText), std::nullopt) << strText;
 }
 
 TEST(SurfaceUrls, WhatTheEngineLoads) {
@@ -36,7 +32,7 @@ TEST(SurfaceUrls, WhatTheEngineLoads) {
     for (const QString& strTarget :
          {strPath, folder.Path(u"a B\\content.HTM"_s), folder.Native(u"A b\\Content.htm"_s),
           QString(u"file://"_s + strPath), Torvane::File::PathToFileUrl(strPath)})
-        EXPECT_EQ(SurfaceUrls::EngineUrl(strTarget), file) << strTarget.toStdString();
+        EXPECT_EQ(SurfaceUrls::EngineUrl(strTarget), file) << strTarget;
     const QString strEscapes = u"100%25 #\\C d.htm"_s;
     folder.Write(strEscapes, "x");
     EXPECT_EQ(SurfaceUrls::EngineUrl(Torvane::File::PathToFileUrl(folder.Path(strEscapes))),
@@ -51,5 +47,5 @@ TEST(SurfaceUrls, WhatTheEngineLoads) {
     EXPECT_EQ(SurfaceUrls::EngineUrl(u"http://h/a?b#c"_s), QUrl(u"http://h/a?b#c"_s));
     for (const QString& strTarget : {u""_s, u"ftp://h/a"_s, u"javascript:alert(1)"_s, u"data:text/html,x"_s,
                                      u"view-source:file:///etc/passwd"_s, u"file://server/x"_s})
-        EXPECT_FALSE(SurfaceUrls::EngineUrl(strTarget).isValid()) << strTarget.toStdString();
+        EXPECT_FALSE(SurfaceUrls::EngineUrl(strTarget).isValid()) << strTarget;
 }

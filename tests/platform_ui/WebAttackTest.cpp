@@ -1,24 +1,19 @@
-// The table of what a hostile page tries, and what became of it. Each try to read stands beside the same one
+// What a hostile page tries, and what becomes of it. Each try to read stands beside the same one
 // at a file of the course, and each try to send beside the same one by a page of the web: so a page that
 // merely didn't run, or a try that works no longer at all, doesn't pass for one that was refused.
 #include "tests/platform_ui/WebFixture.h"
 
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMutex>
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
-#include <QSet>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QUdpSocket>
 
-#include <cstdio>
 #include <netdb.h>
-
-using namespace Qt::StringLiterals;
 
 // Whoever asks for a name tells it to others. In place of the platform's own function.
 static QSet<QByteArray> s_askedNames;
@@ -139,13 +134,6 @@ QSet<QByteArray> TakeAskedNames() {
     return asked;
 }
 
-void PrintRow(const QString& strName, const QStringList& cells) {
-    std::printf("  %-28s", qPrintable(strName));
-    for (const QString& strCell : cells)
-        std::printf("| %-26s", qPrintable(strCell));
-    std::printf("\n");
-}
-
 class CWebAttack : public CWebTest {
 protected:
     CWebAttack() {
@@ -195,7 +183,7 @@ protected:
             got = QJsonDocument::fromJson(strOut.toUtf8()).object();
             return !got.isEmpty();
         };
-        EXPECT_TRUE(QTest::qWaitFor(hasRun, 60000)) << Url().toStdString();
+        EXPECT_TRUE(QTest::qWaitFor(hasRun, 60000)) << Url();
         return got[u"done"_s];
     }
     bool ShowSite() {
@@ -266,7 +254,6 @@ TEST_F(CWebAttack, Reading) {
         {"a frame", some, [&] { return show(u"course\\outer.htm"_s); }},
         {"a page of the web", ofWeb, [&] { return ShowSite(); }},
     };
-    QMap<QString, QStringList> table;
     for (const SRound& round : rounds) {
         WriteJob(job(round.Places));
         ASSERT_TRUE(round.Begin()) << round.szName;
@@ -280,21 +267,13 @@ TEST_F(CWebAttack, Reading) {
                 if (!cell.value().toString().isEmpty())
                     through.append(cell.key());
             }
-            EXPECT_EQ(through, QStringList()) << it.key().toStdString() << ", " << round.szName;
+            EXPECT_EQ(through, QStringList()) << it.key() << ", " << round.szName;
             if (round.Places.contains(u"inside"_s)) {
                 EXPECT_TRUE(!strInside.isEmpty() || c_refusedAnyway.contains(it.key()))
-                    << it.key().toStdString() << " is no try, " << round.szName;
+                    << it.key() << " is no try, " << round.szName;
             }
-            if (table[it.key()].isEmpty())
-                table[it.key()].append(strInside.isEmpty() ? u"-"_s : strInside);
-            table[it.key()].append(through.isEmpty() ? u"refused %1"_s.arg(row.size())
-                                                     : through.join(u", "_s));
         }
     }
-    PrintRow(u"To read"_s,
-             {u"in the course"_s, u"outside"_s, u"behind a link"_s, u"in a frame"_s, u"by the web"_s});
-    for (auto it = table.begin(); it != table.end(); ++it)
-        PrintRow(it.key(), it.value());
 }
 
 TEST_F(CWebAttack, Sending) {
@@ -357,19 +336,14 @@ TEST_F(CWebAttack, Sending) {
             calls.back().append(listeners[i]->TakeCalls() + (bAsked ? 2 : 0));
         }
     }
-    PrintRow(u"To send"_s, {u"by a page"_s, u"beside the web"_s, u"by the web"_s});
     for (int i = 0; i < names.size(); ++i) {
         const QString strName = names[i].toString();
         // The first call of a page of the web only opens the way.
         const QList<bool> reached{calls[0][i] > 0, calls[1][i] > 0, calls[2][i] > 1};
-        QStringList row;
-        for (const bool bReached : reached)
-            row.append(bReached ? u"reached"_s : u"refused"_s);
-        PrintRow(strName, row);
-        EXPECT_FALSE(reached[0] || reached[1]) << strName.toStdString();
+        EXPECT_FALSE(reached[0] || reached[1]) << strName;
         // Nobody hears of a call: at least a page of the web could make it.
         const bool bCall = strName.startsWith(u"call"_s);
         EXPECT_EQ(bCall ? done.contains(strName) : reached[2], bCall || !c_unsentAnyway.contains(strName))
-            << strName.toStdString() << " is no try";
+            << strName << " is no try";
     }
 }

@@ -7,13 +7,6 @@
 #include "platform/ui/SurfaceUrls.h"
 #include "tests/support/WindowHelp.h"
 
-#include <QClipboard>
-#include <QElapsedTimer>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-
-using namespace Qt::StringLiterals;
 using CWebEditing = CWebTest;
 
 // A page that is misread would be saved misread. Short texts are where the engine's own guess goes wrong.
@@ -36,14 +29,14 @@ TEST_F(CWebEditing, WhatIsCutIsPasted) {
     Edit("<p>abc</p>");
     Command(u"SelectAll"_s);
     Command(u"Cut"_s);
-    EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::clipboard()->text() == u"abc"_s; }));
+    EXPECT_SOON(QApplication::clipboard()->text() == u"abc"_s);
     EXPECT_FALSE(Html().contains(u"abc"_s));
     // The surface itself pastes nothing: it tells.
     QObject::connect(m_browser.get(), &CWebBrowser2Ex::PasteWanted, [this](const SPastedData& pasted) {
         EXPECT_EQ(m_browser->PasteBrowserText(pasted.strText), CWebBrowser2Ex::EPasted::Yes);
     });
     Command(u"Paste"_s);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"abc"_s); }));
+    EXPECT_SOON(Html().contains(u"abc"_s));
 }
 
 TEST_F(CWebEditing, SelectionIsTold) {
@@ -62,10 +55,10 @@ TEST_F(CWebEditing, SelectionIsTold) {
     QElapsedTimer busy;
     for (busy.start(); busy.elapsed() < 400;)
         EXPECT_TRUE(m_browser->HasSelection());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return nTold > 0; }));
+    EXPECT_SOON(nTold > 0);
     EXPECT_EQ(AtCaret().Pressed, QStringList{u"bold"_s});
     EXPECT_TRUE(m_browser->GetSelectedText(strText));
-    EXPECT_TRUE(strText.contains(u"a&lt;b <i>c</i>"_s)) << strText.toStdString();
+    EXPECT_TRUE(strText.contains(u"a&lt;b <i>c</i>"_s)) << strText;
 }
 
 TEST_F(CWebEditing, TheFontIsToldUnlessThereAreSeveral) {
@@ -79,8 +72,8 @@ TEST_F(CWebEditing, TheFontIsToldUnlessThereAreSeveral) {
     for (const auto& [strHtml, strFont, strSize] : rows) {
         SetHtml(strHtml);
         Command(u"SelectAll"_s);
-        EXPECT_EQ(AtCaret().strFont, strFont) << strHtml.toStdString();
-        EXPECT_EQ(AtCaret().strSize, strSize) << strHtml.toStdString();
+        EXPECT_EQ(AtCaret().strFont, strFont) << strHtml;
+        EXPECT_EQ(AtCaret().strSize, strSize) << strHtml;
     }
     // What is chosen for the next letter counts before it is typed.
     Command(u"UnSelect"_s);
@@ -94,7 +87,7 @@ TEST_F(CWebEditing, TabGoesThroughCellsAndLevels) {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     };
     const auto expect = [this](const QString& strHtml) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strHtml; }, 2000)) << Html().toStdString();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strHtml; }, 2000)) << Html();
     };
     SetHtml(u"<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);
     press(Qt::Key_Right);
@@ -124,11 +117,11 @@ TEST_F(CWebEditing, ALocalPictureShowsAndIsFoundInTheText) {
     EXPECT_EQ(m_browser->winId(), nWindow) << "made anew: the keyboard and the place are lost";
     const QString strPath = m_folder.Path(u"else\\图 片 100%#1.png"_s);
     ASSERT_TRUE(m_browser->InsertBrowserText(u"<img src =\""_s + strPath + u"\">"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ColourShows(colour); }));
+    EXPECT_SOON(ColourShows(colour));
     QStringList images;
     ASSERT_TRUE(m_browser->GetAllImageSrc(images));
     ASSERT_EQ(images.size(), 1);
-    EXPECT_TRUE(Torvane::File::IsFile(Torvane::File::FileUrlToPath(images[0]))) << images[0].toStdString();
+    EXPECT_TRUE(Torvane::File::IsFile(Torvane::File::FileUrlToPath(images[0]))) << images[0];
     QStringList links;
     ASSERT_TRUE(m_browser->GetAllAnchorHref(links));
     const QString strPage = SurfaceUrls::PathToReference(m_folder.Path(u"course\\N5\\"_s));
@@ -136,8 +129,8 @@ TEST_F(CWebEditing, ALocalPictureShowsAndIsFoundInTheText) {
     // As a save does it: the address in the text gives way to the place in the course.
     WritePicture(u"course\\N5\\res\\1.png"_s, Qt::red);
     SetHtml(Html().replace(images[0], u"res/1.png"_s));
-    EXPECT_TRUE(Html().startsWith(u"<p><img src=\"res/1.png\">left<a name"_s)) << Html().toStdString();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ColourShows(Qt::red); }));
+    EXPECT_TRUE(Html().startsWith(u"<p><img src=\"res/1.png\">left<a name"_s)) << Html();
+    EXPECT_SOON(ColourShows(Qt::red));
 }
 
 TEST_F(CWebEditing, CreateLinkAsksForTheAddress) {

@@ -1,14 +1,7 @@
 #pragma once
 
 #include "platform/ui/WebBrowser.h"
-
-#include "tests/support/TempFolder.h"
-
-#include <QApplication>
-#include <QScreen>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
+#include "tests/support/WindowHelp.h"
 
 /// A surface in a window of its own, and a course folder with pages.
 class CWebTest : public ::testing::Test {
@@ -21,24 +14,24 @@ protected:
         m_browser->setFocus();
         if (!QTest::qWaitForWindowActive(m_browser.get()))
             return false;
-        m_browser->SetAllowedFolders({m_folder.Path(QStringLiteral("course"))}, bEditing);
+        m_browser->SetAllowedFolders({m_folder.Path(u"course"_s)}, bEditing);
         return m_browser->NavigateAndWait(m_folder.Path(strBelow));
     }
     /// A page of the course as the editor opens it.
     void Edit(const QByteArray& html) {
-        ASSERT_TRUE(Show(QStringLiteral("course\\N5\\Content.htm"), html, true));
+        ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, html, true));
         ASSERT_TRUE(m_browser->SetBrowserDesignMode(true));
     }
     QString Html() {
-        QString strHtml = QStringLiteral("<no answer>");
+        QString strHtml = u"<no answer>"_s;
         EXPECT_TRUE(m_browser->GetBrowserBodyInnerHTML(strHtml));
         return strHtml;
     }
     /// Without a page, or with one that doesn't answer, what the caller has is kept.
     void ExpectNoText() {
-        QString strHtml = QStringLiteral("kept");
+        QString strHtml = u"kept"_s;
         EXPECT_FALSE(m_browser->GetBrowserBodyInnerHTML(strHtml));
-        EXPECT_EQ(strHtml, QStringLiteral("kept"));
+        EXPECT_EQ(strHtml, u"kept"_s);
     }
     void SetHtml(const QString& strHtml) { ASSERT_TRUE(m_browser->SetBrowserBodyInnerHTML(strHtml)); }
     QString Url() {
@@ -47,13 +40,12 @@ protected:
         return strUrl;
     }
     void Command(const QString& strName, const QVariant& value = {}) {
-        EXPECT_TRUE(m_browser->ExecuteIHTMLDocumentCmd(strName, false, value)) << strName.toStdString();
+        EXPECT_TRUE(m_browser->ExecuteIHTMLDocumentCmd(strName, false, value)) << strName;
     }
     CWebBrowser2Ex::SCaretState AtCaret() {
         std::optional<CWebBrowser2Ex::SCaretState> state;
-        m_browser->AskCaretState({QStringLiteral("bold"), QStringLiteral("underline")},
-                                 [&](const auto& answer) { state = answer; });
-        EXPECT_TRUE(QTest::qWaitFor([&] { return state.has_value(); }));
+        m_browser->AskCaretState({u"bold"_s, u"underline"_s}, [&](const auto& answer) { state = answer; });
+        EXPECT_SOON(state.has_value());
         return state.value_or(CWebBrowser2Ex::SCaretState());
     }
     /// Whether the colour is to be seen on the screen, in a patch that no letter makes.

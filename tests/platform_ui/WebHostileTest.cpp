@@ -4,11 +4,8 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,7 +42,7 @@ protected:
             u"(() => { let n = 0; const f = document.createElement('iframe'); f.src = 'inside.txt';"
             "f.onload = () => { if (++n < 2) f.src = 'inside.txt?again';"
             "else { f.remove(); document.body.append('come'); } }; document.body.append(f); })()"_s));
-        EXPECT_TRUE(QTest::qWaitFor([this] { return Html().endsWith(u"come"_s); }));
+        EXPECT_SOON(Html().endsWith(u"come"_s));
         EXPECT_TRUE(m_browser->ExecuteScript(u"document.body.lastChild.remove()"_s));
     }
 
@@ -64,11 +61,11 @@ TEST_F(CWebHostile, APageDoesNotLeaveTheCourse) {
           u"'chrome://gpu'"_s}) {
         EXPECT_TRUE(m_browser->ExecuteScript(u"location.href="_s + strTarget));
         LetItCome();
-        EXPECT_EQ(Url(), strPage) << strTarget.toStdString();
+        EXPECT_EQ(Url(), strPage) << strTarget;
     }
     EXPECT_FALSE(m_server.hasPendingConnections());
     EXPECT_TRUE(m_browser->ExecuteScript(u"location.href='second.htm'"_s));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Url().endsWith(u"second.htm"_s); }));
+    EXPECT_SOON(Url().endsWith(u"second.htm"_s));
     EXPECT_TRUE(m_browser->ExecuteScript(u"window.close()"_s));
     LetItCome();
     EXPECT_EQ(Html(), u"<p>second</p>"_s);
@@ -95,11 +92,11 @@ TEST_F(CWebHostile, NewWindowsAreTheProgramsToOpen) {
     const QString strInside =
         u"file:///Z:"_s + m_folder.Native(u"course\\inside.txt"_s).replace(u' ', u"%20"_s);
     EXPECT_TRUE(m_browser->ExecuteScript(u"javascript: window.open(\""_s + strInside + u"\");"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return wished.size() == 1; }));
+    EXPECT_SOON(wished.size() == 1);
     EXPECT_EQ(wished.value(0).value(0).toString(), strInside);
     EXPECT_TRUE(m_browser->ExecuteScript(u"javascript: window.open('file:///etc/passwd');"_s));
     EXPECT_TRUE(m_browser->ExecuteScript(u"javascript: window.open(\""_s + strInside + u"\");"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return wished.size() == 2; }));
+    EXPECT_SOON(wished.size() == 2);
     EXPECT_EQ(wished.value(1).value(0).toString(), strInside);
 }
 
@@ -112,7 +109,7 @@ TEST_F(CWebHostile, APageOpensNoFilmByItself) {
           "<meta http-equiv=refresh content='1;url=film.wmv'>"}) {
         wished.clear();
         ASSERT_TRUE(Show(u"course\\page.htm"_s, szHtml, false));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !wished.isEmpty(); })) << szHtml;
+        EXPECT_SOON(!wished.isEmpty()) << szHtml;
         EXPECT_FALSE(wished.value(0).value(1).toBool()) << szHtml;
     }
 }
@@ -134,7 +131,7 @@ TEST_F(CWebHostile, NoScriptOfAPageRunsWhileItIsEdited) {
     SetHtml(u"<p>a</p>"_s + strImage);
     EXPECT_TRUE(m_browser->InsertBrowserText(strImage));
     EXPECT_TRUE(m_browser->InsertBrowserText(u"<img src=\"../inside.png\">"_s));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::red); }));
+    EXPECT_SOON(ColourShows(Qt::red));
     EXPECT_EQ(Html().count(strImage), 2) << "what the page holds is kept all the same";
     EXPECT_FALSE(m_browser->ExecuteScript(u"javascript: document.body.innerHTML='ran'"_s));
 }
@@ -162,7 +159,7 @@ TEST_F(CWebHostile, AWebPageHasTheNetButNotTheDisk) {
     EXPECT_FALSE(QTest::qWaitFor([this] { return ColourShows(Qt::blue); }, 700));
     // And back to a page of the course.
     EXPECT_TRUE(Show(u"course\\b.htm"_s, "<p>b</p><img src=inside.png>", false));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::red); }));
+    EXPECT_SOON(ColourShows(Qt::red));
 }
 
 // Elements hide what the document has under their names.
@@ -174,8 +171,8 @@ TEST_F(CWebHostile, NamesInAPageFoolNoEditing) {
     EXPECT_EQ(Html(), strNames);
     QSignalSpy changed(m_browser.get(), &CWebBrowser2Ex::SelectionChanged);
     EXPECT_TRUE(m_browser->InsertBrowserText(u"<b>new</b>"_s));
-    EXPECT_TRUE(Html().contains(u"<b>new</b>"_s)) << Html().toStdString();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !changed.isEmpty(); })) << "nothing would be kept of the work";
+    EXPECT_TRUE(Html().contains(u"<b>new</b>"_s)) << Html();
+    EXPECT_SOON(!changed.isEmpty()) << "nothing would be kept of the work";
 }
 
 TEST_F(CWebHostile, CoursesShareNoStorage) {
@@ -185,6 +182,5 @@ TEST_F(CWebHostile, CoursesShareNoStorage) {
     m_folder.Write(u"second\\page.htm"_s, m_folder.Read(u"course\\page.htm"_s));
     m_browser->SetAllowedFolders({m_folder.Path(u"second"_s)}, false);
     ASSERT_TRUE(m_browser->NavigateAndWait(m_folder.Path(u"second\\page.htm"_s)));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"\"old\":null"_s); }))
-        << Html().toStdString();
+    EXPECT_SOON(Html().contains(u"\"old\":null"_s)) << Html();
 }

@@ -1,8 +1,5 @@
 #include "tests/platform_ui/WebFixture.h"
 
-#include <QTimer>
-
-using namespace Qt::StringLiterals;
 using CWebLife = CWebTest;
 
 TEST_F(CWebLife, BeforeTheFirstPageThereIsNoEngine) {
@@ -23,12 +20,12 @@ TEST_F(CWebLife, WhatCannotBeShownLeavesNoPage) {
     ASSERT_TRUE(Show(u"course\\N5\\课 件.htm"_s, "<p>work</p><a name=a></a>", true));
     EXPECT_EQ(Url(), u"file://"_s + m_folder.Path(u"course\\N5\\课 件.htm"_s));
     EXPECT_TRUE(m_browser->NavigateAndWait(Url() + u"#a"_s)) << "a place in the page that shows";
-    EXPECT_TRUE(Url().endsWith(u"\\课 件.htm#a"_s)) << Url().toStdString();
+    EXPECT_TRUE(Url().endsWith(u"\\课 件.htm#a"_s)) << Url();
     m_folder.Write(u"course\\a.zip"_s, "PK\3\4");
     for (const QString& strTarget :
          {m_folder.Path(u"none.htm"_s), m_folder.Path(u"course"_s), QString(), u"http://127.0.0.1:1/"_s,
           u"C:\\x.htm"_s, m_folder.Path(u"course\\a.zip"_s)}) {
-        EXPECT_FALSE(m_browser->NavigateAndWait(strTarget)) << strTarget.toStdString();
+        EXPECT_FALSE(m_browser->NavigateAndWait(strTarget)) << strTarget;
         EXPECT_EQ(Url(), u"about:blank"_s);
         EXPECT_FALSE(m_browser->SetBrowserDesignMode(true)) << "the message could be edited and saved";
         ExpectNoText();

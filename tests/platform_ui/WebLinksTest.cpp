@@ -4,12 +4,6 @@
 #include "foundation/Urls.h"
 
 #include <QEventLoop>
-#include <QSignalSpy>
-#include <QTimer>
-
-#include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -85,9 +79,8 @@ TEST_F(CWebLinks, LeadToPageAndPlaceWhateverTheirLetterCase) {
     };
     for (const auto& c : cases) {
         Follow(c.strLink);
-        EXPECT_TRUE(Reaches(c.strName, c.strFragment))
-            << c.strLink.toStdString() << " led to " << Url().toStdString();
-        EXPECT_TRUE(IsAt(c.strPlace)) << c.strLink.toStdString() << Html().toStdString();
+        EXPECT_TRUE(Reaches(c.strName, c.strFragment)) << c.strLink << " led to " << Url();
+        EXPECT_TRUE(IsAt(c.strPlace)) << c.strLink << Html();
     }
     // Bytes of the code page, which the engine would not understand.
     Follow(u"../n13/content.htm#%B5%DA%B6%FE%BD%DA%20A"_s);
@@ -102,11 +95,11 @@ TEST_F(CWebLinks, LeadOnInAFrameToo) {
                    "<a style='position:fixed;left:0;top:0;width:640px;height:480px;background:#ff0000' "
                    "href='../n13/GREEN #1.htm#top'>link</a>");
     ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, strFrame.arg(u"in.htm"_s).toUtf8(), false));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::red); }));
+    ASSERT_SOON(ColourShows(Qt::red));
     Click();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::green); })) << "by a click";
+    EXPECT_SOON(ColourShows(Qt::green)) << "by a click";
     ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, strFrame.arg(u"../n13/green #1.htm"_s).toUtf8(), false));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return ColourShows(Qt::green); })) << "from the beginning";
+    EXPECT_SOON(ColourShows(Qt::green)) << "from the beginning";
 }
 
 // Neither the engine nor the desktop says what such a file is before it is opened.
@@ -115,11 +108,11 @@ TEST_F(CWebLinks, AFileOfAnUnknownKindIsLeftToTheProgram) {
     QSignalSpy notShown(m_browser.get(), &CWebBrowser2Ex::FileNotShown);
     m_folder.Write(u"course\\N13\\a.gsp"_s, QByteArray::fromHex("00ff01fe02fd"));
     Follow(u"../n13/a.gsp"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    ASSERT_SOON(!wanted.isEmpty());
     EXPECT_TRUE(wanted.first().first().toString().endsWith(u"/N13/a.gsp"_s));
     EXPECT_TRUE(wanted.first().value(1).toBool()) << "by the person";
     EXPECT_FALSE(m_browser->NavigateAndWait(m_folder.Path(u"course\\N13\\a.gsp"_s)));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !notShown.isEmpty(); }));
+    EXPECT_SOON(!notShown.isEmpty());
     EXPECT_EQ(wanted.size(), 1);
 }
 
@@ -127,7 +120,7 @@ TEST_F(CWebLinks, APlaceIsSteppedToByItsName) {
     ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s, "<p>", false));
     ASSERT_TRUE(m_browser->NavigateAndWait(m_folder.Path(u"course\\N13\\Content.htm"_s)));
     EXPECT_TRUE(m_browser->GoTo(u"第二节 A"_s));
-    EXPECT_TRUE(Reaches(u"Content.htm"_s, u"#第二节 A"_s)) << Url().toStdString();
+    EXPECT_TRUE(Reaches(u"Content.htm"_s, u"#第二节 A"_s)) << Url();
     EXPECT_TRUE(IsAt(u"h2"_s));
     EXPECT_TRUE(m_browser->ExecuteScript(u"scrollTo(0, 0); document.querySelector('a').click()"_s));
     EXPECT_TRUE(IsAt(u"a[name]"_s)) << "within the page";
@@ -141,13 +134,13 @@ TEST_F(CWebLinks, WhatAPageCannotShowIsToldOf) {
     const QString strPage = Torvane::File::PathToDocumentUrl(m_folder.Path(u"course\\N7\\Content.htm"_s));
     for (const QString& strLink : {u"mailto:li@example.org"_s, u"http://example.org/"_s}) {
         Follow(strLink);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); })) << strLink.toStdString();
+        ASSERT_SOON(!wanted.isEmpty()) << strLink;
         EXPECT_EQ(wanted.takeLast().first().toString(), strLink);
         EXPECT_EQ(Url(), strPage);
     }
     for (const QString& strLink : {u"gone.htm#a"_s, u"../n13"_s}) {
         Follow(strLink);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !missing.isEmpty(); })) << strLink.toStdString();
+        EXPECT_SOON(!missing.isEmpty()) << strLink;
         missing.clear();
         EXPECT_EQ(Url(), strPage);
     }
@@ -156,7 +149,7 @@ TEST_F(CWebLinks, WhatAPageCannotShowIsToldOf) {
 
 TEST_F(CWebLinks, AreFollowedInThePreviewOfAnEditedPageAndNotWhileItIsEdited) {
     Follow(u"../n13/content.htm#chapterone"_s, true);
-    EXPECT_TRUE(Reaches(u"Content.htm"_s, u"#chapterone"_s)) << Url().toStdString();
+    EXPECT_TRUE(Reaches(u"Content.htm"_s, u"#chapterone"_s)) << Url();
     m_browser->SetFollowsLinks(false);
     ASSERT_TRUE(Show(u"course\\N7\\Content.htm"_s,
                      "<a style='position:fixed;width:640px;height:480px' "
@@ -167,7 +160,7 @@ TEST_F(CWebLinks, AreFollowedInThePreviewOfAnEditedPageAndNotWhileItIsEdited) {
     // A link that is followed, and was clicked later, tells when this one would have led on.
     auto edited = std::exchange(m_browser, std::make_unique<CWebBrowser2Ex>());
     Follow(u"../n13/content.htm"_s, true);
-    EXPECT_TRUE(Reaches(u"Content.htm"_s, QString())) << Url().toStdString();
+    EXPECT_TRUE(Reaches(u"Content.htm"_s, QString())) << Url();
     m_browser = std::move(edited);
     EXPECT_EQ(Url(), strUrl);
 }

@@ -1,8 +1,5 @@
 #include "tests/platform_ui/WebFixture.h"
-
-#include <QSignalSpy>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/Cases.h"
 
 namespace {
 
@@ -33,41 +30,12 @@ protected:
 // Each stands in its page as teachers' pages of many years have it, and leaves neither a grey box nor
 // nothing.
 TEST_F(WebMediaTest, WhatTheEngineCannotPlayHasACardOfItsSize) {
-    const struct {
-        QByteArray html;
-        QString strSize;
-    } media[] = {
-        {"<embed src='res/课 1.wmv' width=320 height=240>", u"width: 320px; height: 240px"_s},
-        {"<object classid='clsid:D27CDB6E-AE6D-11cf-96B8-444553540000' width=400 height=300>"
-         "<param name=movie value='res/a.swf'><embed src='res/a.swf' width=400 height=300></object>",
-         u"width: 400px; height: 300px"_s},
-        {"<object classid='CLSID:6BF52A52-394A-11D3-B153-00C04F79FAA6' width=300 height=200>"
-         "<param name=URL value='res\\b.asf'></object>",
-         u"width: 300px; height: 200px"_s},
-        {"<object classid='clsid:CFCDAA03-8BE4-11cf-B84B-0020AFBBCCFA' width='50%' height=200></object>",
-         u"width: 50%; height: 200px"_s},
-        {"<bgsound src='res/m.mid'>", u"position: fixed"_s},
-        {"<embed src='res/n.wma' hidden=true>", u"position: fixed"_s},
-        {"<style>.q{display:none}</style><embed class=q src='res/o.wma'>", u"position: fixed"_s},
-        {"<div style='display:none'><embed src='res/p.wmv' width=210 height=90></div>",
-         u"width: 210px; height: 90px"_s},
-        {"<embed src='res/r.wmv' width=220 height=90 hidden=false>", u"width: 220px; height: 90px"_s},
-        {"<video src='res/broken.mp4' width=300 height=200></video>", u"width: 300px; height: 200px"_s},
-        {"<video width=310 height=200><source src='res/x.wmv'><source src='res/x.avi'></video>",
-         u"width: 310px; height: 200px"_s},
-        {"<script>document.write(\"<embed src='res/w.rm' width=200 height=100>\")</script>",
-         u"width: 200px; height: 100px"_s},
-        {"<p id=p></p><script>setTimeout(() => p.innerHTML = \"<embed src=q.mpg width=200 height=90>\", 50)"
-         "</script>",
-         u"width: 200px; height: 90px"_s},
-    };
     m_folder.Write(u"course\\N5\\res\\broken.mp4"_s, "no film");
-    for (const auto& medium : media) {
-        ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, "<meta charset=utf-8>" + medium.html, false));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return Cards().size() == 1; }, 10000))
-            << medium.html.toStdString() << "\n"
-            << m_strHtml.toStdString();
-        EXPECT_TRUE(m_strHtml.contains(medium.strSize)) << m_strHtml.toStdString();
+    for (const SCase& medium : ReadCases(VOREL_MEDIA_PAGES)) {
+        ASSERT_TRUE(
+            Show(u"course\\N5\\Content.htm"_s, "<meta charset=utf-8>" + medium.Texts[0].toUtf8(), false));
+        EXPECT_SOON(Cards().size() == 1) << medium.strWhat << "\n" << m_strHtml;
+        EXPECT_TRUE(m_strHtml.contains(medium.Texts[1])) << m_strHtml;
     }
 }
 
@@ -77,7 +45,7 @@ TEST_F(WebMediaTest, WhatShowsStaysAndAnEditedPageIsNotTouched) {
                              "<object classid=\"clsid:x\"><p>instead</p></object><iframe src=\"in.htm\">"
                              "</iframe><iframe src=\"data:text/html,<a href=x.doc\"></iframe>";
     ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, shown, false));
-    EXPECT_TRUE(Cards().isEmpty()) << m_strHtml.toStdString();
+    EXPECT_TRUE(Cards().isEmpty()) << m_strHtml;
 
     const QByteArray edited = "<p>a</p><embed src=\"x.wmv\" width=\"200\">";
     Edit(edited);
@@ -85,7 +53,7 @@ TEST_F(WebMediaTest, WhatShowsStaysAndAnEditedPageIsNotTouched) {
     // Its preview is set to editing for the pictures' sake alone.
     m_browser->SetMediaReplaced(true);
     ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, edited, true));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Cards().size() == 1; })) << m_strHtml.toStdString();
+    EXPECT_SOON(Cards().size() == 1) << m_strHtml;
     m_browser->SetMediaReplaced(false);
     Edit(edited);
     EXPECT_EQ(Html(), QString::fromLatin1(edited));
@@ -103,8 +71,8 @@ TEST_F(WebMediaTest, WhatTheEnginePlaysPlays) {
                              "document.createComment('plays'))\">";
     for (const QByteArray& element : {QByteArray("<audio controls"), QByteArray("<video width=300")}) {
         ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, element + plays, false));
-        EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"<!--plays-->"_s); }, 10000));
-        EXPECT_TRUE(Cards().isEmpty()) << m_strHtml.toStdString();
+        EXPECT_SOON(Html().contains(u"<!--plays-->"_s));
+        EXPECT_TRUE(Cards().isEmpty()) << m_strHtml;
     }
 }
 
@@ -120,8 +88,7 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
                                      strFrame + u"></iframe>"};
         for (const QString& strHtml : pages) {
             ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, strHtml.toUtf8(), false));
-            EXPECT_TRUE(QTest::qWaitFor([&] { return CardFills(QRect(10, 10, 300, 220)); }, 10000))
-                << strHtml.toStdString();
+            EXPECT_SOON(CardFills(QRect(10, 10, 300, 220))) << strHtml;
         }
     }
     // Where a script sends a frame there is no card: the program offers the file.
@@ -130,7 +97,7 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
     const QByteArray sent =
         "<iframe></iframe><script>setTimeout(() => frames[0].location = 'a.doc', 50)</script>";
     ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, sent, false));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    ASSERT_SOON(!wanted.isEmpty());
     EXPECT_TRUE(wanted.value(0).value(0).toString().endsWith(u"/course/N5/a.doc"_s));
     EXPECT_FALSE(wanted.value(0).value(1).toBool());
     // A frame that is given another file by its attribute has a card, too.
@@ -139,7 +106,7 @@ TEST_F(WebMediaTest, AFrameWithWhatTheEngineCannotShowIsFilledByItsCard) {
                                             "height=240></iframe><script>setTimeout(() => f.src = '") +
                                  szFile + "', 50)</script>";
         ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s, given, false));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return CardFills(QRect(10, 10, 300, 220)); }, 10000)) << szFile;
+        EXPECT_SOON(CardFills(QRect(10, 10, 300, 220))) << szFile;
     }
 }
 
@@ -167,14 +134,14 @@ TEST_F(WebMediaTest, AScriptGivesThePlayerAnotherFilm) {
             ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s,
                              "<meta charset=utf-8><body style=margin:0>" + QByteArray(szPlayer) + late,
                              false));
-            ASSERT_TRUE(QTest::qWaitFor([this] { return Cards().value(0).contains(u"src=\"res/b.wmv\""_s); }))
-                << szPlayer << szOrder << m_strHtml.toStdString();
-            ASSERT_TRUE(QTest::qWaitFor([this] { return ColourShows(c_cardColour); })) << szPlayer << szOrder;
+            ASSERT_SOON(Cards().value(0).contains(u"src=\"res/b.wmv\""_s))
+                << szPlayer << szOrder << m_strHtml;
+            ASSERT_SOON(ColourShows(c_cardColour)) << szPlayer << szOrder;
         }
     }
     QTest::mouseClick(m_browser->findChild<QWidget*>(u"webView"_s)->focusProxy(), Qt::LeftButton, {},
                       QPoint(60, 40));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    ASSERT_SOON(!wanted.isEmpty());
     EXPECT_TRUE(wanted.last().first().toString().endsWith(u"/course/N5/res/b.wmv"_s));
 }
 
@@ -189,22 +156,22 @@ TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {
                              html,
                          false));
         // What is to be seen takes the mouse.
-        ASSERT_TRUE(QTest::qWaitFor([this] { return ColourShows(c_cardColour); }));
+        ASSERT_SOON(ColourShows(c_cardColour));
         auto* pView = m_browser->findChild<QWidget*>(u"webView"_s);
         QTest::mouseClick(pView->focusProxy(), Qt::LeftButton, {}, QPoint(60, 40));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"<!--clicked-->"_s); }));
+        ASSERT_SOON(Html().contains(u"<!--clicked-->"_s));
     };
     click("<embed src='课 1.wmv' width=320 height=240>");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    ASSERT_SOON(!wanted.isEmpty());
     EXPECT_TRUE(wanted.last().first().toString().endsWith(u"/course/N5/课%201.wmv"_s))
-        << wanted.last().first().toString().toStdString();
+        << wanted.last().first().toString();
     wanted.clear();
     click("<a href='课 1.wmv' style='display:block;height:200px;background:#eef3f8'>x</a>");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); }));
+    EXPECT_SOON(!wanted.isEmpty());
     EXPECT_TRUE(wanted.value(0).value(1).toBool()) << "by the person";
     wanted.clear();
     click("<embed src='mms://example.org/课.wmv' width=320 height=240>");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !wanted.isEmpty(); })) << "another program may know the stream";
+    ASSERT_SOON(!wanted.isEmpty()) << "another program may know the stream";
     wanted.clear();
     click("<embed src='../../elsewhere.wmv' width=320 height=240>");
     ASSERT_TRUE(Show(u"course\\N5\\Content.htm"_s,
@@ -213,7 +180,7 @@ TEST_F(WebMediaTest, APersonsClickAsksForTheFileAndAScriptsDoesNot) {
                      "document.elementFromPoint(60, 40).click();"
                      "document.body.append(document.createComment('clicked'));}, 200)</script>",
                      false));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"<!--clicked-->"_s); }));
+    EXPECT_SOON(Html().contains(u"<!--clicked-->"_s));
     EXPECT_TRUE(wanted.isEmpty());
 }
 

@@ -2,15 +2,10 @@
 #include "platform/ui/Texts.h"
 #include "tests/platform_ui/WebFixture.h"
 
-#include <QElapsedTimer>
-#include <QLabel>
 #include <QProcess>
 #include <QSslKey>
 #include <QSslServer>
 #include <QTcpSocket>
-#include <QTimer>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -54,7 +49,7 @@ protected:
                        strNote.startsWith(UiTexts::c_strPageFailed);
             },
             10000);
-        EXPECT_TRUE(bCame) << strUrl.toStdString();
+        EXPECT_TRUE(bCame) << strUrl;
         return strHtml.isEmpty() ? strNote.section(u'\n', 0, 0) : strHtml;
     }
 
@@ -73,12 +68,12 @@ TEST_F(CWebServers, ASlowServerHoldsNobodyUp) {
     EXPECT_LT(clock.elapsed(), 1000);
     EXPECT_FALSE(CWebBrowser2Ex::IsCallRunning());
     EXPECT_EQ(Url(), At(u"silent"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Note().startsWith(UiTexts::c_strPageOpening); }));
+    EXPECT_SOON(Note().startsWith(UiTexts::c_strPageOpening));
     ExpectNoText();
     // On to another page meanwhile, which is readable though not all of it comes.
     EXPECT_EQ(Outcome(At(u"slow"_s)), u"<p>web</p><img src=\"/never\">"_s);
     EXPECT_EQ(Note(), QString());
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_asked.contains("/never"); }));
+    EXPECT_SOON(m_asked.contains("/never"));
     // A page of the course likewise, with a sign that the program works.
     bool bCursor = false;
     QTimer::singleShot(1200, [&] { bCursor = QApplication::overrideCursor() != nullptr; });
@@ -111,12 +106,12 @@ TEST_F(CWebServers, ServersHaveNoWayToTheMachineOrThePerson) {
                                                 {u"password"_s, UiTexts::c_strPageFailed},
                                                 {u"download"_s, UiTexts::c_strPageFailed}};
     for (const auto& [strName, strOutcome] : rows) {
-        EXPECT_EQ(Outcome(At(strName)), strOutcome) << strName.toStdString();
+        EXPECT_EQ(Outcome(At(strName)), strOutcome) << strName;
         QTest::qWait(300);
         QString strHtml;
         m_browser->GetBrowserBodyInnerHTML(strHtml);
-        EXPECT_FALSE(strHtml.contains(u"SECRET"_s)) << strName.toStdString();
-        EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << strName.toStdString();
+        EXPECT_FALSE(strHtml.contains(u"SECRET"_s)) << strName;
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << strName;
     }
 }
 

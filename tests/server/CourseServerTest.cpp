@@ -1,10 +1,9 @@
 #include "server/CourseServer.h"
 #include "foundation/Exceptions.h"
 #include "tests/support/StrangeServer.h"
+#include "tests/support/Testing.h"
 
 #include <gmock/gmock.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

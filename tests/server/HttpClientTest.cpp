@@ -3,7 +3,7 @@
 #include "server/HttpMessage.h"
 #include "server/PortHolder.h"
 #include "tests/support/StrangeServer.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
 #include <gmock/gmock.h>
 
@@ -122,7 +122,7 @@ TEST(HttpClient, JudgesTheStatus) {
         {"no HTTP at all", "no HTTP at all"},
         {"HTTP/1.0 200 OK\r\nA: 1\r\n\r\n", ""}};
     for (const auto& [reply, szOutcome] : cases)
-        EXPECT_EQ(Outcome(reply), szOutcome) << reply.toStdString();
+        EXPECT_EQ(Outcome(reply), szOutcome) << reply;
     EXPECT_EQ(ParseStatus("HTTP/1.0 200 x"), 400) << "no line end";
     EXPECT_EQ(ParseStatus("HTTP/1.0\r\n"), 400) << "one piece";
     EXPECT_EQ(ParseStatus("HTTP/1.0  200\r\n"), 0) << "an empty second piece";
@@ -159,11 +159,11 @@ TEST(HttpClient, EndsAStrangeServersReply) {
 
 TEST(PortHolder, HoldsThePortsOfItsFile) {
     const CTempFolder folder;
-    CPortHolder none(folder.Path(QStringLiteral("Port.txt")));
+    CPortHolder none(folder.Path(u"Port.txt"_s));
     none.Run();
     EXPECT_TRUE(none.GetPorts().isEmpty());
-    folder.Write(QStringLiteral("Port.txt"), "0\r\n70000\r\n-1");
-    CPortHolder holder(folder.Path(QStringLiteral("Port.txt")));
+    folder.Write(u"Port.txt"_s, "0\r\n70000\r\n-1");
+    CPortHolder holder(folder.Path(u"Port.txt"_s));
     holder.Run();
     ASSERT_EQ(holder.GetPorts().size(), 1);
     EXPECT_EQ(Platform::CHeldPort::Take(holder.GetPorts()[0]), nullptr) << "nobody else gets it";

@@ -1,7 +1,6 @@
 #include "server/Protocol.h"
 #include "foundation/Exceptions.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 // The digests and tags below were computed with other programs' MD5, base64 and code page tables.
 
@@ -30,8 +29,8 @@ TEST(Protocol, ReadsListsAndPasswordReplies) {
     const QByteArray line = "12x\a" + c_course + '\a' + c_teacher;
     const QList<CCourseInfo> courses = Protocol::ParseCourseList(QByteArray(line + "\r\n7\aA\aB\aC\r\n"));
     ASSERT_EQ(courses.size(), 2);
-    EXPECT_EQ(courses[0], (CCourseInfo{12, QStringLiteral("大学物理"), QStringLiteral("张明")}));
-    EXPECT_EQ(courses[1], (CCourseInfo{7, QStringLiteral("A"), QStringLiteral("B")}));
+    EXPECT_EQ(courses[0], (CCourseInfo{12, u"大学物理"_s, u"张明"_s}));
+    EXPECT_EQ(courses[1], (CCourseInfo{7, u"A"_s, u"B"_s}));
     EXPECT_EQ(Protocol::ParseCourseList(line).size(), 1) << "without a last line end";
     EXPECT_TRUE(Protocol::ParseCourseList("").isEmpty());
     EXPECT_THROW(Protocol::ParseCourseList("7\aA\r\n"), Torvane::CRunException);

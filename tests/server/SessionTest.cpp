@@ -9,7 +9,6 @@
 
 #include <gmock/gmock.h>
 
-using namespace Qt::StringLiterals;
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
 using Torvane::Dialog::MFC::BoxIcon;
@@ -52,8 +51,7 @@ protected:
     bool Heartbeat() { return Session.ReportStatus(Course, StatusType::c_nHeartbeat, {}, true); }
     void ExpectLastBox(BoxButtons buttons, BoxIcon icon, const QString& strTitle) {
         const CScriptedPeople::Box& box = World.People.Boxes.back();
-        EXPECT_TRUE(box.Buttons == buttons && box.Icon == icon && box.strTitle == strTitle)
-            << box.strText.toStdString();
+        EXPECT_TRUE(box.Buttons == buttons && box.Icon == icon && box.strTitle == strTitle) << box.strText;
     }
 };
 

@@ -2,11 +2,7 @@
 #include "foundation/SysInfo.h"
 #include "tests/support/ScriptedPeople.h"
 #include "tests/support/StrangeServer.h"
-#include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using Torvane::Dialog::MFC::BoxAnswer;
 
 namespace {
@@ -18,12 +14,6 @@ TEST(TemplateDownload, SplitsNamesAsTheyStand) {
     EXPECT_TRUE(CTemplateDownload::SplitNames(u""_s).isEmpty());
 }
 
-TEST(TemplateDownload, FormsTheCompanionsCommandLine) {
-    EXPECT_EQ(CTemplateDownload::CompanionCommandLine(u"Z:\\p"_s, u"http://h/"_s, u"Z:\\p\\t"_s, u"甲 %1"_s),
-              u"\"Z:\\p\\VorelFetch.exe\" \"http://h//Down/DownTemplate.asp?Type=ReportTemplates&Name=甲 %1,"
-              u"Z:\\p\\t\\甲 %1\""_s);
-}
-
 TEST(TemplateDownload, ChecksANameAndAsksBeforeItUpdates) {
     const CTempFolder Program;
     CSysInfo::Reset(Program.Path(u"Vorel"_s));
@@ -31,7 +21,7 @@ TEST(TemplateDownload, ChecksANameAndAsksBeforeItUpdates) {
     CTemplateDownload Download{People};
     for (const QString& strName : {u""_s, u".."_s, u"a\\b"_s, u"../x"_s, u"a\"b"_s, u"a\nb"_s}) {
         People.Expect(u"请您选择一个模板！"_s);
-        EXPECT_FALSE(Download.CheckChoice(strName)) << strName.toStdString();
+        EXPECT_FALSE(Download.CheckChoice(strName)) << strName;
     }
     EXPECT_TRUE(Download.CheckChoice(u"蓝 色"_s));
 

@@ -3,30 +3,19 @@
 #include "foundation/SysInfo.h"
 #include "server/ui/TemplateDownloadDialog.h"
 #include "tests/support/CourseServiceThread.h"
-#include "tests/support/Printing.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/ScriptedPeople.h"
 #include "tests/support/StrangeServer.h"
 #include "tests/support/WindowHelp.h"
 
 #include <QBuffer>
-#include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTest>
 
-using namespace Qt::StringLiterals;
 using Torvane::Dialog::MFC::BoxIcon;
 
 namespace {
 
 QLineEdit& Field(QDialog& dialog, const QString& strName) {
-    auto* pField = dialog.findChild<QLineEdit*>(strName);
-    if (pField == nullptr)
-        qFatal("no field %s", qPrintable(strName));
-    return *pField;
+    return The<QLineEdit>(dialog, strName);
 }
 
 /// Fills the fields, presses Enter, and answers where the focus is then.
@@ -149,7 +138,7 @@ TEST_F(ServerWindowTest, TemplatesAreShownWithTheirPictures) {
         return shown.isNull() ? QColor() : shown.pixelColor(shown.width() / 2, shown.height() / 2);
     };
     WhenDialogOpens([&](QDialog& shown) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return centre().red() > 200; }));
+        EXPECT_SOON(centre().red() > 200);
         QTest::keyClick(shown.focusWidget(), Qt::Key_Down);
         EXPECT_GT(centre().blue(), 200);
         People.Expect(u"获取预览图失败！"_s);

@@ -5,12 +5,7 @@
 #include "foundation/Exceptions.h"
 #include "foundation/SysInfo.h"
 #include "tests/support/ScriptedPeople.h"
-#include "tests/support/TempFolder.h"
-
-#include <QFile>
-
-#include <functional>
-#include <vector>
+#include "tests/support/Testing.h"
 
 /// A course server that answers at once, always the same, and remembers what it was told.
 class CFakeSession : public ICourseSession {
@@ -94,19 +89,18 @@ public:
     CourseServices Services{People, Session, Templates, Nodes};
 
     explicit CCourseWorldOf(const QString& strPlace = QDir::tempPath()) : Folder(strPlace) {
-        Write(QStringLiteral("程序\\AppInfo.ini"),
-              QStringLiteral("[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\n"));
-        CopySeed(QStringLiteral("程序\\SysData\\Data\\DataBase\\VorelCourse.mdb"));
-        Folder.MakeFolder(QStringLiteral("程序\\SysData\\Data\\Courseware\\NodeResource"));
-        Write(QStringLiteral("程序\\SysData\\SelfDefineTitle.ini"), QStringLiteral("[Id]\r\n课程介绍=4\r\n"));
-        Write(Template(QStringLiteral("Skin\\images\\top.gif")), QStringLiteral("old skin"));
-        Write(Template(QStringLiteral("eht\\htm\\通用页面.htm")), QStringLiteral("<p></p>"));
-        CSysInfo::Reset(Folder.Path(QStringLiteral("程序\\Vorel")));
+        Write(u"程序\\AppInfo.ini"_s, u"[SysInfo]\r\nProvince=11\r\nSchoolName=测试大学\r\n"_s);
+        CopySeed(u"程序\\SysData\\Data\\DataBase\\VorelCourse.mdb"_s);
+        Folder.MakeFolder(u"程序\\SysData\\Data\\Courseware\\NodeResource"_s);
+        Write(u"程序\\SysData\\SelfDefineTitle.ini"_s, u"[Id]\r\n课程介绍=4\r\n"_s);
+        Write(Template(u"Skin\\images\\top.gif"_s), u"old skin"_s);
+        Write(Template(u"eht\\htm\\通用页面.htm"_s), u"<p></p>"_s);
+        CSysInfo::Reset(Folder.Path(u"程序\\Vorel"_s));
     }
 
     /// A path of this world's template, below the folder.
-    static QString Template(const QString& strBelow, const QString& strName = QStringLiteral("模板一")) {
-        return QStringLiteral("程序\\SysData\\VorelTemplates\\%1\\%2").arg(strName, strBelow);
+    static QString Template(const QString& strBelow, const QString& strName = u"模板一"_s) {
+        return u"程序\\SysData\\VorelTemplates\\%1\\%2"_s.arg(strName, strBelow);
     }
     void Write(const QString& strBelow, const QString& strText) const {
         Folder.Write(strBelow, CodePage::Encode(strText));
@@ -118,15 +112,11 @@ public:
         Folder.Write(strBelow, seed.readAll());
     }
 
-    QString ProjectPath() const { return Folder.Path(QStringLiteral("课程\\数学.vcp")); }
+    QString ProjectPath() const { return Folder.Path(u"课程\\数学.vcp"_s); }
     /// A path of the course, below the folder.
-    static QString InCourse(const QString& strBelow) { return QStringLiteral("课程\\") + strBelow; }
+    static QString InCourse(const QString& strBelow) { return u"课程\\"_s + strBelow; }
     CreateRecord Record() const {
-        return {{42, QStringLiteral("高等数学"), QStringLiteral("李老师")},
-                QStringLiteral("数学"),
-                Folder.Path(QStringLiteral("课程\\")),
-                {},
-                QStringLiteral("模板一")};
+        return {{42, u"高等数学"_s, u"李老师"_s}, u"数学"_s, Folder.Path(u"课程\\"_s), {}, u"模板一"_s};
     }
     void MakeCourse() const { CCourse(ProjectPath(), Services).Create(Record()); }
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "courseserver/CourseService.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
 #include <memory>
 #include <optional>
@@ -13,7 +13,7 @@ class CCourseServiceThread {
 public:
     explicit CCourseServiceThread(const QString& strSampleSchool = QString(),
                                   const QString& strTemplates = {}) {
-        m_options.strDataFolder = m_folder.Native(QStringLiteral("data"));
+        m_options.strDataFolder = m_folder.Native(u"data"_s);
         m_options.strSampleSchool = strSampleSchool;
         m_options.strTemplatesFolder = strTemplates;
         Start();
@@ -21,15 +21,13 @@ public:
     ~CCourseServiceThread() { Stop(); }
     Q_DISABLE_COPY(CCourseServiceThread)
 
-    QString Url() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_options.nPort); }
+    QString Url() const { return u"http://127.0.0.1:%1"_s.arg(m_options.nPort); }
     quint16 Port() const { return m_options.nPort; }
     const CTempFolder& Folder() const { return m_folder; }
     CHttpServer& Server() { return m_pService->GetServer(); }
 
     /// Another connection to the server's state.
-    CCourseStore OpenStore() const {
-        return CCourseStore(m_options.strDataFolder + QStringLiteral("/courses.db"));
-    }
+    CCourseStore OpenStore() const { return CCourseStore(m_options.strDataFolder + u"/courses.db"_s); }
 
     void Start() {
         m_pService = std::make_unique<CCourseService>(m_options);

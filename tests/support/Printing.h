@@ -6,10 +6,16 @@
 
 #include <ostream>
 
-// So that a failed comparison shows text instead of bytes.
+// So that a failed comparison, and what is said of it, show text instead of bytes.
+inline std::ostream& operator<<(std::ostream& out, const QString& str) {
+    return out << str.toStdString();
+}
+inline std::ostream& operator<<(std::ostream& out, const QByteArray& bytes) {
+    return out << bytes.toStdString();
+}
 inline void PrintTo(const QString& str, std::ostream* pOut) {
-    *pOut << '"' << str.toStdString() << '"';
+    *pOut << '"' << str << '"';
 }
 inline void PrintTo(const QByteArray& bytes, std::ostream* pOut) {
-    *pOut << '"' << bytes.toStdString() << "\" (" << bytes.toHex().toStdString() << ')';
+    *pOut << '"' << bytes << "\" (" << bytes.toHex() << ')';
 }

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "platform/base/People.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <deque>
-#include <vector>
 
 /// Takes the next answer of a script; a dialog that the script does not expect fails the test.
 template <typename T>
@@ -66,7 +64,7 @@ public:
         const Answer next = m_expected.front();
         m_expected.pop_front();
         const QString strShown = next.bBeginning ? strText.left(next.strText.size()) : strText;
-        EXPECT_EQ(next.strText.toStdString(), strShown.toStdString());
+        EXPECT_EQ(next.strText, strShown);
         return next.answer;
     }
 

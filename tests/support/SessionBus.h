@@ -1,7 +1,6 @@
 #pragma once
 
-#include "tests/support/TempFolder.h"
-#include "tests/support/Waiting.h"
+#include "tests/support/Testing.h"
 
 #include <QProcess>
 
@@ -22,13 +21,13 @@ public:
 private:
     CSessionBus() {
         m_folder.Write(
-            QStringLiteral("bus.conf"),
+            u"bus.conf"_s,
             "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
             "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/>"
             "</policy></busconfig>");
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                        QStringLiteral("--config-file=") + m_folder.Native(QStringLiteral("bus.conf"))});
+        m_daemon.start(u"dbus-daemon"_s,
+                       {u"--nofork"_s, u"--print-address"_s,
+                        u"--config-file="_s + m_folder.Native(u"bus.conf"_s)});
         if (!m_daemon.waitForStarted() || !WaitFor([this] { return m_daemon.canReadLine(); }))
             return;
         const QByteArray address = m_daemon.readLine().trimmed();

@@ -8,13 +8,10 @@
 #include "foundation/Paths.h"
 #include "foundation/TextFile.h"
 #include "platform/base/NativePath.h"
+#include "tests/support/Testing.h"
 
-#include <QRegularExpression>
 #include <QtEndian>
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 using Torvane::File::IsFile;
 
 namespace {
@@ -30,13 +27,13 @@ QStringList Templates() {
 
 QList<InitialNode> Nodes(const QString& strPath) {
     QList<InitialNode> list;
-    EXPECT_TRUE(ReadInitialNodes(strPath, list)) << strPath.toStdString();
+    EXPECT_TRUE(ReadInitialNodes(strPath, list)) << strPath;
     return list;
 }
 
 /// A whole JPEG of one picture of a page, light enough to stand in a list.
 void ExpectPreview(const QString& strPath) {
-    SCOPED_TRACE(strPath.toStdString());
+    SCOPED_TRACE(strPath);
     ASSERT_TRUE(IsFile(strPath));
     const QByteArray bytes = ReadFileBytes(strPath);
     EXPECT_TRUE(bytes.startsWith("\xff\xd8\xff"));
@@ -47,7 +44,7 @@ void ExpectPreview(const QString& strPath) {
 /// A bitmap of the given width whose header declares an alpha channel: without one the pictures would show
 /// on black.
 void ExpectBitmap(const QString& strPath, qint32 nWidth) {
-    SCOPED_TRACE(strPath.toStdString());
+    SCOPED_TRACE(strPath);
     ASSERT_TRUE(IsFile(strPath));
     const QByteArray bytes = ReadFileBytes(strPath);
     ASSERT_GE(bytes.size(), 70);
@@ -62,7 +59,7 @@ class CCountingMaker : public IInitialNodeMaker {
 public:
     qint32 AddChild(qint32, const QString&) override { return c_nRootNodeId + ++Nodes; }
     bool InitFromTemplatePage(qint32, const QString& strTemplate, const QString& strPage) override {
-        EXPECT_TRUE(IsFile(c_store.GetPagePath(strTemplate, strPage))) << strPage.toStdString();
+        EXPECT_TRUE(IsFile(c_store.GetPagePath(strTemplate, strPage))) << strPage;
         ++Pages;
         return true;
     }
@@ -77,7 +74,7 @@ TEST(DeliveredData, EveryTemplateIsComplete) {
     const QStringList templates = Templates();
     EXPECT_EQ(templates.size(), 3);
     for (const QString& strTemplate : templates) {
-        SCOPED_TRACE(strTemplate.toStdString());
+        SCOPED_TRACE(strTemplate);
         ExpectBitmap(c_store.GetIconPath(strTemplate), 32);
         ExpectPreview(c_store.GetPreviewPath(strTemplate));
         EXPECT_TRUE(IsFile(c_store.GetDefaultPagePath(strTemplate)));
@@ -98,14 +95,14 @@ TEST(DeliveredData, EveryPageIsPlainMarkupInTheCodePageWithAPreview) {
         c_store.ListPages(strTemplate, pages);
         EXPECT_GE(pages.size(), 15);
         for (const QString& strPage : pages) {
-            SCOPED_TRACE(QString(strTemplate + u'/' + strPage).toStdString());
+            SCOPED_TRACE(QString(strTemplate + u'/' + strPage));
             const QByteArray bytes = ReadFileBytes(c_store.GetPagePath(strTemplate, strPage));
             const QString strText = CodePage::Decode(bytes);
             EXPECT_FALSE(strText.contains(QChar::ReplacementCharacter));
             EXPECT_EQ(CodePage::Encode(strText), bytes);
             EXPECT_TRUE(strText.contains(u"href=\"../skin/page.css\""_s));
             const QRegularExpressionMatch match = unstable.match(strText);
-            EXPECT_FALSE(match.hasMatch()) << match.captured().toStdString();
+            EXPECT_FALSE(match.hasMatch()) << match.captured();
             ExpectPreview(c_store.GetPagePreviewPath(strTemplate, strPage));
         }
     }
@@ -118,7 +115,7 @@ TEST(DeliveredData, TheSuggestedTreeIsOneWholeAndItsPagesAreThere) {
         EXPECT_EQ(ReadFileBytes(c_strData + strFile), tree);
 
     for (const QString& strTemplate : Templates()) {
-        SCOPED_TRACE(strTemplate.toStdString());
+        SCOPED_TRACE(strTemplate);
         const QList<InitialNode> nodes = Nodes(c_store.GetInitialNodesPath(strTemplate));
         CCountingMaker maker;
         ASSERT_TRUE(CreateInitialNodes(strTemplate, nodes, c_nRootNodeId, maker));
@@ -149,5 +146,5 @@ TEST(DeliveredData, EveryPictureThatTheProgramNamesIsThere) {
     for (const auto& strSize : {u""_s, u"-16"_s, u"-32"_s, u"-48"_s, u"-256"_s})
         pictures += u"Resource\\128%1.png"_s.arg(strSize);
     for (const QString& strPicture : pictures)
-        EXPECT_TRUE(IsFile(c_strData + u"\\Images\\"_s + strPicture)) << strPicture.toStdString();
+        EXPECT_TRUE(IsFile(c_strData + u"\\Images\\"_s + strPicture)) << strPicture;
 }

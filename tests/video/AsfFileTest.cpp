@@ -1,19 +1,14 @@
 #include "video/AsfFile.h"
 #include "foundation/Exceptions.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 
 #include <QtEndian>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 /// A header that was put together apart from this program, field by field, and four bytes of data.
 QByteArray Film() {
-    QFile file(QStringLiteral(VOREL_SEEDS "lecture.asf"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return ReadTestFile(VOREL_SEEDS "lecture.asf");
 }
 
 TEST(AsfFile, AHeaderFromElsewhereReads) {

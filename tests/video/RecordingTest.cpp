@@ -6,10 +6,6 @@
 #include "tests/content/CourseOnDisk.h"
 #include "video/VideoKey.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class RecordingTest : public ::testing::Test {

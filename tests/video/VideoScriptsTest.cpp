@@ -2,21 +2,10 @@
 #include "foundation/Ciphers.h"
 #include "foundation/CodePage.h"
 #include "foundation/Exceptions.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Testing.h"
 #include "video/Outline.h"
 
-#include <QElapsedTimer>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
-
-QByteArray Seed(const char* szName) {
-    QFile file(QStringLiteral(VOREL_SEEDS) + QLatin1StringView(szName));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // Computed with whole numbers of another language from the rule alone: primes of the first windows, of
 // windows of digests' digests, and a name whose salted form is cut in the middle of a character.
@@ -36,8 +25,8 @@ TEST(VideoKey, FollowsFromTheSchoolsName) {
                  {u"学校3"_s, "C5BE5B45F43A570A96EFC7B94AF9FCD1", 215}};
     for (const auto& c : cases) {
         const auto key = CVideoKey(c.strSchool).GetRecorderKey();
-        ASSERT_TRUE(key) << c.strSchool.toStdString();
-        EXPECT_EQ(key->Modulus, c.modulus) << c.strSchool.toStdString();
+        ASSERT_TRUE(key) << c.strSchool;
+        EXPECT_EQ(key->Modulus, c.modulus) << c.strSchool;
         EXPECT_EQ(key->nSeed, c.nSeed);
     }
     EXPECT_FALSE(CVideoKey(QString()).GetRecorderKey());
@@ -63,7 +52,7 @@ protected:
 
 // The file was written by that other computation, with text that goes over from one block to the next.
 TEST_F(VideoScriptsTest, AFileFromElsewhereReads) {
-    const SVideoScripts scripts = Read(Seed("lecture.esf"));
+    const SVideoScripts scripts = Read(ReadTestFile(VOREL_SEEDS "lecture.esf"));
     EXPECT_EQ(scripts.First,
               (QStringList{u"ShowSlide(1)"_s, u"GoTo(\"第二页 · 面向对象\")"_s, u"Show(3)"_s, {}}));
     EXPECT_EQ(scripts.Second, (QStringList{u"MoveMouse(10,20)"_s, u"MoveMouse(30,40)"_s, u"MoveMouse"_s}));
@@ -99,7 +88,7 @@ TEST_F(VideoScriptsTest, WhatIsWrittenReadsBack) {
 
 TEST_F(VideoScriptsTest, DamagedFilesSayWhatTheyAre) {
     const std::string strBad = "对不起，错误的文件格式！";
-    const QByteArray whole = Seed("lecture.esf");
+    const QByteArray whole = ReadTestFile(VOREL_SEEDS "lecture.esf");
     // Every length: what is left either holds the trailer's blocks or is told to be no script file.
     for (qsizetype n = 0; n < whole.size(); ++n) {
         const std::string strFailure = FailureOf(whole.first(n));

@@ -9,11 +9,7 @@
 #include "video/PreviewRules.h"
 #include "video/Recording.h"
 
-#include <QLabel>
 #include <QListView>
-#include <QPushButton>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -84,14 +80,13 @@ protected:
 TEST_F(VideoPreviewTest, TheSlidesFollowTheFilmAlsoAfterASeek) {
     ShowOnScreen(m_view);
     Show();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return Player().GetPosition() > 200; }, 20000)) << "it plays by itself";
+    ASSERT_SOON(Player().GetPosition() > 200) << "it plays by itself";
     EXPECT_TRUE(ShowsSlide(1));
     EXPECT_TRUE(ShowsSlide(2));
     EXPECT_NEAR(double(Player().GetPosition()), double(c_nSlide), 1500);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Entry() == 1; })) << "the outline follows";
+    EXPECT_SOON(Entry() == 1) << "the outline follows";
     const QString strTime = The<QLabel>(u"status"_s).text();
-    EXPECT_TRUE(strTime.startsWith(u" 00:00:0"_s) && strTime.endsWith(u"/00:00:09"_s))
-        << strTime.toStdString();
+    EXPECT_TRUE(strTime.startsWith(u" 00:00:0"_s) && strTime.endsWith(u"/00:00:09"_s)) << strTime;
 
     // A person's choice of an entry leads there, and brings its slide.
     auto& outline = The<QListView>(u"outline"_s);
@@ -111,33 +106,33 @@ TEST_F(VideoPreviewTest, TheSlidesFollowTheFilmAlsoAfterASeek) {
     // The letter is a menu's, too; in the view it is the button's.
     outline.setFocus();
     QTest::keyClick(&outline, Qt::Key_S, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Player().GetState() == EMediaState::Stopped; }));
+    EXPECT_SOON(Player().GetState() == EMediaState::Stopped);
     QTest::qWait(600);
     EXPECT_EQ(Player().GetState(), EMediaState::Stopped)
         << "the first slide does not come with its beginning";
     QTest::mouseClick(&The<QPushButton>(u"fullScreen"_s), Qt::LeftButton);
     EXPECT_FALSE(Player().isWindow());
     QTest::mouseClick(&The<QPushButton>(u"play"_s), Qt::LeftButton);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Player().GetState() == EMediaState::Playing; }));
+    EXPECT_SOON(Player().GetState() == EMediaState::Playing);
     QTest::mouseClick(&The<QPushButton>(u"fullScreen"_s), Qt::LeftButton);
     EXPECT_TRUE(Player().isWindow() && Player().isFullScreen());
     QTest::keyClick(&Player(), Qt::Key_Escape);
     EXPECT_FALSE(Player().isWindow());
     EXPECT_EQ(Player().geometry(), PreviewRules::LayoutFor(m_view.size()).Player);
     EXPECT_TRUE(m_view.LeaveNode(false));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Player().GetState() == EMediaState::Stopped; }));
+    EXPECT_SOON(Player().GetState() == EMediaState::Stopped);
 }
 
 // A place of the pointer that the film calls is run, but for the last of the list.
 TEST_F(VideoPreviewTest, ThePointerMovesAsTheFilmSays) {
     ShowOnScreen(m_view);
     Show();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return SlidePage().contains(u"s2.htm"_s); }, 20000));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Player().GetPosition() > c_nSlide + 1500; }, 20000));
+    ASSERT_SOON(SlidePage().contains(u"s2.htm"_s));
+    EXPECT_SOON(Player().GetPosition() > c_nSlide + 1500);
     EXPECT_EQ(SlidePage().count(u"s2.htm"_s), 1);
     QString strPlaces;
     The<CWebBrowser2Ex>(u"slides"_s).ExecuteScript(u"javascript: document.body.append(places)"_s);
-    EXPECT_TRUE(SlidePage().endsWith(u"10 20 "_s)) << SlidePage().toStdString();
+    EXPECT_TRUE(SlidePage().endsWith(u"10 20 "_s)) << SlidePage();
 }
 
 TEST_F(VideoPreviewTest, WhatIsMissingIsToldAndNothingPlays) {
@@ -175,9 +170,7 @@ TEST_F(VideoPreviewTest, ADamagedFilmSaysSo) {
     for (const QByteArray& film : {QByteArray(), QByteArray("no film"), whole.first(100), whole.first(700)}) {
         Write(u"film.asf"_s, film);
         Show();
-        EXPECT_TRUE(
-            QTest::qWaitFor([&] { return The<QLabel>(u"status"_s).text().startsWith(u"对不起"_s); }, 20000))
-            << film.size();
+        EXPECT_SOON(The<QLabel>(u"status"_s).text().startsWith(u"对不起"_s)) << film.size();
         EXPECT_NE(Player().GetState(), EMediaState::Playing);
     }
 }
