@@ -66,8 +66,7 @@ TEST(CompilerDisk, AFullDiskCostsNothingOfTheSite) {
         disk.MakeRoom();
         const Site left = Read(strSmall);
         for (auto it = left.begin(); it != left.end(); ++it)
-            EXPECT_TRUE(*it == before.value(it.key()) || *it == after.value(it.key()))
-                << it.key();
+            EXPECT_TRUE(*it == before.value(it.key()) || *it == after.value(it.key())) << it.key();
         for (const QString& strName : before.keys())
             EXPECT_TRUE(left.contains(strName) || !after.contains(strName)) << strName;
         if (strMessage.empty()) {

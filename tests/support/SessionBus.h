@@ -25,9 +25,8 @@ private:
             "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
             "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/>"
             "</policy></busconfig>");
-        m_daemon.start(u"dbus-daemon"_s,
-                       {u"--nofork"_s, u"--print-address"_s,
-                        u"--config-file="_s + m_folder.Native(u"bus.conf"_s)});
+        m_daemon.start(u"dbus-daemon"_s, {u"--nofork"_s, u"--print-address"_s,
+                                          u"--config-file="_s + m_folder.Native(u"bus.conf"_s)});
         if (!m_daemon.waitForStarted() || !WaitFor([this] { return m_daemon.canReadLine(); }))
             return;
         const QByteArray address = m_daemon.readLine().trimmed();
