@@ -26,14 +26,21 @@ bool IsSpace(char c) {
     return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f';
 }
 
-/// The end of a tag, from behind its name, as the parser finds it; counts its attributes.
-qsizetype EndOfTag(const QByteArray& html, qsizetype n, int& nAttributes) {
+struct TagEnd {
+    int nAttributes = 0;
+    /// With a slash that belongs to no attribute.
+    bool bEndsItself = false;
+};
+
+/// The end of a tag, from behind its name, as the parser finds it.
+qsizetype EndOfTag(const QByteArray& html, qsizetype n, TagEnd& end) {
     while (n < html.size() && html[n] != '>') {
+        end.bEndsItself = html[n] == '/';
         if (IsSpace(html[n]) || html[n] == '/') {
             ++n;
             continue;
         }
-        ++nAttributes;
+        ++end.nAttributes;
         // A name may begin with the sign that else ends it.
         for (++n; n < html.size() && !IsSpace(html[n]) && !strchr("/>=", html[n]);)
             ++n;
@@ -270,6 +277,63 @@ private:
     std::size_t m_nSteps = 0;
 };
 
+/// Follows a drawing or a formula as long as it is sure that the parser takes it for one: in these a tag may
+/// end itself, and a flat drawing of thousands of shapes is not a deep one. What is nested in a wrong order,
+/// or holds what belongs to pages, is no longer sure.
+class CForeignContent {
+public:
+    /// Whether the start tag ends itself.
+    bool Open(const QByteArray& name, bool bEndsItself) {
+        // Nothing else may be skipped wherever the parser should turn out to be: it makes these of nothing
+        // but a drawing, or leaves them out.
+        static const QSet<QByteArray> endThemselves = {
+            "path", "rect", "circle", "ellipse", "line", "polyline", "polygon", "use",   "stop",
+            "g",    "text", "tspan",  "image",   "defs", "animate",  "set",     "mspace"};
+        if (name == "svg" || name == "math") {
+            m_open.push_back(name);
+            return false;
+        }
+        if (m_open.empty())
+            return false;
+        if (HoldsPage(m_open.back()) || BelongsToPages(name)) {
+            m_open.clear();
+            return false;
+        }
+        if (bEndsItself && endThemselves.contains(name))
+            return true;
+        m_open.push_back(name);
+        return false;
+    }
+    void Close(const QByteArray& name) {
+        if (m_open.empty())
+            return;
+        if (m_open.back() == name)
+            m_open.pop_back();
+        else
+            m_open.clear();
+    }
+    void BeUnsure() { m_open.clear(); }
+
+private:
+    static bool HoldsPage(const QByteArray& name) {
+        static const QSet<QByteArray> names = {
+            "title", "desc", "foreignobject", "annotation-xml", "annotation", "mi", "mo",
+            "mn",    "ms",   "mtext"};
+        return names.contains(name);
+    }
+    static bool BelongsToPages(const QByteArray& name) {
+        static const QSet<QByteArray> names = {
+            "body", "br",       "button", "caption",  "col",  "colgroup", "dd",     "dl",      "dt",
+            "em",   "embed",    "frame",  "frameset", "head", "hr",       "html",   "img",     "input",
+            "li",   "meta",     "object", "optgroup", "span", "option",   "p",      "ruby",    "script",
+            "sub",  "template", "select", "sup",      "var",  "textarea", "iframe", "marquee", "applet"};
+        return names.contains(name) || IsBlock(name) || IsOfTable(name) ||
+               (IsFormatting(name) && name != "a") || name == "table";
+    }
+
+    std::vector<QByteArray> m_open;
+};
+
 /// The nodes of a tree, parents first.
 std::vector<GumboNode*> NodesOf(GumboNode* pRoot) {
     std::vector<GumboNode*> nodes = {pRoot};
@@ -336,6 +400,7 @@ bool IsTooDeep(const QByteArray& html) {
     qsizetype nText = 0;
     // In these other rules hold for text.
     bool bForeign = false;
+    CForeignContent foreign;
     for (qsizetype i = html.indexOf('<'); i >= 0 && i + 1 < html.size(); i = html.indexOf('<', i + 1)) {
         const bool bEnd = html[i + 1] == '/';
         const qsizetype nName = i + 1 + bEnd;
@@ -351,14 +416,21 @@ bool IsTooDeep(const QByteArray& html) {
             continue;
         }
         const QByteArray name = html.mid(nName, nEnd - nName).toLower();
+        const qsizetype nPlainName = nEnd;
         while (nEnd < html.size() && !IsSpace(html[nEnd]) && html[nEnd] != '/' && html[nEnd] != '>')
             ++nEnd;
         const bool bText = i < nText;
-        int nAttributes = 0;
+        TagEnd end;
         // A quote in mere text holds nothing.
-        i = bText ? nEnd - 1 : EndOfTag(html, nEnd, nAttributes);
-        if (nAttributes > c_nMaxAttributes)
+        i = bText ? nEnd - 1 : EndOfTag(html, nEnd, end);
+        if (end.nAttributes > c_nMaxAttributes)
             return true;
+        if (bText || nEnd > nPlainName)
+            foreign.BeUnsure();
+        else if (bEnd)
+            foreign.Close(name);
+        else if (foreign.Open(name, end.bEndsItself))
+            continue;
         if (IsVoid(name))
             continue;
         if (bEnd) {

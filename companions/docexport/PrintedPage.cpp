@@ -1,6 +1,7 @@
 #include "companions/docexport/PrintedPage.h"
 
 #include "companions/compiler/HtmlText.h"
+#include "companions/docexport/ForeignMarkup.h"
 #include "companions/docexport/PageTable.h"
 #include "companions/docexport/TextLine.h"
 #include "companions/docexport/Texts.h"
@@ -21,7 +22,10 @@ namespace {
 bool IsHidden(const GumboElement& element) {
     return StyleValue(element, u"display"_s) == "none"_L1 ||
            gumbo_get_attribute(&element.attributes, "hidden") ||
-           (element.tag_namespace == GUMBO_NAMESPACE_SVG && AttributeValue(element, "display") == "none");
+           (element.tag_namespace == GUMBO_NAMESPACE_SVG && AttributeValue(element, "display") == "none") ||
+           // Formulas that scripts have set stand there twice: once as signs in places.
+           (element.tag == GUMBO_TAG_SPAN &&
+            AttributeValue(element, "class").split(' ').contains("katex-html"));
 }
 
 /// Gone with all that they hold.
@@ -79,6 +83,7 @@ public:
         m_anchors = QSet<QString>(anchors.begin(), anchors.end());
         m_names = PageAnchors::CNames(anchors);
         m_bScript = bScript;
+        m_drawings.emplace(pRoot);
         Write(pRoot);
         EndLine();
         if (const QByteArray marks = m_line.TakeMarks(); !marks.isEmpty())
@@ -142,6 +147,8 @@ private:
             return WriteMedium(pNode);
         if (element.tag == GUMBO_TAG_SVG && element.tag_namespace == GUMBO_NAMESPACE_SVG)
             return WriteDrawing(pNode);
+        if (element.tag == GUMBO_TAG_MATH && element.tag_namespace == GUMBO_NAMESPACE_MATHML)
+            return WriteFormula(pNode);
         if (IsDropped(element, name))
             return;
         const RunStyle before = m_style;
@@ -251,29 +258,27 @@ private:
         return {};
     }
 
-    /// A drawing is handed on as it stands, but for the names that it may leave out within a page.
     void WriteDrawing(const GumboNode* pNode) {
-        const GumboElement& element = pNode->v.element;
-        const GumboStringPiece& begin = element.original_tag;
-        const GumboStringPiece& end = element.original_end_tag;
-        if (!m_surroundings.Drawing || !begin.data || !end.data || end.data < begin.data + begin.length)
+        if (!m_surroundings.Drawing || CPageDrawings::IsStock(pNode))
             return;
-        QByteArray tag(begin.data, qsizetype(begin.length));
-        const qsizetype nName = qsizetype(qstrlen("<svg"));
-        if (!tag.contains("xmlns:xlink"))
-            tag.insert(nName, " xmlns:xlink=\"http://www.w3.org/1999/xlink\"");
-        if (!tag.contains("xmlns="))
-            tag.insert(nName, " xmlns=\"http://www.w3.org/2000/svg\"");
-        const char* pInner = begin.data + begin.length;
         const std::optional<ReadyPicture> picture =
-            m_surroundings.Drawing(tag + QByteArray(pInner, end.data + end.length - pInner));
+            m_surroundings.Drawing(m_drawings->Read(pNode, m_style.Color));
         const QString strTitle = TitleOf(pNode);
         if (!picture)
             return m_line.AddText(strTitle, m_style);
+        const GumboElement& element = pNode->v.element;
         if (picture->Width > 2 && picture->Height > 2)
             m_line.AddPicture(PictureHtml(*picture, strTitle, Pixels(element, "width"),
                                           Pixels(element, "height"), m_nMaxWidth),
                               m_style);
+    }
+
+    void WriteFormula(const GumboNode* pNode) {
+        const QByteArray formula = FormulaMarkup(pNode);
+        if (formula.isEmpty())
+            m_line.AddText(TextBelow(pNode), m_style);
+        else
+            m_line.AddFormula(formula);
     }
 
     void WriteMedium(const GumboNode* pNode) {
@@ -474,6 +479,7 @@ private:
     QSet<QString> m_anchors;
     PageAnchors::CNames m_names;
     bool m_bScript = false;
+    std::optional<CPageDrawings> m_drawings;
     QByteArray m_out;
     QStringList m_leftOut;
     QStringList m_deadLinks;
@@ -524,6 +530,8 @@ std::optional<PrintedPage> ReadPrintedPage(const QString& strPage, const PageSur
     if (IsTooDeep(html))
         return std::nullopt;
     const Tree tree = Parse(html);
+    if (IsDeep(tree->root))
+        return std::nullopt;
     QStringList anchors;
     for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
         anchors.append(anchor.strName);

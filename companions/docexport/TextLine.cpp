@@ -153,15 +153,24 @@ void CTextLine::AddText(const QString& strText, const RunStyle& style) {
 }
 
 void CTextLine::AddPicture(const QByteArray& markup, const RunStyle& style) {
+    RunStyle plain;
+    plain.Link = style.Link;
+    AddObject(markup, plain);
+    m_bPicture = true;
+}
+
+void CTextLine::AddFormula(const QByteArray& markup) {
+    AddObject(markup, {});
+}
+
+void CTextLine::AddObject(const QByteArray& markup, const RunStyle& style) {
     if (m_bBlank && !m_last.isNull())
         m_markup += ' ';
     m_bBlank = m_bLineEnd = false;
-    RunStyle plain;
-    plain.Link = style.Link;
-    Begin(plain);
+    Begin(style);
     m_markup += markup;
     m_last = QChar::ObjectReplacementCharacter;
-    m_bAny = m_bPicture = true;
+    m_bAny = true;
 }
 
 void CTextLine::AddMarkup(const QByteArray& markup) {

@@ -45,6 +45,8 @@ public:
     /// Blanks are drawn together as browsers do it; a line end between two Chinese characters is none.
     void AddText(const QString& strText, const RunStyle& style);
     void AddPicture(const QByteArray& markup, const RunStyle& style);
+    /// Without the looks of the text around it.
+    void AddFormula(const QByteArray& markup);
     bool HasPicture() const { return m_bPicture; }
     /// Something without looks. Within code it would be lost.
     void AddMarkup(const QByteArray& markup);
@@ -57,6 +59,7 @@ public:
 
 private:
     void Begin(const RunStyle& style);
+    void AddObject(const QByteArray& markup, const RunStyle& style);
 
     QByteArray m_markup;
     /// What has no looks of it.

@@ -9,22 +9,22 @@ using testing::Not;
 namespace {
 
 std::optional<PrintedPage> Read(const QString& strPage) {
-    return ReadPrintedPage(strPage,
-                           {[](const QString& strReference) { return strReference; },
-                            [](const QString& strReference) -> std::optional<ReadyPicture> {
-                                if (strReference == "none"_L1)
-                                    return std::nullopt;
-                                return ReadyPicture{u"p.png"_s, 1200, 600};
-                            },
-                            [](const QString& strAnchor) -> QString { return u"#to-"_s + strAnchor; },
-                            [](const QString& strAnchor) -> QByteArray {
-                                return "<span id=\"" + strAnchor.toUtf8() + "\"></span>";
-                            },
-                            [](const QByteArray& drawing) -> std::optional<ReadyPicture> {
-                                EXPECT_TRUE(drawing.startsWith("<svg xmlns=\"http://www.w3.org/2000/svg\""));
-                                EXPECT_TRUE(drawing.endsWith("<path d=\"M0 0\"/></svg>")) << "or hidden";
-                                return ReadyPicture{u"d.png"_s, 60, 30};
-                            }});
+    return ReadPrintedPage(
+        strPage, {[](const QString& strReference) { return strReference; },
+                  [](const QString& strReference) -> std::optional<ReadyPicture> {
+                      if (strReference == "none"_L1)
+                          return std::nullopt;
+                      return ReadyPicture{u"p.png"_s, 1200, 600};
+                  },
+                  [](const QString& strAnchor) -> QString { return u"#to-"_s + strAnchor; },
+                  [](const QString& strAnchor) -> QByteArray {
+                      return "<span id=\"" + strAnchor.toUtf8() + "\"></span>";
+                  },
+                  [](const QByteArray& drawing) -> std::optional<ReadyPicture> {
+                      EXPECT_TRUE(drawing.startsWith("<svg xmlns=\"http://www.w3.org/2000/svg\""));
+                      EXPECT_TRUE(drawing.endsWith("<path d=\"M0 0\"></path></svg>")) << "or hidden";
+                      return ReadyPicture{u"d.png"_s, 60, 30};
+                  }});
 }
 
 } // namespace
@@ -44,4 +44,28 @@ TEST(PrintedPage, WritesPagesAnewWellNested) {
     EXPECT_EQ(Read(u"<object><param name=movie value=a/片.swf></object>"_s)->LeftOut,
               QStringList{u"片.swf"_s});
     EXPECT_FALSE(Read(u"<div>"_s.repeated(5000)));
+}
+
+TEST(PrintedPage, HandsOnDrawingsWithAllThatTheyTakeFromOthers) {
+    QByteArrayList drawings;
+    const QString strFlat = u"<rect/>"_s.repeated(5000);
+    const auto page = ReadPrintedPage(
+        u"<style>.c{fill:red}</style><svg style='display:none'><symbol id=s viewbox='0 0 4 4'>"
+        "<path class=c fill='url(#g)'/></symbol><linearGradient id=g xlink:href='#s'/></svg>"
+        "<font color=red><svg width=4 onload=&quot;x><use xlink:href='#s'/><title>a&nbsp;b<br></title>"
+        "<script>1</script><foreignObject><p>x</p></foreignObject></svg></font><svg><g>"_s +
+            strFlat + u"</g></svg>"_s,
+        {{}, {}, {}, {}, [&drawings](const QByteArray& drawing) {
+             drawings.append(drawing);
+             return std::optional<ReadyPicture>();
+         }});
+    ASSERT_TRUE(page) << "for many shapes are not deep";
+    ASSERT_EQ(drawings.size(), 2);
+    EXPECT_EQ(drawings[0].toStdString(),
+              "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+              "color=\"#FF0000\" width=\"4\" onload=\"&quot;x\"><style>.c{fill:red}\n</style><defs><symbol "
+              "id=\"s\" viewBox=\"0 0 4 4\"><path class=\"c\" fill=\"url(#g)\"></path></symbol>"
+              "<linearGradient id=\"g\" xlink:href=\"#s\"></linearGradient></defs><use "
+              "xlink:href=\"#s\"></use><title>a\u00a0b</title></svg>");
+    EXPECT_EQ(drawings[1].count("<rect>"), 5000);
 }

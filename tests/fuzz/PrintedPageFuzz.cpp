@@ -28,6 +28,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
+        // A formula is taken with its attributes; what reads it loads nothing.
+        if (xml.namespaceUri() == "http://www.w3.org/1998/Math/MathML"_L1)
+            continue;
         const auto attributes = xml.attributes();
         for (const QXmlStreamAttribute& attribute : attributes)
             Check(known.contains(attribute.name().toString()));
