@@ -153,10 +153,10 @@ QStringList Readings(const QString& strFragment) {
 
 CNames::CNames(const QStringList& names) {
     for (const QString& strName : names) {
-        m_exact.insert(strName);
         const QString strLower = LowerAscii(strName);
-        if (!m_byLower.contains(strLower))
+        if (strLower != strName && !m_exact.contains(strLower) && !m_byLower.contains(strLower))
             m_byLower.insert(strLower, strName);
+        m_exact.insert(strName);
     }
 }
 
@@ -167,8 +167,11 @@ QString CNames::Meant(const QString& strFragment) const {
             return strReading;
     }
     for (const QString& strReading : readings) {
-        if (const auto found = m_byLower.constFind(LowerAscii(strReading)); found != m_byLower.constEnd())
+        const QString strLower = LowerAscii(strReading);
+        if (const auto found = m_byLower.constFind(strLower); found != m_byLower.constEnd())
             return *found;
+        if (m_exact.contains(strLower))
+            return strLower;
     }
     return {};
 }

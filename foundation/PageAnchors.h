@@ -38,6 +38,8 @@ public:
 
 private:
     QSet<QString> m_exact;
+    /// By their lower case, those that have capitals and stand before one without. A large page has many
+    /// names.
     QHash<QString, QString> m_byLower;
 };
 

@@ -7,8 +7,6 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 
-#include <QRegularExpression>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -24,16 +22,15 @@ std::optional<QByteArray> TryRead(const QString& strNativePath) {
 
 } // namespace
 
-CFragments::Page CFragments::PageIn(const QString& strPage) {
+CFragments::Page CFragments::Read(const QString& strSource) const {
+    const std::optional<QByteArray> bytes = TryRead(m_tree.NativePath(strSource));
+    if (!bytes)
+        return {PageAnchors::CNames(), true};
+    const QString strPage = PageText::Decode(*bytes).Text;
     QStringList names;
     for (const PageAnchors::Anchor& anchor : PageAnchors::Find(strPage))
         names.append(anchor.strName);
     return {PageAnchors::CNames(names), strPage.contains("<script"_L1, Qt::CaseInsensitive)};
-}
-
-CFragments::Page CFragments::Read(const QString& strSource) const {
-    const std::optional<QByteArray> bytes = TryRead(m_tree.NativePath(strSource));
-    return bytes ? PageIn(PageText::Decode(*bytes).Text) : Page{PageAnchors::CNames(), true};
 }
 
 CFragments::Entry& CFragments::EntryOf(const QString& strSource) const {
@@ -47,19 +44,6 @@ const CFragments::Page& CFragments::PageOf(const QString& strSource) const {
     const auto lock = LockIfLarge(m_tree.StateOf(strSource).nSize);
     std::call_once(entry.Once, [&] { entry.Content = Read(strSource); });
     return entry.Content;
-}
-
-void CFragments::Prepare(const QString& strSource, const QString& strPage) const {
-    if (m_tree.StateOf(strSource).nSize < c_nLargePage || !Torvane::File::IsHtmlFile(strSource))
-        return;
-    static const QRegularExpression own(u"href\\s*=\\s*[\"']?\\s*#"_s,
-                                        QRegularExpression::CaseInsensitiveOption);
-    const QString strName = strSource.mid(strSource.lastIndexOf(u'/') + 1) + u'#';
-    if (!strPage.contains(own) && !strPage.contains(strName, Qt::CaseInsensitive))
-        return;
-    Entry& entry = EntryOf(strSource);
-    const auto lock = LockIfLarge(c_nLargePage);
-    std::call_once(entry.Once, [&] { entry.Content = PageIn(strPage); });
 }
 
 /// The viewer of a presentation takes a slide's file for its fragment.

@@ -26,10 +26,6 @@ public:
     /// in a page that can't be read.
     Result Spelled(const QString& strSource, const QString& strFragment) const;
 
-    /// Reads the anchors of a large page that refers to itself, before its tree stands: only their names
-    /// stay, and the two trees never stand together.
-    void Prepare(const QString& strSource, const QString& strPage) const;
-
 private:
     struct Page {
         PageAnchors::CNames Names;
@@ -43,7 +39,6 @@ private:
     Entry& EntryOf(const QString& strSource) const;
     const Page& PageOf(const QString& strSource) const;
     Page Read(const QString& strSource) const;
-    static Page PageIn(const QString& strPage);
     QString SlideBeside(const QString& strSource, const QString& strFragment) const;
 
     const CSourceTree& m_tree;

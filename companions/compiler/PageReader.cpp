@@ -3,9 +3,13 @@
 #include "companions/compiler/CssText.h"
 #include "foundation/PageText.h"
 
+#include <QRegularExpression>
+#include <QSet>
 #include <QUrl>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -17,6 +21,23 @@ void NoteOnce(QStringList& list, const QString& strText) {
 void NoteSources(FoundSources& found, const CReferences::Result& result) {
     NoteOnce(found.Read, result.ReadSource);
     NoteOnce(found.Strays, result.Stray);
+}
+
+/// Has the anchors of pages that a large one refers to be looked up before its tree stands: only their names
+/// stay, and no two large trees stand together. A reference in an odd spelling is looked up later.
+void LookUpPlaces(const QString& strPage, const CReferences& references, const CReferences::Place& place) {
+    if (strPage.size() < c_nLargePage / 2)
+        return;
+    static const QRegularExpression link(u"href\\s*=\\s*[\"']?([^\"'<>\\s]*#[^\"'<>\\s]+)"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    QSet<QString> seen;
+    for (auto it = link.globalMatch(strPage); it.hasNext();) {
+        const QString strReference = it.next().captured(1);
+        if (seen.contains(strReference))
+            continue;
+        seen.insert(strReference);
+        references.Rewrite(strReference, place);
+    }
 }
 
 /// The page with something more at the beginning of its head, said or not.
@@ -53,10 +74,11 @@ std::optional<ReadyPage> ReadPage(const QByteArray& bytes, const CReferences& re
     ReadyPage page;
     const auto lock = LockIfLarge(bytes.size());
     const QString strText = PageText::Decode(bytes).Text;
-    references.Fragments().Prepare(place.Source, strText);
     const QString strBase = HtmlText::BaseOf(strText);
     // The base itself does not come along.
     const std::optional<CReferences::Place> base = references.WithBase(strBase, place);
+    if (base)
+        LookUpPlaces(strText, references, {base->SourceFolder, place.SiteFolder, place.Source});
     const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
         if (!base)
             return strReference.startsWith(u'#')
@@ -81,8 +103,6 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
     CorrectedFile corrected{bytes, {}};
     const auto lock = LockIfLarge(bytes.size());
     PageText::Decoded text = PageText::Decode(bytes);
-    if (kind != ESourceText::StyleSheet)
-        references.Fragments().Prepare(place.Source, text.Text);
     // Bytes that don't survive the way there and back are kept as they are, one character each; names in
     // ASCII are found all the same.
     if (PageText::Encode(text) != bytes)
@@ -90,6 +110,8 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
     const bool bPage = kind != ESourceText::StyleSheet;
     const std::optional<CReferences::Place> base =
         references.WithBase(bPage ? HtmlText::BaseOf(text.Text) : QString(), place);
+    if (bPage && base)
+        LookUpPlaces(text.Text, references, *base);
     const auto rewrite = [&](const QString& strReference) -> std::optional<QString> {
         if (!base)
             return std::nullopt;

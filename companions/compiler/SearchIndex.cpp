@@ -40,7 +40,7 @@ public:
     explicit CTextReader(const QString& strHtml) : m_strHtml(strHtml) {}
 
     QString Read() {
-        m_strOut.reserve(m_strHtml.size() / 2);
+        m_strOut.reserve(qMin(m_strHtml.size() / 2, c_nMaxText));
         while (m_nAt < m_strHtml.size() && m_strOut.size() < c_nMaxText) {
             const QChar c = m_strHtml[m_nAt];
             if (c == u'<')
