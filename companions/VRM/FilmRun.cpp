@@ -39,12 +39,11 @@ bool IsProgress(const QByteArray& line) {
 }
 
 QStringList MicrophoneInput() {
-    return {u"-f"_s,
-            Platform::HasSoundServer() ? u"pulse"_s : u"alsa"_s,
-            u"-thread_queue_size"_s,
-            u"512"_s,
-            u"-i"_s,
-            u"default"_s};
+    // The sound server would else keep some two seconds back, and the level come in leaps.
+    QStringList input = Platform::HasSoundServer()
+                            ? QStringList{u"-f"_s, u"pulse"_s, u"-fragment_size"_s, u"8820"_s}
+                            : QStringList{u"-f"_s, u"alsa"_s};
+    return input << u"-thread_queue_size"_s << u"512"_s << u"-i"_s << u"default"_s;
 }
 
 QStringList InputOf(const SFilmSource& source) {

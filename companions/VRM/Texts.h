@@ -63,6 +63,7 @@ inline const QString c_strLivePicture = u"画面"_s;
 inline const QString c_strLevel = u"麦克风音量"_s;
 inline const QString c_strSilent = u"麦克风没有声音，请您检查麦克风是否已经接好、打开。"_s;
 inline const QString c_strPlaying = u"正在播放视频　%1 / %2"_s;
+inline const QString c_strPlayingAt = u"正在播放视频　%1"_s;
 inline const QString c_strWriting = u"正在生成视频课件..."_s;
 inline const QString c_strWritingPart = u"正在生成视频课件...　%1%"_s;
 inline const QString c_strPrevious = u"上一页(&P)"_s;

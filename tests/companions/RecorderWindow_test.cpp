@@ -140,6 +140,7 @@ TEST_F(RecorderWindowTest, TimesOutliveARecorderThatIsKilled) {
     Press("next");
     const double dTurned = double(player.GetPosition());
     const QByteArray times = m_folder.Read(u"课 一\\recorded.times"_s);
+    EXPECT_EQ(times.count("\nslide "), 2) << times.constData();
     m_pWindow.reset();
     EXPECT_FALSE(m_folder.Exists(u"课 一/recorded.times"_s));
 

@@ -47,6 +47,8 @@ CLiveView::CLiveView(const QByteArray& prefix, QWidget* pParent)
     m_pLevel->hide();
     m_pLevel->setToolTip(RecorderText::c_strLevel);
     m_pSilent->setWordWrap(true);
+    setFixedWidth(c_nLiveWidth);
+    m_pSilent->setMinimumHeight(m_pSilent->heightForWidth(c_nLiveWidth));
     QPalette red = m_pSilent->palette();
     red.setColor(QPalette::WindowText, Qt::red);
     m_pSilent->setPalette(red);

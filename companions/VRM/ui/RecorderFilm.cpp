@@ -40,10 +40,11 @@ void CRecorderWindow::StartFilm() {
         m_pOutline->addItems(m_slides.Titles);
     }
     m_nSlide = -1;
+    // The outline that comes to sight turns to its first entry.
+    BeginLog();
     SetStage(EStage::Recording);
     // No smaller than the person has made it.
     resize(size().expandedTo(c_recordSize).boundedTo(screen()->availableSize()));
-    BeginLog();
     Turn(0);
     m_dRatio = m_pSlide->GetRatio();
     m_pPlayer->setVisible(!IsLive());

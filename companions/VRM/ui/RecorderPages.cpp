@@ -155,7 +155,10 @@ QWidget* CRecorderWindow::MakeRecordPage() {
         if (m_stage == EStage::Recording && m_times && nNow > 0 && m_times->MovePointer(nX, nY, nNow))
             m_log.MovePointer(nX, nY, nNow);
     });
-    for (const auto& [key, nStep] : {std::pair(Qt::Key_PageUp, -1), std::pair(Qt::Key_PageDown, 1)}) {
+    // The arrows would else lead to the button that ends the lecture.
+    for (const auto& [key, nStep] :
+         {std::pair(Qt::Key_PageUp, -1), std::pair(Qt::Key_Left, -1), std::pair(Qt::Key_Up, -1),
+          std::pair(Qt::Key_PageDown, 1), std::pair(Qt::Key_Right, 1), std::pair(Qt::Key_Down, 1)}) {
         auto* pKey = new QShortcut(QKeySequence(key), pPage);
         connect(pKey, &QShortcut::activated, this, [this, nStep = nStep] { Turn(m_nSlide + nStep); });
     }

@@ -92,7 +92,7 @@ void CRecorderWindow::EndPreview() {
     m_previewSoon.stop();
     m_preview.Abandon();
     m_bPreviewFailed = false;
-    m_pPreview->End();
+    m_pPreview->Begin(false, {});
 }
 
 void CRecorderWindow::PreviewSoon() {

@@ -319,12 +319,17 @@ QString CRecorderWindow::LiveText() const {
                                                      : RecorderText::c_strStarting;
 }
 
+QString CRecorderWindow::PlayText() const {
+    // A film that was broken off does not tell how long it is.
+    const qint64 nLength = m_pPlayer->GetDuration();
+    return nLength > 0 ? RecorderText::c_strPlaying.arg(ClockText(FilmNow()), ClockText(nLength))
+                       : RecorderText::c_strPlayingAt.arg(ClockText(FilmNow()));
+}
+
 void CRecorderWindow::ShowTime() {
     const bool bFile = !IsLive();
     if (m_stage == EStage::Recording) {
-        m_pTime->setText(
-            bFile ? RecorderText::c_strPlaying.arg(ClockText(FilmNow()), ClockText(m_pPlayer->GetDuration()))
-                  : LiveText());
+        m_pTime->setText(bFile ? PlayText() : LiveText());
         if (m_pPause->isEnabled() == (m_nBehind < 0))
             ShowPause();
     } else if (m_stage == EStage::Writing) {

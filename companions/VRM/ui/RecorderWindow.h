@@ -115,6 +115,7 @@ private:
     /// Milliseconds of the film by now.
     qint64 FilmNow() const;
     QString LiveText() const;
+    QString PlayText() const;
     void ShowTime();
     /// Whether that is what the earlier recorder has recorded.
     bool IsKeptFilm(const SFilmSource& source) const;
