@@ -305,12 +305,15 @@ function deadPlaces() {
 function deadLinks(list) {
   const counts = { OK: 0, ours: 0, authors: 0, unanswered: 0 };
   const pages = new Map();
+  // Where the links lead that the compiler has written into a page, below the root.
   const oursIn = (name) => {
     if (!pages.has(name)) {
       const text = fs.existsSync(name) && fs.statSync(name).isFile() ? textOf(name) : "";
-      const lines = text.split("\n");
       const isAuthors = text.includes('<body class="vorel-') ? authorsLines(name) : () => true;
-      pages.set(name, decoded(plain(lines.filter((line, i) => !isAuthors(i + 1)).join("\n"))));
+      const targets = tagsOf(text).filter((tag) => !isAuthors(tag.line))
+        .map((tag) => decoded((tag.attributes.href || tag.attributes.src || "").split(/[?#]/)[0]))
+        .map((reference) => path.relative(root, path.resolve(path.dirname(name), reference)));
+      pages.set(name, new Set(targets));
     }
     return pages.get(name);
   };
@@ -318,15 +321,16 @@ function deadLinks(list) {
   const belowForm = (address) => address.replace(/^(https?:\/\/[^/]*\/)?(课程网站|申报网站|合成\/HTML|合成\/Ondrel)\//, "");
   for (const line of fs.readFileSync(list, "utf8").split("\n")) {
     const parts = /^"?(.*?)"?,(\d+),(OK|BROKEN|SKIPPED),"?(.*?)"?(,.*)?$/.exec(line);
-    if (!parts || parts[3] === "SKIPPED") {
+    // An address of the net that can't be read is not skipped.
+    if (!parts || parts[3] === "SKIPPED" || /^https?:\/\/(?!localhost)/.test(parts[1])) {
       continue;
     }
     const address = decoded(parts[1]);
     let kind = "OK";
     if (parts[3] === "BROKEN") {
       const page = path.join(root, decodeURIComponent(new URL(parts[4] || "/", "http://x/").pathname));
-      const file = address.split("/").pop();
-      const isOurs = (file && oursIn(page).includes(file)) || inCourse(belowForm(address.split(/[?#]/)[0]));
+      const target = path.normalize(address.replace(/^https?:\/\/[^/]*\//, "").split(/[?#]/)[0]);
+      const isOurs = oursIn(page).has(target) || inCourse(belowForm(target));
       kind = parts[2] === "0" ? "unanswered" : isOurs ? "ours" : "authors";
       if (kind !== "authors" || counts.authors < 20) {
         console.log(`${kind}: ${line}`);

@@ -132,13 +132,14 @@ QString CNodeView::PlainTextFile(const QString& strSource) const {
     }
 }
 
-QString CNodeView::Player(const QString& strAddress, const QString& strName) const {
+QString CNodeView::Player(int nNode, const QString& strAddress, const QString& strName) const {
     const QString strExtension = Extension(strName);
     const bool bSound = strExtension == ".mp3"_L1 || strExtension == ".ogg"_L1 || strExtension == ".wav"_L1;
     const QString strTag = bSound ? u"audio"_s : u"video"_s;
     return u"<"_s + strTag + (bSound ? u""_s : u" playsinline"_s) +
-           u" class=\"media\" controls preload=\"metadata\" aria-label=\""_s + Escaped(strName) +
-           u"\" src=\""_s + Escaped(strAddress) + u"\"></"_s + strTag + u">\n"_s;
+           u" class=\"media\" controls preload=\"metadata\" aria-label=\""_s +
+           Escaped(m_plan.Model().Nodes()[nNode].Row.Title) + u"\" src=\""_s + Escaped(strAddress) +
+           u"\"></"_s + strTag + u">\n"_s;
 }
 
 QString CNodeView::FileMain(int nNode) const {
@@ -156,7 +157,7 @@ QString CNodeView::FileMain(int nNode) const {
                   Escaped(row.Title) + u"\">\n"_s;
         break;
     case ENodeView::Player:
-        strView = Player(strAddress, plan.Source);
+        strView = Player(nNode, strAddress, plan.Source);
         break;
     default:
         // A browser may show it or not; whoever only wants to read it need not keep it.
@@ -197,7 +198,7 @@ QString CNodeView::LectureMain(int nNode, const Lecture& lecture, const QString&
         strFilm.isEmpty() ? QString() : RelativeAddress(FolderOf(plan.PagePath), strFilm);
     QString strMain = Heading(nNode) + u"<div class=\"lecture\">\n<div class=\"film\">\n"_s;
     if (!strFilm.isEmpty())
-        strMain += Player(strFilmAddress, strFilm);
+        strMain += Player(nNode, strFilmAddress, strFilm);
     strMain += OutlineList(lecture, strFilmAddress) + u"</div>\n"_s;
     if (!lecture.strSlides.isEmpty()) {
         const QString strTitle =

@@ -34,7 +34,7 @@ private:
     QString FileAddress(int nNode, const QString& strSource) const;
     QString FileMain(int nNode) const;
     QString PlainTextFile(const QString& strSource) const;
-    QString Player(const QString& strAddress, const QString& strName) const;
+    QString Player(int nNode, const QString& strAddress, const QString& strName) const;
 
     const CSitePlan& m_plan;
     const CPageFrame& m_frame;
