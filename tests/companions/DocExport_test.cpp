@@ -273,11 +273,7 @@ TEST(DocExport, LeavesNothingBehindWhenItCannot) {
         std::function<void(const CSampleCourse&)> Break;
         const char* Says;
     } rows[] = {
-        {"no project file", [](const auto& c) { QFile::remove(c.Folder.Native(c.strProject)); },
-         "找不到课程文件"},
-        {"no store", [](const auto& c) { QFile::remove(c.Folder.Native(c.strStore)); }, "找不到课程数据库"},
         {"store is none", [](const auto& c) { c.Folder.Write(c.strStore, "no database"); }, "数据库已损坏"},
-        {"no root", [](const auto& c) { c.Damage(u"DELETE FROM Book"_s); }, "没有课程的根栏目"},
         {"no converter", [](const auto&) { qputenv("PATH", "/nonexistent"); }, "软件包 pandoc"},
     };
     const QByteArray path = qgetenv("PATH");

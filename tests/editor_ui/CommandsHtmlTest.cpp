@@ -1,5 +1,6 @@
 // What each command leaves in the page, and where the caret stands then: the rows of commands_html.tsv.
 #include "tests/editor_ui/EditorFixture.h"
+#include "tests/support/Cases.h"
 
 #include "content/BookTree.h"
 #include "platform/ui/SurfaceUrls.h"
@@ -356,63 +357,23 @@ TEST_F(CommandsHtmlTest, WhatIsTypedBehindATableIsAParagraph) {
 TEST_F(CommandsHtmlTest, WhatIsDraggedInThePageKeepsItsMarkupAndIsOneStep) {
     if (QStandardPaths::findExecutable(u"xdotool"_s).isEmpty() || QApplication::platformName() != u"xcb")
         GTEST_SKIP() << "no hand at the mouse of this display";
-    const struct {
-        const char* szWhat;
-        QString strBefore;
-        // What is taken, or the selection; dropped before this text, or into this element.
-        QString strTaken, strTo, strAfter;
-        bool bCopy = false;
-    } rows[] = {
-        {"text", u"<p>a[<b>bc</b>]d</p><p>xyz</p>"_s, {}, u"z"_s, u"<p>ad</p><p>xy<b>bc</b>|z</p>"_s},
-        {"a copy of text",
-         u"<p>a[<b>bc</b>]d</p><p>xyz</p>"_s,
-         {},
-         u"z"_s,
-         u"<p>a<b>bc</b>d</p><p>xy<b>bc</b>|z</p>"_s,
-         true},
-        {"paragraphs",
-         u"<p align=\"center\">[abc</p><p>de]f</p><p>xyz</p>"_s,
-         {},
-         u"z"_s,
-         u"<p align=\"center\">f</p><p>xyabc</p><p>de|z</p>"_s},
-        {"a picture", u"<p>a|<img alt=\"i\" src=\"res/$FILE\" border=\"0\">d</p><p>xyz</p>"_s, u"img"_s,
-         u"z"_s, u"<p>ad</p><p>xy<img alt=\"i\" src=\"res/$FILE\" border=\"0\">|z</p>"_s},
-        {"a link",
-         u"<p>ab<a href=\"http://h/\" id=\"innerlink\">[链接]</a>d</p><p>xyz</p>"_s,
-         {},
-         u"z"_s,
-         u"<p>abd</p><p>xy<a href=\"http://h/\" id=\"innerlink\">链接</a>|z</p>"_s},
-        {"cells",
-         u"<table border=\"1\"><tbody><tr><td>[ab</td><td>cd]</td><td>ef</td></tr></tbody></table><p>xyz</p>"_s,
-         {},
-         u"z"_s,
-         u"<table border=\"1\"><tbody><tr><td></td><td></td><td>ef</td></tr></tbody></table><p>xy</p>"
-         "<table border=\"1\"><tbody><tr><td>ab</td><td>cd|</td></tr></tbody></table><p>z</p>"_s},
-        {"into a cell",
-         u"<p>a[<i>bc</i>]d</p><table border=\"1\"><tbody><tr><td>xyz</td></tr></tbody></table>"_s,
-         {},
-         u"z"_s,
-         u"<p>ad</p><table border=\"1\"><tbody><tr><td>xy<i>bc</i>|z</td></tr></tbody></table>"_s},
-        {"words into a field",
-         u"<p>a[<b>bc</b>]d</p><p><textarea></textarea></p>"_s,
-         {},
-         u"textarea"_s,
-         u"<p>ad</p><p>|<textarea>bc</textarea></p>"_s},
-    };
     Open("<p>x</p>");
     ASSERT_TRUE(
         QImage(40, 30, QImage::Format_RGB32).save(m_world.Folder.Native(PageFile(u"res\\$FILE"_s)), "PNG"));
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.szWhat);
-        Put(row.strBefore);
+    for (const SCase& row : ReadCases(VOREL_EDITOR_TESTS "/drags.txt")) {
+        SCOPED_TRACE(row.strWhat);
+        // What is taken, or the selection where that is empty, goes before a text or into an element.
+        const QString &strBefore = row.Texts[0], &strTaken = row.Texts[1], &strTo = row.Texts[2],
+                      &strAfter = row.Texts[3];
+        Put(strBefore);
         const QString strHtml = Html();
-        Drag(PlaceOf(row.strTaken, true), PlaceOf(row.strTo, false), row.bCopy);
-        EXPECT_SOON(Marked() == row.strAfter) << Marked();
+        Drag(PlaceOf(strTaken, true), PlaceOf(strTo, false), row.strWhat.startsWith(u"a copy"));
+        EXPECT_SOON(Marked() == strAfter) << Marked();
         m_view.RunCommand(32821);
         EXPECT_EQ(Html(), strHtml);
         EXPECT_FALSE(Surface("design").ExecuteIHTMLDocumentCmd(u"Undo"_s, false, {})) << "two steps";
         m_view.RunCommand(32822);
-        EXPECT_EQ(Marked(), row.strAfter) << "redone";
+        EXPECT_EQ(Marked(), strAfter) << "redone";
     }
 }
 

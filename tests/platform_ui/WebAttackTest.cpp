@@ -2,6 +2,7 @@
 // at a file of the course, and each try to send beside the same one by a page of the web: so a page that
 // merely didn't run, or a try that works no longer at all, doesn't pass for one that was refused.
 #include "tests/platform_ui/WebFixture.h"
+#include "tests/support/Cases.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -25,39 +26,6 @@ extern "C" int getaddrinfo(const char* szName, const char*, const addrinfo*, add
 }
 
 namespace {
-
-/// How a place outside is spelled: by a page in "course", of a file in "out" beside it.
-struct SSpelling {
-    const char* szName;
-    /// %1 is the absolute path of the folder that holds both, in URL form.
-    const char* szPlace;
-};
-constexpr SSpelling c_spellings[] = {
-    {"..", "../out/s"},
-    {"escaped dots", "%2e%2e/out/s"},
-    {"half escaped dots", ".%2E/out/s"},
-    {"escaped slash", "..%2fout/s"},
-    {"doubled escape", "%252e%252e/out/s"},
-    {"doubled slash", "..%252fout%252fs"},
-    {"threefold escape", "%25252e%25252e/out/s"},
-    {"backslashes", "..\\out\\s"},
-    {"escaped backslashes", "..%5cout%5cs"},
-    {"doubled backslashes", "..%255cout%255cs"},
-    {"in and out", "data/../../out/s"},
-    {"in and out, escaped", "data/%2e%2e%2f%2e%2e/out/s"},
-    {"letter case", "../OUT/S"},
-    {"begins alike", "../course2/s"},
-    {"a link of the disk", "linked/s"},
-    {"absolute", "file://%1/out/s"},
-    {"no slashes", "file:%1/out/s"},
-    {"four slashes", "file:///%1/out/s"},
-    {"localhost", "file://localhost%1/out/s"},
-    {"FILE:", "FILE://%1/out/s"},
-    {"a drive", "file:///Z:%1/out/s"},
-    {"a drive, upper case", "FILE:\\\\\\z:%1\\OUT\\S"},
-    {"a drive, in and out", "file:///Z:%1/course/../out/s"},
-    {"of the process", "file:///proc/self/root%1/out/s"},
-};
 
 /// A place to send something to: it counts who calls.
 class CListener {
@@ -196,38 +164,24 @@ protected:
 };
 
 /// Tries that this engine refuses wherever the file lies, and some that need what the machine may lack.
-const QStringList c_refusedAnyway{u"EventSource"_s, u"frame of data"_s,       u"iframe, filesystem"_s,
-                                  u"font"_s,        u"iframe, view-source"_s, u"shared worker"_s,
-                                  u"xml entity"_s,  u"xslt document()"_s};
+const QStringList c_refusedAnyway =
+    u"EventSource|frame of data|iframe, filesystem|font|iframe, view-source|shared worker|xml entity|xslt document()"_s
+        .split(u'|');
 /// Tries to send that a page of the web has no luck with either: the engine hasn't them, the gate closes them
 /// for all, or the program is asked, which is another test's.
-const QStringList c_unsentAnyway{u"svg use"_s,
-                                 u"form, into a window"_s,
-                                 u"link, followed"_s,
-                                 u"link, ping"_s,
-                                 u"window.open"_s,
-                                 u"prerender"_s,
-                                 u"preconnect"_s,
-                                 u"dns-prefetch"_s,
-                                 u"manifest"_s,
-                                 u"shared worker"_s,
-                                 u"service worker"_s,
-                                 u"policy report"_s,
-                                 u"name of a hint"_s,
-                                 u"name of a link"_s,
-                                 u"name of a call"_s,
-                                 u"name of a call over TCP"_s,
-                                 u"name of a call's place"_s,
-                                 u"speculation rules"_s,
-                                 u"WebTransport"_s};
+const QStringList c_unsentAnyway =
+    u"svg use|form, into a window|link, followed|link, ping|window.open|prerender|preconnect|dns-prefetch|manifest|shared worker|service worker|policy report|name of a hint|name of a link|name of a call|name of a call over TCP|name of a call's place|speculation rules|WebTransport"_s
+        .split(u'|');
 
 } // namespace
 
 TEST_F(CWebAttack, Reading) {
     const QString strRoot = QUrl::fromLocalFile(m_folder.Native()).path(QUrl::FullyEncoded);
     QJsonObject all{{u"inside"_s, u"data/s"_s}};
-    for (const SSpelling& spelling : c_spellings)
-        all[QLatin1String(spelling.szName)] = QString::fromLatin1(spelling.szPlace).replace(u"%1"_s, strRoot);
+    // How a place outside is spelled by a page in "course", of a file in "out" beside it; %1 is the path of
+    // both.
+    for (const SCase& spelling : ReadCases(VOREL_SPELLINGS))
+        all[spelling.strWhat] = QString(spelling.Texts[0]).replace(u"%1"_s, strRoot);
     const QJsonObject some{
         {u"inside"_s, u"data/s"_s}, {u".."_s, u"../out/s"_s}, {u"absolute"_s, all.value(u"absolute"_s)}};
     const QJsonObject ofWeb{{u"course"_s, QString(u"file://"_s + strRoot + u"/course/data/s"_s)},
