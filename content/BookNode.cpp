@@ -294,8 +294,10 @@ void CBookNode::Watch() {
     m_pWatcher = std::make_shared<Platform::CFolderWatcher>(GetFolder(), [&course = m_course, nId = m_nId] {
         try {
             CBookNode(course, {nId, {}, NodeType::c_nEmpty}).UpdateSize();
+            return true;
         } catch (const Torvane::CRunException&) {
-            // The course is closing, or lent to a companion: the next change finds it again.
+            // The course is closing, which ends this, or lent to a companion, which gives it back.
+            return false;
         }
     });
 }

@@ -4,6 +4,7 @@
 #include "platform/base/NativePath.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QSocketNotifier>
 #include <QTimer>
 
@@ -30,7 +31,7 @@ constexpr uint32_t c_nMask = IN_ATTRIB | IN_MODIFY | IN_CREATE | IN_DELETE | IN_
 
 class CFolderWatcher::CWatch {
 public:
-    CWatch(QByteArray folder, std::function<void()> changed)
+    CWatch(QByteArray folder, std::function<bool()> changed)
         : m_folder(std::move(folder)), m_changed(std::move(changed)) {
         m_timer.setSingleShot(true);
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { Tell(); });
@@ -154,13 +155,15 @@ private:
     }
 
     /// The listener may end the watcher.
-    void Tell() const {
-        const std::function<void()> changed = m_changed;
-        changed();
+    void Tell() {
+        const std::function<bool()> changed = m_changed;
+        const QPointer<QTimer> pTimer(&m_timer);
+        if (!changed() && pTimer && !pTimer->isActive())
+            pTimer->start(c_nLongestMs);
     }
 
     QByteArray m_folder;
-    std::function<void()> m_changed;
+    std::function<bool()> m_changed;
     int m_nHandle = -1;
     int m_nTop = -1;
     /// By the system's number: the path. No number is given twice.
@@ -170,7 +173,7 @@ private:
     QElapsedTimer m_sinceFirst;
 };
 
-CFolderWatcher::CFolderWatcher(const QString& strFolder, std::function<void()> changed)
+CFolderWatcher::CFolderWatcher(const QString& strFolder, std::function<bool()> changed)
     : m_pWatch(std::make_unique<CWatch>(NativeBytes(strFolder), std::move(changed))) {}
 
 CFolderWatcher::~CFolderWatcher() = default;

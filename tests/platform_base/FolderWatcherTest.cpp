@@ -19,7 +19,7 @@ protected:
     /// What happens outside is told to the witness and not to the watcher.
     void ExpectNothingOf(const QString& strFolder, const std::function<void()>& change) {
         int nSeen = 0;
-        const CFolderWatcher witness(m_folder.Path(strFolder), [&nSeen] { ++nSeen; });
+        const CFolderWatcher witness(m_folder.Path(strFolder), [&nSeen] { return ++nSeen > 0; });
         m_nTold = 0;
         change();
         ASSERT_SOON(nSeen > 0);
@@ -33,7 +33,7 @@ protected:
 
 // Each of these changes the size that a node shows; a program may save by any of them.
 TEST_F(CFolderWatching, TellsOfEveryKindOfChange) {
-    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
+    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { return ++m_nTold > 0; });
     const std::function<bool()> changes[] = {
         [this] { return m_folder.Write(u"N5\\a.doc"_s, "longer"), true; },
         [this] { return m_folder.Write(u"N5\\res\\p.png"_s, "new"), true; },
@@ -56,7 +56,7 @@ TEST_F(CFolderWatching, TellsOfEveryKindOfChange) {
 // A save is dozens of changes and one walk through the folder; a download that goes on for minutes must show
 // its growth all the same. No turn of the loop lasts as long as the queue of changes.
 TEST_F(CFolderWatching, GathersChangesAndTellsWhileTheyGoOn) {
-    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
+    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { return ++m_nTold > 0; });
     for (int n = 0; n < 200; ++n)
         m_folder.Write(u"N5\\f%1"_s.arg(n), "x");
     ASSERT_SOON(m_nTold > 0);
@@ -77,7 +77,7 @@ TEST_F(CFolderWatching, SurvivesAnOverflow) {
     const int nLimit = limit.readAll().trimmed().toInt();
     if (nLimit > 100000)
         GTEST_SKIP() << "the queue is too long to be filled";
-    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
+    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { return ++m_nTold > 0; });
     const QString strA = m_folder.Native(u"N5\\a"_s);
     const QString strB = m_folder.Native(u"N5\\b"_s);
     m_folder.Write(u"N5\\a"_s, "x");
@@ -95,20 +95,27 @@ TEST_F(CFolderWatching, SurvivesAnOverflow) {
 // A link in a stranger's course would have the whole disk watched; a folder dragged out of the node is no
 // part of it any more.
 TEST_F(CFolderWatching, KeepsToItsFolder) {
-    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
+    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { return ++m_nTold > 0; });
     const auto write = [this] { m_folder.Write(u"outside\\sub\\b"_s, "longer"); };
     ExpectNothingOf(u"outside"_s, write);
     ASSERT_TRUE(Move(u"N5\\res"_s, u"outside\\res"_s));
     ASSERT_SOON(m_nTold > 0);
     ExpectNothingOf(u"outside"_s, [this] { m_folder.Write(u"outside\\res\\p"_s, "new"); });
-    const CFolderWatcher ofLink(m_folder.Path(u"N5\\link"_s), [this] { ++m_nTold; });
-    const CFolderWatcher ofNothing(m_folder.Path(u"none"_s), [this] { ++m_nTold; });
+    const CFolderWatcher ofLink(m_folder.Path(u"N5\\link"_s), [this] { return ++m_nTold > 0; });
+    const CFolderWatcher ofNothing(m_folder.Path(u"none"_s), [this] { return ++m_nTold > 0; });
     ExpectNothingOf(u"outside"_s, write);
+}
+
+// The course is lent to a companion when the change comes: its size is booked when it is back.
+TEST_F(CFolderWatching, TellsAgainUntilItIsHeard) {
+    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { return ++m_nTold == 2; });
+    m_folder.Write(u"N5\\a.doc"_s, "longer");
+    EXPECT_SOON(m_nTold == 2);
 }
 
 // The node is cleared: its watcher has ended, and a listener that ends the watcher itself is safe.
 TEST_F(CFolderWatching, EndsWithTheFolderAndInItsOwnCallback) {
-    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { ++m_nTold; });
+    const CFolderWatcher watcher(m_folder.Path(u"N5"_s), [this] { return ++m_nTold > 0; });
     EXPECT_TRUE(watcher.IsWatching());
     ASSERT_TRUE(QDir(m_folder.Native(u"N5"_s)).removeRecursively());
     ExpectNothingOf(u"outside"_s, [this] { m_folder.Write(u"outside\\sub\\b"_s, "x"); });
@@ -120,7 +127,7 @@ TEST_F(CFolderWatching, EndsWithTheFolderAndInItsOwnCallback) {
     bool bTold = false;
     pOwn = std::make_unique<CFolderWatcher>(m_folder.Path(u"N5"_s), [&] {
         pOwn.reset();
-        bTold = true;
+        return !(bTold = true);
     });
     m_folder.Write(u"N5\\again"_s, "longer");
     EXPECT_SOON(bTold);
