@@ -69,16 +69,20 @@ bool CPageSaver::GetReferences(References& references, QString& strFailure) {
 
 void CPageSaver::RememberAsLoaded() {
     m_asLoaded.reset();
-    m_strFileAsLoaded = ReadTextFile(m_strPagePath);
     QString strHtml, strFailure;
     References references;
     QList<ResourceCopy> copies;
     if (GetLiveText(strHtml) && GetReferences(references, strFailure))
-        m_asLoaded = ProcessResources(strHtml, references, m_folders, copies);
+        m_asLoaded = {strHtml, ProcessResources(strHtml, references, m_folders, copies),
+                      ReadTextFile(m_strPagePath)};
 }
 
-bool CPageSaver::HasChanged(const QString& strText, const QString& strOnDisk) const {
-    const bool bUntouched = m_asLoaded && strText == *m_asLoaded && strOnDisk == m_strFileAsLoaded;
+/// A picture on the web is planned under another name each time. That alone is nothing to ask about on the
+/// way out, while a save that was asked for tries to fetch it once more.
+bool CPageSaver::HasChanged(const QString& strHtml, const QString& strText, const QString& strOnDisk,
+                            bool bLeaving) const {
+    const bool bUntouched = m_asLoaded && strOnDisk == m_asLoaded->strFile &&
+                            (strText == m_asLoaded->strText || (bLeaving && strHtml == m_asLoaded->strHtml));
     return strText != strOnDisk && !bUntouched;
 }
 
@@ -108,10 +112,11 @@ ESaveResult CPageSaver::SaveLiveText(bool bWriteBack, bool bAsk, bool bCanCancel
     QList<ResourceCopy> copies;
     auto pBusy = m_page.ShowBusy();
     QList<Replacement> replacements = PlanReplacements(references, m_folders, copies);
+    LeaveOutUnnamed(strHtml, replacements, copies);
     QString strText = ApplyReplacements(strHtml, replacements);
     pBusy.reset();
     const QString strOnDisk = ReadTextFile(m_strPagePath);
-    m_bSettled = !HasChanged(strText, strOnDisk);
+    m_bSettled = !HasChanged(strHtml, strText, strOnDisk, bAsk);
     if (m_bSettled)
         return ESaveResult::Saved;
     if (const ESaveResult answer = MayWrite(bAsk, bCanCancel); answer != ESaveResult::Saved)
@@ -135,7 +140,10 @@ ESaveResult CPageSaver::SaveLiveText(bool bWriteBack, bool bAsk, bool bCanCancel
     m_bSettled = true;
     m_asLoaded.reset();
     const bool bWrittenBack = !bWriteBack || WriteBack(strHtml, strText);
-    if (const QStringList names = task.GetFailedNames(); !names.isEmpty())
+    QStringList names = task.GetFailedNames();
+    for (const QString& strPath : FindTooLong(strHtml, references))
+        names.append(EditorTexts::c_strTooLongPath.arg(strPath));
+    if (!names.isEmpty())
         m_people.Warn(EditorTexts::c_strNotCopied.arg(ListOf(names)));
     return bWrittenBack ? ESaveResult::Saved : ESaveResult::NotSaved;
 }

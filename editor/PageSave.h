@@ -80,7 +80,8 @@ private:
     bool GetLiveText(QString& strHtml);
     bool GetReferences(ResourceText::References& references, QString& strFailure);
     void RememberAsLoaded();
-    bool HasChanged(const QString& strText, const QString& strOnDisk) const;
+    bool HasChanged(const QString& strHtml, const QString& strText, const QString& strOnDisk,
+                    bool bLeaving) const;
     ESaveResult SaveLiveText(bool bWriteBack, bool bAsk, bool bCanCancel);
     ESaveResult MayWrite(bool bAsk, bool bCanCancel);
     bool Write(const QString& strText);
@@ -95,10 +96,15 @@ private:
     /// What the surface called the page when it had just loaded it; empty when it had not.
     QString m_strLoadedUrl;
     ResourceText::PageFolders m_folders;
-    /// What the untouched page would be saved as. The surface writes markup in its own way, so that a page
-    /// nobody has typed in may differ from its file; such a page asks nothing when it is left, as long as the
-    /// file is the one that it was loaded from.
-    std::optional<QString> m_asLoaded;
-    QString m_strFileAsLoaded;
+    struct AsLoaded {
+        QString strHtml;
+        /// What that would be saved as.
+        QString strText;
+        QString strFile;
+    };
+    /// The untouched page. The surface writes markup in its own way, so that a page nobody has typed in may
+    /// differ from its file; such a page asks nothing when it is left, as long as the file is the one that it
+    /// was loaded from.
+    std::optional<AsLoaded> m_asLoaded;
     bool m_bSettled = false;
 };

@@ -24,6 +24,7 @@ public:
     explicit CReplacer(const QList<Replacement>& replacements);
 
     QString Apply(QStringView text) const;
+    QList<bool> FindOccurring(QStringView text) const;
 
 private:
     struct Reference {
@@ -172,12 +173,39 @@ QString CReplacer::Apply(QStringView text) const {
     return strResult;
 }
 
+QList<bool> CReplacer::FindOccurring(QStringView text) const {
+    std::vector<bool> seen(m_references.size());
+    for (qsizetype n = text.indexOf(c_colon); n >= 0; n = text.indexOf(c_colon, n + 1)) {
+        VisitAt(text, n, [&](const Reference& reference) {
+            seen[static_cast<std::size_t>(&reference - m_references.data())] = true;
+        });
+    }
+    QList<bool> found(m_replacements.size(), false);
+    for (std::size_t n = 0; n < seen.size(); ++n) {
+        for (const qsizetype nChange : m_references[n].Changes)
+            found[nChange] = seen[n];
+    }
+    return found;
+}
+
+bool AllHaveColons(const QList<Replacement>& replacements) {
+    return std::all_of(replacements.begin(), replacements.end(),
+                       [](const Replacement& r) { return r.strFrom.contains(c_colon); });
+}
+
 } // namespace
 
+QList<bool> FindOccurring(const QString& strText, const QList<Replacement>& replacements) {
+    if (AllHaveColons(replacements))
+        return CReplacer(replacements).FindOccurring(strText);
+    QList<bool> found;
+    for (const Replacement& replacement : replacements)
+        found.append(strText.contains(replacement.strFrom));
+    return found;
+}
+
 QString ApplyReplacements(const QString& strText, const QList<Replacement>& replacements) {
-    const bool bByColon = std::all_of(replacements.begin(), replacements.end(),
-                                      [](const Replacement& r) { return r.strFrom.contains(c_colon); });
-    if (bByColon)
+    if (AllHaveColons(replacements))
         return CReplacer(replacements).Apply(strText);
     QString strResult = strText;
     for (const Replacement& replacement : replacements)

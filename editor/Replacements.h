@@ -17,4 +17,8 @@ struct Replacement {
 /// however many changes there are, as long as each strFrom holds a colon, as every absolute reference does.
 QString ApplyReplacements(const QString& strText, const QList<Replacement>& replacements);
 
+/// Of each change, whether the text holds its strFrom before any change is made; found in one reading
+/// likewise.
+QList<bool> FindOccurring(const QString& strText, const QList<Replacement>& replacements);
+
 } // namespace ResourceText

@@ -6,7 +6,9 @@
 #include "foundation/Random.h"
 #include "foundation/Text.h"
 #include "foundation/Urls.h"
+#include "platform/base/NativePath.h"
 
+#include <QFileInfo>
 #include <QUrl>
 
 #include <algorithm>
@@ -64,6 +66,20 @@ QString FindSource(const QString& strReference) {
         const QString strPath = read(strReference);
         if (IsFile(strPath))
             return strPath;
+    }
+    return {};
+}
+
+/// The native path of a file that shows and whose path is too long for everything else; empty for any other
+/// reference.
+QString TooLongPath(const QString& strReference) {
+    if (LowerAscii(strReference.left(c_fileUrl.size())) != c_fileUrl)
+        return {};
+    for (QString (*const read)(const QString&) : {&PathAsShown, &PathAsSpelled}) {
+        const QString strPath = read(strReference);
+        const QString strNative = IsPathTooLong(strPath) ? Platform::ToNative(strPath) : QString();
+        if (QFileInfo(strNative).isFile())
+            return strNative;
     }
     return {};
 }
@@ -139,17 +155,21 @@ void PlanCopy(const PageFolders& folders, CResourceNames* pNames, ResourceCopy& 
     out.strUrl = c_resUrl + out.strName;
 }
 
+/// The changes of one reference: as it is reported, and as an attribute in the text spells it.
+void AppendChanges(const QString& strSource, const QString& strTo, qsizetype nCopy,
+                   QList<Replacement>& replacements) {
+    replacements.append({strSource, strTo, nCopy});
+    if (strSource.contains(u'&'))
+        replacements.append({QString(strSource).replace(u'&', QLatin1StringView("&amp;")), strTo, nCopy});
+}
+
 void PlanResources(const QStringList& sources, const PageFolders& folders, CResourceNames& names,
                    QList<ResourceCopy>& copies, QList<Replacement>& replacements) {
     for (const QString& strSource : sources) {
         ResourceCopy copy;
         if (strSource.isEmpty() || !PlanResource(strSource, folders, &names, copy) || copy.strUrl.isEmpty())
             continue;
-        replacements.append({strSource, copy.strUrl, copies.size()});
-        // As an attribute in the text spells it.
-        if (strSource.contains(u'&'))
-            replacements.append(
-                {QString(strSource).replace(u'&', QLatin1StringView("&amp;")), copy.strUrl, copies.size()});
+        AppendChanges(strSource, copy.strUrl, copies.size(), replacements);
         copies.append(copy);
     }
 }
@@ -248,6 +268,38 @@ QList<Replacement> PlanReplacements(const References& references, const PageFold
     if (!references.strDocumentUrl.isEmpty())
         replacements.append({DocumentUrlInLinks(references.strDocumentUrl) + u'#', QStringLiteral("#")});
     return replacements;
+}
+
+void LeaveOutUnnamed(const QString& strHtml, QList<Replacement>& replacements, QList<ResourceCopy>& copies) {
+    const QList<bool> occurring = FindOccurring(strHtml, replacements);
+    QSet<qsizetype> named;
+    for (qsizetype n = 0; n < replacements.size(); ++n) {
+        if (occurring.at(n))
+            named.insert(replacements.at(n).nCopy);
+    }
+    replacements.removeIf([&](const Replacement& r) { return r.nCopy >= 0 && !named.contains(r.nCopy); });
+    for (qsizetype n = 0; n < copies.size(); ++n)
+        copies[n].bCopy = copies.at(n).bCopy && named.contains(n);
+}
+
+QStringList FindTooLong(const QString& strHtml, const References& references) {
+    QStringList paths;
+    QList<Replacement> changes;
+    for (const QString& strSource : references.Images + references.Embeds) {
+        const QString strPath = TooLongPath(strSource);
+        if (strPath.isEmpty())
+            continue;
+        AppendChanges(strSource, strPath, paths.size(), changes);
+        paths.append(strPath);
+    }
+    const QList<bool> occurring = FindOccurring(strHtml, changes);
+    QStringList named;
+    for (qsizetype n = 0; n < changes.size(); ++n) {
+        if (occurring.at(n))
+            named.append(changes.at(n).strTo);
+    }
+    named.removeDuplicates();
+    return named;
 }
 
 QString ProcessResources(const QString& strHtml, const References& references, const PageFolders& folders,

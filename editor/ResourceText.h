@@ -73,6 +73,14 @@ bool PlanResource(const QString& strSource, const PageFolders& folders, CResourc
 QList<Replacement> PlanReplacements(const References& references, const PageFolders& folders,
                                     QList<ResourceCopy>& copies);
 
+/// Takes out of a plan the resources that the text doesn't name by the reported reference, as one below a
+/// <base>: nothing would refer to their copies.
+void LeaveOutUnnamed(const QString& strHtml, QList<Replacement>& replacements, QList<ResourceCopy>& copies);
+
+/// The native paths of the pictures and embeds, each once, that the text names by their local files and that
+/// no plan takes, since their paths are too long.
+QStringList FindTooLong(const QString& strHtml, const References& references);
+
 /// Rewrites the references in the text and plans the copies: both of the above.
 QString ProcessResources(const QString& strHtml, const References& references, const PageFolders& folders,
                          QList<ResourceCopy>& copies);

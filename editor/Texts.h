@@ -34,6 +34,7 @@ inline const QString c_strSourceTooLong =
 inline const QString c_strWriteBackFailed = QStringLiteral("更新编辑器源码失败！！");
 inline const QString c_strNotCopied =
     QStringLiteral("以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n%1");
+inline const QString c_strTooLongPath = QStringLiteral("%1（文件名或路径太长）");
 
 // Pages that are kept while they are edited.
 inline const QString c_strAskKept =
@@ -73,7 +74,7 @@ inline const QString c_strPastedAsText =
     QStringLiteral("剪贴板中的内容过长，或者过于复杂，已经只粘贴其中的文字，没有格式和图片。\n"
                    "如果需要格式和图片，请您分几次粘贴。");
 inline const QString c_strFilesLeftOut =
-    QStringLiteral("有 %1 项没有粘贴，它们是文件夹，或者已经不存在：\n%2");
+    QStringLiteral("有 %1 项没有粘贴，它们是文件夹，已经不存在，或者路径太长：\n%2");
 inline const QString c_strPasting = QStringLiteral("正在粘贴...");
 inline const QString c_strPasteCancelled = QStringLiteral("您取消了粘贴，网页没有改变。");
 inline const QString c_strPasteLate =
@@ -84,6 +85,8 @@ inline const QString c_strPasteFailed = QStringLiteral("粘贴失败，请您重
 inline const QString c_strInsertFailed = QStringLiteral("没有能够插入，网页没有改变。");
 inline const QString c_strInsertLate =
     QStringLiteral("网页还在处理刚才插入的内容。\n请您等内容出现以后再继续编辑和保存。");
+inline const QString c_strFileTooDeep = QStringLiteral("没有能够插入，文件名或路径太长：\n%1\n\n"
+                                                       "请您把文件移到上层的文件夹中，或者缩短它的名称。");
 
 // Commands of the page.
 inline const QString c_strAskTemplate = QStringLiteral("重新设置模板将丢失已有的内容，您继续吗？");

@@ -11,6 +11,7 @@
 #include "foundation/Files.h"
 #include "foundation/SysInfo.h"
 #include "foundation/TextFile.h"
+#include "platform/base/NativePath.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/WebBrowser.h"
 
@@ -149,7 +150,11 @@ bool CEditorView::Insert(const QString& strHtml) {
 
 void CEditorView::InsertPicked(const QString& strFilter, QString (*build)(const QString&)) {
     // As a reference: a plain path may hold what ends an attribute or reads as an entity.
-    if (const auto path = m_people.PickOpenFile(QString(), QString(), strFilter))
+    const auto path = m_people.PickOpenFile(QString(), QString(), strFilter);
+    // It would show here, and no save could bring it into the course.
+    if (path && Torvane::File::IsPathTooLong(*path))
+        m_people.Error(EditorTexts::c_strFileTooDeep.arg(Platform::ToShown(*path)));
+    else if (path)
         Insert(build(SurfaceUrls::PathToReference(*path)));
 }
 

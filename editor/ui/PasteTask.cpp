@@ -6,6 +6,8 @@
 #include "foundation/Exceptions.h"
 #include "foundation/Files.h"
 #include "foundation/Paths.h"
+#include "foundation/Texts.h"
+#include "platform/base/NativePath.h"
 #include "platform/ui/SurfaceUrls.h"
 
 #include <QBuffer>
@@ -38,7 +40,11 @@ void ThrowIfGivenUp(IWalkFilter& filter) {
 
 FileLink LinkToFile(const QString& strPath, const ResourceText::PageFolders& folders, IWalkFilter* pFilter) {
     ResourceText::ResourceCopy copy;
-    ResourceText::PlanResource(strPath, folders, nullptr, copy);
+    if (!ResourceText::PlanResource(strPath, folders, nullptr, copy)) {
+        if (Torvane::File::IsPathTooLong(strPath))
+            throw Torvane::CRunException(EditorTexts::c_strFileTooDeep.arg(Platform::ToShown(strPath)));
+        throw Torvane::File::CFileException(FileText::c_strCannotOpen, strPath, 0);
+    }
     // A link is made to a file that is there, and to no other.
     if (copy.bCopy) {
         Torvane::File::CreateFolderPath(folders.strResFolder);

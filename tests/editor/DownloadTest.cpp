@@ -22,8 +22,11 @@ TEST(Download, TheBodyBecomesTheFileAlsoBehindARedirection) {
 TEST(Download, NothingIsLeftOfAnythingElse) {
     const CTempFolder folder;
     const QString strName = u"a.gif"_s;
-    for (const char* szReply : {"HTTP/1.0 404 Not Found\r\n\r\nnot here", "HTTP/1.0 302 Moved\r\n\r\n",
-                                "HTTP/1.0 302 Moved\r\nLocation: file:///etc/passwd\r\n\r\n", "nonsense"}) {
+    for (const char* szReply :
+         {"HTTP/1.0 404 Not Found\r\n\r\nnot here", "HTTP/1.0 302 Moved\r\n\r\n",
+          "HTTP/1.0 302 Moved\r\nLocation: file:///etc/passwd\r\n\r\n", "nonsense", "HTTP/1.0 200 OK\r\n\r\n",
+          "HTTP/1.0 200 OK\r\n\r\n\xEF\xBB\xBF\n<!DOCTYPE HTML><p>log in",
+          "HTTP/1.0 200 OK\r\nContent-Type: Text/HTML; charset=gbk\r\n\r\n<p>log in"}) {
         const CStrangeServer server(szReply);
         EXPECT_FALSE(DownloadUrlToFile(QString::fromLatin1(server.Url("/a.gif")), folder.Path(strName), [] {
             return true;

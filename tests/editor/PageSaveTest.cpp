@@ -107,15 +107,24 @@ TEST_F(PageSaveTest, AnUntouchedPageWhoseFileAnotherProgramTookOrChangedIsAskedA
     EXPECT_TRUE(m_saver.MayLeave(true)) << "nobody changed anything";
 }
 
-TEST_F(PageSaveTest, APictureThatCannotBeFetchedKeepsItsReferenceAndIsNamed) {
+TEST_F(PageSaveTest, APictureThatCannotBeHadKeepsItsReferenceAndIsNamed) {
     Open(u"a"_s, u"a"_s);
     const QString strUrl = u"http://h/x.gif"_s;
-    m_page.strHtml = Picture() + u' ' + strUrl;
-    m_page.Images = {strUrl, Picture(), strUrl};
-    m_people.Expect(u"以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n"_s + strUrl);
+    const QString strDeep = QString(70, u'深') + u'\\' + QString(70, u'处') + u"\\a.gif"_s;
+    m_temp.Write(strDeep, "x");
+    const QString strDeepUrl = u"file:///"_s + m_temp.Path(strDeep).replace(u'\\', u'/');
+    const QString strRest = u' ' + strUrl + u' ' + strDeepUrl;
+    m_page.strHtml = Picture() + strRest;
+    // The last two stand in the text as relative ones.
+    m_page.Images = {strUrl, Picture(), strUrl, strDeepUrl, u"http://h/base/y.gif"_s, strDeepUrl + u"f"_s};
+    m_temp.Write(strDeep + u"f"_s, "x");
+    m_people.Expect(u"以下文件没有复制到课程中，网页仍然引用它们原来的位置：\n"_s + strUrl + u'\n' +
+                    m_temp.Native(strDeep) + u"（文件名或路径太长）"_s);
     EXPECT_EQ(m_saver.SavePage(true, false, true), ESaveResult::Saved);
     ASSERT_EQ(ResFiles().size(), 1);
-    EXPECT_EQ(ReadTextFile(PagePath()), QString(u"res/" + ResFiles().first() + u' ' + strUrl));
+    EXPECT_EQ(ReadTextFile(PagePath()), QString(u"res/" + ResFiles().first() + strRest));
+    m_page.Images.removeOne(Picture());
+    EXPECT_TRUE(m_saver.MayLeave(true)) << "nobody changed anything";
 }
 
 TEST_F(PageSaveTest, WhoGivesUpTheCopiesHasTheOldPageUnlessItHasToBeLeft) {

@@ -41,6 +41,9 @@ void ExpectTheRule(CRandomTexts& random, const QStringList& from, const QStringL
     QString strChanges;
     for (const Replacement& r : std::as_const(replacements))
         strChanges += r.strFrom + u" -> " + r.strTo + u'\n';
+    const QList<bool> occurring = FindOccurring(strText, replacements);
+    for (qsizetype n = 0; n < replacements.size(); ++n)
+        ASSERT_EQ(occurring.at(n), strText.contains(replacements.at(n).strFrom)) << strText << strChanges;
     ASSERT_EQ(ApplyReplacements(strText, replacements), OneByOne(strText, replacements)) << strText << '\n'
                                                                                          << strChanges;
 }
