@@ -133,17 +133,19 @@ qsizetype KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides) 
     return Rename(WorkingFilmPath(strFolder), strFolder + c_strFilm) ? nParts : 0;
 }
 
-void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths,
+void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths, bool bMend,
                const std::function<bool()>& mayGoOn) {
     const auto end = [&] {
         if (!EndJoining(strFolder, parts))
             throw CRunException(RecorderText::c_strNotJoined);
     };
     end();
+    if (!IsThere(parts(strFolder, 0)))
+        throw CRunException(RecorderText::c_strFilmGone.arg(Platform::ToShown(strFolder)));
     QStringList films;
     while (IsThere(parts(strFolder, films.size())))
         films.append(Platform::ToNativeExact(parts(strFolder, films.size())));
-    if (films.size() < 2)
+    if (films.size() < 2 && !bMend)
         return;
     const QString strJoining = parts(strFolder, 0) + c_strJoining;
     if (!JoinFilms(films, lengths, Platform::ToNativeExact(strJoining), mayGoOn) ||

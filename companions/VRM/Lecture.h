@@ -21,9 +21,10 @@ qsizetype KeepFilmAlone(const SRecorderRequest& request, const SSlides& slides);
 /// Which part of a film stands where: WorkingFilmPath or KeptFilmPath.
 using FilmParts = QString (*)(const QString& strFolder, qsizetype nPart);
 
-/// Makes the first part of the film all of it. lengths as JoinFilms has them. Throws
-/// Torvane::CRunException; the parts stay then.
-void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths,
+/// Makes the first part of the film all of it. lengths as JoinFilms has them. A part that was broken off does
+/// not tell how long it is, so that nobody can go to a place in it: bMend writes the film anew even where it
+/// is the only one. Throws Torvane::CRunException; the parts stay then.
+void JoinParts(const QString& strFolder, FilmParts parts, const QList<qint64>& lengths, bool bMend,
                const std::function<bool()>& mayGoOn);
 
 /// Lays what an earlier recorder has left half done in the folder aside, to KeptFilmPath. False when there is

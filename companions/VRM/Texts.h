@@ -101,6 +101,8 @@ inline const QString c_strSoundNotOpened =
 inline const QString c_strCameraNotOpened =
     u"无法使用摄像头，请您检查它是否已经接好、是否正被其他程序使用。"_s;
 inline const QString c_strScreenNotRecorded = u"无法录制屏幕。"_s;
+inline const QString c_strFilmGone =
+    u"找不到正在录制的视频，存放它的文件夹可能已被移走、改名或删除：\n%1\n\n请您把文件夹放回原处，再按“完成录制”或“重试”。"_s;
 inline const QString c_strNotJoined = u"无法把各段录像合成一个视频，请您检查磁盘空间后重试。"_s;
 inline const QString c_strNotWritten = u"无法写入视频课件的文件，请您检查磁盘空间后重试。"_s;
 /// Below the failure: what giving up means.

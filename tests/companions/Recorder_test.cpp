@@ -71,7 +71,7 @@ TEST_F(RecorderTest, PartsAreJoinedOnce) {
     m_folder.Write(u"课 一\\recorded.part"_s, "1");
     m_folder.Write(u"课 一\\recorded2.part"_s, "2");
     m_folder.Write(u"课 一\\recorded.part.joined"_s, "12");
-    JoinParts(strFolder, WorkingFilmPath, {}, {});
+    JoinParts(strFolder, WorkingFilmPath, {}, false, {});
     EXPECT_EQ(m_folder.Read(u"课 一\\recorded.part"_s), "12");
     EXPECT_FALSE(m_folder.Exists(u"课 一\\recorded2.part"_s));
     EXPECT_FALSE(m_folder.Exists(u"课 一\\recorded.part.joined"_s));

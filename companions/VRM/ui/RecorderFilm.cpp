@@ -30,7 +30,7 @@ constexpr QSize c_recordSize(980, 620);
 
 void CRecorderWindow::StartFilm() {
     m_times.emplace(m_slides.Titles);
-    m_bFilmDone = m_bFinished = m_bPaused = m_bConvertAgain = false;
+    m_bFilmDone = m_bFinished = m_bPaused = m_bConvertAgain = m_bBrokenOff = m_bGoneTold = false;
     m_lengths.clear();
     m_nBehind = -1;
     m_nFilm = 0;
@@ -125,6 +125,7 @@ void CRecorderWindow::OnFilmEnd(bool bWell) {
 
 void CRecorderWindow::OnLiveEnd(bool bWell) {
     const bool bTold = m_bFinished || m_bPaused;
+    m_bBrokenOff = m_bBrokenOff || !bTold || !bWell;
     m_nBehind = -1;
     m_pLive->End();
     if (m_nFilm > 0) {
@@ -143,6 +144,14 @@ void CRecorderWindow::OnLiveEnd(bool bWell) {
     if (!bTold || !bWell)
         Tell(QMessageBox::Warning,
              RecorderText::c_strBrokenOff.arg(m_film.FailureText(m_source.Kind), ClockText(WholeParts())));
+}
+
+void CRecorderWindow::WatchFilm() {
+    const QString strFirst = Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder));
+    if (!IsLive() || FilmNow() == 0 || m_bGoneTold || QFile::exists(strFirst))
+        return;
+    m_bGoneTold = true;
+    Tell(QMessageBox::Warning, RecorderText::c_strFilmGone.arg(Platform::ToShown(m_request.strFolder)));
 }
 
 void CRecorderWindow::OnConversionFailed() {

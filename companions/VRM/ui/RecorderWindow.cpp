@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
@@ -197,7 +198,7 @@ void CRecorderWindow::Begin() {
     Beside(
         [this, strPath = Platform::FromNative(QFileInfo(strPresentation).absoluteFilePath())] {
             if (m_bKept)
-                JoinParts(m_request.strFolder, KeptFilmPath, m_kept.Lengths,
+                JoinParts(m_request.strFolder, KeptFilmPath, m_kept.Lengths, false,
                           [this] { return !m_bCancelled; });
             m_slides = ConvertSlides(strPath, m_request.strFolder, [this] { return !m_bCancelled; });
         },
@@ -237,7 +238,8 @@ void CRecorderWindow::Write() {
     Beside(
         [this] {
             const QList<qint64> lengths = m_lengths;
-            JoinParts(m_request.strFolder, WorkingFilmPath, lengths, [this] { return !m_bCancelled; });
+            JoinParts(m_request.strFolder, WorkingFilmPath, lengths, m_bBrokenOff,
+                      [this] { return !m_bCancelled; });
             WriteLecture(m_request, m_slides, m_dRatio, *m_times, [this](qint64 nDone, qint64 nTotal) {
                 m_nPercent = static_cast<int>(nDone * c_nWhole / qMax<qint64>(nTotal, 1));
                 return !m_bCancelled;
@@ -261,10 +263,12 @@ void CRecorderWindow::End(const QString& strFailure) {
     const qsizetype nFiles = KeepFilmAlone(m_request, m_slides);
     if (nFiles > 0 && IsKeptFilm(m_source))
         RemoveKeptFilm(m_request.strFolder);
-    ShowEnd(nFiles == 0  ? RecorderText::c_strFilmInPlace.arg(strFailure, strFilm)
-            : nFiles > 1 ? RecorderText::c_strFilmsAlone.arg(strFailure, QString::number(nFiles),
-                                                             ClockText(m_lengths.value(0)))
-                         : RecorderText::c_strFilmAlone.arg(strFailure, strLength),
+    const bool bGone = !QFile::exists(Platform::ToNativeExact(WorkingFilmPath(m_request.strFolder)));
+    ShowEnd(nFiles == 0 && bGone ? strFailure
+            : nFiles == 0        ? RecorderText::c_strFilmInPlace.arg(strFailure, strFilm)
+            : nFiles > 1         ? RecorderText::c_strFilmsAlone.arg(strFailure, QString::number(nFiles),
+                                                                     ClockText(m_lengths.value(0)))
+                                 : RecorderText::c_strFilmAlone.arg(strFailure, strLength),
             QMessageBox::Warning);
 }
 
@@ -330,6 +334,7 @@ void CRecorderWindow::ShowTime() {
     const bool bFile = !IsLive();
     if (m_stage == EStage::Recording) {
         m_pTime->setText(bFile ? PlayText() : LiveText());
+        WatchFilm();
         if (m_pPause->isEnabled() == (m_nBehind < 0))
             ShowPause();
     } else if (m_stage == EStage::Writing) {

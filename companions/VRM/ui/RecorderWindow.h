@@ -114,6 +114,8 @@ private:
     void Turn(int nSlide);
     /// Milliseconds of the film by now.
     qint64 FilmNow() const;
+    /// Tells the person when the folder is taken away under the film.
+    void WatchFilm();
     QString LiveText() const;
     QString PlayText() const;
     void ShowTime();
@@ -141,6 +143,10 @@ private:
     QList<qint64> m_lengths;
     bool m_bPaused = false;
     bool m_bFilmDone = false;
+    /// A part of it ended otherwise than it was told to.
+    bool m_bBrokenOff = false;
+    /// The person knows that the film is no longer where it was.
+    bool m_bGoneTold = false;
     /// The person has ended the lecture.
     bool m_bFinished = false;
     /// The film that is there has to be converted once more, which is done when the lecture is over.
