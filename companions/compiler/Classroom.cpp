@@ -2,6 +2,7 @@
 
 #include "companions/compiler/Texts.h"
 #include "course/BookDatabase.h"
+#include "foundation/Text.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -49,8 +50,9 @@ void CClassroom::PlanStep(int nNode) {
         return;
     const bool bOutside = plan.TargetIsAddress;
     QString strTarget = plan.Target;
-    // A page of a person's own gets the whole screen, not a frame on a slide.
-    if (plan.View == ENodeView::Embedded && !plan.PagePath.isEmpty())
+    // A page of a person's own gets the whole screen, not a frame on a slide. A text stands on the slide.
+    const bool bText = LowerAscii(plan.Source).endsWith(".txt"_L1);
+    if (plan.View == ENodeView::Embedded && !bText && !plan.PagePath.isEmpty())
         strTarget = m_plan.Tree().OutputName(plan.Source);
     const QString strAddress = bOutside ? strTarget : RelativeAddress({}, strTarget) + plan.Fragment;
     m_steps.append({nNode, strAddress.toUtf8(), bOutside});

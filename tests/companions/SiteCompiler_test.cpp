@@ -497,6 +497,8 @@ TEST(SiteCompiler, CompilesTheOtherForms) {
     course.WriteResource(nSite, u"s\\b.TXT"_s, CodePage::Encode(u"文本"));
     course.Add(nFolder, u"外"_s, NodeType::c_nExternalLink, u"http://example.com/"_s, 1);
     course.Add(nFolder, u"站内"_s, NodeType::c_nInSiteLink, u"\\n%1\\content.htm#a"_s.arg(nPage));
+    const qint32 nText = course.Add(nFolder, u"文"_s, NodeType::c_nExternalFile, u"c.TXT"_s);
+    course.WriteResource(nText, u"c.TXT"_s, CodePage::Encode(u"说明"));
     const auto compile = [&](ESiteForm form) -> QString {
         return CompileSite({course.Folder.Path(course.strProject), form}).OutputFolder + u'/';
     };
@@ -520,11 +522,12 @@ TEST(SiteCompiler, CompilesTheOtherForms) {
 
     const QString strClassroom = compile(ESiteForm::Classroom);
     const QByteArray script = read(strClassroom + u"vorel/course.js"_s);
-    EXPECT_EQ(script.count('\n'), 8) << script.toStdString();
+    EXPECT_EQ(script.count('\n'), 9) << script.toStdString();
     EXPECT_THAT(script.toStdString(), AllOf(HasSubstr("[\"第\\u003c/script>章\",1,\"N4/index.html\",0]"),
                                             HasSubstr("[\"站点\",2,\"N6/s/a.htm\",0]"),
                                             HasSubstr("[\"外\",2,\"http://example.com/\",1]"),
-                                            HasSubstr("[\"站内\",2,\"N5/Content.htm#A\",0]")));
+                                            HasSubstr("[\"站内\",2,\"N5/Content.htm#A\",0]"),
+                                            HasSubstr("[\"文\",2,\"N9/index.html\",0]")));
     EXPECT_THAT(read(strClassroom + nodeFile(nPage, u"Content.htm"_s)).toStdString(),
                 AllOf(HasSubstr("data-step=\"2\""), HasSubstr("href=\"../N6/s/a.htm\">下一页"),
                       HasSubstr("<p id=A>正文</p>")));
