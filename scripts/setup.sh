@@ -11,7 +11,7 @@ build=(
   libqt6opengl6-dev libgl-dev qt6-base-dev qt6-multimedia-dev qt6-webengine-dev qt6-webengine-dev-tools qt6-translations-l10n
   sqlite3 libgtest-dev libgmock-dev
   # What converts Office files, without windows of its own, and draws the slides.
-  libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui poppler-utils librsvg2-bin
+  libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui libreoffice-math-nogui poppler-utils librsvg2-bin
   # What writes a course as a Word document.
   pandoc
   # What encodes recorded lectures.

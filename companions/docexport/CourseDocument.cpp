@@ -23,6 +23,9 @@ constexpr int c_nDeepestLevel = 9;
 constexpr qint64 c_nNodePicturesMs = 60'000;
 /// The converter takes up to half a gigabyte for a megabyte.
 constexpr qsizetype c_nPieceBytes = qsizetype{512} * 1024;
+/// Some hundred sheets: with ten times as many the program that lays them out takes far longer, and may fail.
+constexpr qsizetype c_nLayoutBytes = qsizetype{3} << 20;
+const QByteArray c_layoutBegin = "<!-- layout -->\n";
 const QByteArray c_pieceBegin = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n";
 const QByteArray c_pieceEnd = "</body></html>\n";
 const QByteArray c_asItStands = "<pre class=\"wordxml\">";
@@ -112,7 +115,8 @@ void CCourseDocument::FindHeadings() {
             continue;
         // A sheet for each line would be wasted.
         const bool bShort = IsShort(i);
-        m_headings.last().SharesSheet = bShort && bShortBefore;
+        if (bShort && bShortBefore)
+            m_headings.last().Sheet = WordXml::Heading::ESheet::Shared;
         bShortBefore = bShort;
     }
 }
@@ -128,19 +132,39 @@ QByteArray CCourseDocument::Front() const {
     return AsItStands(cover) + AsItStands(WordXml::Contents(DocText::c_strContents, m_headings));
 }
 
+/// Where there are this many bytes since the last one began. Where no sheet begins of itself one is made to.
+bool CCourseDocument::BeginsLayout(int nNode, qsizetype nBytes) {
+    using ESheet = WordXml::Heading::ESheet;
+    if (nBytes < c_nLayoutBytes / 2 || !HasHeading(nNode))
+        return false;
+    WordXml::Heading& heading = m_headings[m_nHeading + 1];
+    if (heading.Level == 1 && heading.Sheet == ESheet::ByLevel)
+        return true;
+    if (nBytes < c_nLayoutBytes)
+        return false;
+    heading.Sheet = ESheet::Own;
+    return true;
+}
+
 void CCourseDocument::WriteMarked(const QString& strPath) {
     CTextOut marked(strPath);
+    qsizetype nBytes = 0;
     for (int i = 0; i < m_nodes.size(); ++i) {
         if (m_progress.bCancelled)
             throw CDocCancelled();
+        if (BeginsLayout(i, nBytes)) {
+            marked.Write(c_layoutBegin);
+            nBytes = 0;
+        }
         WriteNode(i);
+        nBytes += m_out.size();
         marked.Write(std::exchange(m_out, QByteArray()));
         m_progress.nNodes = i + 1;
     }
     marked.Close();
 }
 
-int CCourseDocument::Write(const std::function<QString(int nPiece)>& pathOf) {
+CCourseDocument::Written CCourseDocument::Write(const std::function<QString(int nPiece)>& pathOf) {
     m_progress.nTotal = int(m_nodes.size());
     m_progress.Stage = DocProgress::EStage::ReadingNodes;
     FindHeadings();
@@ -149,10 +173,11 @@ int CCourseDocument::Write(const std::function<QString(int nPiece)>& pathOf) {
     QFile marked(strMarked);
     if (!marked.open(QIODevice::ReadOnly))
         throw Torvane::CRunException(DocText::c_strCannotRead.arg(strMarked, marked.errorString()));
-    int nPieces = 0;
+    Written written{0, {Layout()}};
+    qsizetype nHeadings = 0;
     QByteArray piece = c_pieceBegin + Front();
     const auto write = [&] {
-        CTextOut out(pathOf(nPieces++));
+        CTextOut out(pathOf(written.Pieces++));
         out.Write(piece + c_pieceEnd);
         out.Close();
         piece = c_pieceBegin;
@@ -162,13 +187,27 @@ int CCourseDocument::Write(const std::function<QString(int nPiece)>& pathOf) {
         if (m_progress.bCancelled)
             throw CDocCancelled();
         const QByteArray line = m_anchors.Finished(marked.readLine());
-        if (piece.size() > c_nPieceBytes && line.startsWith(c_asItStands))
+        const bool bNode = line.startsWith(c_asItStands);
+        const bool bLayout = line == c_layoutBegin;
+        if (bLayout || (piece.size() > c_nPieceBytes && bNode))
             write();
-        piece += line;
+        if (bLayout)
+            written.Layouts.append({written.Pieces, nHeadings});
+        else
+            piece += line;
+        nHeadings += bNode;
     }
     write();
+    if (written.Layouts.size() > 1) {
+        using WordXml::Heading;
+        CTextOut out(pathOf(written.Pieces));
+        out.Write(c_pieceBegin +
+                  AsItStands(WordXml::HeadingParagraph({u"-"_s, 1, u"end"_s, Heading::ESheet::Own}, -1)) +
+                  c_pieceEnd);
+        out.Close();
+    }
     marked.remove();
-    return nPieces;
+    return written;
 }
 
 QStringList CCourseDocument::Notes() const {
@@ -268,6 +307,8 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
         Note(DocText::c_strNoteDeadLink.arg(m_strTitle, strLink));
     if (text->HadHint)
         Note(DocText::c_strNoteHint.arg(m_strTitle));
+    if (text->Html.isEmpty())
+        return WriteHint(DocText::c_strEmptyNode);
     m_colors += text->Colors;
     // Without it the numbers of a list would go on in the next node's.
     m_out += "<div>\n" + text->Html + "</div>\n";

@@ -23,11 +23,21 @@ public:
     /// The first two must outlive the object.
     CCourseDocument(const CSitePlan& plan, DocProgress& progress, const PictureTaker& takePicture);
 
+    /// Where a part of the document begins that can be laid out by itself: with a new sheet.
+    struct Layout {
+        int FirstPiece = 0;
+        qsizetype FirstHeading = 0;
+    };
+    struct Written {
+        int Pieces = 0;
+        /// One at least, in their order. Where there are more, a piece behind the last is none of the
+        /// document: a heading on a sheet of its own, whose page tells how many sheets stand before it.
+        QList<Layout> Layouts;
+    };
     /// The document's title page, contents and nodes in tree order, in pieces of at most some hundred
     /// kilobytes, or one node. pathOf gives a piece's file (native); another beside the first is used
-    /// meanwhile. How many pieces there are. Throws CDocCancelled, and Torvane::CRunException with a message
-    /// when they can't be written.
-    int Write(const std::function<QString(int nPiece)>& pathOf);
+    /// meanwhile. Throws CDocCancelled, and Torvane::CRunException with a message when they can't be written.
+    Written Write(const std::function<QString(int nPiece)>& pathOf);
 
     const QList<WordXml::Heading>& Headings() const { return m_headings; }
     int PictureCount() const { return int(m_pictures.size()); }
@@ -42,6 +52,7 @@ private:
     bool IsShort(int nNode) const;
     QByteArray Front() const;
     void WriteMarked(const QString& strPath);
+    bool BeginsLayout(int nNode, qsizetype nBytes);
     void WriteNode(int nNode);
     void WriteContent(int nNode);
     void WritePage(int nNode, const QString& strSource);

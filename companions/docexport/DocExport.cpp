@@ -52,9 +52,9 @@ DocOutcome Export(const DocRequest& request, const PictureTakerMaker& pictures, 
     const CSitePlan plan(model, tree);
     CWordConverter converter(progress);
     CCourseDocument document(plan, progress, pictures(converter.PictureFolder()));
-    const int nPieces = document.Write([&converter](int nPiece) { return converter.PiecePath(nPiece); });
+    const auto written = document.Write([&converter](int nPiece) { return converter.PiecePath(nPiece); });
     const CWordConverter::Result made =
-        converter.Make({model.Course(), model.Teacher(), document.Headings(), document.Colors(), nPieces});
+        converter.Make({model.Course(), model.Teacher(), document.Headings(), document.Colors(), written});
     progress.Stage = DocProgress::EStage::Saving;
     if (progress.bCancelled)
         throw CDocCancelled();
@@ -131,7 +131,9 @@ QString DescribeProgress(const DocProgress& progress) {
                    ? DocText::c_strConvertingPieces.arg(progress.nConverted).arg(progress.nPieces)
                    : DocText::c_strConverting;
     case EStage::Numbering:
-        return DocText::c_strNumbering;
+        return progress.nLayouts > 1
+                   ? DocText::c_strNumberingParts.arg(progress.nLaidOut).arg(progress.nLayouts)
+                   : DocText::c_strNumbering;
     default:
         return DocText::c_strReadingCourse;
     }

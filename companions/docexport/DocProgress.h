@@ -14,6 +14,8 @@ struct DocProgress {
     std::atomic<int> nTotal = 0;
     std::atomic<int> nConverted = 0;
     std::atomic<int> nPieces = 0;
+    std::atomic<int> nLaidOut = 0;
+    std::atomic<int> nLayouts = 0;
     /// The person's wish to stop. Comes too late once the stage is Saving.
     std::atomic<bool> bCancelled = false;
 };

@@ -189,12 +189,14 @@ private:
                                [&](const Said& width) { return width.*unit; });
         }
         const double dSum = Sum(widths);
-        for (const double dWidth : widths)
-            m_table.Shares.append(qMax(1, int(dWidth * 100 / dSum)));
-        // What the rounding leaves goes where it is seen least.
-        QList<int>& shares = m_table.Shares;
-        *std::max_element(shares.begin(), shares.end()) +=
-            qMax(0, 100 - std::accumulate(shares.begin(), shares.end(), 0));
+        // What the rounding takes from one column the next gets.
+        double dSoFar = 0;
+        int nGiven = 0;
+        for (const double dWidth : widths) {
+            dSoFar += dWidth * 100 / dSum;
+            m_table.Shares.append(qMax(1, qRound(dSoFar) - nGiven));
+            nGiven += m_table.Shares.last();
+        }
     }
 
     static double Sum(const QList<double>& widths) {

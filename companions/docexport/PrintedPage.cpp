@@ -2,6 +2,7 @@
 
 #include "companions/compiler/HtmlText.h"
 #include "companions/docexport/ForeignMarkup.h"
+#include "companions/docexport/PageElements.h"
 #include "companions/docexport/PageTable.h"
 #include "companions/docexport/TextLine.h"
 #include "companions/docexport/Texts.h"
@@ -9,69 +10,12 @@
 #include "foundation/PageAnchors.h"
 #include "foundation/Text.h"
 
-#include <QRegularExpression>
 #include <QSet>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 using namespace HtmlTree;
 
 namespace {
-
-/// Shown in no browser.
-bool IsHidden(const GumboElement& element) {
-    return StyleValue(element, u"display"_s) == "none"_L1 ||
-           gumbo_get_attribute(&element.attributes, "hidden") ||
-           (element.tag_namespace == GUMBO_NAMESPACE_SVG && AttributeValue(element, "display") == "none") ||
-           // Formulas that scripts have set stand there twice: once as signs in places.
-           (element.tag == GUMBO_TAG_SPAN &&
-            AttributeValue(element, "class").split(' ').contains("katex-html"));
-}
-
-/// Gone with all that they hold.
-bool IsDropped(const GumboElement& element, const QByteArray& name) {
-    static const QSet<QByteArray> names = {"script", "style",    "head",     "title",  "meta",   "link",
-                                           "base",   "template", "noscript", "select", "input",  "button",
-                                           "option", "nav",      "textarea", "map",    "param",  "noframes",
-                                           "math",   "svg",      "canvas",   "source", "bgsound"};
-    return names.contains(name) || element.tag_namespace != GUMBO_NAMESPACE_HTML;
-}
-
-bool IsMedium(const QByteArray& name) {
-    static const QSet<QByteArray> names = {"object", "embed", "applet", "iframe", "video", "audio", "frame"};
-    return names.contains(name);
-}
-
-bool IsBlock(const QByteArray& name) {
-    static const QSet<QByteArray> names = {
-        "p",       "div",     "center",   "address", "dl",      "dt",         "dd",   "form",   "fieldset",
-        "legend",  "section", "article",  "aside",   "header",  "footer",     "main", "figure", "figcaption",
-        "details", "summary", "frameset", "marquee", "caption", "blockquote", "li",   "hgroup"};
-    return names.contains(name);
-}
-
-bool IsHeading(const QByteArray& name) {
-    return name.size() == 2 && name[0] == 'h' && name[1] >= '1' && name[1] <= '6';
-}
-
-bool IsList(const QByteArray& name) {
-    return name == "ul" || name == "ol" || name == "menu" || name == "dir";
-}
-
-/// A length other than none, and not one to the left.
-bool IsPositive(const QString& strLength) {
-    return !strLength.startsWith(u'-') && strLength.contains(QRegularExpression(u"[1-9]"_s));
-}
-
-int Pixels(const GumboElement& element, const char* szName) {
-    const QString strStyle = StyleValue(element, QString::fromLatin1(szName));
-    QString strValue = strStyle.isEmpty() ? QString::fromUtf8(AttributeValue(element, szName)) : strStyle;
-    if (strValue.endsWith("px"_L1))
-        strValue.chop(2);
-    bool bNumber = false;
-    const double dValue = strValue.toDouble(&bNumber);
-    return bNumber && dValue >= 1 && dValue < 100000 ? int(dValue) : 0;
-}
 
 /// Writes a page anew from its tree, so that what comes out is well nested whatever came in: text and
 /// pictures gather in a line, and each border of a block ends it.
@@ -153,9 +97,14 @@ private:
             return;
         const RunStyle before = m_style;
         TakeStyle(element, name);
+        const bool bOfItsOwn = IsBlock(name) || IsHeading(name) || IsList(name) || name == "table" ||
+                               name == "pre" || name == "body" || name == "html";
+        const bool bTurns = bOfItsOwn && Turns(element);
+        if (bTurns)
+            Turn();
         if (const QByteArray marks = AnchorMarks(element); !marks.isEmpty()) {
             // In the block, not at the end of the line before.
-            if (IsBlock(name) || IsHeading(name) || IsList(name) || name == "table" || name == "pre")
+            if (bOfItsOwn)
                 EndLine();
             m_line.AddMarkup(marks);
         }
@@ -175,9 +124,37 @@ private:
             WriteList(pNode, name);
         else if (IsHeading(name) || IsBlock(name))
             WriteBlock(pNode, name);
+        else if (name == "rt")
+            WriteReading(pNode);
         else
             WriteChildren(pNode);
+        if (bTurns)
+            TurnBack();
         m_style = before;
+    }
+
+    /// Whether a text begins that runs the other way.
+    bool Turns(const GumboElement& element) const {
+        const QString strStyle = StyleValue(element, u"direction"_s);
+        const QString strWay = strStyle.isEmpty() ? AttributeText(element, "dir").toLower() : strStyle;
+        return strWay == (m_bRightToLeft ? "ltr"_L1 : "rtl"_L1);
+    }
+    void Turn() {
+        EndLine();
+        m_bRightToLeft = !m_bRightToLeft;
+        Open(m_bRightToLeft ? "<div dir=\"rtl\">" : "<div dir=\"ltr\">");
+    }
+    void TurnBack() {
+        EndLine();
+        m_bRightToLeft = !m_bRightToLeft;
+        Close("</div>");
+    }
+
+    /// How the characters before are read.
+    void WriteReading(const GumboNode* pNode) {
+        m_line.AddText(DocText::c_strReadingBegin, m_style);
+        WriteChildren(pNode);
+        m_line.AddText(DocText::c_strReadingEnd, m_style);
     }
 
     /// A paragraph of its own for each line: a word processor would stretch one that ends in the middle.
@@ -202,6 +179,9 @@ private:
             // Nothing changes the looks of a heading, and cells have theirs.
         } else if (alignment == "center" || name == "center" || name == "figcaption") {
             m_paragraph = "Centered";
+        } else if (m_bRightToLeft) {
+            // It stands on the right as it is, and there word processors take the one side for the other.
+            m_paragraph = alignment == "left" ? "Right Aligned" : "";
         } else if (alignment == "right") {
             m_paragraph = "Right Aligned";
         } else if (alignment == "left" || alignment == "justify") {
@@ -248,16 +228,6 @@ private:
             m_line.AddPicture(PictureHtml(*picture, strAlt, nWidth, nHeight, m_nMaxWidth), m_style);
     }
 
-    /// What a drawing says that it shows.
-    static QString TitleOf(const GumboNode* pDrawing) {
-        for (unsigned i = 0; i < pDrawing->v.element.children.length; ++i) {
-            const GumboNode* pChild = ChildAt(pDrawing, i);
-            if (IsElement(pChild) && TagName(pChild->v.element) == "title")
-                return TextOf(pChild).simplified();
-        }
-        return {};
-    }
-
     void WriteDrawing(const GumboNode* pNode) {
         if (!m_surroundings.Drawing || CPageDrawings::IsStock(pNode))
             return;
@@ -282,15 +252,7 @@ private:
     }
 
     void WriteMedium(const GumboNode* pNode) {
-        QString strName;
-        ForEachElement(pNode, [&](const GumboNode* pInner) {
-            for (const char* szName : {"src", "data", "value", "code"}) {
-                const QString strValue = QString::fromUtf8(AttributeValue(pInner->v.element, szName));
-                if (strName.isEmpty() && strValue.contains(u'.') && !strValue.contains("clsid"_L1))
-                    strName =
-                        QUrl::fromPercentEncoding(strValue.mid(strValue.lastIndexOf(u'/') + 1).toUtf8());
-            }
-        });
+        const QString strName = NameOfMedium(pNode);
         m_leftOut.append(strName);
         m_line.AddText(DocText::c_strMedium.arg(strName).trimmed(), m_style);
     }
@@ -309,20 +271,6 @@ private:
         if (!strCode.trimmed().isEmpty())
             m_out += "<pre>" + MarkupText(strCode) + "</pre>\n";
         m_bPlain = false;
-    }
-
-    /// A list that holds nothing but lists, as word processors write the deeper ones.
-    static bool HoldsListsAlone(const GumboNode* pList) {
-        bool bAny = false;
-        for (unsigned i = 0; i < pList->v.element.children.length; ++i) {
-            const GumboNode* pChild = ChildAt(pList, i);
-            if (IsBlank(pChild))
-                continue;
-            if (!IsElement(pChild) || !IsList(TagName(pChild->v.element)))
-                return false;
-            bAny = true;
-        }
-        return bAny;
     }
 
     void WriteList(const GumboNode* pNode, const QByteArray& name) {
@@ -491,6 +439,7 @@ private:
     QByteArray m_paragraph;
     bool m_bHeading = false;
     bool m_bTable = false;
+    bool m_bRightToLeft = false;
     /// The first line of a point or a cell is no paragraph of its own, which sets it closer.
     bool m_bPlain = false;
     int m_nMaxWidth = c_nPaperWidth;

@@ -25,6 +25,8 @@ inline const QString c_strEmptyNode = QStringLiteral("（本栏目暂时没有�
 inline const QString c_strMissingContent = QStringLiteral("（本栏目的内容缺失。）");
 inline const QString c_strUnreadablePage = QStringLiteral("（本栏目的页面无法读取。）");
 inline const QString c_strSlide = QStringLiteral("第 %1 页");
+inline const QString c_strReadingBegin = QStringLiteral("（");
+inline const QString c_strReadingEnd = QStringLiteral("）");
 inline const QString c_strMedium = QStringLiteral("［多媒体内容 %1］");
 
 // What the teacher should know.
@@ -94,6 +96,7 @@ inline const QString c_strReadingNodes = QStringLiteral("正在读取栏目：%1
 inline const QString c_strConverting = QStringLiteral("正在生成 Word 文件...");
 inline const QString c_strConvertingPieces = QStringLiteral("正在生成 Word 文件：%1 / %2");
 inline const QString c_strNumbering = QStringLiteral("正在计算目录的页码...");
+inline const QString c_strNumberingParts = QStringLiteral("正在计算目录的页码：%1 / %2");
 inline const QString c_strSaving = QStringLiteral("正在保存...");
 inline const QString c_strCancelling = QStringLiteral("正在取消...");
 

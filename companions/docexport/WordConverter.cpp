@@ -132,15 +132,33 @@ QString CWordConverter::RunPandoc(int nPiece) {
     return strOutput;
 }
 
-QHash<QString, int> CWordConverter::FindPages(const Course& course) {
-    m_progress.Stage = DocProgress::EStage::Numbering;
-    m_converter.StartLimit(c_nLayoutLimitMs);
-    QHash<QString, int> pages;
+void CWordConverter::Join(const QStringList& pieces, const QString& strTo) const {
+    try {
+        JoinPieces(pieces, strTo);
+    } catch (const CRunException&) {
+        // A full volume leaves half a piece.
+        if (m_converter.IsOutOfSpace())
+            throw CRunException(DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull));
+        throw;
+    }
+}
+
+void CWordConverter::WriteDocument(const QString& strFrom, const QString& strTo, const Course& course,
+                                   const QHash<QString, int>& pages, bool bAskForNumbers) const {
+    WordXml::CFinisher finisher(pages);
+    Package::Rewrite(strFrom, strTo,
+                     {c_documentPart, [&](const QByteArray& block) { return finisher.Take(block); },
+                      [&](Package::Part& part) { Finish(part, course, bAskForNumbers); }});
+}
+
+/// The pages of a document's headings; none when they can't be told.
+QList<int> CWordConverter::LayOut(const QString& strDocument) {
     const QString strPdf = m_converter.Path(u"out/layout.pdf"_s);
-    EConversion eEnd =
-        m_converter.Convert(m_converter.Path(u"layout.docx"_s), u"pdf:writer_pdf_Export"_s, u"layout.pdf"_s);
+    QFile::remove(strPdf);
+    EConversion eEnd = m_converter.Convert(strDocument, u"pdf:writer_pdf_Export"_s, u"layout.pdf"_s);
     const QString strReader = Platform::FindSystemProgram(u"pdftohtml"_s);
     const QString strOutline = m_converter.Path(u"out/outline"_s);
+    QFile::remove(strOutline + u".xml"_s);
     if (eEnd == EConversion::Done && !strReader.isEmpty()) {
         // The text of one page and the outline of all.
         Platform::RunGroup({strReader,
@@ -153,13 +171,41 @@ QHash<QString, int> CWordConverter::FindPages(const Course& course) {
     }
     if (eEnd == EConversion::Cancelled)
         throw CDocCancelled();
-    if (eEnd != EConversion::Done)
-        return pages;
-    const QList<int> found = OutlinePages(strOutline + u".xml"_s);
-    // Only when each heading has its entry can it be told which is whose.
-    if (found.size() == course.Headings.size()) {
-        for (qsizetype i = 0; i < found.size(); ++i)
-            pages.insert(course.Headings[i].Bookmark, found[i]);
+    return eEnd == EConversion::Done ? OutlinePages(strOutline + u".xml"_s) : QList<int>();
+}
+
+/// A large document is laid out in parts, each of which begins a sheet.
+QHash<QString, int> CWordConverter::FindPages(const Course& course, const QStringList& pieces) {
+    const auto& layouts = course.Text.Layouts;
+    m_progress.nLayouts = int(layouts.size());
+    m_progress.Stage = DocProgress::EStage::Numbering;
+    m_converter.StartLimit(c_nLayoutLimitMs);
+    const bool bParts = layouts.size() > 1;
+    const QString strEnd = bParts ? RunPandoc(course.Text.Pieces) : QString();
+    const QString strJoined = m_converter.Path(u"part.docx"_s);
+    const QString strDocument = m_converter.Path(u"layout.docx"_s);
+    QHash<QString, int> pages;
+    int nBefore = 0;
+    for (qsizetype i = 0; i < layouts.size(); ++i) {
+        const bool bLast = i + 1 == layouts.size();
+        const int nPiece = layouts[i].FirstPiece;
+        const qsizetype nHeading = layouts[i].FirstHeading;
+        QStringList part =
+            pieces.mid(nPiece, (bLast ? course.Text.Pieces : layouts[i + 1].FirstPiece) - nPiece);
+        if (!bLast)
+            part.append(strEnd);
+        Join(part, strJoined);
+        WriteDocument(strJoined, strDocument, course, {}, false);
+        QList<int> found = LayOut(strDocument);
+        // Only when each heading has its entry can it be told which is whose.
+        const qsizetype nHeadings = (bLast ? course.Headings.size() : layouts[i + 1].FirstHeading) - nHeading;
+        if (found.size() != nHeadings + !bLast)
+            return {};
+        for (qsizetype n = 0; n < nHeadings; ++n)
+            pages.insert(course.Headings[nHeading + n].Bookmark, nBefore + found[n]);
+        if (!bLast)
+            nBefore += found.last() - 1;
+        m_progress.nLaidOut = int(i + 1);
     }
     return pages;
 }
@@ -172,36 +218,20 @@ CWordConverter::Result CWordConverter::Make(const Course& course) {
     WriteInput(u"filter.lua"_s, filter.readAll());
     Package::Write(m_converter.Path(u"reference.docx"_s),
                    Package::ReferenceDocument(course.Name, course.Colors));
-    m_progress.nPieces = course.Pieces;
+    m_progress.nPieces = course.Text.Pieces;
     QStringList pieces;
-    for (int i = 0; i < course.Pieces; ++i) {
+    for (int i = 0; i < course.Text.Pieces; ++i) {
         pieces.append(RunPandoc(i));
         m_progress.nConverted = i + 1;
     }
-    const QString strPandoc = m_converter.Path(u"pandoc.docx"_s);
-    try {
-        JoinPieces(pieces, strPandoc);
-    } catch (const CRunException&) {
-        // A full volume leaves half a piece.
-        if (m_converter.IsOutOfSpace())
-            throw CRunException(DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull));
-        throw;
-    }
+    const QHash<QString, int> pages = FindPages(course, pieces);
+    const bool bNumbered = !pages.isEmpty() || course.Headings.isEmpty();
+    const QString strJoined = m_converter.Path(u"pandoc.docx"_s);
+    Join(pieces, strJoined);
     for (const QString& strPiece : pieces)
         QFile::remove(strPiece);
-
-    const auto finish = [&](const QString& strFrom, const QString& strName, const QHash<QString, int>& pages,
-                            bool bAskForNumbers) {
-        WordXml::CFinisher finisher(pages);
-        Package::Rewrite(strFrom, m_converter.Path(strName),
-                         {c_documentPart, [&](const QByteArray& block) { return finisher.Take(block); },
-                          [&](Package::Part& part) { Finish(part, course, bAskForNumbers); }});
-    };
-    finish(strPandoc, u"layout.docx"_s, {}, false);
-    const QHash<QString, int> pages = FindPages(course);
-    const bool bNumbered = !pages.isEmpty() || course.Headings.isEmpty();
-    finish(strPandoc, u"course.docx"_s, pages, !bNumbered);
     const QString strMade = m_converter.Path(u"course.docx"_s);
+    WriteDocument(strJoined, strMade, course, pages, !bNumbered);
     WordXml::CHeadingCount headings;
     if (!Package::ReadBlocks(strMade, c_documentPart,
                              [&](const QByteArray& block) { headings.Take(block); }) ||

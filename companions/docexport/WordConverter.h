@@ -1,5 +1,6 @@
 #pragma once
 
+#include "companions/docexport/CourseDocument.h"
 #include "companions/docexport/DocProgress.h"
 #include "companions/docexport/WordXml.h"
 #include "office/Converter.h"
@@ -27,7 +28,7 @@ public:
         QString Teacher;
         QList<WordXml::Heading> Headings;
         QSet<QByteArray> Colors;
-        int Pieces = 1;
+        CCourseDocument::Written Text;
     };
     struct Result {
         /// Native; goes with the object.
@@ -39,7 +40,11 @@ public:
 
 private:
     QString RunPandoc(int nPiece);
-    QHash<QString, int> FindPages(const Course& course);
+    void Join(const QStringList& pieces, const QString& strTo) const;
+    void WriteDocument(const QString& strFrom, const QString& strTo, const Course& course,
+                       const QHash<QString, int>& pages, bool bAskForNumbers) const;
+    QHash<QString, int> FindPages(const Course& course, const QStringList& pieces);
+    QList<int> LayOut(const QString& strDocument);
     void Check(Torvane::Office::EConversion eEnd) const;
     void WriteInput(const QString& strName, const QByteArray& bytes) const;
 

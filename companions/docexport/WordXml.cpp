@@ -27,13 +27,13 @@ QByteArray FieldBegin(const QByteArray& instruction) {
            " </w:instrText></w:r>" + FieldMark("separate");
 }
 
-QByteArray Entry(const Heading& heading, const QByteArray& before) {
+QByteArray Entry(const Heading& heading, const QByteArray& before, const QByteArray& behind) {
     const QByteArray bookmark = heading.Bookmark.toUtf8();
     return "<w:p><w:pPr><w:pStyle w:val=\"TOC" + QByteArray::number(heading.Level) + "\"/></w:pPr>" + before +
            "<w:hyperlink w:anchor=\"" + bookmark + "\" w:history=\"1\">" + Run(heading.Title) +
            "<w:r><w:tab/></w:r>" + FieldBegin("PAGEREF " + bookmark + " \\h") + "<w:r>" +
            c_mark.toByteArray() + bookmark + c_markEnd.toByteArray() + "</w:r>" + FieldMark("end") +
-           "</w:hyperlink></w:p>";
+           "</w:hyperlink>" + behind + "</w:p>";
 }
 
 /// Rows of a few lines go to the next sheet as a whole; large ones may be cut, or they would leave gaps.
@@ -69,7 +69,9 @@ QByteArray Paragraph(const QByteArray& styleId, const QString& strText) {
 QByteArray HeadingParagraph(const Heading& heading, int nNumber) {
     const QByteArray id = QByteArray::number(c_nFirstBookmarkId + nNumber);
     return "<w:p><w:pPr><w:pStyle w:val=\"Heading" + QByteArray::number(heading.Level) + "\"/>" +
-           (heading.SharesSheet ? "<w:pageBreakBefore w:val=\"0\"/>" : "") +
+           (heading.Sheet == Heading::ESheet::Shared ? "<w:pageBreakBefore w:val=\"0\"/>"
+            : heading.Sheet == Heading::ESheet::Own  ? "<w:pageBreakBefore/>"
+                                                     : "") +
            "</w:pPr><w:bookmarkStart w:id=\"" + id + "\" w:name=\"" + heading.Bookmark.toUtf8() + "\"/>" +
            Run(heading.Title) + "<w:bookmarkEnd w:id=\"" + id + "\"/></w:p>";
 }
@@ -79,10 +81,14 @@ QByteArray Contents(const QString& strTitle, const QList<Heading>& headings) {
                      "<w:docPartUnique/></w:docPartObj></w:sdtPr><w:sdtContent>" +
                      Paragraph("TOCHeading", strTitle);
     const QByteArray field = FieldBegin("TOC \\o \"1-" + QByteArray::number(c_nMaxLevel) + "\" \\h \\z \\u");
+    const QByteArray end = FieldMark("end");
+    if (headings.isEmpty())
+        xml += "<w:p>" + field + end + "</w:p>";
+    // A paragraph for the end alone could be a sheet of its own.
     for (qsizetype i = 0; i < headings.size(); ++i)
-        xml += Entry(headings[i], i == 0 ? field : QByteArray());
-    const QByteArray end = (headings.isEmpty() ? field : QByteArray()) + FieldMark("end");
-    return xml + "<w:p>" + end + "</w:p></w:sdtContent></w:sdt>";
+        xml +=
+            Entry(headings[i], i == 0 ? field : QByteArray(), i + 1 == headings.size() ? end : QByteArray());
+    return xml + "</w:sdtContent></w:sdt>";
 }
 
 QByteArray CWholeParagraphs::Take(const QByteArray& block) {

@@ -16,8 +16,14 @@ struct Heading {
     int Level = 1;
     /// A letter and then letters and digits.
     QString Bookmark;
-    /// One of the first level that stands on the sheet that has been begun.
-    bool SharesSheet = false;
+    enum class ESheet {
+        /// One of the first level begins a sheet, a deeper one none.
+        ByLevel,
+        /// One of the first level that stands on the sheet that has been begun.
+        Shared,
+        Own
+    };
+    ESheet Sheet = ESheet::ByLevel;
 };
 
 QByteArray Paragraph(const QByteArray& styleId, const QString& strText);

@@ -21,9 +21,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
                          [](const QString&) { return QByteArray(R"(<span id="n4_a"></span>)"); }});
     if (!page)
         return 0;
-    static const QSet<QString> known = {u"href"_s,   u"src"_s,     u"alt"_s,     u"width"_s,
-                                        u"height"_s, u"id"_s,      u"style"_s,   u"start"_s,
-                                        u"type"_s,   u"colspan"_s, u"rowspan"_s, u"data-custom-style"_s};
+    static const QSet<QString> known = {u"href"_s,
+                                        u"src"_s,
+                                        u"alt"_s,
+                                        u"width"_s,
+                                        u"height"_s,
+                                        u"id"_s,
+                                        u"style"_s,
+                                        u"dir"_s,
+                                        u"start"_s,
+                                        u"type"_s,
+                                        u"colspan"_s,
+                                        u"rowspan"_s,
+                                        u"data-custom-style"_s};
     QXmlStreamReader xml("<r>" + page->Html + "</r>");
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)

@@ -55,6 +55,9 @@ public:
         } else if (m_progress.Stage == EStage::Converting && m_progress.nPieces > 1) {
             progress.nDone = m_progress.nConverted;
             progress.nTotal = m_progress.nPieces;
+        } else if (m_progress.Stage == EStage::Numbering && m_progress.nLayouts > 1) {
+            progress.nDone = m_progress.nLaidOut;
+            progress.nTotal = m_progress.nLayouts;
         }
         return progress;
     }
