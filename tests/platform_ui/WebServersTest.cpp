@@ -141,3 +141,24 @@ TEST_F(CWebServers, TheProxyOfTheSchoolIsUsed) {
     EXPECT_EQ(m_asked.mid(0, 2), (QByteArrayList{"page.example:80", "/a"}));
     qunsetenv("http_proxy");
 }
+
+// A page of another place may not be looked into, and its film plays all the same.
+TEST_F(CWebServers, AFilmOfAnotherPlaceStaysInItsFrame) {
+    QTcpServer other;
+    Listen(other);
+    const QByteArray sound =
+        QByteArray::fromHex(
+            "52494646a43e000057415645666d74201000000001000100401f0000803e00000200100064617461803e0000") +
+        QByteArray(16000, '\0');
+    m_replies["/a.wav"] = "HTTP/1.0 200 OK\r\nContent-Type: audio/wav\r\n\r\n" + sound;
+    m_replies["/gone.mp4"] = "HTTP/1.0 404 Not Found\r\nContent-Type: text/html\r\n\r\n<p>gone";
+    const QByteArray place = "http://localhost:" + QByteArray::number(other.serverPort());
+    m_replies["/films"] = "HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<iframe src='" + place +
+                          "/a.wav'></iframe><iframe src='" + place + "/gone.mp4'></iframe>";
+    EXPECT_TRUE(m_browser->NavigateAndWait(At(u"films"_s)));
+    QString strHtml;
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return m_browser->GetBrowserBodyInnerHTML(strHtml) && strHtml.contains(u"blank"_s); }, 20000))
+        << "no card for what is gone";
+    EXPECT_TRUE(strHtml.contains(u"/a.wav"_s)) << strHtml.toStdString();
+}

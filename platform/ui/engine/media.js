@@ -14,6 +14,9 @@
   const hosts = new WeakMap();
   // The engine's own page around a film, as in a frame that shows it.
   const isAlone = /^(video|audio)\//.test(document.contentType);
+  // What a page asks a frame that it may not look into, and the answer of a film there.
+  const ASKED = 'vorel-film?';
+  const ANSWER = 'vorel-film!';
 
   // Of what lies somewhere: other addresses hold their content themselves, or name none.
   function extensionOf(url) {
@@ -261,6 +264,8 @@
       stand(chip, element);
       chip.style.cssText += ';position:static;flex:none;width:220px;height:76px';
       rim().append(chip);
+      // The engine leaves the column somewhere between the cards.
+      column.scrollTop = 0;
       return;
     }
     if (isAlone)
@@ -275,8 +280,8 @@
     if (column && column.isConnected)
       return column;
     column = document.createElement('div');
-    column.style.cssText = 'position:fixed;right:12px;bottom:0;z-index:2147483647;box-sizing:border-box;padding:12px 0;' +
-        'display:flex;flex-direction:column-reverse;gap:8px;max-height:100vh;overflow:auto';
+    column.style.cssText = 'position:fixed;right:12px;bottom:12px;z-index:2147483647;max-height:calc(100vh - 24px);' +
+        'display:flex;flex-direction:column-reverse;gap:8px;overflow:auto';
     (document.body || document.documentElement).append(column);
     return column;
   }
@@ -320,13 +325,18 @@
   }
 
   // A film that is there is watched within its frame. Of one that isn't the frame is empty, or the engine's own, which
-  // nobody may look into.
+  // nobody may look into, as into a stranger's.
   function watchFrame(frame, url, kind) {
-    const check = () => {
-      const isEmpty = !frame.contentDocument || frame.contentDocument.URL === 'about:blank';
+    const judge = (isEmpty) => {
       // Not for the film that it had before.
       if (isEmpty && sourceOf(frame) === url)
         replace(frame, url, kind);
+    };
+    const check = () => {
+      if (frame.contentDocument)
+        judge(frame.contentDocument.URL === 'about:blank');
+      else
+        askFrame(frame, url.startsWith('file:') ? 1000 : 10000, judge);
     };
     if (frame.loading === 'lazy') {
       // Empty until the person comes near it, and an empty page's load is told before.
@@ -343,6 +353,31 @@
     } else {
       window.addEventListener('load', check, {once: true});
     }
+  }
+
+  // Of a film that is refused nothing comes.
+  function askFrame(frame, patience, judge) {
+    let isThere = false;
+    const hear = (event) => {
+      isThere = isThere || (event.source === frame.contentWindow && event.data === ANSWER);
+    };
+    window.addEventListener('message', hear);
+    if (frame.contentWindow)
+      frame.contentWindow.postMessage(ASKED, '*');
+    setTimeout(() => {
+      window.removeEventListener('message', hear);
+      judge(!isThere);
+    }, patience);
+  }
+
+  function answer(event) {
+    const film = document.querySelector('video, audio');
+    const say = () => event.source && event.source.postMessage(ANSWER, '*');
+    // A card that has taken its place is something, too.
+    if (!film || film.readyState > HTMLMediaElement.HAVE_NOTHING)
+      say();
+    else
+      film.addEventListener('loadedmetadata', say, {once: true});
   }
 
   // Music behind a page, which the engine has no element for.
@@ -424,6 +459,8 @@
       root.querySelectorAll(TAGS).forEach((element) => element.isConnected && look(element));
   }
 
+  if (isAlone)
+    window.addEventListener('message', (event) => event.data === ASKED && answer(event));
   lookBelow(document);
   // Pages of that time write their players by script.
   new MutationObserver((changes) => {
