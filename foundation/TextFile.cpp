@@ -11,17 +11,19 @@
 
 using Torvane::File::CFileException;
 
+QString JoinLines(QString strText) {
+    strText.replace(QLatin1StringView("\r\n"), QLatin1StringView("\n"));
+    if (strText.endsWith(u'\n'))
+        strText.chop(1);
+    return strText;
+}
+
 QString ReadTextFile(const QString& strPath) {
-    QByteArray bytes;
     try {
-        bytes = ReadFileBytes(strPath);
+        return JoinLines(CodePage::Decode(ReadFileBytes(strPath)));
     } catch (const CFileException&) {
         return {};
     }
-    bytes.replace("\r\n", "\n");
-    if (bytes.endsWith('\n'))
-        bytes.chop(1);
-    return CodePage::Decode(bytes);
 }
 
 bool WriteTextFile(const QString& strPath, const QString& strText) {

@@ -5,8 +5,10 @@
 
 /// Whole text files in the code page.
 
-/// The lines of a file joined by a line feed, the last line feed dropped. CR LF and LF both end a line. A
-/// file that can't be opened gives an empty text.
+/// The lines of a text joined by a line feed, the last line feed dropped. CR LF and LF both end a line.
+QString JoinLines(QString strText);
+
+/// The lines of a file, joined. A file that can't be opened gives an empty text.
 QString ReadTextFile(const QString& strPath);
 
 /// Replaces the file as a whole or not at all; line feeds are written as CR LF. False when it can't be

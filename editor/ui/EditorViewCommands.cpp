@@ -12,6 +12,7 @@
 #include "foundation/SysInfo.h"
 #include "foundation/TextFile.h"
 #include "platform/base/NativePath.h"
+#include "platform/ui/PageEncoding.h"
 #include "platform/ui/SurfaceUrls.h"
 #include "platform/ui/WebBrowser.h"
 
@@ -75,8 +76,10 @@ void CEditorView::RunColour(const Command& command) {
 }
 
 void CEditorView::RunLink(const Command& command) {
+    const QPointer<CEditorView> pThis(this);
     m_pDesign->ExecuteIHTMLDocumentCmd(command.strName.toString(), true, QVariant());
-    m_pDesign->ExecuteIHTMLDocumentCmd(QStringLiteral("UnSelect"), false, QVariant());
+    if (pThis)
+        m_pDesign->ExecuteIHTMLDocumentCmd(QStringLiteral("UnSelect"), false, QVariant());
 }
 
 void CEditorView::RunBox(int nCommand, const QString& strValue) {
@@ -265,8 +268,11 @@ void CEditorView::SetTemplate() {
         m_people.Ask(EditorTexts::c_strBadTemplate, EditorTexts::c_strWarning, BoxButtons::Ok, BoxIcon::None);
         return;
     }
-    // Into the design surface even while the source holds the live text, which then goes before it.
-    m_pDesign->SetBrowserBodyInnerHTML(ReadTextFile(*path));
+    ShowFailure(this, [&] {
+        const QString strTemplate = JoinLines(PageEncoding::TextOf(ReadFileBytes(*path)));
+        // Into the design surface even while the source holds the live text, which then goes before it.
+        m_pDesign->SetBrowserBodyInnerHTML(strTemplate);
+    });
 }
 
 void CEditorView::ClearContent() {

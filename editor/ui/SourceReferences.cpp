@@ -11,7 +11,20 @@ namespace {
 /// A source with more is larger than any that was written, and takes too long.
 constexpr qsizetype c_nMaxTags = 1'000'000;
 
-/// Where an attribute's value stands in the bytes of the text, and what it becomes.
+/// Whether there may be a tag that names an encoding.
+bool MayDeclare(const QString& strSource) {
+    return strSource.contains(QLatin1StringView("<meta"), Qt::CaseInsensitive);
+}
+
+bool IsDeclaration(const GumboElement& element) {
+    if (element.tag != GUMBO_TAG_META)
+        return false;
+    const GumboAttribute* pKind = gumbo_get_attribute(&element.attributes, "http-equiv");
+    return gumbo_get_attribute(&element.attributes, "charset") != nullptr ||
+           (pKind != nullptr && qstricmp(pKind->value, "content-type") == 0);
+}
+
+/// Where an attribute's value or a tag stands in the bytes of the text, and what it becomes.
 struct SChange {
     qsizetype nLength;
     QByteArray value;
@@ -32,7 +45,7 @@ QByteArray WithoutQuotes(const QByteArray& value) {
 } // namespace
 
 CSourceReferences CSourceReferences::Of(const QString& strSource) {
-    CSourceReferences result{strSource, {}, {}, {}, !MayReferToFiles(strSource)};
+    CSourceReferences result{strSource, {}, {}, {}, !MayReferToFiles(strSource) && !MayDeclare(strSource)};
     const QByteArray bytes = strSource.toUtf8();
     if (bytes.count('<') > c_nMaxTags || HtmlTree::IsTooDeep(bytes))
         return result;
@@ -64,6 +77,9 @@ CSourceReferences CSourceReferences::Of(const QString& strSource) {
     };
     HtmlTree::ForEachElement(tree->root, [&](const GumboNode* pNode) {
         const GumboElement& element = pNode->v.element;
+        const GumboStringPiece& tag = element.original_tag;
+        if (IsDeclaration(element) && tag.length > 0)
+            changes.insert(tag.data - bytes.constData(), {static_cast<qsizetype>(tag.length), {}});
         if (element.tag == GUMBO_TAG_IMG)
             note(element, "src", result.Images);
         else if (element.tag == GUMBO_TAG_EMBED)

@@ -12,6 +12,18 @@ namespace {
 /// As far as the engine itself looks for a declaration.
 constexpr qsizetype c_nDeclarationBytes = 1024;
 
+/// Whether some character takes four bytes, which the code page has only in its newest form.
+bool HasFourByteCodes(const QByteArray& bytes) {
+    const auto isLead = [](char ch) {
+        return static_cast<uchar>(ch) > 0x80 && static_cast<uchar>(ch) < 0xFF;
+    };
+    for (qsizetype n = 0; n + 1 < bytes.size(); n += isLead(bytes[n]) ? 2 : 1) {
+        if (isLead(bytes[n]) && bytes[n + 1] >= '0' && bytes[n + 1] <= '9')
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 QString TextOf(const QByteArray& bytes) {
@@ -46,6 +58,8 @@ std::optional<QString> TextIfMisread(const QByteArray& bytes, const QString& str
         return CodePage::Decode(bytes);
     if (bUtf8 && PageText::IsSurelyUtf8(bytes))
         return std::nullopt;
+    if (strSet == u"gbk" && HasFourByteCodes(bytes))
+        return TextOf(bytes);
     if ((!bStrict && bUtf8) || SaysItsEncoding(bytes))
         return std::nullopt;
     const QString strText = TextOf(bytes);

@@ -11,7 +11,8 @@ namespace PageEncoding {
 /// Whether the bytes begin with a byte order mark, or name an encoding within the first kilobyte.
 bool SaysItsEncoding(const QByteArray& bytes);
 
-/// The text of a page that says no encoding: in the code page, unless its bytes can only be UTF-8 or UTF-16.
+/// The text of a page: in the encoding that it says, else in the code page, unless its bytes can only be
+/// UTF-8 or UTF-16.
 QString TextOf(const QByteArray& bytes);
 
 /// Whether a page's file is the text of a body and nothing else: it has no tag of a document around it.

@@ -194,7 +194,8 @@ TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
     Open("<p>one</p>");
     Tab(c_nSource);
     const QString strTyped =
-        u"<IMG alt=a src='file://%1'>\n<!-- <img src=\"%2\"> -->\n<p>here</p>\n<img src=\"%2\">\n"
+        u"<META charset=big5><IMG alt=a src='file://%1'>\n<!-- <img src=\"%2\"> -->\n<p>here</p>\n<img "
+        u"src=\"%2\">\n"
         u"<a href=\"file:///%3#a&amp;b\">x</a><img src=\"file:///Z:/gone 1.gif\"><img src=res/a.gif>"_s.arg(
             m_world.Folder.Native(u"图 & 1.gif"_s).replace(u'&', u"&amp;"_s),
             m_world.Folder.Path(u"图 & 1.gif"_s),
@@ -210,6 +211,7 @@ TEST_F(EditorViewTest, PicturesTypedIntoTheSourceComeIntoTheCourse) {
     EXPECT_TRUE(strSaved.contains(u"<IMG alt=a src=\"res/"_s)) << strSaved;
     EXPECT_EQ(strSaved.count(u"\"res/"_s), 3) << strSaved;
     EXPECT_TRUE(strSaved.contains(u"<a href=\"res/b.htm#a&amp;b\">"_s)) << strSaved;
+    EXPECT_TRUE(strSaved.startsWith(u"<IMG"_s)) << "the declaration, which is not true";
     EXPECT_TRUE(strSaved.contains(m_world.Folder.Path(u"图 & 1.gif"_s))) << "the comment's";
     EXPECT_EQ(Source().textCursor().selectedText(), u"here"_s);
     Source().undo();

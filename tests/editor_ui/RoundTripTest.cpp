@@ -71,6 +71,8 @@ TEST_F(RoundTripTest, OddPagesSettleAtTheirFirstSave) {
         {"a declaration that saving makes untrue",
          u"<p>前</p><meta charset=\"utf-8\"><p>中文课程内容</p>"_s.toUtf8(),
          u"<p>前</p><p>中文课程内容</p>"_s},
+        {"an older name of the code page, with characters of its newest form",
+         "<meta charset=gb2312>" + CodePage::Encode(u"<p>😀 𠮷 人</p>"_s), u"<p>😀 𠮷 人</p>"_s},
         {"half a character", CodePage::Encode(u"<p>前"_s) + "\xD6"},
     };
     for (const auto& [szWhat, page, strShown] : rows)

@@ -1,7 +1,7 @@
 // The text of a page's body, out of the page and into it.
 (function () {
   'use strict';
-  const {body, isFrameset, inert, localReferences, rename, selection} = page;
+  const {body, isFrameset, inert, eachRelative, localReferences, rename, selection} = page;
 
   const DECLARATION = 'meta[charset], meta[http-equiv="content-type" i]';
 
@@ -86,6 +86,8 @@
           return;
         patchAttributes(node, come[index]);
         patch(node, come[index]);
+        if (node.matches('input, textarea, option'))
+          undoHistory.showField(node);
       });
     } else {
       gone.length === old.length && !behind ? element.replaceChildren() : gone.forEach((node) => node.remove());
@@ -240,6 +242,22 @@
     return before.concat(document.head ? Array.from(document.head.childNodes) : []);
   }
 
+  // A base goes with the head of its document, and would lead astray what comes into the page's own folder: its
+  // relative references are told without it. A name stays as it was written.
+  function leaveBase() {
+    const base = document.querySelector('base[href]');
+    if (!base)
+      return;
+    const own = new URL('.', document.URL).href;
+    const folder = new URL('.', document.baseURI).href;
+    const before = folder.startsWith(own) ? decodeURI(folder.slice(own.length)) : null;
+    eachRelative(document, (element, name, text) => {
+      const isBelow = before !== null && /^[^/\\?]/.test(text);
+      element.setAttribute(name, isBelow ? before + text : new URL(text, document.baseURI).href);
+    });
+    base.remove();
+  }
+
   // What gives a whole document its looks; saved is the body alone.
   function looks() {
     return document.head ? document.head.querySelectorAll('style, link[rel~="stylesheet" i]') : [];
@@ -260,5 +278,6 @@
     showMore: showMore,
     strays: strays,
     looks: looks,
+    leaveBase: leaveBase,
   };
 })()

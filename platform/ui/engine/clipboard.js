@@ -3,7 +3,6 @@
 // to read and to clean.
 (function () {
   'use strict';
-  const REFERENCES = ['src', 'href', 'background', 'data', 'poster'];
   // Beside a reference that was made absolute stands the one of the page.
   const OWN = 'data-vorel-own-';
   const LOOKS = 'b, strong, i, em, u, s, strike, font, span, sub, sup, code, tt, big, small, a';
@@ -46,18 +45,13 @@
 
   // For other pages and other programs the references are those of the whole machine.
   function makeAbsolute(holder) {
-    for (const name of REFERENCES) {
-      for (const element of holder.querySelectorAll('[' + name + ']')) {
-        const text = element.getAttribute(name);
-        if (text === '' || text.startsWith('#') || /^[a-z][a-z0-9+.-]*:/i.test(text))
-          continue;
-        element.setAttribute(OWN + name, text);
-        // Names of places stand in a page as they are, and are not to come back with escapes.
-        const place = text.includes('#') ? text.slice(text.indexOf('#')) : '';
-        const path = text.slice(0, text.length - place.length);
-        element.setAttribute(name, new URL(path, document.baseURI).href + place);
-      }
-    }
+    page.eachRelative(holder, (element, name, text) => {
+      element.setAttribute(OWN + name, text);
+      // Names of places stand in a page as they are, and are not to come back with escapes.
+      const place = text.includes('#') ? text.slice(text.indexOf('#')) : '';
+      const path = text.slice(0, text.length - place.length);
+      element.setAttribute(name, new URL(path, document.baseURI).href + place);
+    });
   }
 
   function offer(transfer, holder, mark) {
@@ -277,7 +271,7 @@
       const about = root.querySelector('meta[name="' + mark + '"]');
       const isSamePage = about !== null && about.getAttribute('content') === address();
       root.querySelectorAll('meta').forEach((e) => e.remove());
-      for (const name of REFERENCES) {
+      for (const name of page.URL_ATTRIBUTES) {
         for (const element of root.querySelectorAll('[' + OWN + name + ']')) {
           if (isSamePage)
             element.setAttribute(name, element.getAttribute(OWN + name));

@@ -37,6 +37,17 @@
     }
   }
 
+  // References that rest on where the page stands; a mere place of the page is none.
+  function eachRelative(root, visit) {
+    for (const name of URL_ATTRIBUTES) {
+      for (const element of root.querySelectorAll('[' + name + ']')) {
+        const text = element.getAttribute(name);
+        if (text !== '' && !text.startsWith('#') && !/^[a-z][a-z0-9+.-]*:/i.test(text))
+          visit(element, name, text);
+      }
+    }
+  }
+
   function localReferences(root) {
     const found = new Set();
     eachLocal(root, (element, name, text) => found.add(text));
@@ -196,6 +207,8 @@
     body: body,
     isFrameset: isFrameset,
     inert: inert,
+    URL_ATTRIBUTES: URL_ATTRIBUTES,
+    eachRelative: eachRelative,
     localReferences: localReferences,
     rename: rename,
     selection: selection,

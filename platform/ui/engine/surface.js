@@ -5,7 +5,7 @@
   const {body, isFrameset, inert, localReferences, rename, selection, hasSelection, chosenField, elementOf,
          enclosing} = page;
   const {innerHtml, replaceDocument, dropDeclarations, putBody, setBodyHtml, setBodyKeepingCaret, takeNames, stage,
-         showStaged, showMore, strays, looks} = bodyText;
+         showStaged, showMore, strays, looks, leaveBase} = bodyText;
   const {insert, paste} = insertion;
   const {command, shapeBlocks, createLink} = commands;
   // Made at the first change of a page.
@@ -293,6 +293,8 @@
     // begins with for a head.
     prepare: (bodyText) => {
       dropDeclarations();
+      if (!bodyText)
+        leaveBase();
       if (!isFrameset(body()))
         body().prepend(...(bodyText ? strays() : looks()));
       return true;

@@ -512,5 +512,6 @@
       return window.vorelHistory;
     },
     show: show,
+    showField: showField,
   };
 })()
