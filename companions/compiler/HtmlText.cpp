@@ -410,13 +410,23 @@ bool IsHint(const GumboNode* pElement) {
            untouched.match(TextOf(pElement)).hasMatch();
 }
 
-std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite) {
+std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite,
+                                         const QString& strNewBase) {
     const QByteArray html = strPage.toUtf8();
     if (IsTooDeep(html))
         return std::nullopt;
     const Tree tree = Parse(html);
     CEdits edits(html);
-    ForEachElement(tree->root, [&](const GumboNode* pNode) { EditReferences(pNode, rewrite, edits); });
+    bool bBase = strNewBase.isEmpty();
+    ForEachElement(tree->root, [&](const GumboNode* pNode) {
+        EditReferences(pNode, rewrite, edits);
+        const GumboAttribute* pHref = gumbo_get_attribute(&pNode->v.element.attributes, "href");
+        if (bBase || pNode->v.element.tag != GUMBO_TAG_BASE || !pHref || *pHref->value == '\0')
+            return;
+        bBase = true;
+        edits.Replace(pHref->original_value.data, qsizetype(pHref->original_value.length),
+                      Quoted(strNewBase));
+    });
     return edits.IsEmpty() ? std::nullopt : std::optional(QString::fromUtf8(edits.Apply(0, html.size())));
 }
 

@@ -15,8 +15,9 @@ namespace HtmlText {
 using Rewriter = std::function<std::optional<QString>(const QString& strReference)>;
 
 /// The page with its references rewritten, and nothing when no reference changed or when the page is nested
-/// so deeply that it can't be parsed.
-std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite);
+/// so deeply that it can't be parsed. strNewBase stands in place of the page's base then, unless it is empty.
+std::optional<QString> RewriteReferences(const QString& strPage, const Rewriter& rewrite,
+                                         const QString& strNewBase = {});
 
 /// A page taken apart for a frame that has head and body of its own.
 struct Fragment {

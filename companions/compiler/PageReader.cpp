@@ -119,8 +119,9 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
         NoteSources(corrected.Found, result);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };
-    const std::optional<QString> strNew = bPage ? HtmlText::RewriteReferences(text.Text, rewrite)
-                                                : CssText::RewriteReferences(text.Text, rewrite);
+    const std::optional<QString> strNew =
+        bPage ? HtmlText::RewriteReferences(text.Text, rewrite, base ? base->Base : QString())
+              : CssText::RewriteReferences(text.Text, rewrite);
     // No browser need guess as well as we did.
     const bool bMark = bPage && text.IsUnsaid;
     const bool bSilent = kind == ESourceText::Page && text.IsSilent && !IsAscii(bytes);

@@ -216,10 +216,13 @@ std::optional<CReferences::Place> CReferences::WithBase(const QString& strBase, 
     const QString strSource = CSourceTree::Join(place.SourceFolder, strBelow);
     const QString strSite = CSourceTree::Join(place.SiteFolder, strBelow);
     const QString strReal = m_tree.FindFolder(strSource);
-    // What a server does not find in that letter case it does not find at all.
-    if (strReal.isEmpty() || (strReal != strSource && strSource == strSite))
+    if (strReal.isEmpty())
         return std::nullopt;
-    return Place{strReal, strSite, place.Source};
+    if (strReal == strSource || strSource != strSite)
+        return Place{strReal, strSite, place.Source};
+    // What a server does not find in that letter case it does not find at all.
+    const QString strMended = RelativeAddress(place.SiteFolder, strReal + u"/x"_s).chopped(1);
+    return Place{strReal, strReal, place.Source, strMended + strBase.mid(strPath.lastIndexOf(u'/') + 1)};
 }
 
 QString CReferences::FindStored(const QString& strPath) const {

@@ -56,6 +56,8 @@ public:
         QString SiteFolder;
         /// The page itself, for references within it; empty where there are none.
         QString Source = {};
+        /// What must stand in place of the page's own base; empty where that may stay.
+        QString Base = {};
     };
 
     enum class EFound { Unchanged, Rewritten, Missing };

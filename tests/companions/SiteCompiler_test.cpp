@@ -307,7 +307,7 @@ TEST(SiteCompiler, TakesAlongWhatPagesReferTo) {
          {u"N900\\res\\A.gif"_s, u"N900\\res\\c.gif"_s, u"N900\\res\\unused.gif"_s, u"top.gif"_s,
           u"index.html"_s, u"~\\N4\\b.gif"_s, u"N4.old\\b.gif"_s, u"N%1\\.git\\x"_s.arg(nPage)})
         course.Folder.Write(CSampleCourse::Resource(strName), "x");
-    course.Folder.Write(CSampleCourse::Resource(u"N900\\x.htm"_s), "<img src=RES/c.gif>");
+    course.Folder.Write(CSampleCourse::Resource(u"N900\\x.htm"_s), "<base href=RES/x.htm><img src=C.gif>");
     course.Folder.Write(CSampleCourse::Resource(u"N901\\y.htm"_s), "<p>y");
     QFile::link(u"/etc/passwd"_s, course.Folder.Native(CSampleCourse::Resource(u"N%1\\p.txt"_s.arg(nPage))));
     const auto there = [&](const QString& strName) {
@@ -325,7 +325,7 @@ TEST(SiteCompiler, TakesAlongWhatPagesReferTo) {
         for (const QString& strName :
              {u"N900\\res\\unused.gif"_s, u"~"_s, u"N4.old"_s, u"N%1\\p.txt"_s.arg(nPage)})
             EXPECT_FALSE(there(strName)) << strName.toStdString();
-        EXPECT_EQ(course.Bytes(u"N900\\x.htm"_s), "<img src=\"res/c.gif\">");
+        EXPECT_EQ(course.Bytes(u"N900\\x.htm"_s), "<base href=\"res/x.htm\"><img src=\"c.gif\">");
     }
     course.Folder.Write(CSampleCourse::Resource(u"N900\\x.htm"_s), "<p>");
     course.Compile();
