@@ -36,8 +36,15 @@ public:
         FindPlaces();
         m_table.IsLayout = m_nColumns < 2 || m_nColumns > c_nMaxColumns || m_table.Rows.size() > c_nMaxRows ||
                            HoldsLayout(pTable);
-        while (m_table.HeaderRows + 1 < m_table.Rows.size() && IsHeaderRow(m_table.Rows[m_table.HeaderRows]))
-            ++m_table.HeaderRows;
+        // As many as no cell reaches out of.
+        qsizetype nReach = m_table.HeaderRows;
+        for (qsizetype i = m_table.HeaderRows; i + 1 < m_table.Rows.size() && IsHeaderRow(m_table.Rows[i]);
+             ++i) {
+            for (const PageTable::Cell& cell : m_table.Rows[i].Cells)
+                nReach = qMax(nReach, i + cell.RowSpan);
+            if (nReach == i + 1)
+                m_table.HeaderRows = int(nReach);
+        }
         if (m_table.HeaderRows >= m_table.Rows.size())
             m_table.HeaderRows = 0;
         if (!m_table.IsLayout)
@@ -105,7 +112,7 @@ private:
 
     static bool IsHeaderRow(const PageTable::Row& row) {
         for (const PageTable::Cell& cell : row.Cells) {
-            if (!cell.IsHeader || cell.RowSpan > 1)
+            if (!cell.IsHeader)
                 return false;
         }
         return true;
@@ -189,14 +196,8 @@ private:
                                [&](const Said& width) { return width.*unit; });
         }
         const double dSum = Sum(widths);
-        // What the rounding takes from one column the next gets.
-        double dSoFar = 0;
-        int nGiven = 0;
-        for (const double dWidth : widths) {
-            dSoFar += dWidth * 100 / dSum;
-            m_table.Shares.append(qMax(1, qRound(dSoFar) - nGiven));
-            nGiven += m_table.Shares.last();
-        }
+        for (const double dWidth : widths)
+            m_table.Shares.append(dWidth * 100 / dSum);
     }
 
     static double Sum(const QList<double>& widths) {
@@ -236,11 +237,11 @@ private:
 
 } // namespace
 
-int PageTable::ShareOf(const Cell& cell) const {
-    int nShare = 0;
+double PageTable::ShareOf(const Cell& cell) const {
+    double dShare = 0;
     for (int i = cell.Column; i < qMin(cell.Column + cell.ColumnSpan, int(Shares.size())); ++i)
-        nShare += Shares[i];
-    return nShare;
+        dShare += Shares[i];
+    return dShare;
 }
 
 PageTable ReadTable(const GumboNode* pTable) {

@@ -25,12 +25,12 @@ struct PageTable {
     /// It only puts things beside each other, and has nothing to do with rows and columns.
     bool IsLayout = false;
     /// How much of the width each column has, in percent.
-    QList<int> Shares;
+    QList<double> Shares;
     /// How small its text must be for the columns to find room on a sheet.
     enum class EText { Normal, Small, Smallest };
     EText Text = EText::Normal;
 
-    int ShareOf(const Cell& cell) const;
+    double ShareOf(const Cell& cell) const;
 };
 
 PageTable ReadTable(const GumboNode* pTable);

@@ -345,8 +345,8 @@ private:
         }
         m_bTable = true;
         Open("<table><colgroup>");
-        for (const int nShare : table.Shares)
-            m_out += "<col style=\"width:" + QByteArray::number(nShare) + "%\"/>";
+        for (const double dShare : table.Shares)
+            m_out += "<col style=\"width:" + QByteArray::number(dShare, 'f', 2) + "%\"/>";
         m_out += "</colgroup>\n";
         const QByteArray styleBefore = std::exchange(m_paragraph, TextStyle(table));
         const int nWidthBefore = m_nMaxWidth;
@@ -375,12 +375,14 @@ private:
             if (cell.RowSpan > 1)
                 m_out += " rowspan=\"" + QByteArray::number(cell.RowSpan) + '"';
             const QByteArray alignment = CellAlignment(cell.Node);
-            if (!alignment.isEmpty() || bHeader)
+            if (!alignment.isEmpty() || cell.IsHeader || bHeader)
                 m_out += " style=\"text-align:" + (alignment.isEmpty() ? "center" : alignment) + '"';
             m_out += '>';
-            m_nMaxWidth = qMax(nTableWidth * table.ShareOf(cell) / 100 - c_nCellMargins, c_nLeastWidth);
+            m_nMaxWidth = qMax(int(nTableWidth * table.ShareOf(cell) / 100) - c_nCellMargins, c_nLeastWidth);
             m_bPlain = true;
             const RunStyle before = m_style;
+            // The style of the header's rows is bold already.
+            m_style.Bold = m_style.Bold || (cell.IsHeader && !bHeader);
             TakeStyle(cell.Node->v.element, "td");
             m_line.AddMarkup(AnchorMarks(cell.Node->v.element));
             WriteChildren(cell.Node);
