@@ -1,21 +1,8 @@
 #include "companions/VRM/ui/RecorderWindow.h"
 #include "platform/ui/MediaPlayer.h"
-#include "tests/support/TempFolder.h"
 #include "tests/support/WindowHelp.h"
 #include "video/AsfFile.h"
 #include "video/Recording.h"
-
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDirIterator>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -122,7 +109,7 @@ TEST_F(RecorderWindowTest, TimesOutliveACopyThatFails) {
     });
     Press("stop");
     ASSERT_TRUE(IsDone());
-    EXPECT_TRUE(strAsked.startsWith(u"磁盘空间不足"_s)) << strAsked.toStdString();
+    EXPECT_TRUE(strAsked.startsWith(u"磁盘空间不足"_s)) << strAsked;
     ASSERT_EQ(Lecture().Markers.size(), 2);
     EXPECT_NEAR(double(Lecture().Markers[1].nTime), dTurned, 300);
     Press("end");
@@ -180,8 +167,7 @@ TEST_F(RecorderWindowTest, ALivePauseCostsNoTime) {
     Begin(-1);
     ASSERT_TRUE(Shows("next"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return The<QWidget>("pause").isEnabled(); }, c_nPatience));
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return !The<QLabel>("livePicture").pixmap(Qt::ReturnByValue).isNull(); }));
+    EXPECT_SOON(!The<QLabel>("livePicture").pixmap(Qt::ReturnByValue).isNull());
     QTest::qWait(1000);
     Press("pause");
     ASSERT_TRUE(QTest::qWaitFor([&] { return The<QWidget>("pause").isEnabled(); }, c_nPatience));

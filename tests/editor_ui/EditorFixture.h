@@ -41,6 +41,12 @@ protected:
     void Tab(int nTab) { m_view.findChild<QTabBar*>(u"editorTabs"_s)->setCurrentIndex(nTab); }
     QAction& Action(int nId) { return *m_view.findChild<QAction*>(u"command_%1"_s.arg(nId)); }
 
+    /// A changed page is left, and the question for saving answered.
+    void LeaveWith(CScriptedPeople::BoxAnswer answer) {
+        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, answer);
+        EXPECT_TRUE(m_view.LeaveNode(true));
+    }
+
     bool HasFocus() { return Surface("design").isAncestorOf(QApplication::focusWidget()); }
 
     /// As an input method types.

@@ -73,8 +73,7 @@ TEST_F(EditorKeepingTest, AFramePageStaysOne) {
     EXPECT_EQ(Html(), QString(strFrames).replace(u"30%"_s, u"40%"_s));
     m_view.RunCommand(32822);
     EXPECT_EQ(Html(), u"<p>no frames</p>"_s);
-    m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, BoxAnswer::No);
-    EXPECT_TRUE(m_view.LeaveNode(true));
+    LeaveWith(BoxAnswer::No);
 }
 
 TEST_F(EditorKeepingTest, APageTooLargeForTheEditorOrTheSourceBoxIsSaidToBeSo) {
@@ -108,8 +107,7 @@ TEST_F(EditorKeepingTest, WhenTheEngineIsKilledThePageComesBackWithItsText) {
     KillEngine();
     ASSERT_SOON(m_world.People.Boxes.size() == 2);
     EXPECT_TRUE(Source().toPlainText().contains(u"丙"_s)) << Source().toPlainText();
-    m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, BoxAnswer::Yes);
-    EXPECT_TRUE(m_view.LeaveNode(true));
+    LeaveWith(BoxAnswer::Yes);
     EXPECT_TRUE(OnDisk().contains(u"丙"_s));
     EXPECT_TRUE(Kept().isEmpty());
 }
@@ -124,9 +122,7 @@ TEST_F(EditorKeepingTest, AKeptTextGoesOnInTheEditorUntilThePersonDecides) {
         EXPECT_EQ(bInSource ? Source().toPlainText() : Html(), strKept);
         EXPECT_EQ(OnDisk(), u"<p>saved</p>"_s);
         EXPECT_EQ(Kept().size(), 1);
-        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s,
-                              bInSource ? BoxAnswer::No : BoxAnswer::Yes);
-        EXPECT_TRUE(m_view.LeaveNode(true));
+        LeaveWith(bInSource ? BoxAnswer::No : BoxAnswer::Yes);
         EXPECT_EQ(OnDisk(), bInSource ? u"<p>saved</p>"_s : strKept);
         EXPECT_TRUE(Kept().isEmpty());
     }

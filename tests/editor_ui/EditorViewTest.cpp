@@ -7,6 +7,7 @@
 namespace {
 
 using EditorViewTest = CEditorFixture;
+using BoxAnswer = CScriptedPeople::BoxAnswer;
 
 TEST_F(EditorViewTest, WhatIsChosenAtTheCaretHoldsForWhatIsTypedThere) {
     Open("<p>x</p>");
@@ -36,9 +37,7 @@ TEST_F(EditorViewTest, APageTakesKeysBeforeTheFirstClick) {
         Tab(c_nDesign);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_B);
         EXPECT_SOON(Html() == u"<p>by</p>"_s) << Html();
-        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s,
-                              CScriptedPeople::BoxAnswer::No);
-        EXPECT_TRUE(m_view.LeaveNode(true));
+        LeaveWith(BoxAnswer::No);
     }
 }
 
@@ -52,9 +51,7 @@ TEST_F(EditorViewTest, WhatIsSwitchedAtALinesEndHoldsInTheNextLine) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         Type(u"关"_s);
         EXPECT_EQ(Html(), u"<p><%1>开</%1></p><p>关x</p>"_s.arg(strTag));
-        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s,
-                              CScriptedPeople::BoxAnswer::No);
-        EXPECT_TRUE(m_view.LeaveNode(true));
+        LeaveWith(BoxAnswer::No);
     }
     Open("<h1>x</h1>");
     Type(u"题"_s);
@@ -66,18 +63,11 @@ TEST_F(EditorViewTest, WhatIsSwitchedAtALinesEndHoldsInTheNextLine) {
 }
 
 TEST_F(EditorViewTest, WhatWouldDoNothingAtTheCaretIsNotOffered) {
-    enum {
-        c_nCut = 32795,
-        c_nCopy = 32793,
-        c_nUndo = 32821,
-        c_nRedo = 32822,
-        c_nAll = 32823,
-        c_nUnselect = 32824
-    };
+    constexpr int c_nCut = 32795, c_nCopy = 32793, c_nUndo = 32821, c_nRedo = 32822, c_nAll = 32823,
+                  c_nUnselect = 32824, c_nUnlink = EditorCommands::Id::c_nUnlink;
     const auto offered = [this] {
         QList<int> ids;
-        for (const int nId : {int(c_nUndo), int(c_nRedo), int(c_nCut), int(c_nCopy), int(c_nUnselect),
-                              EditorCommands::Id::c_nUnlink})
+        for (const int nId : {c_nUndo, c_nRedo, c_nCut, c_nCopy, c_nUnselect, c_nUnlink})
             if (Action(nId).isEnabled())
                 ids.append(nId);
         return ids;
@@ -85,7 +75,7 @@ TEST_F(EditorViewTest, WhatWouldDoNothingAtTheCaretIsNotOffered) {
     const auto expect = [&](const char* szWhat, const QList<int>& ids) {
         EXPECT_SOON(offered() == ids) << szWhat;
         // What needs no caret, or says itself what it needs.
-        for (const int nId : {32838, 32850, 32796, 32820, int(c_nAll)})
+        for (const int nId : {32838, 32850, 32796, 32820, c_nAll})
             EXPECT_TRUE(Action(nId).isEnabled()) << szWhat << nId;
     };
     Open("<p>x<a href=\"http://h/\">y</a></p>");
@@ -96,16 +86,15 @@ TEST_F(EditorViewTest, WhatWouldDoNothingAtTheCaretIsNotOffered) {
     expect("undone", {c_nRedo});
     EXPECT_TRUE(m_view.RunCommand(c_nUndo)) << "a key is not held up by what shows";
     Action(c_nAll).trigger();
-    expect("all chosen", {c_nRedo, c_nCut, c_nCopy, c_nUnselect, EditorCommands::Id::c_nUnlink});
-    Action(EditorCommands::Id::c_nUnlink).trigger();
+    expect("all chosen", {c_nRedo, c_nCut, c_nCopy, c_nUnselect, c_nUnlink});
+    Action(c_nUnlink).trigger();
     expect("no link any more", {c_nUndo});
     EXPECT_EQ(Html(), u"<p>xy</p>"_s);
     Tab(c_nSource);
     EXPECT_EQ(offered(), QList<int>());
     Tab(c_nDesign);
     expect("back", {c_nUndo});
-    m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, CScriptedPeople::BoxAnswer::No);
-    EXPECT_TRUE(m_view.LeaveNode(true));
+    LeaveWith(BoxAnswer::No);
     OpenAgain();
     expect("another page", {});
     EXPECT_TRUE(m_view.LeaveNode(true));

@@ -3,14 +3,10 @@
 #include "tests/editor_ui/EditorFixture.h"
 
 #include <QBuffer>
-#include <QClipboard>
-#include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QImage>
 #include <QMimeData>
 
-using namespace Qt::StringLiterals;
 using BoxAnswer = CScriptedPeople::BoxAnswer;
 
 namespace {
@@ -58,8 +54,8 @@ protected:
     }
     void ExpectHtml(const QString& strHtml) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return Html() == strHtml; }, c_nPatience))
-            << Html().toStdString() << "\ninstead of\n"
-            << strHtml.toStdString();
+            << Html() << "\ninstead of\n"
+            << strHtml;
     }
     void Drop(const QMimeData& mime, const QPoint& place) {
         QWidget& view = *Surface("design").findChild<QWidget*>(u"webView"_s);
@@ -90,10 +86,6 @@ protected:
         for (const QString& strFolder : unsaved.entryList({u"*.files"_s}, QDir::Dirs))
             files += QDir(unsaved.filePath(strFolder)).entryList(QDir::Files);
         return files;
-    }
-    void LeaveWith(BoxAnswer answer) {
-        m_world.People.Expect(u"该文件内容已改变，您需要保存已修改的内容吗？"_s, answer);
-        EXPECT_TRUE(m_view.LeaveNode(true));
     }
 };
 
@@ -196,7 +188,7 @@ TEST_F(PastingTest, EachOfSeveralPastesComesWhereAndWhenItWasWanted) {
     // The save takes along what was wanted before it, whatever the page has come to.
     key(Qt::Key_V, Qt::ControlModifier);
     ASSERT_TRUE(m_view.RunCommand(32825));
-    EXPECT_TRUE(OnDisk().contains(u"<b>T</b>"_s)) << OnDisk().toStdString();
+    EXPECT_TRUE(OnDisk().contains(u"<b>T</b>"_s)) << OnDisk();
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
 
@@ -233,18 +225,17 @@ TEST_F(PastingTest, WhatIsCopiedInAPageStandsInItAsItStood) {
     m_world.Folder.Write(PageFile(u"res\\A图.png"_s), PngOf(Picture(qRgb(255, 0, 0))));
     Key(Qt::Key_A, Qt::ControlModifier);
     Key(Qt::Key_X, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !Html().contains(u"marquee"_s); }));
+    EXPECT_SOON(!Html().contains(u"marquee"_s));
     Key(Qt::Key_V, Qt::ControlModifier);
     ExpectHtml(strPage);
     EXPECT_TRUE(m_view.LeaveNode(true));
     // In another page its references lead to where they led.
     Open("<p><br></p>");
     Key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().contains(u"<marquee>m</marquee>"_s); }));
+    EXPECT_SOON(Html().contains(u"<marquee>m</marquee>"_s));
     EXPECT_TRUE(Shows(qRgb(255, 0, 0)));
     m_view.RunCommand(32825);
-    EXPECT_TRUE(OnDisk().contains(u"<a id=\"innerlink\" href=\"../n4/content.htm#甲\">去</a>"_s))
-        << OnDisk().toStdString();
+    EXPECT_TRUE(OnDisk().contains(u"<a id=\"innerlink\" href=\"../n4/content.htm#甲\">去</a>"_s)) << OnDisk();
     EXPECT_EQ(Resources().size(), 1);
     EXPECT_TRUE(Shows(qRgb(255, 0, 0)));
     EXPECT_TRUE(m_view.LeaveNode(true));
@@ -290,8 +281,8 @@ TEST_F(PastingTest, PicturesBecomeFilesThatOutliveACrashAndComeIntoTheCourseAtTh
                   .size(),
               1);
     m_view.RunCommand(32825);
-    EXPECT_EQ(OnDisk().count(u"src=\"res/"_s), 3) << OnDisk().toStdString();
-    EXPECT_FALSE(OnDisk().contains(u"file:"_s)) << OnDisk().toStdString();
+    EXPECT_EQ(OnDisk().count(u"src=\"res/"_s), 3) << OnDisk();
+    EXPECT_FALSE(OnDisk().contains(u"file:"_s)) << OnDisk();
     EXPECT_EQ(Resources().size(), 4);
     EXPECT_TRUE(m_view.LeaveNode(true));
     EXPECT_TRUE(Waiting().isEmpty());
@@ -326,7 +317,7 @@ TEST_F(PastingTest, APictureThatIsGivenUpOrCantBeWrittenIsSaidToBeSo) {
     OpenAgain();
     m_world.People.ExpectBeginning(u"图片没有能够粘贴到网页中。\n\n无法打开文件"_s);
     Key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.People.Boxes.size() == 2; }));
+    EXPECT_SOON(m_world.People.Boxes.size() == 2);
     ExpectHtml(u"<p>x</p>"_s);
     EXPECT_TRUE(m_view.LeaveNode(true));
 }
@@ -355,7 +346,7 @@ TEST_F(PastingTest, APictureThatWasCutInAPageOutlivesIt) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return Html().count(u"<img"_s) == 2; }, c_nPatience));
     EXPECT_EQ(Waiting().size(), 2);
     m_view.RunCommand(32825);
-    EXPECT_TRUE(OnDisk().contains(u"src=\"res/"_s)) << OnDisk().toStdString();
+    EXPECT_TRUE(OnDisk().contains(u"src=\"res/"_s)) << OnDisk();
     EXPECT_TRUE(m_view.LeaveNode(true));
     EXPECT_EQ(Waiting().size(), 1) << "the clipboard still names it";
     // What nothing names goes with the next page that is left.
@@ -375,12 +366,12 @@ TEST_F(PastingTest, WhatIsTooMuchComesAsPlainTextOrIsSaidToBeTooMuch) {
     // Thousands of paragraphs don't take the square of their time.
     Offer(Offered(u"<p style='color:red'>段<b>落</b></p>"_s.repeated(6000), u"t"_s));
     Key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Html().count(u"落"_s) == 6000; }));
+    EXPECT_SOON(Html().count(u"落"_s) == 6000);
     m_view.RunCommand(32821);
     m_world.People.Expect(u"剪贴板中的内容过长，没有粘贴。\n系统建议您分几次粘贴，或者拆分成较小的页面。"_s);
     Offer(Offered(u"<p>"_s + u"长 "_s.repeated(600'000), u"长 "_s.repeated(600'000)));
     Key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_world.People.Boxes.size() == 2; }));
+    EXPECT_SOON(m_world.People.Boxes.size() == 2);
     ExpectHtml(u"<p>onetwo</p>"_s);
     EXPECT_TRUE(m_view.LeaveNode(true));
     // Nor does a large page of lines without a paragraph take seconds.

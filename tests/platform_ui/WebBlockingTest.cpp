@@ -33,10 +33,6 @@ SLoad LoadOfProcesses() {
 
 class CWebBlocking : public CWebTest {
 protected:
-    QString Note() const {
-        const auto* pNote = m_browser->findChild<QLabel*>(u"webNote"_s);
-        return pNote != nullptr && pNote->isVisible() ? pNote->text() : QString();
-    }
     /// Where the person goes next; how long it took in ms, or nothing when it doesn't show.
     std::optional<qint64> GoOn() {
         m_folder.Write(u"course\\good.htm"_s, "<p>good</p>");

@@ -39,6 +39,11 @@ protected:
         EXPECT_TRUE(m_browser->GetURL(strUrl));
         return strUrl;
     }
+    /// What the surface says in place of a page.
+    QString Note() const {
+        const auto* pNote = m_browser->findChild<QLabel*>(u"webNote"_s);
+        return pNote != nullptr && pNote->isVisible() ? pNote->text() : QString();
+    }
     void Command(const QString& strName, const QVariant& value = {}) {
         EXPECT_TRUE(m_browser->ExecuteIHTMLDocumentCmd(strName, false, value)) << strName;
     }

@@ -34,10 +34,6 @@ protected:
     QString At(const QString& strName) const {
         return u"http://127.0.0.1:%1/%2"_s.arg(m_server.serverPort()).arg(strName);
     }
-    QString Note() const {
-        const auto* pNote = m_browser->findChild<QLabel*>(u"webNote"_s);
-        return pNote != nullptr && pNote->isVisible() ? pNote->text() : QString();
-    }
     /// What comes of an address: the page's text or that of the note.
     QString Outcome(const QString& strUrl) {
         QString strHtml, strNote;
