@@ -116,6 +116,8 @@ CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CRe
         if (!base)
             return std::nullopt;
         const CReferences::Result result = references.Rewrite(strReference, *base);
+        if (result.Found == CReferences::EFound::Missing)
+            NoteOnce(corrected.DeadReferences, result.Dead);
         NoteSources(corrected.Found, result);
         return result.Found == CReferences::EFound::Rewritten ? std::optional(result.Text) : std::nullopt;
     };

@@ -37,6 +37,8 @@ enum class ESourceText { Page, XmlPage, StyleSheet };
 struct CorrectedFile {
     QByteArray Bytes;
     FoundSources Found;
+    /// References into the course that lead to nothing, each once.
+    QStringList DeadReferences = {};
 };
 CorrectedFile CorrectedText(ESourceText kind, const QByteArray& bytes, const CReferences& references,
                             const CReferences::Place& place);

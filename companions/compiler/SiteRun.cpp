@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 
 #include <cerrno>
 
@@ -28,6 +29,10 @@ std::optional<ESourceText> TextKind(const QString& strName) {
         return ESourceText::StyleSheet;
     return std::nullopt;
 }
+
+/// Between the parts of what there is to say of a page's dead references: its file, how many, and the first.
+constexpr QChar c_cDead = u'\x1';
+constexpr int c_nDeadParts = 3;
 
 bool IsPlainText(const QString& strName) {
     return LowerAscii(strName).endsWith(".txt"_L1);
@@ -138,7 +143,37 @@ QStringList CSiteRun::Notes() const {
     QStringList all = m_ownNotes;
     for (const QStringList& notes : m_notes)
         all += notes;
-    return all;
+    return WithDeadInOneLine(all);
+}
+
+/// An imported site may have as many dead references as pages: all of one node are a line.
+QStringList CSiteRun::WithDeadInOneLine(const QStringList& notes) const {
+    struct Dead {
+        int nCount = 0;
+        QString strFile, strFirst;
+    };
+    QMap<QString, Dead> sites;
+    QStringList lines;
+    for (const QString& strNote : notes) {
+        const QStringList parts = strNote.split(c_cDead);
+        if (parts.size() != c_nDeadParts) {
+            lines.append(strNote);
+            continue;
+        }
+        Dead& dead = sites[parts[0].section(u'/', 0, 0)];
+        if (dead.nCount == 0)
+            dead = {0, parts[0], parts[2]};
+        dead.nCount += parts[1].toInt();
+    }
+    for (int i = 0; i < NodeCount() && !sites.isEmpty(); ++i) {
+        const StoreRow& row = m_input.Model().Nodes()[i].Row;
+        const Dead dead = sites.take(m_plan.NodeFolder(row.Id));
+        if (dead.nCount > 0)
+            lines.append(CompilerText::c_strNoteDeadInSite.arg(row.Title)
+                             .arg(dead.nCount)
+                             .arg(dead.strFile, dead.strFirst));
+    }
+    return lines;
 }
 
 void CSiteRun::Make(const Piece& piece, QStringList& notes) {
@@ -360,11 +395,14 @@ void CSiteRun::MakeFile(const Piece& piece, QStringList& notes) {
         return Copy(piece.Source, piece.Name);
     }
     OutputRecord record;
-    FoundSources found;
-    const QByteArray text = FileText(piece, *bytes, found);
-    TakeSources(found, record);
+    const CorrectedFile file = FileText(piece, *bytes);
+    TakeSources(file.Found, record);
+    if (!file.DeadReferences.isEmpty())
+        record.Notes.append(QStringList{piece.Source, QString::number(file.DeadReferences.size()),
+                                        file.DeadReferences.first()}
+                                .join(c_cDead));
     notes += record.Notes;
-    Write(piece.Name, text, {{piece.Source}}, std::move(record));
+    Write(piece.Name, file.Bytes, {{piece.Source}}, std::move(record));
 }
 
 /// What a file refers to, and what of that has to come along with it: files that belong to no node.
@@ -398,10 +436,13 @@ FoundSources CSiteRun::MakeStray(const QString& strSource, const QString& strNam
     const bool bText = TextKind(strSource).has_value();
     const std::optional<QByteArray> bytes =
         bText ? ReadSourceText(m_tree.NativePath(strSource)) : std::nullopt;
-    if (bytes)
-        m_pOutput->Write(strName, FileText({Piece::EKind::File, strName, strSource}, *bytes, found));
-    else
+    if (bytes) {
+        const CorrectedFile file = FileText({Piece::EKind::File, strName, strSource}, *bytes);
+        found = file.Found;
+        m_pOutput->Write(strName, file.Bytes);
+    } else {
         Copy(strSource, strName);
+    }
     return *m_strays.insert(strSource, found);
 }
 
@@ -411,14 +452,14 @@ bool CSiteRun::IsOurName(const QString& strName) const {
            StandingPages().contains(strName, Qt::CaseInsensitive);
 }
 
-QByteArray CSiteRun::FileText(const Piece& piece, const QByteArray& bytes, FoundSources& found) const {
+CorrectedFile CSiteRun::FileText(const Piece& piece, const QByteArray& bytes) const {
     const std::optional<ESourceText> kind = TextKind(piece.Source);
     if (!kind)
-        return WithSaidCoding(bytes).value_or(bytes);
+        return {WithSaidCoding(bytes).value_or(bytes), {}};
     const CReferences::Place place = {FolderOf(piece.Source), FolderOf(piece.Name), piece.Source};
-    const CorrectedFile corrected = CorrectedText(*kind, bytes, m_plan.References(), place);
-    found = corrected.Found;
-    if (!m_slides.contains(piece.Source))
-        return corrected.Bytes;
-    return WithScript(corrected.Bytes, RelativeAddress(FolderOf(piece.Name), FrameParts::c_strSlidesScript));
+    CorrectedFile corrected = CorrectedText(*kind, bytes, m_plan.References(), place);
+    if (m_slides.contains(piece.Source))
+        corrected.Bytes =
+            WithScript(corrected.Bytes, RelativeAddress(FolderOf(piece.Name), FrameParts::c_strSlidesScript));
+    return corrected;
 }

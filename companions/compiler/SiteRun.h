@@ -60,7 +60,8 @@ private:
     FramedContent EditorPage(int nNode, OutputRecord& record);
     FramedContent RawPage(int nNode, const std::optional<QByteArray>& bytes, OutputRecord& record);
     void MakeFile(const Piece& piece, QStringList& notes);
-    QByteArray FileText(const Piece& piece, const QByteArray& bytes, FoundSources& found) const;
+    CorrectedFile FileText(const Piece& piece, const QByteArray& bytes) const;
+    QStringList WithDeadInOneLine(const QStringList& notes) const;
     void TakeSources(const FoundSources& found, OutputRecord& record);
     FoundSources MakeStray(const QString& strSource, const QString& strName);
     bool IsOurName(const QString& strName) const;

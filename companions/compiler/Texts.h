@@ -59,6 +59,8 @@ inline const QString c_strNoteNoPlace =
     QStringLiteral("栏目“%1”的链接“%2”：那个页面还在，但里面没有这个位置，打开后停在页首。");
 inline const QString c_strNoteDeadPlace =
     QStringLiteral("栏目“%1”的页面中有链接“%2”：那个页面里没有这个位置，打开后停在页首。");
+inline const QString c_strNoteDeadInSite =
+    QStringLiteral("栏目“%1”的站点中有 %2 处引用了不存在的文件，例如“%3”中的“%4”。");
 inline const QString c_strNoteStray = QStringLiteral("页面引用的“%1”与网站自己的文件同名，未放进网站。");
 inline const QString c_strNoteHint = QStringLiteral("栏目“%1”的页面还有模板提示，未放进网站。");
 inline const QString c_strNoteHidden = QStringLiteral("有 %1 个隐藏的文件或文件夹未放进网站，例如“%2”。");
