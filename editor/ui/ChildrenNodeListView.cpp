@@ -98,6 +98,10 @@ CChildrenNodeListView::CChildrenNodeListView(INodeViewHost& host, QWidget* pPare
     connect(m_pList->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& index) {
                 m_pSelected->setText(index.siblingAtColumn(0).data().toString());
+                // As the focus comes by a key, the toolkit makes the first line the current one and selects
+                // none.
+                m_pList->selectionModel()->select(index, QItemSelectionModel::ClearAndSelect |
+                                                             QItemSelectionModel::Rows);
             });
     const auto open = [this](const QModelIndex& index) {
         if (index.isValid())

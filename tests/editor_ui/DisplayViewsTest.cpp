@@ -56,6 +56,10 @@ TEST_F(DisplayViewsTest, ChildrenAreListedAndLeadIntoTheTree) {
     pParent->AddChild(strLong);
     pView->ShowNode();
     EXPECT_TRUE(tipOf(lines.index(2, 0)).contains(strLong.toHtmlEscaped()));
+    // Who comes by a key sees where she is.
+    list.clearFocus();
+    list.setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(list.selectionModel()->isSelected(lines.index(0, 0)));
 }
 
 TEST_F(DisplayViewsTest, ContentShowsInThePaneAndStopsWhenHidden) {
