@@ -252,6 +252,23 @@ TEST(DocExport, TakesNothingButWhatTheCourseHoldsFromAHostileOne) {
     EXPECT_THAT(said, Not(HasSubstr("p.htm#a")));
 }
 
+// Much text on few sheets: addresses.
+TEST(DocExport, CountsTheSheetsOfALargeCourseThatIsLaidOutInParts) {
+    CSampleCourse course;
+    const qint32 nChapter = course.Add(c_nRootNodeId, u"一"_s);
+    QString strLinks;
+    for (int i = 0; i < 32; ++i)
+        strLinks += u"<a href='http://a.cn/%1%2'>链</a>"_s.arg(i).arg(QString(100'000, u'x'));
+    course.AddPage(nChapter, u"大"_s, strLinks);
+    course.AddPage(nChapter, u"小"_s, u"甲"_s);
+    course.AddPage(c_nRootNodeId, u"二"_s, u"乙"_s);
+    const QString strTarget = DefaultTarget(course.Folder.Path(course.strProject));
+    ASSERT_EQ(Export(course, strTarget).End, DocOutcome::EEnd::Done);
+    const QByteArray document = Package::Read(strTarget, "word/document.xml");
+    EXPECT_EQ(TextOf(document, u"TOC1"_s), u"一|3\n二|5\n"_s);
+    EXPECT_EQ(TextOf(document, u"TOC2"_s), u"大|3\n小|4\n"_s);
+}
+
 TEST(DocExport, HasWordFillInThePageNumbersThatItCannotTell) {
     CSampleCourse course;
     course.AddPage(c_nRootNodeId, u"页"_s, u"x"_s);
