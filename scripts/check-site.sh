@@ -42,9 +42,14 @@ if [ -x "$linkinator/.bin/linkinator" ]; then
   done
   # The net's addresses are not ours to check. A machine that is busy answers late.
   (cd "$served" && "$linkinator/.bin/linkinator" . --recurse \
-    --concurrency 4 --timeout 120000 --retry-errors --retry-errors-count 3 --format CSV \
+    --concurrency 4 --timeout 900000 --retry-errors --retry-errors-count 3 --format CSV \
     --skip '^https?://(?!localhost)' --skip '^(mailto|ftp|mms|mmst|rtsp|rtmp|tel|javascript):') \
     >"$out/linkinator.csv" 2>"$out/linkinator.log" || true
+  # It ends with the same code for a dead link and for its own breakdown, after which nobody has looked at the rest.
+  if grep -q '^Node\.js v' "$out/linkinator.log"; then
+    echo "linkinator broke off: $(grep -m1 Error "$out/linkinator.log")"
+    failed=1
+  fi
   node "$here/check-site.cjs" "$root" "$out" --links "$out/linkinator.csv" || failed=1
 else
   echo "linkinator: not there"
