@@ -318,11 +318,11 @@ function deadLinks(list) {
     return pages.get(name);
   };
   // In the forms the course's files lie as they do in the course.
-  const belowForm = (address) => address.replace(/^(https?:\/\/[^/]*\/)?(课程网站|申报网站|合成\/HTML|合成\/Ondrel)\//, "");
+  const belowForm = (address) => address.replace(/^(https?:\/\/[^/]*\/)?(课程网站|申报网站|(合成\/)?(HTML|Ondrel))\//, "");
   for (const line of fs.readFileSync(list, "utf8").split("\n")) {
     const parts = /^"?(.*?)"?,(\d+),(OK|BROKEN|SKIPPED),"?(.*?)"?(,.*)?$/.exec(line);
-    // An address of the net that can't be read is not skipped.
-    if (!parts || parts[3] === "SKIPPED" || /^https?:\/\/(?!localhost)/.test(parts[1])) {
+    // Pages that it serves itself come without a machine; of others it does not skip odd ones, or another localhost.
+    if (!parts || parts[3] === "SKIPPED" || /^https?:\/\//.test(parts[1])) {
       continue;
     }
     const address = decoded(parts[1]);
