@@ -290,7 +290,9 @@ public:
             "path", "rect", "circle", "ellipse", "line", "polyline", "polygon", "use",   "stop",
             "g",    "text", "tspan",  "image",   "defs", "animate",  "set",     "mspace"};
         if (name == "svg" || name == "math") {
-            m_open.push_back(name);
+            // Behind one that ends itself the parser is in the page again.
+            if (!bEndsItself)
+                m_open.push_back(name);
             return false;
         }
         if (m_open.empty())
@@ -323,10 +325,11 @@ private:
     }
     static bool BelongsToPages(const QByteArray& name) {
         static const QSet<QByteArray> names = {
-            "body", "br",       "button", "caption",  "col",  "colgroup", "dd",     "dl",      "dt",
-            "em",   "embed",    "frame",  "frameset", "head", "hr",       "html",   "img",     "input",
-            "li",   "meta",     "object", "optgroup", "span", "option",   "p",      "ruby",    "script",
-            "sub",  "template", "select", "sup",      "var",  "textarea", "iframe", "marquee", "applet"};
+            "body",     "br",     "button",  "caption", "col",      "colgroup", "dd",   "dl",
+            "dt",       "em",     "embed",   "frame",   "frameset", "head",     "hr",   "html",
+            "img",      "input",  "li",      "meta",    "object",   "optgroup", "span", "option",
+            "p",        "ruby",   "script",  "sub",     "template", "select",   "sup",  "var",
+            "textarea", "iframe", "marquee", "applet",  "keygen"};
         return names.contains(name) || IsBlock(name) || IsOfTable(name) ||
                (IsFormatting(name) && name != "a") || name == "table";
     }

@@ -34,9 +34,6 @@ class CCompiling {
 public:
     CCompiling(const CompileRequest& request, CompileProgress& progress)
         : m_request(request), m_progress(progress), m_pInput(std::make_unique<CCompileInput>(request)) {}
-    ~CCompiling() { LetGoBeside(std::move(m_pInput)); }
-    CCompiling(const CCompiling&) = delete;
-    CCompiling& operator=(const CCompiling&) = delete;
 
     CompileReport Run();
 
@@ -94,6 +91,8 @@ CompileReport CCompiling::Run() {
         m_report.ApplicationFolder = outputs[1]->Path();
     }
     RememberFolder(strFolder);
+    // Only now that no thread of its own is at work in it any more.
+    LetGoBeside(std::move(m_pInput));
     return m_report;
 }
 

@@ -24,6 +24,9 @@ TEST(PastedHtml, WhatIsTooDeepOrTooMuchIsLeftToThePlainText) {
     EXPECT_EQ(Cleaned(u"<div></a>"_s.repeated(20000)), u"<too much>"_s);
     EXPECT_EQ(Cleaned(u"<span><p></span></p>"_s.repeated(5000)), u"<too much>"_s);
     EXPECT_EQ(Cleaned(u"<label><dd></label></dd>"_s.repeated(50000)), u"<too much>"_s);
+    // Not in a drawing any more, where a tag may end itself.
+    EXPECT_EQ(Cleaned(u"<svg/>"_s + u"<g/>"_s.repeated(200000)), u"<too much>"_s);
+    EXPECT_EQ(Cleaned(u"<select><svg><keygen>"_s + u"<g/>"_s.repeated(200000)), u"<too much>"_s);
     EXPECT_NE(Cleaned(u"<span><div><p>x</div></span><ul><li>y</ul>"_s.repeated(5000)), u"<too much>"_s);
     EXPECT_EQ(Cleaned(u"<p "_s + u"a=b c"_s.repeated(100000) + u">"_s), u"<too much>"_s);
     const QString strRule = u".a{color:red;"_s + u"p:v;"_s.repeated(50) + u'}';
