@@ -34,6 +34,15 @@ CApplicationSite::CApplicationSite(const CCompileInput& input, const QString& st
                                    CompileProgress& progress)
     : m_input(input), m_model(input.Model()), m_plan(input.Plan()), m_strSite(strSite), m_output(output),
       m_progress(progress) {
+    m_sizes.resize(m_model.Nodes().size());
+    for (int i = 0; i < m_sizes.size(); ++i)
+        m_sizes[i] = SizeOf(i);
+}
+
+/// Only for a page that is made: in most runs none is.
+void CApplicationSite::Number() {
+    if (!m_numbers.isEmpty())
+        return;
     const QList<SiteNode>& nodes = m_model.Nodes();
     m_numbers.resize(nodes.size());
     m_below.resize(nodes.size());
@@ -43,9 +52,6 @@ CApplicationSite::CApplicationSite(const CCompileInput& input, const QString& st
             m_numbers[nodes[i].Children[nPlace]] = strAbove + QString::number(nPlace + 1);
         }
     }
-    m_sizes.resize(nodes.size());
-    for (int i = 0; i < nodes.size(); ++i)
-        m_sizes[i] = SizeOf(i);
     // Each parent stands before its children.
     for (int i = int(nodes.size()) - 1; i > 0; --i)
         m_below[nodes[i].Parent] += m_below[i] + 1;
@@ -84,8 +90,10 @@ void CApplicationSite::Write(const QString& strName, std::pair<int, int> nodes,
         sum.Add(quint64(m_sizes[i]));
     OutputRecord record;
     record.nInput = sum.Value();
-    if (!m_output.Keep(strName, record.nInput))
+    if (!m_output.Keep(strName, record.nInput)) {
+        Number();
         m_output.Write(strName, make(), record);
+    }
     ++m_progress.nDone;
 }
 
@@ -158,7 +166,7 @@ qint64 CApplicationSite::SizeOf(int nNode) const {
     const SiteNode& node = m_model.Nodes()[nNode];
     if (plan.Source.isEmpty() || plan.View == ENodeView::Address || node.Row.Type == NodeType::c_nInSiteLink)
         return 0;
-    const QString strFolder = m_plan.NodeFolder(node.Row.Id);
+    const QString& strFolder = m_plan.NodeFolder(nNode);
     if (plan.Source == strFolder || plan.Source.startsWith(QString(strFolder + u'/')))
         return m_input.Tree().SizeBelow(strFolder);
     return m_input.Tree().StateOf(plan.Source).nSize;

@@ -29,6 +29,7 @@ private:
     /// The nodes on a page of the table: from the first to before the second.
     std::pair<int, int> NodesOn(int nPage) const;
     void Write(const QString& strName, std::pair<int, int> nodes, const std::function<QByteArray()>& make);
+    void Number();
     QByteArray Frame(const QString& strTitle, const QByteArray& main) const;
     QByteArray StartPage() const;
     QByteArray FigureTable() const;

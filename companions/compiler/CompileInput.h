@@ -38,12 +38,13 @@ public:
     /// changed just before this run.
     quint64 Sum(const Sources& sources, const QStringList& more = {}) const;
     quint64 Sum() const;
+    /// A sum over the states of files alone.
+    quint64 SumOfFiles(const QStringList& files) const;
 
 private:
     void SumUp(ESiteForm form);
     quint64 SumOfNode(int nNode) const;
     QStringList FilesOf(int nNode) const;
-    quint64 SumOfFiles(const QStringList& files) const;
 
     /// In nanoseconds since 1970.
     const qint64 m_nBegin;

@@ -3,15 +3,18 @@
 #include "companions/compiler/OutputList.h"
 #include "companions/compiler/Sums.h"
 #include "companions/compiler/Texts.h"
+#include "companions/compiler/Workers.h"
 #include "foundation/Exceptions.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +49,21 @@ QString ParentOf(const QString& strName) {
     return strName.left(qMax(strName.lastIndexOf(u'/'), qsizetype(0)));
 }
 
+/// False as well when either can't be read, or stop answers true.
+bool HaveSameBytes(const QString& strOne, const QString& strOther, const std::function<bool()>& stop) {
+    constexpr qint64 c_nPiece = qint64{1} << 20;
+    QFile one(strOne);
+    QFile other(strOther);
+    if (!one.open(QIODevice::ReadOnly) || !other.open(QIODevice::ReadOnly) || one.size() != other.size())
+        return false;
+    while (!one.atEnd()) {
+        const QByteArray piece = one.read(c_nPiece);
+        if (piece.isEmpty() || piece != other.read(c_nPiece) || (stop && stop()))
+            return false;
+    }
+    return true;
+}
+
 QString WhyNotWritten(int nError) {
     switch (nError) {
     case EEXIST:
@@ -61,13 +79,12 @@ QString WhyNotWritten(int nError) {
 } // namespace
 
 COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseFolder,
-                             const QString& strDataFolder, const QString& strOwner)
+                             const QString& strDataFolder, const QString& strOwner,
+                             const std::function<bool()>& stop)
     : m_strFolder(Canonical(strFolder)), m_strOwner(strOwner), m_strPlace(PlaceOf(strCourseFolder)) {
     if (IsWithin(Canonical(strCourseFolder), m_strFolder) || IsWithin(m_strFolder, Canonical(strDataFolder)))
         throw Torvane::CRunException(CompilerText::c_strForbiddenOutput.arg(m_strFolder));
-    errno = 0;
-    if (!QDir().mkpath(m_strFolder))
-        Fail({}, errno != 0 ? errno : EACCES);
+    MakeFolders();
     if (const int nError = m_folder.Open(QFile::encodeName(m_strFolder)))
         Fail({}, nError);
     m_pLock = std::make_unique<QLockFile>(Target(c_strLock));
@@ -78,12 +95,13 @@ COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseF
             throw Torvane::CRunException(CompilerText::c_strOutputBusy.arg(m_strFolder));
         Fail({}, m_pLock->error() == QLockFile::PermissionError ? EACCES : errno);
     }
+    // First: in another course's site nothing is touched.
+    ReadList(strOwner);
     // What a killed compile left half written.
     if (!QFileInfo(Target(c_strTemporaryFolder)).isSymLink())
         QDir(Target(c_strTemporaryFolder)).removeRecursively();
     EnsureFolder(c_strTemporaryFolder);
-    ReadList(strOwner);
-    LookAtFiles();
+    LookAtFiles(stop);
 }
 
 COutputFolder::~COutputFolder() {
@@ -92,6 +110,25 @@ COutputFolder::~COutputFolder() {
     // Of a run that ended early: the next one needn't make again what is done.
     if (m_bListStands && !m_unlisted.isEmpty())
         m_folder.AppendToFile(QFile::encodeName(c_strList), m_unlisted);
+    m_pLock.reset();
+    RemoveEmpty();
+}
+
+void COutputFolder::MakeFolders() {
+    for (QString strPath = m_strFolder; !QFileInfo::exists(strPath); strPath = QFileInfo(strPath).path())
+        m_made.append(strPath);
+    errno = 0;
+    if (QDir().mkpath(m_strFolder))
+        return;
+    const int nError = errno != 0 ? errno : EACCES;
+    RemoveEmpty();
+    Fail({}, nError);
+}
+
+/// Of a compile that failed before it wrote anything.
+void COutputFolder::RemoveEmpty() {
+    for (const QString& strMade : std::as_const(m_made))
+        QDir().rmdir(strMade);
 }
 
 QString COutputFolder::PlaceOf(const QString& strCourseFolder) {
@@ -133,9 +170,18 @@ void COutputFolder::ReadList(const QString& strOwner) {
 
 /// Before it is known which of them are wanted: meanwhile the pages are planned, which leaves a processor
 /// idle.
-void COutputFolder::LookAtFiles() {
+void COutputFolder::LookAtFiles(const std::function<bool()>& stop) {
+    constexpr std::size_t c_nInPiece = 128;
+    std::vector<std::pair<const QString*, OutputRecord*>> files;
+    files.reserve(std::size_t(m_known.size()));
     for (auto it = m_known.begin(); it != m_known.end(); ++it)
-        it->bStands = StandsAsWritten(it.key(), *it);
+        files.emplace_back(&it.key(), &*it);
+    ForEachPiece(int((files.size() + c_nInPiece - 1) / c_nInPiece), [&](int nPiece) {
+        const std::size_t nBegin = std::size_t(nPiece) * c_nInPiece;
+        for (std::size_t i = nBegin; i < std::min(nBegin + c_nInPiece, files.size()) && !(stop && stop());
+             ++i)
+            files[i].second->bStands = StandsAsWritten(*files[i].first, *files[i].second);
+    });
 }
 
 void COutputFolder::WriteList(bool bFinal) {
@@ -319,7 +365,7 @@ void COutputFolder::Write(const QString& strName, const QByteArray& bytes, Outpu
     Remember(strName, std::move(record));
 }
 
-void COutputFolder::Copy(const QString& strSourcePath, const QString& strName,
+void COutputFolder::Copy(const QString& strSourcePath, const QString& strName, quint64 nInput,
                          const std::function<bool()>& stop) {
     if (!OutputList::IsSafeName(strName))
         Fail(strName, EINVAL);
@@ -333,9 +379,14 @@ void COutputFolder::Copy(const QString& strSourcePath, const QString& strName,
     if (const int nError = paths.GetState(source, from))
         failToRead(nError);
     OutputRecord record;
+    record.nInput = nInput;
     record.nSize = qint64(from.nSize);
     record.nModified = from.nModified;
-    if (!StandsAsWritten(strName, record)) {
+    const OutputRecord* pKnown = Known(strName);
+    // Another file may have the same size and time.
+    const bool bSame = pKnown && pKnown->nInput == nInput;
+    if (!StandsAsWritten(strName, record) ||
+        (!bSame && !HaveSameBytes(strSourcePath, Target(strName), stop))) {
         QByteArray nothing;
         if (const int nError = Platform::ReadFileBytes(source, nothing, 1))
             failToRead(nError);

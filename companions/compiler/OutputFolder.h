@@ -44,8 +44,10 @@ class COutputFolder {
 public:
     /// Creates the folder, unless it is the course's own folder, holds it, or is or lies in its data, or
     /// holds what was compiled for somebody else than the owner, which is any text without a line break.
+    /// Looks at everything that the last run wrote, which takes a while on a slow disk; stop is asked
+    /// meanwhile, and after true what was not looked at counts as changed.
     COutputFolder(const QString& strFolder, const QString& strCourseFolder, const QString& strDataFolder,
-                  const QString& strOwner);
+                  const QString& strOwner, const std::function<bool()>& stop = {});
     ~COutputFolder();
     COutputFolder(const COutputFolder&) = delete;
     COutputFolder& operator=(const COutputFolder&) = delete;
@@ -65,9 +67,11 @@ public:
     bool Keep(const QString& strName, quint64 nInput);
     /// A file that already holds these bytes is left as it is, with its time.
     void Write(const QString& strName, const QByteArray& bytes, OutputRecord record = {});
-    /// A copy that is up to date by size and time is left as it is. stop is asked in a large file: true ends
-    /// the copying with Torvane::CRunException.
-    void Copy(const QString& strSourcePath, const QString& strName, const std::function<bool()>& stop = {});
+    /// A copy that stands as it was made of this is left as it is, and so is one that holds the same bytes.
+    /// nInput is a sum over the source's state. stop is asked in a large file: true ends the copying with
+    /// Torvane::CRunException.
+    void Copy(const QString& strSourcePath, const QString& strName, quint64 nInput,
+              const std::function<bool()>& stop = {});
     /// The native path of a file that is not there yet, for another program to write before Adopt takes it.
     QString FreshPath();
     /// Moves such a file to its place. nInput is the sum over all that it was made of.
@@ -86,7 +90,9 @@ public:
 private:
     QString Target(const QString& strName) const;
     void ReadList(const QString& strOwner);
-    void LookAtFiles();
+    void LookAtFiles(const std::function<bool()>& stop);
+    void MakeFolders();
+    void RemoveEmpty();
     void WriteList(bool bFinal);
     void AddToList(const QByteArray& lines, bool bFinal);
     void MakeRoom(const QString& strName);
@@ -102,6 +108,8 @@ private:
     const QString m_strFolder;
     QString m_strOwner;
     const QString m_strPlace;
+    /// The folders that were not there before, the innermost first.
+    QStringList m_made;
     Platform::CFolder m_folder;
     std::unique_ptr<QLockFile> m_pLock;
     /// As the list of the last run had them.

@@ -260,7 +260,7 @@ bool ShowsSite(const CSitePlan& plan, int nNode) {
     const NodePlan& node = plan.Of(nNode);
     const StoreRow& row = plan.Model().Nodes()[nNode].Row;
     return node.View == ENodeView::Embedded && row.Type != NodeType::c_nInSiteLink &&
-           IsPageFile(node.Source) && node.Source.startsWith(QString(plan.NodeFolder(row.Id) + u'/'));
+           IsPageFile(node.Source) && node.Source.startsWith(QString(plan.NodeFolder(nNode) + u'/'));
 }
 
 const QByteArray c_partBegin = "vorelSearch.part(";

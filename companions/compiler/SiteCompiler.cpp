@@ -101,7 +101,8 @@ CCompiling::OutputOpening CCompiling::Open(const QString& strFolder) const {
         const CCoursePaths& paths = m_pInput->Model().Paths();
         return std::make_unique<COutputFolder>(strFolder, Platform::ToNative(paths.GetCourseFolder(false)),
                                                Platform::ToNative(paths.GetDataFolder(false)),
-                                               QString::number(m_pInput->Model().CourseId()));
+                                               QString::number(m_pInput->Model().CourseId()),
+                                               [this] { return m_progress.bCancelled.load(); });
     });
 }
 

@@ -4,14 +4,17 @@
 #include "companions/compiler/Texts.h"
 #include "companions/compiler/Workers.h"
 #include "course/BookDatabase.h"
+#include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "foundation/Urls.h"
+#include "platform/base/FileCalls.h"
 #include "video/Recording.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +42,11 @@ bool IsNodeFolder(const QString& strName) {
            std::all_of(strName.begin() + 1, strName.end(), isDigit);
 }
 
+bool ShowsFile(const StoreRow& row) {
+    return row.Type == NodeType::c_nEditorPage || row.Type == NodeType::c_nExternalFile ||
+           row.Type == NodeType::c_nSite || row.Type == NodeType::c_nCourseware;
+}
+
 bool OpensByItself(ENodeView view) {
     return view == ENodeView::Embedded || view == ENodeView::Picture || view == ENodeView::Player ||
            view == ENodeView::Address;
@@ -59,6 +67,7 @@ QString UsableAddress(const QString& strTyped) {
 
 CSitePlan::CSitePlan(const CSiteModel& model, const CSourceTree& tree)
     : m_model(model), m_tree(tree), m_references(tree, model.Paths().GetNodeResourceFolder(false)) {
+    CheckFolder();
     m_plans.resize(model.Nodes().size());
     m_nodeOfSource.reserve(m_plans.size());
     m_framed.reserve(m_plans.size());
@@ -102,6 +111,16 @@ void CSitePlan::NotePassedOver() {
 }
 
 /// Finds on the disk what the rows name, many nodes at a time: it is most of a plan's work.
+/// A course whose content lies on a disk that was just taken away is not one without content.
+void CSitePlan::CheckFolder() const {
+    const auto hasContent = [](const SiteNode& node) {
+        return ShowsFile(node.Row) || node.Row.Type == NodeType::c_nVideo;
+    };
+    if (!m_tree.IsThere() && std::ranges::any_of(m_model.Nodes(), hasContent))
+        throw Torvane::CRunException(
+            CompilerText::c_strCannotRead.arg(m_tree.NativeFolder(), Platform::SystemErrorText(ENOENT)));
+}
+
 void CSitePlan::LookUpFiles() {
     constexpr int c_nNodesInPiece = 256;
     const int nNodes = int(m_plans.size());
@@ -111,15 +130,14 @@ void CSitePlan::LookUpFiles() {
     ForEachPiece((nNodes + c_nNodesInPiece - 1) / c_nNodesInPiece, [&](int nPiece) {
         for (int i = nPiece * c_nNodesInPiece; i < qMin((nPiece + 1) * c_nNodesInPiece, nNodes); ++i) {
             const StoreRow& row = m_model.Nodes()[i].Row;
-            pFolders[i] = NodeFolder(row.Id);
-            if (row.Type == NodeType::c_nEditorPage || row.Type == NodeType::c_nExternalFile ||
-                row.Type == NodeType::c_nSite || row.Type == NodeType::c_nCourseware)
+            pFolders[i] = FolderFor(row.Id);
+            if (ShowsFile(row))
                 pPlans[i].Source = m_references.FindStored(row.Path);
         }
     });
 }
 
-QString CSitePlan::NodeFolder(qint32 nId) const {
+QString CSitePlan::FolderFor(qint32 nId) const {
     const QString strName = u'N' + QString::number(nId);
     const QString strReal = m_tree.FindFolder(strName);
     return strReal.isEmpty() ? strName : strReal;

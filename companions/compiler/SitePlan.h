@@ -42,6 +42,7 @@ struct NodePlan {
 /// to any other.
 class CSitePlan {
 public:
+    /// Throws Torvane::CRunException when nodes have content and the folder for it is gone.
     CSitePlan(const CSiteModel& model, const CSourceTree& tree);
 
     const CSiteModel& Model() const { return m_model; }
@@ -61,9 +62,11 @@ public:
     bool IsFramedPage(const QString& strSource) const { return m_framed.contains(strSource); }
 
     /// The node's folder below the resource folder, in the disk's letter case.
-    QString NodeFolder(qint32 nId) const;
+    const QString& NodeFolder(int nNode) const { return m_folders[nNode]; }
 
 private:
+    void CheckFolder() const;
+    QString FolderFor(qint32 nId) const;
     void LookUpFiles();
     void PlanNode(int nNode);
     void PlanPage(int nNode, NodePlan& plan);

@@ -167,7 +167,7 @@ QStringList CSiteRun::WithDeadInOneLine(const QStringList& notes) const {
     }
     for (int i = 0; i < NodeCount() && !sites.isEmpty(); ++i) {
         const StoreRow& row = m_input.Model().Nodes()[i].Row;
-        const Dead dead = sites.take(m_plan.NodeFolder(row.Id));
+        const Dead dead = sites.take(m_plan.NodeFolder(i));
         if (dead.nCount > 0)
             lines.append(CompilerText::c_strNoteDeadInSite.arg(row.Title)
                              .arg(dead.nCount)
@@ -211,7 +211,8 @@ void CSiteRun::Write(const QString& strName, const QByteArray& bytes, const CCom
 }
 
 void CSiteRun::Copy(const QString& strSource, const QString& strName) {
-    m_pOutput->Copy(m_tree.NativePath(strSource), strName, [this] { return m_progress.bCancelled.load(); });
+    m_pOutput->Copy(m_tree.NativePath(strSource), strName, m_input.SumOfFiles({strSource}),
+                    [this] { return m_progress.bCancelled.load(); });
 }
 
 /// A page that belongs to no node.
@@ -312,9 +313,14 @@ QString CSiteRun::MakeFilm(int nNode, const Lecture& lecture, OutputRecord& reco
     if (!film.bMade)
         return film.strName;
     m_pOutput->Announce({film.strName});
+    // However new it is: nobody records twice within the step of a disk's clock.
     const CSourceTree::State state = m_tree.StateOf(lecture.strFilm);
-    const quint64 nInput =
-        CSum().Add(lecture.strFilm).Add(quint64(state.nSize)).Add(quint64(state.nModified)).Value();
+    const quint64 nInput = CSum()
+                               .Add(lecture.strFilm)
+                               .Add(quint64(state.nSize))
+                               .Add(quint64(state.nModified))
+                               .Add(quint64(state.nChanged))
+                               .Value();
     if (!m_pOutput->Keep(film.strName, nInput)) {
         const QString strTitle = m_input.Model().Nodes()[nNode].Row.Title;
         const QString strProgram = FilmProgram();

@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -26,6 +27,12 @@ bool IsPlain(const QString& strName) {
         cBefore = c;
     }
     return cBefore != u'/';
+}
+
+/// Most names are plain, for which no decoder is needed.
+QString Decoded(const QByteArray& name) {
+    return std::ranges::all_of(name, [](char c) { return c > 0; }) ? QString::fromLatin1(name)
+                                                                   : QFile::decodeName(name);
 }
 
 } // namespace
@@ -47,7 +54,7 @@ public:
         if (m_nError == 0)
             m_nError = ListSorted(m_top, entries);
         std::erase_if(entries, [](const Platform::CFolderEntry& entry) {
-            return entry.name.startsWith('.') || IsStage(QFile::decodeName(entry.name));
+            return entry.name.startsWith('.') || IsStage(Decoded(entry.name));
         });
         m_groups.resize(entries.size());
         ForEachPiece(int(entries.size()), [&](int n) {
@@ -64,8 +71,9 @@ public:
 
     /// Throws when the folder can't be listed: a course that lies on a disk which was just taken away is not
     /// one without content.
-    std::vector<Group> TakeGroups(const QString& strFolder) {
-        if (m_nError != 0)
+    std::vector<Group> TakeGroups(const QString& strFolder, bool& bThere) {
+        bThere = m_nError != ENOENT;
+        if (m_nError != 0 && bThere)
             throw Torvane::CRunException(
                 CompilerText::c_strCannotRead.arg(strFolder, Platform::SystemErrorText(m_nError)));
         return std::move(m_groups);
@@ -81,7 +89,7 @@ private:
 
     static void Take(const Platform::CFolder& folder, const QString& strPrefix,
                      const Platform::CFolderEntry& entry, Group& found) {
-        const QString strName = strPrefix + QFile::decodeName(entry.name);
+        const QString strName = strPrefix + Decoded(entry.name);
         Platform::CFileState state;
         if (entry.name.startsWith('.')) {
             found.PassedOver.append({EPassed::Hidden, strName});
@@ -108,7 +116,7 @@ private:
 };
 
 CSourceTree::CSourceTree(const QString& strNativeFolder)
-    : m_strFolder(strNativeFolder), m_groups(CWalk(strNativeFolder).TakeGroups(strNativeFolder)) {
+    : m_strFolder(strNativeFolder), m_groups(CWalk(strNativeFolder).TakeGroups(strNativeFolder, m_bThere)) {
     m_folders.reserve(qsizetype(m_groups.size()));
     m_files.reserve(qsizetype(m_groups.size()));
     CSum names;

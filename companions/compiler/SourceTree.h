@@ -18,6 +18,9 @@ public:
     /// can't is passed over.
     explicit CSourceTree(const QString& strNativeFolder);
 
+    /// False where there is no such folder, as in a course in which no node has content yet.
+    bool IsThere() const { return m_bThere; }
+
     /// What is on the disk and not in the tree.
     enum class EPassed { Hidden, Link, Unreadable };
     struct Passed {
@@ -96,6 +99,7 @@ private:
     const Group* GroupOf(const QString& strTop) const;
 
     QString m_strFolder;
+    bool m_bThere = true;
     std::vector<Group> m_groups;
     /// By the name that the file has in the site.
     QHash<FoldedName, File> m_files;

@@ -17,7 +17,7 @@ CDocLinks::CDocLinks(const CSitePlan& plan)
     const QList<SiteNode>& nodes = plan.Model().Nodes();
     for (int i = 0; i < nodes.size(); ++i) {
         const StoreRow& row = nodes[i].Row;
-        m_references.MapFolder(plan.NodeFolder(row.Id), c_nodeMark + QString::number(i));
+        m_references.MapFolder(plan.NodeFolder(i), c_nodeMark + QString::number(i));
         const NodePlan& node = plan.Of(i);
         if (row.Type != NodeType::c_nInSiteLink && node.View != ENodeView::Address &&
             !node.Source.isEmpty() && !m_nodes.contains(node.Source))

@@ -51,11 +51,18 @@ TEST(CompilerFailures, AFolderThatCanNotBeListedIsNoEmptyCourse) {
     CSampleCourse course;
     const qint32 nPage = course.AddPage(c_nRootNodeId, u"第一讲"_s, u"<p>一</p>"_s);
     course.Compile();
-    const QString strResources =
-        course.Folder.Native(CSampleCourse::Below(u"Data\\Courseware\\NodeResource"_s));
-    ASSERT_TRUE(QDir().rename(strResources, strResources + u".away"_s));
+    const auto putAway = [](const CSampleCourse& c) {
+        const QString strResources =
+            c.Folder.Native(CSampleCourse::Below(u"Data\\Courseware\\NodeResource"_s));
+        ASSERT_TRUE(QDir().rename(strResources, strResources + u".away"_s));
+    };
+    putAway(course);
     EXPECT_THROW(course.Compile(), Torvane::CRunException);
     EXPECT_TRUE(course.Bytes(nPage).contains("<p>一</p>"));
+
+    const CSampleCourse empty;
+    putAway(empty);
+    EXPECT_EQ(MessageOf(empty), "") << "where no node has content there need be no folder for it";
 }
 
 TEST(CompilerFailures, ReadsItsArgument) {

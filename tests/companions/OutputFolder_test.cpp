@@ -104,6 +104,37 @@ TEST_F(OutputFolderTest, KnowsWhatWasMadeBeforeAnEarlyEnd) {
     EXPECT_TRUE(next.Keep(u"a.htm"_s, 5));
 }
 
+// Whoever puts another picture in a picture's place may keep its time, as archives do.
+TEST_F(OutputFolderTest, CopiesAnotherFileOfTheSameSizeAndTime) {
+    const QString strSource = folder.Native(u"source"_s);
+    const auto copy = [&](const QByteArray& bytes, quint64 nInput) {
+        folder.Write(u"source"_s, bytes);
+        QFile file(strSource);
+        EXPECT_TRUE(
+            file.open(QIODevice::ReadWrite) &&
+            file.setFileTime(QDateTime::fromSecsSinceEpoch(1'000'000'000), QFile::FileModificationTime));
+        file.close();
+        COutputFolder output = Open();
+        output.Announce({u"a.png"_s});
+        output.Copy(strSource, u"a.png"_s, nInput);
+        output.Finish();
+        EXPECT_EQ(folder.Read(u"out\\a.png"_s), bytes);
+        return output.ChangedCount();
+    };
+    EXPECT_EQ(copy("one", 1), 1);
+    EXPECT_EQ(copy("one", 2), 0) << "put back as it was";
+    EXPECT_EQ(copy("two", 3), 1);
+    EXPECT_EQ(copy("two", 3), 0);
+}
+
+TEST_F(OutputFolderTest, LeavesNothingBehindWhereItWroteNothing) {
+    { COutputFolder output = Open(u"deep\\er\\out"_s); }
+    EXPECT_FALSE(folder.Exists(u"deep"_s));
+    WriteSite({u"index.html"_s}, "x");
+    EXPECT_THROW(Open(u"out"_s, u"8"_s), Torvane::CRunException) << "another course's site";
+    EXPECT_FALSE(folder.Exists(u"out\\.vorel-tmp"_s));
+}
+
 // Names and remarks may hold what separates the fields of the list.
 TEST_F(OutputFolderTest, RemembersFromRunToRun) {
     const QString strOdd = u"a\tb%\n.htm"_s;
@@ -124,7 +155,6 @@ TEST_F(OutputFolderTest, RemembersFromRunToRun) {
     }
     QFile::remove(folder.Native(u"out\\b.htm"_s));
     EXPECT_FALSE(Open().Keep(strOdd, 5)) << "what was written along with it is gone";
-    EXPECT_THROW(Open(u"out"_s, u"8"_s), Torvane::CRunException) << "another course's site";
 }
 
 TEST_F(OutputFolderTest, AllowsOneCompilerAtATime) {
