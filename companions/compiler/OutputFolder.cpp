@@ -105,6 +105,12 @@ COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseF
 }
 
 COutputFolder::~COutputFolder() {
+    Close();
+}
+
+void COutputFolder::Close() {
+    if (!m_pLock)
+        return;
     // First, since on a full disk this makes room for the list.
     QDir(Target(c_strTemporaryFolder)).removeRecursively();
     // Of a run that ended early: the next one needn't make again what is done.

@@ -80,6 +80,8 @@ public:
     [[noreturn]] void Fail(const QString& strName, int nError) const;
     /// Removes what a former compile wrote and this one did not.
     void Finish();
+    /// Leaves the folder to others; all that can still be asked is what follows. The destructor does it, too.
+    void Close();
 
     /// After Finish.
     qsizetype FileCount() const { return m_nFiles; }

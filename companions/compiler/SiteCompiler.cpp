@@ -22,9 +22,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// To let go of many thousands of small texts takes a while, for which nobody need wait.
-void LetGoBeside(std::unique_ptr<CCompileInput> pInput) {
+void LetGoBeside(std::unique_ptr<CCompileInput> pInput, std::vector<std::unique_ptr<COutputFolder>> outputs) {
     try {
-        std::thread([pInput = std::move(pInput)] {}).detach();
+        std::thread([pInput = std::move(pInput), outputs = std::move(outputs)] {}).detach();
     } catch (const std::system_error&) { // NOLINT: then it has been done here
     }
 }
@@ -92,7 +92,9 @@ CompileReport CCompiling::Run() {
     }
     RememberFolder(strFolder);
     // Only now that no thread of its own is at work in it any more.
-    LetGoBeside(std::move(m_pInput));
+    for (const auto& pOutput : outputs)
+        pOutput->Close();
+    LetGoBeside(std::move(m_pInput), std::move(outputs));
     return m_report;
 }
 

@@ -10,6 +10,11 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <limits>
+#include <utility>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -29,8 +34,15 @@ QByteArrayView BytesOf(const SQLite::Column& column) {
     return {pText, column.getBytes()};
 }
 
-QString TextOf(const SQLite::Column& column) {
-    return QString::fromUtf8(BytesOf(column));
+QString TextOf(const SQLite::Column& column, int nMax = c_nMaxText) {
+    // No character takes more than four bytes.
+    const QByteArrayView bytes = BytesOf(column);
+    return QString::fromUtf8(bytes.first(qMin(bytes.size(), qsizetype(nMax) * 4))).left(nMax);
+}
+
+QByteArrayView StoredTitleOf(const SQLite::Column& column) {
+    const QByteArrayView bytes = BytesOf(column);
+    return bytes.first(qMin(bytes.size(), qsizetype(c_nMaxStoredTitle)));
 }
 
 /// What a person reads in one line. A title that can't be deciphered is none.
@@ -49,26 +61,34 @@ QString PathOf(const QString& strStored) {
 }
 
 QList<StoreRow> ReadRows(SQLite::Database& database, const CTitleCipher& titles) {
-    QList<StoreRow> rows;
-    SQLite::Statement query(database,
-                            "SELECT Id, ParentId, substr(Title, 1, ?), Type, substr(Path, 1, ?), OpenType, "
-                            "substr(FileName, 1, ?3), substr(Comment, 1, ?3) "
-                            "FROM Book ORDER BY [Index] ASC, Id ASC");
-    query.bind(1, c_nMaxStoredTitle);
-    query.bind(2, c_nMaxPath + 1);
-    query.bind(3, c_nMaxText);
+    struct Placed {
+        qint64 Index;
+        StoreRow Row;
+    };
+    std::vector<Placed> found;
+    SQLite::Statement query(
+        database, "SELECT Id, ParentId, Title, Type, Path, OpenType, FileName, Comment, [Index] FROM Book");
     while (query.executeStep()) {
-        StoreRow row;
+        const SQLite::Column place = query.getColumn(8);
+        Placed& placed =
+            found.emplace_back(place.isNull() ? std::numeric_limits<qint64>::min() : place.getInt64());
+        StoreRow& row = placed.Row;
         row.Id = query.getColumn(0).getInt();
         row.ParentId = query.getColumn(1).getInt();
-        row.Title = TitleOf(row.Id, titles.Plain(row.Id, BytesOf(query.getColumn(2))));
+        row.Title = TitleOf(row.Id, titles.Plain(row.Id, StoredTitleOf(query.getColumn(2))));
         row.Type = query.getColumn(3).isNull() ? NodeType::c_nEmpty : query.getColumn(3).getInt();
-        row.Path = PathOf(TextOf(query.getColumn(4)));
+        row.Path = PathOf(TextOf(query.getColumn(4), c_nMaxPath + 1));
         row.OpenType = query.getColumn(5).getInt();
         row.FileName = TextOf(query.getColumn(6));
         row.Comment = TextOf(query.getColumn(7));
-        rows.append(std::move(row));
     }
+    // Here and not by the store, which would copy every row for it.
+    std::ranges::stable_sort(found, {},
+                             [](const Placed& placed) { return std::pair(placed.Index, placed.Row.Id); });
+    QList<StoreRow> rows;
+    rows.reserve(qsizetype(found.size()));
+    for (Placed& placed : found)
+        rows.append(std::move(placed.Row));
     return rows;
 }
 
