@@ -76,11 +76,11 @@
   }
 
   function fillOverview() {
-    var wanted = here("filter").value.trim().toLowerCase();
+    var wanted = here("filter").value.replace(/\s/g, "").toLowerCase();
     var nodes = here("nodes");
     nodes.textContent = "";
     slides.forEach(function (slide, step) {
-      if (wanted && slide[0].toLowerCase().indexOf(wanted) < 0) {
+      if (wanted && slide[0].replace(/\s/g, "").toLowerCase().indexOf(wanted) < 0) {
         return;
       }
       var button = document.createElement("button");

@@ -11,6 +11,7 @@
   var list = document.getElementById("v-results");
   var more = document.getElementById("v-more");
   var words = [];
+  var patterns = []; // of the words
   var course = null;
   var wanted = SHOWN_AT_ONCE;
   var shown = 0;
@@ -27,8 +28,26 @@
     return lower.length === plain.length ? lower : plain;
   }
 
+  // Beside a wide character a blank is the author's taste: "第 1 章" holds "第1章".
+  function patternOf(word) {
+    var source = "";
+    for (var i = 0; i < word.length; ++i) {
+      if (i > 0 && (word[i - 1] >= "\u2e80" || word[i] >= "\u2e80")) {
+        source += "\\s*";
+      }
+      source += word[i].replace(/[\\^$.*+?()[\]{}|\/-]/, "\\$&");
+    }
+    return new RegExp(source, "g");
+  }
+
+  // Of the word at or behind a place of the folded text; null where there is none.
+  function findFrom(pattern, folded, at) {
+    pattern.lastIndex = at;
+    return pattern.exec(folded);
+  }
+
   function holdsAll(text) {
-    return words.every(function (word) { return text.indexOf(word) >= 0; });
+    return patterns.every(function (pattern) { return findFrom(pattern, text, 0); });
   }
 
   function mayHold(filter) {
@@ -55,41 +74,39 @@
 
   function say(text) { found.textContent = text; }
 
+  // The word that comes first at or behind a place.
+  function firstOf(folded, at) {
+    return patterns.reduce(function (first, pattern) {
+      var hit = findFrom(pattern, folded, at);
+      return hit && (!first || hit.index < first.index) ? hit : first;
+    }, null);
+  }
+
   // The text with the words marked.
   function marked(element, text) {
     var folded = fold(text);
     var at = 0;
     while (at < text.length) {
-      var next = -1;
-      var length = 0;
-      words.forEach(function (word) {
-        var place = folded.indexOf(word, at);
-        if (place >= 0 && (next < 0 || place < next)) {
-          next = place;
-          length = word.length;
-        }
-      });
-      if (next < 0) {
+      var first = firstOf(folded, at);
+      if (!first) {
         break;
       }
-      element.appendChild(document.createTextNode(text.slice(at, next)));
+      var end = first.index + first[0].length;
+      element.appendChild(document.createTextNode(text.slice(at, first.index)));
       var mark = document.createElement("mark");
-      mark.textContent = text.slice(next, next + length);
+      mark.textContent = text.slice(first.index, end);
       element.appendChild(mark);
-      at = next + length;
+      at = end;
     }
     element.appendChild(document.createTextNode(text.slice(at)));
     return element;
   }
 
   function excerpt(text) {
-    var folded = fold(text);
-    var first = words.reduce(function (least, word) {
-      var place = folded.indexOf(word);
-      return place >= 0 && (least < 0 || place < least) ? place : least;
-    }, -1);
-    var begin = Math.max(0, first - AROUND);
-    var end = Math.min(text.length, Math.max(first, 0) + 2 * AROUND);
+    var first = firstOf(fold(text), 0);
+    var place = first ? first.index : 0;
+    var begin = Math.max(0, place - AROUND);
+    var end = Math.min(text.length, place + 2 * AROUND);
     return (begin > 0 ? "…" : "") + text.slice(begin, end) + (end < text.length ? "…" : "");
   }
 
@@ -221,6 +238,7 @@
     box.value = query;
   }
   words = fold(query).split(/\s+/).filter(function (word) { return word !== ""; });
+  patterns = words.map(patternOf);
   if (words.length > 0) {
     document.title = query + " - " + document.title;
     say("正在搜索……");
