@@ -82,8 +82,9 @@ CompileRequest ReadArgument(const QString& strArgument) {
     CompileRequest request;
     QString strPath = strArgument;
     const qsizetype nBar = strArgument.lastIndexOf(u'|');
-    // A bar before the last separator is part of a folder's name.
-    if (nBar > qMax(strArgument.lastIndexOf(u'/'), strArgument.lastIndexOf(u'\\'))) {
+    // A bar before the last separator is part of a folder's name, one before the extension of the file's.
+    if (nBar > qMax(strArgument.lastIndexOf(u'/'), strArgument.lastIndexOf(u'\\')) &&
+        !strArgument.endsWith(".vcp"_L1, Qt::CaseInsensitive)) {
         const QString strForm = strArgument.mid(nBar + 1);
         if (strForm == "H"_L1)
             request.Form = ESiteForm::Html;

@@ -72,6 +72,7 @@ TEST(CompilerFailures, ReadsItsArgument) {
     } rows[] = {
         {u"/home/li/课程 一/a.vcp"_s, u"Z:\\home\\li\\课程 一\\a.vcp"_s, ESiteForm::Site},
         {u"/home/a|b/a.vcp|H"_s, u"Z:\\home\\a|b\\a.vcp"_s, ESiteForm::Html},
+        {u"/home/a|b.vcp"_s, u"Z:\\home\\a|b.vcp"_s, ESiteForm::Site},
         {u"Z:\\home\\li\\a.vcp|S"_s, u"Z:\\home\\li\\a.vcp"_s, ESiteForm::Classroom},
     };
     for (const auto& row : rows) {
