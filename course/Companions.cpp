@@ -2,6 +2,8 @@
 
 #include "platform/base/Process.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,15 +21,22 @@ QString FormMark(Companions::ECompileForm form) {
     return {};
 }
 
+/// Between quotes. Here a name may hold one itself: it gets a backslash, and backslashes before it are
+/// doubled.
+QString Quoted(QString strArgument) {
+    static const QRegularExpression quote(u"(\\\\*)\""_s);
+    return u'"' + strArgument.replace(quote, u"\\1\\1\\\""_s) + u'"';
+}
+
 } // namespace
 
 QString Companions::CompilerCommandLine(const QString& strProgramFolder, const QString& strProjectPath,
                                         ECompileForm form) {
-    return strProgramFolder + u"\\VorelCompiler.exe \""_s + strProjectPath + FormMark(form) + u'"';
+    return strProgramFolder + u"\\VorelCompiler.exe "_s + Quoted(strProjectPath + FormMark(form));
 }
 
 QString Companions::DocExportCommandLine(const QString& strProgramFolder, const QString& strProjectPath) {
-    return strProgramFolder + u"\\VorelDocExport.exe \""_s + strProjectPath + u'"';
+    return strProgramFolder + u"\\VorelDocExport.exe "_s + Quoted(strProjectPath);
 }
 
 void Companions::Run(const QString& strCommandLine, CBookDatabase& database,

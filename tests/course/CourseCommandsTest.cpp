@@ -81,6 +81,9 @@ TEST_F(CourseCommandsTest, CompanionFindsAClosedDatabaseAndItsCommandLine) {
                   u"Z:\\my p\\VorelCompiler.exe \"Z:\\课 一.vcp%1\""_s.arg(strMark));
     EXPECT_EQ(Companions::DocExportCommandLine(u"Z:\\p"_s, u"Z:\\课 一.vcp"_s),
               u"Z:\\p\\VorelDocExport.exe \"Z:\\课 一.vcp\""_s);
+    // A name may hold a quote here: as the arguments are taken apart it stays whole.
+    EXPECT_EQ(Companions::DocExportCommandLine(u"Z:\\p"_s, u"Z:\\a\\\"b\" c.vcp"_s),
+              u"Z:\\p\\VorelDocExport.exe \"Z:\\a\\\\\\\"b\\\" c.vcp\""_s);
 }
 
 } // namespace
