@@ -15,6 +15,7 @@ rounds="${1:-5}"
 pages="${3:-10000}"
 work="$(mktemp -d "${2:-/dev/shm}/vorel-compile-XXXXXX")"
 trap 'rm -rf "$work"' EXIT
+export XDG_CACHE_HOME="$work/cache"
 
 "$build/bin/bench_make_texts" "$work" "$build/sysdata/Data/DataBase/VorelCourse.mdb" "$pages"
 cp "$build/bin/VorelCompiler" "$work/program/"
@@ -86,8 +87,10 @@ measure() { # NAME COMMAND...
 compile() { measure "$1" "$work/program/VorelCompiler" --silent "$work/course/course.vcp"; }
 hugo_build() { measure "$1" hugo --quiet --source "$work/hugo" --destination "$work/hugo/public"; }
 hugo_bare() { HUGO_LAYOUTDIR=bare measure "$1" hugo --quiet --source "$work/hugo" --destination "$work/hugo/bare-public"; }
-edit() { # FILE of either side: a line more
-  printf '<p>%s</p>\n' "$round" >>"$1"
+edit() { # FILE of either side: a line more, written beside and put in its place, as editors do
+  cp "$1" "$1.new"
+  printf '<p>%s</p>\n' "$round" >>"$1.new"
+  mv "$1.new" "$1"
 }
 ours="$work/course/Data/Courseware/NodeResource/N6/Content.htm"
 theirs="$work/hugo/content/c1/s1/p1.html"

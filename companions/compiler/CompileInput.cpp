@@ -19,7 +19,12 @@ CCompileInput::CCompileInput(const CompileRequest& request)
     : m_nBegin(QDateTime::currentMSecsSinceEpoch() * 1'000'000) {
     const QString strResources =
         Platform::ToNative(CCoursePaths(request.ProjectPath).GetNodeResourceFolder(false));
-    m_listing = std::async(std::launch::async, [=] { return std::make_unique<CSourceTree>(strResources); });
+    const QString strListings =
+        request.CacheFolder.isEmpty()
+            ? QString()
+            : request.CacheFolder + u'/' + QString::number(CSum().Add(strResources).Value(), 16);
+    m_listing = std::async(std::launch::async,
+                           [=] { return std::make_unique<CSourceTree>(strResources, strListings); });
     m_pModel = std::make_unique<CSiteModel>(request.ProjectPath);
 }
 

@@ -15,6 +15,9 @@ struct CompileRequest {
     /// Native, absolute: the folder in which the forms have their folders. Empty for the one that the course
     /// remembers, or else the course's own.
     QString OutputFolder = {};
+    /// Native: a folder of the person's account for what makes the next run faster and may be lost; it need
+    /// not be there. Empty to keep nothing.
+    QString CacheFolder = {};
 };
 
 /// Reads the program's one argument: a path in native or backslash form, and maybe "|H" or "|S" behind it.

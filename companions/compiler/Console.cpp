@@ -6,6 +6,7 @@
 #include "platform/base/NativePath.h"
 
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QTextStream>
 
 #include <chrono>
@@ -44,6 +45,12 @@ int Report(const TaskOutcome& outcome) {
     return CompilerConsole::c_nDone;
 }
 
+/// Empty for an account without a home.
+QString CacheFolder() {
+    const QString strPlace = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    return strPlace.isEmpty() ? QString() : strPlace + "/vorel/compiler"_L1;
+}
+
 } // namespace
 
 CompilerConsole::Options CompilerConsole::ReadOptions(const QStringList& arguments) {
@@ -70,6 +77,7 @@ CompilerConsole::Options CompilerConsole::ReadOptions(const QStringList& argumen
     if (plain.size() != 1)
         throw Torvane::CRunException(CompilerText::c_strNoArgument);
     options.Request = ReadArgument(plain[0]);
+    options.Request.CacheFolder = CacheFolder();
     if (!strFolder.isEmpty())
         options.Request.OutputFolder = ReadFolder(strFolder);
     return options;

@@ -1,5 +1,6 @@
 #include "companions/compiler/SourceTree.h"
 
+#include "companions/compiler/KeptListings.h"
 #include "companions/compiler/Sums.h"
 #include "companions/compiler/Texts.h"
 #include "companions/compiler/Workers.h"
@@ -12,6 +13,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -48,18 +51,22 @@ bool IsStage(const QString& strTopFolder) {
 /// Lists what lies below the folder, many folders at a time, since there is one for each node.
 class CSourceTree::CWalk {
 public:
-    explicit CWalk(const QString& strFolder) {
+    CWalk(const QString& strFolder, const QString& strListings) {
         std::vector<Platform::CFolderEntry> entries;
-        m_nError = m_top.Open(QFile::encodeName(strFolder));
-        if (m_nError == 0)
-            m_nError = ListSorted(m_top, entries);
+        const QByteArray folder = QFile::encodeName(strFolder);
+        m_nError = m_top.Open(folder);
+        if (m_nError != 0)
+            return;
+        m_pKept = std::make_unique<CKeptListings>(strListings, folder, m_top);
+        m_nError = ListSorted(m_top, entries);
         std::erase_if(entries, [](const Platform::CFolderEntry& entry) {
             return entry.name.startsWith('.') || IsStage(Decoded(entry.name));
         });
         m_groups.resize(entries.size());
+        std::vector<std::vector<QByteArray>> listed(entries.size());
         ForEachPiece(int(entries.size()), [&](int n) {
             Group& group = m_groups[std::size_t(n)];
-            Take(m_top, QString(), entries[std::size_t(n)], group);
+            Take({&m_top, {}, {}}, entries[std::size_t(n)], group, listed[std::size_t(n)]);
             CSum names;
             for (const Entry& entry : group.Entries) {
                 names.Add(entry.strName);
@@ -67,6 +74,10 @@ public:
             }
             group.nNamesSum = names.Value();
         });
+        std::vector<QByteArray> lines;
+        for (std::vector<QByteArray>& some : listed)
+            std::ranges::move(some, std::back_inserter(lines));
+        m_pKept->Write(lines);
     }
 
     /// Throws when the folder can't be listed: a course that lies on a disk which was just taken away is not
@@ -87,22 +98,27 @@ private:
         return nError;
     }
 
-    static void Take(const Platform::CFolder& folder, const QString& strPrefix,
-                     const Platform::CFolderEntry& entry, Group& found) {
-        const QString strName = strPrefix + Decoded(entry.name);
+    /// A folder: open, or null when it needn't be, since its listing was kept. Path and Name lead to what
+    /// lies in it from the top, in the system's bytes and for the tree; they end in "/", unless it is the
+    /// top.
+    struct Place {
+        const Platform::CFolder* pOpen;
+        QByteArray Path;
+        QString Name;
+    };
+
+    void Take(const Place& place, const Platform::CFolderEntry& entry, Group& found,
+              std::vector<QByteArray>& listed) {
+        const QString strName = place.Name + Decoded(entry.name);
         Platform::CFileState state;
         if (entry.name.startsWith('.')) {
             found.PassedOver.append({EPassed::Hidden, strName});
         } else if (entry.eType == Platform::EEntryType::Folder) {
             found.Entries.push_back({strName, true, {}});
-            Platform::CFolder inner;
-            std::vector<Platform::CFolderEntry> entries;
-            if (inner.OpenBelow(folder, entry.name) != 0 || ListSorted(inner, entries) != 0)
-                found.PassedOver.append({EPassed::Unreadable, strName});
-            for (const Platform::CFolderEntry& below : entries)
-                Take(inner, strName + u'/', below, found);
+            TakeFolder(place, entry.name, strName, found, listed);
         } else if (entry.eType == Platform::EEntryType::File &&
-                   folder.GetState(entry.name, state, false) == 0) {
+                   (place.pOpen ? place.pOpen->GetState(entry.name, state, false)
+                                : m_top.GetState(place.Path + entry.name, state, false)) == 0) {
             found.Entries.push_back({strName, false, {qint64(state.nSize), state.nModified, state.nChanged}});
         } else {
             found.PassedOver.append(
@@ -110,13 +126,35 @@ private:
         }
     }
 
+    void TakeFolder(const Place& place, const QByteArray& name, const QString& strName, Group& found,
+                    std::vector<QByteArray>& listed) {
+        const QByteArray path = place.Path + name;
+        if (const CKeptListings::Listing* pKept = m_pKept->Find(m_top, path)) {
+            for (const Platform::CFolderEntry& below : pKept->Entries)
+                Take({nullptr, path + '/', strName + u'/'}, below, found, listed);
+            return;
+        }
+        Platform::CFolder inner;
+        Platform::CFileState before;
+        CKeptListings::Listing listing;
+        if ((place.pOpen ? inner.OpenBelow(*place.pOpen, name) : inner.OpenBelow(m_top, path)) != 0 ||
+            (m_pKept->Keeps() && inner.GetOwnState(before) != 0) || ListSorted(inner, listing.Entries) != 0)
+            found.PassedOver.append({EPassed::Unreadable, strName});
+        else if (QByteArray lines = m_pKept->LinesOf(path, before, listing); !lines.isEmpty())
+            listed.push_back(std::move(lines));
+        for (const Platform::CFolderEntry& below : listing.Entries)
+            Take({&inner, path + '/', strName + u'/'}, below, found, listed);
+    }
+
     Platform::CFolder m_top;
+    std::unique_ptr<CKeptListings> m_pKept;
     int m_nError = 0;
     std::vector<Group> m_groups;
 };
 
-CSourceTree::CSourceTree(const QString& strNativeFolder)
-    : m_strFolder(strNativeFolder), m_groups(CWalk(strNativeFolder).TakeGroups(strNativeFolder, m_bThere)) {
+CSourceTree::CSourceTree(const QString& strNativeFolder, const QString& strListings)
+    : m_strFolder(strNativeFolder),
+      m_groups(CWalk(strNativeFolder, strListings).TakeGroups(strNativeFolder, m_bThere)) {
     m_folders.reserve(qsizetype(m_groups.size()));
     m_files.reserve(qsizetype(m_groups.size()));
     CSum names;

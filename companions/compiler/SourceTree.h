@@ -15,8 +15,9 @@
 class CSourceTree {
 public:
     /// Throws Torvane::CRunException with a message when the folder can't be listed. A folder within it that
-    /// can't is passed over.
-    explicit CSourceTree(const QString& strNativeFolder);
+    /// can't is passed over. With a file for CKeptListings, folders that have not changed since the last time
+    /// are not read again.
+    explicit CSourceTree(const QString& strNativeFolder, const QString& strListings = {});
 
     /// False where there is no such folder, as in a course in which no node has content yet.
     bool IsThere() const { return m_bThere; }

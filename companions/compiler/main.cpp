@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
+#include <malloc.h>
+
 namespace {
 
 /// The part with the windows; null where there is no display, or where the program stands without that part.
@@ -39,6 +41,10 @@ int RunWithoutWindows(const CompilerConsole::Options& options, const QString& st
 } // namespace
 
 int main(int argc, char** argv) {
+    // Else the heaps of the threads grow by a call to the system for every few pages, in which all threads
+    // wait.
+    constexpr int c_nHeapStep = 16 << 20;
+    mallopt(M_TOP_PAD, c_nHeapStep);
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));

@@ -4,9 +4,11 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <array>
@@ -284,6 +286,22 @@ int CFolder::GetOwnState(CFileState& state) const {
         return errno;
     state = StateOf(found);
     return 0;
+}
+
+bool CFolder::TellsOfChanges() const {
+    struct statfs volume {};
+    if (::fstatfs(Descriptor(), &volume) != 0)
+        return false;
+    switch (static_cast<unsigned long>(volume.f_type)) {
+    case EXT4_SUPER_MAGIC: // the older ones of its kind as well
+    case XFS_SUPER_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case TMPFS_MAGIC:
+        return true;
+    default:
+        return false;
+    }
 }
 
 int CFolder::GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const {

@@ -57,6 +57,9 @@ public:
     int List(std::vector<CFolderEntry>& list);
     int GetState(const QByteArray& name, CFileState& state, bool bFollow = true) const;
     int GetOwnState(CFileState& state) const;
+    /// Whether it lies on a volume of this machine on which every entry that comes, goes or gets another name
+    /// changes the time of its folder. Not known of the volumes of others.
+    bool TellsOfChanges() const;
     /// Also when it was created, in nanoseconds since 1970; where the volume doesn't keep that, when it was
     /// last modified. Links are followed.
     int GetStateAndBirth(const QByteArray& name, CFileState& state, qint64& nBorn) const;

@@ -20,6 +20,8 @@ public:
         Folder.Write(u"程序\\AppInfo.ini"_s,
                      CodePage::Encode(u"[System]\r\nProvince=11\r\nSchoolName=测试大学\r\n"));
         CSysInfo::Reset(Folder.Path(u"程序\\Vorel"_s));
+        // Of a compiler that is started as a program.
+        qputenv("XDG_CACHE_HOME", Folder.Native(u"cache"_s).toLocal8Bit());
         Folder.Write(strProject, CodePage::Encode(u"[Course]\r\nId=77\r\nName=<高等>数学\r\n"
                                                   "TeacherName=李老师\r\n[Template]\r\nName=t\r\n"));
         Folder.MakeFolder(Resource({}));
