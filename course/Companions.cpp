@@ -44,6 +44,7 @@ void Companions::Run(const QString& strCommandLine, CBookDatabase& database,
     // The program's path is not quoted, so it ends at the first blank: from a folder with one nothing starts.
     if (!Platform::IsProgram(strCommandLine.section(u' ', 0, 0)))
         return;
+    const auto pStop = people.StopInput();
     database.PauseForReaders();
     try {
         Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });

@@ -112,6 +112,7 @@ bool CTemplateDownload::Fetch(const QString& strName) {
         m_people.Ask(ServerText::c_strTemplateExists.arg(Platform::ToNativeExact(strFolder)),
                      ServerText::c_strTitleNotice, BoxButtons::YesNo, BoxIcon::Question) != BoxAnswer::Yes)
         return false;
+    const auto pStop = m_people.StopInput();
     return Platform::RunAndWait(CompanionCommandLine(settings.GetProgramFolder(false),
                                                      settings.GetServerURL(),
                                                      settings.GetTemplatesFolder(false), strName),

@@ -100,7 +100,9 @@ bool RecordVideo(const QString& strFolder, bool bWriteProject, const CCourseInfo
         settings.GetProgramFolder(false), RecorderProjectPath(strFolder), key->Modulus, key->nSeed);
     auto pStatus = people.OpenStatus();
     pStatus->ShowStatus(VideoText::c_strRecorderRuns);
+    auto pStop = people.StopInput();
     const bool bStarted = Platform::RunAndWait(strCommandLine, [&people] { people.KeepPainting(); });
+    pStop.reset();
     pStatus.reset();
     if (!bStarted)
         return fail(VideoText::c_strNoRecorder);

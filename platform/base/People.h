@@ -74,6 +74,15 @@ public:
     /// the interface thread. Cheap enough to be called every few milliseconds.
     virtual void KeepPainting() = 0;
 
+    /// While what this gives stands, KeepPainting drops the person's input, which it otherwise leaves for
+    /// later: for a wait for another program, with which she works meanwhile. What came before the end is
+    /// gone, and of a mouse button that was down already only its release comes.
+    class CInputStop {
+    public:
+        virtual ~CInputStop() = default;
+    };
+    virtual std::unique_ptr<CInputStop> StopInput() { return nullptr; }
+
     /// An existing file. strFilter is the file dialogs' own notation, "label|*.a;*.b|label|*.*||".
     virtual std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
                                                 const QString& strFilter) = 0;

@@ -123,14 +123,20 @@ private:
 
 } // namespace
 
+CInputGate::CInputGate() : m_bDrops(true) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
 CInputGate::CInputGate(QWidget& open, std::function<void()> cancel)
-    : m_pOpen(&open), m_cancel(std::move(cancel)) {
+    : m_bDrops(false), m_pOpen(&open), m_cancel(std::move(cancel)) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
 CInputGate::~CInputGate() {
     SetActive(false);
-    if (!m_kept.empty())
+    // A step inside a wait that drops keeps nothing either.
+    const bool bDropped = s_pActive != nullptr && s_pActive->m_bDrops;
+    if (!m_kept.empty() && !bDropped)
         CHandOn::Take(std::move(m_kept));
 }
 
@@ -150,6 +156,8 @@ CInputGate::CPause::~CPause() {
 }
 
 bool CInputGate::IsOpen(QObject* pObject) const {
+    if (m_bDrops)
+        return false;
     if (!m_pOpen || pObject == m_pOpen->windowHandle())
         return true;
     const auto* pWidget = qobject_cast<QWidget*>(pObject);
@@ -162,6 +170,8 @@ bool CInputGate::IsDialogBelow(QObject* pObject) const {
 }
 
 void CInputGate::Keep(QObject* pObject, const QEvent& event) {
+    if (m_bDrops && event.type() != QEvent::MouseButtonRelease)
+        return;
     const auto isThis = [&](const KeptInput& kept) {
         return kept.pWindow == pObject && kept.pEvent->type() == QEvent::Close;
     };
@@ -171,7 +181,7 @@ void CInputGate::Keep(QObject* pObject, const QEvent& event) {
 }
 
 bool CInputGate::TakeTyped(QObject* pObject, const QEvent& event) {
-    if (IsKey(event) && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape) {
+    if (!m_bDrops && IsKey(event) && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape) {
         if (event.type() == QEvent::KeyPress)
             m_cancel();
         return true;
@@ -191,7 +201,7 @@ bool CInputGate::eventFilter(QObject* pObject, QEvent* pEvent) {
     case QEvent::ShortcutOverride: {
         // Escape comes as a plain key, whatever else it may mean, and Alt doesn't call the menu bar now.
         const int nKey = static_cast<const QKeyEvent*>(pEvent)->key();
-        if (nKey != Qt::Key_Escape && nKey != Qt::Key_Alt)
+        if (!m_bDrops && nKey != Qt::Key_Escape && nKey != Qt::Key_Alt)
             return false;
         pEvent->accept();
         return true;

@@ -24,8 +24,12 @@ struct KeptInput {
 /// no dialog stands over them, so that a text typed on meanwhile has no hole and Ctrl+S saves. Clicks
 /// elsewhere are dropped, and a window that was to be closed is closed then. A dialog below the open window
 /// is closed at once: whoever waits over it gives up then.
+///
+/// Without a window that is open, all that is done before the gate goes is dropped: only the release of a
+/// button that was down already is handed on.
 class CInputGate : public QObject {
 public:
+    CInputGate();
     CInputGate(QWidget& open, std::function<void()> cancel);
     ~CInputGate() override;
     CInputGate(const CInputGate&) = delete;
@@ -56,6 +60,7 @@ private:
     bool TakeTyped(QObject* pObject, const QEvent& event);
     void Keep(QObject* pObject, const QEvent& event);
 
+    const bool m_bDrops;
     bool m_bActive = false;
     CInputGate* m_pOuter = nullptr;
     QPointer<QWidget> m_pOpen;

@@ -15,6 +15,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -38,6 +39,7 @@ constexpr int c_nPaintMilliseconds = 5;
 constexpr qint64 c_nPaintInterval = 10;
 
 int s_nPainting = 0;
+int s_nInputStops = 0;
 /// A handler that is called while painting doesn't start it anew.
 bool s_bBarred = false;
 
@@ -245,6 +247,27 @@ void ProcessEvents(QEventLoop::ProcessEventsFlags flags) {
     last.start();
 }
 
+/// What the toolkit only excludes comes later, so all of it is taken and held back at the windows.
+class CDroppedInput : public IPeople::CInputStop {
+public:
+    CDroppedInput() {
+        // What she is composing was written before; the other program's window would end it meanwhile.
+        QGuiApplication::inputMethod()->commit();
+        QGuiApplication::inputMethod()->reset();
+        ++s_nInputStops;
+        m_gate.SetActive(true);
+    }
+    ~CDroppedInput() override {
+        --s_nInputStops;
+        // What has come since the last look.
+        const CQtPeople::CPainting painting;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, c_nPaintMilliseconds);
+    }
+
+private:
+    CInputGate m_gate;
+};
+
 } // namespace
 
 bool CQtPeople::IsKeepingPainting() {
@@ -299,7 +322,11 @@ CShowStatusDlg* CQtPeople::GetStatus() {
 }
 
 void CQtPeople::KeepPainting() {
-    ProcessEvents(QEventLoop::ExcludeUserInputEvents);
+    ProcessEvents(s_nInputStops > 0 ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+}
+
+std::unique_ptr<IPeople::CInputStop> CQtPeople::StopInput() {
+    return std::make_unique<CDroppedInput>();
 }
 
 std::optional<QString> CQtPeople::PickOpenFile(const QString& strTitle, const QString& strFolder,

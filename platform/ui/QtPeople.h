@@ -46,6 +46,7 @@ public:
     std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override;
     Torvane::Dialog::MFC::CShowStatusDlg* GetStatus() override;
     void KeepPainting() override;
+    std::unique_ptr<CInputStop> StopInput() override;
     std::optional<QString> PickOpenFile(const QString& strTitle, const QString& strFolder,
                                         const QString& strFilter) override;
     std::optional<QString> PickSaveFile(const QString& strTitle, const QString& strName) override;

@@ -73,6 +73,7 @@ TEST_F(CourseCommandsTest, CompanionFindsAClosedDatabaseAndItsCommandLine) {
     run(World.Folder.Path(u"a tool.exe"_s) + u" \"x\""_s);
     EXPECT_FALSE(World.Folder.Exists(u"a tool.ran"_s));
     EXPECT_EQ(Course->GetDatabase()->AddNode(3, u"b"_s), 5);
+    EXPECT_EQ(World.People.nInputStops, 1);
     using Companions::ECompileForm;
     const std::pair<ECompileForm, QString> forms[] = {
         {ECompileForm::Site, u""_s}, {ECompileForm::Html, u"|H"_s}, {ECompileForm::Classroom, u"|S"_s}};

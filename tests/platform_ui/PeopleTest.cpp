@@ -1,5 +1,6 @@
 #include "platform/ui/QtPeople.h"
 
+#include "platform/base/Process.h"
 #include "platform/ui/Pictures.h"
 #include "tests/support/WindowHelp.h"
 
@@ -7,7 +8,9 @@
 #include <QFileDialog>
 #include <QImageWriter>
 #include <QMainWindow>
+#include <QProcess>
 #include <QProgressBar>
+#include <QStandardPaths>
 
 using namespace Torvane::Dialog::MFC;
 
@@ -254,6 +257,55 @@ TEST_F(CPeople, AWindowClosedWhileAStepRunsGoesWhenItIsOver) {
     EXPECT_TRUE(m_window.isVisible());
     pStatus.reset();
     EXPECT_SOON(!m_window.isVisible());
+}
+
+// Input that the toolkit only puts off would come over the course when the other program has ended.
+TEST_F(CPeople, WhatIsDoneAtTheWindowsWhileAnotherProgramRunsIsDropped) {
+    if (QStandardPaths::findExecutable(u"xdotool"_s).isEmpty() || QApplication::platformName() != u"xcb")
+        GTEST_SKIP() << "no hand at the mouse of this display";
+    QLineEdit field(&m_window);
+    QPushButton held(u"a"_s, &m_window), command(u"b"_s, &m_window);
+    held.move(0, 60);
+    command.move(0, 120);
+    int nHeld = 0, nCommands = 0;
+    QObject::connect(&held, &QPushButton::clicked, [&] { ++nHeld; });
+    QObject::connect(&command, &QPushButton::clicked, [&] { ++nCommands; });
+    QAction save;
+    save.setShortcut(Qt::CTRL | Qt::Key_S);
+    m_window.addAction(&save);
+    QObject::connect(&save, &QAction::triggered, [&] { ++nCommands; });
+    for (QWidget* pWidget : std::initializer_list<QWidget*>{&held, &command, &field}) {
+        pWidget->setFocusPolicy(pWidget == &field ? Qt::StrongFocus : Qt::NoFocus);
+        pWidget->show();
+    }
+    m_window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&m_window));
+    field.setFocus();
+    const auto at = [](const QWidget& widget) {
+        const QPoint place = widget.mapToGlobal(widget.rect().center());
+        return u"mousemove %1 %2 "_s.arg(place.x()).arg(place.y());
+    };
+    const auto hand = [](const QString& strInput) {
+        EXPECT_EQ(QProcess::execute(u"xdotool"_s, strInput.split(u' ')), 0);
+    };
+    hand(at(held) + u"mousedown 1"_s);
+    EXPECT_SOON(held.isDown());
+    {
+        const auto stop = m_people.StopInput();
+        EXPECT_TRUE(Platform::RunAndWait(
+            u"Z:\\bin\\sh -c \"xdotool mouseup 1 %1 click 1 click 1 key a key ctrl+s click 4 key alt+F4 sleep 0.2 %1 mousedown 1\""_s
+                .arg(at(command)),
+            [&] { m_people.KeepPainting(); }));
+        EXPECT_EQ(nHeld, 0) << "input while the program runs";
+    }
+    EXPECT_SOON(nHeld == 1 && !held.isDown()) << "a button stays down";
+    hand(u"mouseup 1 key b"_s);
+    EXPECT_SOON(field.text().endsWith(u'b'));
+    EXPECT_EQ(field.text(), u"b"_s);
+    EXPECT_TRUE(m_window.isVisible());
+    EXPECT_EQ(nCommands, 0);
+    hand(at(command) + u"click 1 key ctrl+s"_s);
+    EXPECT_SOON(nCommands == 2) << "the windows stay deaf";
 }
 
 TEST_F(CPeople, ClosingTheDialogThatWaitsEndsTheWaitAtOnce) {

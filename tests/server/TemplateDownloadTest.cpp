@@ -30,6 +30,7 @@ TEST(TemplateDownload, ChecksANameAndAsksBeforeItUpdates) {
                   BoxAnswer::No);
     EXPECT_FALSE(Download.Fetch(u"甲"_s));
     EXPECT_FALSE(Download.Fetch(u"乙"_s)) << "a companion that is not there ends the command in silence";
+    EXPECT_EQ(People.nInputStops, 1);
 }
 
 TEST(TemplateDownload, ASilentServerIsGivenUp) {

@@ -82,6 +82,12 @@ public:
     }
 
     void KeepPainting() override {}
+    /// How often another program was waited for.
+    int nInputStops = 0;
+    std::unique_ptr<CInputStop> StopInput() override {
+        ++nInputStops;
+        return nullptr;
+    }
 
     /// From then on a step shows its status.
     std::optional<qint64> Patience;
