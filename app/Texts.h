@@ -17,6 +17,9 @@ inline const QString c_strRecent = QStringLiteral("最近课程");
 inline const QString c_strValidationFailed = QStringLiteral("验证课程失败！");
 inline const QString c_strCompiling = QStringLiteral("正在合成课程，请稍候...");
 inline const QString c_strExportingWord = QStringLiteral("正在导出Word文件，请稍候...");
+inline const QString c_strStoreLost =
+    QStringLiteral("课程数据库无法重新打开，课程将被关闭。已保存的内容不受影响，"
+                   "请检查课程所在的磁盘后重新打开该课程。\n\n%1");
 
 inline const QString c_strStartupTitle = QStringLiteral("新建课程");
 inline const QString c_strTabNew = QStringLiteral("新建");

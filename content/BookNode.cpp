@@ -274,7 +274,9 @@ bool CBookNode::SaveContent(const QString& strHtml) {
     EnsureFolder();
     if (!WriteTextFile(GetFolder() + c_strPageFile, strHtml))
         throw Torvane::CRunException(ContentText::c_strPageNotSaved);
-    UpdateSize();
+    // A course that closes because its store is gone still takes the page.
+    if (Store().IsOpen())
+        UpdateSize();
     return true;
 }
 

@@ -168,6 +168,10 @@ void CBookDatabase::ResumeWriting() {
     Open();
 }
 
+bool CBookDatabase::IsOpen() const {
+    return m_pConnection != nullptr;
+}
+
 qint32 CBookDatabase::AddNode(qint32 nParentId, const QString& strTitle) {
     qint32 nId = -1;
     const QByteArray title = m_pTitles->Stored(strTitle);

@@ -75,6 +75,8 @@ public:
     /// not be called until ResumeWriting. Throws when the log can't be folded in; the store is usable then.
     void PauseForReaders();
     void ResumeWriting();
+    /// False between the two, and for good when ResumeWriting has thrown.
+    bool IsOpen() const;
 
     /// Makes several operations one transaction, undone unless committed. May be nested: an inner one that is
     /// undone takes back its own steps, and the outermost decides whether anything lands. Begun and ended

@@ -342,11 +342,18 @@ void CVorelApp::ExportWord() {
 }
 
 void CVorelApp::RunCompanion(const QString& strCommandLine, const QString& strStatus) {
-    Guarded([&] {
+    const CBookDatabase& database = *m_pCourse->GetDatabase();
+    try {
         const auto pStatus = m_people.OpenStatus();
         pStatus->ShowStatus(strStatus);
         Companions::Run(strCommandLine, *m_pCourse->GetDatabase(), m_people);
-    });
+    } catch (const Torvane::CRunException& failure) {
+        const QString strReason = failure.GetMessage();
+        m_people.Error(database.IsOpen() ? strReason : AppTexts::c_strStoreLost.arg(strReason));
+    }
+    // No change would get into the store any more.
+    if (!database.IsOpen())
+        CloseCourse();
 }
 
 void CVorelApp::DownloadTemplate() {

@@ -24,6 +24,8 @@ const QString c_strCancel = u"cancel"_s;
 const QString c_strGiveUp = u"statusCancel"_s;
 const QString c_strStatus = u"statusWindow"_s;
 const QString c_strLostText = u"这些字不能丢。"_s;
+const QString c_strCompile = u"tool_32855"_s;
+const QString c_strTyped = u"typed"_s;
 
 /// A teacher whose server has trouble. The server's process and state come from the caller by the
 /// environment.
@@ -104,6 +106,41 @@ public:
         }
     }
 
+    /// She clicks and types while the compiler runs, as if the window heard her; the second time the
+    /// store is gone when the compiler is done.
+    void SlowCompiler() {
+        EditFirstLeaf();
+        Compile(QString());
+        m_robot.Click(c_strCompile);
+        ClickLine(c_strTree, RootText());
+        m_robot.Type(u"gone"_s);
+        m_robot.Type(c_strLostText);
+        m_robot.Press(u"ctrl+s"_s);
+        m_robot.Press(u"alt+F4"_s);
+        m_robot.Shot(u"compiling"_s);
+        EndCompiler();
+        m_robot.Type(c_strTyped);
+        m_robot.Press(u"ctrl+s"_s);
+        m_robot.WaitFor("the page to be saved",
+                        [] { return TextOf(u"NodeResource"_s).contains(c_strTyped); });
+        m_robot.Shot(u"compiled"_s);
+        const QString strPages = TextOf(u"NodeResource"_s);
+        if (strPages.contains(u"gone"_s) || strPages.contains(c_strLostText))
+            throw Robot::Failure("what was typed came when the compiler was done");
+        if (Starts() != 1)
+            throw Robot::Failure("the compiler was started again");
+
+        m_robot.Type(c_strLostText);
+        Compile(u"mv \"${1%/*}/Data/DataBase/VorelCourse.mdb\" \"$here/\""_s);
+        EndCompiler();
+        PressInBox(u"ok"_s);
+        PressInBox(u"yes"_s);
+        StandsEmpty();
+        m_robot.Shot(u"closed"_s);
+        if (!TextOf(u"NodeResource"_s).contains(c_strLostText))
+            throw Robot::Failure("the page was not saved");
+    }
+
     /// The next start after it.
     void KeptText() {
         // The server still knows the one that was killed.
@@ -122,6 +159,34 @@ public:
     }
 
 private:
+    /// Puts a compiler in place of the real one that ends when it is told to, has it started by the button,
+    /// and waits until it runs.
+    void Compile(const QString& strAtEnd) {
+        QFile::remove(m_strFolder + u"/go"_s);
+        const int nStarts = Starts();
+        const QString strProgram = QCoreApplication::applicationDirPath() + u"/VorelCompiler"_s;
+        QFile::remove(strProgram);
+        QFile program(strProgram);
+        const QString strText =
+            u"#!/bin/sh\nhere='%1'\necho >>\"$here/starts\"\n"
+            "while [ ! -e \"$here/go\" ]; do sleep 0.1; done\n%2\n"_s.arg(m_strFolder, strAtEnd);
+        if (!program.open(QIODevice::WriteOnly) || program.write(strText.toUtf8()) < 0)
+            throw Robot::Failure("the compiler can't be replaced");
+        program.setPermissions(program.permissions() | QFile::ExeOwner);
+        program.close();
+        m_robot.Click(c_strCompile);
+        m_robot.WaitFor("the compiler", [&] { return Starts() > nStarts; });
+    }
+
+    void EndCompiler() {
+        QFile go(m_strFolder + u"/go"_s);
+        if (!go.open(QIODevice::WriteOnly))
+            throw Robot::Failure("the compiler can't be told");
+        m_robot.WaitFor("the compiler's end", [] { return !Robot::Find(c_strStatus); });
+    }
+
+    int Starts() const { return int(QFileInfo(m_strFolder + u"/starts"_s).size()); }
+
     void Start() {
         m_robot.WaitForWidget(u"ok"_s, c_strStartup);
         m_robot.Click(u"ok"_s, c_strStartup);
@@ -204,6 +269,7 @@ const struct {
     {u"server-away-at-close", &CPatient::ServerAwayAtClose},
     {u"killed-while-editing", &CPatient::KilledWhileEditing},
     {u"kept-text", &CPatient::KeptText},
+    {u"slow-compiler", &CPatient::SlowCompiler},
 };
 
 } // namespace

@@ -4,7 +4,7 @@
 # A lost session takes three minutes, and so does a silence while editing: the program asks the server no sooner.
 set -euo pipefail
 . "$(dirname "$0")/stage.sh"
-all=(hanging-server lost-session silent-while-editing server-away-at-close killed-while-editing)
+all=(hanging-server lost-session silent-while-editing server-away-at-close killed-while-editing slow-compiler)
 lay_out "$1" "$1/trials"
 shift
 [ $# -eq 0 ] || all=("$@")
