@@ -9,8 +9,8 @@
 class CNobody : public Torvane::Dialog::MFC::IPeople {
 public:
     Torvane::Dialog::MFC::BoxAnswer Ask(const QString& strText, const QString&,
-                                        Torvane::Dialog::MFC::BoxButtons,
-                                        Torvane::Dialog::MFC::BoxIcon) override {
+                                        Torvane::Dialog::MFC::BoxButtons, Torvane::Dialog::MFC::BoxIcon,
+                                        Torvane::Dialog::MFC::BoxDefault) override {
         throw std::runtime_error(strText.toStdString());
     }
     std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override {

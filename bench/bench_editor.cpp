@@ -69,8 +69,8 @@ QByteArray PageOf(qsizetype nBytes, EPage page) {
 class CReader : public CNobody {
 public:
     Torvane::Dialog::MFC::BoxAnswer Ask(const QString& strText, const QString&,
-                                        Torvane::Dialog::MFC::BoxButtons,
-                                        Torvane::Dialog::MFC::BoxIcon) override {
+                                        Torvane::Dialog::MFC::BoxButtons, Torvane::Dialog::MFC::BoxIcon,
+                                        Torvane::Dialog::MFC::BoxDefault) override {
         std::printf("  says: %s\n", qPrintable(strText));
         return Torvane::Dialog::MFC::BoxAnswer::No;
     }

@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 using Torvane::Dialog::MFC::BoxAnswer;
+using Torvane::Dialog::MFC::BoxDefault;
 
 CBookTreeActions::CBookTreeActions(CBookTree& tree, ITreeWindow& window, ITreeDialogs& dialogs,
                                    INodeViewHost& host, Torvane::Dialog::MFC::IPeople& people)
@@ -35,8 +36,9 @@ void CBookTreeActions::Guarded(const std::function<void()>& step) {
     }
 }
 
-bool CBookTreeActions::Confirm(const QString& strQuestion, const QPersistentModelIndex& line) {
-    return m_people.Question(strQuestion) == BoxAnswer::Ok && line.isValid();
+bool CBookTreeActions::Confirm(const QString& strQuestion, const QPersistentModelIndex& line,
+                               BoxDefault byEnter) {
+    return m_people.Question(strQuestion, byEnter) == BoxAnswer::Ok && line.isValid();
 }
 
 // Selection.
@@ -178,7 +180,7 @@ std::span<const int> CBookTreeActions::MenuOf(const QModelIndex& index) const {
 
 void CBookTreeActions::ClearContent() {
     const QPersistentModelIndex line(m_selection.currentIndex());
-    if (!Confirm(ContentText::c_strClearContent, line))
+    if (!Confirm(ContentText::c_strClearContent, line, BoxDefault::Last))
         return;
     CBookNode& node = *m_tree.NodeOf(line);
     node.ClearContent();

@@ -80,7 +80,8 @@ private:
     void RunAction(const TreeCommand::Row& command);
     /// The question with OK and Cancel. Also false when the line went meanwhile: a box lets the program run
     /// on, and a lost session closes the course.
-    bool Confirm(const QString& strQuestion, const QPersistentModelIndex& line);
+    bool Confirm(const QString& strQuestion, const QPersistentModelIndex& line,
+                 Torvane::Dialog::MFC::BoxDefault byEnter = Torvane::Dialog::MFC::BoxDefault::First);
 
     void AddNode();
     void AddChild();

@@ -17,6 +17,7 @@
 #include <utility>
 
 using Torvane::CRunException;
+using Torvane::Dialog::MFC::BoxDefault;
 using Torvane::Dialog::MFC::IPeople;
 using Torvane::File::IWalkFilter;
 
@@ -105,7 +106,7 @@ private:
         if (strKept.isEmpty())
             return;
         const QString strText = ContentText::c_strDeleteKeptRecording.arg(Platform::ToShown(strKept));
-        if (Ask([&](IPeople& people) { return people.Question(strText); }) ==
+        if (Ask([&](IPeople& people) { return people.Question(strText, BoxDefault::Last); }) ==
             Torvane::Dialog::MFC::BoxAnswer::Ok)
             Tidy([&] { DeleteKeptLecture(strKept); });
     }

@@ -18,6 +18,7 @@
 using Torvane::CRunException;
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
+using Torvane::Dialog::MFC::BoxDefault;
 using Torvane::Dialog::MFC::BoxIcon;
 using Torvane::Dialog::MFC::CShowStatusDlg;
 using Torvane::Dialog::MFC::IPeople;
@@ -34,10 +35,11 @@ public:
     CStepPeople(IPeople& people, QString strFailure)
         : m_people(people), m_strFailure(std::move(strFailure)) {}
 
-    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
-                  BoxIcon icon) override {
+    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+                  BoxDefault byEnter) override {
         const bool bFailure = icon == BoxIcon::Stop && strText != ContentText::c_strCancelled;
-        return m_people.Ask(bFailure ? m_strFailure + u'\n' + strText : strText, strTitle, buttons, icon);
+        return m_people.Ask(bFailure ? m_strFailure + u'\n' + strText : strText, strTitle, buttons, icon,
+                            byEnter);
     }
     YesNoAll QueryYesNoAll(const QString& strText) override { return m_people.QueryYesNoAll(strText); }
     std::unique_ptr<CShowStatusDlg> OpenStatus() override { return m_people.OpenStatus(); }

@@ -16,6 +16,8 @@ namespace Torvane::Dialog::MFC {
 enum class BoxIcon { None, Question, Information, Warning, Stop };
 enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
 enum class BoxAnswer { Ok, Cancel, Yes, No, Retry };
+/// The button that Enter presses. The last one is for a question whose first loses work for good.
+enum class BoxDefault { First, Last };
 
 /// A small window on top of the main window that shows one line at once. It has no button, unless the step
 /// may be given up and takes long. It goes with the object.
@@ -48,8 +50,8 @@ public:
     /// A message box. Closing it otherwise than by a button answers Cancel where there is such a button and
     /// Ok for a lone Ok. A YesNo box stands until a button is pressed, since Escape must not lose a page; if
     /// its window goes away, the answer is No.
-    virtual BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
-                          BoxIcon icon) = 0;
+    virtual BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+                          BoxDefault byEnter = BoxDefault::First) = 0;
 
     /// The answer to a question that comes again and again, and whether it holds for all that follow.
     struct YesNoAll {
@@ -104,8 +106,8 @@ public:
     }
 
     /// The four forms of boxes that the program knows.
-    BoxAnswer Question(const QString& strText) {
-        return Ask(strText, QStringLiteral("提示"), BoxButtons::OkCancel, BoxIcon::Question);
+    BoxAnswer Question(const QString& strText, BoxDefault byEnter = BoxDefault::First) {
+        return Ask(strText, QStringLiteral("提示"), BoxButtons::OkCancel, BoxIcon::Question, byEnter);
     }
     void Notice(const QString& strText) {
         Ask(strText, QStringLiteral("提示"), BoxButtons::Ok, BoxIcon::Information);

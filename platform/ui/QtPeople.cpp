@@ -28,6 +28,7 @@
 
 using Torvane::Dialog::MFC::BoxAnswer;
 using Torvane::Dialog::MFC::BoxButtons;
+using Torvane::Dialog::MFC::BoxDefault;
 using Torvane::Dialog::MFC::BoxIcon;
 using Torvane::Dialog::MFC::CShowStatusDlg;
 using Torvane::Dialog::MFC::IPeople;
@@ -109,10 +110,11 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
     return QMessageBox::NoIcon;
 }
 
-/// A box with its buttons, of which the first is the default. The window under it may go meanwhile and take
+/// A box with its buttons. The window under it may go meanwhile and take
 /// it along.
 struct SBox {
-    SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon, QWidget* pParent);
+    SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon, QWidget* pParent,
+         BoxDefault byEnter = BoxDefault::First);
 
     /// What was pressed; nothing for whatever else ended it.
     std::optional<BoxAnswer> Run();
@@ -124,7 +126,7 @@ struct SBox {
 };
 
 SBox::SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
-           QWidget* pParent)
+           QWidget* pParent, BoxDefault byEnter)
     : pBox(new QMessageBox(IconOf(icon), strTitle, strText, QMessageBox::NoButton, pParent)) {
     pBox->setObjectName(QStringLiteral("messageBox"));
     pBox->setTextFormat(Qt::PlainText);
@@ -134,7 +136,7 @@ SBox::SBox(const QString& strText, const QString& strTitle, BoxButtons buttons, 
         QPushButton* pButton = pBox->addButton(button.strText, button.Role);
         pButton->setObjectName(QLatin1String(button.szName));
         pButton->installEventFilter(pHeldKeyStop);
-        if (Answers.isEmpty())
+        if (Answers.isEmpty() || byEnter == BoxDefault::Last)
             pBox->setDefaultButton(pButton);
         Answers.insert(pButton, button.Answer);
         Closed = button.Answer;
@@ -293,8 +295,9 @@ QWidget* CQtPeople::Parent() const {
     return pModal ? pModal : m_pParent.data();
 }
 
-BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon) {
-    SBox box(strText, strTitle, buttons, icon, Parent());
+BoxAnswer CQtPeople::Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+                         BoxDefault byEnter) {
+    SBox box(strText, strTitle, buttons, icon, Parent(), byEnter);
     return box.Run().value_or(box.Closed);
 }
 

@@ -40,7 +40,8 @@ public:
 
     Torvane::Dialog::MFC::BoxAnswer Ask(const QString& strText, const QString& strTitle,
                                         Torvane::Dialog::MFC::BoxButtons buttons,
-                                        Torvane::Dialog::MFC::BoxIcon icon) override;
+                                        Torvane::Dialog::MFC::BoxIcon icon,
+                                        Torvane::Dialog::MFC::BoxDefault byEnter) override;
     /// The box to tick is "forAll".
     YesNoAll QueryYesNoAll(const QString& strText) override;
     std::unique_ptr<Torvane::Dialog::MFC::CShowStatusDlg> OpenStatus() override;

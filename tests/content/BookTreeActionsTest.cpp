@@ -22,7 +22,7 @@ const QString c_strTaken = u"!父栏目下已有名为\"%1\"的栏目存在。"_
 const QString c_strLeafList = u"d<该栏目没有有内容的子栏目>"_s;
 const QString c_strList = u"d节\r\n点\r\n"_s;
 const QString c_strDelete = u"?删除栏目将不可恢复，您确认删除吗？"_s;
-const QString c_strClear = u"?清空栏目内容后，栏目现有内容将无法恢复，您确定继续吗？"_s;
+const QString c_strClear = u"¿清空栏目内容后，栏目现有内容将无法恢复，您确定继续吗？"_s;
 const QString c_strLong(41, u'章');
 /// What a script begins a box with that the person cancels.
 constexpr QChar c_cCancel = u'~';

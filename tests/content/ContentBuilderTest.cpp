@@ -314,6 +314,7 @@ TEST_F(ContentBuilderTest, ARecorderWorksBesideTheOldContent) {
     m_disk.People.ExpectBeginning(strMayGo, CScriptedPeople::BoxAnswer::Cancel);
     EXPECT_TRUE(Create(Of(EContentKind::Video), &recorder));
     EXPECT_EQ(kept(), "film");
+    EXPECT_EQ(m_disk.People.Boxes.back().ByEnter, CScriptedPeople::BoxDefault::Last);
     m_disk.People.ExpectBeginning(strMayGo, CScriptedPeople::BoxAnswer::Ok);
     EXPECT_TRUE(Create(Of(EContentKind::Video), &recorder));
     EXPECT_EQ(Torvane::File::GetPathKind(recorder.strRecorded), Torvane::File::EPathKind::Nothing);

@@ -140,7 +140,8 @@ public:
         return bLive ? QString() : u"the selection is no line in sight"_s;
     }
 
-    /// A box: the sign of its form (? i ! x) before its text. One that has no known form begins with "#".
+    /// A box: the sign of its form (? i ! x, ¿ where Enter cancels) before its text. One that has no known
+    /// form begins with "#".
     virtual BoxAnswer OnBox(const QString& strBox) {
         EXPECT_NE(strBox[0], u'#') << strBox;
         return BoxAnswer::Ok;
@@ -161,12 +162,12 @@ public:
         return NextAnswer(Contents);
     }
     void EditTitle(const QModelIndex& index) override { Edited = index; }
-    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
-                  BoxIcon icon) override {
+    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+                  BoxDefault byEnter) override {
         const bool bCancel = buttons == BoxButtons::OkCancel;
         QChar sign = u'#';
         if (strTitle == u"提示" && bCancel == (icon == BoxIcon::Question))
-            sign = bCancel                        ? u'?'
+            sign = bCancel                        ? (byEnter == BoxDefault::First ? u'?' : u'¿')
                    : icon == BoxIcon::Information ? u'i'
                    : icon == BoxIcon::Warning     ? u'!'
                                                   : sign;

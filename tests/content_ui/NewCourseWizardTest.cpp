@@ -25,11 +25,11 @@ public:
         }
         return CScriptedPeople::OpenStatus();
     }
-    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
-                  BoxIcon icon) override {
+    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+                  BoxDefault byEnter) override {
         if (onBox)
             onBox();
-        return CScriptedPeople::Ask(strText, strTitle, buttons, icon);
+        return CScriptedPeople::Ask(strText, strTitle, buttons, icon, byEnter);
     }
 };
 

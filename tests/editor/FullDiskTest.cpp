@@ -15,7 +15,7 @@ constexpr qint64 c_nPage = 4096;
 
 struct CNotingPeople : CScriptedPeople {
     QStringList Said;
-    BoxAnswer Ask(const QString& strText, const QString&, BoxButtons, BoxIcon) override {
+    BoxAnswer Ask(const QString& strText, const QString&, BoxButtons, BoxIcon, BoxDefault) override {
         Said.append(strText);
         return BoxAnswer::Ok;
     }

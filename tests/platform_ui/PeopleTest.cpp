@@ -24,9 +24,10 @@ protected:
         m_people.SetParent(&m_window);
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_window));
     }
-    BoxAnswer Answer(BoxButtons buttons, const std::function<void(QDialog&)>& act) {
+    BoxAnswer Answer(BoxButtons buttons, const std::function<void(QDialog&)>& act,
+                     BoxDefault byEnter = BoxDefault::First) {
         WhenDialogOpens(act);
-        return m_people.Ask(u"<b>文字</b>"_s, u"提示"_s, buttons, BoxIcon::Question);
+        return m_people.Ask(u"<b>文字</b>"_s, u"提示"_s, buttons, BoxIcon::Question, byEnter);
     }
     /// Waits in a step that may be given up, over this window, until the person ends it. She acts as soon as
     /// the button for it shows, or with the first look.
@@ -93,8 +94,9 @@ TEST_F(CPeople, EveryButtonAnswersForItself) {
             };
             EXPECT_EQ(Answer(buttons, close), answers.last().second);
         }
-        EXPECT_EQ(Answer(buttons, [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }),
-                  answers.first().second);
+        const auto enter = [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); };
+        EXPECT_EQ(Answer(buttons, enter), answers.first().second);
+        EXPECT_EQ(Answer(buttons, enter, BoxDefault::Last), answers.last().second);
     }
 }
 
@@ -234,7 +236,7 @@ TEST_F(CPeople, WhatIsTypedDuringALongWaitComesInItsOrderWhenTheBoxAtItsEndIsGon
         EXPECT_EQ(field.text(), QString()) << "behind the box";
         box.reject();
     });
-    m_people.Ask(u"a"_s, u"b"_s, BoxButtons::RetryCancel, BoxIcon::Stop);
+    m_people.Question(u"a"_s);
     pStatus.reset();
     EXPECT_SOON(next.text() == u"c"_s) << "what was typed behind a tab";
     EXPECT_EQ(field.text(), u"a文b"_s);

@@ -23,6 +23,7 @@ class CScriptedPeople : public Torvane::Dialog::MFC::IPeople {
 public:
     using BoxAnswer = Torvane::Dialog::MFC::BoxAnswer;
     using BoxButtons = Torvane::Dialog::MFC::BoxButtons;
+    using BoxDefault = Torvane::Dialog::MFC::BoxDefault;
     using BoxIcon = Torvane::Dialog::MFC::BoxIcon;
 
     struct Box {
@@ -30,6 +31,7 @@ public:
         QString strTitle;
         BoxButtons Buttons;
         BoxIcon Icon;
+        BoxDefault ByEnter;
     };
 
     ~CScriptedPeople() override {
@@ -54,9 +56,9 @@ public:
     /// One for each step that may be given up: whether the person does. Whoever has no more of them waits.
     std::deque<bool> GiveUps;
 
-    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons,
-                  BoxIcon icon) override {
-        Boxes.push_back({strText, strTitle, buttons, icon});
+    BoxAnswer Ask(const QString& strText, const QString& strTitle, BoxButtons buttons, BoxIcon icon,
+                  BoxDefault byEnter) override {
+        Boxes.push_back({strText, strTitle, buttons, icon, byEnter});
         if (m_expected.empty()) {
             ADD_FAILURE() << "an unexpected box: " << strText.toStdString();
             return BoxAnswer::Cancel;
