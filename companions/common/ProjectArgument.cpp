@@ -3,8 +3,14 @@
 #include "platform/base/NativePath.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
+
+bool IsStoredPath(const QString& strArgument) {
+    static const QRegularExpression stored(QStringLiteral(R"(^([A-Za-z]:[\\/]|\\\\))"));
+    return stored.match(strArgument).hasMatch();
+}
 
 QString ReadProjectArgument(const QString& strArgument) {
-    const bool bDrive = strArgument.size() > 1 && strArgument[1] == u':';
-    return Platform::FromNative(bDrive ? strArgument : QFileInfo(strArgument).absoluteFilePath());
+    return Platform::FromNative(IsStoredPath(strArgument) ? strArgument
+                                                          : QFileInfo(strArgument).absoluteFilePath());
 }

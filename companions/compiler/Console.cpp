@@ -1,5 +1,6 @@
 #include "companions/compiler/Console.h"
 
+#include "companions/common/ProjectArgument.h"
 #include "companions/compiler/SiteCompiler.h"
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
@@ -28,8 +29,7 @@ void WantEnd(int) {
 }
 
 QString ReadFolder(const QString& strText) {
-    const bool bDrive = strText.size() > 1 && strText[1] == u':';
-    return bDrive ? Platform::ToNative(Platform::FromNative(strText)) : QFileInfo(strText).absoluteFilePath();
+    return IsStoredPath(strText) ? Platform::ToNative(strText) : QFileInfo(strText).absoluteFilePath();
 }
 
 int Report(const TaskOutcome& outcome) {

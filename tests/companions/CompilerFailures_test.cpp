@@ -1,4 +1,5 @@
 #include "foundation/Exceptions.h"
+#include "platform/base/NativePath.h"
 #include "tests/companions/SampleCourse.h"
 
 namespace {
@@ -74,6 +75,8 @@ TEST(CompilerFailures, ReadsItsArgument) {
         {u"/home/a|b/a.vcp|H"_s, u"Z:\\home\\a|b\\a.vcp"_s, ESiteForm::Html},
         {u"/home/a|b.vcp"_s, u"Z:\\home\\a|b.vcp"_s, ESiteForm::Site},
         {u"Z:\\home\\li\\a.vcp|S"_s, u"Z:\\home\\li\\a.vcp"_s, ESiteForm::Classroom},
+        {u"\\\\server\\li\\a.vcp|H"_s, u"\\\\server\\li\\a.vcp"_s, ESiteForm::Html},
+        {u"a:b.vcp"_s, Platform::FromNative(QDir::currentPath()) + u"\\a:b.vcp"_s, ESiteForm::Site},
     };
     for (const auto& row : rows) {
         const CompileRequest request = ReadArgument(row.strArgument);
