@@ -1,10 +1,12 @@
 #include "companions/docexport/CourseDocument.h"
 
+#include "companions/common/FileFault.h"
 #include "course/BookDatabase.h"
 #include "foundation/PageText.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "office/OutputFile.h"
+#include "platform/base/FileCalls.h"
 
 #include <QCryptographicHash>
 #include <QDate>
@@ -13,6 +15,8 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -53,9 +57,8 @@ public:
 private:
     void Check(bool bDone) const {
         if (!bDone)
-            throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
-                m_file.fileName(), m_file.error() == QFileDevice::ResourceError ? DocText::c_strDiskFull
-                                                                                : m_file.errorString()));
+            throw Torvane::CRunException(
+                DocText::c_strCannotWrite.arg(m_file.fileName(), FileFaultText(m_file)));
     }
 
     QFile m_file;
@@ -172,7 +175,7 @@ CCourseDocument::Written CCourseDocument::Write(const std::function<QString(int 
     WriteMarked(strMarked);
     QFile marked(strMarked);
     if (!marked.open(QIODevice::ReadOnly))
-        throw Torvane::CRunException(DocText::c_strCannotRead.arg(strMarked, marked.errorString()));
+        throw Torvane::CRunException(DocText::c_strCannotRead.arg(strMarked, FileFaultText(marked)));
     Written written{0, {Layout()}};
     qsizetype nHeadings = 0;
     QByteArray piece = c_pieceBegin + Front();
@@ -290,14 +293,14 @@ void CCourseDocument::WritePage(int nNode, const QString& strSource) {
     if (!bytes)
         return unreadable(QFileInfo(strNative).size() > Torvane::Office::c_nMaxTextBytes
                               ? DocText::c_strTooLarge
-                              : DocText::c_strNoPermission);
+                              : Platform::SystemErrorText(EACCES));
     const qint32 nId = m_nodes[nNode].Row.Id;
     const PageSurroundings surroundings{
         [&](const QString& strReference) { return LinkOf(strReference, strFolder); },
         [&](const QString& strReference) { return PictureOf(strReference, strFolder); },
         [&](const QString& strAnchor) { return m_anchors.LinkTo(nId, strAnchor); },
         [&](const QString& strAnchor) { return m_anchors.MarkOf(nId, strAnchor); },
-        [&](const QByteArray& drawing) { return TakeDrawing(drawing); }};
+        [&](const QByteArray& drawing) { return TakeBytes(drawing, u".svg"_s, DocText::c_strDrawing); }};
     const auto text = ReadPrintedPage(PageText::Decode(*bytes).Text, surroundings);
     if (!text)
         return unreadable(DocText::c_strTooDeep);
@@ -332,6 +335,8 @@ QString CCourseDocument::LinkOf(const QString& strReference, const QString& strF
 std::optional<ReadyPicture> CCourseDocument::PictureOf(const QString& strReference,
                                                        const QString& strFolder) {
     using EKind = CDocLinks::Target::EKind;
+    if (strReference.trimmed().startsWith("data:"_L1, Qt::CaseInsensitive))
+        return TakeAddress(strReference);
     const CDocLinks::Target target = m_links.Find(strReference, strFolder);
     QString strSource = target.Text;
     if (target.Kind == EKind::Missing)
@@ -375,14 +380,25 @@ std::optional<ReadyPicture> CCourseDocument::TakeFile(const QString& strNativePa
     return taken.Picture;
 }
 
-std::optional<ReadyPicture> CCourseDocument::TakeDrawing(const QByteArray& drawing) {
-    // Under the same path for the same drawing, which is then drawn once, and beside nothing that it could
+/// A picture whose bytes stand in the address itself.
+std::optional<ReadyPicture> CCourseDocument::TakeAddress(const QString& strAddress) {
+    const qsizetype nComma = strAddress.indexOf(u',');
+    QByteArray bytes = QByteArray::fromPercentEncoding(strAddress.mid(nComma + 1).toLatin1());
+    const QString strKind = nComma < 0 ? QString() : strAddress.left(nComma).trimmed().toLower();
+    if (strKind.endsWith(";base64"_L1))
+        bytes = QByteArray::fromBase64(bytes);
+    return TakeBytes(bytes, strKind.contains("svg"_L1) ? u".svg"_s : u".png"_s, DocText::c_strPictureInPage);
+}
+
+std::optional<ReadyPicture> CCourseDocument::TakeBytes(const QByteArray& bytes, const QString& strEnding,
+                                                       const QString& strName) {
+    // Under the same path for the same picture, which is then made once, and beside nothing that it could
     // name.
-    const QByteArray sum = QCryptographicHash::hash(drawing, QCryptographicHash::Sha256).toHex();
-    const QString strPath = m_drawings.filePath(QString::fromLatin1(sum) + u".svg"_s);
+    const QByteArray sum = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+    const QString strPath = m_drawings.filePath(QString::fromLatin1(sum) + strEnding);
     // What can't be written can't be read.
-    Torvane::Office::WriteBytes(strPath, drawing);
-    const auto picture = TakeFile(strPath, DocText::c_strDrawing);
+    Torvane::Office::WriteBytes(strPath, bytes);
+    const auto picture = TakeFile(strPath, strName);
     QFile::remove(strPath);
     return picture;
 }

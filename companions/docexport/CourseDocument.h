@@ -67,7 +67,9 @@ private:
     QString LinkOf(const QString& strReference, const QString& strFolder);
     std::optional<ReadyPicture> PictureOf(const QString& strReference, const QString& strFolder);
     std::optional<ReadyPicture> Take(const QString& strSource);
-    std::optional<ReadyPicture> TakeDrawing(const QByteArray& drawing);
+    std::optional<ReadyPicture> TakeAddress(const QString& strAddress);
+    std::optional<ReadyPicture> TakeBytes(const QByteArray& bytes, const QString& strEnding,
+                                          const QString& strName);
     std::optional<ReadyPicture> TakeFile(const QString& strNativePath, const QString& strName);
     void Note(const QString& strNote);
     QString ShownName(int nNode) const;

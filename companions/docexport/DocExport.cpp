@@ -18,22 +18,6 @@ using Torvane::CRunException;
 
 namespace {
 
-QString WhyNotWritten(int nError) {
-    switch (nError) {
-    case ENOSPC:
-    case EDQUOT:
-        return DocText::c_strDiskFull;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return DocText::c_strNoPermission;
-    case EISDIR:
-        return DocText::c_strIsFolder;
-    default:
-        return Platform::SystemErrorText(nError);
-    }
-}
-
 void PutInPlace(const QString& strMade, const QString& strTarget) {
     QByteArray document;
     if (const int nError =
@@ -41,7 +25,7 @@ void PutInPlace(const QString& strMade, const QString& strTarget) {
         throw CRunException(DocText::c_strCannotRead.arg(strMade, Platform::SystemErrorText(nError)));
     // Written beside, flushed, and renamed over the old one; a link that stands there is replaced itself.
     if (const int nError = Platform::ReplaceFileBytes(QFile::encodeName(strTarget), document))
-        throw CRunException(DocText::c_strCannotWrite.arg(strTarget, WhyNotWritten(nError)));
+        throw CRunException(DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(nError)));
 }
 
 DocOutcome Export(const DocRequest& request, const PictureTakerMaker& pictures, DocProgress& progress) {
@@ -83,9 +67,9 @@ QString FaultOfTarget(const DocRequest& request) {
         return DocText::c_strNotDocx.arg(strTarget);
     const QString strFolder = QFileInfo(target.path()).canonicalFilePath();
     if (strFolder.isEmpty())
-        return DocText::c_strCannotWrite.arg(strTarget, DocText::c_strNoFolder);
+        return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(ENOENT));
     if (target.isDir())
-        return DocText::c_strCannotWrite.arg(strTarget, DocText::c_strIsFolder);
+        return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(EISDIR));
     const QString strData =
         QFileInfo(Platform::ToNative(CCoursePaths(request.ProjectPath).GetDataFolder(false)))
             .canonicalFilePath();

@@ -1,15 +1,15 @@
 #include "companions/docexport/Package.h"
 
+#include "companions/common/FileFault.h"
 #include "companions/docexport/PrintedPage.h"
 #include "companions/docexport/Texts.h"
 #include "foundation/Exceptions.h"
+#include "platform/base/FileCalls.h"
 
 #include <QFile>
 
 #include <archive.h>
 #include <archive_entry.h>
-
-#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -22,8 +22,8 @@ constexpr int c_nMode = 0644;
 [[noreturn]] void ThrowUnwritable(const QString& strPath, archive* pArchive) {
     const int nError = archive_errno(pArchive);
     throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
-        strPath, nError == ENOSPC || nError == EDQUOT ? DocText::c_strDiskFull
-                                                      : QString::fromUtf8(archive_error_string(pArchive))));
+        strPath,
+        nError > 0 ? Platform::SystemErrorText(nError) : QString::fromUtf8(archive_error_string(pArchive))));
 }
 
 } // namespace
@@ -46,7 +46,7 @@ void CWriter::Add(const Part& part) {
 void CWriter::AddFile(const QByteArray& name, const QString& strFile) {
     QFile file(strFile);
     if (!file.open(QIODevice::ReadOnly))
-        throw Torvane::CRunException(DocText::c_strCannotRead.arg(strFile, file.errorString()));
+        throw Torvane::CRunException(DocText::c_strCannotRead.arg(strFile, FileFaultText(file)));
     Begin(name, file.size());
     while (!file.atEnd())
         Take(file.read(c_nBlock));
@@ -116,9 +116,7 @@ void AppendFiltered(CReader& in, const QString& strPath, const Filter& filter) {
         bWritten = file.write(bytes) == bytes.size();
     }
     if (!bWritten || !file.flush())
-        throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
-            strPath,
-            file.error() == QFileDevice::ResourceError ? DocText::c_strDiskFull : file.errorString()));
+        throw Torvane::CRunException(DocText::c_strCannotWrite.arg(strPath, FileFaultText(file)));
 }
 
 void Write(const QString& strPath, const QList<Part>& parts) {

@@ -3,6 +3,7 @@
 #include "companions/docexport/TextLine.h"
 #include "foundation/HtmlTree.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 #include <QUrl>
@@ -52,14 +53,21 @@ bool IsPositive(const QString& strLength) {
     return !strLength.startsWith(u'-') && strLength.contains(QRegularExpression(u"[1-9]"_s));
 }
 
-int Pixels(const GumboElement& element, const char* szName) {
-    const QString strStyle = StyleValue(element, QString::fromLatin1(szName));
-    QString strValue = strStyle.isEmpty() ? QString::fromUtf8(AttributeValue(element, szName)) : strStyle;
-    if (strValue.endsWith("px"_L1))
-        strValue.chop(2);
-    bool bNumber = false;
-    const double dValue = strValue.toDouble(&bNumber);
-    return bNumber && dValue >= 1 && dValue < 100000 ? int(dValue) : 0;
+int Pixels(const GumboElement& element, const char* szName, int nWhole) {
+    static const QHash<QString, double> units = {{u""_s, 1},           {u"px"_s, 1},  {u"pt"_s, 96 / 72.0},
+                                                 {u"pc"_s, 16},        {u"in"_s, 96}, {u"cm"_s, 96 / 2.54},
+                                                 {u"mm"_s, 96 / 25.4}, {u"em"_s, 16}, {u"rem"_s, 16}};
+    static const QRegularExpression length(u"^\\s*([0-9]*\\.?[0-9]+)\\s*([a-z]*|%)\\s*$"_s);
+    for (const QString& strValue :
+         {StyleValue(element, QString::fromLatin1(szName)), AttributeText(element, szName).toLower()}) {
+        const auto match = length.match(strValue);
+        const QString strUnit = match.captured(2);
+        const double dUnit = strUnit == u"%"_s ? nWhole / 100.0 : units.value(strUnit);
+        const double dValue = match.captured(1).toDouble() * dUnit;
+        if (match.hasMatch() && dValue >= 1 && dValue < 100000)
+            return int(dValue);
+    }
+    return 0;
 }
 
 bool HoldsListsAlone(const GumboNode* pList) {

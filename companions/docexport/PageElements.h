@@ -22,8 +22,9 @@ bool HoldsListsAlone(const GumboNode* pList);
 
 /// A length other than none, and not one to the left.
 bool IsPositive(const QString& strLength);
-/// What the element's style or attribute says; 0 for nothing, or for another unit.
-int Pixels(const GumboElement& element, const char* szName);
+/// What the element's style or attribute says, in pixels of 1/96 inch; a percentage is one of nWhole. 0 for
+/// nothing, or for a unit that has no size on paper.
+int Pixels(const GumboElement& element, const char* szName, int nWhole = 0);
 /// What a drawing says that it shows.
 QString TitleOf(const GumboNode* pDrawing);
 /// Of a film, a program or a page within the page; empty when it tells none.

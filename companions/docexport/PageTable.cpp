@@ -24,6 +24,9 @@ constexpr int c_nShortest = 2;
 /// A short text had better stay in one line, and longer words may be broken.
 constexpr int c_nShort = 8;
 constexpr int c_nLongestWord = 20;
+/// Of a character, and what a picture takes at least unless it is smaller.
+constexpr double c_dPixels = 7;
+constexpr double c_dLeastPicture = 18;
 
 int WidthOf(QChar c) {
     return c.unicode() >= 0x2e80 ? 2 : 1;
@@ -31,6 +34,8 @@ int WidthOf(QChar c) {
 
 class CTableReader {
 public:
+    explicit CTableReader(const PictureWidth& widthOfPicture) : m_widthOfPicture(widthOfPicture) {}
+
     PageTable Read(const GumboNode* pTable) {
         Collect(pTable, false);
         FindPlaces();
@@ -118,9 +123,12 @@ private:
         return true;
     }
 
-    /// Tables within, headings, or pictures without borders around them.
+    /// It says so, or holds tables, headings, or pictures without borders around them.
     static bool HoldsLayout(const GumboNode* pTable) {
         const GumboElement& table = pTable->v.element;
+        const QByteArray role = AttributeValue(table, "role").trimmed().toLower();
+        if (role == "presentation" || role == "none")
+            return true;
         const bool bBordered = AttributeValue(table, "border").toInt() > 0 ||
                                AttributeValue(table, "style").contains("border") ||
                                !AttributeValue(table, "class").isEmpty();
@@ -152,6 +160,7 @@ private:
         double Word = c_nShortest;
         double Short = c_nShortest;
         double All = c_nShortest;
+        double Picture = 0;
 
         void Take(const QString& strText) {
             int nLine = 0;
@@ -187,6 +196,11 @@ private:
                 said[cell.Column].Percent = qMax(said[cell.Column].Percent, width.Percent);
                 said[cell.Column].Pixels = qMax(said[cell.Column].Pixels, width.Pixels);
                 needs[cell.Column].Take(TextBelow(cell.Node).trimmed());
+                ForEachElement(cell.Node, [&](const GumboNode* pNode) {
+                    if (pNode->v.element.tag == GUMBO_TAG_IMG)
+                        needs[cell.Column].Picture =
+                            qMax(needs[cell.Column].Picture, m_widthOfPicture(pNode->v.element) / c_dPixels);
+                });
             }
         }
         QList<double> widths = Fitted(needs);
@@ -228,9 +242,16 @@ private:
             nSize = 1;
         m_table.Text = PageTable::EText(nSize);
         const double dRoom = c_rooms[nSize];
+        // Pictures take what is free beside the words: they are made smaller, but not to thumbnails.
+        for (qsizetype i = 0; i < needs.size(); ++i) {
+            words[i] = qMax(words[i], qMin(needs[i].Picture, c_dLeastPicture) + c_nMargins);
+            shorts[i] = qMax(shorts[i], words[i]);
+            all[i] = qMax(all[i], qMin(needs[i].Picture, double(c_nWidest)) + c_nMargins);
+        }
         return Sum(shorts) > dRoom ? Between(words, shorts, dRoom) : Between(shorts, all, dRoom);
     }
 
+    const PictureWidth& m_widthOfPicture;
     PageTable m_table;
     int m_nColumns = 0;
 };
@@ -244,8 +265,8 @@ double PageTable::ShareOf(const Cell& cell) const {
     return dShare;
 }
 
-PageTable ReadTable(const GumboNode* pTable) {
-    return CTableReader().Read(pTable);
+PageTable ReadTable(const GumboNode* pTable, const PictureWidth& widthOfPicture) {
+    return CTableReader(widthOfPicture).Read(pTable);
 }
 
 QByteArray CellAlignment(const GumboNode* pCell) {

@@ -5,6 +5,8 @@
 
 #include <gumbo.h>
 
+#include <functional>
+
 /// A table of a page, taken apart. The nodes belong to the page's tree.
 struct PageTable {
     struct Cell {
@@ -33,7 +35,10 @@ struct PageTable {
     double ShareOf(const Cell& cell) const;
 };
 
-PageTable ReadTable(const GumboNode* pTable);
+/// How wide a picture (an img element) would like to stand, in pixels of 1/96 inch; 0 for none.
+using PictureWidth = std::function<int(const GumboElement& picture)>;
+
+PageTable ReadTable(const GumboNode* pTable, const PictureWidth& widthOfPicture);
 
 /// "center" or "right" for what stands so in the cell, by the cell, its row, or the paragraph in it.
 QByteArray CellAlignment(const GumboNode* pCell);

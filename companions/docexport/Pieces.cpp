@@ -1,5 +1,6 @@
 #include "companions/docexport/Pieces.h"
 
+#include "companions/common/FileFault.h"
 #include "companions/docexport/Package.h"
 #include "companions/docexport/PrintedPage.h"
 #include "companions/docexport/Texts.h"
@@ -216,9 +217,7 @@ public:
             AppendText(i, strText);
         QFile text(strText);
         if (!text.open(QIODevice::Append) || text.write(m_foot) != m_foot.size() || !text.flush())
-            throw Torvane::CRunException(DocText::c_strCannotWrite.arg(
-                strText,
-                text.error() == QFileDevice::ResourceError ? DocText::c_strDiskFull : text.errorString()));
+            throw Torvane::CRunException(DocText::c_strCannotWrite.arg(strText, FileFaultText(text)));
         text.close();
         Package::CWriter writer(m_strTo);
         for (qsizetype i = 0; i < m_pieces.size(); ++i)

@@ -125,7 +125,9 @@ private:
         else if (IsHeading(name) || IsBlock(name))
             WriteBlock(pNode, name);
         else if (name == "rt")
-            WriteReading(pNode);
+            WriteBetween(DocText::c_strReadingBegin, pNode, DocText::c_strReadingEnd);
+        else if (name == "q")
+            WriteBetween(DocText::c_strQuoteBegin, pNode, DocText::c_strQuoteEnd);
         else
             WriteChildren(pNode);
         if (bTurns)
@@ -150,11 +152,20 @@ private:
         Close("</div>");
     }
 
-    /// How the characters before are read.
-    void WriteReading(const GumboNode* pNode) {
-        m_line.AddText(DocText::c_strReadingBegin, m_style);
+    /// What browsers set signs around, or above.
+    void WriteBetween(const QString& strBegin, const GumboNode* pNode, const QString& strEnd) {
+        m_line.AddText(strBegin, m_style);
         WriteChildren(pNode);
-        m_line.AddText(DocText::c_strReadingEnd, m_style);
+        m_line.AddText(strEnd, m_style);
+    }
+
+    int WidthOfPicture(const GumboElement& element) const {
+        const QString strReference = AttributeText(element, "src");
+        const int nSaid = Pixels(element, "width");
+        if (strReference.isEmpty() || nSaid > 0)
+            return strReference.isEmpty() ? 0 : nSaid;
+        const std::optional<ReadyPicture> picture = m_surroundings.Picture(strReference);
+        return picture ? picture->Width : 0;
     }
 
     /// A paragraph of its own for each line: a word processor would stretch one that ends in the middle.
@@ -177,7 +188,7 @@ private:
             m_bHeading = true;
         } else if (m_bHeading || m_bTable) {
             // Nothing changes the looks of a heading, and cells have theirs.
-        } else if (alignment == "center" || name == "center" || name == "figcaption") {
+        } else if (alignment == "center" || name == "center" || name == "figure" || name == "figcaption") {
             m_paragraph = "Centered";
         } else if (m_bRightToLeft) {
             // It stands on the right as it is, and there word processors take the one side for the other.
@@ -216,7 +227,7 @@ private:
     void WritePicture(const GumboElement& element) {
         const QString strReference = AttributeText(element, "src");
         const QString strAlt = QString::fromUtf8(AttributeValue(element, "alt")).simplified();
-        const int nWidth = Pixels(element, "width");
+        const int nWidth = Pixels(element, "width", m_nMaxWidth);
         const int nHeight = Pixels(element, "height");
         // Dots that held places open, and counters.
         if ((nWidth > 0 && nWidth <= 2) || (nHeight > 0 && nHeight <= 2) || strReference.isEmpty())
@@ -238,7 +249,7 @@ private:
             return m_line.AddText(strTitle, m_style);
         const GumboElement& element = pNode->v.element;
         if (picture->Width > 2 && picture->Height > 2)
-            m_line.AddPicture(PictureHtml(*picture, strTitle, Pixels(element, "width"),
+            m_line.AddPicture(PictureHtml(*picture, strTitle, Pixels(element, "width", m_nMaxWidth),
                                           Pixels(element, "height"), m_nMaxWidth),
                               m_style);
     }
@@ -333,7 +344,8 @@ private:
 
     void WriteTable(const GumboNode* pNode) {
         EndLine();
-        const PageTable table = ReadTable(pNode);
+        const PageTable table =
+            ReadTable(pNode, [this](const GumboElement& element) { return WidthOfPicture(element); });
         if (table.Caption)
             WriteBlock(table.Caption, "center");
         if (table.IsLayout || m_bTable) {

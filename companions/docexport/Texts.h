@@ -27,6 +27,8 @@ inline const QString c_strUnreadablePage = QStringLiteral("（本栏目的页面
 inline const QString c_strSlide = QStringLiteral("第 %1 页");
 inline const QString c_strReadingBegin = QStringLiteral("（");
 inline const QString c_strReadingEnd = QStringLiteral("）");
+inline const QString c_strQuoteBegin = QStringLiteral("“");
+inline const QString c_strQuoteEnd = QStringLiteral("”");
 inline const QString c_strMedium = QStringLiteral("［多媒体内容 %1］");
 
 // What the teacher should know.
@@ -40,6 +42,7 @@ inline const QString c_strNoteSlowDrawing = QStringLiteral("栏目“%1”的图
 inline const QString c_strNoteEmptyDrawing = QStringLiteral("栏目“%1”的图片“%2”画出来是空白，未导出。");
 inline const QString c_strNoteHint = QStringLiteral("栏目“%1”的页面还有模板提示，未导出。");
 inline const QString c_strDrawing = QStringLiteral("页面中的 SVG 图形");
+inline const QString c_strPictureInPage = QStringLiteral("页面中嵌入的图片");
 inline const QString c_strNoteNetPicture = QStringLiteral("栏目“%1”的图片“%2”在网络上，未导出。");
 inline const QString c_strNoteLinkedFile = QStringLiteral("栏目“%1”的页面链接的文件“%2”不在文档中。");
 inline const QString c_strNoteMedium =
@@ -69,10 +72,6 @@ inline const QString c_strBrokenDocument = QStringLiteral("转换程序写出的
 inline const QString c_strNoTemporary = QStringLiteral("无法在临时文件夹“%1”中写入：%2。");
 inline const QString c_strCannotWrite = QStringLiteral("无法写入“%1”：%2。");
 inline const QString c_strCannotRead = QStringLiteral("无法读取“%1”：%2。");
-inline const QString c_strDiskFull = QStringLiteral("磁盘空间不足");
-inline const QString c_strNoPermission = QStringLiteral("没有权限");
-inline const QString c_strNoFolder = QStringLiteral("文件夹不存在");
-inline const QString c_strIsFolder = QStringLiteral("同名的文件夹挡住了它");
 inline const QString c_strForbiddenTarget = QStringLiteral("“%1”不能用：它在课程的数据文件夹中。");
 inline const QString c_strNotDocx = QStringLiteral("“%1”不能用：文件名应以 .docx 结尾。");
 inline const QString c_strFailed = QStringLiteral("导出失败：%1");

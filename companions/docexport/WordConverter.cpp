@@ -4,6 +4,7 @@
 #include "companions/docexport/Pieces.h"
 #include "companions/docexport/PrintedPage.h"
 #include "office/OutputFile.h"
+#include "platform/base/FileCalls.h"
 #include "platform/base/Process.h"
 
 #include <QDateTime>
@@ -11,6 +12,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QXmlStreamReader>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 using Torvane::CRunException;
@@ -87,15 +90,14 @@ CWordConverter::CWordConverter(DocProgress& progress)
     if (!m_converter.IsReady() || !QDir().mkpath(PictureFolder()) ||
         !QDir().mkpath(m_converter.Path(u"pandoc"_s)))
         throw CRunException(DocText::c_strNoTemporary.arg(
-            QDir::tempPath(),
-            m_converter.IsOutOfSpace() ? DocText::c_strDiskFull : DocText::c_strNoPermission));
+            QDir::tempPath(), Platform::SystemErrorText(m_converter.IsOutOfSpace() ? ENOSPC : EACCES)));
 }
 
 void CWordConverter::WriteInput(const QString& strName, const QByteArray& bytes) const {
     if (!Torvane::Office::WriteBytes(m_converter.Path(strName), bytes))
         throw CRunException(DocText::c_strCannotWrite.arg(
             m_converter.Path(strName),
-            m_converter.IsOutOfSpace() ? DocText::c_strDiskFull : DocText::c_strNoPermission));
+            Platform::SystemErrorText(m_converter.IsOutOfSpace() ? ENOSPC : EACCES)));
 }
 
 void CWordConverter::Check(EConversion eEnd) const {
@@ -126,9 +128,10 @@ QString CWordConverter::RunPandoc(int nPiece) {
     if (eEnd != Platform::EProgramEnd::Ended)
         throw CRunException(DocText::c_strNoConverter);
     if (QFileInfo(strOutput).size() <= 0)
-        throw CRunException(m_converter.IsOutOfSpace()
-                                ? DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull)
-                                : DocText::c_strConverterFailed);
+        throw CRunException(
+            m_converter.IsOutOfSpace()
+                ? DocText::c_strNoTemporary.arg(QDir::tempPath(), Platform::SystemErrorText(ENOSPC))
+                : DocText::c_strConverterFailed);
     return strOutput;
 }
 
@@ -138,7 +141,8 @@ void CWordConverter::Join(const QStringList& pieces, const QString& strTo) const
     } catch (const CRunException&) {
         // A full volume leaves half a piece.
         if (m_converter.IsOutOfSpace())
-            throw CRunException(DocText::c_strNoTemporary.arg(QDir::tempPath(), DocText::c_strDiskFull));
+            throw CRunException(
+                DocText::c_strNoTemporary.arg(QDir::tempPath(), Platform::SystemErrorText(ENOSPC)));
         throw;
     }
 }

@@ -50,9 +50,6 @@ inline const QString c_strNoTemplate = QStringLiteral("下载的内容不是模�
 // The disk.
 inline const QString c_strBadTarget = QStringLiteral("目标文件夹“%1”无效。");
 inline const QString c_strCannotWrite = QStringLiteral("无法写入“%1”：%2。");
-inline const QString c_strDiskFull = QStringLiteral("磁盘空间不足");
-inline const QString c_strNoPermission = QStringLiteral("没有权限");
-inline const QString c_strNameTaken = QStringLiteral("同名的文件挡住了它");
 inline const QString c_strBusy = QStringLiteral("另一个模板正在下载，请等它结束后重试。");
 
 } // namespace FetchText

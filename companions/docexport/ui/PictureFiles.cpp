@@ -3,6 +3,7 @@
 #include "companions/docexport/Texts.h"
 #include "foundation/Exceptions.h"
 #include "office/OutputFile.h"
+#include "platform/base/FileCalls.h"
 #include "platform/base/Process.h"
 
 #include <QBuffer>
@@ -13,6 +14,7 @@
 #include <QImageReader>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -33,8 +35,8 @@ void Check(bool bWritten, const QString& strTarget, qint64 nBytes) {
     // What there is of it takes room that it would have filled.
     QFile::remove(strTarget);
     const bool bRoom = Torvane::Office::HasRoom(QFileInfo(strTarget).path(), nBytes);
-    throw Torvane::CRunException(DocText::c_strCannotWrite.arg(strTarget, bRoom ? DocText::c_strNoPermission
-                                                                                : DocText::c_strDiskFull));
+    throw Torvane::CRunException(
+        DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(bRoom ? EACCES : ENOSPC)));
 }
 
 /// What a file is its bytes say; packed ones, which say nothing, and those that begin with long remarks go by
