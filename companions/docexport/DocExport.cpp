@@ -68,6 +68,9 @@ QString FaultOfTarget(const DocRequest& request) {
     const QString strFolder = QFileInfo(target.path()).canonicalFilePath();
     if (strFolder.isEmpty())
         return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(ENOENT));
+    // A large course takes minutes, after which it would be late to say so.
+    if (!QFileInfo(strFolder).isWritable())
+        return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(EACCES));
     if (target.isDir())
         return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(EISDIR));
     const QString strData =

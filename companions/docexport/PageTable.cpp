@@ -19,7 +19,8 @@ constexpr int c_nMaxRows = 10000;
 /// column may rather break its lines.
 constexpr std::array<double, 3> c_rooms = {86, 100, 120};
 constexpr int c_nWidest = 60;
-constexpr int c_nMargins = 3;
+/// The styles of the texts draw those of the smallest narrower.
+constexpr std::array<double, 3> c_margins = {3, 3, 1};
 constexpr int c_nShortest = 2;
 /// A short text had better stay in one line, and longer words may be broken.
 constexpr int c_nShort = 8;
@@ -39,8 +40,10 @@ public:
     PageTable Read(const GumboNode* pTable) {
         Collect(pTable, false);
         FindPlaces();
-        m_table.IsLayout = m_nColumns < 2 || m_nColumns > c_nMaxColumns || m_table.Rows.size() > c_nMaxRows ||
-                           HoldsLayout(pTable);
+        // One cell with a border is a frame around something that is to be seen.
+        const int nLeastColumns = AttributeValue(pTable->v.element, "border").toInt() > 0 ? 1 : 2;
+        m_table.IsLayout = m_nColumns < nLeastColumns || m_nColumns > c_nMaxColumns ||
+                           m_table.Rows.size() > c_nMaxRows || HoldsLayout(pTable);
         // As many as no cell reaches out of.
         qsizetype nReach = m_table.HeaderRows;
         for (qsizetype i = m_table.HeaderRows; i + 1 < m_table.Rows.size() && IsHeaderRow(m_table.Rows[i]);
@@ -229,24 +232,26 @@ private:
 
     /// Words are not broken where smaller text can help, and short texts only where there is no room.
     QList<double> Fitted(const QList<Need>& needs) {
-        QList<double> words, shorts, all;
-        for (const Need& need : needs) {
-            words.append(need.Word + c_nMargins);
-            shorts.append(need.Short + c_nMargins);
-            all.append(need.All + c_nMargins);
-        }
+        const auto sum = [&](double Need::*part, size_t nSize) {
+            double dSum = 0;
+            for (const Need& need : needs)
+                dSum += need.*part + c_margins[nSize];
+            return dSum;
+        };
         size_t nSize = 0;
-        while (nSize + 1 < c_rooms.size() && Sum(words) > c_rooms[nSize])
+        while (nSize + 1 < c_rooms.size() && sum(&Need::Word, nSize) > c_rooms[nSize])
             ++nSize;
-        if (nSize == 0 && Sum(shorts) > c_rooms[0])
+        if (nSize == 0 && sum(&Need::Short, 0) > c_rooms[0])
             nSize = 1;
         m_table.Text = PageTable::EText(nSize);
         const double dRoom = c_rooms[nSize];
-        // Pictures take what is free beside the words: they are made smaller, but not to thumbnails.
-        for (qsizetype i = 0; i < needs.size(); ++i) {
-            words[i] = qMax(words[i], qMin(needs[i].Picture, c_dLeastPicture) + c_nMargins);
-            shorts[i] = qMax(shorts[i], words[i]);
-            all[i] = qMax(all[i], qMin(needs[i].Picture, double(c_nWidest)) + c_nMargins);
+        QList<double> words, shorts, all;
+        for (const Need& need : needs) {
+            // Pictures take what is free beside the words: they are made smaller, but not to thumbnails.
+            const double dLeast = qMax(need.Word, qMin(need.Picture, c_dLeastPicture));
+            words.append(dLeast + c_margins[nSize]);
+            shorts.append(qMax(need.Short, dLeast) + c_margins[nSize]);
+            all.append(qMax(need.All, qMin(need.Picture, double(c_nWidest))) + c_margins[nSize]);
         }
         return Sum(shorts) > dRoom ? Between(words, shorts, dRoom) : Between(shorts, all, dRoom);
     }
