@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 #include <cerrno>
 #include <exception>
@@ -70,7 +71,8 @@ QString FaultOfTarget(const DocRequest& request) {
         return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(ENOENT));
     // A large course takes minutes, after which it would be late to say so.
     if (!QFileInfo(strFolder).isWritable())
-        return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(EACCES));
+        return DocText::c_strCannotWrite.arg(
+            strTarget, Platform::SystemErrorText(QStorageInfo(strFolder).isReadOnly() ? EROFS : EACCES));
     if (target.isDir())
         return DocText::c_strCannotWrite.arg(strTarget, Platform::SystemErrorText(EISDIR));
     const QString strData =
