@@ -197,7 +197,8 @@ private:
             m_paragraph = "Right Aligned";
         } else if (alignment == "left" || alignment == "justify") {
             m_paragraph.clear();
-        } else if (name == "dd") {
+        } else if (name == "dd" ||
+                   (name == "p" && IsPositive(StyleValue(pNode->v.element, u"margin-left"_s)))) {
             m_paragraph = "Indented";
         } else if (IsPositive(StyleValue(pNode->v.element, u"text-indent"_s))) {
             m_paragraph = c_firstLine;
