@@ -1,7 +1,9 @@
 // What compile.sh compiles.
-//   bench_make_texts FOLDER SEED_DATABASE PAGES
+//   bench_make_texts FOLDER SEED_DATABASE PAGES [MATERIAL...]
 // FOLDER/course: a course with PAGES pages in chapters of sections (20 by 25), each with its own text;
-// FOLDER/program: its installation; FOLDER/hugo/content: the same tree with the same texts for Hugo.
+// FOLDER/program: its installation; FOLDER/hugo/content: the same tree with the same texts for Hugo. Each
+// MATERIAL becomes a node of one more chapter of the course alone: a folder with an index.html an imported
+// site, a file an external file.
 #include "course/BookDatabase.h"
 #include "course/TitleCipher.h"
 #include "foundation/CodePage.h"
@@ -16,6 +18,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -66,11 +69,12 @@ public:
         QFile(m_strStore).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     }
 
-    void Make(int nPages) {
+    void Make(int nPages, const QStringList& material) {
         const CTitleCipher cipher(c_nCourse);
         SQLite::Database store(m_strStore.toStdString(), SQLite::OPEN_READWRITE);
         SQLite::Transaction transaction(store);
-        const auto add = [&](int nParent, int nIndex, const QString& strTitle, bool bPage) {
+        const auto add = [&](int nParent, int nIndex, const QString& strTitle, int nType,
+                             const QString& strContent = {}) {
             SQLite::Statement insert(store, "INSERT INTO Book (Id, ParentId, [Index], Title, Type, Path) "
                                             "VALUES (?, ?, ?, ?, ?, ?)");
             const int nId = ++m_nLast;
@@ -78,8 +82,9 @@ public:
             insert.bind(2, nParent);
             insert.bind(3, nIndex);
             insert.bind(4, cipher.Stored(strTitle).toStdString());
-            insert.bind(5, bPage ? NodeType::c_nEditorPage : NodeType::c_nEmpty);
-            insert.bind(6, bPage ? "N" + std::to_string(nId) + "\\Content.htm" : std::string());
+            insert.bind(5, nType);
+            insert.bind(6, strContent.isEmpty() ? std::string()
+                                                : u"N%1\\%2"_s.arg(nId).arg(strContent).toStdString());
             insert.exec();
             return nId;
         };
@@ -87,28 +92,48 @@ public:
         int nPage = 0;
         for (int nChapter = 0; nChapter < c_nChapters; ++nChapter) {
             const QString strChapter = u"第%1章"_s.arg(nChapter + 1);
-            const int nChapterId = add(c_nRootNodeId, nChapter + 1, strChapter, false);
+            const int nChapterId = add(c_nRootNodeId, nChapter + 1, strChapter, NodeType::c_nEmpty);
             const QString strChapterFolder = u"/c%1"_s.arg(nChapter + 1);
             WriteHugo(strChapterFolder + "/_index.html"_L1, strChapter, nChapter + 1, {});
             for (int nSection = 0; nSection < c_nSections; ++nSection) {
                 const QString strSection = u"第%1节"_s.arg(nSection + 1);
-                const int nSectionId = add(nChapterId, nSection + 1, strSection, false);
+                const int nSectionId = add(nChapterId, nSection + 1, strSection, NodeType::c_nEmpty);
                 const QString strFolder = strChapterFolder + u"/s%1"_s.arg(nSection + 1);
                 WriteHugo(strFolder + "/_index.html"_L1, strSection, nSection + 1, {});
                 const int nEnd = nPages * (nChapter * c_nSections + nSection + 1) / nSections;
                 for (int nRow = 1; nPage < nEnd; ++nPage, ++nRow) {
                     const QString strTitle = u"知识点%1 数据结构"_s.arg(nPage + 1);
-                    const int nId = add(nSectionId, nRow, strTitle, true);
+                    const int nId =
+                        add(nSectionId, nRow, strTitle, NodeType::c_nEditorPage, u"Content.htm"_s);
                     const QString strText = TextOf(nPage);
                     Write(m_strResources + u"N%1/Content.htm"_s.arg(nId), CodePage::Encode(strText));
                     WriteHugo(strFolder + u"/p%1.html"_s.arg(nPage + 1), strTitle, nRow, strText);
                 }
             }
         }
+        int nRow = 0;
+        const int nChapterId =
+            material.isEmpty() ? 0 : add(c_nRootNodeId, c_nChapters + 1, u"资料"_s, NodeType::c_nEmpty);
+        for (const QString& strMaterial : material) {
+            const QFileInfo source(strMaterial);
+            const QString strName = source.fileName();
+            const int nId =
+                source.isDir()
+                    ? add(nChapterId, ++nRow, strName, NodeType::c_nSite, strName + u"\\index.html"_s)
+                    : add(nChapterId, ++nRow, strName, NodeType::c_nExternalFile, strName);
+            Copy(strMaterial, m_strResources + u"N%1"_s.arg(nId));
+        }
         transaction.commit();
     }
 
 private:
+    static void Copy(const QString& strSource, const QString& strFolder) {
+        QDir().mkpath(strFolder);
+        const std::filesystem::path source(strSource.toStdString());
+        std::filesystem::copy(source, std::filesystem::path(strFolder.toStdString()) / source.filename(),
+                              std::filesystem::copy_options::recursive);
+    }
+
     void WriteHugo(const QString& strFile, const QString& strTitle, int nWeight, const QString& strText) {
         const QString strPage =
             u"---\ntitle: \"%1\"\nweight: %2\n---\n"_s.arg(strTitle).arg(nWeight) + strText;
@@ -126,10 +151,10 @@ private:
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 4) {
-        std::fprintf(stderr, "usage: bench_make_texts FOLDER SEED_DATABASE PAGES\n");
+    if (arguments.size() < 4) {
+        std::fprintf(stderr, "usage: bench_make_texts FOLDER SEED_DATABASE PAGES [MATERIAL...]\n");
         return 2;
     }
-    CTexts(arguments[1], arguments[2]).Make(arguments[3].toInt());
+    CTexts(arguments[1], arguments[2]).Make(arguments[3].toInt(), arguments.mid(4));
     return 0;
 }
