@@ -5,11 +5,11 @@
 #include "companions/compiler/Texts.h"
 #include "foundation/Exceptions.h"
 #include "foundation/IniFile.h"
-#include "platform/base/FileCalls.h"
 #include "platform/base/NativePath.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -117,9 +117,9 @@ QString RememberedFolder(const CSiteModel& model, QString* pRemark) {
     return strCourse;
 }
 
-QString ProposedFolder(const QString& strProjectPath) {
+QString ProposedFolder(const QString& strProjectPath, QString* pRemark) {
     try {
-        return RememberedFolder(CSiteModel(strProjectPath));
+        return RememberedFolder(CSiteModel(strProjectPath), pRemark);
     } catch (const Torvane::CException&) {
         return CourseFolder(strProjectPath);
     }
@@ -164,6 +164,6 @@ QString FaultOfOutput(const CompileRequest& request) {
     if (IsWithin(strNearest, strData))
         return CompilerText::c_strForbiddenOutput.arg(strFolder);
     if (!QFileInfo(strNearest).isWritable())
-        return CompilerText::c_strCannotWrite.arg(strFolder, Platform::SystemErrorText(EACCES));
+        return CannotWriteText(strFolder, QStorageInfo(strNearest).isReadOnly() ? EROFS : EACCES);
     return QString();
 }

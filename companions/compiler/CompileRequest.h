@@ -28,7 +28,7 @@ CompileRequest ReadArgument(const QString& strArgument);
 /// empty. pRemark gets a sentence for the person where the remembered folder is of no use any more.
 QString RememberedFolder(const CSiteModel& model, QString* pRemark = nullptr);
 /// The same for a course that may be unreadable: the folder of its project file then.
-QString ProposedFolder(const QString& strProjectPath);
+QString ProposedFolder(const QString& strProjectPath, QString* pRemark = nullptr);
 
 /// The output folder for the one that a person chose, who may well choose a form's own folder in it.
 QString OutputFolderFor(const QString& strChosen);

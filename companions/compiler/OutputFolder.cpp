@@ -76,7 +76,31 @@ QString WhyNotWritten(int nError) {
     }
 }
 
+QString WhatToDo(int nError) {
+    switch (nError) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return CompilerText::c_strChooseAnother;
+    case ENOSPC:
+    case EDQUOT:
+        return CompilerText::c_strMakeRoom;
+    case ENOENT:
+    case ESTALE:
+        return CompilerText::c_strTakenAway;
+    case EEXIST:
+    case EISDIR:
+        return CompilerText::c_strRenameIt;
+    default:
+        return QString();
+    }
+}
+
 } // namespace
+
+QString CannotWriteText(const QString& strPath, int nError) {
+    return CompilerText::c_strCannotWrite.arg(strPath, WhyNotWritten(nError)) + WhatToDo(nError);
+}
 
 COutputFolder::COutputFolder(const QString& strFolder, const QString& strCourseFolder,
                              const QString& strDataFolder, const QString& strOwner,
@@ -157,7 +181,7 @@ QString COutputFolder::Target(const QString& strName) const {
 
 void COutputFolder::Fail(const QString& strName, int nError) const {
     const QString strPath = strName.isEmpty() ? m_strFolder : Target(strName);
-    throw Torvane::CRunException(CompilerText::c_strCannotWrite.arg(strPath, WhyNotWritten(nError)));
+    throw Torvane::CRunException(CannotWriteText(strPath, nError));
 }
 
 void COutputFolder::ReadList(const QString& strOwner) {

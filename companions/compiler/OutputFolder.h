@@ -34,6 +34,9 @@ struct OutputRecord {
     bool bStands = false;
 };
 
+/// What there is to say of a place (native) that can't be written, by the system's code, and what to do.
+QString CannotWriteText(const QString& strPath, int nError);
+
 /// The folder that a site is written into. Nothing outside it is ever written. A file appears whole or not at
 /// all: it is written in a folder of its own within and then moved to its place, so that a compiler that is
 /// killed leaves no half page. A list of what was written lies in the folder; by it the next compile knows

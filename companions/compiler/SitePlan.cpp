@@ -8,13 +8,11 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "foundation/Urls.h"
-#include "platform/base/FileCalls.h"
 #include "video/Recording.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -117,8 +115,7 @@ void CSitePlan::CheckFolder() const {
         return ShowsFile(node.Row) || node.Row.Type == NodeType::c_nVideo;
     };
     if (!m_tree.IsThere() && std::ranges::any_of(m_model.Nodes(), hasContent))
-        throw Torvane::CRunException(
-            CompilerText::c_strCannotRead.arg(m_tree.NativeFolder(), Platform::SystemErrorText(ENOENT)));
+        throw Torvane::CRunException(CompilerText::c_strNoResources.arg(m_tree.NativeFolder()));
 }
 
 void CSitePlan::LookUpFiles() {

@@ -20,23 +20,30 @@ inline const QString c_strUnknownOption = QStringLiteral("不认识的选项“%
 inline const QString c_strUnknownForm = QStringLiteral("不认识的合成格式“%1”。");
 inline const QString c_strNoProject = QStringLiteral("找不到课程文件“%1”。");
 inline const QString c_strBadProject = QStringLiteral("读取课程文件“%1”失败：文件不完整或已损坏。");
-inline const QString c_strNoDatabase = QStringLiteral("找不到课程数据库“%1”。");
+inline const QString c_strNoDatabase = QStringLiteral("找不到课程数据库“%1”，请用课程的备份恢复后重试。");
 inline const QString c_strBadDatabase =
-    QStringLiteral("读取课程数据库失败：数据库已损坏或不是课程数据库（%1）。");
+    QStringLiteral("读取课程数据库失败：数据库已损坏或不是课程数据库（%1）。请用课程的备份恢复后重试。");
 inline const QString c_strLockedDatabase = QStringLiteral("课程数据库正被其他程序使用，请关闭后重试（%1）。");
 inline const QString c_strNoRoot = QStringLiteral("课程数据库中没有课程的根栏目。");
 inline const QString c_strForbiddenOutput =
-    QStringLiteral("输出文件夹“%1”不能用：它是课程文件夹、课程数据所在的文件夹，或者包含它们。");
+    QStringLiteral("输出文件夹“%1”不能用：它在课程的数据文件夹里，或者包含整个课程。请另选一个。");
 inline const QString c_strOutputIsLink = QStringLiteral("输出文件夹中的“%1”是一个链接，不向它写入。");
-inline const QString c_strOutputIsFile = QStringLiteral("输出文件夹“%1”不能用：它是一个文件。");
+inline const QString c_strOutputIsFile = QStringLiteral("输出文件夹“%1”不能用：它是一个文件。请另选一个。");
 inline const QString c_strNotAbsolute = QStringLiteral("输出文件夹“%1”不能用：请写出完整的路径。");
 inline const QString c_strOtherCourse =
     QStringLiteral("“%1”里是另一门课程的合成结果，请另选一个输出文件夹。");
 inline const QString c_strNotRemembered = QStringLiteral("未能在课程文件中记住输出文件夹：%1");
-inline const QString c_strOutputBusy = QStringLiteral("另一个合成程序正在向“%1”写入。");
+inline const QString c_strOutputBusy =
+    QStringLiteral("另一个合成程序正在向“%1”写入，请等它结束后再合成一次。");
 inline const QString c_strCannotWrite = QStringLiteral("无法写入“%1”：%2。");
 inline const QString c_strCannotRead = QStringLiteral("无法读取“%1”：%2。");
 inline const QString c_strNameTaken = QStringLiteral("同名的文件夹挡住了它");
+inline const QString c_strChooseAnother = QStringLiteral("请另选一个输出文件夹。");
+inline const QString c_strMakeRoom = QStringLiteral("请清理磁盘后再合成一次，或者另选一个输出文件夹。");
+inline const QString c_strTakenAway = QStringLiteral("它可能刚刚被移走或删除了，请再合成一次。");
+inline const QString c_strRenameIt = QStringLiteral("请把那个文件夹改名或移走后再合成一次。");
+inline const QString c_strNoResources =
+    QStringLiteral("找不到课程的资源文件夹“%1”，请把它放回原处，或用课程的备份恢复后重试。");
 inline const QString c_strDone =
     QStringLiteral("合成完毕：%1 个页面，%2 个其他文件，其中 %3 个有变化，位于“%4”。");
 inline const QString c_strDoneApplication = QStringLiteral("申报网站位于“%1”，提交时请连同课程网站。");
@@ -79,6 +86,8 @@ inline const QString c_strNoteHugeSite =
 inline const QString c_strNoteLargeText = QStringLiteral("文件“%1”过大，原样复制，其中的链接未作修正。");
 
 // The window.
+inline const QString c_strHowToCompile =
+    QStringLiteral("请在课程程序中打开课程后合成。命令的写法见 VorelCompiler --help。");
 inline const QString c_strTitle = QStringLiteral("合成课程");
 inline const QString c_strIntroSite =
     QStringLiteral("把课程“%1”合成为网站。课程网站写入输出文件夹下的“课程网站”，申报网站写入“申报网站”。");

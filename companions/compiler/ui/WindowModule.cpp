@@ -38,6 +38,6 @@ extern "C" Q_DECL_EXPORT int VorelCompileInWindow(int& argc, char** argv,
     CompanionProgram::PrepareWindows();
     if (strFault.isEmpty())
         return Run(options.Request);
-    CompanionProgram::ShowFault(CompilerText::c_strTitle, strFault + u'\n' + CompilerText::c_strUsage);
+    CompanionProgram::ShowFault(CompilerText::c_strTitle, strFault + u'\n' + CompilerText::c_strHowToCompile);
     return CompilerConsole::c_nBadCommand;
 }
