@@ -53,8 +53,8 @@ CTaskWindow::CTaskWindow(const TaskTexts& texts, std::unique_ptr<ITask> pTask, c
     // The application that waits for it paints, but takes no input: this window must not be lost behind it.
     : QDialog(nullptr,
               Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
-      m_texts(texts), m_pTask(std::move(pTask)), m_pIcon(new QLabel), m_pHead(MakeLabel(u"head"_s)),
-      m_pForm(new QWidget), m_pButtons(new QDialogButtonBox) {
+      m_texts(texts), m_pTask(std::move(pTask)), m_pTimer(new QTimer(this)), m_pIcon(new QLabel),
+      m_pHead(MakeLabel(u"head"_s)), m_pForm(new QWidget), m_pButtons(new QDialogButtonBox) {
     setObjectName(u"CTaskWindow"_s);
     setWindowTitle(m_texts.Title);
     m_pHead->setText(m_texts.Introduction);
@@ -69,6 +69,7 @@ CTaskWindow::CTaskWindow(const TaskTexts& texts, std::unique_ptr<ITask> pTask, c
     m_pCancel->setObjectName(u"cancel"_s);
     m_pCopy->setAutoDefault(false);
     m_pCopy->hide();
+    connect(m_pTimer, &QTimer::timeout, this, &CTaskWindow::ShowProgress);
     connect(m_pCopy, &QPushButton::clicked, this, &CTaskWindow::CopyReport);
     connect(m_pButtons, &QDialogButtonBox::accepted, this, &CTaskWindow::Accept);
     connect(m_pButtons, &QDialogButtonBox::rejected, this, &CTaskWindow::reject);
@@ -142,6 +143,7 @@ void CTaskWindow::showEvent(QShowEvent* pEvent) {
     QDialog::showEvent(pEvent);
     if (pEvent->spontaneous())
         return;
+    Fit();
     const QRect place = screen()->availableGeometry();
     const int nTop = qMin(place.center().y() + c_nBelowMiddle, place.bottom() - height() - c_nBelowMiddle);
     move(place.center().x() - width() / 2, nTop);
@@ -181,8 +183,14 @@ void CTaskWindow::Start() {
     const QString strPlace = m_pTask->Complete(m_pPlace->text());
     if (!MayBegin(strPlace))
         return;
+    if (m_worker.joinable())
+        m_worker.join();
+    m_pTask->Prepare();
     m_pPlace->setText(strPlace);
     m_eState = EState::Working;
+    m_pIcon->hide();
+    m_pHead->setText(m_texts.Introduction);
+    m_pCancel->setText(CompanionText::c_strCancel);
     m_pForm->hide();
     m_pStart->hide();
     m_pBar->show();
@@ -191,9 +199,7 @@ void CTaskWindow::Start() {
     // An Enter too many must not stop it.
     m_pCancel->setDefault(false);
     m_pCancel->setAutoDefault(false);
-    auto* pTimer = new QTimer(this);
-    connect(pTimer, &QTimer::timeout, this, &CTaskWindow::ShowProgress);
-    pTimer->start(c_nRefreshMilliseconds);
+    m_pTimer->start(c_nRefreshMilliseconds);
     ShowProgress();
     m_worker = std::thread([this, strPlace] {
         const TaskOutcome outcome = m_pTask->Work(strPlace);
@@ -221,10 +227,28 @@ void CTaskWindow::ShowProgress() {
 }
 
 void CTaskWindow::End(const TaskOutcome& outcome) {
+    m_pTimer->stop();
     m_eState = EState::Ended;
     m_eEnd = outcome.End;
     if (outcome.End == TaskOutcome::EEnd::Cancelled)
         return QDialog::reject();
+    ShowOutcome(outcome);
+    if (outcome.End == TaskOutcome::EEnd::Failed)
+        AskAgain();
+    Fit();
+}
+
+void CTaskWindow::AskAgain() {
+    m_eState = EState::Asking;
+    m_pForm->show();
+    m_pStart->show();
+    m_pStart->setDefault(true);
+    m_pCancel->setAutoDefault(true);
+    m_pPlace->setFocus();
+    m_pPlace->selectAll();
+}
+
+void CTaskWindow::ShowOutcome(const TaskOutcome& outcome) {
     const bool bDone = m_eEnd == TaskOutcome::EEnd::Done;
     const auto icon = bDone ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxCritical;
     const int nSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
@@ -250,14 +274,13 @@ void CTaskWindow::End(const TaskOutcome& outcome) {
     m_pCancel->setEnabled(true);
     m_pCancel->setDefault(true);
     m_pCancel->setFocus();
-    adjustSize();
-    Fit();
 }
 
-/// A window does not grow by itself with lines that a text breaks into.
+/// A window does not grow by itself with lines that a text breaks into, and as high as its labels would like
+/// to be they leave it half empty.
 void CTaskWindow::Fit() {
     layout()->activate();
-    resize(width(), qMax(height(), layout()->totalHeightForWidth(width())));
+    resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 void CTaskWindow::CopyReport() {

@@ -13,6 +13,7 @@ class QLineEdit;
 class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
+class QTimer;
 
 /// How far a task is, for the window.
 struct TaskProgress {
@@ -37,6 +38,8 @@ public:
     virtual QString FaultOf(const QString& strPlace) const = 0;
     /// What has to be asked before it begins; empty for nothing.
     virtual QString QuestionFor(const QString& strPlace) const = 0;
+    /// Before each Work, of which another may come where one has failed.
+    virtual void Prepare() = 0;
     /// Does it, on a thread of its own. Never throws.
     virtual TaskOutcome Work(const QString& strPlace) = 0;
     virtual TaskProgress Progress() const = 0;
@@ -58,7 +61,8 @@ struct TaskTexts {
     QString NotOpened;
 };
 
-/// A companion's one window. It asks where to, works, shows how far it is, and reports in the end.
+/// A companion's one window. It asks where to, works, shows how far it is, and reports in the end. Where that
+/// is a failure the person may try again, maybe elsewhere.
 class CTaskWindow : public QDialog {
     Q_OBJECT
 public:
@@ -87,6 +91,8 @@ private:
     bool MayBegin(const QString& strPlace);
     void Start();
     void ShowProgress();
+    void ShowOutcome(const TaskOutcome& outcome);
+    void AskAgain();
     void End(const TaskOutcome& outcome);
     /// The start first, the opening in the end.
     void Accept();
@@ -95,6 +101,7 @@ private:
     const TaskTexts m_texts;
     const std::unique_ptr<ITask> m_pTask;
     std::thread m_worker;
+    QTimer* m_pTimer;
     EState m_eState = EState::Asking;
     TaskOutcome::EEnd m_eEnd = TaskOutcome::EEnd::Cancelled;
 

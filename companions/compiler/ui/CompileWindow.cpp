@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFileDialog>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,16 +32,17 @@ public:
         return QDir(strPlace).exists() ? QString() : CompilerText::c_strMakeFolder.arg(strPlace);
     }
 
+    void Prepare() override { m_progress.emplace(); }
     TaskOutcome Work(const QString& strPlace) override {
-        return Compile(RequestFor(strPlace), m_progress, &m_strStartPage);
+        return Compile(RequestFor(strPlace), *m_progress, &m_strStartPage);
     }
 
     TaskProgress Progress() const override {
-        const bool bKnown = m_progress.Stage == CompileProgress::EStage::Writing;
-        return {DescribeProgress(m_progress), m_progress.nDone, bKnown ? m_progress.nTotal.load() : 0,
-                !m_progress.bCancelled};
+        const bool bKnown = m_progress->Stage == CompileProgress::EStage::Writing;
+        return {DescribeProgress(*m_progress), m_progress->nDone, bKnown ? m_progress->nTotal.load() : 0,
+                !m_progress->bCancelled};
     }
-    void Cancel() override { m_progress.bCancelled = true; }
+    void Cancel() override { m_progress->bCancelled = true; }
     QString Result() const override { return m_strStartPage; }
 
 private:
@@ -51,11 +54,11 @@ private:
 
     const CompileRequest m_request;
     const QString m_strProposed;
-    CompileProgress m_progress;
+    std::optional<CompileProgress> m_progress{std::in_place};
     QString m_strStartPage;
 };
 
-QString Introduction(ESiteForm form) {
+QString IntroductionOf(ESiteForm form) {
     switch (form) {
     case ESiteForm::Html:
         return CompilerText::c_strIntroHtml;
@@ -66,16 +69,30 @@ QString Introduction(ESiteForm form) {
     }
 }
 
-QString Proposed(const CompileRequest& request) {
-    return request.OutputFolder.isEmpty() ? ProposedFolder(request.ProjectPath) : request.OutputFolder;
+FolderProposal Propose(const CompileRequest& request) {
+    FolderProposal proposal{request.OutputFolder, {}};
+    if (proposal.Folder.isEmpty())
+        proposal.Folder = ProposedFolder(request.ProjectPath, &proposal.Remark);
+    return proposal;
+}
+
+TaskTexts TextsFor(const CompileRequest& request, const QString& strCourse, const QString& strRemark) {
+    QString strIntroduction = IntroductionOf(request.Form).arg(strCourse);
+    if (!strRemark.isEmpty())
+        strIntroduction += u'\n' + strRemark;
+    return {CompilerText::c_strTitle,    strIntroduction,         CompilerText::c_strTarget,
+            CompilerText::c_strStart,    CompilerText::c_strOpen, CompilerText::c_strProgress,
+            CompilerText::c_strNotOpened};
 }
 
 } // namespace
 
 CCompileWindow::CCompileWindow(const CompileRequest& request, const QString& strCourse)
-    : CTaskWindow({CompilerText::c_strTitle, Introduction(request.Form).arg(strCourse),
-                   CompilerText::c_strTarget, CompilerText::c_strStart, CompilerText::c_strOpen,
-                   CompilerText::c_strProgress, CompilerText::c_strNotOpened},
-                  std::make_unique<CCompileTask>(request, Proposed(request)), Proposed(request)) {
+    : CCompileWindow(request, strCourse, Propose(request)) {}
+
+CCompileWindow::CCompileWindow(const CompileRequest& request, const QString& strCourse,
+                               const FolderProposal& proposal)
+    : CTaskWindow(TextsFor(request, strCourse, proposal.Remark),
+                  std::make_unique<CCompileTask>(request, proposal.Folder), proposal.Folder) {
     setObjectName(u"CCompileWindow"_s);
 }

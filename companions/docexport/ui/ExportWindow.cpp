@@ -6,6 +6,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -40,34 +42,35 @@ public:
         return QFileInfo::exists(strPlace) ? DocText::c_strReplace.arg(strPlace) : QString();
     }
 
+    void Prepare() override { m_progress.emplace(); }
     TaskOutcome Work(const QString& strPlace) override {
         m_strTarget = strPlace;
-        return ExportDocument({m_strProjectPath, strPlace}, m_pictures, m_progress);
+        return ExportDocument({m_strProjectPath, strPlace}, m_pictures, *m_progress);
     }
 
     TaskProgress Progress() const override {
         using EStage = DocProgress::EStage;
-        const bool bMayCancel = !m_progress.bCancelled && m_progress.Stage != EStage::Saving;
-        TaskProgress progress{DescribeProgress(m_progress), 0, 0, bMayCancel};
-        if (m_progress.Stage == EStage::ReadingNodes) {
-            progress.nDone = m_progress.nNodes;
-            progress.nTotal = m_progress.nTotal;
-        } else if (m_progress.Stage == EStage::Converting && m_progress.nPieces > 1) {
-            progress.nDone = m_progress.nConverted;
-            progress.nTotal = m_progress.nPieces;
-        } else if (m_progress.Stage == EStage::Numbering && m_progress.nLayouts > 1) {
-            progress.nDone = m_progress.nLaidOut;
-            progress.nTotal = m_progress.nLayouts;
+        const bool bMayCancel = !m_progress->bCancelled && m_progress->Stage != EStage::Saving;
+        TaskProgress progress{DescribeProgress(*m_progress), 0, 0, bMayCancel};
+        if (m_progress->Stage == EStage::ReadingNodes) {
+            progress.nDone = m_progress->nNodes;
+            progress.nTotal = m_progress->nTotal;
+        } else if (m_progress->Stage == EStage::Converting && m_progress->nPieces > 1) {
+            progress.nDone = m_progress->nConverted;
+            progress.nTotal = m_progress->nPieces;
+        } else if (m_progress->Stage == EStage::Numbering && m_progress->nLayouts > 1) {
+            progress.nDone = m_progress->nLaidOut;
+            progress.nTotal = m_progress->nLayouts;
         }
         return progress;
     }
-    void Cancel() override { m_progress.bCancelled = true; }
+    void Cancel() override { m_progress->bCancelled = true; }
     QString Result() const override { return m_strTarget; }
 
 private:
     const QString m_strProjectPath;
     const PictureTakerMaker m_pictures;
-    DocProgress m_progress;
+    std::optional<DocProgress> m_progress{std::in_place};
     /// Written before anybody may ask for it.
     QString m_strTarget;
 };
