@@ -177,8 +177,10 @@ void CSitePlan::TakeOwnPage(int nNode, NodePlan& plan) {
 void CSitePlan::MarkMissing(int nNode, NodePlan& plan) {
     const StoreRow& row = m_model.Nodes()[nNode].Row;
     plan.View = ENodeView::Missing;
+    const QString strFile = QString(row.Path).replace(u'\\', u'/');
     const bool bUnreadable = std::ranges::any_of(m_tree.PassedOver(), [&](const CSourceTree::Passed& passed) {
-        return passed.Why == CSourceTree::EPassed::Unreadable && passed.Name == m_folders[nNode];
+        return passed.Why == CSourceTree::EPassed::Unreadable &&
+               (passed.Name == m_folders[nNode] || EqualsIgnoringCase(passed.Name, strFile));
     });
     m_notes.append((bUnreadable ? CompilerText::c_strNoteClosedContent : CompilerText::c_strNoteNoContent)
                        .arg(row.Title, row.Path));

@@ -118,7 +118,8 @@ private:
             TakeFolder(place, entry.name, strName, found, listed);
         } else if (entry.eType == Platform::EEntryType::File &&
                    (place.pOpen ? place.pOpen->GetState(entry.name, state, false)
-                                : m_top.GetState(place.Path + entry.name, state, false)) == 0) {
+                                : m_top.GetState(place.Path + entry.name, state, false)) == 0 &&
+                   state.bReadable) {
             found.Entries.push_back({strName, false, {qint64(state.nSize), state.nModified, state.nChanged}});
         } else {
             found.PassedOver.append(

@@ -59,7 +59,7 @@ inline const QString c_strNotRemoved = QStringLiteral("网站中已经不用的�
 inline const QString c_strSetAside = QStringLiteral("“%1”不是合成程序写的，已改名保留为“%2”。");
 inline const QString c_strNoteNoContent = QStringLiteral("栏目“%1”的内容“%2”不存在。");
 inline const QString c_strNoteClosedContent =
-    QStringLiteral("栏目“%1”的内容“%2”无法打开：没有它所在文件夹的权限。");
+    QStringLiteral("栏目“%1”的内容“%2”无法打开：没有读取它或它所在文件夹的权限。");
 inline const QString c_strNoteBadAddress = QStringLiteral("栏目“%1”的链接地址“%2”不能用。");
 inline const QString c_strNoteDeadLink = QStringLiteral("栏目“%1”的页面引用了不存在的“%2”。");
 inline const QString c_strNoteNoPlace =
@@ -70,10 +70,10 @@ inline const QString c_strNoteDeadInSite =
     QStringLiteral("栏目“%1”的站点中有 %2 处引用了不存在的文件，例如“%3”中的“%4”。");
 inline const QString c_strNoteStray = QStringLiteral("页面引用的“%1”与网站自己的文件同名，未放进网站。");
 inline const QString c_strNoteHint = QStringLiteral("栏目“%1”的页面还有模板提示，未放进网站。");
-inline const QString c_strNoteHidden = QStringLiteral("有 %1 个隐藏的文件或文件夹未放进网站，例如“%2”。");
-inline const QString c_strNoteLinks = QStringLiteral("有 %1 个符号链接未放进网站，例如“%2”。");
+inline const QString c_strNoteHidden = QStringLiteral("有 %1 个隐藏的文件或文件夹没有收入，例如“%2”。");
+inline const QString c_strNoteLinks = QStringLiteral("有 %1 个符号链接没有收入，例如“%2”。");
 inline const QString c_strNoteUnreadable =
-    QStringLiteral("有 %1 个文件或文件夹无法打开，未放进网站，例如“%2”。");
+    QStringLiteral("有 %1 个文件或文件夹没有读取权限，或者不是普通文件，没有收入，例如“%2”。");
 inline const QString c_strNoteUnreachable = QStringLiteral("有 %1 个栏目不在课程树上，未合成。");
 inline const QString c_strNoteRawPage = QStringLiteral("栏目“%1”的页面有错，不能并入网站的框架，原样嵌入。");
 inline const QString c_strNoteNoFilmProgram =

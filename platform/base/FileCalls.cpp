@@ -58,6 +58,13 @@ qint64 Nanoseconds(const TTime& time) {
     return qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
+// Most files say so without a further call to the system.
+bool IsPlainlyReadable(const struct stat& state) {
+    constexpr mode_t c_nAll = S_IRUSR | S_IRGRP | S_IROTH;
+    return (state.st_mode & c_nAll) == c_nAll ||
+           ((state.st_mode & S_IRUSR) != 0 && state.st_uid == ::geteuid());
+}
+
 CFileState StateOf(const struct stat& from) {
     CFileState state;
     state.nSize = S_ISREG(from.st_mode) ? static_cast<quint64>(from.st_size) : 0;
@@ -274,9 +281,12 @@ void CFolder::AppendEntry(const char* szName, unsigned char nType, std::vector<C
 
 int CFolder::GetState(const QByteArray& name, CFileState& state, bool bFollow) const {
     struct stat found {};
-    if (::fstatat(Descriptor(), name.constData(), &found, bFollow ? 0 : AT_SYMLINK_NOFOLLOW) != 0)
+    const int nFlags = bFollow ? 0 : AT_SYMLINK_NOFOLLOW;
+    if (::fstatat(Descriptor(), name.constData(), &found, nFlags) != 0)
         return errno;
     state = StateOf(found);
+    state.bReadable = IsPlainlyReadable(found) ||
+                      ::faccessat(Descriptor(), name.constData(), R_OK, nFlags | AT_EACCESS) == 0;
     return 0;
 }
 

@@ -26,6 +26,8 @@ struct CFileState {
     /// A plain file; false for devices, pipes and sockets, which must never be opened.
     bool bPlainFile = false;
     bool bLink = false;
+    /// Whether its rights let this account read it; CFolder::GetState alone finds out.
+    bool bReadable = true;
     quint64 nDevice = 0;
     quint64 nInode = 0;
     /// When its content was last changed, in nanoseconds since 1970.

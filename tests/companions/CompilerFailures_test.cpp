@@ -2,6 +2,9 @@
 #include "platform/base/NativePath.h"
 #include "tests/companions/SampleCourse.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 /// What the compiler says when it fails; empty when it doesn't.
@@ -64,6 +67,41 @@ TEST(CompilerFailures, AFolderThatCanNotBeListedIsNoEmptyCourse) {
     const CSampleCourse empty;
     putAway(empty);
     EXPECT_EQ(MessageOf(empty), "") << "where no node has content there need be no folder for it";
+}
+
+TEST(CompilerFailures, LeavesOutWhatMayNotBeRead) {
+    CSampleCourse course;
+    const qint32 nClosed = course.AddPage(c_nRootNodeId, u"关"_s, u"<p>closed</p>"_s);
+    const qint32 nOpen = course.AddPage(c_nRootNodeId, u"开"_s,
+                                        u"<p>open</p><a href=\"../N%1/Content.htm\">x</a>"_s.arg(nClosed));
+    course.WriteResource(nOpen, u"res\\a.bin"_s, "a");
+    course.Folder.MakeFolder(u"出"_s);
+    const QString strOut = course.Folder.Native(u"出"_s);
+    ::chmod(course.Folder.Native(CSampleCourse::Resource(u"N%1\\Content.htm"_s.arg(nClosed))).toUtf8(), 0);
+    ::chmod(course.Folder.Native(CSampleCourse::Resource(u"N%1\\res\\a.bin"_s.arg(nOpen))).toUtf8(), 0);
+    // Root may read everything: as nobody, who must get there and may write the site.
+    ::chmod(course.Folder.Native().toUtf8(), 0755);
+    ::chmod(strOut.toUtf8(), 0777);
+    const bool bRoot = ::geteuid() == 0;
+    ASSERT_TRUE(!bRoot || ::seteuid(65534) == 0);
+    std::string strNotes;
+    try {
+        strNotes = CompileSite({course.Folder.Path(course.strProject), ESiteForm::Site, strOut})
+                       .Notes.join(u'\n')
+                       .toStdString();
+    } catch (const Torvane::CRunException& failure) {
+        ADD_FAILURE() << failure.GetMessage().toStdString();
+    }
+    ASSERT_TRUE(!bRoot || ::seteuid(0) == 0);
+    EXPECT_NE(strNotes.find("栏目“关”的内容“N%1\\Content.htm”无法打开：没有读取它"_ba.replace(
+                  "%1", QByteArray::number(nClosed))),
+              std::string::npos)
+        << strNotes;
+    EXPECT_NE(strNotes.find("有 2 个文件或文件夹没有读取权限"), std::string::npos) << strNotes;
+    EXPECT_NE(strNotes.find("res/a.bin"), std::string::npos) << strNotes;
+    EXPECT_TRUE(QFile::exists(strOut + u"/课程网站/N%1/Content.htm"_s.arg(nOpen)));
+    EXPECT_TRUE(QFile::exists(strOut + u"/课程网站/N%1/index.html"_s.arg(nClosed)))
+        << "says that it is missing";
 }
 
 TEST(CompilerFailures, ReadsItsArgument) {
