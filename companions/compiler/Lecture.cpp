@@ -13,7 +13,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <algorithm>
 
@@ -23,9 +22,6 @@ namespace {
 
 /// Of a film that is made; far more than a lecture takes.
 constexpr quint64 c_nMaxFilm = quint64{16} << 30;
-
-/// Less room than this and the disk was full for a program that writes in blocks.
-constexpr qint64 c_nFullDisk = qint64{1} << 20;
 
 QString FirstWithExtension(const QStringList& files, const QStringList& extensions) {
     for (const QString& strExtension : extensions) {
@@ -175,11 +171,14 @@ EFilmEnd MakePlayable(const QString& strProgram, const QString& strFrom, const Q
                       u"mp4"_s,
                       u"file:"_s + strTo};
     call.nMaxFileBytes = c_nMaxFilm;
-    const bool bEnded = Platform::RunGroup(call, mayGoOn) == Platform::EProgramEnd::Ended;
-    if (bEnded && QFileInfo(strTo).size() > 0)
+    QByteArray faults;
+    const bool bEnded = Platform::RunGroup(call, mayGoOn, &faults) == Platform::EProgramEnd::Ended;
+    // The disk itself can't be asked: of two films at a time the one that fails first makes room again. Half
+    // a film stands there then, and the program may end as if nothing had been.
+    const bool bFull = faults.contains("No space left on device") || faults.contains("Disk quota exceeded");
+    const bool bCut = bFull || faults.contains("Error writing trailer");
+    if (bEnded && !bCut && QFileInfo(strTo).size() > 0)
         return EFilmEnd::Made;
-    // Asked while what was written stands.
-    const bool bFull = QStorageInfo(QFileInfo(strTo).path()).bytesAvailable() < c_nFullDisk;
     QFile::remove(strTo);
     return bFull ? EFilmEnd::DiskFull : EFilmEnd::Failed;
 }

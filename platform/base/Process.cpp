@@ -22,6 +22,8 @@ namespace {
 
 constexpr int c_nWaitMs = 20;
 constexpr int c_nStopWaitMs = 5;
+/// Of what a program says on its error stream.
+constexpr qsizetype c_nMaxFaults = qsizetype{64} << 10;
 
 bool IsBlank(QChar c) {
     return c == u' ' || c == u'\t';
@@ -168,11 +170,12 @@ bool StartQuietly(const QStringList& command, const QString& strFolder) {
     return process.startDetached();
 }
 
-EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn) {
+EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn, QByteArray* pFaults) {
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
+    if (!pFaults)
+        process.setStandardErrorFile(QProcess::nullDevice());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (auto it = call.environment.begin(); it != call.environment.end(); ++it) {
         if (it->isNull())
@@ -204,12 +207,18 @@ EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayG
         return EProgramEnd::NotStarted;
     const auto nGroup = pid_t(process.processId());
     EProgramEnd eEnd = EProgramEnd::Ended;
+    const auto takeFaults = [&] {
+        if (pFaults)
+            *pFaults = pFaults->append(process.readAllStandardError()).right(c_nMaxFaults);
+    };
     while (!process.waitForFinished(c_nStopWaitMs) && process.state() != QProcess::NotRunning) {
+        takeFaults();
         if (eEnd != EProgramEnd::Ended || mayGoOn())
             continue;
         eEnd = EProgramEnd::Stopped;
         ::kill(-nGroup, SIGKILL);
     }
+    takeFaults();
     // What it left running behind itself would go on with the files.
     ::kill(-nGroup, SIGKILL);
     return eEnd;

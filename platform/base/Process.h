@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -40,8 +41,10 @@ struct CProgramCall {
 enum class EProgramEnd { Ended, NotStarted, Stopped };
 
 /// Runs it and waits for its end, asking mayGoOn every few milliseconds: false ends it at once with every
-/// program that it started itself. What it says goes nowhere. Any thread may call.
-EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn);
+/// program that it started itself. What it says goes nowhere, but for the end of what stands on its error
+/// stream, some kilobytes, for whom asks. Any thread may call.
+EProgramEnd RunGroup(const CProgramCall& call, const std::function<bool()>& mayGoOn,
+                     QByteArray* pFaults = nullptr);
 
 /// Has a program that is yet to be started told to end when this one does, however it does. The thread that
 /// starts it must live as long as the program runs.

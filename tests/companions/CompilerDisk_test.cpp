@@ -1,4 +1,5 @@
 // A compile at every degree of fullness of the disk, from none left to enough: each of its steps fails once.
+#include "companions/compiler/Lecture.h"
 #include "foundation/Exceptions.h"
 #include "tests/companions/SampleCourse.h"
 #include "tests/support/SmallDisk.h"
@@ -82,4 +83,17 @@ TEST(CompilerDisk, AFullDiskCostsNothingOfTheSite) {
         EXPECT_EQ(compileTo(strSmall), before);
     }
     EXPECT_GT(nFailed, 10);
+
+    const QString strFilm = strSmall + u"/film.mp4"_s;
+    for (const qint64 nFree : {qint64{0}, c_nBlock, 2 * c_nBlock, qint64{256} << 10}) {
+        if (FilmProgram().isEmpty())
+            break;
+        disk.LeaveFree(nFree);
+        const bool bEnough = nFree > 2 * c_nBlock;
+        EXPECT_EQ(MakePlayable(FilmProgram(), QStringLiteral(VOREL_FILM), strFilm, [] { return true; }),
+                  bEnough ? EFilmEnd::Made : EFilmEnd::DiskFull)
+            << nFree;
+        EXPECT_EQ(QFile::exists(strFilm), bEnough) << "half a film is none";
+        disk.MakeRoom();
+    }
 }
