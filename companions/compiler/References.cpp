@@ -215,9 +215,11 @@ std::optional<CReferences::Place> CReferences::WithBase(const QString& strBase, 
     const QString strBelow = FolderOf(strPath);
     const QString strSource = CSourceTree::Join(place.SourceFolder, strBelow);
     const QString strSite = CSourceTree::Join(place.SiteFolder, strBelow);
-    const QString strReal = m_tree.FindFolder(strSource);
-    if (strReal.isEmpty())
+    if (strSource.isNull() || strSite.isNull())
         return std::nullopt;
+    // The folder of all nodes is not in the tree; from one that is gone paths may lead back to what is there.
+    const QString strFound = m_tree.FindFolder(strSource);
+    const QString strReal = strFound.isEmpty() ? strSource : strFound;
     if (strReal == strSource || strSource != strSite)
         return Place{strReal, strSite, place.Source};
     // What a server does not find in that letter case it does not find at all.

@@ -220,7 +220,7 @@ QString CSourceTree::Join(const QString& strFolder, const QString& strName) {
         else
             parts.removeLast();
     }
-    return parts.join(u'/');
+    return parts.isEmpty() ? u""_s : parts.join(u'/');
 }
 
 QString CSourceTree::FindFile(const QString& strName) const {

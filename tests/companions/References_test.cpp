@@ -63,4 +63,14 @@ TEST(References, FindWhatAPageMeans) {
     EXPECT_EQ(references.Rewrite(u"res/x/../../../n13/site/x.htm"_s, {u"N7"_s, u"N9/sub"_s}).Text,
               u"../../N13/Site/x.htm"_s)
         << "a page that moved takes its references along";
+
+    // A base may lead to the folder of all nodes, or through one that is gone; not out of the course.
+    for (const auto& [strBase, strReference] :
+         {std::pair{u"../"_s, u"n13/content.htm"_s}, std::pair{u"gone/"_s, u"../../n13/content.htm"_s}}) {
+        const auto base = references.WithBase(strBase, {u"N7"_s, u"N7"_s});
+        ASSERT_TRUE(base) << strBase;
+        EXPECT_EQ(references.Rewrite(strReference, {base->SourceFolder, u"N7"_s}).Text,
+                  u"../N13/Content.htm"_s);
+    }
+    EXPECT_FALSE(references.WithBase(u"../../x/"_s, {u"N7"_s, u"N7"_s}));
 }
