@@ -169,9 +169,8 @@ QStringList CSiteRun::WithDeadInOneLine(const QStringList& notes) const {
         const StoreRow& row = m_input.Model().Nodes()[i].Row;
         const Dead dead = sites.take(m_plan.NodeFolder(i));
         if (dead.nCount > 0)
-            lines.append(CompilerText::c_strNoteDeadInSite.arg(row.Title)
-                             .arg(dead.nCount)
-                             .arg(dead.strFile, dead.strFirst));
+            lines.append(CompilerText::c_strNoteDeadInSite.arg(row.Title, QString::number(dead.nCount),
+                                                               dead.strFile, dead.strFirst));
     }
     return lines;
 }

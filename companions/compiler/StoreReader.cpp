@@ -47,8 +47,11 @@ QByteArrayView StoredTitleOf(const SQLite::Column& column) {
 
 /// What a person reads in one line. A title that can't be deciphered is none.
 QString TitleOf(qint32 nId, QString strPlain) {
-    strPlain.removeIf(
-        [](QChar c) { return c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter; });
+    // One that turns the direction of writing would turn what stands behind the title, too.
+    strPlain.removeIf([](QChar c) {
+        const bool bTurns = (c >= u'\u202a' && c <= u'\u202e') || (c >= u'\u2066' && c <= u'\u2069');
+        return bTurns || c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter;
+    });
     if (strPlain.trimmed().isEmpty() && nId > c_nRootNodeId)
         return CompilerText::c_strNoTitle.arg(nId);
     return strPlain.left(c_nMaxTitle);
