@@ -81,6 +81,7 @@ QString WhatToDo(int nError) {
     case EACCES:
     case EPERM:
     case EROFS:
+    case ENAMETOOLONG:
         return CompilerText::c_strChooseAnother;
     case ENOSPC:
     case EDQUOT:

@@ -19,7 +19,8 @@ inline const QString c_strNoArgument = QStringLiteral("没有指明课程文件�
 inline const QString c_strUnknownOption = QStringLiteral("不认识的选项“%1”。");
 inline const QString c_strUnknownForm = QStringLiteral("不认识的合成格式“%1”。");
 inline const QString c_strNoProject = QStringLiteral("找不到课程文件“%1”。");
-inline const QString c_strBadProject = QStringLiteral("读取课程文件“%1”失败：文件不完整或已损坏。");
+inline const QString c_strBadProject =
+    QStringLiteral("读取课程文件“%1”失败：文件不完整或已损坏。请用课程的备份恢复后重试。");
 inline const QString c_strNoDatabase = QStringLiteral("找不到课程数据库“%1”，请用课程的备份恢复后重试。");
 inline const QString c_strBadDatabase =
     QStringLiteral("读取课程数据库失败：数据库已损坏或不是课程数据库（%1）。请用课程的备份恢复后重试。");
