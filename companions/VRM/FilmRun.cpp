@@ -1,6 +1,7 @@
 #include "companions/VRM/FilmRun.h"
 
 #include "companions/VRM/Texts.h"
+#include "companions/common/FilmFault.h"
 #include "platform/base/CaptureDevices.h"
 #include "platform/base/Process.h"
 
@@ -173,8 +174,10 @@ bool JoinFilms(const QStringList& films, const QList<qint64>& lengths, const QSt
                       u"-f"_s,
                       u"asf"_s,
                       u"file:"_s + strTarget};
+    QByteArray faults;
+    const bool bEnded = Platform::RunGroup(call, mayGoOn, &faults) == Platform::EProgramEnd::Ended;
     const bool bDone =
-        Platform::RunGroup(call, mayGoOn) == Platform::EProgramEnd::Ended && QFileInfo(strTarget).size() > 0;
+        bEnded && HowFilmWasWritten(faults) == EFilmWriting::Whole && QFileInfo(strTarget).size() > 0;
     list.remove();
     if (!bDone)
         QFile::remove(strTarget);

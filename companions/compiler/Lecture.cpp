@@ -1,5 +1,6 @@
 #include "companions/compiler/Lecture.h"
 
+#include "companions/common/FilmFault.h"
 #include "foundation/Exceptions.h"
 #include "foundation/Paths.h"
 #include "foundation/SysInfo.h"
@@ -173,12 +174,10 @@ EFilmEnd MakePlayable(const QString& strProgram, const QString& strFrom, const Q
     call.nMaxFileBytes = c_nMaxFilm;
     QByteArray faults;
     const bool bEnded = Platform::RunGroup(call, mayGoOn, &faults) == Platform::EProgramEnd::Ended;
-    // The disk itself can't be asked: of two films at a time the one that fails first makes room again. Half
-    // a film stands there then, and the program may end as if nothing had been.
-    const bool bFull = faults.contains("No space left on device") || faults.contains("Disk quota exceeded");
-    const bool bCut = bFull || faults.contains("Error writing trailer");
-    if (bEnded && !bCut && QFileInfo(strTo).size() > 0)
+    // Not by the room on the disk: of two films at a time the one that fails first makes room again.
+    const EFilmWriting eWritten = HowFilmWasWritten(faults);
+    if (bEnded && eWritten == EFilmWriting::Whole && QFileInfo(strTo).size() > 0)
         return EFilmEnd::Made;
     QFile::remove(strTo);
-    return bFull ? EFilmEnd::DiskFull : EFilmEnd::Failed;
+    return eWritten == EFilmWriting::DiskFull ? EFilmEnd::DiskFull : EFilmEnd::Failed;
 }

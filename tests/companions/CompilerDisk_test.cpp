@@ -1,4 +1,5 @@
 // A compile at every degree of fullness of the disk, from none left to enough: each of its steps fails once.
+#include "companions/VRM/FilmRun.h"
 #include "companions/compiler/Lecture.h"
 #include "foundation/Exceptions.h"
 #include "tests/companions/SampleCourse.h"
@@ -94,6 +95,10 @@ TEST(CompilerDisk, AFullDiskCostsNothingOfTheSite) {
                   bEnough ? EFilmEnd::Made : EFilmEnd::DiskFull)
             << nFree;
         EXPECT_EQ(QFile::exists(strFilm), bEnough) << "half a film is none";
+        QFile::remove(strFilm);
+        const QString strPart = QStringLiteral(VOREL_FILM);
+        EXPECT_EQ(JoinFilms({strPart, strPart}, {}, strFilm, [] { return true; }), bEnough) << nFree;
+        EXPECT_EQ(QFile::exists(strFilm), bEnough) << "the parts would be taken for superfluous";
         disk.MakeRoom();
     }
 }
