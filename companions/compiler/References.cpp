@@ -22,6 +22,10 @@ qsizetype SchemeLength(const QString& strText) {
     return 0;
 }
 
+bool IsFileAddress(const QString& strText) {
+    return strText.startsWith("file:"_L1, Qt::CaseInsensitive);
+}
+
 bool IsDrivePath(const QString& strText) {
     return strText.size() > 2 && strText[1] == u':' && (strText[2] == u'\\' || strText[2] == u'/') &&
            strText[0].unicode() < 128 && strText[0].isLetter();
@@ -123,7 +127,7 @@ CReferences::Target CReferences::FindTarget(const QString& strName) const {
 
 std::optional<CReferences::Target> CReferences::TargetOf(const QString& strPath,
                                                          const QString& strFolder) const {
-    const bool bFile = LowerAscii(strPath).startsWith("file:"_L1);
+    const bool bFile = IsFileAddress(strPath);
     if (!bFile && !IsDrivePath(strPath) && SchemeLength(strPath) > 0)
         return std::nullopt;
     if (!bFile && (strPath.startsWith(u'/') || strPath.startsWith(u'\\')))
@@ -210,7 +214,9 @@ std::optional<CReferences::Place> CReferences::WithBase(const QString& strBase, 
     if (strBase.isEmpty())
         return place;
     const QString strPath = strBase.left(EndOfPath(strBase, 0)).replace(u'\\', u'/');
-    if (SchemeLength(strPath) > 0 || IsDrivePath(strPath) || strPath.startsWith(u'/'))
+    if (IsFileAddress(strPath) || IsDrivePath(strPath))
+        return WithBaseOnDisk(strPath, place);
+    if (SchemeLength(strPath) > 0 || strPath.startsWith(u'/'))
         return std::nullopt;
     const QString strBelow = FolderOf(strPath);
     const QString strSource = CSourceTree::Join(place.SourceFolder, strBelow);
@@ -227,6 +233,20 @@ std::optional<CReferences::Place> CReferences::WithBase(const QString& strBase, 
     return Place{strReal, strReal, place.Source, strMended + strBase.mid(strPath.lastIndexOf(u'/') + 1)};
 }
 
+/// No reader has the author's disk. In the course's own folder such a base means the folder of that name, and
+/// elsewhere the page is read as if it had none.
+CReferences::Place CReferences::WithBaseOnDisk(const QString& strPath, const Place& place) const {
+    const QStringList readings = Readings(IsFileAddress(strPath) ? strPath.mid(5) : strPath);
+    for (const QString& strReading : readings) {
+        const std::optional<QString> strBelow = BelowResources(strReading);
+        const QString strFolder = strBelow ? m_tree.FindFolder(FolderOf(*strBelow)) : QString();
+        if (!strFolder.isEmpty())
+            return {strFolder, strFolder, place.Source,
+                    u"./"_s + RelativeAddress(place.SiteFolder, strFolder + u"/x"_s).chopped(1)};
+    }
+    return {place.SourceFolder, place.SiteFolder, place.Source, u"./"_s};
+}
+
 QString CReferences::FindStored(const QString& strPath) const {
     QString strName = QString(strPath).replace(u'\\', u'/');
     const QStringList readings = Readings(strName);
@@ -235,7 +255,6 @@ QString CReferences::FindStored(const QString& strPath) const {
         if (!strFile.isEmpty())
             return strFile;
     }
-    const std::optional<QString> strBelow =
-        BelowResources(LowerAscii(strPath).startsWith("file:"_L1) ? strPath.mid(5) : strPath);
+    const std::optional<QString> strBelow = BelowResources(IsFileAddress(strPath) ? strPath.mid(5) : strPath);
     return strBelow ? m_tree.FindFile(*strBelow) : QString();
 }

@@ -99,6 +99,7 @@ private:
     };
     static Parts SplitAt(const QString& strReference, qsizetype nEndOfPath);
     static bool LeadsThere(const QString& strPath, const QString& strSiteFolder, const QString& strPage);
+    Place WithBaseOnDisk(const QString& strPath, const Place& place) const;
     std::optional<Target> Find(const QString& strReference, const QString& strFolder, Parts& parts) const;
     std::optional<Target> TargetOf(const QString& strPath, const QString& strFolder) const;
     Target FindTarget(const QString& strName) const;

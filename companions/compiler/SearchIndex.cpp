@@ -148,6 +148,8 @@ private:
 char16_t Folded(QChar c) {
     if (c.unicode() >= 0xff01 && c.unicode() <= 0xff5e)
         c = QChar(char16_t(c.unicode() - 0xfee0));
+    if (c == u'\u0130') // in small letters it is two characters
+        return u'i';
     return c.toLower().unicode();
 }
 

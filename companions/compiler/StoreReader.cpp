@@ -54,7 +54,10 @@ QString TitleOf(qint32 nId, QString strPlain) {
     });
     if (strPlain.trimmed().isEmpty() && nId > c_nRootNodeId)
         return CompilerText::c_strNoTitle.arg(nId);
-    return strPlain.left(c_nMaxTitle);
+    strPlain.truncate(c_nMaxTitle);
+    if (!strPlain.isEmpty() && strPlain.back().isHighSurrogate())
+        strPlain.chop(1);
+    return strPlain;
 }
 
 /// A path that was cut would lead elsewhere: a long one leads nowhere.

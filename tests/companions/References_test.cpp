@@ -64,9 +64,12 @@ TEST(References, FindWhatAPageMeans) {
               u"../../N13/Site/x.htm"_s)
         << "a page that moved takes its references along";
 
-    // A base may lead to the folder of all nodes, or through one that is gone; not out of the course.
+    // A base may lead to the folder of all nodes, through one that is gone, or to the author's disk; not out
+    // of the course.
     for (const auto& [strBase, strReference] :
-         {std::pair{u"../"_s, u"n13/content.htm"_s}, std::pair{u"gone/"_s, u"../../n13/content.htm"_s}}) {
+         {std::pair{u"../"_s, u"n13/content.htm"_s}, std::pair{u"gone/"_s, u"../../n13/content.htm"_s},
+          std::pair{QString(u"file:///"_s + strRoot + u"/n13/x.htm"_s), u"content.htm"_s},
+          std::pair{u"c:\\other\\x.htm"_s, u"../n13/content.htm"_s}}) {
         const auto base = references.WithBase(strBase, {u"N7"_s, u"N7"_s});
         ASSERT_TRUE(base) << strBase;
         EXPECT_EQ(references.Rewrite(strReference, {base->SourceFolder, u"N7"_s}).Text,

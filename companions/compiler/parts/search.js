@@ -24,8 +24,8 @@
     var plain = text.replace(/[\uff01-\uff5e]/g, function (c) {
       return String.fromCharCode(c.charCodeAt(0) - 0xfee0);
     });
-    var lower = plain.toLowerCase();
-    return lower.length === plain.length ? lower : plain;
+    // A capital sigma at a word's end has another small one, and a capital I with its dot would become two characters.
+    return plain.replace(/[\u0130\u03a3]/g, function (c) { return c === "\u0130" ? "i" : "\u03c3"; }).toLowerCase();
   }
 
   // Beside a wide character a blank is the author's taste: "第 1 章" holds "第1章".
