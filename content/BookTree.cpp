@@ -18,8 +18,8 @@ struct CBookTree::Line {
     /// Whether the children have been read; without it none of them stands here.
     bool bRead = false;
     /// Made when somebody first looks at the line; null for a heading.
-    std::unique_ptr<CBookNode> pNode;
-    Lines children;
+    std::unique_ptr<CBookNode> pNode = {};
+    Lines children = {};
 
     int ChildCount() const { return static_cast<int>(children.size()); }
     Line& Child(int nChild) const { return *children[static_cast<std::size_t>(nChild)]; }

@@ -21,6 +21,11 @@ constexpr int c_nDone = 0;
 constexpr int c_nFailed = 1;
 constexpr char c_silent[] = "--silent";
 
+bool IsAmong(int argc, char** argv, const char* szOption) {
+    return std::any_of(argv + 1, argv + argc,
+                       [=](const char* szArgument) { return qstrcmp(szArgument, szOption) == 0; });
+}
+
 PictureTaker TakerFor(const QString& strFolder) {
     auto pPictures = std::make_shared<CPictureFiles>(strFolder);
     return [pPictures](const QString& strPath, const std::function<bool()>& mayGoOn) {
@@ -61,7 +66,7 @@ int RunSilently(QStringList arguments) {
 int RunInWindow(const QStringList& arguments) {
     try {
         if (arguments.size() != 1)
-            throw Torvane::CRunException(DocText::c_strUsage);
+            throw Torvane::CRunException(DocText::c_strHowToExport);
         const QString strProject = ReadProjectArgument(arguments[0]);
         CExportWindow window(strProject, NameOfCourse(strProject), TakerFor);
         const Platform::CEndRequest end([&window] { window.close(); });
@@ -75,9 +80,11 @@ int RunInWindow(const QStringList& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool bSilent = std::any_of(
-        argv + 1, argv + argc, [](const char* szArgument) { return qstrcmp(szArgument, c_silent) == 0; });
-    if (bSilent || !CompanionProgram::HasScreen()) {
+    if (IsAmong(argc, argv, "--help") || IsAmong(argc, argv, "-h")) {
+        QTextStream(stdout) << DocText::c_strUsage << Qt::endl;
+        return c_nDone;
+    }
+    if (IsAmong(argc, argv, c_silent) || !CompanionProgram::HasScreen()) {
         const QCoreApplication application(argc, argv);
         return RunSilently(QCoreApplication::arguments().mid(1));
     }
