@@ -64,7 +64,7 @@ inline const QString c_strUsage =
     QStringLiteral("用法：VorelDocExport \"课程文件\"\n"
                    "或者：VorelDocExport --silent \"课程文件\" [\"Word 文件.docx\"]（不出现窗口）");
 inline const QString c_strHowToExport =
-    QStringLiteral("命令行中应当有一个课程文件，而且只有一个。\n请在课程程序中打开课程后导出。命令的写法见 "
+    QStringLiteral("命令行中应当有一个课程文件，而且只有一个。\n请在课程程序中打开课程后导出。\n命令的写法见 "
                    "VorelDocExport --help。");
 inline const QString c_strNoConverter =
     QStringLiteral("没有找到转换程序 pandoc。请安装软件包 pandoc，然后重试。");
