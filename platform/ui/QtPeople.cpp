@@ -261,8 +261,9 @@ public:
     }
     ~CDroppedInput() override {
         --s_nInputStops;
-        // What has come since the last look.
+        // What has come since the last look, with what the display has not yet handed over.
         const CQtPeople::CPainting painting;
+        QGuiApplication::sync();
         QCoreApplication::processEvents(QEventLoop::AllEvents, c_nPaintMilliseconds);
     }
 
